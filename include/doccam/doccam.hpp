@@ -1,0 +1,119 @@
+// doccam's operations with C++ linkage: the building blocks behind the C interface, for hosts that
+// hold cv::Mat images. Names and signatures are fixed; existing hosts link against them.
+//
+// Images are 8-bit with three channels unless said otherwise. Live frames are red first, images
+// read from or written to files blue first. An image passed by value shares its pixels.
+#pragma once
+
+#include "doccam.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct jpeg_common_struct;
+struct jpeg_decompress_struct;
+
+// --- Settings and helpers ---------------------------------------------------------------------
+
+// Registers the callback for preview pictures; as SetDataCallback. Any thread. Always 0.
+DOCCAM_API int SetWebDataCallback(WebFrameCallback callback);
+
+// Sets the grab size in pixels and with it the byte size of a frame, width x height x 3.
+DOCCAM_API void setGrabSize(int width, int height);
+
+// Waits ms milliseconds, 0 to 999. A signal may end the wait early.
+DOCCAM_API void Sleep(int ms);
+
+// Splits text at each occurrence of pattern. Empty pieces are kept: "a:" gives "a" and "". An empty
+// pattern gives the whole text as one piece.
+DOCCAM_API std::vector<std::string> split(std::string text, std::string pattern);
+
+// --- Streaming --------------------------------------------------------------------------------
+
+// Takes one frame of the open camera into buffer, which holds width x height x 3 bytes of the grab
+// size, and stores the number of bytes copied in *length. Blocks until the driver has a frame.
+// 0 done; -1 the driver failed; -100 the driver named a buffer that does not exist.
+DOCCAM_API int grabImage(unsigned char* buffer, int* length);
+
+// The streaming thread's entry: runs the frame loop until the session ends. arg is not used.
+DOCCAM_API void* VideoStreamPro(void* arg);
+
+// --- MJPEG through the codec library ----------------------------------------------------------
+
+// Creates the process-wide MJPEG decoder; does nothing if it exists. Host thread, not streaming.
+DOCCAM_API void av_decode_init();
+
+// Releases the decoder; does nothing without one. Not while a frame is being decoded.
+DOCCAM_API void av_decode_deinit();
+
+// Decodes one JPEG of length bytes into out, which is allocated as width x height and continuous;
+// a picture of another size is scaled. Red first. On failure out keeps its content. spare is not
+// used.
+DOCCAM_API void do_excute_image(unsigned char* data, int length, int width, int height,
+                                cv::Mat& out, cv::Mat& spare);
+
+// --- JPEG from memory -------------------------------------------------------------------------
+
+// One frame of the host: where it starts, and its size in bytes.
+struct VideoBuf {
+    unsigned char* start;
+    std::int32_t length;
+};
+
+// Decodes the colour JPEG into out, which is allocated, continuous and at least as large. Red
+// first. 0 done, also for truncated data; -1 on failure, with one line on standard output.
+DOCCAM_API int Mjpeg2RgbConvert(VideoBuf* frame, cv::Mat& out);
+DOCCAM_API int Mjpeg2RgbConvertEx(unsigned char* data, int length, cv::Mat& out);
+
+// A libjpeg source over size bytes of memory, and its callbacks.
+DOCCAM_API void jpeg_mem_src_tj(jpeg_decompress_struct* cinfo, unsigned char* buffer,
+                                unsigned long size);
+DOCCAM_API void init_mem_source(jpeg_decompress_struct* cinfo);
+DOCCAM_API int fill_mem_input_buffer(jpeg_decompress_struct* cinfo);
+DOCCAM_API void skip_input_data(jpeg_decompress_struct* cinfo, long count);
+DOCCAM_API void term_source(jpeg_decompress_struct* cinfo);
+
+// A libjpeg error exit: prints the pending message and jumps to the jump buffer that follows the
+// error manager in its record.
+DOCCAM_API void MyErrorExit(jpeg_common_struct* cinfo);
+
+// Copies width pixels of three bytes from src to dst. 0 done; -1, and nothing copied, when
+// bitsPerPixel is not 24. The third argument is not used.
+DOCCAM_API int CovertOneLine(int width, int bitsPerPixel, int third, unsigned char* src,
+                             unsigned char* dst);
+
+// --- YUYV -------------------------------------------------------------------------------------
+
+// Converts width x height pixels of packed YUYV to three bytes a pixel, red first but for the first
+// two pixels, which are blue first. Reads 4 and writes 6 bytes beyond the frame's end.
+DOCCAM_API void yuyv_to_rgb888(unsigned char* src, unsigned char* dst, int width, int height);
+
+// --- Rotation ---------------------------------------------------------------------------------
+
+// Turns src a quarter clockwise (90) or counter-clockwise (270) into the session's turned frame;
+// does nothing while no camera has been open.
+DOCCAM_API void CamdataRote90(cv::Mat src);
+DOCCAM_API void CamdataRote270(cv::Mat src);
+
+// Turns src by half a turn in place and returns it.
+DOCCAM_API cv::Mat CamdataRote180(cv::Mat src);
+
+// --- Stills and files -------------------------------------------------------------------------
+
+// Turns the frame img into a document image as the settings say and saves it at path. cropMode 1
+// crops to the sheet. format is not used. Leaves img's pixels alone. Returns 0.
+DOCCAM_API int capture(char* path, int format, int cropMode, cv::Mat img);
+
+// Saves the blue-first image img at path in the set colour mode. Returns 0 whether or not a file
+// was written. Throws std::out_of_range for a path under three characters.
+DOCCAM_API int SaveImage(char* path, cv::Mat img);
+
+// Saves img as a one-page PDF at path by way of a JPEG of the same base name in the user's home
+// directory, which stays there. Returns 0. Throws cv::Exception when path names no file type.
+DOCCAM_API int TempImgToPdf(char* path, cv::Mat img);
+
+// The PDF library's error callback: prints the two codes and marks the document as spoilt.
+DOCCAM_API void error_handler(unsigned long error_no, unsigned long detail_no, void* user_data);

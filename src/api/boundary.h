@@ -1,0 +1,23 @@
+// The gate between C++ and the C interface.
+#pragma once
+
+#include <cstdio>
+#include <exception>
+
+namespace doccam {
+
+// Runs action and returns its result. An exception, which no C host could catch, becomes one line
+// on standard error and the result failed.
+template <typename Result, typename Action>
+Result guarded(const char* operation, Result failed, Action&& action) noexcept {
+    try {
+        return action();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "doccam: %s: %s\n", operation, error.what());
+    } catch (...) {
+        std::fprintf(stderr, "doccam: %s: unknown error\n", operation);
+    }
+    return failed;
+}
+
+} // namespace doccam

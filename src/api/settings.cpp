@@ -1,0 +1,79 @@
+// The settings: each setter stores its value, unchecked, for the next use.
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <cstdint>
+
+namespace {
+
+using doccam::state;
+constexpr auto kRelaxed = std::memory_order_relaxed;
+
+// A registered callback stays: a host that could swap it would race with the frame in flight.
+template <typename Callback>
+void storeOnce(std::atomic<Callback>& slot, Callback callback) {
+    Callback none = nullptr;
+    slot.compare_exchange_strong(none, callback, std::memory_order_acq_rel);
+}
+
+} // namespace
+
+int SetDataCallback(FrameCallback callback) {
+    storeOnce(state().pGetVideoStream, callback);
+    return 0;
+}
+
+int SetWebDataCallback(WebFrameCallback callback) {
+    storeOnce(state().pGetVideoWebStream, callback);
+    return 0;
+}
+
+int SetRotate(int angle) {
+    state().RotateAngle.store(angle, kRelaxed);
+    return 0;
+}
+
+void SetVideoFormat(int format) {
+    state().CameraFormat.store(format > 1 ? 1 : format, kRelaxed);
+}
+
+void SetCutType(int value) {
+    state().cutType.store(value, kRelaxed);
+}
+
+void SetColorMode(int value) {
+    state().colorMode.store(value, kRelaxed);
+}
+
+void SetFileFormat(int value) {
+    state().fileFormat.store(value, kRelaxed);
+}
+
+int GetFileFormat() {
+    return state().fileFormat.load(kRelaxed);
+}
+
+void SetJpgQuality(int value) {
+    state().jpgQuality.store(value, kRelaxed);
+}
+
+void SetDelBlackedge(int value) {
+    state().isDelBlackedge.store(value, kRelaxed);
+}
+
+void SetDelBackColor(int value) {
+    state().isDelBcakColor.store(value, kRelaxed);
+}
+
+void setGrabSize(int width, int height) {
+    state().nWidth.store(width, kRelaxed);
+    state().nHeight.store(height, kRelaxed);
+    // Unsigned: a host's nonsense size wraps instead of being undefined.
+    const auto bytes = static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 3U;
+    state().nSize.store(static_cast<int>(bytes), kRelaxed);
+}
+
+int HttpUpFile(char* /*file*/, char* /*url*/) {
+    return 0;
+}

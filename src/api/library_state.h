@@ -25,10 +25,14 @@ struct CvSeq;
 namespace doccam {
 
 struct MjpegDecoder;
+class StreamingThread;
 
 inline constexpr int kModelRows = 9;
 inline constexpr int kNoCodeRequest = -99;
 inline constexpr int kNoDescriptor = -1;
+inline constexpr int kBufferCount = 5;
+
+using BufferPointer = unsigned char*;
 
 struct LibraryState {
     // The session: host writes while no streaming thread runs, stream reads.
@@ -36,18 +40,21 @@ struct LibraryState {
     std::atomic<bool> bKeep{false};         // a session is streaming
     std::atomic<int> CameraFormat{1};       // 0 MJPEG, else YUYV
     bool isMjpegMode = true;                // unused; part of the declared state
-    int buffer_count = 5;                   // never changes
-    std::unique_ptr<unsigned char* []> video_buffer_ptr { new unsigned char* [5] {} };
+    int buffer_count = kBufferCount;        // never changes
+    std::unique_ptr<BufferPointer[]> video_buffer_ptr{new BufferPointer[kBufferCount]{}};
+    std::array<std::size_t, kBufferCount> mappedLength{}; // bytes mapped at each of these pointers
     char pix_format[64] = {};
     std::atomic<int> nWidth{0};
     std::atomic<int> nHeight{0};
     std::atomic<int> nSize{0};
     std::atomic<bool> isInsert1000M{false};
     std::atomic<MjpegDecoder*> pdecode{nullptr};
+    std::shared_ptr<StreamingThread> streamingThread; // of the current session
 
     // Discovery: host only.
     int deviceCount = 0;
     std::array<std::string, 10> devices;
+    std::string cameraName;                          // what getCameraName returned last
     std::array<const char*, kModelRows> gpyVendor{}; // null beyond the configured rows
     std::array<const char*, kModelRows> gpyProduct{};
     std::vector<int> formatList; // 0 MJPEG, 1 YUYV, 2 other, in driver order
@@ -67,7 +74,8 @@ struct LibraryState {
     // Callbacks: host sets each once, stream calls.
     std::atomic<FrameCallback> pGetVideoStream{nullptr};
     std::atomic<WebFrameCallback> pGetVideoWebStream{nullptr};
-    std::atomic<unsigned char*> WEB_BUF{nullptr}; // preview pixels; host allocates and frees
+    std::atomic<unsigned char*> WEB_BUF{nullptr};   // preview pixels; host sets and clears
+    std::shared_ptr<unsigned char[]> previewPixels; // owns WEB_BUF; host only
 
     // Hand-shakes: host raises with release, stream answers with release.
     std::atomic<bool> isShootPhoto{false};

@@ -1,0 +1,22 @@
+// Frame sizes in pixels.
+#pragma once
+
+#include <cstdint>
+
+namespace doccam {
+
+struct FrameSize {
+    int width = 0;
+    int height = 0;
+
+    constexpr std::int64_t area() const { return static_cast<std::int64_t>(width) * height; }
+
+    constexpr bool operator==(const FrameSize&) const = default;
+};
+
+// The largest size a supported camera captures, and the size its whole-frame stills are enlarged
+// to when the host asks for that.
+inline constexpr FrameSize kFullSize{3264, 2448};
+inline constexpr FrameSize kEnlargedSize{3672, 2856};
+
+} // namespace doccam

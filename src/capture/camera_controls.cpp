@@ -1,0 +1,168 @@
+// Picture controls and focus, through the session's descriptor.
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <sys/ioctl.h>
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+using doccam::LibraryState;
+using doccam::state;
+
+constexpr int kUnknown = -10001;
+
+constexpr std::array<std::uint32_t, 6> kControls{V4L2_CID_BRIGHTNESS, V4L2_CID_CONTRAST,
+                                                 V4L2_CID_SATURATION, V4L2_CID_HUE,
+                                                 V4L2_CID_GAIN,       V4L2_CID_GAMMA};
+constexpr int kGamma = 5;
+
+// Puts the selector's control into identifier; an unknown selector leaves the one used before.
+void selectControl(int selector, std::uint32_t& identifier) {
+    if (selector >= 0 && static_cast<std::size_t>(selector) < kControls.size()) {
+        identifier = kControls[static_cast<std::size_t>(selector)];
+    }
+}
+
+int request(unsigned long code, void* record) {
+    return ioctl(state().cam_fd, code, record);
+}
+
+bool queryControl() {
+    return request(VIDIOC_QUERYCTRL, &state().qctrl) == 0;
+}
+
+// Reads the queried control; says on standard error when it cannot.
+bool readControl(const char* complaint) {
+    LibraryState& library = state();
+    library.ctrl.id = library.qctrl.id;
+    if (request(VIDIOC_G_CTRL, &library.ctrl) < 0) {
+        std::perror(complaint);
+        return false;
+    }
+    return true;
+}
+
+bool writeControl(int value, const char* complaint) {
+    LibraryState& library = state();
+    library.ctrl.value = value;
+    if (request(VIDIOC_S_CTRL, &library.ctrl) == -1) {
+        std::puts(complaint);
+        return false;
+    }
+    return true;
+}
+
+constexpr const char* kFocusUnread =
+    "**********************get Focus params failed**************\n";
+
+void store(int* output, int value) {
+    if (output != nullptr) {
+        *output = value;
+    }
+}
+
+} // namespace
+
+int GetVideoCtlParam(int selector, int* minimum, int* maximum, int* defaultValue, int* current) {
+    LibraryState& library = state();
+    if (!library.bKeep) {
+        return -1;
+    }
+    selectControl(selector, library.qctrl.id);
+    Sleep(50);
+    if (!queryControl()) {
+        return -1;
+    }
+    if (!readControl("**********************get ctrl failed**************\n")) {
+        return -2;
+    }
+    store(minimum, library.qctrl.minimum);
+    store(maximum, library.qctrl.maximum);
+    store(defaultValue, library.qctrl.default_value);
+    store(current, library.ctrl.value);
+    Sleep(50);
+    return 0;
+}
+
+int SetVideoCtlParam(int selector, int value) {
+    LibraryState& library = state();
+    if (!library.bKeep) {
+        return -1;
+    }
+    // Gamma goes into the query record: hosts rely on the value reaching the control used last.
+    selectControl(selector, selector == kGamma ? library.qctrl.id : library.ctrl.id);
+    Sleep(50);
+    if (!writeControl(value, "set param error!")) {
+        return -1;
+    }
+    Sleep(20);
+    return 0;
+}
+
+int SetVideoCtlDefaultParam(int selector) {
+    LibraryState& library = state();
+    if (!library.bKeep) {
+        return kUnknown;
+    }
+    selectControl(selector, library.qctrl.id);
+    Sleep(50);
+    int value = kUnknown;
+    if (queryControl()) {
+        if (!readControl("**********************get default param failed**************\n")) {
+            return -10002;
+        }
+        value = library.qctrl.default_value;
+    }
+    Sleep(50);
+    if (!writeControl(value, "set default param error!")) {
+        return -10003;
+    }
+    Sleep(10);
+    return value;
+}
+
+int ManualFocus() {
+    LibraryState& library = state();
+    if (!library.bKeep) {
+        return -1;
+    }
+    Sleep(30);
+    library.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
+    if (!queryControl()) {
+        return 0;
+    }
+    if (!readControl(kFocusUnread)) {
+        return -2;
+    }
+    Sleep(25);
+    return writeControl(library.ctrl.value != 0 ? 0 : 1, "set default param error!") ? 0 : -3;
+}
+
+int ManualFocusEx() {
+    LibraryState& library = state();
+    if (!library.bKeep) {
+        return -1;
+    }
+    Sleep(30);
+    library.qctrl.id = V4L2_CID_FOCUS_AUTO;
+    if (!queryControl()) {
+        return 0;
+    }
+    if (!readControl(kFocusUnread)) {
+        return -2;
+    }
+    Sleep(20);
+    if (!writeControl(0, "set default param error 01!")) {
+        return -3;
+    }
+    Sleep(50);
+    if (!writeControl(1, "set default param error 02!")) {
+        return -4;
+    }
+    std::puts("ManualFocus");
+    return 0;
+}

@@ -1,0 +1,13 @@
+// The driver's capture buffers, mapped into the process.
+#pragma once
+
+namespace doccam {
+
+// Asks the open camera for buffers, maps and queues them, printing what it does. 0, or openCamera's
+// result code for the request that failed. What was mapped before a failure stays mapped.
+int mapDriverBuffers();
+
+// Unmaps all buffers, printing a line for each that was not mapped.
+void unmapDriverBuffers();
+
+} // namespace doccam

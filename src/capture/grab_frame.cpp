@@ -1,0 +1,57 @@
+#include "capture/grab_frame.h"
+
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <sys/ioctl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace doccam {
+
+DequeuedBuffer dequeueBuffer(int descriptor) {
+    DequeuedBuffer dequeued;
+    dequeued.record.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    dequeued.record.memory = V4L2_MEMORY_MMAP;
+    dequeued.record.index = kBufferCount;
+    if (ioctl(descriptor, VIDIOC_DQBUF, &dequeued.record) != 0) {
+        dequeued.error = errno;
+    }
+    return dequeued;
+}
+
+int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& length) {
+    LibraryState& library = state();
+    v4l2_buffer& record = dequeued.record;
+    if (dequeued.error != 0) {
+        std::printf("ioctl(VIDIOC_DQBUF) failed %d(%s)", dequeued.error, strerror(dequeued.error));
+        return kGrabFailed;
+    }
+    if (record.index >= static_cast<unsigned>(library.buffer_count) ||
+        library.video_buffer_ptr[record.index] == nullptr) {
+        std::printf("invalid buffer index: %d", static_cast<int>(record.index));
+        return kGrabImpossibleBuffer;
+    }
+    // Drivers have been seen to name lengths beyond what was mapped or can be a frame.
+    const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
+                                         library.mappedLength[record.index], frame.size()});
+    std::copy_n(library.video_buffer_ptr[record.index], copied, frame.data());
+    length = static_cast<int>(copied);
+    if (ioctl(library.cam_fd, VIDIOC_QBUF, &record) != 0) {
+        std::printf("ioctl(VIDIOC_QBUF) failed %d(%s)", errno, strerror(errno));
+        return kGrabFailed;
+    }
+    return 0;
+}
+
+} // namespace doccam
+
+int grabImage(unsigned char* buffer, int* length) {
+    const doccam::LibraryState& library = doccam::state();
+    const auto bytes = static_cast<std::size_t>(std::max(library.nSize.load(), 0));
+    return doccam::takeFrame(doccam::dequeueBuffer(library.cam_fd), {buffer, bytes}, *length);
+}

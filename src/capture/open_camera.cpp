@@ -1,0 +1,164 @@
+// Opening a session: the list of steps, their lines and result codes.
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "base/frame_size.h"
+#include "base/slack_image.h"
+#include "capture/driver_buffers.h"
+#include "capture/format_negotiation.h"
+#include "capture/request_failure.h"
+#include "capture/session_end.h"
+#include "discovery/device_enumeration.h"
+
+#include <doccam/doccam.hpp>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <limits>
+
+namespace doccam {
+namespace {
+
+constexpr int kOutOfMemory = -14;
+
+bool sizesKnown(int index) {
+    const LibraryState& library = state();
+    const auto none = [&] {
+        return library.mjpegWidthList.empty() && library.yuvWidthList.empty();
+    };
+    if (none()) {
+        getCameraResolutionCount(index);
+    }
+    return !none();
+}
+
+// A frame must have pixels, and its bytes must be countable in nSize.
+bool isPossible(FrameSize size) {
+    return size.width > 0 && size.height > 0 && size.area() <= std::numeric_limits<int>::max() / 3;
+}
+
+void chooseGrabSize(FrameSize size) {
+    const bool enlarged = size == kEnlargedSize;
+    state().isInsert1000M = enlarged;
+    const FrameSize grabbed = enlarged ? kFullSize : size;
+    setGrabSize(grabbed.width, grabbed.height);
+}
+
+void leaveOpenNode() {
+    LibraryState& library = state();
+    if (library.cam_fd == kNoDescriptor) {
+        return;
+    }
+    if (library.bKeep) {
+        closeCamera();
+        std::puts("---------openCamera > closeCamera BB---------");
+    } else {
+        close(library.cam_fd);
+        std::puts("---------openCamera > closeCamera AA---------");
+    }
+    std::puts("---------openCamera closeCamera!---------");
+}
+
+int openNode(int index) {
+    LibraryState& library = state();
+    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    if (library.cam_fd == kNoDescriptor) {
+        std::puts("打开相机节点失败");
+        return -3;
+    }
+    return 0;
+}
+
+// The size asked for decides, whatever the driver settled on; images that are there keep theirs.
+void allocateImages() {
+    LibraryState& library = state();
+    if (library.srcimage.empty()) {
+        library.srcimage = makeSlackImage(library.nHeight, library.nWidth);
+    }
+    if (library.roimage.empty()) {
+        library.roimage.create(library.nWidth, library.nHeight, CV_8UC3);
+    }
+}
+
+void releaseImages() {
+    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
+        image->release();
+    }
+}
+
+int switchStreamOn() {
+    int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    if (ioctl(state().cam_fd, VIDIOC_STREAMON, &type) != 0) {
+        return requestFailed("ioctl(VIDIOC_STREAMON) failed %d(%s)\n", -13);
+    }
+    return 0;
+}
+
+void startThread() {
+    LibraryState& library = state();
+    library.streamingThread = std::make_shared<StreamingThread>();
+    library.bKeep = true;
+    if (!library.streamingThread->start(VideoStreamPro)) {
+        std::puts("create thread error");
+    }
+}
+
+int startStream(int index) {
+    if (const int code = openNode(index); code != 0) {
+        return code;
+    }
+    printCamera();
+    if (const int code = negotiateFormat(); code != 0) {
+        return code;
+    }
+    if (const int code = mapDriverBuffers(); code != 0) {
+        return code;
+    }
+    allocateImages();
+    return switchStreamOn();
+}
+
+// A failure while the buffers are being mapped leaves everything as it stands.
+bool keepsDecoder(int code) {
+    return code == -10 || code == -11 || code == -12;
+}
+
+int openSession(int index, FrameSize size) {
+    if (!cameraExists(index)) {
+        return -1;
+    }
+    if (!sizesKnown(index)) {
+        return -2;
+    }
+    if (!isPossible(size)) {
+        std::fprintf(stderr, "doccam: openCamera: no picture has %d x %d pixels\n", size.width,
+                     size.height);
+        return -2;
+    }
+    av_decode_init();
+    chooseGrabSize(size);
+    leaveOpenNode();
+    // A session whose descriptor was taken away may still have its thread.
+    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
+        releaseImages();
+    }
+    if (const int code = startStream(index); code != 0) {
+        if (!keepsDecoder(code)) {
+            av_decode_deinit();
+        }
+        return code;
+    }
+    startThread();
+    std::puts("ovisto->openCamera OK");
+    return 0;
+}
+
+} // namespace
+} // namespace doccam
+
+int openCamera(int index, int width, int height) {
+    return doccam::guarded("openCamera", doccam::kOutOfMemory, [&] {
+        return doccam::openSession(index, {width, height});
+    });
+}

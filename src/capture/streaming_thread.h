@@ -1,0 +1,71 @@
+// The life of one session's streaming thread: started, asked to stop, joined, and given up when it
+// is stuck in a call that the library cannot end.
+#pragma once
+
+#include <opencv2/core/mat.hpp>
+#include <pthread.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace doccam {
+
+// The host's side calls start() and retire(); everything else belongs to the thread itself.
+//
+// The thread is "inside" while it works on the library's state, and "outside" while it waits in
+// the driver or in a callback of the host. Only outside can it be given up: it then finds out on
+// its way back in, and leaves without touching the state again.
+class StreamingThread {
+  public:
+    using Entry = void* (*)(void*);
+
+    // Starts the thread. False when the system has no thread to give.
+    bool start(Entry entry);
+
+    // Says that the calling thread is this one; the first thing it does.
+    void enter();
+
+    // True on the streaming thread itself, as in a callback.
+    bool isCurrent() const;
+
+    // Asks the thread to end and waits for it; past patience it is given up as soon as it is
+    // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
+    void retire(std::chrono::milliseconds patience);
+
+    // True when retire() had to give the thread up: what it still uses must stay.
+    bool abandoned() const { return phase_.load(std::memory_order_acquire) == Phase::kAbandoned; }
+
+    // Keeps what a call outside may still read until the thread and the host have let go of it.
+    void keepAlive(cv::Mat pixels) { keptImages_.push_back(std::move(pixels)); }
+
+    void keepAlive(std::shared_ptr<unsigned char[]> pixels) { keptBuffer_ = std::move(pixels); }
+
+    bool stopRequested() const { return stop_.load(std::memory_order_acquire); }
+
+    // Runs call outside. False when the thread has been given up meanwhile.
+    template <typename Call>
+    bool outside(Call&& call) {
+        phase_.store(Phase::kOutside, std::memory_order_release);
+        std::forward<Call>(call)();
+        Phase expected = Phase::kOutside;
+        return phase_.compare_exchange_strong(expected, Phase::kInside, std::memory_order_acq_rel);
+    }
+
+  private:
+    enum class Phase { kInside, kOutside, kAbandoned };
+
+    bool joinWithin(std::chrono::milliseconds time);
+    bool giveUp();
+
+    pthread_t thread_{};
+    std::atomic<bool> running_{false}; // started and neither joined nor given up
+    std::atomic<bool> stop_{false};
+    std::atomic<Phase> phase_{Phase::kInside};
+    std::vector<cv::Mat> keptImages_;
+    std::shared_ptr<unsigned char[]> keptBuffer_;
+};
+
+} // namespace doccam

@@ -1,0 +1,58 @@
+// A camera's display name, from the driver's card name.
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "discovery/device_enumeration.h"
+
+#include <doccam/doccam.hpp>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstring>
+
+namespace doccam {
+namespace {
+
+std::string cardName(int descriptor) {
+    v4l2_capability capability{};
+    ioctl(descriptor, VIDIOC_QUERYCAP, &capability);
+    const auto* card = reinterpret_cast<const char*>(capability.card);
+    // A driver may fill the field to its last byte.
+    return {card, strnlen(card, sizeof capability.card)};
+}
+
+std::string displayName(const std::string& card, int index) {
+    const std::vector<std::string> pieces = split(card, ":");
+    if (pieces.empty()) {
+        return "USB Camera" + std::to_string(index);
+    }
+    return pieces.size() >= 2 ? pieces[1] : pieces[0];
+}
+
+const char* cameraName(int index) {
+    LibraryState& library = state();
+    if (!cameraExists(index)) {
+        return nullptr;
+    }
+    if (library.cam_fd != kNoDescriptor) {
+        close(library.cam_fd);
+    }
+    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    if (library.cam_fd == kNoDescriptor) {
+        return nullptr;
+    }
+    const std::string card = cardName(library.cam_fd);
+    close(library.cam_fd);
+    library.cam_fd = kNoDescriptor;
+    library.cameraName = displayName(card, index);
+    return library.cameraName.c_str();
+}
+
+} // namespace
+} // namespace doccam
+
+const char* getCameraName(int index) {
+    return doccam::guarded<const char*>("getCameraName", nullptr,
+                                        [&] { return doccam::cameraName(index); });
+}

@@ -1,0 +1,95 @@
+#include "discovery/device_enumeration.h"
+
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "base/udev_handles.h"
+
+#include <cstdio>
+#include <string_view>
+
+namespace doccam {
+namespace {
+
+enum class Walk { kFound, kNotFound, kDeviceVanished };
+
+bool isModel(udev_device* device, std::string_view vendor, std::string_view product) {
+    const char* deviceVendor = udev_device_get_property_value(device, "ID_VENDOR_ID");
+    const char* deviceProduct = udev_device_get_property_value(device, "ID_MODEL_ID");
+    return deviceVendor != nullptr && deviceProduct != nullptr && vendor == deviceVendor &&
+           product == deviceProduct;
+}
+
+void remember(udev_device* device) {
+    LibraryState& library = state();
+    const char* number = udev_device_get_sysnum(device);
+    char node[100];
+    std::snprintf(node, sizeof node, "/dev/video%s", number != nullptr ? number : "");
+    library.devices[static_cast<std::size_t>(library.deviceCount)] = node;
+    std::printf("node:%s\n", node);
+    ++library.deviceCount;
+}
+
+// Takes the first video device of one model, if there is one. A second device of the model, such
+// as a camera's metadata node, is never looked at.
+Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* product) {
+    for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator); entry != nullptr;
+         entry = udev_list_entry_get_next(entry)) {
+        UdevDevice device(udev_device_new_from_syspath(udev_enumerate_get_udev(enumerator),
+                                                       udev_list_entry_get_name(entry)));
+        if (!device) {
+            return Walk::kDeviceVanished;
+        }
+        if (isModel(device.get(), vendor, product)) {
+            remember(device.get());
+            // Hosts may rely on the found camera's device object staying alive: it is not released.
+            static_cast<void>(device.release());
+            return Walk::kFound;
+        }
+    }
+    return Walk::kNotFound;
+}
+
+int enumerateCameras() {
+    LibraryState& library = state();
+    library.deviceCount = 0;
+    UdevContext context(udev_new());
+    if (!context) {
+        return -1;
+    }
+    UdevEnumerator enumerator(udev_enumerate_new(context.get()));
+    if (!enumerator) {
+        static_cast<void>(context.release());
+        return -1;
+    }
+    udev_enumerate_add_match_subsystem(enumerator.get(), "video4linux");
+    udev_enumerate_scan_devices(enumerator.get());
+    library.devices[0].clear();
+    for (std::size_t row = 0; row < library.gpyVendor.size(); ++row) {
+        if (library.gpyVendor[row] == nullptr) {
+            break;
+        }
+        if (findModel(enumerator.get(), library.gpyVendor[row], library.gpyProduct[row]) ==
+            Walk::kDeviceVanished) {
+            static_cast<void>(enumerator.release());
+            static_cast<void>(context.release());
+            return 0;
+        }
+    }
+    return library.deviceCount;
+}
+
+} // namespace
+
+bool cameraExists(int index) {
+    LibraryState& library = state();
+    if (library.deviceCount < 1) {
+        library.deviceCount = getDeviceCount();
+    }
+    return index >= 0 && library.deviceCount >= 1 && index < library.deviceCount;
+}
+
+} // namespace doccam
+
+int getDeviceCount() {
+    return doccam::guarded("getDeviceCount", -1, doccam::enumerateCameras);
+}

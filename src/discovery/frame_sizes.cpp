@@ -1,0 +1,177 @@
+// The frame sizes that a camera offers in each pixel format.
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "base/frame_size.h"
+#include "discovery/device_enumeration.h"
+
+#include <doccam/doccam.h>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace doccam {
+namespace {
+
+// More entries than any driver lists; ends the loop over one that never says stop.
+constexpr unsigned kMostEntries = 4096;
+
+struct SizeList {
+    std::vector<int>& widths;
+    std::vector<int>& heights;
+};
+
+SizeList selectedSizes() {
+    LibraryState& library = state();
+    if (library.CameraFormat.load(std::memory_order_relaxed) != 0) {
+        return {library.yuvWidthList, library.yuvHeightList};
+    }
+    return {library.mjpegWidthList, library.mjpegHeightList};
+}
+
+void clearLists() {
+    LibraryState& library = state();
+    for (auto* list : {&library.formatList, &library.yuvWidthList, &library.yuvHeightList,
+                       &library.mjpegWidthList, &library.mjpegHeightList,
+                       &library.otherfmtWidthList, &library.otherfmtHeightList}) {
+        list->clear();
+    }
+}
+
+// Notes the format and returns where its sizes belong.
+SizeList noteFormat(std::uint32_t pixelFormat) {
+    LibraryState& library = state();
+    switch (pixelFormat) {
+    case V4L2_PIX_FMT_MJPEG:
+        library.formatList.push_back(0);
+        return {library.mjpegWidthList, library.mjpegHeightList};
+    case V4L2_PIX_FMT_YUYV:
+        library.formatList.push_back(1);
+        return {library.yuvWidthList, library.yuvHeightList};
+    default:
+        library.formatList.push_back(2);
+        return {library.otherfmtWidthList, library.otherfmtHeightList};
+    }
+}
+
+void listSizes(int descriptor, std::uint32_t pixelFormat, SizeList sizes) {
+    for (unsigned index = 0; index < kMostEntries; ++index) {
+        v4l2_frmsizeenum size{};
+        size.index = index;
+        size.pixel_format = pixelFormat;
+        if (ioctl(descriptor, VIDIOC_ENUM_FRAMESIZES, &size) != 0) {
+            return;
+        }
+        if (size.type != V4L2_FRMSIZE_TYPE_DISCRETE) {
+            continue;
+        }
+        const int width = static_cast<int>(size.discrete.width);
+        const int height = static_cast<int>(size.discrete.height);
+        sizes.widths.push_back(width);
+        sizes.heights.push_back(height);
+        std::printf("width,height:%d,%d\n", width, height);
+    }
+}
+
+void listFormats(int descriptor) {
+    for (unsigned index = 0; index < kMostEntries; ++index) {
+        v4l2_fmtdesc format{};
+        format.index = index;
+        format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+        if (ioctl(descriptor, VIDIOC_ENUM_FMT, &format) != 0) {
+            return;
+        }
+        listSizes(descriptor, format.pixelformat, noteFormat(format.pixelformat));
+    }
+}
+
+// The camera of the largest model also delivers the enlarged size, as a still.
+void appendEnlargedSize(SizeList sizes) {
+    int width = 0;
+    int height = 0;
+    for (std::size_t i = 0; i < sizes.heights.size(); ++i) {
+        if (sizes.heights[i] > height) {
+            height = sizes.heights[i];
+            width = sizes.widths[i];
+        }
+    }
+    if (static_cast<std::int64_t>(width) * height == kFullSize.area()) {
+        sizes.widths.push_back(kEnlargedSize.width);
+        sizes.heights.push_back(kEnlargedSize.height);
+    }
+}
+
+void leaveOpenNode() {
+    LibraryState& library = state();
+    if (library.cam_fd == kNoDescriptor) {
+        return;
+    }
+    if (library.bKeep) {
+        closeCamera();
+        std::puts("---------getResolutionCount closeCamera BB---------");
+    } else {
+        close(library.cam_fd);
+        std::puts("---------getResolutionCount closeCamera AA---------");
+    }
+}
+
+int enumerateSizes(int index) {
+    LibraryState& library = state();
+    if (!cameraExists(index)) {
+        return 0;
+    }
+    leaveOpenNode();
+    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    if (library.cam_fd == kNoDescriptor) {
+        std::puts("open camera error!!");
+        return 0;
+    }
+    v4l2_capability capability{};
+    ioctl(library.cam_fd, VIDIOC_QUERYCAP, &capability);
+    clearLists();
+    listFormats(library.cam_fd);
+    close(library.cam_fd);
+    library.cam_fd = kNoDescriptor;
+    library.isInsert1000M = false;
+
+    const SizeList sizes = selectedSizes();
+    if (sizes.widths.empty()) {
+        return 0;
+    }
+    appendEnlargedSize(sizes);
+    return static_cast<int>(sizes.widths.size());
+}
+
+void storeAt(const std::vector<int>& list, int index, int* value) {
+    if (value != nullptr && index >= 0 && static_cast<std::size_t>(index) < list.size()) {
+        *value = list[static_cast<std::size_t>(index)];
+    }
+}
+
+} // namespace
+} // namespace doccam
+
+int getCameraResolutionCount(int index) {
+    return doccam::guarded("getCameraResolutionCount", 0,
+                           [&] { return doccam::enumerateSizes(index); });
+}
+
+int getFormatResolutionCount(int /*index*/) {
+    return static_cast<int>(doccam::selectedSizes().widths.size());
+}
+
+int getCameraResolution(int index, int* width, int* height) {
+    const doccam::LibraryState& library = doccam::state();
+    if (library.mjpegWidthList.empty() && library.yuvWidthList.empty()) {
+        return -2;
+    }
+    const doccam::SizeList sizes = doccam::selectedSizes();
+    if (sizes.widths.empty()) {
+        return -1;
+    }
+    doccam::storeAt(sizes.widths, index, width);
+    doccam::storeAt(sizes.heights, index, height);
+    return 0;
+}

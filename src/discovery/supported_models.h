@@ -1,0 +1,33 @@
+// The table of camera models that the library looks for.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace doccam {
+
+// Two USB identifiers, four lower-case hexadecimal digits each, zero-terminated.
+struct ModelId {
+    std::array<char, 5> vendor{};
+    std::array<char, 5> product{};
+
+    bool operator==(const ModelId&) const = default;
+};
+
+struct ParsedModels {
+    std::vector<ModelId> models;
+    int errorLine = 0; // 1-based; 0 when the text is well formed
+    std::string error;
+};
+
+// Reads rows "vvvv:pppp  # remark". Blank lines and comments are passed over. Stops at the first
+// malformed row, or at a tenth one, and says why.
+ParsedModels parseModels(std::string_view text);
+
+// Reads the table from the file at path. On failure error says why, naming file and line, and no
+// model is returned.
+ParsedModels readModels(const std::string& path);
+
+} // namespace doccam

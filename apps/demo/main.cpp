@@ -1,0 +1,151 @@
+// The library at work: lists the cameras, measures two streams, and turns the sheet before the
+// camera into a JPEG, a PNG and a PDF.
+#include "measured_stream.h"
+#include "own_output.h"
+#include "picture_report.h"
+
+#include <doccam/doccam.h>
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+enum Exit { kDone = 0, kUsage = 2, kNoCamera = 3, kCameraFailed = 4, kFileFailed = 5 };
+
+constexpr int kMjpeg = 0;
+constexpr int kYuyv = 1;
+constexpr int kMeasuredFrames = 60;
+constexpr double kLeastLikeness = 30; // dB
+
+struct Options {
+    std::string photo;
+    std::string folder = ".";
+};
+
+struct Size {
+    int width;
+    int height;
+};
+
+bool parse(int argc, char** argv, Options& options) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    for (std::size_t i = 0; i + 1 < arguments.size(); i += 2) {
+        if (arguments[i] == "--photo") {
+            options.photo = arguments[i + 1];
+        } else if (arguments[i] == "--into") {
+            options.folder = arguments[i + 1];
+        } else {
+            return false;
+        }
+    }
+    return arguments.size() % 2 == 0;
+}
+
+std::vector<Size> sizesOf(int camera, int format) {
+    SetVideoFormat(format);
+    std::vector<Size> sizes;
+    const int count = getCameraResolutionCount(camera);
+    for (int i = 0; i < count; ++i) {
+        Size size{};
+        getCameraResolution(i, &size.width, &size.height);
+        sizes.push_back(size);
+    }
+    return sizes;
+}
+
+void listCamera(int camera) {
+    const char* name = getCameraName(camera);
+    std::fprintf(demo::out(), "camera %d: %s\n", camera, name != nullptr ? name : "(no name)");
+    for (const int format : {kMjpeg, kYuyv}) {
+        std::fprintf(demo::out(), "  %s:", format == kMjpeg ? "MJPEG" : "YUYV ");
+        for (const Size size : sizesOf(camera, format)) {
+            std::fprintf(demo::out(), " %dx%d", size.width, size.height);
+        }
+        std::fputc('\n', demo::out());
+    }
+}
+
+// The wanted size if the camera has it, else its largest.
+Size offered(int camera, int format, Size wanted) {
+    Size largest{};
+    for (const Size size : sizesOf(camera, format)) {
+        if (size.width == wanted.width && size.height == wanted.height) {
+            return size;
+        }
+        if (size.width * size.height > largest.width * largest.height) {
+            largest = size;
+        }
+    }
+    return largest;
+}
+
+bool openAndMeasure(int format, Size wanted) {
+    const Size size = offered(0, format, wanted);
+    const int code = openCamera(0, size.width, size.height);
+    if (code != 0) {
+        std::fprintf(stderr, "camera 0 cannot be opened at %dx%d: code %d\n", size.width,
+                     size.height, code);
+        return false;
+    }
+    const double rate = demo::framesPerSecond(kMeasuredFrames);
+    std::fprintf(demo::out(), "streamed %dx%d %s: %.1f frames per second\n", size.width,
+                 size.height, format == kMjpeg ? "MJPEG" : "YUYV", rate);
+    return rate > 0;
+}
+
+bool takeStills(const std::string& folder) {
+    bool complete = true;
+    std::fprintf(demo::out(), "%-30s %15s %16s\n", "file", "size", "bytes");
+    for (const char* name : {"page.jpg", "page.png", "page.pdf"}) {
+        const std::string path = (std::filesystem::path(folder) / name).string();
+        captureImage(path.c_str());
+        complete = demo::reportFile(path) && complete;
+    }
+    return complete;
+}
+
+bool compareWithPhoto(const Options& options) {
+    if (options.photo.empty()) {
+        return true;
+    }
+    const auto page = std::filesystem::path(options.folder) / "page.jpg";
+    const double decibels = demo::likeness(page.string(), options.photo);
+    std::fprintf(demo::out(), "page.jpg against the photograph: PSNR %.1f dB\n", decibels);
+    return decibels > kLeastLikeness;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (!parse(argc, argv, options)) {
+        std::fprintf(stderr, "usage: %s [--photo FILE] [--into FOLDER]\n", argv[0]);
+        return kUsage;
+    }
+    std::filesystem::create_directories(options.folder);
+    demo::divertLibraryLines((std::filesystem::path(options.folder) / "library.log").c_str());
+
+    const int cameras = getDeviceCount();
+    if (cameras < 1) {
+        std::fprintf(stderr, "No supported document camera is attached.\n");
+        return kNoCamera;
+    }
+    for (int camera = 0; camera < cameras; ++camera) {
+        listCamera(camera);
+    }
+    demo::countFrames();
+    if (!openAndMeasure(kYuyv, {1280, 960})) {
+        return kCameraFailed;
+    }
+    closeCamera();
+    if (!openAndMeasure(kMjpeg, {3264, 2448})) {
+        return kCameraFailed;
+    }
+    const bool complete = takeStills(options.folder);
+    closeCamera();
+    return complete && compareWithPhoto(options) ? kDone : kFileFailed;
+}

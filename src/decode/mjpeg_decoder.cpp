@@ -1,0 +1,130 @@
+#include "decode/mjpeg_decoder.h"
+
+#include "decode/picture_scaler.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace doccam {
+namespace {
+
+// Lifts every message of the codec above the highest log level, for this decoder alone: the log
+// level and callback of the process belong to the host.
+constexpr int kSilence = 128;
+
+constexpr int kPixelBytes = 3;
+
+// Of the packed picture, whose rows in memory may be longer.
+std::int64_t byteCount(std::int64_t width, std::int64_t height) {
+    return width * height * kPixelBytes;
+}
+
+bool holds(const cv::Mat& image, std::int64_t bytes) {
+    return image.data != nullptr && image.isContinuous() &&
+           image.total() * image.elemSize() >= static_cast<std::size_t>(bytes);
+}
+
+// Refers to the data in place, so that the codec does not copy it.
+CodecBuffer borrow(std::span<const unsigned char> data) {
+    return CodecBuffer(av_buffer_create(
+        const_cast<std::uint8_t*>(data.data()), data.size() + kCodecPadding,
+        [](void* /*opaque*/, std::uint8_t* /*data*/) {}, nullptr, AV_BUFFER_FLAG_READONLY));
+}
+
+bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
+    // The scaler works in blocks of 16 pixels: rows that end with a whole block are aligned, keep
+    // its fast paths, and let it write the last block.
+    const std::int64_t stride = (std::int64_t{width} + 15) / 16 * 16 * kPixelBytes;
+    const std::int64_t bytes = stride * height + static_cast<std::int64_t>(kCodecPadding);
+    if (stride > std::numeric_limits<int>::max()) {
+        return false;
+    }
+    CodecScaler scaler = makeScaler(*decoder.picture, width, height);
+    CodecMemory pixels(static_cast<std::uint8_t*>(av_malloc(static_cast<std::size_t>(bytes))));
+    if (!scaler || !pixels) {
+        return false;
+    }
+    decoder.converted->data[0] = pixels.get();
+    decoder.converted->linesize[0] = static_cast<int>(stride);
+    decoder.converted->width = width;
+    decoder.converted->height = height;
+    decoder.scaler = std::move(scaler);
+    decoder.pixels = std::move(pixels);
+    return true;
+}
+
+void copyPacked(const AVFrame& converted, unsigned char* target, std::int64_t bytes) {
+    const std::int64_t rowBytes = std::int64_t{converted.width} * kPixelBytes;
+    const unsigned char* row = converted.data[0];
+    for (; bytes > 0; bytes -= rowBytes, row += converted.linesize[0], target += rowBytes) {
+        std::memcpy(target, row, static_cast<std::size_t>(std::min(bytes, rowBytes)));
+    }
+}
+
+} // namespace
+
+MjpegDecoder::~MjpegDecoder() {
+    context.reset();
+    picture.reset();
+    converted.reset();
+    scaler.reset();
+    pixels.reset();
+}
+
+std::unique_ptr<MjpegDecoder> makeMjpegDecoder() {
+    auto decoder = std::make_unique<MjpegDecoder>();
+    decoder->codec = avcodec_find_decoder(AV_CODEC_ID_MJPEG);
+    decoder->context.reset(avcodec_alloc_context3(decoder->codec));
+    if (decoder->codec != nullptr && decoder->context) {
+        decoder->context->log_level_offset = kSilence;
+        avcodec_open2(decoder->context.get(), decoder->codec, nullptr);
+    }
+    decoder->picture.reset(av_frame_alloc());
+    decoder->converted.reset(av_frame_alloc());
+    return decoder;
+}
+
+Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded) {
+    AVCodecContext* const context = decoder.context.get();
+    const CodecPacket packet(av_packet_alloc());
+    const CodecBuffer borrowed = padded ? borrow(data) : nullptr;
+    if (context == nullptr || !decoder.picture || !decoder.converted || !packet) {
+        return Decoded::kError;
+    }
+    packet->data = const_cast<std::uint8_t*>(data.data());
+    packet->size = static_cast<int>(data.size());
+    // Without a reference of its own the codec copies the data behind a padding.
+    packet->buf = borrowed ? av_buffer_ref(borrowed.get()) : nullptr;
+    const int sent = avcodec_send_packet(context, packet.get());
+    const int received = sent < 0 ? sent : avcodec_receive_frame(context, decoder.picture.get());
+    av_packet_unref(packet.get());
+    if (borrowed && av_buffer_get_ref_count(borrowed.get()) > 1) {
+        avcodec_flush_buffers(context);
+    }
+    if (received >= 0) {
+        return Decoded::kPicture;
+    }
+    return received == AVERROR(EAGAIN) ? Decoded::kNothing : Decoded::kError;
+}
+
+bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) {
+    if (width < 1 || height < 1 || byteCount(width, height) > std::numeric_limits<int>::max()) {
+        return false;
+    }
+    const std::int64_t bytes = byteCount(width, height);
+    if (!holds(out, bytes) || (!decoder.scaler && !prepareConversion(decoder, width, height))) {
+        return false;
+    }
+    AVFrame& converted = *decoder.converted;
+    if (byteCount(converted.width, converted.height) < bytes ||
+        !coversSource(*decoder.picture, *decoder.scaler)) {
+        return false;
+    }
+    scalePicture(*decoder.scaler, *decoder.picture, height, converted);
+    copyPacked(converted, out.data, bytes);
+    return true;
+}
+
+} // namespace doccam

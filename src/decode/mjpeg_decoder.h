@@ -1,0 +1,52 @@
+// Decodes MJPEG frames with the codec library.
+#pragma once
+
+#include "base/codec_handles.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <span>
+
+namespace doccam {
+
+// The zero bytes that padded data has behind its end: the codec reads ahead.
+inline constexpr std::size_t kCodecPadding = AV_INPUT_BUFFER_PADDING_SIZE;
+
+// One decoder with all it owns. Existing hosts look into the record: its fields and their order are
+// fixed.
+struct MjpegDecoder {
+    void* firstReserved = nullptr;
+    CodecContext context;
+    const AVCodec* codec = nullptr;
+    CodecFrame picture;   // the last decoded picture
+    CodecFrame converted; // its planes point into pixels
+    CodecScaler scaler;   // made for the first picture and kept
+    void* secondReserved = nullptr;
+    CodecMemory pixels;
+
+    MjpegDecoder() = default;
+    ~MjpegDecoder();
+    MjpegDecoder(const MjpegDecoder&) = delete;
+    MjpegDecoder& operator=(const MjpegDecoder&) = delete;
+};
+
+static_assert(sizeof(MjpegDecoder) == 8 * sizeof(void*));
+
+// A decoder that prints nothing. One that could not be set up fails at every frame.
+std::unique_ptr<MjpegDecoder> makeMjpegDecoder();
+
+enum class Decoded { kPicture, kNothing, kError };
+
+// Decodes one JPEG, which may be followed by any left-over bytes, into decoder.picture. With padded
+// set, data is followed by kCodecPadding readable bytes and is used where it is; otherwise it is
+// copied. No reference to it outlives the call.
+Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded);
+
+// Writes decoder.picture to out: width x height pixels, scaled as the first picture was. False, and
+// out is left alone, when out does not hold that many bytes in one piece, or the picture lacks
+// pixels that the first one had.
+bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out);
+
+} // namespace doccam

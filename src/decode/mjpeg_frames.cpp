@@ -1,0 +1,56 @@
+#include "decode/mjpeg_frames.h"
+
+#include "api/library_state.h"
+#include "decode/mjpeg_decoder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <cstdio>
+#include <memory>
+
+namespace doccam {
+
+void decodeFrame(std::span<const unsigned char> data, bool padded, int width, int height,
+                 cv::Mat& out) {
+    MjpegDecoder* const decoder = state().pdecode.load(std::memory_order_acquire);
+    if (data.empty() || decoder == nullptr) {
+        return;
+    }
+    switch (decodePicture(*decoder, data, padded)) {
+    case Decoded::kPicture:
+        convertPicture(*decoder, width, height, out);
+        break;
+    case Decoded::kNothing:
+        break;
+    case Decoded::kError:
+        std::puts("decode error.");
+        break;
+    }
+}
+
+} // namespace doccam
+
+void av_decode_init() {
+    auto& current = doccam::state().pdecode;
+    if (current.load(std::memory_order_acquire) != nullptr) {
+        return;
+    }
+    auto decoder = doccam::makeMjpegDecoder();
+    doccam::MjpegDecoder* none = nullptr;
+    if (current.compare_exchange_strong(none, decoder.get(), std::memory_order_acq_rel)) {
+        static_cast<void>(decoder.release());
+    }
+}
+
+void av_decode_deinit() {
+    const std::unique_ptr<doccam::MjpegDecoder> last(
+        doccam::state().pdecode.exchange(nullptr, std::memory_order_acq_rel));
+}
+
+void do_excute_image(unsigned char* data, int length, int width, int height, cv::Mat& out,
+                     cv::Mat& /*spare*/) {
+    if (data == nullptr || length < 1) {
+        return;
+    }
+    doccam::decodeFrame({data, static_cast<std::size_t>(length)}, false, width, height, out);
+}

@@ -3,6 +3,7 @@ find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(OpenCV 4 REQUIRED COMPONENTS core imgproc imgcodecs)
 find_package(JPEG REQUIRED)
+find_package(PNG REQUIRED)
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavcodec libavutil libswscale)
 pkg_check_modules(UDEV REQUIRED IMPORTED_TARGET libudev)
 

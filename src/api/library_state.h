@@ -6,6 +6,7 @@
 #pragma once
 
 #include "api/shared_text.h"
+#include "base/pdf_document.h"
 
 #include <doccam/doccam.h>
 
@@ -112,6 +113,8 @@ struct LibraryState {
     int ManualCutX = 0, ManualCutY = 0, ManualCutW = 0, ManualCutH = 0; // unused
 
     // PDF output: one thread at a time.
+    PdfDocument pdfOwner;   // the open document, if any
+    bool pdfBroken = false; // an error has spoilt it
     HPDF_Doc pdf = nullptr; // stale after pdf_end
     std::jmp_buf env{};     // never armed: the error handler returns instead of jumping
     std::string outPdfPath;

@@ -1,0 +1,17 @@
+// Questions about files.
+#pragma once
+
+#include <string>
+
+namespace doccam {
+
+// True when something exists at path, be it readable or not.
+bool fileExists(const char* path);
+
+// The last count bytes of the file at path, fewer if it is shorter, none if it cannot be read.
+std::string lastBytes(const std::string& path, std::size_t count);
+
+// The home directory of the process's real user, else the one the environment names, else /tmp.
+std::string homeFolder();
+
+} // namespace doccam

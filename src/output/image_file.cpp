@@ -1,0 +1,56 @@
+#include "output/image_file.h"
+
+#include "base/standard_file.h"
+#include "output/staged_file.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <cstdio>
+#include <optional>
+#include <utility>
+
+namespace doccam {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+bool isWritable(const std::string& path, const cv::Mat& picture) {
+    const int channels = picture.channels();
+    return cv::haveImageWriter(path) && !picture.empty() &&
+           (channels == 1 || channels == 3 || channels == 4);
+}
+
+// Encoded in memory, because not every encoder of the image library notices a full disk.
+std::optional<Bytes> encode(const std::string& path, const cv::Mat& picture,
+                            const std::vector<int>& parameters) {
+    Bytes bytes;
+    try {
+        cv::imencode(path, picture, bytes, parameters);
+    } catch (const cv::Exception&) {
+        if (!isWritable(path, picture)) {
+            throw;
+        }
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+bool writeBytes(const std::string& path, const Bytes& bytes) {
+    StandardFile file(std::fopen(path.c_str(), "wbe"));
+    return file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+           closeChecked(std::move(file));
+}
+
+} // namespace
+
+bool writeImage(const std::string& path, const cv::Mat& picture,
+                const std::vector<int>& parameters) {
+    const auto bytes = encode(path, picture, parameters);
+    if (!bytes) {
+        return false;
+    }
+    StagedFile file(path);
+    return writeBytes(file.path(), *bytes) && file.commit();
+}
+
+} // namespace doccam

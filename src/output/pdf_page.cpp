@@ -1,0 +1,119 @@
+#include "output/pdf_page.h"
+
+#include "base/standard_file.h"
+#include "output/jpeg_reader.h"
+#include "output/png_reader.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace doccam {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+// The PDF library counts bytes in 32 bits, and no page of its largest size needs as many.
+constexpr std::size_t kMostBytes = std::size_t{1} << 30;
+constexpr unsigned kBitsPerSample = 8;
+
+std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
+    const StandardFile file(std::fopen(path.c_str(), "rbe"));
+    if (!file) {
+        error = {HPDF_FILE_OPEN_ERROR, static_cast<HPDF_STATUS>(errno)};
+        return std::nullopt;
+    }
+    Bytes bytes;
+    std::array<unsigned char, 65536> chunk{};
+    for (std::size_t count = 0;
+         (count = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
+        bytes.insert(bytes.end(), chunk.begin(),
+                     chunk.begin() + static_cast<std::ptrdiff_t>(count));
+        if (bytes.size() > kMostBytes) {
+            break;
+        }
+    }
+    if (std::ferror(file.get()) != 0 || bytes.size() > kMostBytes) {
+        error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(errno)};
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+HPDF_UINT sizeOf(const Bytes& bytes) {
+    return static_cast<HPDF_UINT>(bytes.size());
+}
+
+HPDF_Image rawImage(HPDF_Doc document, const PngReader& png, const Bytes& samples,
+                    unsigned channels) {
+    const HPDF_ColorSpace space = channels == 1 ? HPDF_CS_DEVICE_GRAY : HPDF_CS_DEVICE_RGB;
+    return HPDF_LoadRawImageFromMem(document, samples.data(), png.width(), png.height(), space,
+                                    kBitsPerSample);
+}
+
+HPDF_Image loadPixels(HPDF_Doc document, const PngReader& png) {
+    HPDF_Image image = rawImage(document, png, png.pixels(), png.channels());
+    if (image == nullptr || png.alpha().empty()) {
+        return image;
+    }
+    HPDF_Image mask = rawImage(document, png, png.alpha(), 1);
+    return mask != nullptr && HPDF_Image_AddSMask(image, mask) == HPDF_OK ? image : nullptr;
+}
+
+HPDF_Image load(HPDF_Doc document, const PngReader& png, const Bytes& file) {
+    return png.isPlain() ? HPDF_LoadPngImageFromMem(document, file.data(), sizeOf(file))
+                         : loadPixels(document, png);
+}
+
+HPDF_Image load(HPDF_Doc document, const JpegReader& /*jpeg*/, const Bytes& file) {
+    return HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
+}
+
+// The page's size is set before the pixels are read: the PDF library refuses huge ones, which then
+// take no memory.
+template <typename Reader>
+PdfError addPage(HPDF_Doc document, const std::string& path, HPDF_STATUS damaged) {
+    PdfError error;
+    const auto file = readFile(path, error);
+    if (!file) {
+        return error;
+    }
+    Reader reader(*file);
+    if (!reader.readHeader()) {
+        return {damaged, 0};
+    }
+    const auto width = static_cast<HPDF_REAL>(reader.width());
+    const auto height = static_cast<HPDF_REAL>(reader.height());
+    HPDF_Page page = HPDF_AddPage(document);
+    if (page == nullptr || HPDF_Page_SetWidth(page, width) != HPDF_OK ||
+        HPDF_Page_SetHeight(page, height) != HPDF_OK) {
+        return {HPDF_PAGE_INVALID_SIZE, 0};
+    }
+    if (!reader.readPixels()) {
+        return {damaged, 0};
+    }
+    HPDF_Image image = load(document, reader, *file);
+    if (image == nullptr ||
+        HPDF_Page_DrawImage(HPDF_GetCurrentPage(document), image, 0, 0, width, height) != HPDF_OK) {
+        return {damaged, 0};
+    }
+    return {};
+}
+
+} // namespace
+
+PdfError addPicturePage(HPDF_Doc document, const std::string& path) {
+    const std::string_view name = path;
+    if (name.ends_with("png")) {
+        return addPage<PngReader>(document, path, HPDF_INVALID_PNG_IMAGE);
+    }
+    if (name.ends_with("jpg")) {
+        return addPage<JpegReader>(document, path, HPDF_INVALID_JPEG_DATA);
+    }
+    return {};
+}
+
+} // namespace doccam

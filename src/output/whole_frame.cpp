@@ -1,0 +1,50 @@
+#include "output/whole_frame.h"
+
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/imgproc.hpp>
+
+#include <cstdio>
+
+namespace doccam {
+namespace {
+
+constexpr int kLongSide = 3672;
+constexpr int kShortSide = 2856;
+
+cv::Mat blueFirst(const cv::Mat& frame) {
+    cv::Mat page;
+    cv::cvtColor(frame, page, cv::COLOR_RGB2BGR);
+    return page;
+}
+
+cv::Size enlargedSize(int quarterTurns) {
+    const bool upright = quarterTurns == 1 || quarterTurns == 3;
+    return upright ? cv::Size(kShortSide, kLongSide) : cv::Size(kLongSide, kShortSide);
+}
+
+cv::Mat enlarged(const cv::Mat& page, cv::Size size) {
+    cv::Mat larger;
+    cv::resize(page, larger, size, 0, 0, cv::INTER_LINEAR);
+    return larger;
+}
+
+} // namespace
+
+void saveWholeFrame(char* path, const cv::Mat& frame) {
+    std::puts("capture->01");
+    const cv::Mat page = blueFirst(frame);
+    std::puts("capture->02");
+    if (state().isInsert1000M.load(std::memory_order_relaxed)) {
+        const int turns = state().RotateAngle.load(std::memory_order_relaxed);
+        SaveImage(path, enlarged(page, enlargedSize(turns)));
+    } else {
+        std::puts("capture->03");
+        SaveImage(path, page);
+    }
+    std::puts("capture->04");
+}
+
+} // namespace doccam

@@ -1,0 +1,167 @@
+#include "capture/frame_loop.h"
+
+#include "api/library_state.h"
+#include "capture/grab_frame.h"
+#include "decode/mjpeg_decoder.h"
+#include "decode/mjpeg_frames.h"
+
+#include <doccam/doccam.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace doccam {
+namespace {
+
+constexpr int kFramePause = 3;
+
+// Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
+constexpr std::size_t kReadSlack = kCodecPadding + 16;
+
+// Images keep their size across some failed opens; the frame must then fill the larger of the two.
+std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
+    return std::max(frame, library.srcimage.total() * library.srcimage.elemSize()) + kReadSlack;
+}
+
+} // namespace
+
+FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
+  : thread_(thread)
+  , library_(library)
+  , frameCapacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0))) {
+    buffer_.resize(bytesToReserve(library, frameCapacity_));
+}
+
+void FrameLoop::run() {
+    while (library_.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
+    }
+}
+
+FrameLoop::Next FrameLoop::step() {
+    if (grab() == Next::kEnd || decode() == Next::kEnd) {
+        return Next::kEnd;
+    }
+    if (dropAfterTurn()) {
+        return Next::kFrame;
+    }
+    rotate();
+    takeStill();
+    if (deliverFrame() == Next::kEnd) {
+        return Next::kEnd;
+    }
+    Sleep(kFramePause);
+    return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::grab() {
+    DequeuedBuffer dequeued;
+    const int descriptor = library_.cam_fd;
+    if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
+        return Next::kEnd;
+    }
+    frameLength_ = 0;
+    const int result = takeFrame(dequeued, {buffer_.data(), frameCapacity_}, frameLength_);
+    if (result != 0) {
+        std::puts("grabImage error!!!!!!!!!!");
+        std::printf("cam get image ret = %d\n", result);
+        return Next::kEnd;
+    }
+    // A short frame is followed by zeros, not by what a longer one left.
+    if (frameLength_ < dirtyLength_) {
+        std::fill(buffer_.begin() + frameLength_, buffer_.begin() + dirtyLength_, std::uint8_t{0});
+    }
+    dirtyLength_ = frameLength_;
+    return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::decode() {
+    cv::Mat& image = library_.srcimage;
+    if (std::strstr(library_.pix_format, "MJPG") != nullptr) {
+        decodeFrame({buffer_.data(), static_cast<std::size_t>(frameLength_)}, true, image.cols,
+                    image.rows, image);
+    } else if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
+        yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
+    } else {
+        std::puts("don't suport format");
+        return Next::kEnd;
+    }
+    return Next::kFrame;
+}
+
+// The frames right after a turn would be shown with the geometry of before.
+bool FrameLoop::dropAfterTurn() {
+    int left = library_.RotateFlag;
+    while (left > 0) {
+        if (library_.RotateFlag.compare_exchange_weak(left, left - 1)) {
+            std::puts("RotateFlag--");
+            return true;
+        }
+    }
+    return false;
+}
+
+void FrameLoop::rotate() {
+    switch (library_.RotateAngle.load(std::memory_order_relaxed)) {
+    case 1:
+        CamdataRote90(library_.srcimage);
+        break;
+    case 2:
+        library_.srcimage = CamdataRote180(library_.srcimage);
+        break;
+    case 3:
+        CamdataRote270(library_.srcimage);
+        break;
+    default:
+        break;
+    }
+}
+
+const cv::Mat* FrameLoop::workingImage() const {
+    switch (library_.RotateAngle.load(std::memory_order_relaxed)) {
+    case 0:
+    case 2:
+        return &library_.srcimage;
+    case 1:
+    case 3:
+        return &library_.roimage;
+    default:
+        return nullptr;
+    }
+}
+
+void FrameLoop::takeStill() {
+    if (!library_.isShootPhoto.load(std::memory_order_acquire)) {
+        return;
+    }
+    if (const cv::Mat* image = workingImage()) {
+        SharedPath::Text path = library_.imgSavePath.load();
+        capture(path.data(), library_.fileFormat, library_.cutType, *image);
+    }
+    library_.isShootPhoto.store(false, std::memory_order_release);
+}
+
+FrameLoop::Next FrameLoop::deliverFrame() {
+    const FrameCallback callback = library_.pGetVideoStream.load(std::memory_order_acquire);
+    const cv::Mat* image = workingImage();
+    if (callback == nullptr || image == nullptr) {
+        return Next::kFrame;
+    }
+    const cv::Mat frame = *image;
+    const bool stays = thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); });
+    return stays ? Next::kFrame : Next::kEnd;
+}
+
+} // namespace doccam
+
+void* VideoStreamPro(void* /*arg*/) {
+    using namespace doccam;
+    // A host that runs the loop on a thread of its own has none to retire.
+    std::shared_ptr<StreamingThread> thread = state().streamingThread;
+    if (!thread) {
+        thread = std::make_shared<StreamingThread>();
+    }
+    thread->enter();
+    FrameLoop(*thread, state()).run();
+    return nullptr;
+}

@@ -1,0 +1,42 @@
+// The per-frame work of the streaming thread.
+#pragma once
+
+#include "capture/streaming_thread.h"
+
+#include <memory>
+#include <vector>
+
+namespace doccam {
+
+struct LibraryState;
+
+class FrameLoop {
+  public:
+    FrameLoop(StreamingThread& thread, LibraryState& library);
+
+    // Works frame after frame until the session ends, the driver fails or the thread is given up.
+    void run();
+
+  private:
+    enum class Next { kFrame, kEnd };
+
+    Next step();
+    Next grab();
+    Next decode();
+    bool dropAfterTurn();
+    void rotate();
+    void takeStill();
+    Next deliverFrame();
+
+    // The image that a stage works on, null for a rotation that is none.
+    const cv::Mat* workingImage() const;
+
+    StreamingThread& thread_;
+    LibraryState& library_;
+    std::vector<unsigned char> buffer_; // one raw frame, and the zero bytes a decoder reads behind
+    std::size_t frameCapacity_ = 0;
+    int frameLength_ = 0;
+    int dirtyLength_ = 0; // bytes that earlier frames may have left
+};
+
+} // namespace doccam

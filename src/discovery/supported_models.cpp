@@ -13,7 +13,7 @@ namespace doccam {
 namespace {
 
 constexpr std::size_t kIdDigits = 4;
-constexpr std::uintmax_t kLargestFile = 64 * 1024;
+constexpr std::uintmax_t kLargestFile = 65536;
 constexpr const char* kSystemTable = "/etc/doccam/supported_models.txt";
 
 std::string_view trimmed(std::string_view text) {

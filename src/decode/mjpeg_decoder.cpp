@@ -1,6 +1,11 @@
 #include "decode/mjpeg_decoder.h"
 
+#include "decode/jpeg_header.h"
 #include "decode/picture_scaler.h"
+
+extern "C" {
+#include <libavutil/imgutils.h>
+}
 
 #include <algorithm>
 #include <cstdint>
@@ -24,6 +29,14 @@ std::int64_t byteCount(std::int64_t width, std::int64_t height) {
 bool holds(const cv::Mat& image, std::int64_t bytes) {
     return image.data != nullptr && image.isContinuous() &&
            image.total() * image.elemSize() >= static_cast<std::size_t>(bytes);
+}
+
+// The codec's own check of the size complains on the terminal.
+bool hasPossibleSize(std::span<const unsigned char> data) {
+    const auto size = announcedSize(data);
+    return !size ||
+           av_image_check_size(static_cast<unsigned>(size->width),
+                               static_cast<unsigned>(size->height), kSilence, nullptr) >= 0;
 }
 
 // Refers to the data in place, so that the codec does not copy it.
@@ -90,7 +103,8 @@ Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data
     AVCodecContext* const context = decoder.context.get();
     const CodecPacket packet(av_packet_alloc());
     const CodecBuffer borrowed = padded ? borrow(data) : nullptr;
-    if (context == nullptr || !decoder.picture || !decoder.converted || !packet) {
+    if (context == nullptr || !decoder.picture || !decoder.converted || !packet ||
+        !hasPossibleSize(data)) {
         return Decoded::kError;
     }
     packet->data = const_cast<std::uint8_t*>(data.data());

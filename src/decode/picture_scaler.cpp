@@ -57,6 +57,14 @@ void scaleSlice(SwsContext& scaler, const AVFrame& picture, int top, int rows, A
               converted.linesize);
 }
 
+// The first slice's rows: all of them when the scaler could not work with two slices. It needs
+// whole rows of chroma in each, and crashes when a slice has fewer rows than its vertical filter.
+int firstSlice(int rows, int wanted, const AVFrame& picture, int scaledRows) {
+    const int whole = wanted >> chromaShift(picture) << chromaShift(picture);
+    const int filterRows = 4 * rows / scaledRows + 8;
+    return whole < filterRows ? rows : std::min(whole, rows);
+}
+
 } // namespace
 
 CodecScaler makeScaler(const AVFrame& source, int width, int height) {
@@ -89,9 +97,7 @@ bool coversSource(const AVFrame& picture, SwsContext& scaler) {
 
 void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, AVFrame& converted) {
     const int rows = option(scaler, "srch");
-    // A slice that does not end the picture must end with a whole row of chroma.
-    const int wholeRows = firstRows >> chromaShift(picture) << chromaShift(picture);
-    const int first = firstRows >= rows || wholeRows == 0 ? rows : wholeRows;
+    const int first = firstSlice(rows, firstRows, picture, converted.height);
     scaleSlice(scaler, picture, 0, first, converted);
     if (first < rows) {
         scaleSlice(scaler, picture, first, rows - first, converted);

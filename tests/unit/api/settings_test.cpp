@@ -1,0 +1,139 @@
+// The settings operations, through the record they write.
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+constexpr int kMax = std::numeric_limits<int>::max();
+constexpr int kMin = std::numeric_limits<int>::min();
+
+void firstFrames(unsigned char* /*data*/, int /*width*/, int /*height*/) {}
+
+void otherFrames(unsigned char* /*data*/, int /*width*/, int /*height*/) {}
+
+void firstPreviews(unsigned char* /*data*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {}
+
+void otherPreviews(unsigned char* /*data*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {}
+
+class Settings : public testing::Test {
+  protected:
+    void SetUp() override { forgetCallbacks(); }
+
+    void TearDown() override { forgetCallbacks(); }
+
+    static void forgetCallbacks() {
+        state().pGetVideoStream = nullptr;
+        state().pGetVideoWebStream = nullptr;
+    }
+};
+
+TEST_F(Settings, KeepTheFirstFrameCallback) {
+    EXPECT_EQ(SetDataCallback(firstFrames), 0);
+    EXPECT_EQ(SetDataCallback(otherFrames), 0);
+    EXPECT_EQ(SetDataCallback(nullptr), 0);
+    EXPECT_EQ(state().pGetVideoStream, &firstFrames);
+    EXPECT_EQ(state().pGetVideoWebStream, nullptr);
+}
+
+TEST_F(Settings, KeepTheFirstPreviewCallback) {
+    EXPECT_EQ(SetWebDataCallback(firstPreviews), 0);
+    EXPECT_EQ(SetWebDataCallback(otherPreviews), 0);
+    EXPECT_EQ(SetWebDataCallback(nullptr), 0);
+    EXPECT_EQ(state().pGetVideoWebStream, &firstPreviews);
+    EXPECT_EQ(state().pGetVideoStream, nullptr);
+}
+
+TEST_F(Settings, TakeACallbackAfterANullOne) {
+    SetDataCallback(nullptr);
+    SetDataCallback(otherFrames);
+    EXPECT_EQ(state().pGetVideoStream, &otherFrames);
+}
+
+TEST_F(Settings, KeepOneOfTwoCallbacksThatAreRegisteredAtOnce) {
+    std::thread other([] { SetDataCallback(otherFrames); });
+    SetDataCallback(firstFrames);
+    const FrameCallback kept = state().pGetVideoStream;
+    other.join();
+    EXPECT_EQ(state().pGetVideoStream, kept);
+}
+
+TEST_F(Settings, FoldFormatsAboveOneToYuyv) {
+    SetVideoFormat(5);
+    EXPECT_EQ(state().CameraFormat, 1);
+    SetVideoFormat(0);
+    EXPECT_EQ(state().CameraFormat, 0);
+    SetVideoFormat(-3);
+    EXPECT_EQ(state().CameraFormat, -3);
+    SetVideoFormat(1);
+    EXPECT_EQ(state().CameraFormat, 1);
+}
+
+TEST_F(Settings, StoreAnyValueUnchecked) {
+    for (const int value : {7, -1, kMax, kMin, 0}) {
+        EXPECT_EQ(SetRotate(value), 0);
+        SetCutType(value);
+        SetColorMode(value);
+        SetFileFormat(value);
+        SetJpgQuality(value);
+        SetDelBlackedge(value);
+        SetDelBackColor(value);
+        EXPECT_EQ(state().RotateAngle, value);
+        EXPECT_EQ(state().cutType, value);
+        EXPECT_EQ(state().colorMode, value);
+        EXPECT_EQ(state().fileFormat, value);
+        EXPECT_EQ(GetFileFormat(), value);
+        EXPECT_EQ(state().jpgQuality, value);
+        EXPECT_EQ(state().isDelBlackedge, value);
+        EXPECT_EQ(state().isDelBcakColor, value);
+    }
+}
+
+TEST_F(Settings, GoEachToAFieldOfTheirOwn) {
+    SetRotate(11);
+    SetCutType(12);
+    SetColorMode(13);
+    SetFileFormat(14);
+    SetJpgQuality(15);
+    SetDelBlackedge(16);
+    SetDelBackColor(17);
+    EXPECT_EQ(state().RotateAngle, 11);
+    EXPECT_EQ(state().cutType, 12);
+    EXPECT_EQ(state().colorMode, 13);
+    EXPECT_EQ(state().fileFormat, 14);
+    EXPECT_EQ(state().jpgQuality, 15);
+    EXPECT_EQ(state().isDelBlackedge, 16);
+    EXPECT_EQ(state().isDelBcakColor, 17);
+}
+
+TEST_F(Settings, DeriveTheFrameBytesFromTheGrabSize) {
+    setGrabSize(3264, 2448);
+    EXPECT_EQ(state().nWidth, 3264);
+    EXPECT_EQ(state().nHeight, 2448);
+    EXPECT_EQ(state().nSize, 23970816);
+}
+
+TEST_F(Settings, WrapTheFrameBytesOfANonsenseGrabSize) {
+    setGrabSize(65536, 65536);
+    EXPECT_EQ(state().nSize, 0);
+    setGrabSize(kMax, kMax);
+    EXPECT_EQ(state().nSize, 3);
+    setGrabSize(-2, 5);
+    EXPECT_EQ(state().nSize, -30);
+}
+
+TEST_F(Settings, HaveAnUploadHookThatDoesNothing) {
+    char file[] = "/nowhere/page.jpg";
+    char url[] = "http://localhost/";
+    EXPECT_EQ(HttpUpFile(file, url), 0);
+    EXPECT_EQ(HttpUpFile(nullptr, nullptr), 0);
+}
+
+} // namespace
+} // namespace doccam::test

@@ -1,0 +1,116 @@
+// Texts shared by two threads. The thread sanitizer judges these tests, too.
+#include "api/shared_text.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+using testing::Each;
+
+std::string text(const SharedPath& path) {
+    return path.load().data();
+}
+
+TEST(SharedPath, IsEmptyAtFirst) {
+    EXPECT_THAT(SharedPath().load(), Each('\0'));
+}
+
+TEST(SharedPath, GivesBackWhatWasStored) {
+    SharedPath path;
+    path.store("/tmp/page.jpg");
+    EXPECT_EQ(text(path), "/tmp/page.jpg");
+}
+
+TEST(SharedPath, FitsUpTo254Bytes) {
+    EXPECT_TRUE(SharedPath::fits(std::string(254, 'a')));
+    EXPECT_FALSE(SharedPath::fits(std::string(255, 'a')));
+    SharedPath path;
+    path.store(std::string(254, 'a'));
+    EXPECT_EQ(text(path), std::string(254, 'a'));
+}
+
+TEST(SharedPath, LeavesNothingOfALongerTextBehind) {
+    SharedPath path;
+    path.store(std::string(254, 'a'));
+    path.store("b");
+    const SharedPath::Text copy = path.load();
+    EXPECT_EQ(copy[0], 'b');
+    EXPECT_EQ(std::count(copy.begin(), copy.end(), '\0'), 254);
+}
+
+TEST(SharedPath, GivesWholeTextsWhileAnotherThreadStores) {
+    SharedPath path;
+    path.store(std::string(254, 'a'));
+    std::atomic<bool> done{false};
+    std::thread writer([&path, &done] {
+        for (int i = 0; i < 2000; ++i) {
+            path.store(std::string(i % 2 == 0 ? 100 : 254, i % 2 == 0 ? 'b' : 'a'));
+        }
+        done = true;
+    });
+    int mixtures = 0;
+    do {
+        const std::string copy = text(path);
+        mixtures += copy == std::string(254, 'a') || copy == std::string(100, 'b') ? 0 : 1;
+    } while (!done);
+    writer.join();
+    EXPECT_EQ(mixtures, 0);
+}
+
+TEST(PublishedText, IsEmptyAtFirst) {
+    EXPECT_STREQ(PublishedText().current(), "");
+}
+
+TEST(PublishedText, GivesTheLastText) {
+    PublishedText published;
+    published.publish("first");
+    published.publish("second, and longer than any short-string buffer");
+    EXPECT_STREQ(published.current(), "second, and longer than any short-string buffer");
+}
+
+TEST(PublishedText, KeepsATextAcrossTheNextPublication) {
+    PublishedText published;
+    published.publish("first, and longer than any short-string buffer");
+    const char* const first = published.current();
+    published.publish("second");
+    EXPECT_STREQ(first, "first, and longer than any short-string buffer");
+}
+
+TEST(PublishedText, IsCompleteWhenAnotherThreadSeesTheAnswer) {
+    PublishedText published;
+    std::atomic<int> asked{0};
+    std::atomic<int> answered{0};
+    constexpr int kRounds = 500;
+    std::thread publisher([&] {
+        for (int round = 1; round <= kRounds; ++round) {
+            asked.wait(round - 1, std::memory_order_acquire);
+            published.publish("the text of round " + std::to_string(round));
+            answered.store(round, std::memory_order_release);
+            answered.notify_one();
+        }
+    });
+    for (int round = 1; round <= kRounds; ++round) {
+        asked.store(round, std::memory_order_release);
+        asked.notify_one();
+        answered.wait(round - 1, std::memory_order_acquire);
+        EXPECT_EQ(published.current(), "the text of round " + std::to_string(round));
+    }
+    publisher.join();
+}
+
+TEST(PublishedText, CanBeReadWhileTheNextIsBeingPublished) {
+    PublishedText published;
+    published.publish(std::string(100, 'a'));
+    std::thread publisher([&published] { published.publish(std::string(100, 'b')); });
+    const std::string copy = published.current();
+    publisher.join();
+    EXPECT_TRUE(copy == std::string(100, 'a') || copy == std::string(100, 'b'));
+}
+
+} // namespace
+} // namespace doccam::test

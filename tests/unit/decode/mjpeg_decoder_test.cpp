@@ -1,0 +1,108 @@
+// The decoder's record: its life, and the scaler that the first picture fixes.
+#include "decode/mjpeg_decoder.h"
+#include "mjpeg_fixture.h"
+#include "plain_codec.h"
+#include "support/printed_text.h"
+
+#include <cstring>
+
+namespace doccam::test {
+namespace {
+
+using MjpegRecord = MjpegFixture;
+
+const void* field(const MjpegDecoder& decoder, int number) {
+    const void* fields[8];
+    std::memcpy(fields, static_cast<const void*>(&decoder), sizeof fields);
+    return fields[number - 1];
+}
+
+TEST_F(MjpegRecord, IsKeptByASecondInitialisation) {
+    const MjpegDecoder* const first = &decoder();
+    av_decode_init();
+    EXPECT_EQ(&decoder(), first);
+}
+
+TEST_F(MjpegRecord, CanBeReleasedTwice) {
+    av_decode_deinit();
+    EXPECT_EQ(state().pdecode.load(), nullptr);
+    av_decode_deinit();
+    EXPECT_EQ(state().pdecode.load(), nullptr);
+}
+
+TEST_F(MjpegRecord, HoldsItsEightFieldsInOrder) {
+    cv::Mat out = untouched(64, 48);
+    decode(jpegOf(samplePicture(64, 48)), out);
+    const MjpegDecoder& record = decoder();
+    EXPECT_EQ(field(record, 1), nullptr);
+    EXPECT_EQ(field(record, 2), record.context.get());
+    EXPECT_EQ(field(record, 3), avcodec_find_decoder(AV_CODEC_ID_MJPEG));
+    EXPECT_EQ(field(record, 4), record.picture.get());
+    EXPECT_EQ(field(record, 5), record.converted.get());
+    EXPECT_EQ(field(record, 6), record.scaler.get());
+    EXPECT_EQ(field(record, 7), nullptr);
+    EXPECT_EQ(field(record, 8), record.converted->data[0]);
+}
+
+TEST_F(MjpegRecord, HasNoScalerBeforeTheFirstPictureAndOneEverAfter) {
+    EXPECT_EQ(decoder().scaler, nullptr);
+    EXPECT_EQ(decoder().pixels, nullptr);
+    cv::Mat out = untouched(64, 48);
+    decode(jpegOf(samplePicture(64, 48)), out);
+    const SwsContext* const scaler = decoder().scaler.get();
+    const std::uint8_t* const pixels = decoder().pixels.get();
+    EXPECT_NE(scaler, nullptr);
+    decode(jpegOf(samplePicture(64, 48, 20)), out);
+    decode(jpegOf(samplePicture(128, 96)), out);
+    EXPECT_EQ(decoder().scaler.get(), scaler);
+    EXPECT_EQ(decoder().pixels.get(), pixels);
+}
+
+TEST_F(MjpegRecord, ScalesALargerPictureFromTheFirstPicturesSize) {
+    PrintedText chatter(PrintedText::Stream::kError); // of the plain call
+    decoded(jpegOf(samplePicture(64, 48)), 96, 72);
+    const Bytes larger = jpegOf(samplePicture(128, 96, 20));
+    EXPECT_TRUE(same(decoded(larger, 96, 72), plainlyScaled(larger, {96, 72}, {64, 48})));
+}
+
+TEST_F(MjpegRecord, KeepsTheImageWhenALaterPictureLacksPixelsOfTheFirst) {
+    PrintedText printed;
+    cv::Mat out = untouched(64, 48);
+    decode(jpegOf(samplePicture(64, 48)), out);
+    const cv::Mat first = out.clone();
+    decode(jpegOf(samplePicture(32, 48, 20)), out);
+    EXPECT_TRUE(same(out, first));
+    decode(jpegOf(samplePicture(64, 24, 20)), out);
+    EXPECT_TRUE(same(out, first));
+    decode(jpegOf(samplePicture(64, 48, 20), Sampling::k420), out);
+    EXPECT_TRUE(same(out, first));
+    decode(jpegOf(samplePicture(64, 48, 20), Sampling::kGrey), out);
+    EXPECT_TRUE(same(out, first));
+    decode(jpegOf(samplePicture(64, 48, 20)), out);
+    EXPECT_FALSE(same(out, first));
+    EXPECT_EQ(printed.take(), "");
+}
+
+TEST_F(MjpegRecord, ServesASmallerRequestFromThePictureOfTheFirstSize) {
+    const Bytes frame = jpegOf(samplePicture(50, 40));
+    const cv::Mat whole = decoded(frame, 50, 40);
+    const cv::Mat out = decoded(frame, 30, 20);
+    EXPECT_EQ(std::memcmp(out.data, whole.data, std::size_t{30} * 20 * 3), 0);
+}
+
+TEST_F(MjpegRecord, KeepsTheImageForALargerRequestThanTheFirst) {
+    const Bytes frame = jpegOf(samplePicture(64, 48));
+    decoded(frame, 64, 48);
+    EXPECT_TRUE(same(decoded(frame, 65, 48), untouched(65, 48)));
+}
+
+TEST_F(MjpegRecord, NoticesANewSizeAfterItIsMadeAnew) {
+    decoded(jpegOf(samplePicture(128, 96)), 128, 96);
+    av_decode_deinit();
+    av_decode_init();
+    const Bytes frame = jpegOf(samplePicture(64, 48));
+    EXPECT_GT(cv::PSNR(decoded(frame, 64, 48), independentlyDecoded(frame)), 38);
+}
+
+} // namespace
+} // namespace doccam::test

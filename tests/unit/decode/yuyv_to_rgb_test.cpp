@@ -1,0 +1,126 @@
+// YUYV frames: every colour, and the quirks of order and length.
+#include "decode/yuyv_to_rgb.h"
+#include "jpeg_samples.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace doccam::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int kMax = std::numeric_limits<int>::max();
+
+int limited(float value) {
+    if (value > 250.0F) {
+        value = 255.0F;
+    }
+    if (value < 0) {
+        value = 0;
+    }
+    return static_cast<int>(std::trunc(value));
+}
+
+// The formula as it is written down, one line a channel; red, green, blue.
+std::array<int, 3> formula(int y, int u, int v) {
+    const double blue = 1.164 * (y - 16) + 2.018 * (u - 128);
+    const double green = 1.164 * (y - 16) - 0.813 * (v - 128) - 0.394 * (u - 128);
+    const double red = 1.164 * (y - 16) + 1.596 * (v - 128);
+    return {limited(static_cast<float>(red)), limited(static_cast<float>(green)),
+            limited(static_cast<float>(blue))};
+}
+
+// Converts a frame with the pair behind it that the conversion also reads and writes.
+Bytes converted(Bytes frame, int width, int height) {
+    const auto pairs = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) / 2 + 1;
+    frame.resize(pairs * 4, 128);
+    Bytes pixels(pairs * 6 + 8, 7);
+    yuyv_to_rgb888(frame.data(), pixels.data(), width, height);
+    return pixels;
+}
+
+// The frame that holds each (Y, U, V) once: pixel number = U, V, Y.
+Bytes everyColour() {
+    Bytes frame;
+    frame.reserve((std::size_t{1} << 25) + 4);
+    for (unsigned chroma = 0; chroma < 65536; ++chroma) {
+        for (unsigned y = 0; y < 256; y += 2) {
+            const auto u = static_cast<unsigned char>(chroma >> 8);
+            const auto v = static_cast<unsigned char>(chroma & 255U);
+            frame.insert(frame.end(),
+                         {static_cast<unsigned char>(y), u, static_cast<unsigned char>(y + 1), v});
+        }
+    }
+    return frame;
+}
+
+TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColour) {
+    const Bytes pixels = converted(everyColour(), 4096, 4096);
+    std::size_t wrong = 0;
+    for (int pixel = 2; pixel < 1 << 24; ++pixel) {
+        const auto expected = formula(pixel & 255, pixel >> 16, pixel >> 8 & 255);
+        const unsigned char* const got = &pixels[std::size_t{3} * static_cast<unsigned>(pixel)];
+        wrong += got[0] != expected[0] || got[1] != expected[1] || got[2] != expected[2] ? 1 : 0;
+    }
+    EXPECT_EQ(wrong, 0U);
+}
+
+TEST(YuyvToRgb, GivesBlackAndWhiteForTheEndsOfTheLumaRange) {
+    const Bytes pixels = converted({16, 128, 235, 128}, 2, 1);
+    EXPECT_THAT(Bytes(pixels.begin(), pixels.begin() + 6), ElementsAre(0, 0, 0, 255, 255, 255));
+}
+
+TEST(YuyvToRgb, LimitsNegativeValuesToZero) {
+    const Rgb black = yuvToRgb(0, 128, 128);
+    EXPECT_THAT((Bytes{black.red, black.green, black.blue}), ElementsAre(0, 0, 0));
+}
+
+TEST(YuyvToRgb, JumpsToFullBrightnessAbove250Only) {
+    EXPECT_EQ(yuvToRgb(230, 128, 128).green, 249); // 249.096
+    EXPECT_EQ(yuvToRgb(231, 128, 128).green, 255); // 250.26
+    EXPECT_EQ(yuvToRgb(186, 70, 92).green, 250);   // exactly 250
+}
+
+TEST(YuyvToRgb, CutsOffFractions) {
+    EXPECT_EQ(yuvToRgb(20, 128, 128).green, 4); // 4.656
+}
+
+TEST(YuyvToRgb, StoresTheFirstPairBlueFirstAndAllOthersRedFirst) {
+    const Bytes red = {81, 90, 81, 240, 81, 90, 81, 240, 81, 90, 81, 240};
+    const Bytes pixels = converted(red, 2, 2);
+    EXPECT_THAT(Bytes(pixels.begin(), pixels.begin() + 12),
+                ElementsAre(0, 0, 255, 0, 0, 255, 255, 0, 0, 255, 0, 0));
+}
+
+TEST(YuyvToRgb, ConvertsOnePairBehindTheFrameAndNoMore) {
+    const Bytes pixels = converted({16, 128, 16, 128, 235, 128, 235, 128}, 2, 1);
+    EXPECT_THAT(pixels, ElementsAre(0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 7, 7, 7, 7, 7,
+                                    7, 7, 7));
+}
+
+TEST(YuyvToRgb, RoundsAnOddNumberOfPixelsDown) {
+    const Bytes white(8, 235);
+    const Bytes pixels = converted(white, 3, 1); // one whole pair, and the one behind
+    EXPECT_THAT(Bytes(pixels.begin() + 12, pixels.end()), testing::Each(7));
+    EXPECT_NE(pixels[11], 7);
+}
+
+TEST(YuyvToRgb, DoesNothingForASizeWhosePixelCountIsNegative) {
+    unsigned char source[4] = {235, 128, 235, 128};
+    unsigned char target[6] = {7, 7, 7, 7, 7, 7};
+    yuyv_to_rgb888(source, target, -64, 48);
+    yuyv_to_rgb888(source, target, 65536, 32768); // wraps to the lowest number
+    EXPECT_THAT(target, testing::Each(7));
+    yuyv_to_rgb888(source, target, kMax, kMax); // wraps to 1: the pair behind the frame
+    EXPECT_THAT(target, testing::Each(255));
+}
+
+} // namespace
+} // namespace doccam::test

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,9 @@ class Home {
     ~Home();
     Home(const Home&) = delete;
     Home& operator=(const Home&) = delete;
+
+  private:
+    std::optional<std::string> before_;
 };
 
 // While alive, every pause of the library is noted, in microseconds, and takes no time: the tests'

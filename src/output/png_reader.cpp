@@ -4,6 +4,18 @@
 #include <csetjmp>
 
 namespace doccam {
+namespace {
+
+// The PDF library mangles 16-bit samples, fails on interlaced pictures or frees memory twice over
+// them, and reads beyond the rows of a transparent palette picture with packed samples.
+bool isSimple(png_const_structp png, png_const_infop info) {
+    const int depth = png_get_bit_depth(png, info);
+    const bool transparent = png_get_valid(png, info, PNG_INFO_tRNS) != 0;
+    return png_get_interlace_type(png, info) == PNG_INTERLACE_NONE &&
+           (transparent ? depth == 8 : depth <= 8);
+}
+
+} // namespace
 
 // The functions that arm png_jmpbuf hold no object with a destructor: an error jumps over them.
 
@@ -48,9 +60,7 @@ bool PngReader::askForBytes() {
     if (setjmp(png_jmpbuf(png_)) != 0) {
         return false;
     }
-    const bool transparentPalette = png_get_color_type(png_, info_) == PNG_COLOR_TYPE_PALETTE &&
-                                    png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
-    plain_ = plain_ && !(transparentPalette && png_get_bit_depth(png_, info_) < 8);
+    plain_ = plain_ && isSimple(png_, info_);
     png_set_expand(png_);
     png_set_strip_16(png_);
     png_set_interlace_handling(png_);

@@ -26,8 +26,8 @@ class PngReader {
     // Reads the pixels and the end; after readHeader. False when something is missing or damaged.
     bool readPixels();
 
-    // True when the PDF library's own PNG reader, which takes every warning for an error and reads
-    // transparent palettes as one byte a pixel, can be given the file. After readPixels.
+    // True when the PDF library's own PNG reader, which also takes every warning for an error, can
+    // be given the file. After readPixels.
     bool isPlain() const { return plain_; }
 
     // Samples a pixel of pixels(): 1 grey, 3 red-green-blue.

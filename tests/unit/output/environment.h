@@ -1,0 +1,77 @@
+// What the machine around the library says and does, as a test wants it.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace doccam::test {
+
+// While alive, the user has this home directory, or no password entry at all. The tests' own
+// getpwuid answers, so that nothing is written into a real home.
+class Home {
+  public:
+    explicit Home(const char* folder);
+    ~Home();
+    Home(const Home&) = delete;
+    Home& operator=(const Home&) = delete;
+
+  private:
+    std::optional<std::string> before_;
+};
+
+// While alive, every pause of the library is noted, in microseconds, and takes no time: the tests'
+// own select answers. onPause runs in each pause, with the number of pauses before it.
+class Pauses {
+  public:
+    explicit Pauses(std::function<void(int)> onPause = [](int) {});
+    ~Pauses();
+    Pauses(const Pauses&) = delete;
+    Pauses& operator=(const Pauses&) = delete;
+
+    std::vector<long> lengths;
+    std::function<void(int)> action;
+};
+
+// While alive, the environment variable has this value, or is not set.
+class Variable {
+  public:
+    Variable(const char* name, const char* value);
+    ~Variable();
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+  private:
+    std::string name_;
+    std::string before_;
+    bool wasSet_;
+};
+
+// While alive, no file can grow beyond this size: to a writer, a disk that is full.
+class FullDisk {
+  public:
+    explicit FullDisk(unsigned long bytes);
+    ~FullDisk();
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    unsigned long before_;
+    void (*handlerBefore_)(int);
+};
+
+// While alive, a process run by root has the rights of an ordinary user.
+class OrdinaryUser {
+  public:
+    static constexpr unsigned kUser = 65534;
+    OrdinaryUser();
+    ~OrdinaryUser();
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+  private:
+    unsigned before_;
+};
+
+} // namespace doccam::test

@@ -98,11 +98,3 @@ extern "C" int select(int, fd_set*, fd_set*, fd_set*, timeval* wait) {
     pauses.action(static_cast<int>(pauses.lengths.size()) - 1);
     return 0;
 }
-
-// The image library registers the codecs of the GIS library, which takes two of its own locks in
-// both orders while it does so; no thread of ours takes part.
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
-
-const char* __tsan_default_suppressions() {
-    return "deadlock:libgdal.so\n";
-}

@@ -1,0 +1,17 @@
+// What the sanitizers report of other people's code, and of the one object kept on purpose.
+
+extern "C" {
+__attribute__((visibility("default"))) const char* __lsan_default_suppressions();
+__attribute__((visibility("default"))) const char* __tsan_default_suppressions();
+}
+
+// A found camera's device object is never released.
+const char* __lsan_default_suppressions() {
+    return "leak:libudev.so\n";
+}
+
+// The image library registers the codecs of the GIS library, which takes two of its own locks in
+// both orders while it does so; no thread of ours takes part.
+const char* __tsan_default_suppressions() {
+    return "deadlock:libgdal.so\n";
+}

@@ -20,6 +20,7 @@ namespace {
 constexpr int kSilence = 128;
 
 constexpr int kPixelBytes = 3;
+constexpr int kMostPixels = std::numeric_limits<int>::max() / kPixelBytes;
 
 // Of the packed picture, whose rows in memory may be longer.
 std::int64_t byteCount(std::int64_t width, std::int64_t height) {
@@ -124,7 +125,7 @@ Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data
 }
 
 bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) {
-    if (width < 1 || height < 1 || byteCount(width, height) > std::numeric_limits<int>::max()) {
+    if (width < 1 || height < 1 || std::int64_t{width} * height > kMostPixels) {
         return false;
     }
     const std::int64_t bytes = byteCount(width, height);

@@ -1,8 +1,5 @@
 #include "jpeg_samples.h"
 
-#include <opencv2/imgcodecs.hpp>
-#include <opencv2/imgproc.hpp>
-
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -74,9 +71,23 @@ Bytes jpegOf(const cv::Mat& picture, Sampling sampling) {
     return jpeg;
 }
 
-cv::Mat independentlyDecoded(const Bytes& jpeg) {
-    cv::Mat picture = cv::imdecode(jpeg, cv::IMREAD_COLOR);
-    cv::cvtColor(picture, picture, cv::COLOR_BGR2RGB);
+cv::Mat plainlyDecoded(const Bytes& jpeg) {
+    jpeg_decompress_struct decoder{};
+    jpeg_error_mgr errors{};
+    decoder.err = jpeg_std_error(&errors);
+    jpeg_create_decompress(&decoder);
+    jpeg_mem_src(&decoder, jpeg.data(), jpeg.size());
+    jpeg_read_header(&decoder, TRUE);
+    decoder.out_color_space = JCS_RGB;
+    jpeg_start_decompress(&decoder);
+    cv::Mat picture(static_cast<int>(decoder.output_height), static_cast<int>(decoder.output_width),
+                    CV_8UC3);
+    while (decoder.output_scanline < decoder.output_height) {
+        JSAMPROW row = picture.ptr(static_cast<int>(decoder.output_scanline));
+        jpeg_read_scanlines(&decoder, &row, 1);
+    }
+    jpeg_finish_decompress(&decoder);
+    jpeg_destroy_decompress(&decoder);
     return picture;
 }
 

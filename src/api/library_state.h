@@ -77,6 +77,7 @@ struct LibraryState {
     std::atomic<WebFrameCallback> pGetVideoWebStream{nullptr};
     std::atomic<unsigned char*> WEB_BUF{nullptr};   // preview pixels; host sets and clears
     std::shared_ptr<unsigned char[]> previewPixels; // owns WEB_BUF; host only
+    std::atomic<std::size_t> previewBytes{0};       // WEB_BUF's size; host sets it first
 
     // Hand-shakes: host raises with release, stream answers with release.
     std::atomic<bool> isShootPhoto{false};

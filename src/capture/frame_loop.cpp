@@ -4,6 +4,7 @@
 #include "capture/grab_frame.h"
 #include "decode/mjpeg_decoder.h"
 #include "decode/mjpeg_frames.h"
+#include "preview/preview_stage.h"
 
 #include <doccam/doccam.hpp>
 
@@ -47,7 +48,7 @@ FrameLoop::Next FrameLoop::step() {
     }
     rotate();
     takeStill();
-    if (deliverFrame() == Next::kEnd) {
+    if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd) {
         return Next::kEnd;
     }
     Sleep(kFramePause);
@@ -149,6 +150,19 @@ FrameLoop::Next FrameLoop::deliverFrame() {
     }
     const cv::Mat frame = *image;
     const bool stays = thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); });
+    return stays ? Next::kFrame : Next::kEnd;
+}
+
+FrameLoop::Next FrameLoop::deliverPreview() {
+    const WebFrameCallback callback = library_.pGetVideoWebStream.load(std::memory_order_acquire);
+    if (callback == nullptr) {
+        return Next::kFrame;
+    }
+    const bool stays = showPreview(library_, workingImage(), [&](const PreviewPicture& picture) {
+        return thread_.outside([&] {
+            callback(picture.pixels, picture.width, picture.height, picture.startX, picture.startY);
+        });
+    });
     return stays ? Next::kFrame : Next::kEnd;
 }
 

@@ -27,6 +27,7 @@ class FrameLoop {
     void rotate();
     void takeStill();
     Next deliverFrame();
+    Next deliverPreview();
 
     // The image that a stage works on, null for a rotation that is none.
     const cv::Mat* workingImage() const;

@@ -1,0 +1,58 @@
+// The host's display area: declaring it fits the frame into it.
+#include "api/boundary.h"
+#include "preview/view_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <limits>
+
+namespace doccam {
+namespace {
+
+// The bytes of a picture that fills the form, 0 for a form that can have none.
+int formBytes(int width, int height) {
+    const std::int64_t pixels = FrameSize{width, height}.area();
+    const bool possible = width > 0 && height > 0 && pixels <= std::numeric_limits<int>::max() / 3;
+    return possible ? static_cast<int>(pixels) * 3 : 0;
+}
+
+// Only the session's first form sizes the buffer: the streaming thread may be writing into it.
+void providePreviewBuffer(LibraryState& library, int bytes) {
+    if (bytes == 0 || library.WEB_BUF.load(std::memory_order_relaxed) != nullptr) {
+        return;
+    }
+    const auto count = static_cast<std::size_t>(bytes);
+    library.previewPixels = std::make_shared<unsigned char[]>(count);
+    library.previewBytes.store(count, std::memory_order_relaxed);
+    library.WEB_BUF.store(library.previewPixels.get(), std::memory_order_release);
+}
+
+} // namespace
+} // namespace doccam
+
+void SetWebFormSize(int width, int height) {
+    using namespace doccam;
+    LibraryState& library = state();
+    library.FormWidth.store(width, std::memory_order_relaxed);
+    library.FormHeight.store(height, std::memory_order_relaxed);
+    guarded("SetWebFormSize", false, [&] {
+        providePreviewBuffer(library, formBytes(width, height));
+        return true;
+    });
+    FuncSuitableSize(width, height);
+}
+
+void FuncSuitableSize(int formWidth, int formHeight) {
+    using namespace doccam;
+    LibraryState& library = state();
+    storeView(library,
+              bestFit(loadView(library), shownFrameSize(library), {formWidth, formHeight}));
+}
+
+void FuncCalculateShowWH() {
+    using namespace doccam;
+    LibraryState& library = state();
+    storeView(library, rescaled(loadView(library), shownFrameSize(library)));
+}
+
+void FuncDisplayCenter(int /*width*/, int /*height*/) {}

@@ -1,0 +1,66 @@
+#include "preview/picture.h"
+
+#include "preview/saturated.h"
+
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace doccam {
+namespace {
+
+constexpr int kChannels = 3;
+
+int inFramePixels(std::int64_t formPixels, double scale) {
+    return truncated(static_cast<double>(formPixels * 100) / scale);
+}
+
+// A frame that begins inside the form is shown from its own beginning.
+int firstShown(const ViewAxis& axis, double scale) {
+    return axis.zoomStart < 0 ? inFramePixels(-std::int64_t{axis.zoomStart}, scale) : 0;
+}
+
+bool liesInside(int first, int count, int side) {
+    return first >= 0 && count >= 1 && std::int64_t{first} + count <= side;
+}
+
+// The image library adds the sides up in int, and would let a far rectangle pass.
+cv::Mat cutOut(const cv::Mat& frame, const cv::Rect& part) {
+    CV_Assert(doccam::liesInside(part, frame));
+    return frame(part);
+}
+
+} // namespace
+
+cv::Rect visiblePart(const View& view) {
+    return {firstShown(view.x, view.zoomScale), firstShown(view.y, view.zoomScale),
+            inFramePixels(view.x.show, view.zoomScale), inFramePixels(view.y.show, view.zoomScale)};
+}
+
+bool liesInside(const cv::Rect& part, const cv::Mat& frame) {
+    return liesInside(part.x, part.width, frame.cols) &&
+           liesInside(part.y, part.height, frame.rows);
+}
+
+std::size_t pictureBytes(const View& view) {
+    if (view.x.show < 1 || view.y.show < 1) {
+        return 0;
+    }
+    return static_cast<std::size_t>(view.x.show) * static_cast<std::size_t>(view.y.show) *
+           kChannels;
+}
+
+void renderPicture(const cv::Mat& frame, const View& view, unsigned char* out) {
+    CV_Assert(frame.type() == CV_8UC3);
+    const cv::Mat part = cutOut(frame, visiblePart(view));
+    cv::Mat pictureView(view.y.show, view.x.show, CV_8UC3, out);
+    cv::resize(part, pictureView, pictureView.size(), 0, 0, cv::INTER_LINEAR);
+}
+
+void renderInto(const cv::Mat& frame, const View& view, cv::Mat out) {
+    cv::resize(cutOut(frame, visiblePart(view)), out, out.size(), 0, 0, cv::INTER_LINEAR);
+}
+
+} // namespace doccam

@@ -1,0 +1,57 @@
+#include "preview/preview_stage.h"
+
+#include "preview/picture.h"
+#include "preview/view_state.h"
+
+namespace doccam {
+namespace {
+
+// Whether a picture of view fits into room bytes, and frame, if any, has what it shows.
+bool canShow(const View& view, const cv::Mat* frame, std::size_t room) {
+    const std::size_t bytes = pictureBytes(view);
+    if (bytes == 0 || bytes > room) {
+        return false;
+    }
+    return frame == nullptr || liesInside(visiblePart(view), *frame);
+}
+
+PreviewPicture pictureOf(const View& view, unsigned char* pixels) {
+    return {pixels, view.x.show, view.y.show, view.x.formStart, view.y.formStart};
+}
+
+bool showInForm(LibraryState& library, const View& view, const cv::Mat* frame,
+                const DeliverPicture& deliver) {
+    unsigned char* const pixels = library.WEB_BUF.load(std::memory_order_acquire);
+    if (pixels == nullptr ||
+        !canShow(view, frame, library.previewBytes.load(std::memory_order_relaxed))) {
+        return true;
+    }
+    if (frame != nullptr) {
+        renderPicture(*frame, view, pixels);
+    }
+    return deliver(pictureOf(view, pixels));
+}
+
+// The host is told the view's size whatever size the destination has, and may read that much.
+bool showInDestination(LibraryState& library, const View& view, const cv::Mat* frame,
+                       const DeliverPicture& deliver) {
+    const cv::Mat destination = library.zoomimage;
+    if (destination.empty() ||
+        !canShow(view, frame, destination.total() * destination.elemSize())) {
+        return true;
+    }
+    if (frame != nullptr) {
+        renderInto(*frame, view, destination);
+    }
+    return deliver(pictureOf(view, destination.data));
+}
+
+} // namespace
+
+bool showPreview(LibraryState& library, const cv::Mat* frame, const DeliverPicture& deliver) {
+    const View view = loadView(library);
+    return showInForm(library, view, frame, deliver) &&
+           showInDestination(library, view, frame, deliver);
+}
+
+} // namespace doccam

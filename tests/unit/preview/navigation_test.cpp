@@ -1,0 +1,316 @@
+// Zooming, panning and turning the view.
+#include "preview_fixture.h"
+
+#include <doccam/doccam.hpp>
+
+#include <functional>
+#include <limits>
+
+namespace doccam::test {
+namespace {
+
+constexpr int kHuge = std::numeric_limits<int>::max();
+constexpr int kLowest = std::numeric_limits<int>::min();
+
+class Navigation : public Preview {
+  protected:
+    // 1000 x 750 in a form of 800 x 600: 80 % fits, 100 % overflows by 200 x 150.
+    static void streamLargeFrame() {
+        stream({1000, 750});
+        SetWebFormSize(800, 600);
+    }
+
+    // 402 x 302 in the same form: fits at 100 %, with 398 x 298 to spare.
+    static void streamSmallFrame() {
+        stream({402, 302});
+        SetWebFormSize(800, 600);
+    }
+};
+
+TEST_F(Navigation, IsRefusedWhileNothingStreams) {
+    streamLargeFrame();
+    state().bKeep = false;
+    const PreviewFields before = currentFields();
+    for (const std::function<int()>& operation :
+         {std::function<int()>(Web_ZoomIn), std::function<int()>(Web_ZoomOut),
+          std::function<int()>(Web_TrueSize), std::function<int()>(Web_BestSize),
+          std::function<int()>(Web_RotateL), std::function<int()>(Web_RotateR),
+          std::function<int()>([] { return Web_SetMoveOffet(5, 5); })}) {
+        EXPECT_EQ(operation(), -1);
+        EXPECT_EQ(currentFields(), before);
+    }
+}
+
+TEST_F(Navigation, ReturnsZeroWhileStreaming) {
+    streamLargeFrame();
+    EXPECT_EQ(Web_ZoomIn(), 0);
+    EXPECT_EQ(Web_ZoomOut(), 0);
+    EXPECT_EQ(Web_TrueSize(), 0);
+    EXPECT_EQ(Web_BestSize(), 0);
+    EXPECT_EQ(Web_RotateL(), 0);
+    EXPECT_EQ(Web_RotateR(), 0);
+    EXPECT_EQ(Web_SetMoveOffet(5, 5), 0);
+}
+
+TEST_F(Navigation, ZoomsInByFourPercentagePoints) {
+    streamLargeFrame();
+    state().pZoomScale = 50.0;
+    Web_ZoomIn();
+    EXPECT_EQ(state().pZoomScale, 54.0);
+}
+
+TEST_F(Navigation, ZoomsInUpToSixHundredPercent) {
+    streamLargeFrame();
+    state().pZoomScale = 598.0;
+    Web_ZoomIn();
+    EXPECT_EQ(state().pZoomScale, 600.0);
+    Web_ZoomIn();
+    EXPECT_EQ(state().pZoomScale, 600.0);
+}
+
+TEST_F(Navigation, ZoomsOutToTheBestFitAtMost) {
+    streamLargeFrame();
+    const PreviewFields fitted = currentFields();
+    Web_ZoomOut();
+    EXPECT_EQ(currentFields(), fitted);
+    state().pZoomScale = 54.0;
+    state().pBestScale = 52.5;
+    Web_ZoomOut();
+    EXPECT_EQ(state().pZoomScale, 52.5);
+    state().pZoomScale = 56.5;
+    Web_ZoomOut();
+    EXPECT_EQ(state().pZoomScale, 52.5);
+    state().pZoomScale = 60.0;
+    Web_ZoomOut();
+    EXPECT_EQ(state().pZoomScale, 56.0);
+}
+
+TEST_F(Navigation, ShowsALargerFrameAtTrueSizeFromItsMiddle) {
+    stream({1921, 1081});
+    SetWebFormSize(801, 603);
+    const double best = state().pBestScale;
+    Web_TrueSize();
+    EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 801,
+                                              .FormHeight = 603,
+                                              .FormStartX = 0,
+                                              .FormStartY = 0,
+                                              .ShowWidth = 800,
+                                              .ShowHeight = 600,
+                                              .ZoomWidth = 1921,
+                                              .ZoomHeight = 1081,
+                                              .ZoomStartX = -560,
+                                              .ZoomStartY = -239,
+                                              .VideoOffsetX = -560,
+                                              .VideoOffsetY = -239,
+                                              .pZoomScale = 100.0,
+                                              .pBestScale = best}));
+}
+
+TEST_F(Navigation, PlacesASmallerFrameByThePicturesOwnMargin) {
+    streamSmallFrame();
+    EXPECT_EQ(state().FormStartX, 199);
+    Web_BestSize();
+    EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 800,
+                                              .FormHeight = 600,
+                                              .FormStartX = 200,
+                                              .FormStartY = 150,
+                                              .ShowWidth = 400,
+                                              .ShowHeight = 300,
+                                              .ZoomWidth = 402,
+                                              .ZoomHeight = 302,
+                                              .ZoomStartX = 199,
+                                              .ZoomStartY = 149,
+                                              .VideoOffsetX = 199,
+                                              .VideoOffsetY = 149,
+                                              .pZoomScale = 100.0,
+                                              .pBestScale = 100.0}));
+}
+
+TEST_F(Navigation, ReturnsToTheBestSize) {
+    streamLargeFrame();
+    const PreviewFields fitted = currentFields();
+    Web_ZoomIn();
+    Web_SetMoveOffet(-20, -20);
+    Web_BestSize();
+    EXPECT_EQ(currentFields(), fitted);
+}
+
+TEST_F(Navigation, ZoomsDirectionsThatFitAndThatOverflowEachTheirOwnWay) {
+    stream({1000, 300});
+    SetWebFormSize(800, 600);
+    Web_TrueSize();
+    EXPECT_EQ(state().FormStartX, 0);
+    EXPECT_EQ(state().ZoomStartX, -100);
+    EXPECT_EQ(state().ShowWidth, 800);
+    EXPECT_EQ(state().FormStartY, 150);
+    EXPECT_EQ(state().ZoomStartY, 150);
+    EXPECT_EQ(state().ShowHeight, 300);
+}
+
+TEST_F(Navigation, TurnsLeftRoundFromZeroAndRightRoundFromThree) {
+    streamLargeFrame();
+    for (const int angle : {3, 2, 1, 0}) {
+        state().RotateFlag = 0;
+        Web_RotateL();
+        EXPECT_EQ(state().RotateAngle, angle);
+        EXPECT_EQ(state().RotateFlag, 2);
+    }
+    for (const int angle : {1, 2, 3, 0}) {
+        state().RotateFlag = 0;
+        Web_RotateR();
+        EXPECT_EQ(state().RotateAngle, angle);
+        EXPECT_EQ(state().RotateFlag, 2);
+    }
+}
+
+TEST_F(Navigation, TurnsFromAnglesThatAreNone) {
+    streamLargeFrame();
+    const auto turned = [](int angle, int (*operation)()) {
+        SetRotate(angle);
+        operation();
+        return state().RotateAngle.load();
+    };
+    EXPECT_EQ(turned(7, Web_RotateL), 6);
+    EXPECT_EQ(turned(7, Web_RotateR), 0);
+    EXPECT_EQ(turned(-5, Web_RotateL), 3);
+    EXPECT_EQ(turned(-5, Web_RotateR), -4);
+    EXPECT_EQ(turned(kLowest, Web_RotateL), 3);
+    EXPECT_EQ(turned(kHuge, Web_RotateR), 0);
+}
+
+TEST_F(Navigation, TurnsBackToTheBestFitOfTheNewOrientation) {
+    stream({1920, 1080});
+    SetWebFormSize(800, 600);
+    Web_TrueSize();
+    Web_SetMoveOffet(-100, -100);
+    Web_RotateR();
+    EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 800,
+                                              .FormHeight = 600,
+                                              .FormStartX = 232,
+                                              .FormStartY = 0,
+                                              .ShowWidth = 336,
+                                              .ShowHeight = 600,
+                                              .ZoomWidth = 337,
+                                              .ZoomHeight = 600,
+                                              .ZoomStartX = 231,
+                                              .ZoomStartY = 0,
+                                              .VideoOffsetX = 231,
+                                              .VideoOffsetY = 0,
+                                              .pZoomScale = 31.25,
+                                              .pBestScale = 31.25,
+                                              .RotateAngle = 1,
+                                              .RotateFlag = 2}));
+}
+
+TEST_F(Navigation, DragsASmallPictureWithinTheForm) {
+    streamSmallFrame();
+    Web_SetMoveOffet(-100, 20);
+    EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 800,
+                                              .FormHeight = 600,
+                                              .FormStartX = 99,
+                                              .FormStartY = 169,
+                                              .ShowWidth = 400,
+                                              .ShowHeight = 300,
+                                              .ZoomWidth = 402,
+                                              .ZoomHeight = 302,
+                                              .ZoomStartX = 0,
+                                              .ZoomStartY = 0,
+                                              .VideoOffsetX = 99,
+                                              .VideoOffsetY = 169,
+                                              .pZoomScale = 100.0,
+                                              .pBestScale = 100.0}));
+}
+
+TEST_F(Navigation, LeavesTheOffsetOfASmallPictureDraggedPastTheNearEdge) {
+    streamSmallFrame();
+    Web_SetMoveOffet(-200, -150);
+    EXPECT_EQ(state().FormStartX, 0);
+    EXPECT_EQ(state().FormStartY, 0);
+    EXPECT_EQ(state().ZoomStartX, 0);
+    EXPECT_EQ(state().VideoOffsetX, 199);
+    EXPECT_EQ(state().VideoOffsetY, 149);
+    Web_SetMoveOffet(-199, -149);
+    EXPECT_EQ(state().VideoOffsetX, 0);
+    EXPECT_EQ(state().VideoOffsetY, 0);
+    EXPECT_EQ(state().FormStartX, 0);
+}
+
+TEST_F(Navigation, StopsASmallPictureAtTheFarEdge) {
+    streamSmallFrame();
+    Web_SetMoveOffet(200, 150);
+    EXPECT_EQ(state().VideoOffsetX, 398);
+    EXPECT_EQ(state().FormStartX, 398);
+    EXPECT_EQ(state().VideoOffsetY, 298);
+    EXPECT_EQ(state().FormStartY, 298);
+    Web_SetMoveOffet(kHuge, kHuge);
+    EXPECT_EQ(state().FormStartX, 398);
+    Web_SetMoveOffet(kLowest, kLowest);
+    EXPECT_EQ(state().FormStartX, 0);
+    EXPECT_EQ(state().VideoOffsetX, 398);
+}
+
+// From offset 0, as after a drag to the frame's beginning.
+struct Drag {
+    int distance;
+    int offset;
+};
+
+class DragOverALargerFrame : public Navigation, public testing::WithParamInterface<Drag> {};
+
+TEST_P(DragOverALargerFrame, StaysOnItOrJumpsToItsEnd) {
+    streamLargeFrame();
+    Web_TrueSize();
+    Web_SetMoveOffet(100, 75);
+    ASSERT_EQ(state().VideoOffsetX, 0);
+    ASSERT_EQ(state().VideoOffsetY, 0);
+
+    PreviewFields expected = currentFields();
+    expected.VideoOffsetX = expected.ZoomStartX = GetParam().offset;
+    Web_SetMoveOffet(GetParam().distance, 0);
+    EXPECT_EQ(currentFields(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Distances, DragOverALargerFrame,
+                         testing::Values(Drag{0, 0}, Drag{100, 0}, Drag{200, 0}, Drag{201, -200},
+                                         Drag{300, -200}, Drag{-300, -200}, Drag{-200, -200},
+                                         Drag{-199, -199}, Drag{-1, -1}, Drag{kHuge, -200},
+                                         Drag{kLowest, -200}));
+
+TEST_F(Navigation, DragsOverALargerFrameUpAndDownAlike) {
+    streamLargeFrame();
+    Web_TrueSize();
+    Web_SetMoveOffet(0, -10);
+    EXPECT_EQ(state().VideoOffsetY, -85);
+    EXPECT_EQ(state().ZoomStartY, -85);
+    Web_SetMoveOffet(0, 100);
+    EXPECT_EQ(state().VideoOffsetY, 0);
+    Web_SetMoveOffet(0, 151);
+    EXPECT_EQ(state().VideoOffsetY, -150);
+    EXPECT_EQ(state().VideoOffsetX, -100);
+}
+
+TEST_F(Navigation, CannotDragAFrameThatFillsTheForm) {
+    stream({800, 600});
+    SetWebFormSize(800, 600);
+    const PreviewFields before = currentFields();
+    for (const int distance : {1, -1, 5000, -5000}) {
+        Web_SetMoveOffet(distance, distance);
+        EXPECT_EQ(currentFields(), before);
+    }
+}
+
+TEST_F(Navigation, OfImpossibleFormsShowsNothing) {
+    stream({1920, 1080});
+    for (const int side : {0, -1, kLowest}) {
+        for (int (*const operation)() :
+             {Web_ZoomIn, Web_ZoomOut, Web_TrueSize, Web_BestSize, Web_RotateL, Web_RotateR}) {
+            SetWebFormSize(side, side);
+            EXPECT_EQ(operation(), 0);
+            EXPECT_EQ(Web_SetMoveOffet(kHuge, kLowest), 0);
+            EXPECT_TRUE(state().ShowWidth < 1 && state().ShowHeight < 1) << currentFields();
+        }
+    }
+}
+
+} // namespace
+} // namespace doccam::test

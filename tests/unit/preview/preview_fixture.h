@@ -1,0 +1,43 @@
+// A fresh preview around each test, and its fields as the rules name them.
+#pragma once
+
+#include "api/library_state.h"
+#include "base/frame_size.h"
+
+#include <gmock/gmock.h>
+
+#include <iosfwd>
+
+namespace doccam::test {
+
+// Every value that the preview's operations change.
+struct PreviewFields {
+    int FormWidth = 0, FormHeight = 0;
+    int FormStartX = 0, FormStartY = 0;
+    int ShowWidth = 0, ShowHeight = 0;
+    int ZoomWidth = 0, ZoomHeight = 0;
+    int ZoomStartX = 0, ZoomStartY = 0;
+    int VideoOffsetX = 0, VideoOffsetY = 0;
+    double pZoomScale = 50.0, pBestScale = 50.0;
+    int RotateAngle = 0, RotateFlag = 0;
+
+    bool operator==(const PreviewFields&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const PreviewFields& fields);
+
+PreviewFields currentFields();
+
+class Preview : public testing::Test {
+  protected:
+    Preview();
+    ~Preview() override;
+
+    // As after opening a camera with frames of this size.
+    static void stream(FrameSize frame);
+
+    // Sets the fields that a view consists of, for states that no operation leads to directly.
+    static void setFields(const PreviewFields& fields);
+};
+
+} // namespace doccam::test

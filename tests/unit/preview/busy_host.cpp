@@ -1,0 +1,69 @@
+#include "busy_host.h"
+
+#include <doccam/doccam.hpp>
+
+#include <limits>
+#include <random>
+
+namespace doccam::test {
+namespace {
+
+constexpr int kActions = 10'000;
+
+void changeAnything(std::mt19937& random) {
+    const auto between = [&](int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random);
+    };
+    switch (between(0, 9)) {
+    case 0:
+        SetWebFormSize(between(-2, 260), between(-2, 200));
+        break;
+    case 1:
+        SetWebFormSize(between(1, 4000), between(1, 4000));
+        break;
+    case 2:
+        Web_RotateL();
+        break;
+    case 3:
+        Web_RotateR();
+        break;
+    case 4:
+        SetRotate(between(-1, 4));
+        break;
+    case 5:
+        Web_TrueSize();
+        break;
+    case 6:
+        Web_ZoomOut();
+        break;
+    case 7:
+        Web_SetMoveOffet(between(-500, 500), between(-500, 500));
+        break;
+    case 8:
+        Web_SetMoveOffet(between(std::numeric_limits<int>::min(), 0),
+                         between(0, std::numeric_limits<int>::max()));
+        break;
+    default:
+        Web_ZoomIn();
+        break;
+    }
+}
+
+} // namespace
+
+BusyHost::BusyHost(const std::atomic<int>& framesShown, int framesWanted)
+  : thread_([this, &framesShown, framesWanted] {
+      std::mt19937 random(11);
+      for (int action = 0; action < kActions || framesShown < framesWanted; ++action) {
+          changeAnything(random);
+      }
+      SetRotate(0);
+      SetWebFormSize(kFormWidth, kFormHeight);
+      done_ = true;
+  }) {}
+
+BusyHost::~BusyHost() {
+    thread_.join();
+}
+
+} // namespace doccam::test

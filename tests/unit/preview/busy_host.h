@@ -1,4 +1,4 @@
-// A host thread that changes the view without a pause.
+// A host thread that changes the view while frames are being shown.
 #pragma once
 
 #include <atomic>
@@ -6,14 +6,16 @@
 
 namespace doccam::test {
 
-// Ten thousand random turns, forms, zooms and pans, and more until framesWanted frames have been
-// shown meanwhile; then a form of kFormWidth x kFormHeight of the unturned frame.
+// Makes ten thousand random turns, forms, zooms and pans, then declares a form of kFormWidth x
+// kFormHeight for the unturned frame. It acts in bursts, which begin in the middle of any frame;
+// between them enough frames pass for some to be shown after a turn.
 class BusyHost {
   public:
     static constexpr int kFormWidth = 260;
     static constexpr int kFormHeight = 200;
 
-    BusyHost(const std::atomic<int>& framesShown, int framesWanted);
+    // frames counts the frames begun. They must go on until done().
+    explicit BusyHost(const std::atomic<int>& frames);
     ~BusyHost();
     BusyHost(const BusyHost&) = delete;
     BusyHost& operator=(const BusyHost&) = delete;
@@ -21,6 +23,8 @@ class BusyHost {
     bool done() const { return done_; }
 
   private:
+    void run(const std::atomic<int>& frames);
+
     std::atomic<bool> done_{false};
     std::thread thread_;
 };

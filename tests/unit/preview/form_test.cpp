@@ -142,7 +142,8 @@ TEST_F(Form, OfTheFirstDeclarationSizesTheBuffer) {
     ASSERT_NE(buffer, nullptr);
     EXPECT_EQ(state().previewPixels.get(), buffer);
     EXPECT_EQ(state().previewBytes, 801U * 600U * 3U);
-    EXPECT_TRUE(std::all_of(buffer, buffer + 801 * 600 * 3, [](int byte) { return byte == 0; }));
+    EXPECT_TRUE(
+        std::all_of(buffer, buffer + state().previewBytes, [](int byte) { return byte == 0; }));
 }
 
 TEST_F(Form, EnlargedLaterKeepsTheFirstBuffer) {

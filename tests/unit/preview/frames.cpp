@@ -30,12 +30,11 @@ std::vector<unsigned char> plainPicture(const cv::Mat& frame, const PreviewField
     cv::resize(cut, scratch, cv::Size(fields.ShowWidth, fields.ShowHeight), 3.0, 0.0,
                cv::INTER_LINEAR);
 
-    std::vector<unsigned char> out(scratch.total() * 3);
+    std::vector<unsigned char> out;
     for (int row = 0; row < scratch.rows; ++row) {
         for (int column = 0; column < scratch.cols; ++column) {
             for (int channel = 0; channel < 3; ++channel) {
-                out[static_cast<std::size_t>((row * scratch.cols + column) * 3 + channel)] =
-                    scratch.at<cv::Vec3b>(row, column)[channel];
+                out.push_back(scratch.at<cv::Vec3b>(row, column)[channel]);
             }
         }
     }

@@ -39,12 +39,12 @@ PreviewFields currentFields() {
             library.pZoomScale, library.pBestScale, library.RotateAngle,  library.RotateFlag};
 }
 
-Preview::Preview() {
+void Preview::SetUp() {
     forgetSession();
     setFields({});
 }
 
-Preview::~Preview() {
+void Preview::TearDown() {
     forgetSession();
     setFields({});
 }

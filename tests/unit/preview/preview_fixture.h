@@ -30,8 +30,8 @@ PreviewFields currentFields();
 
 class Preview : public testing::Test {
   protected:
-    Preview();
-    ~Preview() override;
+    void SetUp() override;
+    void TearDown() override;
 
     // As after opening a camera with frames of this size.
     static void stream(FrameSize frame);

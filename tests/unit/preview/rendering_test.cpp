@@ -13,12 +13,14 @@ namespace {
 
 constexpr unsigned char kUntouched = 0xA5;
 constexpr std::size_t kBeyond = 997;
+constexpr std::size_t kTrueSizeBytes = std::size_t{800} * 600 * 3;
 
 class Rendering : public Preview {
   protected:
     // Renders frame through the set view; the bytes behind the picture are checked.
     static std::vector<unsigned char> rendered(const cv::Mat& frame) {
-        const auto picture = static_cast<std::size_t>(state().ShowWidth * state().ShowHeight * 3);
+        const auto picture = static_cast<std::size_t>(state().ShowWidth) *
+                             static_cast<std::size_t>(state().ShowHeight) * 3;
         std::vector<unsigned char> out(picture + kBeyond, kUntouched);
         VideoZoomToWeb(frame, out.data());
         EXPECT_EQ(
@@ -158,7 +160,7 @@ TEST_F(Rendering, AgreesWithThePlainRuleInEveryView) {
 TEST_F(Rendering, OfAPartThatTheFrameDoesNotHaveRaises) {
     showTrueSizePart();
     const int max = std::numeric_limits<int>::max();
-    std::vector<unsigned char> out(800 * 600 * 3, kUntouched);
+    std::vector<unsigned char> out(kTrueSizeBytes, kUntouched);
     const std::vector<unsigned char> before = out;
     EXPECT_THROW(VideoZoomToWeb(noisyFrame({900, 1300}), out.data()), cv::Exception);
     EXPECT_THROW(VideoZoomToWeb(noisyFrame({1300, 659}), out.data()), cv::Exception);
@@ -195,11 +197,11 @@ TEST_F(Rendering, OfNoPictureRaises) {
 
 TEST_F(Rendering, OfAnImageOfAnotherKindRaises) {
     showTrueSizePart();
-    std::vector<unsigned char> out(800 * 600 * 3, kUntouched);
+    std::vector<unsigned char> out(kTrueSizeBytes, kUntouched);
     for (const int type : {CV_8UC1, CV_8UC4, CV_16UC3}) {
         EXPECT_THROW(VideoZoomToWeb(cv::Mat::zeros(900, 1300, type), out.data()), cv::Exception);
     }
-    EXPECT_EQ(std::count(out.begin(), out.end(), kUntouched), 800 * 600 * 3);
+    EXPECT_EQ(std::count(out.begin(), out.end(), kUntouched), kTrueSizeBytes);
 }
 
 TEST_F(Rendering, IntoAnImageTakesThatImagesSize) {

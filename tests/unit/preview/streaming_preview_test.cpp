@@ -23,9 +23,11 @@ std::function<bool()> nextFrame;
 
 } // namespace
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses the name
 extern "C" int __wrap_ioctl(int descriptor, unsigned long request, ...);
 
 extern "C" int __wrap_ioctl(int /*descriptor*/, unsigned long request, ...) {
+    // NOLINTEND(bugprone-reserved-identifier)
     va_list arguments;
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
@@ -48,6 +50,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr FrameSize kFrame{320, 240};
+constexpr std::ptrdiff_t kPictureBytes = std::ptrdiff_t{160} * 120 * 3;
+
+// Two are dropped; the third is shown.
+constexpr int kFramesToSeeATurn = 3;
 
 struct Call {
     const unsigned char* pixels;
@@ -77,8 +83,9 @@ void draw(unsigned char* data, int width, int height, int /*startX*/, int /*star
 
 class StreamingPreview : public Preview {
   protected:
-    StreamingPreview()
-      : raw_(static_cast<std::size_t>(kFrame.area()) * 2) {
+    void SetUp() override {
+        Preview::SetUp();
+        raw_.resize(static_cast<std::size_t>(kFrame.area()) * 2);
         for (std::size_t at = 0; at < raw_.size(); ++at) {
             raw_[at] = static_cast<unsigned char>(at * 31 + at / 640);
         }
@@ -94,7 +101,7 @@ class StreamingPreview : public Preview {
         drawn = 0;
     }
 
-    ~StreamingPreview() override {
+    void TearDown() override {
         LibraryState& library = state();
         library.pGetVideoStream = nullptr;
         library.video_buffer_ptr[0] = nullptr;
@@ -103,6 +110,7 @@ class StreamingPreview : public Preview {
         library.srcimage.release();
         library.roimage.release();
         nextFrame = nullptr;
+        Preview::TearDown();
     }
 
     // Runs the loop for that many frames and returns what it printed before its end.
@@ -131,7 +139,7 @@ TEST_F(StreamingPreview, IsSilentWithoutAFormAndAPreparedImage) {
 TEST_F(StreamingPreview, CallsWithTheFormsPictureOfEachFrame) {
     SetWebFormSize(160, 160);
     streamFrames(2);
-    EXPECT_THAT(calls, ElementsAre(formPicture(), formPicture()));
+    ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
     EXPECT_EQ(calls[0], (Call{state().WEB_BUF, 160, 120, 0, 20}));
     const std::vector<unsigned char> expected = plainPicture(state().srcimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
@@ -158,7 +166,7 @@ TEST_F(StreamingPreview, IsSilentWithoutACallback) {
     streamFrames(2);
     EXPECT_EQ(calls.size(), 2U);
     const unsigned char* const pixels = state().WEB_BUF;
-    EXPECT_TRUE(std::all_of(pixels, pixels + 160 * 120 * 3, [](int byte) { return byte == 0; }));
+    EXPECT_TRUE(std::all_of(pixels, pixels + kPictureBytes, [](int byte) { return byte == 0; }));
 }
 
 TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
@@ -167,7 +175,7 @@ TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
     EXPECT_EQ(streamFrames(2), "RotateFlag--\nRotateFlag--\n");
     EXPECT_THAT(calls, IsEmpty());
     EXPECT_EQ(streamFrames(2), "");
-    EXPECT_THAT(calls, ElementsAre(formPicture(), formPicture()));
+    ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
     EXPECT_EQ(calls[0].width, 120);
     const std::vector<unsigned char> expected = plainPicture(state().roimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
@@ -176,7 +184,8 @@ TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
 TEST_F(StreamingPreview, RepeatsTheLastPictureInATurnThatIsNone) {
     SetWebFormSize(160, 120);
     streamFrames(1);
-    const std::vector<unsigned char> before(calls[0].pixels, calls[0].pixels + 160 * 120 * 3);
+    ASSERT_EQ(calls.size(), 1U);
+    const std::vector<unsigned char> before(calls[0].pixels, calls[0].pixels + kPictureBytes);
     std::fill(raw_.begin(), raw_.end(), static_cast<unsigned char>(99));
     SetRotate(7);
     streamFrames(1);
@@ -200,9 +209,12 @@ TEST_F(StreamingPreview, OutlivesAHostThatNeverStopsChangingTheView) {
     state().pGetVideoWebStream = draw;
     std::atomic<int> frames{0};
     {
-        BusyHost host(frames, 300);
+        BusyHost host(frames);
         const PrintedText printed;
-        nextFrame = [&] { return ++frames < 300 || !host.done(); };
+        nextFrame = [&, framesAfter = kFramesToSeeATurn]() mutable {
+            ++frames;
+            return !host.done() || framesAfter-- > 0;
+        };
         VideoStreamPro(nullptr);
     }
     EXPECT_GT(drawn, 0U);

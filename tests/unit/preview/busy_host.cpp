@@ -58,18 +58,19 @@ BusyHost::BusyHost(const std::atomic<int>& frames)
   : thread_([this, &frames] { run(frames); }) {}
 
 BusyHost::~BusyHost() {
+    stop_ = true;
     thread_.join();
 }
 
 void BusyHost::run(const std::atomic<int>& frames) {
     std::mt19937 random(11);
     std::uniform_int_distribution<int> burst(1, 80);
-    for (int left = kActions; left > 0;) {
+    for (int left = kActions; left > 0 && !stop_;) {
         for (int action = burst(random); action > 0 && left > 0; --action, --left) {
             changeAnything(random);
         }
         const int seen = frames;
-        while (frames < seen + kFramesBetween) {
+        while (frames < seen + kFramesBetween && !stop_) {
             std::this_thread::yield();
         }
     }

@@ -14,7 +14,7 @@ class BusyHost {
     static constexpr int kFormWidth = 260;
     static constexpr int kFormHeight = 200;
 
-    // frames counts the frames begun. They must go on until done().
+    // frames counts the frames begun. A host that is destroyed before it is done stops.
     explicit BusyHost(const std::atomic<int>& frames);
     ~BusyHost();
     BusyHost(const BusyHost&) = delete;
@@ -26,6 +26,7 @@ class BusyHost {
     void run(const std::atomic<int>& frames);
 
     std::atomic<bool> done_{false};
+    std::atomic<bool> stop_{false};
     std::thread thread_;
 };
 

@@ -3,11 +3,11 @@
 #include "support/camera_fixture.h"
 #include "support/scratch_folder.h"
 #include "virtual_camera_client.h"
+#include "virtual_camera_pictures.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fstream>
 #include <future>
 #include <thread>
 
@@ -49,10 +49,7 @@ class VirtualCameraFaults : public doccam::test::BareCameraTest {
     // The delivered bytes decoded by an independent path; empty when they are no picture.
     cv::Mat decodedLastFrame() const {
         const std::string path = folder_.file("frame.jpg");
-        const auto frame = virtualcam::lastFrame(camera_);
-        std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(frame->bytes->data()),
-                   static_cast<std::streamsize>(frame->bytes->size()));
+        doccam::test::writeBytes(path, *virtualcam::lastFrame(camera_)->bytes);
         try {
             return virtualcam::loadPhoto(path);
         } catch (const std::runtime_error&) {

@@ -1,9 +1,10 @@
 // Unmodified programs, started by the launcher.
+#include "picture/jpeg.h"
 #include "scene/scene.h"
 #include "support/scratch_folder.h"
+#include "virtual_camera_pictures.h"
 
 #include <gmock/gmock.h>
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <sys/wait.h>
 
@@ -76,7 +77,7 @@ TEST_F(VirtualCameraLauncher, LetsFfmpegGrabBothFormats) {
                    "-input_format " +
                    format + " -video_size 1280x960 -i /dev/video0 -frames:v 1 " + picture);
         EXPECT_EQ(outcome.status, 0) << outcome.text;
-        const cv::Mat grabbed = cv::imread(picture);
+        const cv::Mat grabbed = doccam::virtualcam::loadPhoto(picture);
         ASSERT_EQ(grabbed.size(), cv::Size(1280, 960));
         const cv::Mat scene = doccam::virtualcam::drawScene({}, grabbed.size());
         EXPECT_GT(cv::PSNR(grabbed, scene), 25.0) << format;
@@ -87,14 +88,14 @@ TEST_F(VirtualCameraLauncher, ShowsThePhotographItIsGiven) {
     const std::string photo = folder_.file("photo.png");
     cv::Mat picture(480, 640, CV_8UC3, cv::Scalar(40, 90, 200));
     cv::circle(picture, {320, 240}, 100, cv::Scalar(220, 220, 220), -1);
-    cv::imwrite(photo, picture);
+    doccam::test::writePng(photo, picture);
     const std::string grabbed = folder_.file("grabbed.png");
     const Outcome outcome = launch("--interval 0 --photo " + photo +
                                    " -- ffmpeg -nostdin -v error -f v4l2 -video_size 640x480 "
                                    "-i /dev/video2 -frames:v 1 " +
                                    grabbed);
     ASSERT_EQ(outcome.status, 0) << outcome.text;
-    EXPECT_GT(cv::PSNR(cv::imread(grabbed), picture), 30.0);
+    EXPECT_GT(cv::PSNR(doccam::virtualcam::loadPhoto(grabbed), picture), 30.0);
 }
 
 TEST_F(VirtualCameraLauncher, PlaysTheScenarioItIsGiven) {

@@ -4,9 +4,9 @@
 #include "picture/yuyv.h"
 #include "scene/scene.h"
 #include "support/scratch_folder.h"
+#include "virtual_camera_pictures.h"
 
 #include <gmock/gmock.h>
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 namespace {
@@ -94,13 +94,14 @@ TEST(CameraPicture, TurnsPureColoursIntoTheirYuyv) {
 TEST(CameraPicture, ShowsAPhotographAtTheAskedSize) {
     const doccam::test::ScratchFolder folder;
     const cv::Mat photo = drawScene({}, {1600, 1200});
+    doccam::test::writeJpeg(folder.file("photo.jpg"), photo);
+    doccam::test::writePng(folder.file("photo.png"), photo);
     for (const char* name : {"photo.jpg", "photo.png"}) {
-        cv::imwrite(folder.file(name), photo, {cv::IMWRITE_JPEG_QUALITY, 97});
         PictureSource source(folder.file(name), SceneSettings{});
-        const FrameBytes frame = source.frame(kMjpeg, {640, 480}, 0);
+        doccam::test::writeBytes(folder.file("shown.jpg"), *source.frame(kMjpeg, {640, 480}, 0));
         cv::Mat expected;
         cv::resize(photo, expected, {640, 480}, 0, 0, cv::INTER_AREA);
-        const cv::Mat shown = cv::imdecode(*frame, cv::IMREAD_COLOR);
+        const cv::Mat shown = loadPhoto(folder.file("shown.jpg"));
         ASSERT_EQ(shown.size(), expected.size());
         EXPECT_GT(cv::PSNR(shown, expected), 30.0) << name;
     }

@@ -1,5 +1,7 @@
 #include "bed/udev_tree.h"
 
+#include "bed/unseen_locks.h"
+
 #include <umockdev.h>
 
 #include <filesystem>
@@ -53,19 +55,27 @@ std::string describeNode(const CameraDescription& camera, int place, int node, b
 
 } // namespace
 
-struct UdevTree::Bed {
-    UMockdevTestbed* testbed = umockdev_testbed_new();
+class UdevTree::Bed {
+  public:
+    Bed() {
+        const UnseenLocks unseen;
+        testbed_ = umockdev_testbed_new();
+    }
 
-    Bed() = default;
-
-    ~Bed() { g_object_unref(testbed); }
+    ~Bed() {
+        const UnseenLocks unseen;
+        g_object_unref(testbed_);
+    }
 
     Bed(const Bed&) = delete;
     Bed& operator=(const Bed&) = delete;
 
     void add(const std::string& description) const {
         GError* error = nullptr;
-        umockdev_testbed_add_from_string(testbed, description.c_str(), &error);
+        {
+            const UnseenLocks unseen;
+            umockdev_testbed_add_from_string(testbed_, description.c_str(), &error);
+        }
         if (error != nullptr) {
             const std::string message = error->message;
             g_error_free(error);
@@ -74,8 +84,19 @@ struct UdevTree::Bed {
     }
 
     void removePath(const std::string& path) const {
-        umockdev_testbed_remove_device(testbed, ("/sys" + path).c_str());
+        const UnseenLocks unseen;
+        umockdev_testbed_remove_device(testbed_, ("/sys" + path).c_str());
     }
+
+    std::string folder() const {
+        gchar* root = umockdev_testbed_get_root_dir(testbed_);
+        const std::string path = root;
+        g_free(root);
+        return path;
+    }
+
+  private:
+    UMockdevTestbed* testbed_;
 };
 
 UdevTree::UdevTree()
@@ -107,10 +128,7 @@ void UdevTree::remove(int place, Nodes nodes) {
 }
 
 std::string UdevTree::folder() const {
-    gchar* root = umockdev_testbed_get_root_dir(bed_->testbed);
-    const std::string path = root;
-    g_free(root);
-    return path;
+    return bed_->folder();
 }
 
 } // namespace doccam::virtualcam

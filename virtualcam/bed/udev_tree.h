@@ -32,7 +32,7 @@ class UdevTree {
     std::string folder() const;
 
   private:
-    struct Bed;
+    class Bed;
     std::unique_ptr<Bed> bed_;
 };
 

@@ -43,6 +43,9 @@ int BufferQueue::describe(v4l2_buffer& record) const {
 }
 
 int BufferQueue::enqueue(v4l2_buffer& record) {
+    if ((record.flags & V4L2_BUF_FLAG_REQUEST_FD) != 0) {
+        return EBADR;
+    }
     if (!valid(record) || record.memory != V4L2_MEMORY_MMAP || buffers_[record.index].queued) {
         return EINVAL;
     }

@@ -58,7 +58,7 @@ int CaptureDevice::request(ClientId client, std::uint32_t request, void* argumen
 int CaptureDevice::dispatch(Lock& lock, ClientId client, std::uint32_t request, void* argument,
                             bool nonBlocking) {
     if (argument == nullptr) {
-        return EFAULT;
+        return isKnownRequest(request) ? EFAULT : ENOTTY;
     }
     if (const auto answer = answerIdentity(identity_, false, request, argument)) {
         return *answer;

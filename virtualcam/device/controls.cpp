@@ -110,7 +110,7 @@ int ControlBank::adjust(const Control& control, int& value) const {
     }
     const int inside = std::clamp(value, range.minimum, range.maximum);
     value = inside - (inside - range.minimum) % std::max(range.step, 1);
-    return (flagsOf(control) & V4L2_CTRL_FLAG_INACTIVE) != 0 ? EACCES : 0;
+    return 0;
 }
 
 int ControlBank::set(v4l2_control& record) {
@@ -146,7 +146,7 @@ int ControlBank::setAll(v4l2_ext_controls& list, bool apply) {
             error = set(single);
         }
         if (error != 0) {
-            list.error_idx = i;
+            list.error_idx = apply ? list.count : i;
             return error;
         }
         list.controls[i].value = single.value;

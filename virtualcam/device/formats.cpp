@@ -100,6 +100,7 @@ int FormatOffer::describeSize(v4l2_frmsizeenum& entry) const {
     if (format == nullptr) {
         return EINVAL;
     }
+    std::fill(std::begin(entry.reserved), std::end(entry.reserved), 0U);
     if (format->range) {
         entry.type = V4L2_FRMSIZE_TYPE_STEPWISE;
         entry.stepwise = stepwise(*format->range);
@@ -120,6 +121,7 @@ int FormatOffer::describeInterval(v4l2_frmivalenum& entry) const {
         entry.index >= format->frameRates.size()) {
         return EINVAL;
     }
+    std::fill(std::begin(entry.reserved), std::end(entry.reserved), 0U);
     entry.type = V4L2_FRMIVAL_TYPE_DISCRETE;
     entry.discrete = {1, unsignedOf(format->frameRates[entry.index])};
     return 0;

@@ -2,6 +2,8 @@
 
 #include <linux/videodev2.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace doccam::virtualcam {
@@ -39,15 +41,20 @@ constexpr std::pair<std::uint32_t, const char*> kNames[] = {
     {VIDIOC_S_PRIORITY, "S_PRIORITY"},
 };
 
+const std::pair<std::uint32_t, const char*>* find(std::uint32_t request) {
+    return std::find_if(std::begin(kNames), std::end(kNames),
+                        [&](const auto& entry) { return entry.first == request; });
+}
+
 } // namespace
 
 const char* requestName(std::uint32_t request) {
-    for (const auto& [number, name] : kNames) {
-        if (number == request) {
-            return name;
-        }
-    }
-    return "UNKNOWN";
+    const auto* found = find(request);
+    return found == std::end(kNames) ? "UNKNOWN" : found->second;
+}
+
+bool isKnownRequest(std::uint32_t request) {
+    return find(request) != std::end(kNames);
 }
 
 } // namespace doccam::virtualcam

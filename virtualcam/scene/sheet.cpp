@@ -4,6 +4,8 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
+
 namespace doccam::virtualcam {
 
 namespace {
@@ -52,8 +54,16 @@ void pressStamp(cv::Mat& sheet, cv::Point centre) {
                 kStampRed, 8, cv::LINE_AA);
 }
 
-void place(cv::Mat& sheet, const cv::Mat& symbol, cv::Point corner) {
-    symbol.copyTo(sheet(cv::Rect(corner, symbol.size())));
+// Prints a symbol as large as its field allows, at most with modules of the given size.
+void printSymbol(cv::Mat& sheet, cv::Mat (*draw)(const std::string&, int), const std::string& text,
+                 cv::Rect field, int moduleSize) {
+    cv::Mat symbol = draw(text, moduleSize);
+    while (moduleSize > 1 && (symbol.cols > field.width || symbol.rows > field.height)) {
+        symbol = draw(text, --moduleSize);
+    }
+    const cv::Size part(std::min(symbol.cols, field.width), std::min(symbol.rows, field.height));
+    cv::Mat target = sheet(cv::Rect(field.tl(), part));
+    cv::min(target, symbol(cv::Rect({0, 0}, part)), target);
 }
 
 } // namespace
@@ -61,9 +71,9 @@ void place(cv::Mat& sheet, const cv::Mat& symbol, cv::Point corner) {
 cv::Mat flatSheet(const SceneSettings& settings) {
     cv::Mat sheet(kSheet, CV_8UC3, kPaper);
     writeText(sheet);
-    place(sheet, drawQrCode(settings.qrText, 12), {150, 1720});
-    place(sheet, drawCode128(settings.code128Text, 4), {700, 2080});
-    pressStamp(sheet, {1290, 1820});
+    printSymbol(sheet, drawQrCode, settings.qrText, {150, 1720, 480, 480}, 12);
+    printSymbol(sheet, drawCode128, settings.code128Text, {640, 2060, 1000, 240}, 5);
+    pressStamp(sheet, {1290, 1800});
     return sheet;
 }
 

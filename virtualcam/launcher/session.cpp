@@ -50,9 +50,11 @@ void exportAbsolute(const char* name, const std::string& path) {
 void prepareEnvironment(const Options& options) {
     // A sanitizer's runtime has to come first, where the preload library was built with one.
     std::string preload = DOCCAM_VIRTUALCAM_RUNTIME;
-    preload += (preload.empty() ? "" : " ") + findPreload() + " libumockdev-preload.so.0";
-    if (const char* others = std::getenv("LD_PRELOAD"); others != nullptr && *others != '\0') {
-        preload += std::string(" ") + others;
+    const char* others = std::getenv("LD_PRELOAD");
+    for (const std::string& library : {findPreload(), std::string("libumockdev-preload.so.0"),
+                                       std::string(others == nullptr ? "" : others)}) {
+        preload += ' ';
+        preload += library;
     }
     setenv("LD_PRELOAD", preload.c_str(), 1);
     exportAbsolute("DOCCAM_VIRTUALCAM", options.scenario);

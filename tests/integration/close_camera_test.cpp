@@ -35,6 +35,8 @@ TEST_F(CloseCamera, WithoutASessionSaysThatNothingWasMapped) {
 }
 
 TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
+    // The loop shall see the end of the session before the stream is switched off.
+    virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     state().previewPixels = std::make_shared<unsigned char[]>(12);
     state().WEB_BUF = state().previewPixels.get();

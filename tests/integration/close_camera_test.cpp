@@ -64,6 +64,17 @@ TEST_F(CloseCamera, ReturnsZeroTwiceInARow) {
     EXPECT_EQ(printed.take(), kNothingMapped);
 }
 
+TEST_F(CloseCamera, MayBeCalledByTwoThreadsAtOnce) {
+    for (int session = 0; session < 10; ++session) {
+        openSmall(session % 2);
+        std::thread other([] { EXPECT_EQ(closeCamera(), 0); });
+        EXPECT_EQ(closeCamera(), 0);
+        EXPECT_EQ(virtualcam::openHandles(), 0);
+        EXPECT_EQ(virtualcam::liveMappings(), 0);
+        other.join();
+    }
+}
+
 TEST_F(CloseCamera, KeepsItsOrderAndItsWaits) {
     openSmall(kMjpegFormat);
     virtualcam::clearCalls();

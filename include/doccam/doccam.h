@@ -150,8 +150,8 @@ DOCCAM_API int SetVideoCtlParam(int selector, int value);
  * unknown to the camera; -10002 it cannot be read; -10003 it cannot be written. */
 DOCCAM_API int SetVideoCtlDefaultParam(int selector);
 
-/* Switches the camera's absolute zoom, which stands for its focus, between 0 and 1. 0 done, or the camera has none; -2 it cannot be read; -3 it cannot be
- * written; -1 no session. */
+/* Switches the camera's absolute zoom, which stands for its focus, between 0 and 1. 0 done, or the
+ * camera has none; -2 it cannot be read; -3 it cannot be written; -1 no session. */
 DOCCAM_API int ManualFocus(void);
 
 /* Switches auto-focus off and on, so that the camera focuses once. 0 done, or the camera has none;

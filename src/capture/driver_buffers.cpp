@@ -77,8 +77,8 @@ void unmapBuffer(int index) {
     LibraryState& library = state();
     v4l2_buffer record = bufferRecord(index);
     ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
-    const std::size_t length = std::min<std::size_t>(
-        record.length, library.mappedLength[static_cast<std::size_t>(index)]);
+    const std::size_t length =
+        std::min<std::size_t>(record.length, library.mappedLength[static_cast<std::size_t>(index)]);
     if (munmap(library.video_buffer_ptr[index], length) == -1) {
         std::puts("munmap fail!!!");
         // An unplugged camera no longer tells the length; the mapping is still there.

@@ -20,7 +20,7 @@
 namespace doccam {
 namespace {
 
-constexpr int kOutOfMemory = -14;
+constexpr int kInternalError = -14;
 
 bool sizesKnown(int index) {
     const LibraryState& library = state();
@@ -60,6 +60,22 @@ void leaveOpenNode() {
     std::puts("---------openCamera closeCamera!---------");
 }
 
+void releaseImages() {
+    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
+        image->release();
+    }
+}
+
+// What an earlier session could not release: its thread and its mappings outlive a descriptor that
+// getCameraName took away, its mappings a failed open. They would keep the camera busy.
+void endEarlierSession() {
+    const EndingClaim claim(EndingClaim::IfTaken::kWait);
+    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
+        releaseImages();
+    }
+    unmapLostBuffers();
+}
+
 int openNode(int index) {
     LibraryState& library = state();
     library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
@@ -81,12 +97,6 @@ void allocateImages() {
     }
 }
 
-void releaseImages() {
-    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
-        image->release();
-    }
-}
-
 int switchStreamOn() {
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     if (ioctl(state().cam_fd, VIDIOC_STREAMON, &type) != 0) {
@@ -97,9 +107,10 @@ int switchStreamOn() {
 
 void startThread() {
     LibraryState& library = state();
-    library.streamingThread = std::make_shared<StreamingThread>();
+    const auto thread = std::make_shared<StreamingThread>();
+    library.streamingThread = thread;
     library.bKeep = true;
-    if (!library.streamingThread->start(VideoStreamPro)) {
+    if (!thread->start(VideoStreamPro)) {
         std::puts("create thread error");
     }
 }
@@ -139,10 +150,7 @@ int openSession(int index, FrameSize size) {
     av_decode_init();
     chooseGrabSize(size);
     leaveOpenNode();
-    // A session whose descriptor was taken away may still have its thread.
-    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
-        releaseImages();
-    }
+    endEarlierSession();
     if (const int code = startStream(index); code != 0) {
         if (!keepsDecoder(code)) {
             av_decode_deinit();
@@ -158,7 +166,11 @@ int openSession(int index, FrameSize size) {
 } // namespace doccam
 
 int openCamera(int index, int width, int height) {
-    return doccam::guarded("openCamera", doccam::kOutOfMemory, [&] {
+    const int code = doccam::guarded("openCamera", doccam::kInternalError, [&] {
         return doccam::openSession(index, {width, height});
     });
+    if (code == doccam::kInternalError) {
+        av_decode_deinit();
+    }
+    return code;
 }

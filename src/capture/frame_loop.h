@@ -26,7 +26,10 @@ class FrameLoop {
     bool dropAfterTurn();
     void rotate();
     void takeStill();
+    void readCode();
     Next deliverFrame();
+
+    bool isMjpeg() const;
 
     // The image that a stage works on, null for a rotation that is none.
     const cv::Mat* workingImage() const;

@@ -70,19 +70,21 @@ const UnloadGuard unloadGuard;
 
 ThreadEnd retireStreamingThread() {
     LibraryState& library = state();
-    const std::shared_ptr<StreamingThread> thread = std::move(library.streamingThread);
-    library.streamingThread.reset();
+    // Left in its place until the thread has ended: the thread takes its own reference from there.
+    const std::shared_ptr<StreamingThread>& thread = library.streamingThread;
     if (!thread) {
         return ThreadEnd::kEnded;
     }
     thread->retire(kPatience);
     if (!thread->abandoned()) {
+        library.streamingThread.reset();
         return ThreadEnd::kEnded;
     }
     for (const cv::Mat& image : {library.srcimage, library.roimage, library.zoomimage}) {
         thread->keepAlive(image);
     }
     thread->keepAlive(library.previewPixels);
+    library.streamingThread.reset();
     return ThreadEnd::kGivenUp;
 }
 

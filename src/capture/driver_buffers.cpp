@@ -49,21 +49,28 @@ int mapBuffer(int index) {
     return 0;
 }
 
-void unmapBuffer(int index) {
+void unmapByKnownLength(int index) {
     LibraryState& library = state();
     unsigned char*& mapping = library.video_buffer_ptr[index];
     std::size_t& mapped = library.mappedLength[static_cast<std::size_t>(index)];
-    v4l2_buffer record = bufferRecord(index);
-    ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
-    if (munmap(mapping, record.length) == -1) {
-        std::puts("munmap fail!!!");
-        // An unplugged camera no longer tells the length; the mapping is still there.
-        if (mapping != nullptr) {
-            munmap(mapping, mapped);
-        }
+    if (mapped != 0) {
+        munmap(mapping, mapped);
     }
     mapping = nullptr;
     mapped = 0;
+}
+
+void unmapBuffer(int index) {
+    LibraryState& library = state();
+    v4l2_buffer record = bufferRecord(index);
+    ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
+    if (munmap(library.video_buffer_ptr[index], record.length) == -1) {
+        std::puts("munmap fail!!!");
+        // An unplugged camera no longer tells the length; the mapping is still there.
+        unmapByKnownLength(index);
+    }
+    library.video_buffer_ptr[index] = nullptr;
+    library.mappedLength[static_cast<std::size_t>(index)] = 0;
     Sleep(kUnmapPause);
 }
 
@@ -89,6 +96,12 @@ int mapDriverBuffers() {
         }
     }
     return 0;
+}
+
+void unmapLostBuffers() {
+    for (int index = 0; index < state().buffer_count; ++index) {
+        unmapByKnownLength(index);
+    }
 }
 
 void unmapDriverBuffers() {

@@ -7,6 +7,10 @@ namespace doccam {
 // result code for the request that failed. What was mapped before a failure stays mapped.
 int mapDriverBuffers();
 
+// Unmaps, silently, what an earlier session left mapped: the driver keeps its device busy for as
+// long as a buffer is mapped.
+void unmapLostBuffers();
+
 // Unmaps all buffers, printing a line for each that was not mapped.
 void unmapDriverBuffers();
 

@@ -60,6 +60,21 @@ void leaveOpenNode() {
     std::puts("---------openCamera closeCamera!---------");
 }
 
+void releaseImages() {
+    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
+        image->release();
+    }
+}
+
+// What an earlier session could not release: its thread and its mappings outlive a descriptor that
+// getCameraName took away, its mappings a failed open. They would keep the camera busy.
+void endEarlierSession() {
+    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
+        releaseImages();
+    }
+    unmapLostBuffers();
+}
+
 int openNode(int index) {
     LibraryState& library = state();
     library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
@@ -78,12 +93,6 @@ void allocateImages() {
     }
     if (library.roimage.empty()) {
         library.roimage.create(library.nWidth, library.nHeight, CV_8UC3);
-    }
-}
-
-void releaseImages() {
-    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
-        image->release();
     }
 }
 
@@ -139,10 +148,7 @@ int openSession(int index, FrameSize size) {
     av_decode_init();
     chooseGrabSize(size);
     leaveOpenNode();
-    // A session whose descriptor was taken away may still have its thread.
-    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
-        releaseImages();
-    }
+    endEarlierSession();
     if (const int code = startStream(index); code != 0) {
         if (!keepsDecoder(code)) {
             av_decode_deinit();

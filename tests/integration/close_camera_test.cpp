@@ -1,0 +1,153 @@
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "support/printed_text.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+class CloseCamera : public SessionTest {};
+
+std::string repeated(const std::string& line, int times) {
+    std::string lines;
+    for (int i = 0; i < times; ++i) {
+        lines += line;
+    }
+    return lines;
+}
+
+const std::string kNothingMapped = repeated("munmap fail!!!\n", 5);
+
+TEST_F(CloseCamera, WithoutASessionSaysThatNothingWasMapped) {
+    PrintedText printed;
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(printed.take(), kNothingMapped);
+}
+
+TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
+    // The loop shall see the end of the session before the stream is switched off.
+    virtualcam::setSleepScale(1);
+    openSmall(kMjpegFormat);
+    state().previewPixels = std::make_shared<unsigned char[]>(12);
+    state().WEB_BUF = state().previewPixels.get();
+    state().zoomimage.create(4, 4, CV_8UC3);
+    PrintedText printed;
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(printed.take(), ">>>>>>>>>>>>> closeCamera 01!\n>>>>>>>>>>>>> closeCamera 02!\n"
+                              ">>>>>>>>>>>>> closeCamera 03!\n>>>>>>>>>>>>> closeCamera 04!\n");
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+    EXPECT_EQ(virtualcam::liveMappings(), 0);
+    EXPECT_TRUE(state().srcimage.empty());
+    EXPECT_TRUE(state().roimage.empty());
+    EXPECT_TRUE(state().zoomimage.empty());
+    EXPECT_EQ(state().WEB_BUF, nullptr);
+    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().cam_fd, -1);
+    EXPECT_FALSE(state().bKeep);
+}
+
+TEST_F(CloseCamera, ReturnsZeroTwiceInARow) {
+    openSmall(kMjpegFormat);
+    EXPECT_EQ(closeCamera(), 0);
+    PrintedText printed;
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(printed.take(), kNothingMapped);
+}
+
+TEST_F(CloseCamera, KeepsItsOrderAndItsWaits) {
+    openSmall(kMjpegFormat);
+    virtualcam::clearCalls();
+    virtualcam::clearSleeps();
+    const pid_t self = gettid();
+    closeCamera();
+    std::vector<long> waits;
+    for (const virtualcam::Sleep& sleep : virtualcam::sleeps()) {
+        if (sleep.thread == self) {
+            waits.push_back(sleep.microseconds);
+        }
+    }
+    EXPECT_THAT(waits, ElementsAre(550000, 10000, 10000, 10000, 10000, 10000, 100000, 100000));
+
+    std::vector<std::string> requests;
+    for (const virtualcam::Call& call : virtualcam::calls()) {
+        if (call.request != "DQBUF" && call.request != "QBUF") {
+            requests.push_back(call.request);
+        }
+    }
+    EXPECT_THAT(requests,
+                ElementsAre("STREAMOFF", "QUERYBUF", "munmap", "QUERYBUF", "munmap", "QUERYBUF",
+                            "munmap", "QUERYBUF", "munmap", "QUERYBUF", "munmap", "close"));
+}
+
+TEST_F(CloseCamera, KeepsSettingsCallbacksAndSizes) {
+    watchFrames();
+    SetColorMode(2);
+    openSmall(kMjpegFormat);
+    closeCamera();
+    EXPECT_EQ(state().colorMode, 2);
+    EXPECT_NE(state().pGetVideoStream.load(), nullptr);
+    EXPECT_GT(getFormatResolutionCount(0), 0);
+    openSmall(kMjpegFormat);
+    waitForFrames(1);
+}
+
+TEST_F(CloseCamera, WakesAThreadThatWaitsForASilentCamera) {
+    addFrameFault(virtualcam::FaultKind::kStall, 1);
+    openSmall(kMjpegFormat);
+    while (!virtualcam::waitedFor(earlier_)) {
+        std::this_thread::yield();
+    }
+    PrintedText printed;
+    closeCamera();
+    EXPECT_THAT(printed.take(), HasSubstr("grabImage error!!!!!!!!!!\ncam get image ret = -1\n"));
+}
+
+TEST_F(CloseCamera, UnmapsTheBuffersOfAnUnpluggedCamera) {
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFrames(1);
+    bed_.unplug(earlier_);
+    PrintedText printed;
+    closeCamera();
+    EXPECT_THAT(printed.take(), HasSubstr(kNothingMapped));
+    EXPECT_EQ(virtualcam::liveMappings(), 0);
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+}
+
+TEST_F(CloseCamera, NoFrameArrivesAfterIt) {
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFrames(3);
+    closeCamera();
+    const int seen = framesSeen();
+    openSmall(kYuyvFormat);
+    closeCamera();
+    openSmall(kMjpegFormat);
+    waitForFrames(seen + 1);
+}
+
+TEST_F(CloseCamera, CanBeFollowedByManySessions) {
+    watchFrames();
+    int frames = 0;
+    for (int session = 0; session < 20; ++session) {
+        openSmall(session % 2);
+        waitForFrames(++frames);
+        closeCamera();
+        frames = framesSeen();
+        ASSERT_EQ(virtualcam::openHandles(), 0);
+        ASSERT_EQ(virtualcam::liveMappings(), 0);
+    }
+}
+
+} // namespace
+} // namespace doccam::test

@@ -1,0 +1,107 @@
+#include "integration/session_fixture.h"
+
+#include "api/library_state.h"
+
+#include <doccam/doccam.hpp>
+
+#include <atomic>
+#include <mutex>
+
+namespace doccam::test {
+namespace {
+
+std::atomic<int> seen{0};
+std::mutex lastMutex;
+cv::Mat last;
+
+void onFrame(unsigned char* pixels, int width, int height) {
+    {
+        const std::lock_guard lock(lastMutex);
+        cv::Mat(height, width, CV_8UC3, pixels).copyTo(last);
+    }
+    seen.fetch_add(1);
+    seen.notify_all();
+}
+
+} // namespace
+
+void resetLibrary() {
+    LibraryState& library = state();
+    library.deviceCount = 0;
+    for (auto* list : {&library.formatList, &library.yuvWidthList, &library.yuvHeightList,
+                       &library.mjpegWidthList, &library.mjpegHeightList,
+                       &library.otherfmtWidthList, &library.otherfmtHeightList}) {
+        list->clear();
+    }
+    for (auto* setting :
+         {&library.cutType, &library.colorMode, &library.fileFormat, &library.isDelBlackedge,
+          &library.isDelBcakColor, &library.RotateAngle, &library.RotateFlag}) {
+        *setting = 0;
+    }
+    library.jpgQuality = 85;
+    library.CameraFormat = 1;
+    library.isShootPhoto = false;
+    library.isInsert1000M = false;
+    library.IsRecogBarQr = kNoCodeRequest;
+    library.qctrl = {};
+    library.ctrl = {};
+    library.pGetVideoStream = nullptr;
+    library.pGetVideoWebStream = nullptr;
+}
+
+void watchFrames() {
+    seen = 0;
+    SetDataCallback(onFrame);
+}
+
+void waitForFrames(int count) {
+    for (int now = seen; now < count; now = seen) {
+        seen.wait(now);
+    }
+}
+
+int framesSeen() {
+    return seen;
+}
+
+cv::Mat lastSeen() {
+    const std::lock_guard lock(lastMutex);
+    return last.clone();
+}
+
+SessionTest::SessionTest() {
+    resetLibrary();
+    virtualcam::setSleepScale(0.01);
+}
+
+SessionTest::~SessionTest() {
+    virtualcam::setSleepScale(0.01);
+    if (state().cam_fd != kNoDescriptor || state().bKeep || state().streamingThread) {
+        closeCamera();
+    }
+    closeCamera();
+}
+
+void SessionTest::openSmall(int format) {
+    SetVideoFormat(format);
+    ASSERT_EQ(openCamera(kIndexOfEarlier, 640, 480), 0);
+}
+
+void SessionTest::addCallFault(const std::string& request, int error, int at) {
+    virtualcam::Fault fault;
+    fault.kind = virtualcam::FaultKind::kCall;
+    fault.request = request;
+    fault.error = error;
+    fault.at = at;
+    virtualcam::addFault(earlier_, fault);
+}
+
+void SessionTest::addFrameFault(virtualcam::FaultKind kind, int at, int value) {
+    virtualcam::Fault fault;
+    fault.kind = kind;
+    fault.at = at;
+    fault.value = value;
+    virtualcam::addFault(earlier_, fault);
+}
+
+} // namespace doccam::test

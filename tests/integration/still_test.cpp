@@ -1,0 +1,142 @@
+// Stills taken from a live stream.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "support/printed_text.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+#include <opencv2/core.hpp>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+class Still : public SessionTest {
+  protected:
+    Still() { virtualcam::setSleepScale(1); }
+
+    static std::vector<long> waitsOf(const std::string& path) {
+        virtualcam::clearSleeps();
+        EXPECT_EQ(captureImage(path.c_str()), 0);
+        std::vector<long> waits;
+        for (const virtualcam::Sleep& sleep : virtualcam::sleeps()) {
+            if (sleep.thread == gettid()) {
+                waits.push_back(sleep.microseconds);
+            }
+        }
+        return waits;
+    }
+
+    const ScratchFolder folder_;
+};
+
+TEST_F(Still, OfTheWholeFrameIsTheFrame) {
+    openSmall(kYuyvFormat);
+    PrintedText printed;
+    const std::string path = folder_.file("page.png");
+    captureImage(path.c_str());
+    EXPECT_EQ(printed.take(),
+              "capture->path:" + path + "\ncapture->01\ncapture->02\ncapture->03\ncapture->04\n");
+    EXPECT_EQ(cv::imread(path).size(), cv::Size(640, 480));
+}
+
+TEST_F(Still, CarriesTheFramesColours) {
+    virtualcam::SceneSettings quiet = virtualcam::scene(earlier_);
+    quiet.noise = 0; // every frame is the same
+    virtualcam::setScene(earlier_, quiet);
+    watchFrames();
+    openSmall(kYuyvFormat);
+    const std::string path = folder_.file("page.png");
+    captureImage(path.c_str());
+    cv::Mat saved = cv::imread(path);
+    cv::cvtColor(saved, saved, cv::COLOR_BGR2RGB);
+    EXPECT_EQ(cv::norm(saved, lastSeen(), cv::NORM_INF), 0);
+}
+
+TEST_F(Still, ReplacesTheFileThatWasThere) {
+    openSmall(kYuyvFormat);
+    const std::string path = folder_.file("page.jpg");
+    std::ofstream(path) << "old";
+    captureImage(path.c_str());
+    EXPECT_EQ(cv::imread(path).size(), cv::Size(640, 480));
+}
+
+TEST_F(Still, WaitsThreeTimesMoreWhenTheFileIsThere) {
+    openSmall(kYuyvFormat);
+    const std::vector<long> waits = waitsOf(folder_.file("page.jpg"));
+    ASSERT_GE(waits.size(), 3U);
+    EXPECT_TRUE(std::all_of(waits.begin(), waits.end(), [](long w) { return w == 50000; }));
+}
+
+TEST_F(Still, ThatIsNotTakenEndsAfterSeventyNineWaitsWithoutAFile) {
+    addFrameFault(virtualcam::FaultKind::kStall, 1);
+    openSmall(kYuyvFormat);
+    virtualcam::setSleepScale(0.01);
+    const std::string path = folder_.file("page.jpg");
+    std::ofstream(path) << "old";
+    EXPECT_EQ(waitsOf(path), std::vector<long>(79, 50000));
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_TRUE(state().isShootPhoto);
+
+    // The request stands: the next frame answers it.
+    virtualcam::resume(earlier_);
+    while (state().isShootPhoto) {
+        std::this_thread::yield();
+    }
+}
+
+TEST_F(Still, IsRefusedWithoutASession) {
+    EXPECT_EQ(captureImage(folder_.file("page.jpg").c_str()), -1);
+    EXPECT_FALSE(state().isShootPhoto);
+}
+
+TEST_F(Still, OfTheEnlargedSessionHasTheEnlargedSize) {
+    SetVideoFormat(kMjpegFormat);
+    ASSERT_EQ(openCamera(0, 3672, 2856), 0);
+    for (const auto& [angle, size] :
+         {std::pair(0, cv::Size(3672, 2856)), std::pair(1, cv::Size(2856, 3672))}) {
+        SetRotate(angle);
+        const std::string path = folder_.file("page" + std::to_string(angle) + ".jpg");
+        captureImage(path.c_str());
+        EXPECT_EQ(cv::imread(path).size(), size);
+    }
+}
+
+class PhotoStill : public SessionTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(PhotoStill, IsThePhotograph) {
+    const char* photos = std::getenv("DOCCAM_PHOTOS");
+    if (photos == nullptr) {
+        GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
+    }
+    const std::string photo = (std::filesystem::path(photos) / GetParam()).string();
+    bed_.remove(earlier_);
+    virtualcam::CameraDescription camera = secondCamera();
+    camera.picture = photo;
+    bed_.add(camera);
+    SetVideoFormat(kMjpegFormat);
+    ASSERT_EQ(openCamera(0, 3264, 2448), 0);
+    virtualcam::setSleepScale(1);
+    const ScratchFolder folder;
+    captureImage(folder.file("page.jpg").c_str());
+    const cv::Mat page = cv::imread(folder.file("page.jpg"));
+    cv::Mat source = cv::imread(photo);
+    cv::resize(source, source, page.size(), 0, 0, cv::INTER_AREA);
+    EXPECT_EQ(page.size(), cv::Size(3264, 2448));
+    EXPECT_GT(cv::PSNR(page, source), 30);
+}
+
+INSTANTIATE_TEST_SUITE_P(Photographs, PhotoStill,
+                         testing::Values("sheet-on-black.jpg", "sheet-tilted-on-wood.jpg"));
+
+} // namespace
+} // namespace doccam::test

@@ -1,0 +1,105 @@
+// Callbacks that end their own session, or keep it from ending.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+
+#include <doccam/doccam.hpp>
+
+#include <algorithm>
+#include <atomic>
+
+namespace doccam::test {
+namespace {
+
+std::atomic<int> entered{0};
+std::atomic<int> left{0};
+std::atomic<bool> released{false};
+std::atomic<unsigned> pixelSum{0};
+
+void reset() {
+    entered = 0;
+    left = 0;
+    released = false;
+}
+
+void waitUntil(std::atomic<int>& count, int wanted) {
+    for (int now = count; now < wanted; now = count) {
+        count.wait(now);
+    }
+}
+
+void raise(std::atomic<int>& count) {
+    count.fetch_add(1);
+    count.notify_all();
+}
+
+// Reads every pixel, so that memory freed under it is noticed.
+void readFrame(const unsigned char* pixels, int width, int height) {
+    unsigned sum = 0;
+    std::for_each(pixels, pixels + width * height * 3, [&](unsigned char p) { sum += p; });
+    pixelSum = sum;
+}
+
+void closesItself(unsigned char* pixels, int width, int height) {
+    raise(entered);
+    closeCamera();
+    readFrame(pixels, width, height);
+    raise(left);
+}
+
+void waitsForItsHost(unsigned char* pixels, int width, int height) {
+    raise(entered);
+    released.wait(false);
+    readFrame(pixels, width, height);
+    raise(left);
+}
+
+void closesAndReopens(unsigned char* pixels, int width, int height) {
+    if (entered.fetch_add(1) == 0) {
+        closeCamera();
+        openCamera(0, 640, 480);
+        readFrame(pixels, width, height);
+    }
+    raise(left);
+}
+
+class StuckCallback : public SessionTest {
+  protected:
+    StuckCallback() { reset(); }
+};
+
+TEST_F(StuckCallback, MayCloseTheCameraItself) {
+    SetDataCallback(closesItself);
+    openSmall(kMjpegFormat);
+    waitUntil(left, 1);
+    EXPECT_EQ(entered, 1);
+    EXPECT_FALSE(state().bKeep);
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+    EXPECT_EQ(virtualcam::liveMappings(), 0);
+}
+
+TEST_F(StuckCallback, MayCloseAndReopenTheCamera) {
+    SetDataCallback(closesAndReopens);
+    openSmall(kYuyvFormat);
+    waitUntil(left, 5);
+    EXPECT_TRUE(state().bKeep);
+    EXPECT_EQ(virtualcam::openHandles(), 1);
+}
+
+TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
+    SetDataCallback(waitsForItsHost);
+    openSmall(kMjpegFormat);
+    waitUntil(entered, 1);
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(left, 0);
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+
+    // The next session runs while the old callback still holds its frame.
+    openSmall(kMjpegFormat);
+    waitUntil(entered, 2);
+    released = true;
+    released.notify_all();
+    waitUntil(left, 3);
+}
+
+} // namespace
+} // namespace doccam::test

@@ -1,0 +1,46 @@
+// Tests that run with virtual cameras attached.
+#pragma once
+
+#include "bed/test_bed.h"
+#include "control.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace doccam::test {
+
+// Begins every test without a camera and removes whatever the test has plugged in. Sleeps of the
+// code under test last as long as asked unless the test sets a scale.
+class BareCameraTest : public ::testing::Test {
+  protected:
+    // A camera that delivers frames as fast as they are asked for.
+    static virtualcam::CameraDescription fastCamera(const std::string& vendor = "0c45",
+                                                    const std::string& product = "6366") {
+        virtualcam::CameraDescription camera = virtualcam::documentCamera(vendor, product);
+        camera.intervalMs = 0;
+        return camera;
+    }
+
+    virtualcam::TestBed bed_;
+};
+
+// Begins with two cameras of different models. The one whose model stands later in the table of
+// supported models has the lower node numbers.
+class CameraTest : public BareCameraTest {
+  protected:
+    CameraTest()
+      : later_(bed_.add(fastCamera("0c45", "6366")))
+      , earlier_(bed_.add(secondCamera())) {}
+
+    static virtualcam::CameraDescription secondCamera() {
+        virtualcam::CameraDescription camera = fastCamera("1778", "0210");
+        camera.card = "Sheet Cam: Sheet Cam";
+        return camera;
+    }
+
+    const virtualcam::CameraId later_;   // 0c45:6366, /dev/video0 and 1
+    const virtualcam::CameraId earlier_; // 1778:0210, /dev/video2 and 3
+};
+
+} // namespace doccam::test

@@ -1,0 +1,64 @@
+// The buffers of a stream and who has them.
+#pragma once
+
+#include "device/buffer_memory.h"
+
+#include <linux/videodev2.h>
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace doccam::virtualcam {
+
+// All functions that return int return 0 or an errno value. Not thread-safe.
+class BufferQueue {
+  public:
+    static constexpr std::uint32_t kMostBuffers = 32;
+
+    // Gives up the buffers there are and makes count new ones; none for 0.
+    int allocate(std::uint32_t count, std::uint32_t bytes);
+
+    std::uint32_t count() const { return static_cast<std::uint32_t>(buffers_.size()); }
+
+    bool empty() const { return buffers_.empty(); }
+
+    const std::shared_ptr<BufferMemory>& memory() const { return memory_; }
+
+    // Fills in a buffer's record, by the index in it.
+    int describe(v4l2_buffer& record) const;
+
+    // Takes a buffer from the program.
+    int enqueue(v4l2_buffer& record);
+
+    std::size_t queued() const { return queue_.size(); }
+
+    // Takes the longest waiting buffer out of the queue; there must be one.
+    std::uint32_t takeQueued();
+
+    // Notes what a buffer now holds and that the program has it again.
+    void deliver(std::uint32_t index, const v4l2_buffer& contents);
+
+    // Takes all buffers out of the queue and gives them to the program.
+    void returnAll();
+
+    // The buffer that begins at the offset, and that it is now mapped.
+    std::optional<std::uint32_t> noteMapping(std::size_t offset);
+
+  private:
+    struct Buffer {
+        bool queued = false;
+        bool mapped = false;
+        v4l2_buffer contents{};
+    };
+
+    bool valid(const v4l2_buffer& record) const;
+
+    std::shared_ptr<BufferMemory> memory_;
+    std::uint32_t bytes_ = 0;
+    std::vector<Buffer> buffers_;
+    std::deque<std::uint32_t> queue_;
+};
+
+} // namespace doccam::virtualcam

@@ -1,0 +1,14 @@
+// Frames as a camera sends them when something goes wrong.
+#pragma once
+
+#include "device/faults.h"
+#include "device/formats.h"
+#include "device/frame_source.h"
+
+namespace doccam::virtualcam {
+
+// The number-th frame of the source, damaged by those of the faults that damage pictures.
+FrameBytes makeFrame(FrameSource& source, const PictureFormat& format, std::uint32_t number,
+                     const std::vector<Fault>& faults);
+
+} // namespace doccam::virtualcam

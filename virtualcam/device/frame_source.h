@@ -1,0 +1,30 @@
+// Where a virtual camera takes its frames from.
+#pragma once
+
+#include "description.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace doccam::virtualcam {
+
+using FrameBytes = std::shared_ptr<const std::vector<std::uint8_t>>;
+
+struct DeliveredFrame {
+    std::uint32_t sequence = 0;
+    std::uint32_t pixelFormat = 0;
+    Size size;
+    FrameBytes bytes; // what the buffer begins with; left-over bytes follow it there
+};
+
+class FrameSource {
+  public:
+    virtual ~FrameSource() = default;
+
+    // The bytes of the number-th frame in the given format. May be called by several threads at
+    // once; never returns null.
+    virtual FrameBytes frame(std::uint32_t pixelFormat, Size size, std::uint32_t number) = 0;
+};
+
+} // namespace doccam::virtualcam

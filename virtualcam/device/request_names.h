@@ -1,0 +1,13 @@
+// The device requests by name.
+#pragma once
+
+#include <cstdint>
+
+namespace doccam::virtualcam {
+
+// "DQBUF" for VIDIOC_DQBUF and so on; "UNKNOWN" for a request that no camera knows.
+const char* requestName(std::uint32_t request);
+
+bool isKnownRequest(std::uint32_t request);
+
+} // namespace doccam::virtualcam

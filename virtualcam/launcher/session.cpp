@@ -1,0 +1,110 @@
+#include "launcher/session.h"
+
+#include "bed/udev_tree.h"
+#include "picture/jpeg.h"
+#include "scenario.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+
+namespace doccam::virtualcam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The preload library: beside the launcher in the build folder, or in an installed tree.
+std::string findPreload() {
+    const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
+    for (const fs::path& candidate :
+         {folder / "libdoccam-virtualcam.so", folder / DOCCAM_VIRTUALCAM_FROM_BIN}) {
+        if (fs::exists(candidate)) {
+            return fs::canonical(candidate).string();
+        }
+    }
+    throw std::runtime_error("libdoccam-virtualcam.so is not beside the launcher");
+}
+
+std::vector<CameraDescription> camerasOf(const Options& options) {
+    std::vector<CameraDescription> cameras =
+        options.scenario.empty() ? defaultCameras() : readScenario(options.scenario);
+    if (!options.photo.empty()) {
+        loadPhoto(options.photo);
+    }
+    return cameras;
+}
+
+void exportAbsolute(const char* name, const std::string& path) {
+    if (!path.empty()) {
+        setenv(name, fs::absolute(path).c_str(), 1);
+    }
+}
+
+void prepareEnvironment(const Options& options) {
+    // A sanitizer's runtime has to come first, where the preload library was built with one.
+    std::string preload = DOCCAM_VIRTUALCAM_RUNTIME;
+    const char* others = std::getenv("LD_PRELOAD");
+    for (const std::string& library : {findPreload(), std::string("libumockdev-preload.so.0"),
+                                       std::string(others == nullptr ? "" : others)}) {
+        preload += ' ';
+        preload += library;
+    }
+    setenv("LD_PRELOAD", preload.c_str(), 1);
+    exportAbsolute("DOCCAM_VIRTUALCAM", options.scenario);
+    exportAbsolute("DOCCAM_VIRTUALCAM_PHOTO", options.photo);
+    if (options.intervalMs) {
+        setenv("DOCCAM_VIRTUALCAM_INTERVAL", std::to_string(*options.intervalMs).c_str(), 1);
+    }
+}
+
+[[noreturn]] void become(const Options& options) {
+    std::vector<char*> arguments;
+    for (const std::string& argument : options.command) {
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    }
+    arguments.push_back(nullptr);
+    execvp(arguments[0], arguments.data());
+    std::fprintf(stderr, "doccam-virtualcam: %s: %s\n", arguments[0], std::strerror(errno));
+    _exit(127);
+}
+
+int await(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+} // namespace
+
+int runSession(const Options& options) {
+    UdevTree tree;
+    int place = 0;
+    for (const CameraDescription& camera : camerasOf(options)) {
+        tree.add(camera, place, {2 * place, 2 * place + 1});
+        ++place;
+    }
+    // The terminal's interrupt is for the program; the launcher stays to clean up.
+    signal(SIGINT, SIG_IGN);
+    signal(SIGQUIT, SIG_IGN);
+    const pid_t child = fork();
+    if (child < 0) {
+        throw std::runtime_error("cannot start a process");
+    }
+    if (child == 0) {
+        signal(SIGINT, SIG_DFL);
+        signal(SIGQUIT, SIG_DFL);
+        prepareEnvironment(options);
+        become(options);
+    }
+    return await(child);
+}
+
+} // namespace doccam::virtualcam

@@ -1,0 +1,27 @@
+#include "picture/picture_source.h"
+
+#include "picture/frame_cache.h"
+
+#include <utility>
+
+namespace doccam::virtualcam {
+
+PictureSource::PictureSource(std::string photo, SceneSettings scene)
+  : photo_(std::move(photo))
+  , scene_(std::move(scene)) {}
+
+FrameBytes PictureSource::frame(std::uint32_t pixelFormat, Size size, std::uint32_t number) {
+    return cachedFrames(photo_, scene(), pixelFormat, size)->frame(number);
+}
+
+SceneSettings PictureSource::scene() const {
+    const std::lock_guard lock(mutex_);
+    return scene_;
+}
+
+void PictureSource::setScene(const SceneSettings& scene) {
+    const std::lock_guard lock(mutex_);
+    scene_ = scene;
+}
+
+} // namespace doccam::virtualcam

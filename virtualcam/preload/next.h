@@ -1,0 +1,36 @@
+// The functions behind the interposed ones.
+#pragma once
+
+#include <dlfcn.h>
+
+#include <atomic>
+
+namespace doccam::virtualcam {
+
+// Looked up at the first call, which may come before any constructor has run.
+template <typename Function>
+class Next {
+  public:
+    constexpr explicit Next(const char* name)
+      : name_(name) {}
+
+    Function* get() {
+        Function* found = found_.load(std::memory_order_relaxed);
+        if (found == nullptr) {
+            found = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name_));
+            found_.store(found, std::memory_order_relaxed);
+        }
+        return found;
+    }
+
+    template <typename... Arguments>
+    auto operator()(Arguments... arguments) {
+        return get()(arguments...);
+    }
+
+  private:
+    const char* name_;
+    std::atomic<Function*> found_{nullptr};
+};
+
+} // namespace doccam::virtualcam

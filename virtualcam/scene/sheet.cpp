@@ -1,0 +1,80 @@
+// The sheet: what is printed on it.
+#include "scene/scene.h"
+#include "scene/symbols.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+
+namespace doccam::virtualcam {
+
+namespace {
+
+const cv::Size kSheet(1654, 2339);
+const cv::Scalar kPaper(244, 247, 248);
+const cv::Scalar kInk(42, 36, 34);
+const cv::Scalar kStampRed(44, 36, 196);
+
+void writeLine(cv::Mat& sheet, const std::string& text, cv::Point origin, double scale,
+               int thickness) {
+    cv::putText(sheet, text, origin, cv::FONT_HERSHEY_COMPLEX, scale, kInk, thickness, cv::LINE_AA);
+}
+
+void writeText(cv::Mat& sheet) {
+    static const char* const kLines[] = {
+        "This sheet lies under a document camera. It has been",
+        "put down in a hurry, so it is a little tilted, and the",
+        "desk around it is dark.",
+        "",
+        "A page wants straight edges, even light and black ink",
+        "on white paper. Letters of this size should be easy to",
+        "read at any offered resolution from 1280 x 960 up.",
+        "",
+        "   Item                         Pieces        Price",
+        "   Paper, white, A4                500         4.90",
+        "   Ink, black, one bottle            2        11.80",
+        "   Stamp pad, red                    1         3.45",
+        "",
+        "The quick brown fox jumps over the lazy dog while",
+        "0123456789 sphinxes of black quartz judge its vow.",
+    };
+    writeLine(sheet, "Receipt No. 42", {150, 260}, 2.6, 5);
+    cv::line(sheet, {150, 310}, {1504, 310}, kInk, 4, cv::LINE_AA);
+    int y = 430;
+    for (const char* line : kLines) {
+        writeLine(sheet, line, {150, y}, 1.3, 2);
+        y += 74;
+    }
+}
+
+void pressStamp(cv::Mat& sheet, cv::Point centre) {
+    cv::circle(sheet, centre, 170, kStampRed, 12, cv::LINE_AA);
+    cv::circle(sheet, centre, 140, kStampRed, 4, cv::LINE_AA);
+    cv::putText(sheet, "PAID", centre + cv::Point(-108, 26), cv::FONT_HERSHEY_DUPLEX, 2.7,
+                kStampRed, 8, cv::LINE_AA);
+}
+
+// Prints a symbol as large as its field allows, at most with modules of the given size.
+void printSymbol(cv::Mat& sheet, cv::Mat (*draw)(const std::string&, int), const std::string& text,
+                 cv::Rect field, int moduleSize) {
+    cv::Mat symbol = draw(text, moduleSize);
+    while (moduleSize > 1 && (symbol.cols > field.width || symbol.rows > field.height)) {
+        symbol = draw(text, --moduleSize);
+    }
+    const cv::Size part(std::min(symbol.cols, field.width), std::min(symbol.rows, field.height));
+    cv::Mat target = sheet(cv::Rect(field.tl(), part));
+    cv::min(target, symbol(cv::Rect({0, 0}, part)), target);
+}
+
+} // namespace
+
+cv::Mat flatSheet(const SceneSettings& settings) {
+    cv::Mat sheet(kSheet, CV_8UC3, kPaper);
+    writeText(sheet);
+    printSymbol(sheet, drawQrCode, settings.qrText, {150, 1720, 480, 480}, 12);
+    printSymbol(sheet, drawCode128, settings.code128Text, {640, 2060, 1000, 240}, 5);
+    pressStamp(sheet, {1290, 1800});
+    return sheet;
+}
+
+} // namespace doccam::virtualcam

@@ -4,7 +4,8 @@
 
 #include <zint.h>
 
-#include <cmath>
+#include <initializer_list>
+#include <string_view>
 
 namespace doccam::test {
 namespace {
@@ -16,6 +17,14 @@ std::string digits(int sample, int count) {
     std::string text;
     for (int i = 0; i < count; ++i) {
         text += static_cast<char>('0' + (sample * 7 + i * i * 3 + i * 5 + 1) % 10);
+    }
+    return text;
+}
+
+std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text += part;
     }
     return text;
 }
@@ -67,14 +76,15 @@ Code checked(int symbology, const std::string& payload) {
 }
 
 Code dataBar(int sample) {
-    const std::string item = "0" + digits(sample, 12);
-    return {BARCODE_DBAR_OMN, item, "01" + withCheckDigit(item)};
+    const std::string item = joined({"0", digits(sample, 12)});
+    return {BARCODE_DBAR_OMN, item, joined({"01", withCheckDigit(item)})};
 }
 
 Code dataBarExpanded(int sample) {
-    const std::string item = withCheckDigit("9" + digits(sample, 12));
+    const std::string item = withCheckDigit(joined({"9", digits(sample, 12)}));
     const std::string weight = digits(sample, 6);
-    Code code{BARCODE_DBAR_EXP, "[01]" + item + "[3103]" + weight, "01" + item + "3103" + weight};
+    Code code{BARCODE_DBAR_EXP, joined({"[01]", item, "[3103]", weight}),
+              joined({"01", item, "3103", weight})};
     code.inputMode = GS1_MODE;
     return code;
 }
@@ -94,16 +104,16 @@ std::vector<Kind> qrKinds() {
 
 std::vector<Kind> barKinds() {
     return {
-        bar("Code 128", [](int i) { return code128("DOC-" + digits(i, 4) + " p" + digits(i, 1)); }),
-        bar("Code 39", [](int i) { return plain(BARCODE_CODE39, "DOC " + digits(i, 4)); }),
-        bar("EAN-13", [](int i) { return checked(BARCODE_EANX, "4" + digits(i, 11)); }),
+        bar("Code 128", [](int i) { return code128(joined({"DOC-", digits(i, 4), " p", digits(i, 1)})); }),
+        bar("Code 39", [](int i) { return plain(BARCODE_CODE39, joined({"DOC ", digits(i, 4)})); }),
+        bar("EAN-13", [](int i) { return checked(BARCODE_EANX, joined({"4", digits(i, 11)})); }),
         bar("EAN-8", [](int i) { return checked(BARCODE_EANX, digits(i, 7)); }),
         bar("UPC-A", [](int i) { return checked(BARCODE_UPCA, digits(i, 11)); }),
         bar("ITF", [](int i) { return plain(BARCODE_C25INTER, digits(i, 14)); }),
-        bar("Codabar", [](int i) { return plain(BARCODE_CODABAR, "A" + digits(i, 6) + "B"); }),
+        bar("Codabar", [](int i) { return plain(BARCODE_CODABAR, joined({"A", digits(i, 6), "B"})); }),
         bar("DataBar", dataBar),
         bar("DataBar Expanded", dataBarExpanded),
-        bar("PDF417", [](int i) { return plain(BARCODE_PDF417, "PDF417 page " + digits(i, 4)); })};
+        bar("PDF417", [](int i) { return plain(BARCODE_PDF417, joined({"PDF417 page ", digits(i, 4)})); })};
 }
 
 // From mild to severe over the samples.

@@ -49,6 +49,16 @@ cv::Mat drawCode(const Code& code, int pixelsPerModule) {
     return grey;
 }
 
+cv::Mat withSpecks(const cv::Mat& drawn) {
+    cv::Mat specked = drawn.clone();
+    for (int y = 0; y < specked.rows; ++y) {
+        for (int x = 2 * y % 5; x < specked.cols; x += 5) {
+            specked.at<unsigned char>(y, x) = 255;
+        }
+    }
+    return specked;
+}
+
 Code qrCode(const std::string& text, int errorLevel, int version) {
     return {BARCODE_QRCODE, text, text, errorLevel, version, DATA_MODE};
 }

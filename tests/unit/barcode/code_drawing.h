@@ -21,6 +21,9 @@ struct Code {
 // encoded.
 cv::Mat drawCode(const Code& code, int pixelsPerModule);
 
+// The code with so many white specks in its ink that only an opened picture shows it.
+cv::Mat withSpecks(const cv::Mat& drawn);
+
 Code qrCode(const std::string& text, int errorLevel = 1, int version = 0);
 Code code128(const std::string& text);
 

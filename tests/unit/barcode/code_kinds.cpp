@@ -103,17 +103,30 @@ std::vector<Kind> qrKinds() {
 }
 
 std::vector<Kind> barKinds() {
-    return {
-        bar("Code 128", [](int i) { return code128(joined({"DOC-", digits(i, 4), " p", digits(i, 1)})); }),
-        bar("Code 39", [](int i) { return plain(BARCODE_CODE39, joined({"DOC ", digits(i, 4)})); }),
-        bar("EAN-13", [](int i) { return checked(BARCODE_EANX, joined({"4", digits(i, 11)})); }),
-        bar("EAN-8", [](int i) { return checked(BARCODE_EANX, digits(i, 7)); }),
-        bar("UPC-A", [](int i) { return checked(BARCODE_UPCA, digits(i, 11)); }),
-        bar("ITF", [](int i) { return plain(BARCODE_C25INTER, digits(i, 14)); }),
-        bar("Codabar", [](int i) { return plain(BARCODE_CODABAR, joined({"A", digits(i, 6), "B"})); }),
-        bar("DataBar", dataBar),
-        bar("DataBar Expanded", dataBarExpanded),
-        bar("PDF417", [](int i) { return plain(BARCODE_PDF417, joined({"PDF417 page ", digits(i, 4)})); })};
+    return {bar("Code 128",
+                [](int i) {
+                    return code128(joined({"DOC-", digits(i, 4), " p", digits(i, 1)}));
+                }),
+            bar("Code 39",
+                [](int i) {
+                    return plain(BARCODE_CODE39, joined({"DOC ", digits(i, 4)}));
+                }),
+            bar("EAN-13",
+                [](int i) {
+                    return checked(BARCODE_EANX, joined({"4", digits(i, 11)}));
+                }),
+            bar("EAN-8", [](int i) { return checked(BARCODE_EANX, digits(i, 7)); }),
+            bar("UPC-A", [](int i) { return checked(BARCODE_UPCA, digits(i, 11)); }),
+            bar("ITF", [](int i) { return plain(BARCODE_C25INTER, digits(i, 14)); }),
+            bar("Codabar",
+                [](int i) {
+                    return plain(BARCODE_CODABAR, joined({"A", digits(i, 6), "B"}));
+                }),
+            bar("DataBar", dataBar),
+            bar("DataBar Expanded", dataBarExpanded),
+            bar("PDF417", [](int i) {
+                return plain(BARCODE_PDF417, joined({"PDF417 page ", digits(i, 4)}));
+            })};
 }
 
 // From mild to severe over the samples.
@@ -149,7 +162,7 @@ View rotated(int sample) {
 
 View small(int sample) {
     View view = upright(sample);
-    view.module = between(2.2, 1.0, sample);
+    view.module = between(3.0, 1.0, sample);
     return view;
 }
 

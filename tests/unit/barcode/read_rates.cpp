@@ -18,7 +18,6 @@ constexpr int kBarMode = 0;
 constexpr int kQrMode = 1;
 constexpr int kFileQuality = 90;
 
-// Compared as a host sees it, up to the first zero byte.
 std::string readFile(const cv::Mat& frame, int mode) {
     const ScratchFolder scratch;
     const std::string path = scratch.file("code.jpg");
@@ -29,24 +28,30 @@ std::string readFile(const cv::Mat& frame, int mode) {
     return text != nullptr ? text : "";
 }
 
-bool isRight(const std::string& text, const std::string& expected, int& wrong) {
-    wrong += text.empty() || text == expected ? 0 : 1;
-    return text == expected;
+} // namespace
+
+Reading readSample(const Kind& kind, const Difficulty& difficulty, int sample) {
+    const int mode = kind.isQr ? kQrMode : kBarMode;
+    const Code code = kind.make(sample);
+    std::vector<Code> codes{code};
+    if (difficulty.withOther) {
+        codes.push_back(kind.isQr ? code128("OTHER 128") : qrCode("the other code"));
+    }
+    const cv::Mat frame = photograph(codes, difficulty.view(sample));
+    const PrintedText silent;
+    return {code.text, BarQrDecodePro(frame, mode), readFile(frame, mode)};
 }
 
+namespace {
+
 Rate measureCell(const Kind& kind, const Difficulty& difficulty, int& wrong) {
-    const int mode = kind.isQr ? kQrMode : kBarMode;
     Rate rate;
     for (int sample = 0; sample < difficulty.samples; ++sample) {
-        const Code code = kind.make(sample);
-        std::vector<Code> codes{code};
-        if (difficulty.withOther) {
-            codes.push_back(kind.isQr ? code128("OTHER 128") : qrCode("the other code"));
-        }
-        const cv::Mat frame = photograph(codes, difficulty.view(sample));
-        const PrintedText silent;
-        rate.frames += isRight(BarQrDecodePro(frame, mode), code.text, wrong) ? 1 : 0;
-        rate.files += isRight(readFile(frame, mode), code.text.c_str(), wrong) ? 1 : 0;
+        const Reading reading = readSample(kind, difficulty, sample);
+        rate.frames += reading.isFrameRight() ? 1 : 0;
+        rate.files += reading.isFileRight() ? 1 : 0;
+        wrong += reading.isFrameRight() || reading.frame.empty() ? 0 : 1;
+        wrong += reading.isFileRight() || reading.file.empty() ? 0 : 1;
     }
     return rate;
 }
@@ -79,26 +84,6 @@ std::string toRow(const Rates& rates) {
     }
     row << ' ' << rates.wrong << " |\n";
     return row.str();
-}
-
-Rates fromRow(const std::string& line) {
-    Rates rates;
-    std::istringstream row(line);
-    std::string cell;
-    std::getline(row, cell, '|');
-    std::getline(row, cell, '|');
-    rates.kind = cell.size() > 2 ? cell.substr(1, cell.size() - 2) : "";
-    while (std::getline(row, cell, '|')) {
-        std::istringstream numbers(cell);
-        Rate rate;
-        char slash = 0;
-        if (numbers >> rate.frames >> slash >> rate.files) {
-            rates.cells.push_back(rate);
-        } else {
-            rates.wrong = rate.frames;
-        }
-    }
-    return rates;
 }
 
 } // namespace doccam::test

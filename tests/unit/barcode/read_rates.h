@@ -29,6 +29,18 @@ struct Difficulty {
 
 const std::vector<Difficulty>& difficulties();
 
+// A sample's text, and what is read of it through the live cascade and from a file. From a file, as
+// a host sees it: up to the first zero byte, and empty for a null pointer.
+struct Reading {
+    std::string text, frame, file;
+
+    bool isFrameRight() const { return frame == text; }
+
+    bool isFileRight() const { return file == text.c_str(); }
+};
+
+Reading readSample(const Kind& kind, const Difficulty& difficulty, int sample);
+
 // Samples read through the live cascade, and from a file.
 struct Rate {
     int frames = 0;
@@ -46,8 +58,5 @@ Rates measure(const Kind& kind);
 // The table in Markdown: its two heading lines, and one line for a kind.
 std::string heading();
 std::string toRow(const Rates& rates);
-
-// The rates that a line of the table holds; cells is empty for any other line.
-Rates fromRow(const std::string& line);
 
 } // namespace doccam::test

@@ -197,8 +197,8 @@ DOCCAM_API int pdf_end(void);
  * Reads a code from the next live frame and waits up to 10 seconds for it. Never null: the empty
  * text when the frame shows no such code, and the text of the last reading when no answer came in
  * time; the request then stays and a later frame answers it. -99 requests nothing and returns the
- * text of the last reading. The text lives until the next frame is read. One host thread at a time;
- * not from a callback, which would wait for itself.
+ * text of the last reading. The text lives until the streaming thread stores that of the next
+ * request. One host thread at a time; not from a callback, which would wait for itself.
  */
 DOCCAM_API const char* RecogBarQrCode(int mode);
 

@@ -1,5 +1,5 @@
 // The library at work: lists the cameras, measures two streams, and turns the sheet before the
-// camera into a JPEG, a PNG and a PDF.
+// camera into a JPEG, a PNG and a PDF, and reads its codes.
 #include "measured_stream.h"
 #include "own_output.h"
 #include "picture_report.h"
@@ -108,6 +108,16 @@ bool takeStills(const std::string& folder) {
     return complete;
 }
 
+void readCodes() {
+    constexpr int kBarCode = 0;
+    constexpr int kQrCode = 1;
+    for (const int kind : {kQrCode, kBarCode}) {
+        const char* text = RecogBarQrCode(kind);
+        std::fprintf(demo::out(), "%s: %s\n", kind == kQrCode ? "QR code" : "bar code",
+                     *text != '\0' ? text : "(none)");
+    }
+}
+
 bool compareWithPhoto(const Options& options) {
     if (options.photo.empty()) {
         return true;
@@ -146,6 +156,7 @@ int main(int argc, char** argv) {
         return kCameraFailed;
     }
     const bool complete = takeStills(options.folder);
+    readCodes();
     closeCamera();
     return complete && compareWithPhoto(options) ? kDone : kFileFailed;
 }

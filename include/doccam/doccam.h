@@ -194,6 +194,25 @@ DOCCAM_API int pdf_addPage(const char* imagePath);
 /* Saves and frees the document; one spoilt by an error is freed unsaved. Returns 0. */
 DOCCAM_API int pdf_end(void);
 
+/* --- Codes: mode 0 reads a bar code, any other value a QR code -------------------------------
+ * Texts are the symbol's bytes as they are; one that holds a zero byte seems to end there. */
+
+/*
+ * Reads a code from the next live frame and waits up to 10 seconds for it. Never null: the empty
+ * text when the frame shows no such code, and the text of the last reading when no answer came in
+ * time; the request then stays and a later frame answers it. -99 requests nothing and returns the
+ * text of the last reading. The text lives until the streaming thread stores that of the next
+ * request. One host thread at a time; not from a callback, which would wait for itself.
+ */
+DOCCAM_API const char* RecogBarQrCode(int mode);
+
+/*
+ * Reads a code from an image file, in a single scan. Null when the file is no readable image or
+ * shows no symbol at all; the empty text when it shows symbols, but none of the wanted kind. The
+ * text lives until the calling thread's next call of this function, or its end. Any thread.
+ */
+DOCCAM_API const char* RecogBarQrCodeFromFile(const char* path, int mode);
+
 #ifdef __cplusplus
 }
 #endif

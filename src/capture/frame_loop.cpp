@@ -48,6 +48,7 @@ FrameLoop::Next FrameLoop::step() {
     }
     rotate();
     takeStill();
+    readCode();
     if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd) {
         return Next::kEnd;
     }
@@ -78,7 +79,7 @@ FrameLoop::Next FrameLoop::grab() {
 
 FrameLoop::Next FrameLoop::decode() {
     cv::Mat& image = library_.srcimage;
-    if (std::strstr(library_.pix_format, "MJPG") != nullptr) {
+    if (isMjpeg()) {
         decodeFrame({buffer_.data(), static_cast<std::size_t>(frameLength_)}, true, image.cols,
                     image.rows, image);
     } else if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
@@ -88,6 +89,10 @@ FrameLoop::Next FrameLoop::decode() {
         return Next::kEnd;
     }
     return Next::kFrame;
+}
+
+bool FrameLoop::isMjpeg() const {
+    return std::strstr(library_.pix_format, "MJPG") != nullptr;
 }
 
 // The frames right after a turn would be shown with the geometry of before.
@@ -140,6 +145,20 @@ void FrameLoop::takeStill() {
         capture(path.data(), library_.fileFormat, library_.cutType, *image);
     }
     library_.isShootPhoto.store(false, std::memory_order_release);
+}
+
+void FrameLoop::readCode() {
+    const int mode = library_.IsRecogBarQr.load(std::memory_order_acquire);
+    if (mode == kNoCodeRequest) {
+        return;
+    }
+    if (const cv::Mat* image = workingImage()) {
+        library_.BarQrContent.publish(BarQrDecodePro(*image, mode));
+        if (isMjpeg()) {
+            std::printf("BarQrContent:%s\n", library_.BarQrContent.current());
+        }
+    }
+    library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release);
 }
 
 FrameLoop::Next FrameLoop::deliverFrame() {

@@ -26,8 +26,11 @@ class FrameLoop {
     bool dropAfterTurn();
     void rotate();
     void takeStill();
+    void readCode();
     Next deliverFrame();
     Next deliverPreview();
+
+    bool isMjpeg() const;
 
     // The image that a stage works on, null for a rotation that is none.
     const cv::Mat* workingImage() const;

@@ -1,6 +1,7 @@
 // Taking a still: the host's request, and the streaming thread's answer.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "api/poll.h"
 #include "output/files.h"
 #include "output/whole_frame.h"
 
@@ -11,19 +12,12 @@
 namespace {
 
 using doccam::fileExists;
+using doccam::pollWhile;
 using doccam::SharedPath;
 using doccam::state;
 
-constexpr int kPollMilliseconds = 50;
 constexpr int kMostWaitsForStill = 79;
 constexpr int kMostWaitsForFile = 3;
-
-template <typename Condition>
-void pollWhile(Condition&& condition, int mostWaits) {
-    for (int waits = 0; condition() && waits < mostWaits; ++waits) {
-        Sleep(kPollMilliseconds);
-    }
-}
 
 bool isPending() {
     return state().isShootPhoto.load(std::memory_order_acquire);

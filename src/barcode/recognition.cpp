@@ -1,0 +1,78 @@
+// Reading codes for a host: from the live picture, and from a file.
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "api/poll.h"
+#include "barcode/code_scan.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cstdio>
+
+namespace {
+
+using doccam::state;
+
+constexpr int kMostWaitsForCode = 199;
+
+bool isPending() {
+    return state().IsRecogBarQr.load(std::memory_order_acquire) != doccam::kNoCodeRequest;
+}
+
+const char* requestCode(int mode) {
+    state().IsRecogBarQr.store(mode, std::memory_order_release);
+    doccam::pollWhile(isPending, kMostWaitsForCode);
+    return state().BarQrContent.current();
+}
+
+// Empty when there is no readable image at path.
+cv::Mat readPicture(const char* path) {
+    if (path == nullptr) {
+        return {};
+    }
+    try {
+        return cv::imread(path, cv::IMREAD_COLOR);
+    } catch (const cv::Exception&) {
+        // A header may promise more pixels than the image library takes.
+        return {};
+    }
+}
+
+// A file's pixels are blue first, so red and blue exchange their weights; hosts know these greys.
+cv::Mat greyOfFile(const cv::Mat& picture) {
+    cv::Mat grey;
+    cv::cvtColor(picture, grey, cv::COLOR_RGB2GRAY);
+    return grey;
+}
+
+const char* readCodeFromFile(const char* path, int mode) {
+    thread_local std::string result;
+    std::puts("RecogBarQrCodeFromFile start\r");
+    const cv::Mat picture = readPicture(path);
+    if (picture.empty()) {
+        std::puts("read image file error!!\r");
+        return nullptr;
+    }
+    doccam::CodeScan scan = doccam::scanForCode(greyOfFile(picture), doccam::codeKind(mode));
+    if (!scan.anySymbol) {
+        std::puts("No BarQrCode!!\r");
+        return nullptr;
+    }
+    result = std::move(scan.text);
+    std::printf("resultStr:%s\r\n", result.c_str());
+    std::puts("RecogBarQrCodeFromFile end\r");
+    return result.c_str();
+}
+
+} // namespace
+
+const char* RecogBarQrCode(int mode) {
+    return doccam::guarded<const char*>("RecogBarQrCode", "", [mode] { return requestCode(mode); });
+}
+
+const char* RecogBarQrCodeFromFile(const char* path, int mode) {
+    return doccam::guarded<const char*>("RecogBarQrCodeFromFile", nullptr,
+                                        [=] { return readCodeFromFile(path, mode); });
+}

@@ -117,3 +117,36 @@ DOCCAM_API int TempImgToPdf(char* path, cv::Mat img);
 
 // The PDF library's error callback: prints the two codes and marks the document as spoilt.
 DOCCAM_API void error_handler(unsigned long error_no, unsigned long detail_no, void* user_data);
+
+// --- Cleaning ---------------------------------------------------------------------------------
+
+struct _IplImage; // the image library's C image
+typedef struct _IplImage IplImage;
+
+// Makes dst a copy of src with every sample s, taken as 0 to 1, raised to the power fGamma. Images
+// with neither one nor three channels are copied unchanged. src and dst may be the same image.
+DOCCAM_API void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma);
+
+// The cleaning operations take images of three channels and throw cv::Exception for any other and
+// for an empty one.
+//
+// The first paints the dark margins around the sheet white, and the first three pixels of the
+// sheet, in src's own pixels. A picture without a large bright region becomes all white.
+DOCCAM_API void FN_DeleteBlackEdge(cv::Mat src);
+
+// The same for the image file at path, which is replaced; its type follows its extension. Turns the
+// picture as the file's orientation tag says. Throws cv::Exception for a file that is no picture or
+// an extension that names no type; a file that cannot be written silently stays as it is.
+DOCCAM_API void FN_DeleteBlackEdgeEx(char* path);
+
+// The same, but takes the picture as it is stored, whatever its orientation tag, and only what is
+// bright for sheet: dim parts of the sheet may count as margin.
+DOCCAM_API void FN_DeleteBlackEdgeEx2(char* path);
+
+// A new one-channel image of src's size, 255 in the dark margins and 0 elsewhere; coloured pixels
+// end a margin as the sheet does. Leaves src alone. The caller frees it with cvReleaseImage.
+DOCCAM_API IplImage* FillBlackEdgeToWhite(IplImage* src);
+
+// Makes the paper of the blue-first page src white, its dark margins too, in src's own pixels.
+// Coloured marks become sharper, red ones redder; grey print stays.
+DOCCAM_API void FN_DeleteBackcolor(cv::Mat src);

@@ -15,6 +15,7 @@ namespace doccam {
 namespace {
 
 constexpr int kFramePause = 3;
+constexpr int kCropToSheet = 1;
 
 // Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
 constexpr std::size_t kReadSlack = kCodecPadding + 16;
@@ -47,6 +48,7 @@ FrameLoop::Next FrameLoop::step() {
     }
     rotate();
     takeStill();
+    drawOutline();
     if (deliverFrame() == Next::kEnd) {
         return Next::kEnd;
     }
@@ -139,6 +141,15 @@ void FrameLoop::takeStill() {
         capture(path.data(), library_.fileFormat, library_.cutType, *image);
     }
     library_.isShootPhoto.store(false, std::memory_order_release);
+}
+
+// After the still, which must not show the outline, and for the next one, which needs the corners.
+void FrameLoop::drawOutline() {
+    const int cutType = library_.cutType.load(std::memory_order_relaxed);
+    const cv::Mat* image = workingImage();
+    if (cutType == kCropToSheet && image != nullptr) {
+        DrawingEdge(image->data, image->cols, image->rows, cutType);
+    }
 }
 
 FrameLoop::Next FrameLoop::deliverFrame() {

@@ -116,13 +116,15 @@ DOCCAM_API int DrawingEdge(unsigned char* data, int width, int height, int drawF
 
 // Measures the sheet whose corners are points, x0, y0 ... x3, y3, and keeps its bounding box and
 // page size for the still in work. Returns by how many degrees clockwise it must be turned to lie
-// straight: about 0 to 45, or 315 and more. Streaming thread.
+// straight: about 0 to 45, or 315 and more; 0, and nothing kept, for null. Streaming thread.
 DOCCAM_API float GetAngle(int* points);
 
 // --- Stills and files -------------------------------------------------------------------------
 
 // Turns the frame img into a document image as the settings say and saves it at path. cropMode 1
-// crops to the sheet. format is not used. Leaves img's pixels alone. Returns 0.
+// crops to the sheet that DrawingEdge found last, and straightens it. format is not used. Leaves
+// img's pixels alone. Returns 0. Throws cv::Exception when the sheet's corners give no region of
+// the frame. Streaming thread.
 DOCCAM_API int capture(char* path, int format, int cropMode, cv::Mat img);
 
 // Saves the blue-first image img at path in the set colour mode. Returns 0 whether or not a file

@@ -15,7 +15,6 @@ namespace doccam {
 namespace {
 
 constexpr int kFramePause = 3;
-constexpr int kCropToSheet = 1;
 
 // Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
 constexpr std::size_t kReadSlack = kCodecPadding + 16;

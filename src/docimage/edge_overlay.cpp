@@ -69,6 +69,9 @@ int DrawingEdge(unsigned char* data, int width, int height, int drawFlag) {
 }
 
 float GetAngle(int* points) {
+    if (points == nullptr) {
+        return 0;
+    }
     const doccam::SheetGeometry sheet = doccam::measureSheet(doccam::cornersFrom(points));
     state().CutImgStartX = sheet.bounds.x;
     state().CutImgStartY = sheet.bounds.y;

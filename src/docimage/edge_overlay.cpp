@@ -1,8 +1,8 @@
 // The live outline of the sheet, and the page geometry that its corners give.
 #include "api/library_state.h"
 #include "docimage/contour_sequences.h"
+#include "docimage/outline_search.h"
 #include "docimage/sheet_geometry.h"
-#include "docimage/sheet_outline.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,4 +1,4 @@
-#include "docimage/sheet_outline.h"
+#include "docimage/outline_search.h"
 
 #include "docimage/min_area_rectangle.h"
 

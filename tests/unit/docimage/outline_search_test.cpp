@@ -1,5 +1,5 @@
 #include "docimage/contour_sequences.h"
-#include "docimage/sheet_outline.h"
+#include "docimage/outline_search.h"
 
 #include <gmock/gmock.h>
 #include <opencv2/core/core_c.h>

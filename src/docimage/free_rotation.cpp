@@ -30,10 +30,11 @@ cv::Size turnedSize(cv::Size picture, double radians) {
 
 cv::Mat turnOnto(cv::Size canvas, cv::Size picture, double degrees) {
     const cv::Point middle(picture.width / 2, picture.height / 2);
+    const cv::Point shift((canvas.width - picture.width) / 2, (canvas.height - picture.height) / 2);
     cv::Mat map;
     cv::getRotationMatrix2D(middle, degrees, 1.0).convertTo(map, CV_32F);
-    map.at<float>(0, 2) += static_cast<float>((canvas.width - picture.width) / 2);
-    map.at<float>(1, 2) += static_cast<float>((canvas.height - picture.height) / 2);
+    map.at<float>(0, 2) += static_cast<float>(shift.x);
+    map.at<float>(1, 2) += static_cast<float>(shift.y);
     return map;
 }
 

@@ -137,3 +137,11 @@ DOCCAM_API int TempImgToPdf(char* path, cv::Mat img);
 
 // The PDF library's error callback: prints the two codes and marks the document as spoilt.
 DOCCAM_API void error_handler(unsigned long error_no, unsigned long detail_no, void* user_data);
+
+// --- Cleaning ---------------------------------------------------------------------------------
+
+// Whitens, in the blue-first src's own pixels, the dark margins around the sheet.
+DOCCAM_API void FN_DeleteBlackEdge(cv::Mat src);
+
+// Whitens the background of the blue-first src in its own pixels.
+DOCCAM_API void FN_DeleteBackcolor(cv::Mat src);

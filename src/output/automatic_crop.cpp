@@ -69,7 +69,9 @@ cv::Mat resizedToSteps(const cv::Mat& page) {
 } // namespace
 
 void saveSheet(char* path, const cv::Mat& frame) {
-    SaveImage(path, blueFirst(resizedToSteps(pageWithBorder(straightened(frame)))));
+    const cv::Mat page = blueFirst(resizedToSteps(pageWithBorder(straightened(frame))));
+    cleanAsSet(page);
+    SaveImage(path, page);
 }
 
 } // namespace doccam

@@ -9,4 +9,8 @@ namespace doccam {
 // channels.
 cv::Mat blueFirst(const cv::Mat& frame);
 
+// Whitens the blue-first page's dark margins and then its background, in its own pixels, each if
+// its setting is on.
+void cleanAsSet(const cv::Mat& page);
+
 } // namespace doccam

@@ -32,6 +32,7 @@ void saveWholeFrame(char* path, const cv::Mat& frame) {
     std::puts("capture->01");
     const cv::Mat page = blueFirst(frame);
     std::puts("capture->02");
+    cleanAsSet(page);
     if (state().isInsert1000M.load(std::memory_order_relaxed)) {
         const int turns = state().RotateAngle.load(std::memory_order_relaxed);
         SaveImage(path, enlarged(page, enlargedSize(turns)));

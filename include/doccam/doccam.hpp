@@ -101,10 +101,30 @@ DOCCAM_API void CamdataRote270(cv::Mat src);
 // Turns src by half a turn in place and returns it.
 DOCCAM_API cv::Mat CamdataRote180(cv::Mat src);
 
+// Returns src turned clockwise, as displayed, by angle degrees about its middle, on a canvas that
+// holds all of it, with black corners. Throws cv::Exception for an empty src, an angle that is no
+// number, or sides of 32767 pixels and more. Any thread.
+DOCCAM_API cv::Mat rotateImage(cv::Mat src, float angle);
+
+// --- The sheet's outline ----------------------------------------------------------------------
+
+// Finds the sheet in the red-first frame of width x height pixels, rows without padding, and keeps
+// its four corners for the next still. drawFlag 1 draws its outline into the frame in green. 0
+// found; -1 the frame has no outline, or is null or under four pixels wide or high; -2 no outline
+// is large enough. The corners stay as they were unless 0 is returned. Streaming thread.
+DOCCAM_API int DrawingEdge(unsigned char* data, int width, int height, int drawFlag);
+
+// Measures the sheet whose corners are points, x0, y0 ... x3, y3, and keeps its bounding box and
+// page size for the still in work. Returns by how many degrees clockwise it must be turned to lie
+// straight: about 0 to 45, or 315 and more; 0, and nothing kept, for null. Streaming thread.
+DOCCAM_API float GetAngle(int* points);
+
 // --- Stills and files -------------------------------------------------------------------------
 
 // Turns the frame img into a document image as the settings say and saves it at path. cropMode 1
-// crops to the sheet. format is not used. Leaves img's pixels alone. Returns 0.
+// crops to the sheet that DrawingEdge found last, and straightens it. format is not used. Leaves
+// img's pixels alone. Returns 0. Throws cv::Exception when the sheet's corners give no region of
+// the frame. Streaming thread.
 DOCCAM_API int capture(char* path, int format, int cropMode, cv::Mat img);
 
 // Saves the blue-first image img at path in the set colour mode. Returns 0 whether or not a file

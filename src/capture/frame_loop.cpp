@@ -47,6 +47,7 @@ FrameLoop::Next FrameLoop::step() {
     }
     rotate();
     takeStill();
+    drawOutline();
     if (deliverFrame() == Next::kEnd) {
         return Next::kEnd;
     }
@@ -139,6 +140,15 @@ void FrameLoop::takeStill() {
         capture(path.data(), library_.fileFormat, library_.cutType, *image);
     }
     library_.isShootPhoto.store(false, std::memory_order_release);
+}
+
+// After the still, which must not show the outline, and for the next one, which needs the corners.
+void FrameLoop::drawOutline() {
+    const int cutType = library_.cutType.load(std::memory_order_relaxed);
+    const cv::Mat* image = workingImage();
+    if (cutType == kCropToSheet && image != nullptr) {
+        DrawingEdge(image->data, image->cols, image->rows, cutType);
+    }
 }
 
 FrameLoop::Next FrameLoop::deliverFrame() {

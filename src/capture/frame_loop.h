@@ -26,6 +26,7 @@ class FrameLoop {
     bool dropAfterTurn();
     void rotate();
     void takeStill();
+    void drawOutline();
     Next deliverFrame();
 
     // The image that a stage works on, null for a rotation that is none.

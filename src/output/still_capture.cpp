@@ -1,6 +1,7 @@
 // Taking a still: the host's request, and the streaming thread's answer.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "output/automatic_crop.h"
 #include "output/files.h"
 #include "output/whole_frame.h"
 
@@ -58,8 +59,12 @@ int captureImage(const char* path) {
     return doccam::guarded("captureImage", -1, [path] { return requestStill(path); });
 }
 
-int capture(char* path, int /*format*/, int /*cropMode*/, cv::Mat img) {
+int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
     std::printf("capture->path:%s\n", path);
-    doccam::saveWholeFrame(path, img);
+    if (cropMode == doccam::kCropToSheet) {
+        doccam::saveSheet(path, img);
+    } else {
+        doccam::saveWholeFrame(path, img);
+    }
     return 0;
 }

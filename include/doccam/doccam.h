@@ -2,9 +2,11 @@
  * doccam: document cameras on Linux. The plain C interface.
  *
  * All state is process-wide: one camera is open at a time. Unless a function says otherwise, call
- * it from one host thread of your choice. The callbacks run on the library's streaming thread; the
- * functions here may be called from them except where noted. Diagnostics go to standard output.
- * No exception leaves a function declared here.
+ * it from one host thread of your choice. The callbacks run on the library's streaming thread. From
+ * a callback a host may change settings, close the camera and open it again; it may not wait there
+ * for something that the stream itself delivers, as captureImage does. Diagnostics go to standard
+ * output. No exception leaves a function declared here. The library stays loaded until the process
+ * ends, and a session that is open at exit is ended then. In a forked child there is no session.
  */
 #ifndef DOCCAM_DOCCAM_H
 #define DOCCAM_DOCCAM_H
@@ -22,7 +24,7 @@ extern "C" {
 /*
  * Receives each decoded frame, on the streaming thread.
  * data: width x height pixels, 3 bytes each, red first, rows back to back. Valid during the call
- * only. Return quickly: the next frame waits. Do not call closeCamera from here.
+ * only. Return quickly: the next frame waits.
  */
 typedef void (*FrameCallback)(unsigned char* data, int width, int height);
 
@@ -117,21 +119,23 @@ DOCCAM_API int getCameraResolution(int index, int* width, int* height);
  *      that no picture can have        -11  mmap failed
  *  -3  the node cannot be opened       -12  VIDIOC_QBUF failed
  *  -5  VIDIOC_TRY_FMT failed           -13  VIDIOC_STREAMON failed
- *  -6  VIDIOC_S_FMT failed             -14  out of memory
+ *  -6  VIDIOC_S_FMT failed             -14  internal error: out of memory
  *  -7  VIDIOC_G_FMT failed
  */
 DOCCAM_API int openCamera(int index, int width, int height);
 
 /*
- * Ends the session; always returns 0, also without one. Takes about 0.8 seconds. When it returns,
- * no callback is running and none will start, unless a callback was itself blocked for seconds or
- * is the caller: that callback keeps its pixels until it returns.
+ * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, and up to 2 more
+ * while a callback is running. When it returns, no callback is running and none will start, unless
+ * a callback was itself blocked for seconds or is the caller: that callback keeps its pixels until
+ * it returns. Any thread; of two calls at once one ends the session, and the other waits for it or,
+ * in a callback, returns at once.
  */
 DOCCAM_API int closeCamera(void);
 
 /* --- Picture controls: while a session is streaming, one host thread at a time ---------------
  * selector: 0 brightness, 1 contrast, 2 saturation, 3 hue, 4 gain, 5 gamma. Any other selector
- * stands for the control used last. */
+ * leaves the control chosen before, by any function of this section. */
 
 /* Range, default and value of a control. 0 done; -1 no session or no such control; -2 it cannot be
  * read. The outputs are written only on 0; a null one is skipped. */
@@ -146,8 +150,8 @@ DOCCAM_API int SetVideoCtlParam(int selector, int value);
  * unknown to the camera; -10002 it cannot be read; -10003 it cannot be written. */
 DOCCAM_API int SetVideoCtlDefaultParam(int selector);
 
-/* Toggles the focus control. 0 done, or the camera has none; -2 it cannot be read; -3 it cannot be
- * written; -1 no session. */
+/* Switches the camera's absolute zoom, which stands for its focus, between 0 and 1. 0 done, or the
+ * camera has none; -2 it cannot be read; -3 it cannot be written; -1 no session. */
 DOCCAM_API int ManualFocus(void);
 
 /* Switches auto-focus off and on, so that the camera focuses once. 0 done, or the camera has none;

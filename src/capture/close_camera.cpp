@@ -1,4 +1,5 @@
 // Closing a session: its order and its waits are what hosts and cameras are used to.
+#include "api/boundary.h"
 #include "api/library_state.h"
 #include "capture/driver_buffers.h"
 #include "capture/session_end.h"
@@ -8,6 +9,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 
 namespace doccam {
@@ -46,54 +48,19 @@ void releasePreviewBuffer() {
     }
 }
 
-// Ends a session that the host left open when the library goes away: no thread may run on state
-// that is being destroyed, or on code that is being unloaded.
-struct UnloadGuard {
-    UnloadGuard() { state(); }
+std::atomic<bool> ending{false};
 
-    ~UnloadGuard() {
-        if (state().streamingThread) {
-            state().bKeep = false;
-            switchStreamOff();
-            retireStreamingThread();
-        }
-        av_decode_deinit();
-    }
-
-    UnloadGuard(const UnloadGuard&) = delete;
-    UnloadGuard& operator=(const UnloadGuard&) = delete;
-};
-
-const UnloadGuard unloadGuard;
-
-} // namespace
-
-ThreadEnd retireStreamingThread() {
-    LibraryState& library = state();
-    // Left in its place until the thread has ended: the thread takes its own reference from there.
-    const std::shared_ptr<StreamingThread>& thread = library.streamingThread;
-    if (!thread) {
-        return ThreadEnd::kEnded;
-    }
-    thread->retire(kPatience);
-    if (!thread->abandoned()) {
-        library.streamingThread.reset();
-        return ThreadEnd::kEnded;
-    }
-    for (const cv::Mat& image : {library.srcimage, library.roimage, library.zoomimage}) {
-        thread->keepAlive(image);
-    }
-    thread->keepAlive(library.previewPixels);
-    library.streamingThread.reset();
-    return ThreadEnd::kGivenUp;
-}
-
-} // namespace doccam
-
-int closeCamera() {
-    using namespace doccam;
+void closeSession() {
     state().bKeep = false;
     Sleep(kStopWait);
+    const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
+    if (!claim.granted()) {
+        // The other caller may be waiting for the callback that calls here.
+        if (!StreamingThread::isCurrentThread()) {
+            EndingClaim::waitUntilFree();
+        }
+        return;
+    }
     switchStreamOff();
     retireStreamingThread();
     unmapDriverBuffers();
@@ -103,5 +70,73 @@ int closeCamera() {
     releaseImage(state().zoomimage, ">>>>>>>>>>>>> closeCamera 03!");
     releasePreviewBuffer();
     av_decode_deinit();
-    return 0;
+}
+
+// Ends a session that the host left open when the process exits: no thread may run into the
+// destruction of what it uses. A forked child leaves its parent's camera alone.
+struct ExitGuard {
+    ExitGuard() { state(); }
+
+    ~ExitGuard() {
+        const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
+        const auto& thread = state().streamingThread;
+        if (claim.granted() && thread && thread->ofThisProcess()) {
+            state().bKeep = false;
+            switchStreamOff();
+            retireStreamingThread();
+            av_decode_deinit();
+        }
+    }
+
+    ExitGuard(const ExitGuard&) = delete;
+    ExitGuard& operator=(const ExitGuard&) = delete;
+};
+
+const ExitGuard exitGuard;
+
+} // namespace
+
+EndingClaim::EndingClaim(IfTaken answer)
+  : granted_(!ending.exchange(true, std::memory_order_acq_rel)) {
+    while (!granted_ && answer == IfTaken::kWait) {
+        waitUntilFree();
+        granted_ = !ending.exchange(true, std::memory_order_acq_rel);
+    }
+}
+
+EndingClaim::~EndingClaim() {
+    if (granted_) {
+        ending.store(false, std::memory_order_release);
+        ending.notify_all();
+    }
+}
+
+void EndingClaim::waitUntilFree() {
+    ending.wait(true, std::memory_order_acquire);
+}
+
+ThreadEnd retireStreamingThread() {
+    LibraryState& library = state();
+    const std::shared_ptr<StreamingThread> thread = std::move(library.streamingThread);
+    if (!thread) {
+        return ThreadEnd::kEnded;
+    }
+    thread->retire(kPatience);
+    if (!thread->abandoned()) {
+        return ThreadEnd::kEnded;
+    }
+    for (const cv::Mat& image : {library.srcimage, library.roimage, library.zoomimage}) {
+        thread->keepAlive(image);
+    }
+    thread->keepAlive(library.previewPixels);
+    return ThreadEnd::kGivenUp;
+}
+
+} // namespace doccam
+
+int closeCamera() {
+    return doccam::guarded("closeCamera", 0, [] {
+        doccam::closeSession();
+        return 0;
+    });
 }

@@ -7,8 +7,11 @@
 
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 
 namespace doccam {
 namespace {
@@ -49,28 +52,41 @@ int mapBuffer(int index) {
     return 0;
 }
 
-void unmapByKnownLength(int index) {
+void forget(int index) {
     LibraryState& library = state();
-    unsigned char*& mapping = library.video_buffer_ptr[index];
-    std::size_t& mapped = library.mappedLength[static_cast<std::size_t>(index)];
-    if (mapped != 0) {
-        munmap(mapping, mapped);
-    }
-    mapping = nullptr;
-    mapped = 0;
+    library.video_buffer_ptr[index] = nullptr;
+    library.mappedLength[static_cast<std::size_t>(index)] = 0;
 }
 
+// Unmaps what is mapped of the buffer from an offset on.
+void unmapFrom(int index, std::size_t offset) {
+    LibraryState& library = state();
+    const std::size_t mapped = library.mappedLength[static_cast<std::size_t>(index)];
+    if (offset < mapped) {
+        munmap(library.video_buffer_ptr[index] + offset, mapped - offset);
+    }
+}
+
+std::size_t wholePages(std::size_t length) {
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return (length + page - 1) / page * page;
+}
+
+// The length is the driver's to tell; it must not reach beyond what was mapped.
 void unmapBuffer(int index) {
     LibraryState& library = state();
     v4l2_buffer record = bufferRecord(index);
     ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
-    if (munmap(library.video_buffer_ptr[index], record.length) == -1) {
+    const std::size_t length =
+        std::min<std::size_t>(record.length, library.mappedLength[static_cast<std::size_t>(index)]);
+    if (munmap(library.video_buffer_ptr[index], length) == -1) {
         std::puts("munmap fail!!!");
         // An unplugged camera no longer tells the length; the mapping is still there.
-        unmapByKnownLength(index);
+        unmapFrom(index, 0);
+    } else {
+        unmapFrom(index, wholePages(length));
     }
-    library.video_buffer_ptr[index] = nullptr;
-    library.mappedLength[static_cast<std::size_t>(index)] = 0;
+    forget(index);
     Sleep(kUnmapPause);
 }
 
@@ -100,7 +116,8 @@ int mapDriverBuffers() {
 
 void unmapLostBuffers() {
     for (int index = 0; index < state().buffer_count; ++index) {
-        unmapByKnownLength(index);
+        unmapFrom(index, 0);
+        forget(index);
     }
 }
 

@@ -166,12 +166,8 @@ FrameLoop::Next FrameLoop::deliverFrame() {
 
 void* VideoStreamPro(void* /*arg*/) {
     using namespace doccam;
-    // A host that runs the loop on a thread of its own has none to retire.
-    std::shared_ptr<StreamingThread> thread = state().streamingThread;
-    if (!thread) {
-        thread = std::make_shared<StreamingThread>();
-    }
-    thread->enter();
+    const std::shared_ptr<StreamingThread> thread = StreamingThread::enter();
     FrameLoop(*thread, state()).run();
+    thread->leave();
     return nullptr;
 }

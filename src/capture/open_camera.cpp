@@ -20,7 +20,7 @@
 namespace doccam {
 namespace {
 
-constexpr int kOutOfMemory = -14;
+constexpr int kInternalError = -14;
 
 bool sizesKnown(int index) {
     const LibraryState& library = state();
@@ -69,6 +69,7 @@ void releaseImages() {
 // What an earlier session could not release: its thread and its mappings outlive a descriptor that
 // getCameraName took away, its mappings a failed open. They would keep the camera busy.
 void endEarlierSession() {
+    const EndingClaim claim(EndingClaim::IfTaken::kWait);
     if (retireStreamingThread() == ThreadEnd::kGivenUp) {
         releaseImages();
     }
@@ -106,9 +107,10 @@ int switchStreamOn() {
 
 void startThread() {
     LibraryState& library = state();
-    library.streamingThread = std::make_shared<StreamingThread>();
+    const auto thread = std::make_shared<StreamingThread>();
+    library.streamingThread = thread;
     library.bKeep = true;
-    if (!library.streamingThread->start(VideoStreamPro)) {
+    if (!thread->start(VideoStreamPro)) {
         std::puts("create thread error");
     }
 }
@@ -164,7 +166,11 @@ int openSession(int index, FrameSize size) {
 } // namespace doccam
 
 int openCamera(int index, int width, int height) {
-    return doccam::guarded("openCamera", doccam::kOutOfMemory, [&] {
+    const int code = doccam::guarded("openCamera", doccam::kInternalError, [&] {
         return doccam::openSession(index, {width, height});
     });
+    if (code == doccam::kInternalError) {
+        av_decode_deinit();
+    }
+    return code;
 }

@@ -8,8 +8,7 @@
 namespace doccam {
 
 // Prints a line with two conversions, the error's number and its text, and returns code.
-template <typename Code>
-Code requestFailed(const char* format, Code code) {
+inline int requestFailed(const char* format, int code) {
     const int error = errno;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"

@@ -5,11 +5,32 @@
 
 namespace doccam {
 
+// The right to end the session, which one caller has at a time: a host may close the camera while
+// its own callback does the same.
+class EndingClaim {
+  public:
+    enum class IfTaken { kGoWithout, kWait };
+
+    explicit EndingClaim(IfTaken answer);
+    ~EndingClaim();
+
+    EndingClaim(const EndingClaim&) = delete;
+    EndingClaim& operator=(const EndingClaim&) = delete;
+
+    bool granted() const { return granted_; }
+
+    // Returns when nobody has the right.
+    static void waitUntilFree();
+
+  private:
+    bool granted_;
+};
+
 enum class ThreadEnd { kEnded, kGivenUp };
 
-// Ends the streaming thread, if there is one. A thread that is stuck in a callback is given up; the
-// images and the preview buffer that the callback may still read then stay in memory until it
-// returns, whatever becomes of the library's own references.
+// Ends the streaming thread, if there is one; needs the claim. A thread that is stuck in a callback
+// is given up; the images and the preview buffer that the callback may still read then stay in
+// memory until it returns, whatever becomes of the library's own references.
 ThreadEnd retireStreamingThread();
 
 } // namespace doccam

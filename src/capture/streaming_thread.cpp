@@ -1,35 +1,31 @@
 #include "capture/streaming_thread.h"
 
 #include <csignal>
-#include <ctime>
+#include <thread>
 
 namespace doccam {
 namespace {
 
-using std::chrono::milliseconds;
+// How often a waiting host looks whether the thread has ended or can be given up.
+constexpr std::chrono::milliseconds kSlice{1};
 
-// How often a waiting host looks whether the thread can be given up.
-constexpr milliseconds kSlice{50};
-
-timespec fromNow(milliseconds time) {
-    timespec at{};
-    clock_gettime(CLOCK_REALTIME, &at);
-    const auto nanoseconds = at.tv_nsec + time.count() % 1000 * 1'000'000;
-    at.tv_sec += time.count() / 1000 + nanoseconds / 1'000'000'000;
-    at.tv_nsec = nanoseconds % 1'000'000'000;
-    return at;
-}
+// What start() leaves for the thread that it makes, whose entry takes no argument.
+using Shared = std::shared_ptr<StreamingThread>;
+std::atomic<Shared*> started{nullptr};
 
 thread_local const StreamingThread* current = nullptr;
 
 // The host's signals are for the host's threads: one that interrupted the wait for a frame would
-// end the stream.
+// end the stream. Those that tell of a thread's own fault, or measure it, stay.
 class SignalsBlocked {
   public:
     SignalsBlocked() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
+        sigset_t blocked;
+        sigfillset(&blocked);
+        for (const int own : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS, SIGPROF}) {
+            sigdelset(&blocked, own);
+        }
+        pthread_sigmask(SIG_SETMASK, &blocked, &before_);
     }
 
     ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
@@ -44,44 +40,53 @@ class SignalsBlocked {
 } // namespace
 
 bool StreamingThread::start(Entry entry) {
-    const SignalsBlocked inherited;
+    auto handed = std::make_unique<Shared>(shared_from_this());
     // Before the thread exists: its first callback may already end the session.
-    running_ = true;
+    process_ = getpid();
+    started.store(handed.get(), std::memory_order_release);
+    const SignalsBlocked inherited;
     if (pthread_create(&thread_, nullptr, entry, nullptr) != 0) {
-        running_ = false;
+        started.store(nullptr, std::memory_order_relaxed);
+        process_ = 0;
         return false;
     }
+    static_cast<void>(handed.release());
     return true;
 }
 
-void StreamingThread::enter() {
-    current = this;
+Shared StreamingThread::enter() {
+    const std::unique_ptr<Shared> handed(started.exchange(nullptr, std::memory_order_acq_rel));
+    Shared own = handed ? std::move(*handed) : std::make_shared<StreamingThread>();
+    current = own.get();
+    return own;
 }
 
-bool StreamingThread::isCurrent() const {
-    return current == this;
+void StreamingThread::leave() {
+    current = nullptr;
+    ended_.store(true, std::memory_order_release);
 }
 
-void StreamingThread::retire(milliseconds patience) {
-    if (!running_) {
+bool StreamingThread::isCurrentThread() {
+    return current != nullptr;
+}
+
+void StreamingThread::retire(std::chrono::milliseconds patience) {
+    if (!ofThisProcess()) {
         return;
     }
     stop_.store(true, std::memory_order_release);
-    if (isCurrent()) {
+    if (current == this) {
         giveUp();
         return;
     }
-    for (milliseconds waited{0}; !joinWithin(kSlice); waited += kSlice) {
-        if (waited >= patience && giveUp()) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!ended_.load(std::memory_order_acquire)) {
+        if (std::chrono::steady_clock::now() >= end && giveUp()) {
             return;
         }
+        std::this_thread::sleep_for(kSlice);
     }
-    running_ = false;
-}
-
-bool StreamingThread::joinWithin(milliseconds time) {
-    const timespec deadline = fromNow(time);
-    return pthread_timedjoin_np(thread_, nullptr, &deadline) == 0;
+    pthread_join(thread_, nullptr);
 }
 
 bool StreamingThread::giveUp() {
@@ -89,8 +94,7 @@ bool StreamingThread::giveUp() {
     if (!phase_.compare_exchange_strong(expected, Phase::kAbandoned, std::memory_order_acq_rel)) {
         return false;
     }
-    pthread_detach(isCurrent() ? pthread_self() : thread_);
-    running_ = false;
+    pthread_detach(current == this ? pthread_self() : thread_);
     return true;
 }
 

@@ -4,6 +4,8 @@
 
 #include <opencv2/core/mat.hpp>
 #include <pthread.h>
+#include <sys/types.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -18,18 +20,22 @@ namespace doccam {
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
 // the driver or in a callback of the host. Only outside can it be given up: it then finds out on
 // its way back in, and leaves without touching the state again.
-class StreamingThread {
+class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
     using Entry = void* (*)(void*);
 
     // Starts the thread. False when the system has no thread to give.
     bool start(Entry entry);
 
-    // Says that the calling thread is this one; the first thing it does.
-    void enter();
+    // The object of the calling thread, the first thing it asks for: the one that start() made the
+    // thread for, or a new one for a host that runs the entry on a thread of its own.
+    static std::shared_ptr<StreamingThread> enter();
 
-    // True on the streaming thread itself, as in a callback.
-    bool isCurrent() const;
+    // The last thing the thread does.
+    void leave();
+
+    // True on any streaming thread, as in a callback.
+    static bool isCurrentThread();
 
     // Asks the thread to end and waits for it; past patience it is given up as soon as it is
     // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
@@ -45,6 +51,9 @@ class StreamingThread {
 
     bool stopRequested() const { return stop_.load(std::memory_order_acquire); }
 
+    // The process that started the thread; in a forked child there is no such thread.
+    bool ofThisProcess() const { return process_ == getpid(); }
+
     // Runs call outside. False when the thread has been given up meanwhile.
     template <typename Call>
     bool outside(Call&& call) {
@@ -57,12 +66,12 @@ class StreamingThread {
   private:
     enum class Phase { kInside, kOutside, kAbandoned };
 
-    bool joinWithin(std::chrono::milliseconds time);
     bool giveUp();
 
     pthread_t thread_{};
-    std::atomic<bool> running_{false}; // started and neither joined nor given up
+    pid_t process_ = 0; // 0: never started
     std::atomic<bool> stop_{false};
+    std::atomic<bool> ended_{false};
     std::atomic<Phase> phase_{Phase::kInside};
     std::vector<cv::Mat> keptImages_;
     std::shared_ptr<unsigned char[]> keptBuffer_;

@@ -44,16 +44,20 @@ ParsedModels failed(int line, std::string why) {
     return {.models = {}, .errorLine = line, .error = std::move(why)};
 }
 
+// The file that replaces the built-in table; empty when there is none.
+std::string configuredFile() {
+    if (const char* named = secure_getenv("DOCCAM_MODELS"); named != nullptr && *named != '\0') {
+        return named;
+    }
+    std::error_code ignored;
+    return std::filesystem::exists(kSystemTable, ignored) ? kSystemTable : "";
+}
+
 // The table in force for the life of the process; gpyVendor and gpyProduct point into it.
 const std::vector<ModelId>& configuredModels() {
     static const std::vector<ModelId> models = [] {
-        const char* named = secure_getenv("DOCCAM_MODELS");
-        std::error_code ignored;
-        if (named == nullptr && std::filesystem::exists(kSystemTable, ignored)) {
-            named = kSystemTable;
-        }
-        if (named != nullptr) {
-            ParsedModels read = readModels(named);
+        if (const std::string file = configuredFile(); !file.empty()) {
+            ParsedModels read = readModels(file);
             if (read.error.empty()) {
                 return read.models;
             }

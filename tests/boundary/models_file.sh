@@ -32,3 +32,6 @@ grep -q "^doccam: $work/malformed:2: expected vvvv:pppp" "$work/said" || fail "n
 
 host "$work/missing" || fail "a missing table left no camera"
 [ "$(grep -c "^doccam: $work/missing: " "$work/said")" -eq 1 ] || fail "no line names the file"
+
+host '' || fail "an empty name left no camera"
+! grep -q '^doccam: ' "$work/said" || fail "an empty name was taken for a file's"

@@ -35,6 +35,8 @@ TEST_F(CloseCamera, WithoutASessionSaysThatNothingWasMapped) {
 }
 
 TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
+    // The loop shall see the end of the session before the stream is switched off.
+    virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     state().previewPixels = std::make_shared<unsigned char[]>(12);
     state().WEB_BUF = state().previewPixels.get();
@@ -60,6 +62,17 @@ TEST_F(CloseCamera, ReturnsZeroTwiceInARow) {
     PrintedText printed;
     EXPECT_EQ(closeCamera(), 0);
     EXPECT_EQ(printed.take(), kNothingMapped);
+}
+
+TEST_F(CloseCamera, MayBeCalledByTwoThreadsAtOnce) {
+    for (int session = 0; session < 10; ++session) {
+        openSmall(session % 2);
+        std::thread other([] { EXPECT_EQ(closeCamera(), 0); });
+        EXPECT_EQ(closeCamera(), 0);
+        EXPECT_EQ(virtualcam::openHandles(), 0);
+        EXPECT_EQ(virtualcam::liveMappings(), 0);
+        other.join();
+    }
 }
 
 TEST_F(CloseCamera, KeepsItsOrderAndItsWaits) {

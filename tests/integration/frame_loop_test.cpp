@@ -38,6 +38,15 @@ class FrameLoop : public SessionTest {
             text = printed.soFar();
         } while (text.find("cam get image ret = ") == std::string::npos &&
                  text.find("don't suport format") == std::string::npos);
+        return ofTheLoop(text);
+    }
+
+    // The loop may have begun before openCamera prints its last line.
+    static std::string ofTheLoop(std::string text) {
+        const std::string opened = "ovisto->openCamera OK\n";
+        if (const auto at = text.find(opened); at != std::string::npos) {
+            text.erase(at, opened.size());
+        }
         return text;
     }
 };
@@ -110,7 +119,7 @@ TEST_F(FrameLoop, DropsTheTwoFramesAfterATurn) {
     PrintedText printed;
     openSmall(kYuyvFormat);
     waitForFrames(1);
-    EXPECT_THAT(printed.take(), EndsWith("RotateFlag--\nRotateFlag--\n"));
+    EXPECT_THAT(ofTheLoop(printed.take()), EndsWith("RotateFlag--\nRotateFlag--\n"));
     EXPECT_EQ(state().RotateFlag, 0);
     while (!virtualcam::waitedFor(earlier_)) {
         std::this_thread::yield();

@@ -1,4 +1,4 @@
-// Callbacks that end their own session, or keep it from ending.
+// Callbacks that end their own session, or keep it from ending; what disturbs them.
 #include "api/library_state.h"
 #include "integration/session_fixture.h"
 
@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <csignal>
+#include <thread>
 
 namespace doccam::test {
 namespace {
@@ -14,6 +16,8 @@ std::atomic<int> entered{0};
 std::atomic<int> left{0};
 std::atomic<bool> released{false};
 std::atomic<unsigned> pixelSum{0};
+std::atomic<bool> interruptBlocked{false};
+std::atomic<bool> faultBlocked{true};
 
 void reset() {
     entered = 0;
@@ -62,6 +66,15 @@ void closesAndReopens(unsigned char* pixels, int width, int height) {
     raise(left);
 }
 
+void looksAtItsSignals(unsigned char*, int, int) {
+    sigset_t blocked;
+    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    interruptBlocked = sigismember(&blocked, SIGINT) == 1 && sigismember(&blocked, SIGCHLD) == 1;
+    faultBlocked = sigismember(&blocked, SIGSEGV) == 1 || sigismember(&blocked, SIGFPE) == 1 ||
+                   sigismember(&blocked, SIGPROF) == 1;
+    raise(left);
+}
+
 class StuckCallback : public SessionTest {
   protected:
     StuckCallback() { reset(); }
@@ -75,6 +88,24 @@ TEST_F(StuckCallback, MayCloseTheCameraItself) {
     EXPECT_FALSE(state().bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
+}
+
+TEST_F(StuckCallback, MayCloseTheCameraWhileItsHostDoes) {
+    for (int round = 0; round < 20; ++round) {
+        reset();
+        SetDataCallback(closesItself);
+        openSmall(round % 2);
+        waitUntil(entered, 1);
+        // Sometimes the callback is the first to stop the stream, sometimes the host.
+        for (int pause = 0; pause < round * 100; ++pause) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(closeCamera(), 0);
+        EXPECT_FALSE(state().bKeep);
+        EXPECT_EQ(virtualcam::openHandles(), 0);
+        EXPECT_EQ(virtualcam::liveMappings(), 0);
+        waitUntil(left, 1);
+    }
 }
 
 TEST_F(StuckCallback, MayCloseAndReopenTheCamera) {
@@ -99,6 +130,14 @@ TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
     released = true;
     released.notify_all();
     waitUntil(left, 3);
+}
+
+TEST_F(StuckCallback, IsNotDisturbedByTheHostsSignalsButSeesItsOwnFaults) {
+    SetDataCallback(looksAtItsSignals);
+    openSmall(kYuyvFormat);
+    waitUntil(left, 1);
+    EXPECT_TRUE(interruptBlocked);
+    EXPECT_FALSE(faultBlocked);
 }
 
 } // namespace

@@ -140,8 +140,8 @@ DOCCAM_API void error_handler(unsigned long error_no, unsigned long detail_no, v
 
 // --- Cleaning ---------------------------------------------------------------------------------
 
-struct _IplImage; // the image library's C image
-typedef struct _IplImage IplImage;
+struct _IplImage; // NOLINT(bugprone-reserved-identifier): the image library's C image
+using IplImage = _IplImage;
 
 // Makes dst a copy of src with every sample s, taken as 0 to 1, raised to the power fGamma. Images
 // with neither one nor three channels are copied unchanged. src and dst may be the same image.

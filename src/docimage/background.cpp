@@ -58,11 +58,10 @@ void whitenBackground(cv::Mat& page) {
         auto* const row = page.ptr<cv::Vec3b>(y);
         const auto* const colourRow = colours.ptr<cv::Vec3b>(y);
         for (int x = 0; x < page.cols; ++x) {
-            if (margins.unpaddedAt(x, y) == kWhite) {
-                row[x] = cv::Vec3b::all(kWhite);
-            } else if (isColoured(colourRow[x])) {
+            const bool inMargin = margins.unpaddedAt(x, y) == kWhite;
+            if (!inMargin && isColoured(colourRow[x])) {
                 row[x] = emphasised(colourRow[x]);
-            } else if (paper.unpaddedAt(x, y) == kWhite) {
+            } else if (inMargin || paper.unpaddedAt(x, y) == kWhite) {
                 row[x] = cv::Vec3b::all(kWhite);
             }
         }

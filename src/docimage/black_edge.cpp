@@ -8,6 +8,8 @@
 
 #include <opencv2/core.hpp>
 
+#include <utility>
+
 namespace doccam {
 namespace {
 
@@ -70,5 +72,5 @@ WorkPlane marginMask(cv::Mat picture) {
 } // namespace doccam
 
 void FN_DeleteBlackEdge(cv::Mat src) {
-    doccam::whitenMargins(src);
+    doccam::whitenMargins(std::move(src));
 }

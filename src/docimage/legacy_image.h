@@ -3,16 +3,16 @@
 
 #include "docimage/work_plane.h"
 
-#include <opencv2/core/mat.hpp>
+#include <doccam/doccam.hpp>
 
-struct _IplImage;
+#include <opencv2/core/mat.hpp>
 
 namespace doccam {
 
 // A view of image's pixels; empty for null.
-cv::Mat viewOf(_IplImage* image);
+cv::Mat viewOf(IplImage* image);
 
 // A new C image with plane's pixels and with padding bytes of 0, to be freed by cvReleaseImage.
-_IplImage* newImageOf(const WorkPlane& plane);
+IplImage* newImageOf(const WorkPlane& plane);
 
 } // namespace doccam

@@ -59,7 +59,7 @@ int merge(const char* path, int mergeMode, bool deleteSources) {
     if (!merged.empty()) {
         SaveImage(std::string(path).data(), merged);
     }
-    if (!fileExists(path)) {
+    if (path == nullptr || !fileExists(path)) {
         return -2;
     }
     if (deleteSources) {

@@ -4,6 +4,7 @@
 #include "pdf_file.h"
 #include "png_maker.h"
 #include "support/printed_text.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

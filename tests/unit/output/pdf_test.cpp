@@ -1,6 +1,5 @@
 // PDF files from queued pictures, and the steps behind them.
 #include "api/library_state.h"
-#include "environment.h"
 #include "pdf_file.h"
 #include "png_maker.h"
 #include "support/printed_text.h"

@@ -1,5 +1,6 @@
 // The library at work: lists the cameras, measures two streams, and turns the sheet before the
-// camera into a JPEG, a PNG and a PDF, and reads its codes.
+// camera into images and PDF files: the whole frame, and the sheet alone, upright and clean. Reads
+// its codes.
 #include "measured_stream.h"
 #include "own_output.h"
 #include "picture_report.h"
@@ -97,13 +98,21 @@ bool openAndMeasure(int format, Size wanted) {
     return rate > 0;
 }
 
-bool takeStills(const std::string& folder) {
+std::string inFolder(const Options& options, const char* name) {
+    return (std::filesystem::path(options.folder) / name).string();
+}
+
+bool still(const Options& options, const char* name) {
+    const std::string path = inFolder(options, name);
+    captureImage(path.c_str());
+    return demo::reportFile(path);
+}
+
+// The whole frame, as an image and as a page.
+bool takeFrames(const Options& options) {
     bool complete = true;
-    std::fprintf(demo::out(), "%-30s %15s %16s\n", "file", "size", "bytes");
     for (const char* name : {"page.jpg", "page.png", "page.pdf"}) {
-        const std::string path = (std::filesystem::path(folder) / name).string();
-        captureImage(path.c_str());
-        complete = demo::reportFile(path) && complete;
+        complete = still(options, name) && complete;
     }
     return complete;
 }
@@ -118,12 +127,30 @@ void readCodes() {
     }
 }
 
+// The sheet alone, upright and clean, in each colour mode, and a PDF of all three.
+bool takePages(const Options& options) {
+    SetCutType(1);
+    SetDelBlackedge(1);
+    SetDelBackColor(1);
+    // The outline of a frame serves the still after it.
+    demo::framesPerSecond(3);
+    bool complete = true;
+    int mode = 0;
+    for (const char* name : {"sheet-colour.jpg", "sheet-grey.jpg", "sheet-bw.png"}) {
+        SetColorMode(mode++);
+        complete = still(options, name) && complete;
+        AddImageFileToPDF(inFolder(options, name).c_str());
+    }
+    const std::string pdf = inFolder(options, "sheets.pdf");
+    CombineToPDF(pdf.c_str(), false);
+    return demo::reportFile(pdf) && complete;
+}
+
 bool compareWithPhoto(const Options& options) {
     if (options.photo.empty()) {
         return true;
     }
-    const auto page = std::filesystem::path(options.folder) / "page.jpg";
-    const double decibels = demo::likeness(page.string(), options.photo);
+    const double decibels = demo::likeness(inFolder(options, "page.jpg"), options.photo);
     std::fprintf(demo::out(), "page.jpg against the photograph: PSNR %.1f dB\n", decibels);
     return decibels > kLeastLikeness;
 }
@@ -155,7 +182,9 @@ int main(int argc, char** argv) {
     if (!openAndMeasure(kMjpeg, {3264, 2448})) {
         return kCameraFailed;
     }
-    const bool complete = takeStills(options.folder);
+    std::fprintf(demo::out(), "%-40s %15s %12s\n", "file", "size", "bytes");
+    const bool framesComplete = takeFrames(options);
+    const bool complete = takePages(options) && framesComplete;
     readCodes();
     closeCamera();
     return complete && compareWithPhoto(options) ? kDone : kFileFailed;

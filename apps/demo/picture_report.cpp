@@ -18,11 +18,11 @@ bool reportFile(const std::string& path) {
         std::fprintf(stderr, "%s is missing\n", path.c_str());
         return false;
     }
-    std::string size = "one page";
+    std::string size = "PDF";
     if (const cv::Mat picture = cv::imread(path, cv::IMREAD_UNCHANGED); !picture.empty()) {
         size = std::to_string(picture.cols) + " x " + std::to_string(picture.rows);
     }
-    std::fprintf(out(), "%-30s %15s %16ju\n", path.c_str(), size.c_str(), bytes);
+    std::fprintf(out(), "%-40s %15s %12ju\n", path.c_str(), size.c_str(), bytes);
     return true;
 }
 

@@ -194,6 +194,19 @@ DOCCAM_API int pdf_addPage(const char* imagePath);
 /* Saves and frees the document; one spoilt by an error is freed unsaved. Returns 0. */
 DOCCAM_API int pdf_end(void);
 
+/* --- Merging: not while another thread calls AddImagePath ------------------------------------ */
+
+/*
+ * Settles the files queued with AddImagePath for one merged picture at path. No layout of such a
+ * picture exists yet: nothing is composed and nothing is written, whatever mergeMode says. reserved
+ * is not used.
+ *  0: a file is at path; with deleteSources the queued files that still exist have been deleted.
+ * -1: fewer than two files were queued; they stay queued.
+ * -2: no file is at path; the queued files are kept.
+ * Except for -1 the queue is empty afterwards.
+ */
+DOCCAM_API int MergeImages(const char* path, int mergeMode, int reserved, bool deleteSources);
+
 /* --- Codes: mode 0 reads a bar code, any other value a QR code -------------------------------
  * Texts are the symbol's bytes as they are; one that holds a zero byte seems to end there. */
 

@@ -32,6 +32,7 @@ inline constexpr int kModelRows = 9;
 inline constexpr int kNoCodeRequest = -99;
 inline constexpr int kNoDescriptor = -1;
 inline constexpr int kBufferCount = 5;
+inline constexpr int kCropToSheet = 1; // of cutType
 
 using BufferPointer = unsigned char*;
 

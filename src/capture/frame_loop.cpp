@@ -49,6 +49,7 @@ FrameLoop::Next FrameLoop::step() {
     rotate();
     takeStill();
     readCode();
+    drawOutline();
     if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd) {
         return Next::kEnd;
     }
@@ -159,6 +160,15 @@ void FrameLoop::readCode() {
         }
     }
     library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release);
+}
+
+// After the still, which must not show the outline, and for the next one, which needs the corners.
+void FrameLoop::drawOutline() {
+    const int cutType = library_.cutType.load(std::memory_order_relaxed);
+    const cv::Mat* image = workingImage();
+    if (cutType == kCropToSheet && image != nullptr) {
+        DrawingEdge(image->data, image->cols, image->rows, cutType);
+    }
 }
 
 FrameLoop::Next FrameLoop::deliverFrame() {

@@ -27,6 +27,7 @@ class FrameLoop {
     void rotate();
     void takeStill();
     void readCode();
+    void drawOutline();
     Next deliverFrame();
     Next deliverPreview();
 

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 
 namespace doccam {
@@ -34,6 +35,14 @@ std::string homeFolder() {
     }
     const char* home = std::getenv("HOME");
     return home != nullptr && *home != '\0' ? home : "/tmp";
+}
+
+void removeFiles(const std::vector<std::string>& files) {
+    for (const std::string& file : files) {
+        if (fileExists(file.c_str())) {
+            std::remove(file.c_str());
+        }
+    }
 }
 
 } // namespace doccam

@@ -1,7 +1,8 @@
-// Questions about files.
+// Questions about files, and deleting them.
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace doccam {
 
@@ -13,5 +14,8 @@ std::string lastBytes(const std::string& path, std::size_t count);
 
 // The home directory of the process's real user, else the one the environment names, else /tmp.
 std::string homeFolder();
+
+// Deletes those of the files that exist, in order.
+void removeFiles(const std::vector<std::string>& files);
 
 } // namespace doccam

@@ -49,14 +49,6 @@ int enqueue(std::vector<std::string>& queue, const char* path) {
     return 0;
 }
 
-void removeFiles(const std::vector<std::string>& files) {
-    for (const std::string& file : files) {
-        if (fileExists(file.c_str())) {
-            std::remove(file.c_str());
-        }
-    }
-}
-
 int combine(const char* path, bool deleteSources) {
     const auto files = std::exchange(state().pdf_filelist, {});
     pdf_start(path);
@@ -70,7 +62,7 @@ int combine(const char* path, bool deleteSources) {
         return -2;
     }
     if (deleteSources) {
-        removeFiles(files);
+        doccam::removeFiles(files);
     }
     return 0;
 }

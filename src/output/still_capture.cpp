@@ -2,6 +2,7 @@
 #include "api/boundary.h"
 #include "api/library_state.h"
 #include "api/poll.h"
+#include "output/automatic_crop.h"
 #include "output/files.h"
 #include "output/whole_frame.h"
 
@@ -52,8 +53,12 @@ int captureImage(const char* path) {
     return doccam::guarded("captureImage", -1, [path] { return requestStill(path); });
 }
 
-int capture(char* path, int /*format*/, int /*cropMode*/, cv::Mat img) {
+int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
     std::printf("capture->path:%s\n", path);
-    doccam::saveWholeFrame(path, img);
+    if (cropMode == doccam::kCropToSheet) {
+        doccam::saveSheet(path, img);
+    } else {
+        doccam::saveWholeFrame(path, img);
+    }
     return 0;
 }

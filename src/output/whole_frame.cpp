@@ -1,6 +1,7 @@
 #include "output/whole_frame.h"
 
 #include "api/library_state.h"
+#include "output/page_preparation.h"
 
 #include <doccam/doccam.hpp>
 
@@ -13,12 +14,6 @@ namespace {
 
 constexpr int kLongSide = 3672;
 constexpr int kShortSide = 2856;
-
-cv::Mat blueFirst(const cv::Mat& frame) {
-    cv::Mat page;
-    cv::cvtColor(frame, page, cv::COLOR_RGB2BGR);
-    return page;
-}
 
 cv::Size enlargedSize(int quarterTurns) {
     const bool upright = quarterTurns == 1 || quarterTurns == 3;
@@ -37,6 +32,7 @@ void saveWholeFrame(char* path, const cv::Mat& frame) {
     std::puts("capture->01");
     const cv::Mat page = blueFirst(frame);
     std::puts("capture->02");
+    cleanAsSet(page);
     if (state().isInsert1000M.load(std::memory_order_relaxed)) {
         const int turns = state().RotateAngle.load(std::memory_order_relaxed);
         SaveImage(path, enlarged(page, enlargedSize(turns)));

@@ -1,11 +1,8 @@
 #include "environment.h"
 
 #include <pwd.h>
-#include <sys/resource.h>
 #include <sys/select.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <utility>
@@ -45,34 +42,6 @@ Variable::Variable(const char* name, const char* value)
 
 Variable::~Variable() {
     wasSet_ ? setenv(name_.c_str(), before_.c_str(), 1) : unsetenv(name_.c_str());
-}
-
-FullDisk::FullDisk(unsigned long bytes) {
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    before_ = limit.rlim_cur;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-    handlerBefore_ = std::signal(SIGXFSZ, SIG_IGN);
-}
-
-FullDisk::~FullDisk() {
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = before_;
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, handlerBefore_);
-}
-
-OrdinaryUser::OrdinaryUser()
-  : before_(geteuid()) {
-    if (before_ == 0) {
-        seteuid(kUser);
-    }
-}
-
-OrdinaryUser::~OrdinaryUser() {
-    seteuid(before_);
 }
 
 } // namespace doccam::test

@@ -1,7 +1,7 @@
 // Writing pictures.
 #include "decoded.h"
-#include "environment.h"
 #include "output/image_file.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // PDF files from queued pictures, and the steps behind them.
 #include "api/library_state.h"
-#include "environment.h"
 #include "pdf_file.h"
 #include "png_maker.h"
 #include "support/printed_text.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

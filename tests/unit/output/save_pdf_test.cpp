@@ -3,6 +3,7 @@
 #include "environment.h"
 #include "pdf_file.h"
 #include "support/printed_text.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

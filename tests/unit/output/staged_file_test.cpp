@@ -1,7 +1,7 @@
 // Files that appear complete or not at all.
 #include "decoded.h"
-#include "environment.h"
 #include "output/staged_file.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>

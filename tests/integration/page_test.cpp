@@ -1,0 +1,148 @@
+// From a crooked sheet before a camera to an upright, clean page with one call.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "scene/scene.h"
+#include "support/page_likeness.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+constexpr int kBorder = 8;      // added around each page
+constexpr double kLevel = 0.5;  // degrees
+constexpr double kAlike = 0.75; // the worst of all angles is above 0.8
+constexpr double kPlay = 0.02;  // of a side: the outline moves in steps of four pixels
+
+class Page : public SessionTest {
+  protected:
+    Page() {
+        SetCutType(1);
+        SetDelBlackedge(1);
+        SetDelBackColor(1);
+        SetVideoFormat(kMjpegFormat);
+        watchFrames();
+    }
+
+    // Takes a still that was requested after two whole frames of the picture as it now is.
+    cv::Mat taken(const std::string& name) {
+        waitForFrames(framesSeen() + 3);
+        const std::string path = folder_.file(name);
+        captureImage(path.c_str());
+        while (state().isShootPhoto) {
+            std::this_thread::yield();
+        }
+        return cv::imread(path);
+    }
+
+    void turnSheet(double degrees) {
+        virtualcam::SceneSettings settings = virtualcam::scene(earlier_);
+        settings.angle = degrees;
+        virtualcam::setScene(earlier_, settings);
+    }
+
+    const ScratchFolder folder_;
+};
+
+std::vector<double> angles() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    // The sanitizers look at the steps, which are the same at all angles.
+    return {-30, 2, 46};
+#endif
+    std::vector<double> all{0.5, 2, 44, 46, 88, 89.5};
+    for (int degrees = -60; degrees <= 60; degrees += 5) {
+        // Half-way between two quarters either is the nearest.
+        if (std::abs(degrees) != 45) {
+            all.push_back(degrees);
+        }
+    }
+    return all;
+}
+
+class TurnedPage : public Page, public testing::WithParamInterface<int> {};
+
+TEST_P(TurnedPage, IsStraightUprightAndWholeAtEveryAngle) {
+    const int quarters = GetParam();
+    SetRotate(quarters);
+    ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
+    const cv::Mat flat = virtualcam::flatSheet(virtualcam::scene(earlier_));
+    for (const double angle : angles()) {
+        SCOPED_TRACE(angle);
+        turnSheet(angle);
+        const cv::Mat page = taken("page.png");
+        ASSERT_FALSE(page.empty());
+        const int shown = quarters + static_cast<int>(std::lround(angle / 90));
+        const cv::Mat upright = turnedBack(page, shown);
+        const double alike = likeness(upright, flat, kBorder);
+        EXPECT_GT(alike, kAlike);
+        EXPECT_GT(alike, likeness(turnedBack(page, shown + 2), flat, kBorder) + 0.2);
+        EXPECT_LE(lineTilt(upright), kLevel);
+        const double height = 0.8 * 960;
+        EXPECT_NEAR(upright.rows - 2 * kBorder, height, kPlay * height);
+        EXPECT_NEAR(upright.cols - 2 * kBorder, height * 210 / 297, kPlay * height);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(QuarterTurns, TurnedPage, testing::Values(0, 1, 2, 3));
+
+TEST_F(Page, NeverCarriesTheOutlineThatTheCallbackShows) {
+    ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
+    SetDelBlackedge(0);
+    SetDelBackColor(0);
+    const cv::Mat page = taken("page.png");
+    const auto green = [](const cv::Mat& image) {
+        cv::Mat mask;
+        cv::inRange(image, cv::Scalar(0, 250, 0), cv::Scalar(5, 255, 5), mask);
+        return cv::countNonZero(mask);
+    };
+    EXPECT_EQ(green(page), 0);
+    EXPECT_GT(green(lastSeen()), 1000);
+}
+
+TEST_F(Page, OutlineIsDrawnOnTheTurnedFrame) {
+    SetRotate(1);
+    ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
+    waitForFrames(framesSeen() + 2);
+    const cv::Mat frame = lastSeen();
+    EXPECT_EQ(frame.size(), cv::Size(960, 1280));
+    cv::Mat mask;
+    cv::inRange(frame, cv::Scalar(0, 250, 0), cv::Scalar(5, 255, 5), mask);
+    EXPECT_GT(cv::countNonZero(mask), 1000);
+}
+
+class PhotoPage : public Page, public testing::WithParamInterface<const char*> {};
+
+TEST_P(PhotoPage, IsStraightAndFillsThePicture) {
+    const char* photos = std::getenv("DOCCAM_PHOTOS");
+    if (photos == nullptr) {
+        GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
+    }
+    bed_.remove(earlier_);
+    virtualcam::CameraDescription camera = secondCamera();
+    camera.picture = (std::filesystem::path(photos) / GetParam()).string();
+    bed_.add(camera);
+    ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
+    const cv::Mat page = taken("page.jpg");
+    ASSERT_FALSE(page.empty());
+    EXPECT_LT(page.total(), 3264U * 2448U);
+    const cv::Mat upright = turnedBack(page, 0);
+    EXPECT_LE(std::min(lineTilt(upright), lineTilt(turnedBack(page, 1))), kLevel);
+    // White paper, cleaned to the edges.
+    EXPECT_GT(cv::mean(upright)[0], 200);
+}
+
+INSTANTIATE_TEST_SUITE_P(Photographs, PhotoPage,
+                         testing::Values("sheet-on-black.jpg", "letter-on-desk.jpg"));
+
+} // namespace
+} // namespace doccam::test

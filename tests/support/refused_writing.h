@@ -1,0 +1,32 @@
+// Why a file cannot be written: the disk is full, or the user has no right to.
+#pragma once
+
+namespace doccam::test {
+
+// While alive, no file can grow beyond this size: to a writer, a disk that is full.
+class FullDisk {
+  public:
+    explicit FullDisk(unsigned long bytes);
+    ~FullDisk();
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    unsigned long before_;
+    void (*handlerBefore_)(int);
+};
+
+// While alive, a process run by root has the rights of an ordinary user.
+class OrdinaryUser {
+  public:
+    static constexpr unsigned kUser = 65534;
+    OrdinaryUser();
+    ~OrdinaryUser();
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+  private:
+    unsigned before_;
+};
+
+} // namespace doccam::test

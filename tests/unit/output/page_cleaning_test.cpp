@@ -1,0 +1,84 @@
+// Which cleaning a still gets, and that its result is what is saved.
+#include "api/library_state.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+namespace doccam {
+namespace {
+
+constexpr int kFormat = 0;
+constexpr int kWholeFrame = 0;
+
+// A light sheet, larger than any speck, on a dark desk. Red first.
+cv::Mat frameWithSheet() {
+    cv::Mat frame(480, 640, CV_8UC3, cv::Scalar(30, 35, 40));
+    frame(cv::Rect(100, 80, 440, 320)).setTo(cv::Scalar(200, 190, 180));
+    frame(cv::Rect(180, 200, 280, 12)).setTo(cv::Scalar(60, 60, 60));
+    return frame;
+}
+
+class PageCleaning : public testing::TestWithParam<int> {
+  protected:
+    ~PageCleaning() override {
+        state().isDelBlackedge = 0;
+        state().isDelBcakColor = 0;
+        state().CutPoint.fill(0);
+    }
+
+    cv::Mat taken(int blackEdge, int backColour) {
+        cv::Mat frame = frameWithSheet();
+        DrawingEdge(frame.data, frame.cols, frame.rows, 0);
+        state().isDelBlackedge = blackEdge;
+        state().isDelBcakColor = backColour;
+        const cv::Mat before = frame.clone();
+        capture(path_.data(), kFormat, GetParam(), frame);
+        EXPECT_EQ(cv::norm(frame, before, cv::NORM_INF), 0);
+        return cv::imread(path_);
+    }
+
+    const test::ScratchFolder folder_;
+    std::string path_ = folder_.file("still.png");
+};
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfStill, PageCleaning,
+                         testing::Values(kWholeFrame, kCropToSheet));
+
+bool sameBytes(const cv::Mat& a, const cv::Mat& b) {
+    return a.size() == b.size() && cv::norm(a, b, cv::NORM_INF) == 0;
+}
+
+TEST_P(PageCleaning, RunsOnlyForSettingsOfExactlyOne) {
+    const cv::Mat plain = taken(0, 0);
+    for (const int value : {2, -1, 100}) {
+        EXPECT_TRUE(sameBytes(taken(value, value), plain)) << value;
+    }
+}
+
+TEST_P(PageCleaning, WhitensTheDarkEdgeWhenSet) {
+    cv::Mat expected = taken(0, 0);
+    FN_DeleteBlackEdge(expected);
+    EXPECT_TRUE(sameBytes(taken(1, 0), expected));
+    EXPECT_FALSE(sameBytes(taken(0, 0), expected));
+}
+
+TEST_P(PageCleaning, WhitensTheBackgroundWhenSet) {
+    cv::Mat expected = taken(0, 0);
+    FN_DeleteBackcolor(expected);
+    EXPECT_TRUE(sameBytes(taken(0, 1), expected));
+    EXPECT_FALSE(sameBytes(taken(0, 0), expected));
+}
+
+TEST_P(PageCleaning, WhitensTheEdgeBeforeTheBackground) {
+    cv::Mat expected = taken(0, 0);
+    FN_DeleteBlackEdge(expected);
+    FN_DeleteBackcolor(expected);
+    EXPECT_TRUE(sameBytes(taken(1, 1), expected));
+}
+
+} // namespace
+} // namespace doccam

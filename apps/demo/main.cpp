@@ -1,9 +1,10 @@
-// The library at work: lists the cameras, measures two streams, and turns the sheet before the
-// camera into images and PDF files: the whole frame, and the sheet alone, upright and clean. Reads
-// its codes.
+// The library at work: lists the cameras, measures two streams, reads the codes of the sheet before
+// the camera, writes what a preview shows of it, and turns it into images and PDF files: the whole
+// frame, and the sheet alone, upright and clean.
 #include "measured_stream.h"
 #include "own_output.h"
 #include "picture_report.h"
+#include "preview_pictures.h"
 
 #include <doccam/doccam.h>
 
@@ -175,6 +176,7 @@ int main(int argc, char** argv) {
         listCamera(camera);
     }
     demo::countFrames();
+    demo::watchPreview();
     if (!openAndMeasure(kYuyv, {1280, 960})) {
         return kCameraFailed;
     }
@@ -182,10 +184,12 @@ int main(int argc, char** argv) {
     if (!openAndMeasure(kMjpeg, {3264, 2448})) {
         return kCameraFailed;
     }
+    readCodes();
     std::fprintf(demo::out(), "%-40s %15s %12s\n", "file", "size", "bytes");
     const bool framesComplete = takeFrames(options);
-    const bool complete = takePages(options) && framesComplete;
-    readCodes();
+    const bool previewsComplete = demo::writePreviews(options.folder);
+    const bool pagesComplete = takePages(options);
+    const bool complete = framesComplete && previewsComplete && pagesComplete;
     closeCamera();
     return complete && compareWithPhoto(options) ? kDone : kFileFailed;
 }

@@ -1,0 +1,61 @@
+// Frames of a camera, from the driver's bytes to pixels. Images are 8-bit with three channels.
+#pragma once
+
+#include "doccam.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <cstdint>
+
+struct jpeg_common_struct;
+struct jpeg_decompress_struct;
+
+// --- MJPEG through the codec library -------------------------------------------------------------
+
+// Creates the process-wide MJPEG decoder; does nothing if it exists. Host thread, not streaming.
+DOCCAM_API void av_decode_init();
+
+// Releases the decoder; does nothing without one. Not while a frame is being decoded.
+DOCCAM_API void av_decode_deinit();
+
+// Decodes one JPEG of length bytes into out, which is allocated as width x height and continuous;
+// a picture of another size is scaled. Red first. On failure out keeps its content. spare is not
+// used.
+DOCCAM_API void do_excute_image(unsigned char* data, int length, int width, int height,
+                                cv::Mat& out, cv::Mat& spare);
+
+// --- JPEG from memory ----------------------------------------------------------------------------
+
+// One frame of the host: where it starts, and its size in bytes.
+struct VideoBuf {
+    unsigned char* start;
+    std::int32_t length;
+};
+
+// Decodes the colour JPEG into out, which is allocated, continuous and at least as large. Red
+// first. 0 done, also for truncated data; -1 on failure, with one line on standard output.
+DOCCAM_API int Mjpeg2RgbConvert(VideoBuf* frame, cv::Mat& out);
+DOCCAM_API int Mjpeg2RgbConvertEx(unsigned char* data, int length, cv::Mat& out);
+
+// A libjpeg source over size bytes of memory, and its callbacks.
+DOCCAM_API void jpeg_mem_src_tj(jpeg_decompress_struct* cinfo, unsigned char* buffer,
+                                unsigned long size);
+DOCCAM_API void init_mem_source(jpeg_decompress_struct* cinfo);
+DOCCAM_API int fill_mem_input_buffer(jpeg_decompress_struct* cinfo);
+DOCCAM_API void skip_input_data(jpeg_decompress_struct* cinfo, long count);
+DOCCAM_API void term_source(jpeg_decompress_struct* cinfo);
+
+// A libjpeg error exit: prints the pending message and jumps to the jump buffer that follows the
+// error manager in its record.
+DOCCAM_API void MyErrorExit(jpeg_common_struct* cinfo);
+
+// Copies width pixels of three bytes from src to dst. 0 done; -1, and nothing copied, when
+// bitsPerPixel is not 24. The third argument is not used.
+DOCCAM_API int CovertOneLine(int width, int bitsPerPixel, int third, unsigned char* src,
+                             unsigned char* dst);
+
+// --- YUYV ----------------------------------------------------------------------------------------
+
+// Converts width x height pixels of packed YUYV to three bytes a pixel, red first but for the first
+// two pixels, which are blue first. Reads 4 and writes 6 bytes beyond the frame's end.
+DOCCAM_API void yuyv_to_rgb888(unsigned char* src, unsigned char* dst, int width, int height);

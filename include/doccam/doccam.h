@@ -42,6 +42,34 @@ typedef void (*WebFrameCallback)(unsigned char* data, int showWidth, int showHei
  */
 DOCCAM_API int SetDataCallback(FrameCallback callback);
 
+/*
+ * What can go wrong where no caller gets a result.
+ */
+typedef enum DoccamFault {
+    DOCCAM_FAULT_STREAM_ENDED =
+        1,                    /* no more frames come: unplugged, driver error, unknown format */
+    DOCCAM_FAULT_STILL = 2,   /* a requested still could not be taken or saved */
+    DOCCAM_FAULT_CODE = 3,    /* a requested code could not be looked for */
+    DOCCAM_FAULT_PREVIEW = 4, /* a preview picture could not be made or shown */
+    DOCCAM_FAULT_OUTLINE = 5, /* the sheet's outline could not be looked for */
+    DOCCAM_FAULT_DOCUMENT = 6 /* a PDF document was spoilt and not saved */
+} DoccamFault;
+
+/*
+ * Receives a fault, one of DoccamFault, and why it arose, in English. message is valid during the
+ * call only. Runs on the streaming thread, or for a document on the thread that works on it; of
+ * the library it may call what the other callbacks may. A still or code request is answered after
+ * the call, and not at all when the call closes the camera.
+ */
+typedef void (*FaultCallback)(int fault, const char* message);
+
+/*
+ * Registers the callback for faults, replacing the one before; null removes it. Without one, an
+ * exception on the streaming thread ends the process and the end of a stream is not told. With one,
+ * an exception ends only the stage it arose in, and the stream goes on. Any thread. Returns 0.
+ */
+DOCCAM_API int SetFaultCallback(FaultCallback callback);
+
 /* --- Settings: any thread, effective from the next frame or still, kept across sessions ------ */
 
 /* Turns the live picture by angle quarter turns clockwise, 0 to 3. Other values are stored, turn

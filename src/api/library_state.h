@@ -76,6 +76,7 @@ struct LibraryState {
     // Callbacks: host sets each once, stream calls.
     std::atomic<FrameCallback> pGetVideoStream{nullptr};
     std::atomic<WebFrameCallback> pGetVideoWebStream{nullptr};
+    std::atomic<FaultCallback> faultCallback{nullptr}; // set and cleared at any time
     std::atomic<unsigned char*> WEB_BUF{nullptr};   // preview pixels; host sets and clears
     std::shared_ptr<unsigned char[]> previewPixels; // owns WEB_BUF; host only
     std::atomic<std::size_t> previewBytes{0};       // WEB_BUF's size; host sets it first

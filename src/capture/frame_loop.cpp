@@ -35,7 +35,12 @@ FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
 }
 
 void FrameLoop::run() {
-    while (library_.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
+    containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
+        while (library_.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
+        }
+    });
+    if (!thread_.abandoned()) {
+        tellFaults();
     }
 }
 
@@ -47,10 +52,12 @@ FrameLoop::Next FrameLoop::step() {
         return Next::kFrame;
     }
     rotate();
-    takeStill();
-    readCode();
+    if (takeStill() == Next::kEnd || readCode() == Next::kEnd) {
+        return Next::kEnd;
+    }
     drawOutline();
-    if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd) {
+    if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd ||
+        tellFaults() == Next::kEnd) {
         return Next::kEnd;
     }
     Sleep(kFramePause);
@@ -68,6 +75,7 @@ FrameLoop::Next FrameLoop::grab() {
     if (result != 0) {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
+        noteEnd(failureReason(result, descriptor));
         return Next::kEnd;
     }
     // A short frame is followed by zeros, not by what a longer one left.
@@ -87,6 +95,7 @@ FrameLoop::Next FrameLoop::decode() {
         yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
     } else {
         std::puts("don't suport format");
+        noteEnd("the pixel format is neither MJPEG nor YUYV");
         return Next::kEnd;
     }
     return Next::kFrame;
@@ -137,29 +146,54 @@ const cv::Mat* FrameLoop::workingImage() const {
     }
 }
 
-void FrameLoop::takeStill() {
-    if (!library_.isShootPhoto.load(std::memory_order_acquire)) {
-        return;
+void FrameLoop::noteEnd(const char* reason) {
+    if (library_.bKeep && !thread_.stopRequested()) {
+        reportFault(DOCCAM_FAULT_STREAM_ENDED, reason);
     }
-    if (const cv::Mat* image = workingImage()) {
-        SharedPath::Text path = library_.imgSavePath.load();
-        capture(path.data(), library_.fileFormat, library_.cutType, *image);
-    }
-    library_.isShootPhoto.store(false, std::memory_order_release);
 }
 
-void FrameLoop::readCode() {
+FrameLoop::Next FrameLoop::tellFaults() {
+    if (faults_.empty()) {
+        return Next::kFrame;
+    }
+    return thread_.outside([this] { faults_.tell(); }) ? Next::kFrame : Next::kEnd;
+}
+
+FrameLoop::Next FrameLoop::takeStill() {
+    if (!library_.isShootPhoto.load(std::memory_order_acquire)) {
+        return Next::kFrame;
+    }
+    containing(DOCCAM_FAULT_STILL, [this] {
+        if (const cv::Mat* image = workingImage()) {
+            SharedPath::Text path = library_.imgSavePath.load();
+            capture(path.data(), library_.fileFormat, library_.cutType, *image);
+        }
+    });
+    if (tellFaults() == Next::kEnd) {
+        return Next::kEnd;
+    }
+    library_.isShootPhoto.store(false, std::memory_order_release);
+    return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::readCode() {
     const int mode = library_.IsRecogBarQr.load(std::memory_order_acquire);
     if (mode == kNoCodeRequest) {
-        return;
+        return Next::kFrame;
     }
-    if (const cv::Mat* image = workingImage()) {
-        library_.BarQrContent.publish(BarQrDecodePro(*image, mode));
-        if (isMjpeg()) {
-            std::printf("BarQrContent:%s\n", library_.BarQrContent.current());
+    containing(DOCCAM_FAULT_CODE, [this, mode] {
+        if (const cv::Mat* image = workingImage()) {
+            library_.BarQrContent.publish(BarQrDecodePro(*image, mode));
+            if (isMjpeg()) {
+                std::printf("BarQrContent:%s\n", library_.BarQrContent.current());
+            }
         }
+    });
+    if (tellFaults() == Next::kEnd) {
+        return Next::kEnd;
     }
     library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release);
+    return Next::kFrame;
 }
 
 // After the still, which must not show the outline, and for the next one, which needs the corners.
@@ -167,7 +201,8 @@ void FrameLoop::drawOutline() {
     const int cutType = library_.cutType.load(std::memory_order_relaxed);
     const cv::Mat* image = workingImage();
     if (cutType == kCropToSheet && image != nullptr) {
-        DrawingEdge(image->data, image->cols, image->rows, cutType);
+        containing(DOCCAM_FAULT_OUTLINE,
+                   [&] { DrawingEdge(image->data, image->cols, image->rows, cutType); });
     }
 }
 
@@ -187,12 +222,13 @@ FrameLoop::Next FrameLoop::deliverPreview() {
     if (callback == nullptr) {
         return Next::kFrame;
     }
-    const bool stays = showPreview(library_, workingImage(), [&](const PreviewPicture& picture) {
+    const auto deliver = [&](const PreviewPicture& picture) {
         return thread_.outside([&] {
             callback(picture.pixels, picture.width, picture.height, picture.startX, picture.startY);
         });
-    });
-    return stays ? Next::kFrame : Next::kEnd;
+    };
+    containing(DOCCAM_FAULT_PREVIEW, [&] { showPreview(library_, workingImage(), deliver); });
+    return thread_.abandoned() ? Next::kEnd : Next::kFrame;
 }
 
 } // namespace doccam

@@ -1,6 +1,7 @@
 // The per-frame work of the streaming thread.
 #pragma once
 
+#include "api/faults.h"
 #include "capture/streaming_thread.h"
 
 #include <memory>
@@ -25,11 +26,17 @@ class FrameLoop {
     Next decode();
     bool dropAfterTurn();
     void rotate();
-    void takeStill();
-    void readCode();
+    Next takeStill();
+    Next readCode();
     void drawOutline();
     Next deliverFrame();
     Next deliverPreview();
+
+    // Notes why the stream ends, unless the host ends it.
+    void noteEnd(const char* reason);
+
+    // Hands noted faults to the host.
+    Next tellFaults();
 
     bool isMjpeg() const;
 
@@ -38,6 +45,7 @@ class FrameLoop {
 
     StreamingThread& thread_;
     LibraryState& library_;
+    FaultNotes faults_;
     std::vector<unsigned char> buffer_; // one raw frame, and the zero bytes a decoder reads behind
     std::size_t frameCapacity_ = 0;
     int frameLength_ = 0;

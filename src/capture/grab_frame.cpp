@@ -24,6 +24,17 @@ DequeuedBuffer dequeueBuffer(int descriptor) {
     return dequeued;
 }
 
+const char* failureReason(int result, int descriptor) {
+    if (result == kGrabImpossibleBuffer) {
+        return "the driver named a buffer that does not exist";
+    }
+    v4l2_capability capability{};
+    if (ioctl(descriptor, VIDIOC_QUERYCAP, &capability) != 0 && errno == ENODEV) {
+        return "the camera was unplugged";
+    }
+    return "the driver failed to hand over a frame";
+}
+
 int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& length) {
     LibraryState& library = state();
     v4l2_buffer& record = dequeued.record;

@@ -58,13 +58,22 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     template <typename Call>
     bool outside(Call&& call) {
         phase_.store(Phase::kOutside, std::memory_order_release);
-        std::forward<Call>(call)();
-        Phase expected = Phase::kOutside;
-        return phase_.compare_exchange_strong(expected, Phase::kInside, std::memory_order_acq_rel);
+        try {
+            std::forward<Call>(call)();
+        } catch (...) {
+            comeBack();
+            throw;
+        }
+        return comeBack();
     }
 
   private:
     enum class Phase { kInside, kOutside, kAbandoned };
+
+    bool comeBack() {
+        Phase expected = Phase::kOutside;
+        return phase_.compare_exchange_strong(expected, Phase::kInside, std::memory_order_acq_rel);
+    }
 
     bool giveUp();
 

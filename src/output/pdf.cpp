@@ -1,5 +1,6 @@
 // The one PDF document of the process: its steps, and the queues of files for it.
 #include "api/boundary.h"
+#include "api/faults.h"
 #include "api/library_state.h"
 #include "output/files.h"
 #include "output/pdf_page.h"
@@ -108,6 +109,10 @@ int pdf_end() {
         const auto document = std::move(state().pdfOwner);
         if (document && !state().pdfBroken) {
             save();
+        }
+        if (document && state().pdfBroken) {
+            doccam::reportFault(DOCCAM_FAULT_DOCUMENT,
+                                state().outPdfPath + " could not be made or saved");
         }
         return 0;
     });

@@ -1,4 +1,5 @@
 // Saving a finished page: the colour mode of the settings, the file type of the path.
+#include "api/faults.h"
 #include "api/library_state.h"
 #include "output/files.h"
 #include "output/image_file.h"
@@ -49,12 +50,12 @@ int SaveImage(char* path, cv::Mat img) {
     if (!picture) {
         return 0;
     }
-    if (extension == "jpg") {
-        doccam::writeImage(target, *picture, jpegParameters());
-    } else if (extension == "pdf") {
-        TempImgToPdf(path, *picture);
-    } else {
-        doccam::writeImage(target, *picture);
+    if (extension == "pdf") {
+        return TempImgToPdf(path, *picture);
+    }
+    const auto parameters = extension == "jpg" ? jpegParameters() : std::vector<int>{};
+    if (!doccam::writeImage(target, *picture, parameters)) {
+        doccam::reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
     }
     return 0;
 }

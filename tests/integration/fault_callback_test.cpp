@@ -1,0 +1,208 @@
+// What a host with a fault callback survives and hears, and what happens without one.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace doccam::test {
+namespace {
+
+using testing::HasSubstr;
+using virtualcam::FaultKind;
+
+std::mutex heardMutex;
+std::vector<std::string> heardMessages;
+std::atomic<int> heard{0};
+std::atomic<int> heardLast{0};
+
+void onFault(int fault, const char* message) {
+    {
+        const std::lock_guard lock(heardMutex);
+        heardMessages.emplace_back(message);
+    }
+    heardLast = fault;
+    heard.fetch_add(1);
+    heard.notify_all();
+}
+
+void closesOnFault(int fault, const char* message) {
+    closeCamera();
+    onFault(fault, message);
+}
+
+void waitForFaults(int count) {
+    for (int now = heard; now < count; now = heard) {
+        heard.wait(now);
+    }
+}
+
+std::string lastMessage() {
+    const std::lock_guard lock(heardMutex);
+    return heardMessages.empty() ? "" : heardMessages.back();
+}
+
+class HeardFaults : public SessionTest {
+  protected:
+    HeardFaults() {
+        heard = 0;
+        heardLast = 0;
+        heardMessages.clear();
+        SetFaultCallback(onFault);
+    }
+
+    ~HeardFaults() override { SetFaultCallback(nullptr); }
+
+    // Makes the first frame's still one of a sheet that lies left of the frame.
+    void requestStillOfASheetOutside() {
+        constexpr int kCorners[] = {-10, 5, 300, -4, 310, 400, -2, 410};
+        std::copy(std::begin(kCorners), std::end(kCorners), state().CutPoint.begin());
+        SetCutType(1);
+        state().imgSavePath.store(still_.c_str());
+        state().isShootPhoto = true;
+    }
+
+    ScratchFolder folder_;
+    const std::string still_ = folder_.file("still.jpg");
+};
+
+TEST_F(HeardFaults, AreSurvivedByTheStream) {
+    requestStillOfASheetOutside();
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+    EXPECT_THAT(lastMessage(), HasSubstr("roi"));
+    waitForFrames(3);
+    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(std::filesystem::exists(still_));
+    SetCutType(0);
+    virtualcam::setSleepScale(1);
+    EXPECT_EQ(captureImage(still_.c_str()), 0);
+    EXPECT_TRUE(std::filesystem::exists(still_));
+    EXPECT_EQ(heard, 1);
+}
+
+TEST_F(HeardFaults, EndTheProcessWhenNobodyHears) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            SetFaultCallback(nullptr);
+            requestStillOfASheetOutside();
+            watchFrames();
+            openSmall(kMjpegFormat);
+            waitForFrames(3);
+        },
+        testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST_F(HeardFaults, AnswerAStillThatCannotBeSaved) {
+    virtualcam::setSleepScale(1);
+    openSmall(kMjpegFormat);
+    EXPECT_EQ(captureImage(folder_.file("missing/still.jpg").c_str()), 0);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+    EXPECT_THAT(lastMessage(), HasSubstr("missing/still.jpg could not be written"));
+}
+
+TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {
+    // A frame without pixels takes the place of the turned one.
+    SetRotate(1);
+    SetDataCallback([](unsigned char*, int, int) { state().roimage.release(); });
+    openSmall(kMjpegFormat);
+    while (heard == 0) {
+        RecogBarQrCode(1);
+    }
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_CODE);
+    EXPECT_EQ(state().IsRecogBarQr, kNoCodeRequest);
+}
+
+TEST_F(HeardFaults, OfAPreviewCallbackLeaveTheStreamGoingOn) {
+    watchFrames();
+    SetWebDataCallback(
+        [](unsigned char*, int, int, int, int) { throw std::runtime_error("no window"); });
+    openSmall(kYuyvFormat);
+    SetWebFormSize(320, 240);
+    waitForFaults(3);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_PREVIEW);
+    EXPECT_EQ(lastMessage(), "no window");
+}
+
+TEST_F(HeardFaults, TellOfAnUnpluggedCamera) {
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFrames(1);
+    bed_.unplug(earlier_);
+    waitForFaults(1);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(lastMessage(), "the camera was unplugged");
+}
+
+TEST_F(HeardFaults, TellOfADriverThatFails) {
+    addCallFault("VIDIOC_DQBUF", EIO, 3);
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(lastMessage(), "the driver failed to hand over a frame");
+}
+
+TEST_F(HeardFaults, TellOfABufferThatDoesNotExist) {
+    addFrameFault(FaultKind::kIndex, 2, 99);
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    EXPECT_EQ(lastMessage(), "the driver named a buffer that does not exist");
+}
+
+TEST_F(HeardFaults, TellOfACallbackThatEndsTheStream) {
+    SetDataCallback([](unsigned char*, int, int) { throw std::runtime_error("host trouble"); });
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(lastMessage(), "host trouble");
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(heard, 1);
+}
+
+TEST_F(HeardFaults, AreNoneWhenTheHostCloses) {
+    watchFrames();
+    for (int session = 0; session < 5; ++session) {
+        openSmall(session % 2);
+        waitForFrames(framesSeen() + 1);
+        closeCamera();
+    }
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
+    SetFaultCallback(closesOnFault);
+    requestStillOfASheetOutside();
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+    EXPECT_EQ(virtualcam::liveMappings(), 0);
+    state().isShootPhoto = false;
+    SetFaultCallback(onFault);
+    SetCutType(0);
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFrames(1);
+}
+
+TEST_F(HeardFaults, TellOfADocumentOnTheThreadThatMakesIt) {
+    pdf_start(folder_.file("missing/document.pdf").c_str());
+    pdf_end();
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_DOCUMENT);
+    EXPECT_THAT(lastMessage(), HasSubstr("missing/document.pdf"));
+}
+
+} // namespace
+} // namespace doccam::test

@@ -153,11 +153,11 @@ DOCCAM_API int getCameraResolution(int index, int* width, int* height);
 DOCCAM_API int openCamera(int index, int width, int height);
 
 /*
- * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, and up to 2 more
- * while a callback is running. When it returns, no callback is running and none will start, unless
- * a callback was itself blocked for seconds or is the caller: that callback keeps its pixels until
- * it returns. Any thread; of two calls at once one ends the session, and the other waits for it or,
- * in a callback, returns at once.
+ * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, up to 2 more
+ * while a callback is running, and as long as a still or a code in work takes. When it returns, no
+ * callback is running and none will start, unless a callback was itself blocked for seconds or is
+ * the caller: that callback keeps its pixels until it returns. Any thread; of two calls at once one
+ * ends the session, and the other waits for it or, in a callback, returns at once.
  */
 DOCCAM_API int closeCamera(void);
 

@@ -1,5 +1,5 @@
 // doccam's operations with C++ linkage: the building blocks behind the C interface, for hosts that
-// hold cv::Mat images. Names and signatures are fixed; existing hosts link against them.
+// hold cv::Mat images. Names and signatures are fixed.
 #pragma once
 
 #include "codes.hpp"

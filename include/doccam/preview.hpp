@@ -12,7 +12,7 @@
 // Declares a form of width x height pixels and fits the whole frame into it, in its middle and at
 // most at true size. The first form of a session sizes the preview buffer: declare the form anew
 // after each openCamera, and reopen the camera for a larger buffer, as pictures beyond it are left
-// out. A side below 1, or a form of more than 2^31 bytes, provides no buffer; nothing is shown.
+// out. A side below 4 shows nothing; a form of more than 2^31 bytes provides no buffer.
 DOCCAM_API void SetWebFormSize(int width, int height);
 
 // Returns to the best fit, at the scale that suits a form of formWidth x formHeight pixels.
@@ -44,7 +44,8 @@ DOCCAM_API int Web_RotateR();
 
 // Renders what the view shows of frame into out, at the size that the preview callback is told,
 // rows back to back, bytes beyond untouched. frame has three 8-bit channels, and out room for the
-// picture. Throws cv::Exception, and writes nothing, when the view does not lie inside frame.
+// picture, outside frame's own pixels. Throws cv::Exception, and writes nothing, when the view does
+// not lie inside frame.
 DOCCAM_API void VideoZoomToWeb(cv::Mat frame, unsigned char* out);
 
 // The same into out at out's own size. The caller sees the result if out is of frame's type.

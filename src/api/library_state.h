@@ -1,6 +1,6 @@
 // The one record of everything the library knows between two calls.
 //
-// Field names are those that hosts and the result tables use. "host" below is any thread of the
+// Field names are fixed. "host" below is any thread of the
 // host, "stream" the streaming thread; a field both touch is atomic. Settings are single relaxed
 // values that take effect at their next use; the hand-shakes use release and acquire.
 #pragma once
@@ -41,7 +41,7 @@ struct LibraryState {
     std::atomic<int> cam_fd{kNoDescriptor}; // getCameraName may take it away in mid-stream
     std::atomic<bool> bKeep{false};         // a session is streaming
     std::atomic<int> CameraFormat{1};       // 0 MJPEG, else YUYV
-    bool isMjpegMode = true;                // unused; part of the declared state
+    bool isMjpegMode = true;                // unused
     int buffer_count = kBufferCount;        // never changes
     std::unique_ptr<BufferPointer[]> video_buffer_ptr{new BufferPointer[kBufferCount]{}};
     std::array<std::size_t, kBufferCount> mappedLength{}; // bytes mapped at each of these pointers
@@ -77,9 +77,9 @@ struct LibraryState {
     std::atomic<FrameCallback> pGetVideoStream{nullptr};
     std::atomic<WebFrameCallback> pGetVideoWebStream{nullptr};
     std::atomic<FaultCallback> faultCallback{nullptr}; // set and cleared at any time
-    std::atomic<unsigned char*> WEB_BUF{nullptr};   // preview pixels; host sets and clears
-    std::shared_ptr<unsigned char[]> previewPixels; // owns WEB_BUF; host only
-    std::atomic<std::size_t> previewBytes{0};       // WEB_BUF's size; host sets it first
+    std::atomic<unsigned char*> WEB_BUF{nullptr};      // preview pixels; host sets and clears
+    std::shared_ptr<unsigned char[]> previewPixels;    // owns WEB_BUF; host only
+    std::atomic<std::size_t> previewBytes{0};          // WEB_BUF's size; host sets it first
 
     // Hand-shakes: host raises with release, stream answers with release.
     std::atomic<bool> isShootPhoto{false};
@@ -123,7 +123,7 @@ struct LibraryState {
     std::string outPdfPath;
     std::vector<std::string> pdf_filelist;
     std::vector<std::string> img_filelist;
-    std::vector<std::string> addFileList; // unused; part of the declared state
+    std::vector<std::string> addFileList; // unused
 };
 
 // The one instance.

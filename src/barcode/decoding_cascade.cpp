@@ -45,7 +45,7 @@ std::string GetQR(cv::Mat gray, int mode) {
                               kAdaptiveBlock, 0);
         text = GetQRInBinImg(bin, mode);
     }
-    // Begins with Otsu's picture once more: hosts count on the number of scans.
+    // Begins with Otsu's picture once more.
     for (const int level : doccam::thresholdLadder(otsu)) {
         if (!text.empty()) {
             break;

@@ -40,7 +40,7 @@ cv::Mat readPicture(const char* path) {
     }
 }
 
-// A file's pixels are blue first, so red and blue exchange their weights; hosts know these greys.
+// A file's pixels are blue first, so red and blue exchange their weights.
 cv::Mat greyOfFile(const cv::Mat& picture) {
     cv::Mat grey;
     cv::cvtColor(picture, grey, cv::COLOR_RGB2GRAY);

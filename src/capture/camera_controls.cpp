@@ -93,7 +93,7 @@ int SetVideoCtlParam(int selector, int value) {
     if (!library.bKeep) {
         return -1;
     }
-    // Gamma goes into the query record: hosts rely on the value reaching the control used last.
+    // Deliberate: gamma goes into the query record, and the value to the control used last.
     selectControl(selector, selector == kGamma ? library.qctrl.id : library.ctrl.id);
     Sleep(50);
     if (!writeControl(value, "set param error!")) {

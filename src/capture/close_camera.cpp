@@ -1,4 +1,4 @@
-// Closing a session: its order and its waits are what hosts and cameras are used to.
+// Closing a session, in a fixed order with fixed waits.
 #include "api/boundary.h"
 #include "api/library_state.h"
 #include "capture/driver_buffers.h"

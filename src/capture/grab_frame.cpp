@@ -47,7 +47,7 @@ int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& leng
         std::printf("invalid buffer index: %d", static_cast<int>(record.index));
         return kGrabImpossibleBuffer;
     }
-    // Drivers have been seen to name lengths beyond what was mapped or can be a frame.
+    // A driver may name a length beyond what was mapped or can be a frame.
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
                                          library.mappedLength[record.index], frame.size()});
     std::copy_n(library.video_buffer_ptr[record.index], copied, frame.data());

@@ -60,10 +60,14 @@ void leaveOpenNode() {
     std::puts("---------openCamera closeCamera!---------");
 }
 
-void releaseImages() {
-    for (cv::Mat* image : {&state().srcimage, &state().roimage, &state().zoomimage}) {
+// A callback of the thread that was given up may still read them; the next session takes others.
+void leavePixelsBehind() {
+    LibraryState& library = state();
+    for (cv::Mat* image : {&library.srcimage, &library.roimage, &library.zoomimage}) {
         image->release();
     }
+    library.WEB_BUF = nullptr;
+    library.previewPixels.reset();
 }
 
 // What an earlier session could not release: its thread and its mappings outlive a descriptor that
@@ -71,7 +75,7 @@ void releaseImages() {
 void endEarlierSession() {
     const EndingClaim claim(EndingClaim::IfTaken::kWait);
     if (retireStreamingThread() == ThreadEnd::kGivenUp) {
-        releaseImages();
+        leavePixelsBehind();
     }
     unmapLostBuffers();
 }
@@ -93,7 +97,9 @@ void allocateImages() {
         library.srcimage = makeSlackImage(library.nHeight, library.nWidth);
     }
     if (library.roimage.empty()) {
-        library.roimage.create(library.nWidth, library.nHeight, CV_8UC3);
+        // Black, not whatever lay there: a turn in the middle of a frame shows it before it is
+        // filled.
+        library.roimage = cv::Mat::zeros(library.nWidth, library.nHeight, CV_8UC3);
     }
 }
 

@@ -22,8 +22,7 @@ class WorkPlane {
     const cv::Mat& rows() const { return rows_; }
 
     // The byte that a reader takes for (x, y) who steps from row to row by the width: where the
-    // rows have padding, the picture leans and the padding is part of it. Hosts know the pages
-    // that come of this reading, so it is kept.
+    // rows have padding, the picture leans and the padding is part of it.
     uchar unpaddedAt(int x, int y) const {
         return memory_.data[static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols) +
                             static_cast<std::size_t>(x)];

@@ -42,7 +42,7 @@ int requestStill(const char* path) {
     }
     state().isShootPhoto.store(true, std::memory_order_release);
     pollWhile(isPending, kMostWaitsForStill);
-    // Waits while the file is there, not until it is: hosts know the call's duration.
+    // Deliberately while the file is there, not until it is.
     pollWhile(hasStill, kMostWaitsForFile);
     return 0;
 }

@@ -14,7 +14,7 @@ constexpr double kZoomStep = 4.0;
 constexpr double kLargestScale = 600.0;
 constexpr int kLastTurn = 3;
 
-// Hosts rely on picture sides that are multiples of four.
+// Picture rows then end on whole words.
 constexpr int multipleOfFour(int side) {
     return side / 4 * 4;
 }
@@ -31,8 +31,7 @@ int scaledSide(double scale, int side) {
     return truncated(scale * side / 100.0);
 }
 
-// The margin of the whole frame, not of the slightly smaller picture, as it is after each turn to
-// the best fit.
+// The margin of the whole frame; centred() takes that of the slightly smaller picture.
 ViewAxis fitted(ViewAxis axis) {
     axis.zoomStart = margin(axis.form, axis.zoom);
     axis.formStart = axis.zoomStart;

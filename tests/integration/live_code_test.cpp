@@ -3,11 +3,16 @@
 #include "integration/session_fixture.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
+#include "unit/barcode/code_pictures.h"
+#include "unit/barcode/read_rates.h"
 
 #include <doccam/doccam.hpp>
 
 #include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
 
+#include <cctype>
 #include <thread>
 
 namespace doccam::test {
@@ -266,6 +271,62 @@ TEST_F(LiveCode, IsTheSameForHostsThatAskAtOnce) {
     EXPECT_EQ(first, qrText_);
     EXPECT_EQ(second, qrText_);
 }
+
+TEST_F(LiveCode, StaysWhereItIsUntilTheNextRequest) {
+    openLarge(kMjpegFormat);
+    watchFrames();
+    const char* text = RecogBarQrCode(kQr);
+    waitForFrames(10);
+    EXPECT_EQ(text, qrText_);
+}
+
+TEST_F(LiveCode, ReadTooLateIsTheOldOneOfTheNextRequestThatTimesOut) {
+    openWithoutAFrame(kYuyvFormat);
+    virtualcam::setSleepScale(0.001);
+    RecogBarQrCode(kQr);
+    letOneFrameThrough();
+    waitUntilSilent();
+    while (state().IsRecogBarQr != kNoCodeRequest) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(RecogBarQrCode(kBar), qrText_);
+}
+
+// Every kind of code, before the camera as a photograph.
+class LiveCodeKinds : public LiveCode, public testing::WithParamInterface<int> {};
+
+TEST_P(LiveCodeKinds, AreReadInEitherFormat) {
+    const Kind& kind = kinds()[static_cast<std::size_t>(GetParam())];
+    const Code code = kind.make(0);
+    View view;
+    view.frame = {1280, 960};
+    cv::Mat picture = photograph({code}, view);
+    cv::cvtColor(picture, picture, cv::COLOR_RGB2BGR);
+    const ScratchFolder folder;
+    cv::imwrite(folder.file("code.png"), picture);
+    bed_.remove(earlier_);
+    virtualcam::CameraDescription camera = secondCamera();
+    camera.picture = folder.file("code.png");
+    bed_.add(camera);
+    const PrintedText complaints(PrintedText::Stream::kError);
+    for (const int format : {kMjpegFormat, kYuyvFormat}) {
+        SetVideoFormat(format);
+        ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
+        // The text ends for the host where it has a zero byte.
+        EXPECT_STREQ(RecogBarQrCode(kind.isQr ? kQr : kBar),
+                     kind.name == "PDF417" ? "" : code.text.c_str());
+        closeCamera();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, LiveCodeKinds, testing::Range(0, static_cast<int>(kinds().size())), [](const auto& kind) {
+        std::string letters;
+        for (const char c : kinds()[static_cast<std::size_t>(kind.param)].name) {
+            letters += std::isalnum(static_cast<unsigned char>(c)) != 0 ? std::string(1, c) : "";
+        }
+        return letters;
+    });
 
 } // namespace
 } // namespace doccam::test

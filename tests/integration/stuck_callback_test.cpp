@@ -18,6 +18,7 @@ std::atomic<bool> released{false};
 std::atomic<unsigned> pixelSum{0};
 std::atomic<bool> interruptBlocked{false};
 std::atomic<bool> faultBlocked{true};
+std::atomic<bool> pixelsStayed{false};
 
 void reset() {
     entered = 0;
@@ -130,6 +131,35 @@ TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
     released = true;
     released.notify_all();
     waitUntil(left, 3);
+}
+
+void keepsThePreview(unsigned char* pixels, int width, int height, int, int) {
+    const bool first = entered.fetch_add(1) == 0;
+    entered.notify_all();
+    if (!first) {
+        return;
+    }
+    const std::vector<unsigned char> before(pixels, pixels + width * height * 3);
+    released.wait(false);
+    pixelsStayed = std::equal(before.begin(), before.end(), pixels);
+    raise(left);
+}
+
+TEST_F(StuckCallback, KeepsItsPreviewPictureThroughTheNextSession) {
+    SetWebDataCallback(keepsThePreview);
+    openSmall(kMjpegFormat);
+    SetWebFormSize(320, 240);
+    waitUntil(entered, 1);
+    // Takes the descriptor away, so that opening ends the session without closing it.
+    getCameraName(kIndexOfEarlier);
+    virtualcam::moveSheet(earlier_, 0.2, 0.2, 30);
+    openSmall(kMjpegFormat);
+    SetWebFormSize(320, 240);
+    waitUntil(entered, 3);
+    released = true;
+    released.notify_all();
+    waitUntil(left, 1);
+    EXPECT_TRUE(pixelsStayed);
 }
 
 TEST_F(StuckCallback, IsNotDisturbedByTheHostsSignalsButSeesItsOwnFaults) {

@@ -191,7 +191,7 @@ class RandomHost {
 
     // Does the same to the library and to the model.
     void act(Model& model) {
-        switch (between(0, 11)) {
+        switch (between(0, 12)) {
         case 0:
             declareForm(model);
             break;
@@ -219,6 +219,8 @@ class RandomHost {
             model.zoomOut();
             break;
         case 7:
+            setAngle(model);
+            break;
         case 8:
             zoomInOften(model);
             break;
@@ -239,6 +241,12 @@ class RandomHost {
         const int width = between(1, 2000), height = between(1, 1500);
         FuncSuitableSize(width, height);
         model.fit(width, height);
+    }
+
+    // The view stays that of the angle before until the next operation.
+    void setAngle(Model& model) {
+        model.RotateAngle = between(0, 3);
+        SetRotate(model.RotateAngle);
     }
 
     void zoomInOften(Model& model) {

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <ostream>
 
 namespace doccam::test {
 namespace {
@@ -16,6 +17,10 @@ struct Control {
     int code;
     std::function<int()> call;
 };
+
+void PrintTo(const Control& control, std::ostream* out) {
+    *out << control.request;
+}
 
 int read() {
     int ignored = 0;

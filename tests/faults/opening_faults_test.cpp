@@ -6,6 +6,9 @@
 #include <doccam/doccam.hpp>
 
 #include <cerrno>
+#include <ostream>
+#include <string>
+#include <vector>
 
 namespace doccam::test {
 namespace {
@@ -17,6 +20,15 @@ struct Step {
     bool holdsNode;
     std::vector<int> errors;
 };
+
+void PrintTo(const Step& step, std::ostream* out) {
+    *out << step.request;
+}
+
+std::string nameOf(const testing::TestParamInfo<Step>& step) {
+    const std::string request = step.param.request;
+    return request.rfind("VIDIOC_", 0) == 0 ? request.substr(7) : request;
+}
 
 class OpeningFaults : public SweepTest, public testing::WithParamInterface<Step> {};
 
@@ -50,10 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
         Step{"mmap", 5, -11, true, {EACCES, EAGAIN, EBADF, EINVAL, ENODEV, ENOMEM}},
         Step{"VIDIOC_QBUF", 5, -12, true, {EINVAL, EIO, EAGAIN, ENODEV}},
         Step{"VIDIOC_STREAMON", 1, -13, true, {EINVAL, EPIPE, ENOLINK, ENOSPC, EIO, ENODEV}}),
-    [](const auto& step) {
-        const std::string request = step.param.request;
-        return request.rfind("VIDIOC_", 0) == 0 ? request.substr(7) : request;
-    });
+    nameOf);
 
 class ClosingFaults : public SweepTest, public testing::WithParamInterface<Step> {};
 
@@ -75,10 +84,7 @@ INSTANTIATE_TEST_SUITE_P(EachStep, ClosingFaults,
                          testing::Values(Step{"VIDIOC_STREAMOFF", 1, 0, false, {EINVAL, ENODEV}},
                                          Step{"VIDIOC_QUERYBUF", 5, 0, false, {EINVAL, ENODEV}},
                                          Step{"close", 1, 0, false, {EINTR, EIO}}),
-                         [](const auto& step) {
-                             const std::string request = step.param.request;
-                             return request.rfind("VIDIOC_", 0) == 0 ? request.substr(7) : request;
-                         });
+                         nameOf);
 
 } // namespace
 } // namespace doccam::test

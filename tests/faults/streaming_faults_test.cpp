@@ -7,6 +7,7 @@
 #include <doccam/doccam.hpp>
 
 #include <cerrno>
+#include <ostream>
 
 namespace doccam::test {
 namespace {
@@ -21,6 +22,10 @@ struct Request {
     int callsBefore; // calls of it before the first frame
     std::vector<int> errors;
 };
+
+void PrintTo(const Request& request, std::ostream* out) {
+    *out << request.name;
+}
 
 class StreamingFaults : public SweepTest, public testing::WithParamInterface<Request> {};
 

@@ -192,8 +192,10 @@ DOCCAM_API int ManualFocusEx(void);
  * Takes a still of the next frame and saves it at path, replacing a file that is there. The
  * extension selects the type: jpg, pdf, or whatever else the image library writes (png, bmp, tif).
  * Waits up to 4 seconds for it. Returns 0 also when the still could not be taken or saved: look
- * whether the file exists. -1: no camera is streaming, or path is null, or has 255 bytes or more
- * (nothing is deleted or requested then). One host thread at a time.
+ * whether the file exists. An extension that names no type, a pdf path without a dot in its last
+ * part, a path of less than three bytes, and a sheet whose corners lie outside the frame end the
+ * process, unless there is a fault callback. -1: no camera is streaming, or path is null, or has
+ * 255 bytes or more (nothing is deleted or requested then). One host thread at a time.
  */
 DOCCAM_API int captureImage(const char* path);
 

@@ -41,7 +41,8 @@ DOCCAM_API float GetAngle(int* points);
 // Turns the frame img into a document image as the settings say and saves it at path. cropMode 1
 // crops to the sheet that DrawingEdge found last, and straightens it. format is not used. Leaves
 // img's pixels alone. Returns 0. Throws cv::Exception when the sheet's corners give no region of
-// the frame. Streaming thread.
+// the frame or path's extension names no type, std::out_of_range for a path of less than three
+// bytes. Streaming thread.
 DOCCAM_API int capture(char* path, int format, int cropMode, cv::Mat img);
 
 // Saves the blue-first image img at path in the set colour mode. Returns 0 whether or not a file
@@ -67,7 +68,7 @@ DOCCAM_API void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma);
 // The cleaning operations take images of three channels and throw cv::Exception for any other and
 // for an empty one.
 //
-// The first paints the dark margins around the sheet white, and the first three pixels of the
+// The first paints the dark margins around the sheet white, and the outline's three pixels, two of them on the
 // sheet, in src's own pixels. A picture without a large bright region becomes all white.
 DOCCAM_API void FN_DeleteBlackEdge(cv::Mat src);
 

@@ -10,7 +10,7 @@ namespace {
 using doccam::state;
 constexpr auto kRelaxed = std::memory_order_relaxed;
 
-// A registered callback stays: a host that could swap it would race with the frame in flight.
+// A registered callback stays.
 template <typename Callback>
 void storeOnce(std::atomic<Callback>& slot, Callback callback) {
     Callback none = nullptr;

@@ -55,6 +55,8 @@ cv::Mat makeSlackImage(int rows, int columns) {
     cv::Mat image;
     image.allocator = slackAllocator();
     image.create(rows, columns, CV_8UC3);
+    // Black, not whatever lay there: the first frame may be one that cannot be decoded.
+    image.setTo(cv::Scalar::all(0));
     // Later reallocations by the image library take its own allocator again.
     image.allocator = nullptr;
     return image;

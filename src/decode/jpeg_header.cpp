@@ -8,14 +8,17 @@ namespace {
 constexpr unsigned char kFirstMarker = 0xC0;
 constexpr unsigned char kLastMarker = 0xFE;
 constexpr unsigned char kLosslessFrame = 0xF7;
+constexpr unsigned char kEndOfPicture = 0xD9;
 
 bool startsFrame(unsigned char marker) {
     return (marker >= 0xC0 && marker <= 0xC3) || marker == kLosslessFrame;
 }
 
-// Restart, start and end markers have nothing behind them.
-bool standsAlone(unsigned char marker) {
-    return marker >= 0xD0 && marker <= 0xD9;
+// Segments that decoders pass over as a whole: tables, scans, application data and comments. Behind
+// any other marker they look for the next one at once.
+bool hasLength(unsigned char marker) {
+    return marker == 0xC4 || marker == 0xDA || marker == 0xDB || marker == 0xDD ||
+           (marker >= 0xE0 && marker <= 0xEF) || marker == 0xF8 || marker == 0xFE;
 }
 
 // What is missing behind the end counts as zero, as it does for decoders with padded data.
@@ -26,7 +29,8 @@ int bigEndian(std::span<const unsigned char> bytes, std::size_t at) {
 
 } // namespace
 
-std::optional<cv::Size> announcedSize(std::span<const unsigned char> data) {
+std::vector<cv::Size> announcedSizes(std::span<const unsigned char> data) {
+    std::vector<cv::Size> sizes;
     std::size_t at = 0;
     while (at + 1 < data.size()) {
         const unsigned char marker = data[at + 1];
@@ -36,12 +40,15 @@ std::optional<cv::Size> announcedSize(std::span<const unsigned char> data) {
             continue;
         }
         at += 2;
-        if (startsFrame(marker)) {
-            return cv::Size(bigEndian(data, at + 5), bigEndian(data, at + 3));
+        if (marker == kEndOfPicture && !sizes.empty()) {
+            break;
         }
-        at += standsAlone(marker) ? 0 : static_cast<std::size_t>(bigEndian(data, at));
+        if (startsFrame(marker)) {
+            sizes.emplace_back(bigEndian(data, at + 5), bigEndian(data, at + 3));
+        }
+        at += hasLength(marker) ? static_cast<std::size_t>(bigEndian(data, at)) : 0;
     }
-    return std::nullopt;
+    return sizes;
 }
 
 } // namespace doccam

@@ -3,13 +3,13 @@
 
 #include <opencv2/core/types.hpp>
 
-#include <optional>
 #include <span>
+#include <vector>
 
 namespace doccam {
 
-// The picture size, in pixels, that the first frame header in data announces; either side may be 0.
-// Nothing when there is no such header.
-std::optional<cv::Size> announcedSize(std::span<const unsigned char> data);
+// The picture sizes, in pixels, that the frame headers in data announce up to the picture's end, in
+// their order; damaged data may have several, and either side may be 0.
+std::vector<cv::Size> announcedSizes(std::span<const unsigned char> data);
 
 } // namespace doccam

@@ -34,10 +34,11 @@ bool holds(const cv::Mat& image, std::int64_t bytes) {
 
 // The codec's own check of the size complains on the terminal.
 bool hasPossibleSize(std::span<const unsigned char> data) {
-    const auto size = announcedSize(data);
-    return !size ||
-           av_image_check_size(static_cast<unsigned>(size->width),
-                               static_cast<unsigned>(size->height), kSilence, nullptr) >= 0;
+    const auto sizes = announcedSizes(data);
+    return std::all_of(sizes.begin(), sizes.end(), [](cv::Size size) {
+        return av_image_check_size(static_cast<unsigned>(size.width),
+                                   static_cast<unsigned>(size.height), kSilence, nullptr) >= 0;
+    });
 }
 
 // Refers to the data in place, so that the codec does not copy it.
@@ -133,11 +134,20 @@ bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) 
         return false;
     }
     AVFrame& converted = *decoder.converted;
-    if (byteCount(converted.width, converted.height) < bytes ||
-        !coversSource(*decoder.picture, *decoder.scaler)) {
+    if (byteCount(converted.width, converted.height) < bytes) {
         return false;
     }
-    scalePicture(*decoder.scaler, *decoder.picture, height, converted);
+    // The kept scaler reads as many pixels as the first picture had; one that has fewer, or others,
+    // as after a damaged first frame, gets a scaler of its own.
+    CodecScaler own;
+    if (!coversSource(*decoder.picture, *decoder.scaler)) {
+        own = makeScaler(*decoder.picture, converted.width, converted.height);
+        if (!own) {
+            return false;
+        }
+    }
+    SwsContext& scaler = own ? *own : *decoder.scaler;
+    scalePicture(scaler, *decoder.picture, own ? decoder.picture->height : height, converted);
     copyPacked(converted, out.data, bytes);
     return true;
 }

@@ -14,8 +14,7 @@ namespace doccam {
 // The zero bytes that padded data has behind its end: the codec reads ahead.
 inline constexpr std::size_t kCodecPadding = AV_INPUT_BUFFER_PADDING_SIZE;
 
-// One decoder with all it owns. Existing hosts look into the record: its fields and their order are
-// fixed.
+// One decoder with all it owns. Its fields and their order are fixed.
 struct MjpegDecoder {
     void* firstReserved = nullptr;
     CodecContext context;

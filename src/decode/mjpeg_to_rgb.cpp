@@ -25,7 +25,7 @@ struct Session {
 // Why the picture cannot be written to out, or null.
 const char* obstacle(const jpeg_decompress_struct& picture, const cv::Mat& out) {
     if (picture.output_components != kPixelBytes) {
-        return "The JPEG is not a colour picture.";
+        return "The JPEG does not have three components.";
     }
     if (out.data == nullptr || !out.isContinuous() || out.type() != CV_8UC3) {
         return "The output is not a continuous image of 8-bit pixels with three channels.";

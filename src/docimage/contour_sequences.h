@@ -1,4 +1,5 @@
-// Outlines as the image library's C interface finds them: the one place that calls it for them.
+// Outlines as the image library's C interface finds them. It is called here for them, and in
+// legacy_image for C images, and nowhere else.
 #pragma once
 
 #include <opencv2/core/types.hpp>

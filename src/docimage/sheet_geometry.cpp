@@ -7,7 +7,7 @@
 namespace doccam {
 namespace {
 
-// Part of the required angles, a little short of pi.
+// A little short of pi on purpose.
 constexpr double kHalfTurn = 3.14;
 
 constexpr double kSteep = 45.0;

@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// The PDF library counts bytes in 32 bits, and no page of its largest size needs as many.
+// The PDF library counts bytes in 32 bits.
 constexpr std::size_t kMostBytes = std::size_t{1} << 30;
 constexpr unsigned kBitsPerSample = 8;
 
@@ -37,7 +37,8 @@ std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
         }
     }
     if (std::ferror(file.get()) != 0 || bytes.size() > kMostBytes) {
-        error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(errno)};
+        const bool failed = std::ferror(file.get()) != 0;
+        error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(failed ? errno : 0)};
         return std::nullopt;
     }
     return bytes;

@@ -96,7 +96,12 @@ StagedFile::StagedFile(const std::string& target)
   : target_(target)
   , path_(target) {
     const auto existing = statusOf(target);
-    existed_ = existing.has_value();
+    existed_ = existing || errno == EACCES;
+    if (!existing && existed_) {
+        // What may not be looked at, as another user's link in a shared folder, is not to be
+        // replaced either.
+        return;
+    }
     const std::string end = endOfLinks(target);
     if (existing) {
         // A file its owner has write-protected is not to be replaced either.

@@ -3,4 +3,4 @@
 set -euo pipefail
 
 [ -e "$1/libdoccam.so" ]
-objdump -p "$1/libdoccam.so" | grep -q 'SONAME *libdoccam\.so\.1$'
+objdump -p "$1/libdoccam.so" | grep 'SONAME *libdoccam\.so\.1$' >/dev/null

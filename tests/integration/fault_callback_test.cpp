@@ -114,6 +114,30 @@ TEST_F(HeardFaults, AnswerAStillThatCannotBeSaved) {
     EXPECT_THAT(lastMessage(), HasSubstr("missing/still.jpg could not be written"));
 }
 
+TEST_F(HeardFaults, AnswerAStillWhoseNameNamesNoType) {
+    virtualcam::setSleepScale(1);
+    openSmall(kMjpegFormat);
+    int count = 0;
+    for (const std::string& path : {folder_.file("still.foo"), std::string("ab")}) {
+        EXPECT_EQ(captureImage(path.c_str()), 0);
+        EXPECT_EQ(heard, ++count) << path;
+        EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+        EXPECT_FALSE(std::filesystem::exists(path));
+    }
+}
+
+TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            SetFaultCallback(nullptr);
+            virtualcam::setSleepScale(1);
+            openSmall(kMjpegFormat);
+            captureImage(folder_.file("still.foo").c_str());
+        },
+        testing::KilledBySignal(SIGABRT), "");
+}
+
 TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {
     // A frame without pixels takes the place of the turned one.
     SetRotate(1);

@@ -203,14 +203,14 @@ TEST_P(DamagedFrame, DoesNotEndTheStream) {
     }
     const std::string text = printed.take();
     EXPECT_THAT(text, testing::Not(HasSubstr("grabImage")));
-    const bool undecodable = GetParam() == FaultKind::kCorrupt;
+    const bool undecodable = GetParam() == FaultKind::kCorrupt || GetParam() == FaultKind::kEmpty;
     EXPECT_EQ(text.find("decode error.\n") != std::string::npos, undecodable);
     EXPECT_EQ(lastSeen().size(), cv::Size(640, 480));
 }
 
 INSTANTIATE_TEST_SUITE_P(FrameLoop, DamagedFrame,
                          testing::Values(FaultKind::kCorrupt, FaultKind::kTruncated,
-                                         FaultKind::kWrongSize));
+                                         FaultKind::kWrongSize, FaultKind::kEmpty));
 
 TEST_F(FrameLoop, BuffersLargerThanAFrameAreCopiedWithinBounds) {
     addFrameFault(FaultKind::kBufferBytes, 1, 640 * 480 * 3 + 4096);

@@ -97,8 +97,8 @@ TEST_F(Soak, OfSessionsLeavesTheProcessAsItWas) {
 }
 
 TEST_F(Soak, OfFramesWithARestlessHostLeavesTheProcessAsItWas) {
-    const int frames = fromEnvironment("DOCCAM_SOAK_FRAMES", kSanitized ? 150 : 600);
-    framesWithARestlessHost(kSanitized ? 50 : 200);
+    const int frames = fromEnvironment("DOCCAM_SOAK_FRAMES", kSanitized ? 100 : 300);
+    framesWithARestlessHost(kSanitized ? 30 : 100);
     closeCamera();
     const ProcessSize before = processSize();
     framesWithARestlessHost(frames);

@@ -138,7 +138,7 @@ TEST_P(Mjpeg2Rgb, RefusesPicturesWithoutColour) {
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
     EXPECT_EQ(decode(sample(Sampling::kGrey), out), -1);
-    EXPECT_EQ(printed.take(), "The JPEG is not a colour picture.\n");
+    EXPECT_EQ(printed.take(), "The JPEG does not have three components.\n");
     EXPECT_TRUE(same(out, untouched(64, 48)));
 }
 

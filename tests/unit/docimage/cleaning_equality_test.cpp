@@ -1,4 +1,4 @@
-// The cleaning operations against their plain wording, on many pictures of many widths.
+// The cleaning operations against their plain steps, on many pictures of many widths.
 #include "cleaning_pictures.h"
 #include "docimage/black_edge.h"
 #include "literal_cleaning.h"
@@ -39,13 +39,13 @@ cv::Mat maskOf(cv::Mat picture) {
 }
 
 using Operation = void (*)(cv::Mat);
-using Wording = void (*)(cv::Mat&);
+using Steps = void (*)(cv::Mat&);
 
-void expectSame(const cv::Mat& picture, Operation operation, Wording wording) {
+void expectSame(const cv::Mat& picture, Operation operation, Steps steps) {
     const cv::Mat actual = picture.clone();
     cv::Mat expected = picture.clone();
     operation(actual);
-    wording(expected);
+    steps(expected);
     EXPECT_TRUE(isSamePicture(actual, expected));
 }
 
@@ -60,35 +60,35 @@ void expectSameOfAll(const cv::Mat& picture) {
     expectSameMask(picture);
 }
 
-TEST_P(Cleaning, DeletesBlackEdgesAsWorded) {
+TEST_P(Cleaning, DeletesBlackEdgesAsThePlainStepsDo) {
     forEachScene([](const cv::Mat& scene) {
         expectSame(scene, FN_DeleteBlackEdge, literal::deleteBlackEdge);
     });
 }
 
-TEST_P(Cleaning, DeletesBlackEdgesByBrightnessAsWorded) {
+TEST_P(Cleaning, DeletesBlackEdgesByBrightnessAsThePlainStepsDo) {
     forEachScene([](const cv::Mat& scene) {
         expectSame(scene, doccam::whitenMarginsByBrightness, literal::deleteBlackEdgeByBrightness);
     });
 }
 
-TEST_P(Cleaning, MasksBlackEdgesAsWorded) {
+TEST_P(Cleaning, MasksBlackEdgesAsThePlainStepsDo) {
     forEachScene(expectSameMask);
 }
 
-TEST_P(Cleaning, DeletesTheBackgroundAsWorded) {
+TEST_P(Cleaning, DeletesTheBackgroundAsThePlainStepsDo) {
     forEachScene([](const cv::Mat& scene) {
         expectSame(scene, FN_DeleteBackcolor, literal::deleteBackcolor);
     });
 }
 
-TEST_P(Cleaning, TreatsNoiseAsWorded) {
+TEST_P(Cleaning, TreatsNoiseAsThePlainStepsDo) {
     expectSameOfAll(noise({240 + GetParam(), 200}, 5));
 }
 
 INSTANTIATE_TEST_SUITE_P(EachRemainderOfTheWidth, Cleaning, testing::Range(0, 4));
 
-TEST(CleaningOfTinyPictures, IsAsWorded) {
+TEST(CleaningOfTinyPictures, EqualsThePlainSteps) {
     for (int height = 1; height <= 6; ++height) {
         for (int width = 1; width <= 9; ++width) {
             SCOPED_TRACE(testing::Message() << width << 'x' << height);

@@ -133,7 +133,8 @@ TEST(RotateImage, ThrowsForAnEmptyPicture) {
 }
 
 TEST(RotateImage, ThrowsForAPictureTooLongForTheLibrary) {
-    EXPECT_THROW(rotateImage(cv::Mat(1, 40000, CV_8UC3), 1), cv::Exception);
+    EXPECT_THROW(rotateImage(cv::Mat(1, 32767, CV_8UC3), 0), cv::Exception);
+    EXPECT_EQ(rotateImage(cv::Mat(1, 32766, CV_8UC3), 0).cols, 32766);
 }
 
 TEST(RotateImage, ThrowsForSamplesThatTheLibraryCannotTurn) {

@@ -72,6 +72,13 @@ TEST_F(AutomaticCrop, Saves20PixelsMoreThanThePageWhenNothingClipsIt) {
     EXPECT_EQ(size, cv::Size(520, 320));
 }
 
+TEST_F(AutomaticCrop, IsNotEnlargedInASessionOfTheLargestSize) {
+    setCorners(kUpright);
+    state().isInsert1000M = true;
+    EXPECT_EQ(taken(plainFrame()).size(), cv::Size(416, 316));
+    state().isInsert1000M = false;
+}
+
 TEST_F(AutomaticCrop, KeepsTheEnlargedBox) {
     setCorners(kUpright);
     taken(plainFrame());

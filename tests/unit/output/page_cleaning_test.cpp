@@ -80,5 +80,20 @@ TEST_P(PageCleaning, WhitensTheEdgeBeforeTheBackground) {
     EXPECT_TRUE(sameBytes(taken(1, 1), expected));
 }
 
+TEST(WholeFrameCleaning, ComesBeforeTheEnlargement) {
+    const test::ScratchFolder folder;
+    std::string path = folder.file("still.png");
+    state().isDelBlackedge = 1;
+    state().isInsert1000M = true;
+    cv::Mat cleaned;
+    cv::cvtColor(frameWithSheet(), cleaned, cv::COLOR_RGB2BGR);
+    FN_DeleteBlackEdge(cleaned);
+    cv::resize(cleaned, cleaned, {3672, 2856}, 0, 0, cv::INTER_LINEAR);
+    capture(path.data(), kFormat, kWholeFrame, frameWithSheet());
+    state().isDelBlackedge = 0;
+    state().isInsert1000M = false;
+    EXPECT_TRUE(sameBytes(cv::imread(path), cleaned));
+}
+
 } // namespace
 } // namespace doccam

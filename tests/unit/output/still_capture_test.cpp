@@ -200,14 +200,14 @@ TEST_F(StillCapture, LeavesTheFramesPixelsAlone) {
 TEST_F(StillCapture, EnlargesTheFrameOfTheLargestSize) {
     state().isInsert1000M = true;
     frame_.colRange(0, 16).setTo(cv::Scalar(0, 0, 0));
-    for (const int turns : {0, 1, 2, 3}) {
+    for (const int turns : {0, 1, 2, 3, 4, -1}) {
         SetRotate(turns);
         PrintedText printed;
         EXPECT_EQ(capture(target_.data(), 0, 0, frame_), 0);
         EXPECT_EQ(printed.take(),
                   "capture->path:" + target_ + "\ncapture->01\ncapture->02\ncapture->04\n");
         const Decoded still = readPng(target_);
-        const bool upright = turns % 2 == 1;
+        const bool upright = turns == 1 || turns == 3;
         EXPECT_EQ(still.width, upright ? 2856 : 3672);
         EXPECT_EQ(still.height, upright ? 3672 : 2856);
         EXPECT_EQ(still.at(0, 0), (Pixel{0, 0, 0}));

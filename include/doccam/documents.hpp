@@ -68,8 +68,9 @@ DOCCAM_API void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma);
 // The cleaning operations take images of three channels and throw cv::Exception for any other and
 // for an empty one.
 //
-// The first paints the dark margins around the sheet white, and the outline's three pixels, two of them on the
-// sheet, in src's own pixels. A picture without a large bright region becomes all white.
+// The first paints the dark margins around the sheet white, and the outline's three pixels, two of
+// them on the sheet, in src's own pixels. A picture without a large bright region becomes all
+// white.
 DOCCAM_API void FN_DeleteBlackEdge(cv::Mat src);
 
 // The same for the image file at path, which is replaced; its type follows its extension. Turns the

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 namespace doccam::vm {
 namespace {
@@ -94,9 +95,13 @@ void Bench::printGuest() {
     utsname kernel{};
     uname(&kernel);
     std::printf("guest: %s %s %s\n", kernel.sysname, kernel.release, kernel.version);
+    std::set<std::filesystem::path> devices;
     for (const auto& entry : std::filesystem::directory_iterator("/sys/class/video4linux")) {
-        if (firstLine(entry.path() / "index") == "0") {
-            printNode(entry.path());
+        devices.insert(entry.path());
+    }
+    for (const auto& device : devices) {
+        if (firstLine(device / "index") == "0") {
+            printNode(device);
         }
     }
 }

@@ -20,6 +20,7 @@ class DeviceEvents {
   private:
     struct Unref {
         void operator()(udev* context) const { udev_unref(context); }
+
         void operator()(udev_monitor* monitor) const { udev_monitor_unref(monitor); }
     };
 

@@ -30,8 +30,17 @@ SheetFrames::SheetFrames(virtualcam::SceneSettings scene)
 
 virtualcam::FrameBytes SheetFrames::frame(std::uint32_t pixelFormat, virtualcam::Size size,
                                           std::uint32_t number) {
-    const std::uint32_t picture = number % kPictures;
     const std::lock_guard lock(mutex_);
+    return drawn(pixelFormat, size, held_.value_or(number % kPictures));
+}
+
+void SheetFrames::hold(std::optional<std::uint32_t> picture) {
+    const std::lock_guard lock(mutex_);
+    held_ = picture;
+}
+
+const virtualcam::FrameBytes& SheetFrames::drawn(std::uint32_t pixelFormat, virtualcam::Size size,
+                                                 std::uint32_t picture) {
     virtualcam::FrameBytes& bytes = drawn_[{pixelFormat, size.width, size.height, picture}];
     if (!bytes) {
         virtualcam::SceneSettings scene = scene_;
@@ -44,8 +53,9 @@ virtualcam::FrameBytes SheetFrames::frame(std::uint32_t pixelFormat, virtualcam:
 
 std::vector<cv::Mat> SheetFrames::pictures(std::uint32_t pixelFormat, virtualcam::Size size) {
     std::vector<cv::Mat> all;
-    for (std::uint32_t number = 0; number < kPictures; ++number) {
-        all.push_back(decode(*frame(pixelFormat, size, number), pixelFormat, size));
+    const std::lock_guard lock(mutex_);
+    for (std::uint32_t picture = 0; picture < kPictures; ++picture) {
+        all.push_back(decode(*drawn(pixelFormat, size, picture), pixelFormat, size));
     }
     return all;
 }

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <mutex>
+#include <optional>
 #include <tuple>
 
 namespace doccam::vm {
@@ -17,9 +18,12 @@ class SheetFrames : public virtualcam::FrameSource {
 
     explicit SheetFrames(virtualcam::SceneSettings scene);
 
-    // Picture number % kPictures.
+    // Picture number % kPictures, or the one that is held.
     virtualcam::FrameBytes frame(std::uint32_t pixelFormat, virtualcam::Size size,
                                  std::uint32_t number) override;
+
+    // Sends one picture only from now on; none: all of them in turn, as at first.
+    void hold(std::optional<std::uint32_t> picture);
 
     // All pictures as another decoder than the library's shows them, red first.
     std::vector<cv::Mat> pictures(std::uint32_t pixelFormat, virtualcam::Size size);
@@ -29,8 +33,12 @@ class SheetFrames : public virtualcam::FrameSource {
   private:
     using Key = std::tuple<std::uint32_t, int, int, std::uint32_t>;
 
+    const virtualcam::FrameBytes& drawn(std::uint32_t pixelFormat, virtualcam::Size size,
+                                        std::uint32_t picture);
+
     const virtualcam::SceneSettings scene_;
     std::mutex mutex_;
+    std::optional<std::uint32_t> held_;
     std::map<Key, virtualcam::FrameBytes> drawn_;
 };
 

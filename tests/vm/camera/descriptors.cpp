@@ -40,9 +40,15 @@ std::uint32_t controlMap(const CameraDescription& camera, std::uint8_t unit) {
 }
 
 Bytes controlUnits(const CameraDescription& camera) {
-    Bytes units{13,   kClassInterface, 0x01, 0x00, 0x01, 0, 0, // video class 1.00
-                0x80, 0x8d,            0x5b, 0x00, 1,    kStreamingInterface};
-    append(units, {18, kClassInterface, 0x02, kCameraTerminal, 0x01, 0x02, 0, 0, 0, 0, 0, 0, 0, 0, 3});
+    Bytes units{13,   kClassInterface,
+                0x01, 0x00,
+                0x01, 0,
+                0, // video class 1.00
+                0x80, 0x8d,
+                0x5b, 0x00,
+                1,    kStreamingInterface};
+    append(units,
+           {18, kClassInterface, 0x02, kCameraTerminal, 0x01, 0x02, 0, 0, 0, 0, 0, 0, 0, 0, 3});
     appendLittle(units, controlMap(camera, kCameraTerminal), 3);
     append(units, {11, kClassInterface, 0x05, kProcessingUnit, kCameraTerminal, 0, 0, 2});
     appendLittle(units, controlMap(camera, kProcessingUnit), 2);
@@ -63,7 +69,8 @@ Bytes controlInterface(const CameraDescription& camera) {
 Bytes frameDescriptor(std::uint8_t subtype, std::uint8_t number, virtualcam::Size size,
                       const std::vector<int>& rates) {
     const auto bytes = static_cast<std::uint32_t>(size.width * size.height * 2);
-    Bytes out{static_cast<std::uint8_t>(26 + 4 * rates.size()), kClassInterface, subtype, number, 0};
+    Bytes out{static_cast<std::uint8_t>(26 + 4 * rates.size()), kClassInterface, subtype, number,
+              0};
     appendLittle(out, static_cast<std::uint32_t>(size.width), 2);
     appendLittle(out, static_cast<std::uint32_t>(size.height), 2);
     appendLittle(out, bytes * 8 * static_cast<std::uint32_t>(rates.back()), 4);
@@ -98,8 +105,19 @@ Bytes formatDescriptors(const FormatDescription& format, std::uint8_t number) {
 
 Bytes streamingFormats(const CameraDescription& camera) {
     const auto count = static_cast<std::uint8_t>(camera.formats.size());
-    Bytes out{static_cast<std::uint8_t>(13 + count), kClassInterface, 0x01, count, 0, 0,
-              0x80 | kVideoEndpoint, 0, kOutputTerminal, 0, 0, 0, 1};
+    Bytes out{static_cast<std::uint8_t>(13 + count),
+              kClassInterface,
+              0x01,
+              count,
+              0,
+              0,
+              0x80 | kVideoEndpoint,
+              0,
+              kOutputTerminal,
+              0,
+              0,
+              0,
+              1};
     out.resize(out.size() + count);
     std::uint8_t number = 0;
     for (const FormatDescription& format : camera.formats) {
@@ -114,7 +132,7 @@ Bytes streamingInterface(const CameraDescription& camera) {
     Bytes out{9, kInterface, kStreamingInterface, 0, 0, kVideoClass, 0x02, 0, 0};
     append(out, streamingFormats(camera));
     std::uint8_t setting = 0;
-    for (const std::uint16_t packet : {0x0200, 0x0400, 0x0c00, 0x1400}) {
+    for (const std::uint32_t packet : {0x0200U, 0x0400U, 0x0c00U, 0x1400U}) {
         append(out, {9, kInterface, kStreamingInterface, ++setting, 1, kVideoClass, 0x02, 0, 0});
         append(out, {7, kEndpoint, 0x80 | kVideoEndpoint, 0x05});
         appendLittle(out, packet, 2);

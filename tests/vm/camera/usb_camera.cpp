@@ -91,6 +91,9 @@ bool UsbCamera::receive() {
 }
 
 bool UsbCamera::receiveInto(Bytes& bytes) {
+    if (bytes.empty()) {
+        return true; // recv would wait for bytes all the same
+    }
     const auto wanted = static_cast<ssize_t>(bytes.size());
     return recv(line_.get(), bytes.data(), bytes.size(), MSG_WAITALL) == wanted;
 }
@@ -130,8 +133,8 @@ void UsbCamera::handleSubmit(const Request& request) {
 }
 
 void UsbCamera::handleUnlink(const Request& request) {
-    const bool waited = std::erase(waitingForStatus_, request.unlinked) != 0 ||
-                        stream_.unlink(request.unlinked);
+    const bool waited =
+        std::erase(waitingForStatus_, request.unlinked) != 0 || stream_.unlink(request.unlinked);
     send(unlinkReply(request, waited ? -ECONNRESET : 0));
 }
 

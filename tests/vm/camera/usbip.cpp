@@ -7,9 +7,8 @@ constexpr std::size_t kSetupOffset = 40;
 
 Bytes reply(const Request& request, Command command, int status) {
     Bytes out;
-    for (const std::uint32_t field :
-         {static_cast<std::uint32_t>(command), request.sequence, 0U, 0U, 0U,
-          static_cast<std::uint32_t>(status)}) {
+    for (const std::uint32_t field : {static_cast<std::uint32_t>(command), request.sequence, 0U, 0U,
+                                      0U, static_cast<std::uint32_t>(status)}) {
         appendBig32(out, field);
     }
     return out;

@@ -82,8 +82,7 @@ bool VideoRequests::set(const Setup& setup, ByteView data) {
     if (data.size() < kSettingsBytes || (selector != kProbe && selector != kCommit)) {
         return false;
     }
-    (selector == kProbe ? probed_ : committed_) =
-        offered({data[2], data[3], little(data, 4, 4)});
+    (selector == kProbe ? probed_ : committed_) = offered({data[2], data[3], little(data, 4, 4)});
     return true;
 }
 
@@ -177,8 +176,7 @@ StreamSettings VideoRequests::offered(StreamSettings wanted) const {
 }
 
 Bytes VideoRequests::encode(const StreamSettings& settings) const {
-    const virtualcam::Size size =
-        camera_.formats[settings.format - 1U].sizes[settings.frame - 1U];
+    const virtualcam::Size size = camera_.formats[settings.format - 1U].sizes[settings.frame - 1U];
     Bytes out{1, 0, settings.format, settings.frame};
     appendLittle(out, settings.interval, 4);
     out.resize(18); // key frames, quality, window and delay: not used

@@ -79,8 +79,8 @@ void VideoStream::fill(Packet& packet, Bytes& data) {
     const std::size_t length = std::min(room, frame_->size() - sent_);
     const bool last = sent_ + length == frame_->size();
     data.push_back(kPayloadHeader);
-    data.push_back(static_cast<std::uint8_t>(kEndOfHeader | (number_ & 1U) |
-                                             (last ? kEndOfFrame : 0U)));
+    data.push_back(
+        static_cast<std::uint8_t>(kEndOfHeader | (number_ & 1U) | (last ? kEndOfFrame : 0U)));
     const auto begin = frame_->begin() + static_cast<std::ptrdiff_t>(sent_);
     data.insert(data.end(), begin, begin + static_cast<std::ptrdiff_t>(length));
     packet.actual = static_cast<std::uint32_t>(kPayloadHeader + length);

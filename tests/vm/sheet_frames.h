@@ -1,0 +1,49 @@
+// The frames that the emulated cameras send: the drawn sheet in several positions.
+#pragma once
+
+#include "device/frame_source.h"
+#include "picture/frame_cache.h"
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <tuple>
+
+namespace doccam::vm {
+
+// Any thread. A picture is drawn when it is first wanted, which takes a second in the guest.
+class SheetFrames : public virtualcam::FrameSource {
+  public:
+    static constexpr std::uint32_t kPictures = 3;
+
+    explicit SheetFrames(virtualcam::SceneSettings scene);
+
+    // Picture number % kPictures, or the one that is held.
+    virtualcam::FrameBytes frame(std::uint32_t pixelFormat, virtualcam::Size size,
+                                 std::uint32_t number) override;
+
+    // Sends one picture only from now on; none: all of them in turn, as at first.
+    void hold(std::optional<std::uint32_t> picture);
+
+    // All pictures as another decoder than the library's shows them, red first.
+    std::vector<cv::Mat> pictures(std::uint32_t pixelFormat, virtualcam::Size size);
+
+    const virtualcam::SceneSettings& scene() const { return scene_; }
+
+  private:
+    using Key = std::tuple<std::uint32_t, int, int, std::uint32_t>;
+
+    const virtualcam::FrameBytes& drawn(std::uint32_t pixelFormat, virtualcam::Size size,
+                                        std::uint32_t picture);
+
+    const virtualcam::SceneSettings scene_;
+    std::mutex mutex_;
+    std::optional<std::uint32_t> held_;
+    std::map<Key, virtualcam::FrameBytes> drawn_;
+};
+
+// How far two pictures of one size are apart, in grey levels: the mean over the samples of 16 rows,
+// where it is largest. A part of a frame that is missing or of another frame shows up.
+double worstDifference(const cv::Mat& one, const cv::Mat& other);
+
+} // namespace doccam::vm

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csetjmp>
+#include <string_view>
 
 namespace doccam {
 namespace {
@@ -13,6 +14,17 @@ bool isSimple(png_const_structp png, png_const_infop info) {
     const bool transparent = png_get_valid(png, info, PNG_INFO_tRNS) != 0;
     return png_get_interlace_type(png, info) == PNG_INTERLACE_NONE &&
            (transparent ? depth == 8 : depth <= 8);
+}
+
+// The bytes of the chunk whose header png has just read, as far as it takes memory for all of them
+// at once; it takes the pixels piece by piece.
+std::size_t bytesOfChunk(png_const_structp png, png_const_bytep header) {
+    constexpr std::string_view kPixels = "IDAT";
+    if ((png_get_io_state(png) & PNG_IO_MASK_LOC) != PNG_IO_CHUNK_HDR ||
+        std::equal(kPixels.begin(), kPixels.end(), header + 4)) {
+        return 0;
+    }
+    return png_get_uint_32(header);
 }
 
 } // namespace
@@ -43,6 +55,9 @@ void PngReader::onRead(png_structp png, png_bytep data, std::size_t length) {
     }
     std::copy_n(rest.begin(), length, data);
     rest = rest.subspan(length);
+    if (bytesOfChunk(png, data) > rest.size()) {
+        png_error(png, "file ends early");
+    }
 }
 
 bool PngReader::readHeader() {

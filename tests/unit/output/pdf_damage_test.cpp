@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
+#include <sys/resource.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -158,6 +159,20 @@ TEST_F(PdfDamage, IsNotSeenInBytesBetweenAJpegsMarkers) {
     pdf_end();
     EXPECT_EQ(printed.take(), "");
     EXPECT_EQ(pageSizes(scratch_.file("out.pdf")), std::vector<std::string>{"40x30"});
+}
+
+// The most memory that the process has ever held.
+long mostKilobytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+TEST_F(PdfDamage, TakesNoMemoryForAChunkThatIsLongerThanItsFile) {
+    constexpr unsigned kClaimed = 1U << 30;
+    const long before = mostKilobytes();
+    EXPECT_EQ(printedFor("bomb.png", withRemarkOfLength(makeRgbPng(3, 2), kClaimed)), kBadPng);
+    EXPECT_LT(mostKilobytes() - before, long{kClaimed >> 10} / 2);
 }
 
 } // namespace

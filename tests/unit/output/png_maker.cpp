@@ -16,6 +16,8 @@ void refuse(png_structp /*png*/, png_const_charp message) {
     throw std::invalid_argument(message);
 }
 
+constexpr std::size_t kHeaderEnd = 33; // of the signature and the first chunk
+
 } // namespace
 
 std::string makePng(int width, const PngKind& kind, const std::vector<std::string>& rows) {
@@ -56,9 +58,16 @@ std::string makeRgbPng(int width, int height, png_color colour) {
 }
 
 std::string withBadRemark(const std::string& file) {
-    constexpr std::size_t kHeaderEnd = 33;
     const std::string remark("\0\0\0\3tEXta\0b!!!!", 15);
     return file.substr(0, kHeaderEnd) + remark + file.substr(kHeaderEnd);
+}
+
+std::string withRemarkOfLength(const std::string& file, unsigned bytes) {
+    std::string remark;
+    for (const int shift : {24, 16, 8, 0}) {
+        remark.push_back(static_cast<char>(bytes >> shift & 0xFF));
+    }
+    return file.substr(0, kHeaderEnd) + remark + "tEXta" + file.substr(kHeaderEnd);
 }
 
 } // namespace doccam::test

@@ -25,4 +25,7 @@ std::string makeRgbPng(int width, int height, png_color colour = {200, 100, 50})
 // file with a text chunk after its header whose checksum is wrong: sound, but for a warning.
 std::string withBadRemark(const std::string& file);
 
+// file with the beginning of a text chunk after its header that claims to hold that many bytes.
+std::string withRemarkOfLength(const std::string& file, unsigned bytes);
+
 } // namespace doccam::test

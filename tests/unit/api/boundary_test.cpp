@@ -1,0 +1,28 @@
+#include "api/boundary.h"
+#include "support/printed_text.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace doccam::test {
+namespace {
+
+TEST(Guarded, ReturnsWhatTheActionReturns) {
+    EXPECT_EQ(guarded("shoot", -1, [] { return 7; }), 7);
+}
+
+TEST(Guarded, TurnsAnExceptionIntoOneLineAndTheFailureResult) {
+    PrintedText said(PrintedText::Stream::kError);
+    EXPECT_EQ(guarded("shoot", -1, []() -> int { throw std::runtime_error("no film"); }), -1);
+    EXPECT_EQ(said.take(), "doccam: shoot: no film\n");
+}
+
+TEST(Guarded, TurnsAnythingThatIsThrownIntoTheFailureResult) {
+    PrintedText said(PrintedText::Stream::kError);
+    EXPECT_EQ(guarded("shoot", -1, []() -> int { throw 3; }), -1);
+    EXPECT_EQ(said.take(), "doccam: shoot: unknown error\n");
+}
+
+} // namespace
+} // namespace doccam::test

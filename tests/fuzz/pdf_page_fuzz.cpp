@@ -6,6 +6,8 @@
 
 #include <doccam/doccam.hpp>
 
+#include <algorithm>
+
 namespace {
 
 using namespace doccam;
@@ -33,7 +35,8 @@ bool isSmall(cv::Size size) {
 void addPage(test::Input& input, std::size_t length) {
     const bool png = input.byte() % 2 == 1;
     const auto file = input.take(length);
-    if (isSmall(png ? pngSize(file) : announcedSize(file).value_or(cv::Size()))) {
+    const auto sizes = png ? std::vector{pngSize(file)} : announcedSizes(file);
+    if (std::all_of(sizes.begin(), sizes.end(), isSmall)) {
         pdf_addPage(test::writeScratchFile(png ? "page.png" : "page.jpg", file).c_str());
     }
 }

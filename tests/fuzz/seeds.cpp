@@ -98,7 +98,7 @@ void addPages(const Seeds& seeds) {
     unsigned char place = 0;
     for (const char* type : {"jpg", "png", "bmp", "tif", "webp", "ppm"}) {
         seeds.add("black_edge_file", type,
-                  joined({{place++}, encoded("." + std::string(type), page())}));
+                  joined({{place++}, encoded(std::string(".").append(type), page())}));
     }
     const Bytes jpeg = encoded(".jpg", page());
     const Bytes png = encoded(".png", page());
@@ -148,7 +148,7 @@ void addTexts(const Seeds& seeds) {
     seeds.add("supported_models", "malformed", std::string("0c45:6366\n1778-0214\n"));
     std::string many;
     for (int row = 0; row < 10; ++row) {
-        many += "ffff:000" + std::to_string(row) + "\n";
+        many.append("ffff:000").append(std::to_string(row)).append("\n");
     }
     seeds.add("supported_models", "ten_rows", many);
     seeds.add("split", "name", std::string("\x01:USB Camera: USB Camera"));

@@ -3,6 +3,7 @@
 #include "api/library_state.h"
 #include "api/poll.h"
 #include "barcode/code_scan.h"
+#include "base/picture_file.h"
 
 #include <doccam/doccam.hpp>
 
@@ -33,7 +34,7 @@ cv::Mat readPicture(const char* path) {
         return {};
     }
     try {
-        return cv::imread(path, cv::IMREAD_COLOR);
+        return doccam::readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
         // A header may promise more pixels than the image library takes.
         return {};

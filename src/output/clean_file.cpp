@@ -1,4 +1,5 @@
 // Whitening the dark margins of image files in place.
+#include "base/picture_file.h"
 #include "docimage/black_edge.h"
 #include "output/image_file.h"
 
@@ -13,7 +14,7 @@ namespace {
 // A file that cannot be written stays as it is, and nobody is told.
 void rewrite(const char* path, int reading, void (*clean)(cv::Mat)) {
     const std::string file = path != nullptr ? path : "";
-    const cv::Mat picture = cv::imread(file, reading);
+    const cv::Mat picture = doccam::readPictureFile(file, reading);
     clean(picture);
     doccam::writeImage(file, picture);
 }

@@ -1,6 +1,7 @@
 // Settling the queue of files to be merged into one picture.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "base/picture_file.h"
 #include "output/files.h"
 
 #include <doccam/doccam.hpp>
@@ -31,7 +32,7 @@ cv::Mat readQuietly(const std::string& path) {
         return {};
     }
     try {
-        return cv::imread(path, cv::IMREAD_COLOR);
+        return doccam::readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
         return {};
     }

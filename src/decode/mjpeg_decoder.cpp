@@ -147,7 +147,7 @@ bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) 
         }
     }
     SwsContext& scaler = own ? *own : *decoder.scaler;
-    scalePicture(scaler, *decoder.picture, own ? decoder.picture->height : height, converted);
+    scalePicture(scaler, *decoder.picture, converted);
     copyPacked(converted, out.data, bytes);
     return true;
 }

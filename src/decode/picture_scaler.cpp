@@ -2,11 +2,7 @@
 
 extern "C" {
 #include <libavutil/opt.h>
-#include <libavutil/pixdesc.h>
 }
-
-#include <algorithm>
-#include <array>
 
 namespace doccam {
 namespace {
@@ -41,30 +37,6 @@ int option(SwsContext& scaler, const char* name) {
     return static_cast<int>(value);
 }
 
-int chromaShift(const AVFrame& picture) {
-    const auto* description = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
-    return description == nullptr ? 0 : description->log2_chroma_h;
-}
-
-void scaleSlice(SwsContext& scaler, const AVFrame& picture, int top, int rows, AVFrame& converted) {
-    std::array<const std::uint8_t*, 4> planes{};
-    for (int plane = 0; plane < 4; ++plane) {
-        const int shift = plane == 1 || plane == 2 ? chromaShift(picture) : 0;
-        const auto offset = static_cast<std::ptrdiff_t>(top >> shift) * picture.linesize[plane];
-        planes[plane] = picture.data[plane] == nullptr ? nullptr : picture.data[plane] + offset;
-    }
-    sws_scale(&scaler, planes.data(), picture.linesize, top, rows, converted.data,
-              converted.linesize);
-}
-
-// The first slice's rows: all of them when the scaler could not work with two slices. It needs
-// whole rows of chroma in each, and crashes when a slice has fewer rows than its vertical filter.
-int firstSlice(int rows, int wanted, const AVFrame& picture, int scaledRows) {
-    const int whole = wanted >> chromaShift(picture) << chromaShift(picture);
-    const int filterRows = 4 * rows / scaledRows + 8;
-    return whole < filterRows ? rows : std::min(whole, rows);
-}
-
 } // namespace
 
 CodecScaler makeScaler(const AVFrame& source, int width, int height) {
@@ -95,13 +67,9 @@ bool coversSource(const AVFrame& picture, SwsContext& scaler) {
            picture.height >= option(scaler, "srch");
 }
 
-void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, AVFrame& converted) {
-    const int rows = option(scaler, "srch");
-    const int first = firstSlice(rows, firstRows, picture, converted.height);
-    scaleSlice(scaler, picture, 0, first, converted);
-    if (first < rows) {
-        scaleSlice(scaler, picture, first, rows - first, converted);
-    }
+void scalePicture(SwsContext& scaler, const AVFrame& picture, AVFrame& converted) {
+    sws_scale(&scaler, picture.data, picture.linesize, 0, option(scaler, "srch"), converted.data,
+              converted.linesize);
 }
 
 } // namespace doccam

@@ -12,8 +12,8 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height);
 // True when picture has every pixel that scaler reads: its pixel format, and at least its size.
 bool coversSource(const AVFrame& picture, SwsContext& scaler);
 
-// Scales the top-left part of picture, which must cover the scaler's source, into converted. The
-// rows go in as two slices, the first of them of firstRows.
-void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, AVFrame& converted);
+// Scales the top-left part of picture, which must cover the scaler's source, into converted. All of
+// its rows at once: given fewer, the scaler library may read before its own tables.
+void scalePicture(SwsContext& scaler, const AVFrame& picture, AVFrame& converted);
 
 } // namespace doccam

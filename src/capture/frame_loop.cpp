@@ -75,7 +75,9 @@ FrameLoop::Next FrameLoop::grab() {
     if (result != 0) {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
-        noteEnd(failureReason(result, descriptor));
+        if (endsUnasked()) {
+            reportFault(DOCCAM_FAULT_STREAM_ENDED, failureReason(result, descriptor));
+        }
         return Next::kEnd;
     }
     // A short frame is followed by zeros, not by what a longer one left.
@@ -95,7 +97,9 @@ FrameLoop::Next FrameLoop::decode() {
         yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
     } else {
         std::puts("don't suport format");
-        noteEnd("the pixel format is neither MJPEG nor YUYV");
+        if (endsUnasked()) {
+            reportFault(DOCCAM_FAULT_STREAM_ENDED, "the pixel format is neither MJPEG nor YUYV");
+        }
         return Next::kEnd;
     }
     return Next::kFrame;
@@ -146,10 +150,8 @@ const cv::Mat* FrameLoop::workingImage() const {
     }
 }
 
-void FrameLoop::noteEnd(const char* reason) {
-    if (library_.bKeep && !thread_.stopRequested()) {
-        reportFault(DOCCAM_FAULT_STREAM_ENDED, reason);
-    }
+bool FrameLoop::endsUnasked() const {
+    return hostHearsFaults() && library_.bKeep && !thread_.stopRequested();
 }
 
 FrameLoop::Next FrameLoop::tellFaults() {

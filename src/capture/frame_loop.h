@@ -32,8 +32,9 @@ class FrameLoop {
     Next deliverFrame();
     Next deliverPreview();
 
-    // Notes why the stream ends, unless the host ends it.
-    void noteEnd(const char* reason);
+    // True when a host that hears faults has not ended the stream itself. Only then may the driver
+    // be asked for the reason.
+    bool endsUnasked() const;
 
     // Hands noted faults to the host.
     Next tellFaults();

@@ -46,20 +46,27 @@ DOCCAM_API int SetDataCallback(FrameCallback callback);
  * What can go wrong where no caller gets a result.
  */
 typedef enum DoccamFault {
-    DOCCAM_FAULT_STREAM_ENDED =
-        1,                    /* no more frames come: unplugged, driver error, unknown format */
-    DOCCAM_FAULT_STILL = 2,   /* a requested still could not be taken or saved */
-    DOCCAM_FAULT_CODE = 3,    /* a requested code could not be looked for */
-    DOCCAM_FAULT_PREVIEW = 4, /* a preview picture could not be made or shown */
-    DOCCAM_FAULT_OUTLINE = 5, /* the sheet's outline could not be looked for */
-    DOCCAM_FAULT_DOCUMENT = 6 /* a PDF document was spoilt and not saved */
+    /* No more frames come: the camera was unplugged, its driver failed, its format is unknown. */
+    DOCCAM_FAULT_STREAM_ENDED = 1,
+    /* A requested still could not be taken or saved. */
+    DOCCAM_FAULT_STILL = 2,
+    /* A requested code could not be looked for; its text is empty. */
+    DOCCAM_FAULT_CODE = 3,
+    /* A preview picture could not be made, or its callback threw. */
+    DOCCAM_FAULT_PREVIEW = 4,
+    /* The sheet's outline could not be looked for. */
+    DOCCAM_FAULT_OUTLINE = 5,
+    /* A PDF document was spoilt and not saved. */
+    DOCCAM_FAULT_DOCUMENT = 6,
+    /* A frame could not be decoded or turned and was left out, or its callback threw. */
+    DOCCAM_FAULT_FRAME = 7
 } DoccamFault;
 
 /*
  * Receives a fault, one of DoccamFault, and why it arose, in English. message is valid during the
  * call only. Runs on the streaming thread, or for a document on the thread that works on it; of
  * the library it may call what the other callbacks may. A still or code request is answered after
- * the call, and not at all when the call closes the camera.
+ * the call. An exception that the callback throws is named on standard error and goes no further.
  */
 typedef void (*FaultCallback)(int fault, const char* message);
 

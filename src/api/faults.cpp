@@ -1,6 +1,9 @@
 #include "api/faults.h"
 
+#include "api/boundary.h"
 #include "api/library_state.h"
+
+#include <exception>
 
 namespace doccam {
 namespace {
@@ -9,7 +12,10 @@ thread_local FaultNotes* notesOfThread = nullptr;
 
 void tellHost(DoccamFault fault, const std::string& message) {
     if (const FaultCallback callback = state().faultCallback.load(std::memory_order_acquire)) {
-        callback(fault, message.c_str());
+        guarded("the fault callback", 0, [&] {
+            callback(fault, message.c_str());
+            return 0;
+        });
     }
 }
 
@@ -27,6 +33,19 @@ void reportFault(DoccamFault fault, std::string message) {
         notesOfThread->add(fault, std::move(message));
     } else {
         tellHost(fault, message);
+    }
+}
+
+void reportException(DoccamFault fault) {
+    if (!hostHearsFaults()) {
+        throw;
+    }
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        reportFault(fault, error.what());
+    } catch (...) {
+        reportFault(fault, "unknown error");
     }
 }
 

@@ -3,7 +3,6 @@
 
 #include <doccam/doccam.h>
 
-#include <exception>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +11,9 @@ namespace doccam {
 
 // True while the host has a fault callback. Only then are exceptions contained.
 bool hostHearsFaults();
+
+// Reports the exception in flight, or lets it go on where the host does not hear faults.
+void reportException(DoccamFault fault);
 
 // Tells the host, if it listens: at once, or when the thread's FaultNotes are told.
 void reportFault(DoccamFault fault, std::string message);
@@ -38,19 +40,16 @@ class FaultNotes {
     std::vector<std::pair<DoccamFault, std::string>> notes_;
 };
 
-// Runs stage. Where the host hears faults, an exception ends only the stage, and is reported.
+// Runs stage. Where the host hears faults, an exception ends only the stage, and is reported. True
+// when there was none.
 template <typename Stage>
-void containing(DoccamFault fault, Stage&& stage) {
-    if (!hostHearsFaults()) {
-        std::forward<Stage>(stage)();
-        return;
-    }
+bool containing(DoccamFault fault, Stage&& stage) {
     try {
         std::forward<Stage>(stage)();
-    } catch (const std::exception& error) {
-        reportFault(fault, error.what());
+        return true;
     } catch (...) {
-        reportFault(fault, "unknown error");
+        reportException(fault);
+        return false;
     }
 }
 

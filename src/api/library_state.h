@@ -86,6 +86,7 @@ struct LibraryState {
     SharedPath imgSavePath;
     std::atomic<int> IsRecogBarQr{kNoCodeRequest};
     PublishedText BarQrContent;
+    std::atomic<bool> tellingFaults{false}; // a request that failed is answered after the telling
 
     // Settings: host writes, stream reads.
     std::atomic<int> cutType{0};
@@ -118,6 +119,7 @@ struct LibraryState {
     // PDF output: one thread at a time.
     PdfDocument pdfOwner;   // the open document, if any
     bool pdfBroken = false; // an error has spoilt it
+    std::string pdfFault;   // which one; empty once told
     HPDF_Doc pdf = nullptr; // stale after pdf_end
     std::jmp_buf env{};     // never armed: the error handler returns instead of jumping
     std::string outPdfPath;

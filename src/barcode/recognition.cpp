@@ -19,7 +19,8 @@ using doccam::state;
 constexpr int kMostWaitsForCode = 199;
 
 bool isPending() {
-    return state().IsRecogBarQr.load(std::memory_order_acquire) != doccam::kNoCodeRequest;
+    return state().IsRecogBarQr.load(std::memory_order_acquire) != doccam::kNoCodeRequest ||
+           state().tellingFaults.load(std::memory_order_acquire);
 }
 
 const char* requestCode(int mode) {

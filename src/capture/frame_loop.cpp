@@ -45,13 +45,13 @@ void FrameLoop::run() {
 }
 
 FrameLoop::Next FrameLoop::step() {
-    if (grab() == Next::kEnd || decode() == Next::kEnd) {
+    bool usable = false;
+    if (grab() == Next::kEnd || prepareFrame(usable) == Next::kEnd) {
         return Next::kEnd;
     }
-    if (dropAfterTurn()) {
-        return Next::kFrame;
+    if (!usable) {
+        return tellFaults();
     }
-    rotate();
     if (takeStill() == Next::kEnd || readCode() == Next::kEnd) {
         return Next::kEnd;
     }
@@ -103,6 +103,18 @@ FrameLoop::Next FrameLoop::decode() {
         return Next::kEnd;
     }
     return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::prepareFrame(bool& usable) {
+    Next next = Next::kFrame;
+    containing(DOCCAM_FAULT_FRAME, [&] {
+        next = decode();
+        if (next == Next::kFrame && !dropAfterTurn()) {
+            rotate();
+            usable = true;
+        }
+    });
+    return next;
 }
 
 bool FrameLoop::isMjpeg() const {
@@ -161,6 +173,15 @@ FrameLoop::Next FrameLoop::tellFaults() {
     return thread_.outside([this] { faults_.tell(); }) ? Next::kFrame : Next::kEnd;
 }
 
+template <typename Lower>
+FrameLoop::Next FrameLoop::answer(Lower&& lower) {
+    library_.tellingFaults.store(!faults_.empty(), std::memory_order_release);
+    lower();
+    const Next next = tellFaults();
+    library_.tellingFaults.store(false, std::memory_order_release);
+    return next;
+}
+
 FrameLoop::Next FrameLoop::takeStill() {
     if (!library_.isShootPhoto.load(std::memory_order_acquire)) {
         return Next::kFrame;
@@ -171,11 +192,7 @@ FrameLoop::Next FrameLoop::takeStill() {
             capture(path.data(), library_.fileFormat, library_.cutType, *image);
         }
     });
-    if (tellFaults() == Next::kEnd) {
-        return Next::kEnd;
-    }
-    library_.isShootPhoto.store(false, std::memory_order_release);
-    return Next::kFrame;
+    return answer([this] { library_.isShootPhoto.store(false, std::memory_order_release); });
 }
 
 FrameLoop::Next FrameLoop::readCode() {
@@ -183,7 +200,7 @@ FrameLoop::Next FrameLoop::readCode() {
     if (mode == kNoCodeRequest) {
         return Next::kFrame;
     }
-    containing(DOCCAM_FAULT_CODE, [this, mode] {
+    const bool read = containing(DOCCAM_FAULT_CODE, [this, mode] {
         if (const cv::Mat* image = workingImage()) {
             library_.BarQrContent.publish(BarQrDecodePro(*image, mode));
             if (isMjpeg()) {
@@ -191,11 +208,11 @@ FrameLoop::Next FrameLoop::readCode() {
             }
         }
     });
-    if (tellFaults() == Next::kEnd) {
-        return Next::kEnd;
+    if (!read) {
+        library_.BarQrContent.publish({});
     }
-    library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release);
-    return Next::kFrame;
+    return answer(
+        [this] { library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release); });
 }
 
 // After the still, which must not show the outline, and for the next one, which needs the corners.
@@ -215,8 +232,9 @@ FrameLoop::Next FrameLoop::deliverFrame() {
         return Next::kFrame;
     }
     const cv::Mat frame = *image;
-    const bool stays = thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); });
-    return stays ? Next::kFrame : Next::kEnd;
+    containing(DOCCAM_FAULT_FRAME,
+               [&] { thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); }); });
+    return thread_.abandoned() ? Next::kEnd : Next::kFrame;
 }
 
 FrameLoop::Next FrameLoop::deliverPreview() {
@@ -238,7 +256,7 @@ FrameLoop::Next FrameLoop::deliverPreview() {
 void* VideoStreamPro(void* /*arg*/) {
     using namespace doccam;
     const std::shared_ptr<StreamingThread> thread = StreamingThread::enter();
-    FrameLoop(*thread, state()).run();
+    containing(DOCCAM_FAULT_STREAM_ENDED, [&] { FrameLoop(*thread, state()).run(); });
     thread->leave();
     return nullptr;
 }

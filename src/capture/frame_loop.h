@@ -24,6 +24,9 @@ class FrameLoop {
     Next step();
     Next grab();
     Next decode();
+
+    // Whether the frame is there, decoded and turned, for the stages to come.
+    Next prepareFrame(bool& usable);
     bool dropAfterTurn();
     void rotate();
     Next takeStill();
@@ -38,6 +41,11 @@ class FrameLoop {
 
     // Hands noted faults to the host.
     Next tellFaults();
+
+    // Takes back the request that lower lowers. A host that waits for the answer hears faults
+    // first; one that reopens the camera when it hears them must not find the request again.
+    template <typename Lower>
+    Next answer(Lower&& lower);
 
     bool isMjpeg() const;
 

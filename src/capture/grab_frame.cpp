@@ -24,15 +24,30 @@ DequeuedBuffer dequeueBuffer(int descriptor) {
     return dequeued;
 }
 
+namespace {
+
+// A driver ends its streams before it takes its nodes away.
+bool isUnplugged(int descriptor) {
+    constexpr int kMostAsks = 20;
+    constexpr int kPause = 10;
+    for (int asks = 0; asks < kMostAsks; ++asks) {
+        v4l2_capability capability{};
+        if (ioctl(descriptor, VIDIOC_QUERYCAP, &capability) != 0 && errno == ENODEV) {
+            return true;
+        }
+        Sleep(kPause);
+    }
+    return false;
+}
+
+} // namespace
+
 const char* failureReason(int result, int descriptor) {
     if (result == kGrabImpossibleBuffer) {
         return "the driver named a buffer that does not exist";
     }
-    v4l2_capability capability{};
-    if (ioctl(descriptor, VIDIOC_QUERYCAP, &capability) != 0 && errno == ENODEV) {
-        return "the camera was unplugged";
-    }
-    return "the driver failed to hand over a frame";
+    return isUnplugged(descriptor) ? "the camera was unplugged"
+                                   : "the driver failed to hand over a frame";
 }
 
 int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& length) {

@@ -8,7 +8,10 @@
 
 #include <doccam/doccam.hpp>
 
+#include <array>
 #include <cstdio>
+#include <exception>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -17,6 +20,32 @@ namespace {
 using doccam::fileExists;
 using doccam::guarded;
 using doccam::state;
+
+// The first reason counts; what follows comes of it.
+void spoil(const char* reason) {
+    state().pdfBroken = true;
+    if (state().pdfFault.empty()) {
+        state().pdfFault = reason;
+    }
+}
+
+template <typename Step>
+void spoiltByExceptions(Step&& step) {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        spoil(error.what());
+        throw;
+    }
+}
+
+void reportSpoiltDocument() {
+    const std::string reason = std::exchange(state().pdfFault, {});
+    if (!reason.empty()) {
+        doccam::reportFault(DOCCAM_FAULT_DOCUMENT,
+                            state().outPdfPath + " could not be made or saved: " + reason);
+    }
+}
 
 // For an error that the PDF library has not reported itself.
 void report(const doccam::PdfError& error) {
@@ -73,7 +102,9 @@ int combine(const char* path, bool deleteSources) {
 void error_handler(unsigned long error_no, unsigned long detail_no, void* /*user_data*/) {
     std::printf("ERROR: error_no=%04X, detail_no=%u\n", static_cast<unsigned>(error_no),
                 static_cast<unsigned>(detail_no));
-    state().pdfBroken = true;
+    std::array<char, 64> reason{};
+    std::snprintf(reason.data(), reason.size(), "error %04lX, detail %lu", error_no, detail_no);
+    spoil(reason.data());
 }
 
 int pdf_start(const char* path) {
@@ -83,7 +114,11 @@ int pdf_start(const char* path) {
         }
         state().outPdfPath = path;
         state().pdfBroken = false;
+        state().pdfFault.clear();
         state().pdfOwner = doccam::makePdfDocument(error_handler);
+        if (!state().pdfOwner) {
+            spoil("out of memory");
+        }
         state().pdf = state().pdfOwner.get();
         return 0;
     });
@@ -94,26 +129,21 @@ int pdf_addPage(const char* imagePath) {
         if (imagePath == nullptr || !state().pdfOwner || state().pdfBroken) {
             return 0;
         }
-        try {
-            report(doccam::addPicturePage(state().pdf, imagePath));
-        } catch (...) {
-            state().pdfBroken = true;
-            throw;
-        }
+        spoiltByExceptions([&] { report(doccam::addPicturePage(state().pdf, imagePath)); });
         return 0;
     });
 }
 
 int pdf_end() {
+    const auto document = std::move(state().pdfOwner);
+    if (document && !state().pdfBroken) {
+        guarded("pdf_end", 0, [] {
+            spoiltByExceptions(save);
+            return 0;
+        });
+    }
     return guarded("pdf_end", 0, [] {
-        const auto document = std::move(state().pdfOwner);
-        if (document && !state().pdfBroken) {
-            save();
-        }
-        if (document && state().pdfBroken) {
-            doccam::reportFault(DOCCAM_FAULT_DOCUMENT,
-                                state().outPdfPath + " could not be made or saved");
-        }
+        reportSpoiltDocument();
         return 0;
     });
 }

@@ -51,7 +51,11 @@ int SaveImage(char* path, cv::Mat img) {
         return 0;
     }
     if (extension == "pdf") {
-        return TempImgToPdf(path, *picture);
+        TempImgToPdf(path, *picture);
+        if (state().pdfBroken) {
+            doccam::reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
+        }
+        return 0;
     }
     const auto parameters = extension == "jpg" ? jpegParameters() : std::vector<int>{};
     if (!doccam::writeImage(target, *picture, parameters)) {

@@ -21,7 +21,8 @@ constexpr int kMostWaitsForStill = 79;
 constexpr int kMostWaitsForFile = 3;
 
 bool isPending() {
-    return state().isShootPhoto.load(std::memory_order_acquire);
+    return state().isShootPhoto.load(std::memory_order_acquire) ||
+           state().tellingFaults.load(std::memory_order_acquire);
 }
 
 bool hasStill() {

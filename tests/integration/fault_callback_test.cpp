@@ -13,6 +13,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace doccam::test {
@@ -186,14 +187,13 @@ TEST_F(HeardFaults, TellOfABufferThatDoesNotExist) {
     EXPECT_EQ(lastMessage(), "the driver named a buffer that does not exist");
 }
 
-TEST_F(HeardFaults, TellOfACallbackThatEndsTheStream) {
+TEST_F(HeardFaults, OfAFrameCallbackLeaveTheStreamGoingOn) {
     SetDataCallback([](unsigned char*, int, int) { throw std::runtime_error("host trouble"); });
     openSmall(kMjpegFormat);
-    waitForFaults(1);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    waitForFaults(3);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_FRAME);
     EXPECT_EQ(lastMessage(), "host trouble");
     EXPECT_EQ(closeCamera(), 0);
-    EXPECT_EQ(heard, 1);
 }
 
 TEST_F(HeardFaults, AreNoneWhenTheHostCloses) {
@@ -213,12 +213,80 @@ TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
     waitForFaults(1);
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
-    state().isShootPhoto = false;
+    EXPECT_FALSE(state().isShootPhoto);
     SetFaultCallback(onFault);
     SetCutType(0);
     watchFrames();
     openSmall(kMjpegFormat);
     waitForFrames(1);
+}
+
+TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
+    SetRotate(1);
+    SetDataCallback([](unsigned char*, int, int) { state().roimage.release(); });
+    openSmall(kMjpegFormat);
+    while (heard == 0) {
+        EXPECT_STREQ(RecogBarQrCode(1), "");
+    }
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_CODE);
+}
+
+TEST_F(HeardFaults, OfAStillAsPdfAreBothTheDocumentsAndTheStills) {
+    virtualcam::setSleepScale(1);
+    openSmall(kMjpegFormat);
+    EXPECT_EQ(captureImage(folder_.file("missing/still.pdf").c_str()), 0);
+    EXPECT_EQ(heard, 2);
+    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+}
+
+TEST_F(HeardFaults, AreHeardFromTheMomentTheCallbackIsSet) {
+    SetFaultCallback(nullptr);
+    SetDataCallback([](unsigned char*, int, int) {
+        SetFaultCallback(onFault);
+        throw std::runtime_error("host trouble");
+    });
+    openSmall(kMjpegFormat);
+    waitForFaults(2);
+    EXPECT_EQ(lastMessage(), "host trouble");
+}
+
+TEST_F(HeardFaults, EndTheProcessAfterTheCallbackIsTakenAway) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(
+        {
+            SetDataCallback([](unsigned char*, int, int) {
+                SetFaultCallback(nullptr);
+                throw std::runtime_error("host trouble");
+            });
+            openSmall(kMjpegFormat);
+            waitForFaults(1);
+        },
+        testing::KilledBySignal(SIGABRT), "host trouble");
+}
+
+TEST_F(HeardFaults, MayThrowInTheirCallback) {
+    SetFaultCallback([](int fault, const char* message) {
+        onFault(fault, message);
+        throw std::runtime_error("no log");
+    });
+    requestStillOfASheetOutside();
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFaults(1);
+    waitForFrames(3);
+    EXPECT_FALSE(state().isShootPhoto);
+}
+
+TEST_F(HeardFaults, AskTheDriverForNoReasonWhenNobodyHears) {
+    SetFaultCallback(nullptr);
+    addCallFault("VIDIOC_DQBUF", EIO, 3);
+    openSmall(kMjpegFormat);
+    const int asked = virtualcam::callCount("VIDIOC_QUERYCAP");
+    while (virtualcam::callCount("VIDIOC_DQBUF") < 3) {
+        std::this_thread::yield();
+    }
+    closeCamera();
+    EXPECT_EQ(virtualcam::callCount("VIDIOC_QUERYCAP"), asked);
 }
 
 TEST_F(HeardFaults, TellOfADocumentOnTheThreadThatMakesIt) {

@@ -7,6 +7,11 @@
 #include <stdexcept>
 
 namespace doccam::vm {
+namespace {
+
+constexpr int kPatience = 60000; // milliseconds; events take tens of them
+
+} // namespace
 
 DeviceEvents::DeviceEvents()
   : context_(udev_new())
@@ -22,7 +27,9 @@ DeviceEvents::DeviceEvents()
 void DeviceEvents::waitFor(const std::string& action, int count) {
     while (count > 0) {
         pollfd event{udev_monitor_get_fd(monitor_.get()), POLLIN, 0};
-        poll(&event, 1, -1);
+        if (poll(&event, 1, kPatience) == 0) {
+            throw std::runtime_error("the device manager tells of no " + action);
+        }
         const UdevDevice device(udev_monitor_receive_device(monitor_.get()));
         if (device && action == udev_device_get_action(device.get())) {
             --count;

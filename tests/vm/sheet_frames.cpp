@@ -1,24 +1,30 @@
 #include "vm/sheet_frames.h"
 
-#include <opencv2/imgcodecs.hpp>
-#include <opencv2/imgproc.hpp>
-
-#include <algorithm>
+#include <doccam/decoding.hpp>
 
 namespace doccam::vm {
 namespace {
 
 constexpr double kAngleStep = 2.5;
-constexpr int kBand = 16;
 
 cv::Mat decode(const std::vector<std::uint8_t>& bytes, std::uint32_t pixelFormat,
                virtualcam::Size size) {
     cv::Mat decoded;
     if (pixelFormat == virtualcam::kMjpeg) {
-        cv::cvtColor(cv::imdecode(bytes, cv::IMREAD_COLOR), decoded, cv::COLOR_BGR2RGB);
+        decoded.create(size.height, size.width, CV_8UC3);
+        std::vector<std::uint8_t> data = bytes;
+        cv::Mat unused;
+        av_decode_init();
+        do_excute_image(data.data(), static_cast<int>(data.size()), size.width, size.height,
+                        decoded, unused);
+        av_decode_deinit();
     } else {
-        const cv::Mat packed = cv::Mat(bytes).reshape(2, size.height);
-        cv::cvtColor(packed, decoded, cv::COLOR_YUV2RGB_YUYV);
+        constexpr int kPairBytes = 4; // the conversion takes one pair of pixels more
+        std::vector<std::uint8_t> packed = bytes;
+        packed.resize(packed.size() + kPairBytes);
+        cv::Mat room(size.height + 1, size.width, CV_8UC3);
+        yuyv_to_rgb888(packed.data(), room.data, size.width, size.height);
+        decoded = room.rowRange(0, size.height);
     }
     return decoded;
 }
@@ -58,17 +64,6 @@ std::vector<cv::Mat> SheetFrames::pictures(std::uint32_t pixelFormat, virtualcam
         all.push_back(decode(*drawn(pixelFormat, size, picture), pixelFormat, size));
     }
     return all;
-}
-
-double worstDifference(const cv::Mat& one, const cv::Mat& other) {
-    cv::Mat apart;
-    cv::absdiff(one, other, apart);
-    double worst = 0;
-    for (int row = 0; row < apart.rows; row += kBand) {
-        const cv::Scalar mean = cv::mean(apart.rowRange(row, std::min(row + kBand, apart.rows)));
-        worst = std::max(worst, (mean[0] + mean[1] + mean[2]) / 3);
-    }
-    return worst;
 }
 
 } // namespace doccam::vm

@@ -25,7 +25,7 @@ class SheetFrames : public virtualcam::FrameSource {
     // Sends one picture only from now on; none: all of them in turn, as at first.
     void hold(std::optional<std::uint32_t> picture);
 
-    // All pictures as another decoder than the library's shows them, red first.
+    // All pictures as the library decodes them, red first. While no session is open.
     std::vector<cv::Mat> pictures(std::uint32_t pixelFormat, virtualcam::Size size);
 
     const virtualcam::SceneSettings& scene() const { return scene_; }
@@ -41,9 +41,5 @@ class SheetFrames : public virtualcam::FrameSource {
     std::optional<std::uint32_t> held_;
     std::map<Key, virtualcam::FrameBytes> drawn_;
 };
-
-// How far two pictures of one size are apart, in grey levels: the mean over the samples of 16 rows,
-// where it is largest. A part of a frame that is missing or of another frame shows up.
-double worstDifference(const cv::Mat& one, const cv::Mat& other);
 
 } // namespace doccam::vm

@@ -3,7 +3,9 @@
 #include "row.h"
 
 #include <benchmark/benchmark.h>
+#include <fcntl.h>
 #include <opencv2/core.hpp>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -17,6 +19,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
+
+// Short rows get more rounds: on a busy machine some of them run undisturbed.
+constexpr std::chrono::seconds kLeastTime{3};
 
 std::vector<Row>& entered() {
     static std::vector<Row> all;
@@ -63,9 +68,10 @@ void runContest(const Row& row, Result& result) {
         if (result.allocations.empty()) {
             result.allocations = allocationsOf(contest);
         }
+        const auto end = Clock::now() + kLeastTime;
         double ours = std::numeric_limits<double>::max();
         double peer = ours;
-        for (int round = 0; round < row.rounds; ++round) {
+        for (int round = 0; round < row.rounds || Clock::now() < end; ++round) {
             peer = std::min(peer, timed(contest.beforePeer, contest.peer));
             ours = std::min(ours, timed(contest.beforeOurs, contest.ours));
         }
@@ -118,6 +124,29 @@ class Progress : public benchmark::BenchmarkReporter {
     }
 };
 
+// The library tells on standard output what it does; the table stands there alone.
+class SilentLibrary {
+  public:
+    SilentLibrary()
+      : output_(dup(STDOUT_FILENO)) {
+        const int nowhere = open("/dev/null", O_WRONLY);
+        dup2(nowhere, STDOUT_FILENO);
+        close(nowhere);
+    }
+
+    ~SilentLibrary() {
+        std::fflush(stdout);
+        dup2(output_, STDOUT_FILENO);
+        close(output_);
+    }
+
+    SilentLibrary(const SilentLibrary&) = delete;
+    SilentLibrary& operator=(const SilentLibrary&) = delete;
+
+  private:
+    int output_;
+};
+
 int runAll(const char* resultsFile) {
     std::vector<Result> results;
     for (const Row& row : rows()) {
@@ -127,8 +156,11 @@ int runAll(const char* resultsFile) {
             ->Iterations(1)
             ->Unit(benchmark::kMillisecond);
     }
-    Progress progress;
-    benchmark::RunSpecifiedBenchmarks(&progress);
+    {
+        const SilentLibrary silent;
+        Progress progress;
+        benchmark::RunSpecifiedBenchmarks(&progress);
+    }
     printTable(results);
     if (resultsFile != nullptr) {
         writeJson(results, resultsFile);

@@ -36,7 +36,7 @@ struct Row {
     // One of the two. Times are added up over all pictures, quantities are those of the worst one.
     std::function<Contest(const Picture&)> contest = {};
     std::function<Quantity(const Picture&)> quantity = {};
-    int rounds = 30;
+    int rounds = 30; // at least
 };
 
 // Enters a row: one static object in the row's file.

@@ -1,10 +1,11 @@
 #include "docimage/pixel_turn.h"
 
+#include "docimage/pixel_tiles.h"
+
 #include <opencv2/core.hpp>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <iterator>
 
@@ -15,60 +16,81 @@ constexpr std::ptrdiff_t kPixelBytes = 3;
 
 // The turned picture is written in blocks: what a block reads and writes stays in the nearest
 // cache while each cache line of it is used several times.
-constexpr int kBlockColumns = 64;
-constexpr int kBlockRows = 16;
+constexpr int kBlock = 64;
+constexpr int kCacheLine = 64;
 
-// Copies count pixels that lie step bytes apart to places side by side. With four bytes at once,
-// the fourth of which the next pixel overwrites; the last pixel goes alone.
-void gather(const uchar* source, std::ptrdiff_t step, uchar* target, int count) {
-    for (; count > 1; --count, source += step, target += kPixelBytes) {
-        std::uint32_t pixelAndMore;
-        std::memcpy(&pixelAndMore, source, sizeof pixelAndMore);
-        std::memcpy(target, &pixelAndMore, sizeof pixelAndMore);
-    }
-    std::memcpy(target, source, kPixelBytes);
-}
-
-// The same for pixels with no byte behind them that may be read.
-void gatherLast(const uchar* source, std::ptrdiff_t step, uchar* target, int count) {
-    for (; count > 0; --count, source += step, target += kPixelBytes) {
-        std::memcpy(target, source, kPixelBytes);
+// Copies count pixels that lie step bytes apart to places side by side.
+void gather(Rows source, unsigned char* target, int count) {
+    for (; count > 0; --count, source.first += source.step, target += kPixelBytes) {
+        std::memcpy(target, source.first, kPixelBytes);
     }
 }
 
+// A row of the turned picture is a column of the source, upwards or downwards.
 class BlockTurner : public cv::ParallelLoopBody {
   public:
     BlockTurner(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
       : clockwise_(quarter == Quarter::kClockwise)
+      , columnsInTiles_(haveTiles() ? source.cols - kTileReads / int{kPixelBytes} : 0)
       , source_(source)
       , turned_(turned) {}
 
-    cv::Range bands() const { return {0, (turned_.rows + kBlockRows - 1) / kBlockRows}; }
+    cv::Range bands() const { return {0, (source_.cols + kBlock - 1) / kBlock}; }
 
+    // A band is kBlock columns of the source.
     void operator()(const cv::Range& range) const override {
-        const int end = std::min(range.end * kBlockRows, turned_.rows);
-        for (int top = range.start * kBlockRows; top < end; top += kBlockRows) {
-            for (int left = 0; left < turned_.cols; left += kBlockColumns) {
-                fillBlock(top, std::min(top + kBlockRows, end), left);
+        const int end = std::min(range.end * kBlock, source_.cols);
+        for (int column = range.start * kBlock; column < end; column += kBlock) {
+            for (int row = 0; row < source_.rows; row += kBlock) {
+                fetchBlock(column, row + kBlock);
+                fillBlock({column, std::min(column + kBlock, end)}, row);
             }
         }
     }
 
   private:
-    // A row of the turned picture is a column of the source, upwards or downwards.
-    void fillBlock(int top, int bottom, int left) const {
-        const int count = std::min(kBlockColumns, turned_.cols - left);
+    // Rows are counted here in the order in which they are turned.
+    Rows sourceFrom(int column, int row) const {
         const auto step = static_cast<std::ptrdiff_t>(source_.step);
-        for (int row = top; row < bottom; ++row) {
-            const int column = clockwise_ ? row : source_.cols - 1 - row;
-            const int first = clockwise_ ? source_.rows - 1 - left : left;
-            const auto copy = column < source_.cols - 1 ? gather : gatherLast;
-            copy(source_.ptr(first, column), clockwise_ ? -step : step, turned_.ptr(row, left),
-                 count);
+        return clockwise_ ? Rows{source_.ptr(source_.rows - 1 - row, column), -step}
+                          : Rows{source_.ptr(row, column), step};
+    }
+
+    WritableRows targetFrom(int column, int row) const {
+        const auto step = static_cast<std::ptrdiff_t>(turned_.step);
+        return clockwise_ ? WritableRows{turned_.ptr(column, row), step}
+                          : WritableRows{turned_.ptr(source_.cols - 1 - column, row), -step};
+    }
+
+    // The processor does not foresee such a path through memory, and would wait for each line.
+    void fetchBlock(int column, int row) const {
+        for (const int end = std::min(row + kBlock, source_.rows); row < end; ++row) {
+            const unsigned char* const pixels = sourceFrom(column, row).first;
+            for (int offset = 0; offset < kBlock * kPixelBytes; offset += kCacheLine) {
+                __builtin_prefetch(pixels + offset);
+            }
+        }
+    }
+
+    void fillBlock(cv::Range columns, int row) const {
+        const int count = std::min(kBlock, source_.rows - row);
+        const int inTiles = count / kTile * kTile;
+        int column = columns.start;
+        for (; column + kTile <= std::min(columns.end, columnsInTiles_); column += kTile) {
+            turnTiles(sourceFrom(column, row), targetFrom(column, row), inTiles / kTile);
+            gatherColumns({column, column + kTile}, row + inTiles, count - inTiles);
+        }
+        gatherColumns({column, columns.end}, row, count);
+    }
+
+    void gatherColumns(cv::Range columns, int row, int count) const {
+        for (int column = columns.start; count > 0 && column < columns.end; ++column) {
+            gather(sourceFrom(column, row), targetFrom(column, row).first, count);
         }
     }
 
     bool clockwise_;
+    int columnsInTiles_; // on their right there are pixels enough for what tiles read too much
     const cv::Mat& source_;
     cv::Mat& turned_;
 };

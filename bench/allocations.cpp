@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <map>
 #include <new>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -59,13 +60,16 @@ void* orThrow(void* memory) {
     return memory;
 }
 
+// A place without a name of its own is given as addr2line takes it.
 std::pair<std::string, std::string> nameOf(void* caller) {
     Dl_info info{};
     if (dladdr(caller, &info) == 0) {
         return {"?", ""};
     }
+    std::ostringstream offset;
+    offset << "0x" << std::hex << static_cast<char*>(caller) - static_cast<char*>(info.dli_fbase);
     return {std::filesystem::path(info.dli_fname).filename(),
-            info.dli_sname == nullptr ? "" : info.dli_sname};
+            info.dli_sname == nullptr ? offset.str() : info.dli_sname};
 }
 
 } // namespace
@@ -108,11 +112,10 @@ std::vector<Allocation> AllocationCount::take() {
 }
 
 bool isAllowed(const Allocation& allocation) {
-    // A header's record, and the list of sizes of an image with more than two dimensions.
     constexpr std::size_t kLargestHeader = 256;
     const auto begins = [&](const char* name) { return allocation.module.starts_with(name); };
     const bool header = begins("libopencv_core") &&
-                        allocation.place.find("llocator") != std::string::npos &&
+                        allocation.place != "_ZN2cv10fastMallocEm" && // of pixels
                         allocation.bytes <= kLargestHeader * allocation.times;
     return begins("libav") || begins("libsw") || begins("libdoccam-virtualcam") || header;
 }

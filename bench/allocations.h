@@ -10,7 +10,7 @@ namespace doccam::bench {
 // What one place in the code took while it was counted.
 struct Allocation {
     std::string module; // file name of the program or shared library that asked
-    std::string place;  // the nearest exported function there, as the linker spells it, or empty
+    std::string place;  // the exported function there, as the linker spells it, or the offset
     std::size_t times = 0;
     std::size_t bytes = 0;
 };

@@ -46,15 +46,16 @@ int chromaShift(const AVFrame& picture) {
     return description == nullptr ? 0 : description->log2_chroma_h;
 }
 
-void scaleSlice(SwsContext& scaler, const AVFrame& picture, int top, int rows, AVFrame& converted) {
+void scaleSlice(SwsContext& scaler, const AVFrame& picture, int top, int rows, ScaledRows target) {
     std::array<const std::uint8_t*, 4> planes{};
     for (int plane = 0; plane < 4; ++plane) {
         const int shift = plane == 1 || plane == 2 ? chromaShift(picture) : 0;
         const auto offset = static_cast<std::ptrdiff_t>(top >> shift) * picture.linesize[plane];
         planes[plane] = picture.data[plane] == nullptr ? nullptr : picture.data[plane] + offset;
     }
-    sws_scale(&scaler, planes.data(), picture.linesize, top, rows, converted.data,
-              converted.linesize);
+    const std::array<std::uint8_t*, 4> targets{target.first};
+    const std::array<int, 4> steps{target.step};
+    sws_scale(&scaler, planes.data(), picture.linesize, top, rows, targets.data(), steps.data());
 }
 
 // The first slice's rows: all of them when the scaler could not work with two slices. It needs
@@ -95,12 +96,21 @@ bool coversSource(const AVFrame& picture, SwsContext& scaler) {
            picture.height >= option(scaler, "srch");
 }
 
-void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, AVFrame& converted) {
+bool changesColoursOnly(SwsContext& scaler, int width, int height) {
+    AVPixelFormat format = AV_PIX_FMT_NONE;
+    av_opt_get_pixel_fmt(&scaler, "src_format", 0, &format);
+    // The scaler takes its rows in pairs there, and other ways where there is an odd one.
+    return (format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P) && height % 2 == 0 &&
+           option(scaler, "srcw") == width && option(scaler, "srch") == height &&
+           option(scaler, "dstw") == width && option(scaler, "dsth") == height;
+}
+
+void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, ScaledRows target) {
     const int rows = option(scaler, "srch");
-    const int first = firstSlice(rows, firstRows, picture, converted.height);
-    scaleSlice(scaler, picture, 0, first, converted);
+    const int first = firstSlice(rows, firstRows, picture, target.count);
+    scaleSlice(scaler, picture, 0, first, target);
     if (first < rows) {
-        scaleSlice(scaler, picture, first, rows - first, converted);
+        scaleSlice(scaler, picture, first, rows - first, target);
     }
 }
 

@@ -24,6 +24,8 @@ nlohmann::json jsonOf(const Result& result) {
             {"unit", result.unit},
             {"ours", result.ours},
             {"peer", result.peer},
+            {"oursProcessorTime", result.oursProcessor},
+            {"peerProcessorTime", result.peerProcessor},
             {"ratio", result.ratio()},
             {"bound", result.bound},
             {"passed", result.passed()},

@@ -12,6 +12,7 @@ struct Result {
     std::string row, peerName, unit;
     std::string failure;       // why there are no numbers, or empty
     double ours = 0, peer = 0; // the smallest of all rounds, added up over the pictures
+    double oursProcessor = 0, peerProcessor = 0; // the same in processor time, of all threads
     double bound = 0;
     std::vector<Allocation> allocations; // of one run of ours on the first picture
 

@@ -2,12 +2,12 @@
 #include "allocations.h"
 
 #include <dlfcn.h>
+#include <execinfo.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -26,31 +26,32 @@ void* __libc_memalign(std::size_t alignment, std::size_t bytes);
 namespace doccam::bench {
 namespace {
 
-// Open addressing by the caller's address: nothing here may allocate.
-struct Place {
-    std::atomic<void*> caller{nullptr};
-    std::atomic<std::size_t> times{0}, bytes{0};
+// One allocation with the calls that led to it, the nearest first.
+struct Record {
+    std::array<void*, 12> callers;
+    int depth = 0;
+    std::size_t bytes = 0;
 };
 
-constexpr std::size_t kPlaces = 4096;
+constexpr std::size_t kRecords = 65536;
 
-std::array<Place, kPlaces> places;
+std::array<Record, kRecords> records;
+std::atomic<std::size_t> recorded{0};
 std::atomic<bool> counting{false};
+thread_local bool looking = false;
 
-void count(void* caller, std::size_t bytes) {
-    if (!counting.load(std::memory_order_relaxed)) {
+void count(std::size_t bytes) {
+    if (!counting.load(std::memory_order_relaxed) || looking) {
         return;
     }
-    const std::size_t first = reinterpret_cast<std::uintptr_t>(caller) * 0x9E3779B97F4A7C15U >> 52;
-    for (std::size_t i = 0; i < kPlaces; ++i) {
-        Place& place = places[(first + i) % kPlaces];
-        void* known = nullptr;
-        if (place.caller.compare_exchange_strong(known, caller) || known == caller) {
-            place.times.fetch_add(1, std::memory_order_relaxed);
-            place.bytes.fetch_add(bytes, std::memory_order_relaxed);
-            return;
-        }
+    looking = true;
+    const std::size_t number = recorded.fetch_add(1);
+    if (number < kRecords) {
+        Record& record = records[number];
+        record.depth = backtrace(record.callers.data(), static_cast<int>(record.callers.size()));
+        record.bytes = bytes;
     }
+    looking = false;
 }
 
 void* orThrow(void* memory) {
@@ -60,26 +61,49 @@ void* orThrow(void* memory) {
     return memory;
 }
 
+struct Caller {
+    std::string module, place;
+
+    auto operator<=>(const Caller&) const = default;
+};
+
 // A place without a name of its own is given as addr2line takes it.
-std::pair<std::string, std::string> nameOf(void* caller) {
+Caller nameOf(void* address) {
     Dl_info info{};
-    if (dladdr(caller, &info) == 0) {
+    if (dladdr(address, &info) == 0) {
         return {"?", ""};
     }
     std::ostringstream offset;
-    offset << "0x" << std::hex << static_cast<char*>(caller) - static_cast<char*>(info.dli_fbase);
+    offset << "0x" << std::hex << static_cast<char*>(address) - static_cast<char*>(info.dli_fbase);
     return {std::filesystem::path(info.dli_fname).filename(),
             info.dli_sname == nullptr ? offset.str() : info.dli_sname};
+}
+
+bool isOfThisFile(const Caller& caller) {
+    return caller.place == "malloc" || caller.place == "calloc" || caller.place == "realloc" ||
+           caller.place == "memalign" || caller.place == "aligned_alloc" ||
+           caller.place == "posix_memalign" || caller.place.starts_with("_Zn"); // operator new
+}
+
+// Whoever called the C++ library, not that library's strings and lists themselves.
+Caller callerOf(const Record& record) {
+    constexpr int kCounting = 1; // count() itself
+    for (int i = kCounting; i < record.depth; ++i) {
+        Caller caller = nameOf(record.callers[static_cast<std::size_t>(i)]);
+        if (!isOfThisFile(caller) && !caller.module.starts_with("libstdc++")) {
+            return caller;
+        }
+    }
+    return {"?", ""};
 }
 
 } // namespace
 
 AllocationCount::AllocationCount() {
-    for (Place& place : places) {
-        place.caller = nullptr;
-        place.times = 0;
-        place.bytes = 0;
-    }
+    // The first call of all takes memory itself.
+    std::array<void*, 1> nearest{};
+    backtrace(nearest.data(), 1);
+    recorded = 0;
     if (counting.exchange(true)) {
         throw std::logic_error("allocations are being counted already");
     }
@@ -91,19 +115,17 @@ AllocationCount::~AllocationCount() {
 
 std::vector<Allocation> AllocationCount::take() {
     counting = false;
-    std::map<std::pair<std::string, std::string>, Allocation> byName;
-    for (const Place& place : places) {
-        if (void* const caller = place.caller) {
-            const auto name = nameOf(caller);
-            Allocation& sum = byName[name];
-            sum.module = name.first;
-            sum.place = name.second;
-            sum.times += place.times;
-            sum.bytes += place.bytes;
-        }
+    std::map<Caller, Allocation> byCaller;
+    for (std::size_t i = 0; i < std::min(recorded.load(), kRecords); ++i) {
+        const Caller caller = callerOf(records[i]);
+        Allocation& sum = byCaller[caller];
+        sum.module = caller.module;
+        sum.place = caller.place;
+        sum.times += 1;
+        sum.bytes += records[i].bytes;
     }
     std::vector<Allocation> all;
-    for (auto& [name, allocation] : byName) {
+    for (auto& [caller, allocation] : byCaller) {
         all.push_back(std::move(allocation));
     }
     std::sort(all.begin(), all.end(),
@@ -124,37 +146,35 @@ bool isAllowed(const Allocation& allocation) {
 
 using doccam::bench::count, doccam::bench::orThrow;
 
-#define CALLER __builtin_extract_return_addr(__builtin_return_address(0))
-
 extern "C" {
 
 void* malloc(std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return __libc_malloc(bytes);
 }
 
 void* calloc(std::size_t number, std::size_t bytes) {
-    count(CALLER, number * bytes);
+    count(number * bytes);
     return __libc_calloc(number, bytes);
 }
 
 void* realloc(void* memory, std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return __libc_realloc(memory, bytes);
 }
 
 void* memalign(std::size_t alignment, std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return __libc_memalign(alignment, bytes);
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return __libc_memalign(alignment, bytes);
 }
 
 int posix_memalign(void** memory, std::size_t alignment, std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     void* const made = __libc_memalign(alignment, bytes);
     if (made == nullptr) {
         return ENOMEM;
@@ -165,12 +185,12 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t bytes) {
 }
 
 void* operator new(std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return orThrow(__libc_malloc(bytes));
 }
 
 void* operator new[](std::size_t bytes) {
-    count(CALLER, bytes);
+    count(bytes);
     return orThrow(__libc_malloc(bytes));
 }
 

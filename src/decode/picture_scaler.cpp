@@ -5,6 +5,9 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
+#include <opencv2/core/types.hpp>
+#include <opencv2/core/utility.hpp>
+
 #include <algorithm>
 #include <array>
 
@@ -35,6 +38,13 @@ SourceFormat sourceFormat(const AVFrame& picture) {
     }
 }
 
+// Whether the scaler only changes the colours of such pictures. It takes their rows in pairs then,
+// each by itself; those of an odd number of rows go another way.
+bool isRecoloured(AVPixelFormat format, cv::Size from, cv::Size to) {
+    return (format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P) && from == to &&
+           to.height % 2 == 0;
+}
+
 int option(SwsContext& scaler, const char* name) {
     std::int64_t value = 0;
     av_opt_get_int(&scaler, name, 0, &value);
@@ -56,6 +66,28 @@ void scaleSlice(SwsContext& scaler, const AVFrame& picture, int top, int rows, S
     const std::array<std::uint8_t*, 4> targets{target.first};
     const std::array<int, 4> steps{target.step};
     sws_scale(&scaler, planes.data(), picture.linesize, top, rows, targets.data(), steps.data());
+}
+
+// Takes the rows at once and shares them among the scaler's threads. False when memory is short.
+bool scaleInBands(SwsContext& scaler, const AVFrame& picture, int rows, ScaledRows target) {
+    const CodecFrame frame(av_frame_alloc());
+    const auto bytes =
+        static_cast<std::size_t>(target.step) * static_cast<std::size_t>(target.count);
+    CodecBuffer borrowed(av_buffer_create(
+        target.first, bytes, [](void* /*opaque*/, std::uint8_t* /*data*/) {}, nullptr, 0));
+    if (!frame || !borrowed) {
+        return false;
+    }
+    frame->data[0] = target.first;
+    frame->linesize[0] = target.step;
+    frame->buf[0] = borrowed.release();
+    if (sws_frame_start(&scaler, frame.get(), &picture) < 0) {
+        return false;
+    }
+    const bool done = sws_send_slice(&scaler, 0, static_cast<unsigned>(rows)) >= 0 &&
+                      sws_receive_slice(&scaler, 0, static_cast<unsigned>(target.count)) >= 0;
+    sws_frame_end(&scaler);
+    return done;
 }
 
 // The first slice's rows: all of them when the scaler could not work with two slices. It needs
@@ -83,6 +115,9 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height) {
     av_opt_set_int(options, "dsth", height, 0);
     av_opt_set_pixel_fmt(options, "dst_format", AV_PIX_FMT_RGB24, 0);
     av_opt_set_int(options, "sws_flags", SWS_BICUBIC, 0);
+    if (isRecoloured(format, {source.width, source.height}, {width, height})) {
+        av_opt_set_int(options, "threads", cv::getNumThreads(), 0);
+    }
     if (sws_init_context(options, nullptr, nullptr) < 0) {
         return nullptr;
     }
@@ -99,15 +134,17 @@ bool coversSource(const AVFrame& picture, SwsContext& scaler) {
 bool changesColoursOnly(SwsContext& scaler, int width, int height) {
     AVPixelFormat format = AV_PIX_FMT_NONE;
     av_opt_get_pixel_fmt(&scaler, "src_format", 0, &format);
-    // The scaler takes its rows in pairs there, and other ways where there is an odd one.
-    return (format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P) && height % 2 == 0 &&
-           option(scaler, "srcw") == width && option(scaler, "srch") == height &&
-           option(scaler, "dstw") == width && option(scaler, "dsth") == height;
+    return option(scaler, "dstw") == width && option(scaler, "dsth") == height &&
+           isRecoloured(format, {option(scaler, "srcw"), option(scaler, "srch")}, {width, height});
 }
 
 void scalePicture(SwsContext& scaler, const AVFrame& picture, int firstRows, ScaledRows target) {
     const int rows = option(scaler, "srch");
     const int first = firstSlice(rows, firstRows, picture, target.count);
+    if (first == rows && option(scaler, "threads") > 1 &&
+        scaleInBands(scaler, picture, rows, target)) {
+        return;
+    }
     scaleSlice(scaler, picture, 0, first, target);
     if (first < rows) {
         scaleSlice(scaler, picture, first, rows - first, target);

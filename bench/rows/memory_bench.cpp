@@ -1,0 +1,66 @@
+// What a session takes: memory from frame to frame, and in all.
+#include "allocations.h"
+#include "live_session.h"
+#include "row.h"
+
+#include <malloc.h>
+
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace doccam::bench {
+namespace {
+
+Quantity allocationsPerFrame(const Picture& picture) {
+    LiveSession session(picture);
+    AllocationCount count;
+    session.nextFrame();
+    double unwanted = 0;
+    for (const Allocation& allocation : count.take()) {
+        unwanted += isAllowed(allocation) ? 0.0 : static_cast<double>(allocation.times);
+    }
+    return {unwanted, 0, ""};
+}
+
+// The process's own memory that is in use, in millions of bytes. The camera's buffers are shared
+// with the camera and do not count.
+double ownMemory() {
+    malloc_trim(0);
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("RssAnon:")) {
+            double kilobytes = 0;
+            std::istringstream(line.substr(8)) >> kilobytes;
+            return kilobytes * 1024 / 1e6;
+        }
+    }
+    throw std::runtime_error("the system does not tell the memory in use");
+}
+
+// The raw frame's copy (two bytes a pixel), two decoded pictures of the codec's (two bytes a pixel
+// each: it decodes into one while the last one may still be read), the frame and the turned frame.
+constexpr double kImagesNeeded = 3 * 2.0 / 3 + 2;
+
+Quantity sessionMemory(const Picture& picture) {
+    // What the camera and the libraries keep for good is there after one session.
+    std::make_unique<LiveSession>(picture).reset();
+    const double before = ownMemory();
+    const LiveSession session(picture);
+    return {ownMemory() - before, kImagesNeeded * kWidth * kHeight * 3 / 1e6, "MB"};
+}
+
+const Entry allocations({.name = "heap allocations per frame",
+                         .peer = "none but codec's and image headers",
+                         .bound = 0,
+                         .quantity = allocationsPerFrame});
+
+const Entry memory({.name = "memory of a session",
+                    .peer = "four frames, as the design needs",
+                    .bound = 1.1,
+                    .quantity = sessionMemory});
+
+} // namespace
+} // namespace doccam::bench

@@ -1,11 +1,10 @@
 // Runs the rows with Google Benchmark and fails when one is over its bound.
+#include "quiet_output.h"
 #include "report.h"
 #include "row.h"
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <opencv2/core.hpp>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -13,6 +12,7 @@
 #include <ctime>
 #include <exception>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace doccam::bench {
@@ -140,29 +140,6 @@ class Progress : public benchmark::BenchmarkReporter {
     }
 };
 
-// The library tells on standard output what it does; the table stands there alone.
-class SilentLibrary {
-  public:
-    SilentLibrary()
-      : output_(dup(STDOUT_FILENO)) {
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
-
-    ~SilentLibrary() {
-        std::fflush(stdout);
-        dup2(output_, STDOUT_FILENO);
-        close(output_);
-    }
-
-    SilentLibrary(const SilentLibrary&) = delete;
-    SilentLibrary& operator=(const SilentLibrary&) = delete;
-
-  private:
-    int output_;
-};
-
 int runAll(const char* resultsFile) {
     std::vector<Result> results;
     for (const Row& row : rows()) {
@@ -173,7 +150,7 @@ int runAll(const char* resultsFile) {
             ->Unit(benchmark::kMillisecond);
     }
     {
-        const SilentLibrary silent;
+        const QuietOutput quiet; // of the library, which tells what it does
         Progress progress;
         benchmark::RunSpecifiedBenchmarks(&progress);
     }
@@ -194,8 +171,11 @@ Entry::Entry(Row row) {
 
 const std::vector<Row>& rows() {
     std::vector<Row>& all = entered();
+    const auto place = [](const Row& row) {
+        return std::pair(static_cast<bool>(row.contest), row.name);
+    };
     std::sort(all.begin(), all.end(),
-              [](const Row& left, const Row& right) { return left.name < right.name; });
+              [&](const Row& left, const Row& right) { return place(left) < place(right); });
     return all;
 }
 

@@ -44,7 +44,8 @@ struct Entry {
     explicit Entry(Row row);
 };
 
-// All rows in the order of their names.
+// All rows: quantities first, since timed work leaves memory behind, each kind in the order of its
+// names.
 const std::vector<Row>& rows();
 
 bool samePixels(const cv::Mat& left, const cv::Mat& right);

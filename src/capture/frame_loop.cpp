@@ -30,9 +30,8 @@ std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
   , library_(library)
-  , frameCapacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0))) {
-    buffer_.resize(bytesToReserve(library, frameCapacity_));
-}
+  , frameCapacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0)))
+  , buffer_(bytesToReserve(library, frameCapacity_)) {}
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
@@ -82,7 +81,7 @@ FrameLoop::Next FrameLoop::grab() {
     }
     // A short frame is followed by zeros, not by what a longer one left.
     if (frameLength_ < dirtyLength_) {
-        std::fill(buffer_.begin() + frameLength_, buffer_.begin() + dirtyLength_, std::uint8_t{0});
+        std::fill(buffer_.data() + frameLength_, buffer_.data() + dirtyLength_, std::uint8_t{0});
     }
     dirtyLength_ = frameLength_;
     return Next::kFrame;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "api/faults.h"
+#include "base/zeroed_bytes.h"
 #include "capture/streaming_thread.h"
 
-#include <memory>
-#include <vector>
+#include <cstddef>
 
 namespace doccam {
 
@@ -55,8 +55,8 @@ class FrameLoop {
     StreamingThread& thread_;
     LibraryState& library_;
     FaultNotes faults_;
-    std::vector<unsigned char> buffer_; // one raw frame, and the zero bytes a decoder reads behind
-    std::size_t frameCapacity_ = 0;
+    std::size_t frameCapacity_;
+    ZeroedBytes buffer_; // one raw frame, and the zero bytes a decoder reads behind
     int frameLength_ = 0;
     int dirtyLength_ = 0; // bytes that earlier frames may have left
 };

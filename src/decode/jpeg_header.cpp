@@ -1,6 +1,7 @@
 #include "decode/jpeg_header.h"
 
 #include <cstddef>
+#include <cstring>
 
 namespace doccam {
 namespace {
@@ -29,26 +30,47 @@ int bigEndian(std::span<const unsigned char> bytes, std::size_t at) {
 
 } // namespace
 
-std::vector<cv::Size> announcedSizes(std::span<const unsigned char> data) {
-    std::vector<cv::Size> sizes;
-    std::size_t at = 0;
-    while (at + 1 < data.size()) {
-        const unsigned char marker = data[at + 1];
-        // Bytes between segments are passed over, as decoders do.
-        if (data[at] != 0xFF || marker < kFirstMarker || marker > kLastMarker) {
-            ++at;
-            continue;
-        }
-        at += 2;
-        if (marker == kEndOfPicture && !sizes.empty()) {
+// Where the next marker stands. Bytes between segments are passed over, as decoders do.
+std::size_t AnnouncedSizes::nextMarker() const {
+    std::size_t at = at_;
+    while (at + 1 < data_.size()) {
+        const void* const found = std::memchr(&data_[at], 0xFF, data_.size() - 1 - at);
+        if (found == nullptr) {
             break;
         }
-        if (startsFrame(marker)) {
-            sizes.emplace_back(bigEndian(data, at + 5), bigEndian(data, at + 3));
+        at = static_cast<std::size_t>(static_cast<const unsigned char*>(found) - data_.data());
+        if (data_[at + 1] >= kFirstMarker && data_[at + 1] <= kLastMarker) {
+            return at;
         }
-        at += hasLength(marker) ? static_cast<std::size_t>(bigEndian(data, at)) : 0;
+        ++at;
     }
-    return sizes;
+    return data_.size();
+}
+
+std::optional<cv::Size> AnnouncedSizes::next() {
+    for (at_ = nextMarker(); at_ < data_.size(); at_ = nextMarker()) {
+        const unsigned char marker = data_[at_ + 1];
+        at_ += 2;
+        if (marker == kEndOfPicture && found_) {
+            break;
+        }
+        const std::size_t header = at_;
+        at_ += hasLength(marker) ? static_cast<std::size_t>(bigEndian(data_, header)) : 0;
+        if (startsFrame(marker)) {
+            found_ = true;
+            return cv::Size(bigEndian(data_, header + 5), bigEndian(data_, header + 3));
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<cv::Size> announcedSizes(std::span<const unsigned char> data) {
+    std::vector<cv::Size> all;
+    AnnouncedSizes sizes(data);
+    while (const auto size = sizes.next()) {
+        all.push_back(*size);
+    }
+    return all;
 }
 
 } // namespace doccam

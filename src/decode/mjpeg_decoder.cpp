@@ -11,6 +11,7 @@ extern "C" {
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace doccam {
 namespace {
@@ -20,6 +21,8 @@ namespace {
 constexpr int kSilence = 128;
 
 constexpr int kPixelBytes = 3;
+constexpr int kBlock = 16; // pixels that the scaler writes at once
+constexpr std::uintptr_t kAlignment = 64;
 constexpr int kMostPixels = std::numeric_limits<int>::max() / kPixelBytes;
 
 // Of the packed picture, whose rows in memory may be longer.
@@ -32,13 +35,20 @@ bool holds(const cv::Mat& image, std::int64_t bytes) {
            image.total() * image.elemSize() >= static_cast<std::size_t>(bytes);
 }
 
+bool isPossible(cv::Size size) {
+    return av_image_check_size(static_cast<unsigned>(size.width),
+                               static_cast<unsigned>(size.height), kSilence, nullptr) >= 0;
+}
+
 // The codec's own check of the size complains on the terminal.
 bool hasPossibleSize(std::span<const unsigned char> data) {
-    const auto sizes = announcedSizes(data);
-    return std::all_of(sizes.begin(), sizes.end(), [](cv::Size size) {
-        return av_image_check_size(static_cast<unsigned>(size.width),
-                                   static_cast<unsigned>(size.height), kSilence, nullptr) >= 0;
-    });
+    AnnouncedSizes sizes(data);
+    while (const auto size = sizes.next()) {
+        if (!isPossible(*size)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // Refers to the data in place, so that the codec does not copy it.
@@ -49,9 +59,9 @@ CodecBuffer borrow(std::span<const unsigned char> data) {
 }
 
 bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
-    // The scaler works in blocks of 16 pixels: rows that end with a whole block are aligned, keep
-    // its fast paths, and let it write the last block.
-    const std::int64_t stride = (std::int64_t{width} + 15) / 16 * 16 * kPixelBytes;
+    // Rows that end with a whole block are aligned, keep the scaler's fast paths, and let it write
+    // the last block.
+    const std::int64_t stride = (std::int64_t{width} + kBlock - 1) / kBlock * kBlock * kPixelBytes;
     const std::int64_t bytes = stride * height + static_cast<std::int64_t>(kCodecPadding);
     if (stride > std::numeric_limits<int>::max()) {
         return false;
@@ -68,6 +78,20 @@ bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
     decoder.scaler = std::move(scaler);
     decoder.pixels = std::move(pixels);
     return true;
+}
+
+ScaledRows rowsOf(const AVFrame& converted) {
+    return {converted.data[0], converted.linesize[0], converted.height};
+}
+
+// The rows of the wanted picture, where the scaler may write them at once: whole blocks, aligned as
+// those of the decoder's own memory are, and nothing else. No rows when it may not.
+std::optional<ScaledRows> rowsInPlace(SwsContext& scaler, int width, int height, cv::Mat& out) {
+    const bool aligned = reinterpret_cast<std::uintptr_t>(out.data) % kAlignment == 0;
+    if (!aligned || width % kBlock != 0 || !changesColoursOnly(scaler, width, height)) {
+        return std::nullopt;
+    }
+    return ScaledRows{out.data, width * kPixelBytes, height};
 }
 
 void copyPacked(const AVFrame& converted, unsigned char* target, std::int64_t bytes) {
@@ -147,8 +171,12 @@ bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) 
         }
     }
     SwsContext& scaler = own ? *own : *decoder.scaler;
-    scalePicture(scaler, *decoder.picture, converted);
-    copyPacked(converted, out.data, bytes);
+    if (const auto rows = rowsInPlace(scaler, width, height, out)) {
+        scalePicture(scaler, *decoder.picture, *rows);
+    } else {
+        scalePicture(scaler, *decoder.picture, rowsOf(converted));
+        copyPacked(converted, out.data, bytes);
+    }
     return true;
 }
 

@@ -4,6 +4,11 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
+#include <opencv2/core/types.hpp>
+#include <opencv2/core/utility.hpp>
+
+#include <array>
+
 namespace doccam {
 namespace {
 
@@ -31,10 +36,39 @@ SourceFormat sourceFormat(const AVFrame& picture) {
     }
 }
 
+// Whether the scaler only changes the colours of such pictures. It takes their rows in pairs then,
+// each by itself; those of an odd number of rows go another way.
+bool isRecoloured(AVPixelFormat format, cv::Size from, cv::Size to) {
+    return (format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P) && from == to &&
+           to.height % 2 == 0;
+}
+
 int option(SwsContext& scaler, const char* name) {
     std::int64_t value = 0;
     av_opt_get_int(&scaler, name, 0, &value);
     return static_cast<int>(value);
+}
+
+// Takes the rows at once and shares them among the scaler's threads. False when memory is short.
+bool scaleInBands(SwsContext& scaler, const AVFrame& picture, int rows, ScaledRows target) {
+    const CodecFrame frame(av_frame_alloc());
+    const auto bytes =
+        static_cast<std::size_t>(target.step) * static_cast<std::size_t>(target.count);
+    CodecBuffer borrowed(av_buffer_create(
+        target.first, bytes, [](void* /*opaque*/, std::uint8_t* /*data*/) {}, nullptr, 0));
+    if (!frame || !borrowed) {
+        return false;
+    }
+    frame->data[0] = target.first;
+    frame->linesize[0] = target.step;
+    frame->buf[0] = borrowed.release();
+    if (sws_frame_start(&scaler, frame.get(), &picture) < 0) {
+        return false;
+    }
+    const bool done = sws_send_slice(&scaler, 0, static_cast<unsigned>(rows)) >= 0 &&
+                      sws_receive_slice(&scaler, 0, static_cast<unsigned>(target.count)) >= 0;
+    sws_frame_end(&scaler);
+    return done;
 }
 
 } // namespace
@@ -54,6 +88,9 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height) {
     av_opt_set_int(options, "dsth", height, 0);
     av_opt_set_pixel_fmt(options, "dst_format", AV_PIX_FMT_RGB24, 0);
     av_opt_set_int(options, "sws_flags", SWS_BICUBIC, 0);
+    if (isRecoloured(format, {source.width, source.height}, {width, height})) {
+        av_opt_set_int(options, "threads", cv::getNumThreads(), 0);
+    }
     if (sws_init_context(options, nullptr, nullptr) < 0) {
         return nullptr;
     }
@@ -67,9 +104,21 @@ bool coversSource(const AVFrame& picture, SwsContext& scaler) {
            picture.height >= option(scaler, "srch");
 }
 
-void scalePicture(SwsContext& scaler, const AVFrame& picture, AVFrame& converted) {
-    sws_scale(&scaler, picture.data, picture.linesize, 0, option(scaler, "srch"), converted.data,
-              converted.linesize);
+bool changesColoursOnly(SwsContext& scaler, int width, int height) {
+    AVPixelFormat format = AV_PIX_FMT_NONE;
+    av_opt_get_pixel_fmt(&scaler, "src_format", 0, &format);
+    return option(scaler, "dstw") == width && option(scaler, "dsth") == height &&
+           isRecoloured(format, {option(scaler, "srcw"), option(scaler, "srch")}, {width, height});
+}
+
+void scalePicture(SwsContext& scaler, const AVFrame& picture, ScaledRows target) {
+    const int rows = option(scaler, "srch");
+    if (option(scaler, "threads") > 1 && scaleInBands(scaler, picture, rows, target)) {
+        return;
+    }
+    const std::array<std::uint8_t*, 4> targets{target.first};
+    const std::array<int, 4> steps{target.step};
+    sws_scale(&scaler, picture.data, picture.linesize, 0, rows, targets.data(), steps.data());
 }
 
 } // namespace doccam

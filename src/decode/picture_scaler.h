@@ -3,6 +3,8 @@
 
 #include "base/codec_handles.h"
 
+#include <cstdint>
+
 namespace doccam {
 
 // A bicubic scaler from pictures like source (its size and pixel format) to width x height pixels,
@@ -12,8 +14,21 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height);
 // True when picture has every pixel that scaler reads: its pixel format, and at least its size.
 bool coversSource(const AVFrame& picture, SwsContext& scaler);
 
-// Scales the top-left part of picture, which must cover the scaler's source, into converted. All of
-// its rows at once: given fewer, the scaler library may read before its own tables.
-void scalePicture(SwsContext& scaler, const AVFrame& picture, AVFrame& converted);
+// True when all the scaler does for a picture of width x height pixels is to change its colours,
+// row by row in whole blocks, so that it writes the picture's own bytes only where rows are such
+// blocks.
+bool changesColoursOnly(SwsContext& scaler, int width, int height);
+
+// Where scaled pixels go: count rows, step bytes apart.
+struct ScaledRows {
+    std::uint8_t* first;
+    int step;
+    int count;
+};
+
+// Scales the top-left part of picture, which must cover the scaler's source, into target, which has
+// as many rows as the scaler makes. All of its rows at once: given fewer, the scaler library may
+// read before its own tables.
+void scalePicture(SwsContext& scaler, const AVFrame& picture, ScaledRows target);
 
 } // namespace doccam

@@ -2,17 +2,17 @@
 
 #include <doccam/doccam.hpp>
 
+#include <opencv2/core/utility.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <utility>
+
 namespace doccam {
 namespace {
 
-// Single precision decides which values pass the knee.
-unsigned char toByte(double value) {
-    const auto narrowed = static_cast<float>(value);
-    if (narrowed > 250.0F) {
-        return 255;
-    }
-    return narrowed < 0.0F ? 0 : static_cast<unsigned char>(narrowed);
-}
+constexpr std::size_t kStripe = 65536; // pixel pairs that one thread takes at a time
 
 // A frame's pixels are counted in 32 bits, and those of a nonsense size wrap around.
 std::int32_t pixelCount(int width, int height) {
@@ -20,38 +20,60 @@ std::int32_t pixelCount(int width, int height) {
                                      static_cast<std::uint32_t>(height));
 }
 
-unsigned char* storeRedFirst(unsigned char* target, Rgb colour) {
-    *target++ = colour.red;
-    *target++ = colour.green;
-    *target++ = colour.blue;
-    return target;
+class Stripes : public cv::ParallelLoopBody {
+  public:
+    Stripes(const unsigned char* src, unsigned char* dst, std::size_t pairs)
+      : src_(src)
+      , dst_(dst)
+      , pairs_(pairs) {}
+
+    int count() const { return static_cast<int>((pairs_ + kStripe - 1) / kStripe); }
+
+    void operator()(const cv::Range& range) const override {
+        static const YuyvPath fastest = yuyvPaths().back();
+        const std::size_t first = kStripe * static_cast<std::size_t>(range.start);
+        const std::size_t last = std::min(kStripe * static_cast<std::size_t>(range.end), pairs_);
+        fastest.convert(src_ + 4 * first, dst_ + 6 * first, last - first);
+    }
+
+  private:
+    const unsigned char* src_;
+    unsigned char* dst_;
+    std::size_t pairs_;
+};
+
+bool overlap(const unsigned char* src, const unsigned char* dst, std::size_t pairs) {
+    const std::less<> before;
+    return before(src, dst + 6 * pairs) && before(dst, src + 4 * pairs);
 }
 
-Rgb swapped(Rgb colour) {
-    return {colour.blue, colour.green, colour.red};
+void convertApart(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
+    const Stripes stripes(src, dst, pairs);
+    cv::parallel_for_({0, stripes.count()}, stripes);
+}
+
+void convertOneByOne(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
+    static const YuyvPath plain = yuyvPaths().front();
+    for (; pairs > 0; --pairs, src += 4, dst += 6) {
+        plain.convert(src, dst, 1);
+    }
 }
 
 } // namespace
-
-Rgb yuvToRgb(unsigned char y, unsigned char u, unsigned char v) {
-    const double luma = 1.164 * (y - 16);
-    return {
-        .red = toByte(luma + 1.596 * (v - 128)),
-        .green = toByte(luma - 0.813 * (v - 128) - 0.394 * (u - 128)),
-        .blue = toByte(luma + 2.018 * (u - 128)),
-    };
-}
-
 } // namespace doccam
 
 void yuyv_to_rgb888(unsigned char* src, unsigned char* dst, int width, int height) {
-    using doccam::storeRedFirst, doccam::swapped, doccam::yuvToRgb;
-    const std::int32_t pairs = doccam::pixelCount(width, height) / 2;
-    // One pair more than the frame holds; and the first pair, alone, is blue first.
-    for (std::int32_t i = 0; i <= pairs; ++i, src += 4) {
-        const doccam::Rgb left = yuvToRgb(src[0], src[1], src[3]);
-        const doccam::Rgb right = yuvToRgb(src[2], src[1], src[3]);
-        dst = storeRedFirst(dst, i == 0 ? swapped(left) : left);
-        dst = storeRedFirst(dst, i == 0 ? swapped(right) : right);
+    using namespace doccam;
+    const std::int32_t inFrame = pixelCount(width, height) / 2;
+    if (inFrame < 0) {
+        return;
     }
+    // The first pair, alone, is blue first. One pair more than the frame holds is converted.
+    const auto others = static_cast<std::size_t>(inFrame);
+    convertOneByOne(src, dst, 1);
+    std::swap(dst[0], dst[2]);
+    std::swap(dst[3], dst[5]);
+    // A host may widen a frame within one buffer, which holds it at its end.
+    const auto convert = overlap(src, dst, others + 1) ? convertOneByOne : convertApart;
+    convert(src + 4, dst + 6, others);
 }

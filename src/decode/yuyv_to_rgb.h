@@ -1,5 +1,8 @@
-// The colour formula of packed YUYV.
+// The colour formula of packed YUYV, and the loops that apply it.
 #pragma once
+
+#include <cstddef>
+#include <vector>
 
 namespace doccam {
 
@@ -10,5 +13,15 @@ struct Rgb {
 // One pixel's colour. Values above 250 come out as 255, those below 0 as 0, all others cut off to
 // whole numbers.
 Rgb yuvToRgb(unsigned char y, unsigned char u, unsigned char v);
+
+// The same loop compiled for one instruction set: count pixel pairs of src, four bytes each, become
+// six bytes each in dst, red first. The two must not overlap.
+struct YuyvPath {
+    const char* instructionSet;
+    void (*convert)(const unsigned char* src, unsigned char* dst, std::size_t count);
+};
+
+// The paths that this machine can run, the fastest last. All give the same bytes.
+std::vector<YuyvPath> yuyvPaths();
 
 } // namespace doccam

@@ -4,8 +4,11 @@
 #include "plain_codec.h"
 #include "support/printed_text.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 namespace doccam::test {
 namespace {
@@ -122,6 +125,49 @@ TEST_F(MjpegRecord, NoticesANewSizeAfterItIsMadeAnew) {
     av_decode_init();
     const Bytes frame = jpegOf(samplePicture(64, 48));
     EXPECT_GT(cv::PSNR(decoded(frame, 64, 48), plainlyDecoded(frame)), 38);
+}
+
+class MjpegPlace : public MjpegFixture, public testing::WithParamInterface<Sampling> {
+  protected:
+    // Decodes into memory that begins offset bytes behind an aligned place, and looks at what is
+    // around the picture.
+    void expectOnlyThePicture(cv::Size size, std::size_t offset) {
+        av_decode_deinit();
+        av_decode_init();
+        const Bytes frame = jpegOf(samplePicture(size.width, size.height), GetParam());
+        const std::size_t bytes = std::size_t{3} * static_cast<std::size_t>(size.area());
+        cv::Mat memory(1, static_cast<int>(bytes) + 2 * kAround, CV_8UC1, cv::Scalar(7));
+        unsigned char* const first = memory.data + kAround + offset;
+        cv::Mat pictureView(size, CV_8UC3, first);
+        decode(frame, pictureView);
+        EXPECT_TRUE(same(pictureView, plainlyScaled(frame, size))) << size << ", " << offset;
+        const std::span<const unsigned char> all(memory.data, memory.total());
+        EXPECT_THAT(all.first(kAround + offset), testing::Each(7)) << size;
+        EXPECT_THAT(all.subspan(kAround + offset + bytes), testing::Each(7)) << size;
+    }
+
+    static constexpr int kAround = 256;
+
+  private:
+    PrintedText chatter_{PrintedText::Stream::kError}; // of the plain call
+};
+
+INSTANTIATE_TEST_SUITE_P(Samplings, MjpegPlace,
+                         testing::Values(Sampling::k422, Sampling::k420, Sampling::k444),
+                         [](const auto& test) { return nameOf(test.param); });
+
+TEST_P(MjpegPlace, HoldsThePictureAndNothingElse) {
+    for (const int width : {16, 32, 48, 64, 160, 200, 203, 656}) {
+        for (const int height : {2, 16, 34, 35, 120}) {
+            expectOnlyThePicture({width, height}, 0);
+        }
+    }
+}
+
+TEST_P(MjpegPlace, NeedNotBeAligned) {
+    for (const std::size_t offset : {1, 6, 16, 32}) {
+        expectOnlyThePicture({64, 48}, offset);
+    }
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace doccam::test {
 namespace {
@@ -35,6 +36,16 @@ std::array<int, 3> formula(int y, int u, int v) {
     const double red = 1.164 * (y - 16) + 1.596 * (v - 128);
     return {limited(static_cast<float>(red)), limited(static_cast<float>(green)),
             limited(static_cast<float>(blue))};
+}
+
+int wrongPixels(const unsigned char* pixels, int first) {
+    int wrong = 0;
+    for (int pixel = first; pixel < 1 << 24; ++pixel) {
+        const auto expected = formula(pixel & 255, pixel >> 16, pixel >> 8 & 255);
+        const unsigned char* const got = &pixels[std::size_t{3} * static_cast<unsigned>(pixel)];
+        wrong += got[0] != expected[0] || got[1] != expected[1] || got[2] != expected[2] ? 1 : 0;
+    }
+    return wrong;
 }
 
 // Converts a frame with the pair behind it that the conversion also reads and writes.
@@ -63,13 +74,51 @@ Bytes everyColour() {
 
 TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColour) {
     const Bytes pixels = converted(everyColour(), 4096, 4096);
-    std::size_t wrong = 0;
-    for (int pixel = 2; pixel < 1 << 24; ++pixel) {
-        const auto expected = formula(pixel & 255, pixel >> 16, pixel >> 8 & 255);
-        const unsigned char* const got = &pixels[std::size_t{3} * static_cast<unsigned>(pixel)];
-        wrong += got[0] != expected[0] || got[1] != expected[1] || got[2] != expected[2] ? 1 : 0;
+    EXPECT_EQ(wrongPixels(pixels.data(), 2), 0); // the first pair is blue first
+}
+
+TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
+    const Bytes frame = everyColour();
+    Bytes pixels(std::size_t{3} << 24);
+    for (const YuyvPath& path : yuyvPaths()) {
+        std::fill(pixels.begin(), pixels.end(), 7);
+        path.convert(frame.data(), pixels.data(), std::size_t{1} << 23);
+        EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << path.instructionSet;
     }
-    EXPECT_EQ(wrong, 0U);
+}
+
+TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
+    const Bytes frame = noise(4 * 200);
+    for (const YuyvPath& path : yuyvPaths()) {
+        for (const std::size_t pairs : {0U, 1U, 2U, 63U, 64U, 65U, 127U, 128U, 200U}) {
+            Bytes pixels(6 * 200 + 64, 7);
+            path.convert(frame.data(), pixels.data(), pairs);
+            Bytes plain(pixels.size(), 7);
+            for (std::size_t i = 0; i < pairs; ++i) {
+                yuyvPaths().front().convert(&frame[4 * i], &plain[6 * i], 1);
+            }
+            EXPECT_EQ(pixels, plain) << path.instructionSet << ", " << pairs;
+        }
+    }
+}
+
+#ifdef __x86_64__
+TEST(YuyvToRgb, HasAPathForTheWidestInstructionSetOfTheMachine) {
+    const std::string fastest = yuyvPaths().back().instructionSet;
+    const bool wide = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
+                      __builtin_cpu_supports("avx512vl");
+    EXPECT_EQ(fastest, wide ? "AVX-512" : __builtin_cpu_supports("avx2") ? "AVX2" : "baseline");
+}
+#endif
+
+TEST(YuyvToRgb, WidensAFrameWithinOneBuffer) {
+    const Bytes frame = noise(4 * 1001);
+    Bytes apart(6 * 1001);
+    yuyv_to_rgb888(Bytes(frame).data(), apart.data(), 100, 20);
+    Bytes within(6 * 1001);
+    std::copy(frame.begin(), frame.end(), within.end() - 4 * 1001);
+    yuyv_to_rgb888(&within[2 * 1001], within.data(), 100, 20);
+    EXPECT_EQ(within, apart);
 }
 
 TEST(YuyvToRgb, GivesBlackAndWhiteForTheEndsOfTheLumaRange) {

@@ -1,0 +1,83 @@
+#include "live_session.h"
+
+#include <doccam/doccam.hpp>
+
+#include <atomic>
+#include <stdexcept>
+
+namespace doccam::bench {
+namespace {
+
+// The callbacks have no context of their own.
+std::atomic<int> arrived{0};   // frames that the streaming thread has handed over
+std::atomic<int> permitted{0}; // frames that it may go on from
+unsigned char* lastPixels = nullptr;
+
+constexpr int kNoMoreWaiting = 1 << 30;
+
+void waitUntil(const std::atomic<int>& value, int least) {
+    for (int now = value; now < least; now = value) {
+        value.wait(now);
+    }
+}
+
+void onFrame(unsigned char* pixels, int /*width*/, int /*height*/) {
+    lastPixels = pixels;
+    const int number = ++arrived;
+    arrived.notify_all();
+    waitUntil(permitted, number);
+}
+
+void onPreview(unsigned char* /*pixels*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {}
+
+virtualcam::CameraDescription cameraShowing(const Picture& picture) {
+    virtualcam::CameraDescription camera = virtualcam::documentCamera("0c45", "6366");
+    camera.intervalMs = 0;
+    camera.picture = picture.photo;
+    return camera;
+}
+
+} // namespace
+
+LiveSession::LiveSession(const Picture& picture)
+  : own_(bed_.add(cameraShowing(picture)))
+  , other_(bed_.add(cameraShowing(picture))) {
+    permitted = 0;
+    arrived = 0;
+    SetVideoFormat(0);
+    SetRotate(1);
+    SetCutType(1);
+    SetDataCallback(onFrame);
+    SetWebDataCallback(onPreview);
+    if (getDeviceCount() < 1 || openCamera(0, kWidth, kHeight) != 0) {
+        throw std::runtime_error("the virtual camera cannot be opened; run scripts/bench");
+    }
+    SetWebFormSize(800, 600);
+    waitUntil(arrived, 1);
+    // Whatever is made once is made by now.
+    for (int frame = 0; frame < 5; ++frame) {
+        nextFrame();
+    }
+}
+
+LiveSession::~LiveSession() {
+    permitted = kNoMoreWaiting;
+    permitted.notify_all();
+    closeCamera();
+}
+
+void LiveSession::nextFrame() {
+    const int number = ++permitted;
+    permitted.notify_all();
+    waitUntil(arrived, number + 1);
+}
+
+cv::Mat LiveSession::frameView() const {
+    return {kWidth, kHeight, CV_8UC3, lastPixels};
+}
+
+virtualcam::FrameBytes LiveSession::jpeg() const {
+    return virtualcam::lastFrame(own_)->bytes;
+}
+
+} // namespace doccam::bench

@@ -1,0 +1,41 @@
+// A session of the library with a virtual camera, stepped frame by frame.
+#pragma once
+
+#include "bed/test_bed.h"
+#include "picture.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <string>
+
+namespace doccam::bench {
+
+// The library at work as a host with everything switched on uses it: full size, MJPEG, a quarter
+// turn, the sheet's outline, a callback for raw frames and a preview of 800 x 600. The cameras show
+// picture, as fast as they are asked. One at a time.
+class LiveSession {
+  public:
+    explicit LiveSession(const Picture& picture);
+    ~LiveSession();
+    LiveSession(const LiveSession&) = delete;
+    LiveSession& operator=(const LiveSession&) = delete;
+
+    // Lets the streaming thread go from one call of the host to the next: one whole frame.
+    void nextFrame();
+
+    // The pixels of the last frame, which the streaming thread leaves alone until nextFrame().
+    cv::Mat frameView() const;
+
+    // The JPEG that it was made from.
+    virtualcam::FrameBytes jpeg() const;
+
+    // The node of a second camera, which the library has not opened.
+    std::string otherCamera() const { return bed_.path(other_); }
+
+  private:
+    virtualcam::TestBed bed_;
+    virtualcam::CameraId own_;
+    virtualcam::CameraId other_;
+};
+
+} // namespace doccam::bench

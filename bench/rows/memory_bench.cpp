@@ -1,0 +1,80 @@
+// What a session takes: memory from frame to frame, and in all.
+#include "allocations.h"
+#include "live_session.h"
+#include "row.h"
+
+#include <malloc.h>
+
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace doccam::bench {
+namespace {
+
+Quantity allocationsPerFrame(const Picture& picture) {
+    LiveSession session(picture);
+    AllocationCount count;
+    session.nextFrame();
+    double unwanted = 0;
+    for (const Allocation& allocation : count.take()) {
+        unwanted += isAllowed(allocation) ? 0.0 : static_cast<double>(allocation.times);
+    }
+    return {unwanted, 0, ""};
+}
+
+// The process's own memory that is in use, in millions of bytes. The camera's buffers are shared
+// with the camera and do not count.
+double ownMemory() {
+    malloc_trim(0);
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("RssAnon:")) {
+            double kilobytes = 0;
+            std::istringstream(line.substr(8)) >> kilobytes;
+            return kilobytes * 1024 / 1e6;
+        }
+    }
+    throw std::runtime_error("the system does not tell the memory in use");
+}
+
+// In frames of three bytes a pixel: the raw frame's copy, two bytes a pixel; the codec's copy of it
+// without stuffed bytes, as long; two decoded pictures of the codec's, two bytes a pixel each,
+// since it decodes into one while the other may still be read; the frame; and the turned frame.
+constexpr double kImagesNeeded = 4 * 2.0 / 3 + 2;
+
+// While one lives, large pieces of memory come from the system and go back there at once, so that
+// none counts which only was in use before.
+class FreshMemory {
+  public:
+    FreshMemory() { mallopt(M_MMAP_THRESHOLD, 1 << 20); }
+
+    ~FreshMemory() { mallopt(M_MMAP_THRESHOLD, 32 << 20); } // what it grows to by itself
+
+    FreshMemory(const FreshMemory&) = delete;
+    FreshMemory& operator=(const FreshMemory&) = delete;
+};
+
+Quantity sessionMemory(const Picture& picture) {
+    const FreshMemory fresh;
+    // What the camera and the libraries keep for good is there after one session.
+    std::make_unique<LiveSession>(picture).reset();
+    const double before = ownMemory();
+    const LiveSession session(picture);
+    return {ownMemory() - before, kImagesNeeded * kWidth * kHeight * 3 / 1e6, "MB"};
+}
+
+const Entry allocations({.name = "one frame's heap allocations",
+                         .peer = "none but codec's and image headers",
+                         .bound = 0,
+                         .quantity = allocationsPerFrame});
+
+const Entry memory({.name = "memory of a session",
+                    .peer = "4 2/3 frames, as the design needs",
+                    .bound = 1.05,
+                    .quantity = sessionMemory});
+
+} // namespace
+} // namespace doccam::bench

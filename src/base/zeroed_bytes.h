@@ -1,0 +1,35 @@
+// Bytes that are zero at first. The system provides those that are written, and no others.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace doccam {
+
+class ZeroedBytes {
+  public:
+    // Throws std::bad_alloc when memory is short.
+    explicit ZeroedBytes(std::size_t size)
+      : bytes_(static_cast<unsigned char*>(std::calloc(size, 1)))
+      , size_(size) {
+        if (!bytes_ && size > 0) {
+            throw std::bad_alloc();
+        }
+    }
+
+    unsigned char* data() const { return bytes_.get(); }
+
+    std::size_t size() const { return size_; }
+
+  private:
+    struct Release {
+        void operator()(unsigned char* bytes) const { std::free(bytes); }
+    };
+
+    std::unique_ptr<unsigned char, Release> bytes_;
+    std::size_t size_;
+};
+
+} // namespace doccam

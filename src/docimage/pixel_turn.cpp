@@ -1,0 +1,142 @@
+#include "docimage/pixel_turn.h"
+
+#include "docimage/pixel_tiles.h"
+
+#include <opencv2/core.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+
+namespace doccam {
+namespace {
+
+constexpr std::ptrdiff_t kPixelBytes = 3;
+
+// The turned picture is written in blocks: what a block reads and writes stays in the nearest
+// cache while each cache line of it is used several times.
+constexpr int kBlock = 64;
+constexpr int kCacheLine = 64;
+
+// Copies count pixels that lie step bytes apart to places side by side.
+void gather(Rows source, unsigned char* target, int count) {
+    for (; count > 0; --count, source.first += source.step, target += kPixelBytes) {
+        std::memcpy(target, source.first, kPixelBytes);
+    }
+}
+
+// A row of the turned picture is a column of the source, upwards or downwards.
+class BlockTurner : public cv::ParallelLoopBody {
+  public:
+    BlockTurner(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
+      : clockwise_(quarter == Quarter::kClockwise)
+      , columnsInTiles_(haveTiles() ? source.cols - kTileReads / int{kPixelBytes} : 0)
+      , source_(source)
+      , turned_(turned) {}
+
+    cv::Range bands() const { return {0, (source_.cols + kBlock - 1) / kBlock}; }
+
+    // A band is kBlock columns of the source.
+    void operator()(const cv::Range& range) const override {
+        const int end = std::min(range.end * kBlock, source_.cols);
+        for (int column = range.start * kBlock; column < end; column += kBlock) {
+            for (int row = 0; row < source_.rows; row += kBlock) {
+                fetchBlock(column, row + kBlock);
+                fillBlock({column, std::min(column + kBlock, end)}, row);
+            }
+        }
+    }
+
+  private:
+    // Rows are counted here in the order in which they are turned.
+    Rows sourceFrom(int column, int row) const {
+        const auto step = static_cast<std::ptrdiff_t>(source_.step);
+        return clockwise_ ? Rows{source_.ptr(source_.rows - 1 - row, column), -step}
+                          : Rows{source_.ptr(row, column), step};
+    }
+
+    WritableRows targetFrom(int column, int row) const {
+        const auto step = static_cast<std::ptrdiff_t>(turned_.step);
+        return clockwise_ ? WritableRows{turned_.ptr(column, row), step}
+                          : WritableRows{turned_.ptr(source_.cols - 1 - column, row), -step};
+    }
+
+    // The processor does not foresee such a path through memory, and would wait for each line.
+    void fetchBlock(int column, int row) const {
+        for (const int end = std::min(row + kBlock, source_.rows); row < end; ++row) {
+            const unsigned char* const pixels = sourceFrom(column, row).first;
+            for (int offset = 0; offset < kBlock * kPixelBytes; offset += kCacheLine) {
+                __builtin_prefetch(pixels + offset);
+            }
+        }
+    }
+
+    void fillBlock(cv::Range columns, int row) const {
+        const int count = std::min(kBlock, source_.rows - row);
+        const int inTiles = count / kTile * kTile;
+        int column = columns.start;
+        for (; column + kTile <= std::min(columns.end, columnsInTiles_); column += kTile) {
+            turnTiles(sourceFrom(column, row), targetFrom(column, row), inTiles / kTile);
+            gatherColumns({column, column + kTile}, row + inTiles, count - inTiles);
+        }
+        gatherColumns({column, columns.end}, row, count);
+    }
+
+    void gatherColumns(cv::Range columns, int row, int count) const {
+        for (int column = columns.start; count > 0 && column < columns.end; ++column) {
+            gather(sourceFrom(column, row), targetFrom(column, row).first, count);
+        }
+    }
+
+    bool clockwise_;
+    int columnsInTiles_; // on their right there are pixels enough for what tiles read too much
+    const cv::Mat& source_;
+    cv::Mat& turned_;
+};
+
+// Exchanges rows from the two ends of the image.
+class RowExchange : public cv::ParallelLoopBody {
+  public:
+    explicit RowExchange(cv::Mat& image)
+      : image_(image) {}
+
+    cv::Range pairs() const { return {0, image_.rows / 2}; }
+
+    void operator()(const cv::Range& range) const override {
+        for (int row = range.start; row < range.end; ++row) {
+            auto* const upper = image_.ptr<cv::Vec3b>(row);
+            auto* const lower = image_.ptr<cv::Vec3b>(image_.rows - 1 - row);
+            std::swap_ranges(upper, upper + image_.cols,
+                             std::make_reverse_iterator(lower + image_.cols));
+        }
+    }
+
+  private:
+    cv::Mat& image_;
+};
+
+} // namespace
+
+bool canTurn(const cv::Mat& image) {
+    return image.dims == 2 && image.type() == CV_8UC3 && !image.empty();
+}
+
+void turnQuarter(const cv::Mat& source, Quarter quarter, cv::Mat& turned) {
+    CV_Assert(canTurn(source) && turned.type() == source.type());
+    CV_Assert(turned.rows == source.cols && turned.cols == source.rows);
+    const BlockTurner turner(source, quarter, turned);
+    cv::parallel_for_(turner.bands(), turner);
+}
+
+void turnHalf(cv::Mat& image) {
+    CV_Assert(canTurn(image));
+    const RowExchange exchange(image);
+    cv::parallel_for_(exchange.pairs(), exchange);
+    if (image.rows % 2 != 0) {
+        auto* const middle = image.ptr<cv::Vec3b>(image.rows / 2);
+        std::reverse(middle, middle + image.cols);
+    }
+}
+
+} // namespace doccam

@@ -1,0 +1,125 @@
+// The one-pass turns against the image library's transpositions and mirrors.
+#include "api/library_state.h"
+#include "docimage/pixel_turn.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+
+namespace doccam::test {
+namespace {
+
+cv::Mat noisy(int rows, int cols) {
+    cv::Mat picture(rows, cols, CV_8UC3);
+    cv::RNG random(7);
+    random.fill(picture, cv::RNG::UNIFORM, 0, 256);
+    return picture;
+}
+
+// A view that ends with the memory around it on one side, and has pixels around it on the others.
+cv::Mat viewOf(int rows, int cols) {
+    return noisy(rows + 2, cols + 3)(cv::Rect(3, 2, cols, rows));
+}
+
+cv::Mat plainlyTurned(const cv::Mat& source, Quarter quarter) {
+    cv::Mat turned;
+    cv::transpose(source, turned);
+    cv::flip(turned, turned, quarter == Quarter::kClockwise ? 1 : 0);
+    return turned;
+}
+
+bool same(const cv::Mat& left, const cv::Mat& right) {
+    return left.size() == right.size() && cv::norm(left, right, cv::NORM_INF) == 0;
+}
+
+// Around the sizes of the blocks that turns work in, and far from them.
+constexpr int kSides[] = {1, 2, 3, 4, 5, 15, 16, 17, 31, 63, 64, 65, 100, 129, 200};
+
+template <typename Check>
+void forAllSizes(Check check) {
+    for (const int rows : kSides) {
+        for (const int cols : kSides) {
+            check(rows, cols);
+        }
+    }
+}
+
+TEST(PixelTurn, TurnsByAQuarterAsTransposingAndMirroringDo) {
+    for (const Quarter quarter : {Quarter::kClockwise, Quarter::kCounterClockwise}) {
+        forAllSizes([quarter](int rows, int cols) {
+            const cv::Mat source = noisy(rows, cols);
+            cv::Mat turned(cols, rows, CV_8UC3);
+            turnQuarter(source, quarter, turned);
+            EXPECT_TRUE(same(turned, plainlyTurned(source, quarter))) << rows << " x " << cols;
+        });
+    }
+}
+
+TEST(PixelTurn, TurnsViewsIntoViewsAndWritesNothingAround) {
+    for (const Quarter quarter : {Quarter::kClockwise, Quarter::kCounterClockwise}) {
+        forAllSizes([quarter](int rows, int cols) {
+            const cv::Mat source = viewOf(rows, cols);
+            cv::Mat around(cols + 2, rows + 2, CV_8UC3, cv::Scalar::all(9));
+            cv::Mat expected = around.clone();
+            const cv::Rect inside(1, 1, rows, cols);
+            cv::Mat turned = around(inside);
+            turnQuarter(source, quarter, turned);
+            plainlyTurned(source, quarter).copyTo(expected(inside));
+            EXPECT_TRUE(same(around, expected)) << rows << " x " << cols;
+        });
+    }
+}
+
+TEST(PixelTurn, TurnsByHalfAsTwoMirrorsDo) {
+    forAllSizes([](int rows, int cols) {
+        for (cv::Mat image : {noisy(rows, cols), viewOf(rows, cols)}) {
+            cv::Mat expected;
+            cv::flip(image, expected, -1);
+            turnHalf(image);
+            EXPECT_TRUE(same(image, expected)) << rows << " x " << cols;
+        }
+    });
+}
+
+TEST(PixelTurn, TurnsAWholeFrame) {
+    const cv::Mat frame = noisy(2448, 3264);
+    for (const Quarter quarter : {Quarter::kClockwise, Quarter::kCounterClockwise}) {
+        cv::Mat turned(3264, 2448, CV_8UC3);
+        turnQuarter(frame, quarter, turned);
+        EXPECT_TRUE(same(turned, plainlyTurned(frame, quarter)));
+    }
+}
+
+TEST(PixelTurn, TakesPicturesOfThreeBytePixelsOnly) {
+    EXPECT_TRUE(canTurn(noisy(1, 1)));
+    EXPECT_FALSE(canTurn(cv::Mat()));
+    EXPECT_FALSE(canTurn(cv::Mat(2, 2, CV_8UC1)));
+    EXPECT_FALSE(canTurn(cv::Mat({2, 2, 2}, CV_8UC3)));
+}
+
+class TurnedFrame : public testing::Test {
+  protected:
+    void TearDown() override { state().roimage.release(); }
+};
+
+TEST_F(TurnedFrame, TakesPicturesOfOtherPixels) {
+    const cv::Mat grey = cv::Mat_<uchar>({2, 3}, {1, 2, 3, 4, 5, 6});
+    state().roimage.create(1, 1, CV_8UC3);
+    CamdataRote90(grey);
+    EXPECT_TRUE(same(state().roimage, plainlyTurned(grey, Quarter::kClockwise)));
+    CamdataRote270(grey);
+    EXPECT_TRUE(same(state().roimage, plainlyTurned(grey, Quarter::kCounterClockwise)));
+}
+
+TEST_F(TurnedFrame, IsTurnedOnItself) {
+    for (const int rows : {20, 30}) {
+        const cv::Mat before = noisy(rows, 20);
+        state().roimage = before.clone();
+        CamdataRote90(state().roimage);
+        EXPECT_TRUE(same(state().roimage, plainlyTurned(before, Quarter::kClockwise)));
+    }
+}
+
+} // namespace
+} // namespace doccam::test

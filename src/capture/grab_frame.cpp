@@ -1,6 +1,7 @@
 #include "capture/grab_frame.h"
 
 #include "api/library_state.h"
+#include "base/parallel_copy.h"
 
 #include <doccam/doccam.hpp>
 
@@ -65,7 +66,7 @@ int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& leng
     // A driver may name a length beyond what was mapped or can be a frame.
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
                                          library.mappedLength[record.index], frame.size()});
-    std::copy_n(library.video_buffer_ptr[record.index], copied, frame.data());
+    copyInParallel({library.video_buffer_ptr[record.index], copied}, frame.data());
     length = static_cast<int>(copied);
     if (ioctl(library.cam_fd, VIDIOC_QBUF, &record) != 0) {
         std::printf("ioctl(VIDIOC_QBUF) failed %d(%s)", errno, strerror(errno));

@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::ptrdiff_t kPixelBytes = 3;
 
-// The turned picture is written in blocks: what a block reads and writes stays in the nearest
-// cache while each cache line of it is used several times.
-constexpr int kBlock = 64;
+// The turned picture is written in blocks: what a block reads and writes stays in the cache
+// while each line of it is used several times.
+constexpr int kBlock = 128;
 constexpr int kCacheLine = 64;
 
 // Copies count pixels that lie step bytes apart to places side by side.

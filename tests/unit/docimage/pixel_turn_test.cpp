@@ -34,7 +34,7 @@ bool same(const cv::Mat& left, const cv::Mat& right) {
 }
 
 // Around the sizes of the blocks that turns work in, and far from them.
-constexpr int kSides[] = {1, 2, 3, 4, 5, 15, 16, 17, 31, 63, 64, 65, 100, 129, 200};
+constexpr int kSides[] = {1, 2, 3, 4, 5, 15, 16, 17, 63, 100, 127, 128, 129, 200};
 
 template <typename Check>
 void forAllSizes(Check check) {

@@ -1,0 +1,30 @@
+// The results: one table for the reader, and the same as JSON.
+#pragma once
+
+#include "allocations.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::bench {
+
+struct Result {
+    std::string row, peerName, unit;
+    std::string failure;       // why there are no numbers, or empty
+    double ours = 0, peer = 0; // the smallest of all rounds, added up over the pictures
+    double bound = 0;
+    std::vector<Allocation> allocations; // of one run of ours on the first picture
+
+    double ratio() const { return peer > 0 ? ours / peer : ours; }
+
+    bool passed() const { return failure.empty() && ratio() <= bound; }
+
+    std::size_t allocatedBytes() const;
+    std::size_t unwantedAllocations() const; // those that a frame may not take
+};
+
+void printTable(const std::vector<Result>& results);
+
+void writeJson(const std::vector<Result>& results, const std::string& path);
+
+} // namespace doccam::bench

@@ -1,8 +1,9 @@
 #include "docimage/black_edge.h"
 
 #include "docimage/margins.h"
-#include "docimage/pixel_colour.h"
+#include "docimage/page_rows.h"
 #include "docimage/sheet_outline.h"
+#include "docimage/strips.h"
 
 #include <doccam/doccam.hpp>
 
@@ -13,59 +14,51 @@
 namespace doccam {
 namespace {
 
-constexpr float kGamma = 0.4F;
-
 void requireColour(const cv::Mat& picture) {
     CV_Assert(!picture.empty() && picture.dims == 2 && picture.type() == CV_8UC3);
 }
 
-// Paper and print become one grey, so that only the nearly black differs from them.
-void flattenSheet(cv::Mat& picture) {
-    constexpr int kNearlyBlack = 30;
-    constexpr int kSheet = 128;
-    for (cv::Vec3b& pixel : cv::Mat_<cv::Vec3b>(picture)) {
-        if ((pixel[0] + pixel[1] + pixel[2]) / 3 > kNearlyBlack) {
-            pixel = cv::Vec3b::all(kSheet);
-        }
-    }
-}
-
-cv::Mat lifted(cv::Mat& picture) {
-    cv::Mat result;
-    GammaCorrection(picture, result, kGamma);
-    return result;
-}
-
-bool isOutline(const WorkPlane& outline, int x, int y) {
-    return outline.unpaddedAt(x, y) == 255;
+Marks marksOf(const WorkPlane& outline) {
+    return {outline.unpaddedRow(0), outline.size()};
 }
 
 void whitenAround(const WorkPlane& outline, cv::Mat& picture) {
-    paintMargins(picture, findMargins(picture.size(),
-                                      [&](int x, int y) { return isOutline(outline, x, y); }));
+    paintMargins(picture, findMargins(marksOf(outline)));
+}
+
+// The outline as it is read, and the coloured pixels; rows back to back.
+cv::Mat outlineAndColours(const WorkPlane& outline, const cv::Mat& picture) {
+    cv::Mat marks(picture.size(), CV_8UC1);
+    forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
+        for (int y = part.start; y < part.end; ++y) {
+            pageRows().markColours(picture.ptr(y), picture.cols, marks.ptr(y));
+            const uchar* const outlineRow = outline.unpaddedRow(y);
+            uchar* const row = marks.ptr(y);
+            for (int x = 0; x < picture.cols; ++x) {
+                row[x] |= outlineRow[x];
+            }
+        }
+    });
+    return marks;
 }
 
 } // namespace
 
 void whitenMargins(cv::Mat picture) {
     requireColour(picture);
-    cv::Mat flat = picture.clone();
-    flattenSheet(flat);
-    whitenAround(sheetOutline(lifted(flat)), picture);
+    whitenAround(sheetOutline(flattenedGrey(picture)), picture);
 }
 
 void whitenMarginsByBrightness(cv::Mat picture) {
     requireColour(picture);
-    whitenAround(sheetOutline(picture), picture);
+    whitenAround(sheetOutline(greyOf(picture)), picture);
 }
 
 WorkPlane marginMask(cv::Mat picture) {
     requireColour(picture);
-    const WorkPlane outline = sheetOutline(lifted(picture));
+    const cv::Mat marks = outlineAndColours(sheetOutline(liftedGrey(picture)), picture);
     WorkPlane mask(picture.size());
-    paintMargins(mask.rows(), findMargins(picture.size(), [&](int x, int y) {
-                     return isOutline(outline, x, y) || isColoured(picture.at<cv::Vec3b>(y, x));
-                 }));
+    paintMargins(mask.rows(), findMargins({marks.data, marks.size()}));
     return mask;
 }
 

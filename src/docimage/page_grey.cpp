@@ -4,8 +4,8 @@
 #include "docimage/grey_weights.h"
 #include "docimage/strips.h"
 
+#include <array>
 #include <cstdint>
-#include <vector>
 
 namespace doccam {
 namespace {
@@ -38,7 +38,7 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     PageGrey grey{WorkPlane::unset(page.size())};
     cv::Mat& rows = grey.plane.rows();
     const Strips strips(page.rows);
-    std::vector<Levels> levels(static_cast<std::size_t>(strips.count));
+    std::array<Levels, Strips::kMost> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
             makeRow(page.ptr(y), rows.ptr(y));

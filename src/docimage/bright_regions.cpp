@@ -1,0 +1,30 @@
+#include "docimage/bright_regions.h"
+
+#include "docimage/strips.h"
+
+namespace doccam {
+namespace {
+
+void clearFrame(cv::Mat& regions) {
+    regions.row(0).setTo(0);
+    regions.row(regions.rows - 1).setTo(0);
+    regions.col(0).setTo(0);
+    regions.col(regions.cols - 1).setTo(0);
+}
+
+} // namespace
+
+void markBrightRegions(cv::Mat& grey, const Levels& levels) {
+    const int level = otsuLevel(levels);
+    forEachStrip(Strips(grey.rows), [&](cv::Range part, int /*number*/) {
+        for (int y = part.start; y < part.end; ++y) {
+            uchar* const row = grey.ptr(y);
+            for (int x = 0; x < grey.cols; ++x) {
+                row[x] = row[x] > level ? 1 : 0;
+            }
+        }
+    });
+    clearFrame(grey);
+}
+
+} // namespace doccam

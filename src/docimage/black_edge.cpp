@@ -10,6 +10,7 @@
 #include <opencv2/core.hpp>
 
 #include <utility>
+#include <vector>
 
 namespace doccam {
 namespace {
@@ -26,20 +27,21 @@ void whitenAround(const WorkPlane& outline, cv::Mat& picture) {
     paintMargins(picture, findMargins(marksOf(outline)));
 }
 
-// The outline as it is read, and the coloured pixels; rows back to back.
-cv::Mat outlineAndColours(const WorkPlane& outline, const cv::Mat& picture) {
-    cv::Mat marks(picture.size(), CV_8UC1);
+void addMarks(const std::vector<uchar>& more, uchar* marks) {
+    for (std::size_t x = 0; x < more.size(); ++x) {
+        marks[x] |= more[x];
+    }
+}
+
+// Marks the coloured pixels as well, where the outline is read.
+void addColours(const cv::Mat& picture, WorkPlane& outline) {
     forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
+        std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));
         for (int y = part.start; y < part.end; ++y) {
-            pageRows().markColours(picture.ptr(y), picture.cols, marks.ptr(y));
-            const uchar* const outlineRow = outline.unpaddedRow(y);
-            uchar* const row = marks.ptr(y);
-            for (int x = 0; x < picture.cols; ++x) {
-                row[x] |= outlineRow[x];
-            }
+            pageRows().markColours(picture.ptr(y), picture.cols, colours.data());
+            addMarks(colours, outline.unpaddedRow(y));
         }
     });
-    return marks;
 }
 
 } // namespace
@@ -56,10 +58,12 @@ void whitenMarginsByBrightness(cv::Mat picture) {
 
 WorkPlane marginMask(cv::Mat picture) {
     requireColour(picture);
-    const cv::Mat marks = outlineAndColours(sheetOutline(liftedGrey(picture)), picture);
-    WorkPlane mask(picture.size());
-    paintMargins(mask.rows(), findMargins({marks.data, marks.size()}));
-    return mask;
+    WorkPlane plane = sheetOutline(liftedGrey(picture));
+    addColours(picture, plane);
+    const Margins margins = findMargins(marksOf(plane));
+    plane.clear();
+    paintMargins(plane.rows(), margins);
+    return plane;
 }
 
 } // namespace doccam

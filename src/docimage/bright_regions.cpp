@@ -5,6 +5,12 @@
 namespace doccam {
 namespace {
 
+void markRow(uchar* row, int width, uchar level) {
+    for (int x = 0; x < width; ++x) {
+        row[x] = row[x] > level ? 1 : 0;
+    }
+}
+
 void clearFrame(cv::Mat& regions) {
     regions.row(0).setTo(0);
     regions.row(regions.rows - 1).setTo(0);
@@ -15,13 +21,10 @@ void clearFrame(cv::Mat& regions) {
 } // namespace
 
 void markBrightRegions(cv::Mat& grey, const Levels& levels) {
-    const int level = otsuLevel(levels);
+    const auto level = static_cast<uchar>(otsuLevel(levels));
     forEachStrip(Strips(grey.rows), [&](cv::Range part, int /*number*/) {
         for (int y = part.start; y < part.end; ++y) {
-            uchar* const row = grey.ptr(y);
-            for (int x = 0; x < grey.cols; ++x) {
-                row[x] = row[x] > level ? 1 : 0;
-            }
+            markRow(grey.ptr(y), grey.cols, level);
         }
     });
     clearFrame(grey);

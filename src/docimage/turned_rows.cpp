@@ -54,12 +54,12 @@ using Samples = unsigned char[kBlock];
 [[gnu::always_inline]] inline void blendSamples(const Places& places, const Neighbours& pixels,
                                                 int count, int shift, Samples& samples) {
     for (int i = 0; i < count; ++i) {
-        const BlendWeights weights(places.across[i], places.down[i]);
+        const Blend blend(places.across[i], places.down[i]);
         const auto sample = [=](std::uint32_t pixel) {
             return static_cast<int>((pixel >> shift) & 0xFF);
         };
-        samples[i] = weights.blend(sample(pixels.upperLeft[i]), sample(pixels.upperRight[i]),
-                                   sample(pixels.lowerLeft[i]), sample(pixels.lowerRight[i]));
+        samples[i] = blend(sample(pixels.upperLeft[i]), sample(pixels.upperRight[i]),
+                           sample(pixels.lowerLeft[i]), sample(pixels.lowerRight[i]));
     }
 }
 

@@ -36,27 +36,27 @@ std::vector<TurnedRows> allTurnedRows();
 // The one with the widest vectors.
 const TurnedRows& turnedRows();
 
-// How much the four pixels around a place count.
-struct BlendWeights {
-    [[gnu::always_inline]] BlendWeights(int across, int down) {
-        constexpr int kWhole = 1 << kFractionShift;
+// A place between four pixels, in 32nds of the way to the right and down.
+struct Blend {
+    [[gnu::always_inline]] Blend(int across, int down) {
         constexpr int kShift = kPlaceShift - kFractionShift;
-        const int right = (across >> kShift) & (kWhole - 1);
-        const int below = (down >> kShift) & (kWhole - 1);
-        upperLeft = (kWhole - below) * (kWhole - right);
-        upperRight = (kWhole - below) * right;
-        lowerLeft = below * (kWhole - right);
-        lowerRight = below * right;
+        constexpr int kMask = (1 << kFractionShift) - 1;
+        right = (across >> kShift) & kMask;
+        below = (down >> kShift) & kMask;
     }
 
-    // Of one sample of each pixel.
-    [[gnu::always_inline]] unsigned char blend(int ul, int ur, int ll, int lr) const {
-        constexpr int kShift = 2 * kFractionShift;
-        const int sum = upperLeft * ul + upperRight * ur + lowerLeft * ll + lowerRight * lr;
-        return static_cast<unsigned char>((sum + (1 << (kShift - 1))) >> kShift);
+    // One sample of each pixel makes the one at the place, rounded to the nearest.
+    [[gnu::always_inline]] unsigned char operator()(int upperLeft, int upperRight, int lowerLeft,
+                                                    int lowerRight) const {
+        constexpr int kWhole = 1 << kFractionShift;
+        constexpr int kHalf = kWhole * kWhole / 2;
+        const int upper = kWhole * upperLeft + (upperRight - upperLeft) * right;
+        const int lower = kWhole * lowerLeft + (lowerRight - lowerLeft) * right;
+        const int sum = kWhole * upper + (lower - upper) * below;
+        return static_cast<unsigned char>((sum + kHalf) >> (2 * kFractionShift));
     }
 
-    int upperLeft, upperRight, lowerLeft, lowerRight;
+    int right, below;
 };
 
 } // namespace doccam

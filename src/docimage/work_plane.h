@@ -7,7 +7,7 @@
 
 namespace doccam {
 
-// 8-bit and one channel; each row is followed by 0 to 3 padding bytes that are always 0, which
+// 8-bit and one channel; each row is followed by 0 to 3 padding bytes that are 0, which
 // makes the step from row to row a multiple of four. A copy shares the memory.
 class WorkPlane {
   public:
@@ -29,6 +29,13 @@ class WorkPlane {
     const uchar* unpaddedRow(int y) const {
         return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
     }
+
+    uchar* unpaddedRow(int y) {
+        return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
+    }
+
+    // Makes all pixels and all padding 0, whatever was written to unpadded rows.
+    void clear() { memory_.setTo(0); }
 
     uchar unpaddedAt(int x, int y) const { return unpaddedRow(y)[x]; }
 

@@ -1,8 +1,8 @@
 // Whitening the paper: coloured marks are sharpened, everything grey that is paper becomes white.
+#include "base/strips.h"
 #include "docimage/black_edge.h"
 #include "docimage/page_rows.h"
 #include "docimage/paper.h"
-#include "docimage/strips.h"
 #include "docimage/work_plane.h"
 
 #include <doccam/doccam.hpp>

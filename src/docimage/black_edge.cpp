@@ -1,9 +1,9 @@
 #include "docimage/black_edge.h"
 
+#include "base/strips.h"
 #include "docimage/margins.h"
 #include "docimage/page_rows.h"
 #include "docimage/sheet_outline.h"
-#include "docimage/strips.h"
 
 #include <doccam/doccam.hpp>
 

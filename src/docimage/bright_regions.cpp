@@ -1,6 +1,6 @@
 #include "docimage/bright_regions.h"
 
-#include "docimage/strips.h"
+#include "base/strips.h"
 
 namespace doccam {
 namespace {

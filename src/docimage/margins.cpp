@@ -1,6 +1,6 @@
 #include "docimage/margins.h"
 
-#include "docimage/strips.h"
+#include "base/strips.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "docimage/page_grey.h"
 
+#include "base/strips.h"
 #include "docimage/gamma_curve.h"
 #include "docimage/grey_weights.h"
-#include "docimage/strips.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "docimage/paper.h"
 
+#include "base/strips.h"
 #include "docimage/page_rows.h"
-#include "docimage/strips.h"
 
 #include <opencv2/imgproc.hpp>
 

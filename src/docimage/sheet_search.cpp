@@ -1,8 +1,8 @@
 #include "docimage/sheet_search.h"
 
+#include "base/strips.h"
 #include "docimage/bright_regions.h"
 #include "docimage/reduced_rows.h"
-#include "docimage/strips.h"
 
 #include <opencv2/imgproc.hpp>
 

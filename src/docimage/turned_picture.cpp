@@ -1,7 +1,7 @@
 #include "docimage/turned_picture.h"
 
+#include "base/strips.h"
 #include "docimage/free_rotation.h"
-#include "docimage/strips.h"
 
 #include <opencv2/core.hpp>
 

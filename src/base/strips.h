@@ -4,6 +4,7 @@
 #include <opencv2/core/utility.hpp>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace doccam {
 

@@ -1,71 +1,77 @@
 // Whitening the paper: coloured marks are sharpened, everything grey that is paper becomes white.
+#include "base/strips.h"
 #include "docimage/black_edge.h"
-#include "docimage/pixel_colour.h"
+#include "docimage/page_rows.h"
+#include "docimage/paper.h"
 #include "docimage/work_plane.h"
 
 #include <doccam/doccam.hpp>
 
-#include <opencv2/imgproc.hpp>
+#include <opencv2/core.hpp>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace {
 
-using doccam::isColoured;
+using doccam::Strips;
 using doccam::WorkPlane;
+using Row = std::vector<uchar>;
 
-constexpr int kWhite = 255;
-
-// 255 where a pixel is brighter than its surroundings less a little: paper, not print.
-WorkPlane paperOf(const cv::Mat& page) {
-    constexpr int kSurroundings = 179; // pixels, a square's side
-    constexpr int kLessThanMean = 19;
-    WorkPlane paper(page.size());
-    cv::Mat& rows = paper.rows();
-    cv::cvtColor(page, rows, cv::COLOR_RGB2GRAY);
-    cv::adaptiveThreshold(rows, rows, kWhite, cv::ADAPTIVE_THRESH_MEAN_C, cv::THRESH_BINARY,
-                          kSurroundings, kLessThanMean);
-    return paper;
+Row copyOfRow(const cv::Mat& page, int y) {
+    return {page.ptr(y), page.ptr(y) + static_cast<std::size_t>(page.cols) * page.elemSize()};
 }
 
-// Sharper along the columns and brighter by half: the weights add up to 1.5, on purpose.
-cv::Mat sharpened(const cv::Mat& page) {
-    const cv::Matx33f weights(0, -2, 0, //
-                              0, 5, 0,  //
-                              0, -1.5F, 0);
-    cv::Mat result;
-    cv::filter2D(page, result, CV_8U, weights, {-1, -1}, 0, cv::BORDER_DEFAULT);
-    return result;
-}
-
-// A blue-first colour as the page shows it: what is clearly red becomes redder.
-cv::Vec3b emphasised(const cv::Vec3b& colour) {
-    constexpr int kClearlyRed = 81;
-    constexpr int kLowered = 40;
-    constexpr int kRaised = 80;
-    if (colour[2] - colour[1] < kClearlyRed && colour[2] - colour[0] < kClearlyRed) {
-        return colour;
+// At the picture's edge the row beyond it is the one on the other side.
+int mirrored(int y, int rows) {
+    if (rows == 1) {
+        return 0;
     }
-    return {cv::saturate_cast<uchar>(colour[0] - kLowered),
-            cv::saturate_cast<uchar>(colour[1] - kLowered),
-            cv::saturate_cast<uchar>(colour[2] + kRaised)};
+    return y < 0 ? -y : (y >= rows ? 2 * (rows - 1) - y : y);
 }
 
-// Grey print outside the margins keeps its pixels.
-void whitenBackground(cv::Mat& page) {
-    const WorkPlane paper = paperOf(page);
-    const WorkPlane margins = doccam::marginMask(page);
-    const cv::Mat colours = sharpened(page);
-    for (int y = 0; y < page.rows; ++y) {
-        auto* const row = page.ptr<cv::Vec3b>(y);
-        const auto* const colourRow = colours.ptr<cv::Vec3b>(y);
-        for (int x = 0; x < page.cols; ++x) {
-            const bool inMargin = margins.unpaddedAt(x, y) == kWhite;
-            if (!inMargin && isColoured(colourRow[x])) {
-                row[x] = emphasised(colourRow[x]);
-            } else if (inMargin || paper.unpaddedAt(x, y) == kWhite) {
-                row[x] = cv::Vec3b::all(kWhite);
-            }
+// The rows around each part of the page as they are before any is whitened.
+struct Surroundings {
+    Surroundings(const cv::Mat& page, const Strips& strips) {
+        for (int number = 0; number < strips.count; ++number) {
+            const cv::Range part = strips.part(number);
+            above.push_back(copyOfRow(page, mirrored(part.start - 1, page.rows)));
+            below.push_back(copyOfRow(page, mirrored(part.end, page.rows)));
         }
     }
+
+    std::vector<Row> above, below; // by part
+};
+
+void whitenRows(cv::Mat& page, cv::Range part, Row above, const Row& below,
+                const WorkPlane& margins, const WorkPlane& paper) {
+    Row row = above;
+    for (int y = part.start; y < part.end; ++y) {
+        std::copy_n(page.ptr(y), row.size(), row.begin());
+        doccam::pageRows().whitenPaper(
+            {
+                .above = above.data(),
+                .row = row.data(),
+                .below = y + 1 < part.end ? page.ptr(y + 1) : below.data(),
+                .margin = margins.unpaddedRow(y),
+                .paper = paper.unpaddedRow(y),
+                .count = page.cols,
+            },
+            page.ptr(y));
+        std::swap(above, row);
+    }
+}
+
+void whitenBackground(cv::Mat& page) {
+    const WorkPlane margins = doccam::marginMask(page);
+    const WorkPlane paper = doccam::paperOf(page);
+    const Strips strips(page.rows);
+    const Surroundings surroundings(page, strips);
+    doccam::forEachStrip(strips, [&](cv::Range part, int number) {
+        const auto i = static_cast<std::size_t>(number);
+        whitenRows(page, part, surroundings.above[i], surroundings.below[i], margins, paper);
+    });
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #include "docimage/black_edge.h"
 
+#include "base/strips.h"
 #include "docimage/margins.h"
-#include "docimage/pixel_colour.h"
+#include "docimage/page_rows.h"
 #include "docimage/sheet_outline.h"
 
 #include <doccam/doccam.hpp>
@@ -9,64 +10,60 @@
 #include <opencv2/core.hpp>
 
 #include <utility>
+#include <vector>
 
 namespace doccam {
 namespace {
-
-constexpr float kGamma = 0.4F;
 
 void requireColour(const cv::Mat& picture) {
     CV_Assert(!picture.empty() && picture.dims == 2 && picture.type() == CV_8UC3);
 }
 
-// Paper and print become one grey, so that only the nearly black differs from them.
-void flattenSheet(cv::Mat& picture) {
-    constexpr int kNearlyBlack = 30;
-    constexpr int kSheet = 128;
-    for (cv::Vec3b& pixel : cv::Mat_<cv::Vec3b>(picture)) {
-        if ((pixel[0] + pixel[1] + pixel[2]) / 3 > kNearlyBlack) {
-            pixel = cv::Vec3b::all(kSheet);
-        }
-    }
-}
-
-cv::Mat lifted(cv::Mat& picture) {
-    cv::Mat result;
-    GammaCorrection(picture, result, kGamma);
-    return result;
-}
-
-bool isOutline(const WorkPlane& outline, int x, int y) {
-    return outline.unpaddedAt(x, y) == 255;
+Marks marksOf(const WorkPlane& outline) {
+    return {outline.unpaddedRow(0), outline.size()};
 }
 
 void whitenAround(const WorkPlane& outline, cv::Mat& picture) {
-    paintMargins(picture, findMargins(picture.size(),
-                                      [&](int x, int y) { return isOutline(outline, x, y); }));
+    paintMargins(picture, findMargins(marksOf(outline)));
+}
+
+void addMarks(const std::vector<uchar>& more, uchar* marks) {
+    for (std::size_t x = 0; x < more.size(); ++x) {
+        marks[x] |= more[x];
+    }
+}
+
+// Marks the coloured pixels as well, where the outline is read.
+void addColours(const cv::Mat& picture, WorkPlane& outline) {
+    forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
+        std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));
+        for (int y = part.start; y < part.end; ++y) {
+            pageRows().markColours(picture.ptr(y), picture.cols, colours.data());
+            addMarks(colours, outline.unpaddedRow(y));
+        }
+    });
 }
 
 } // namespace
 
 void whitenMargins(cv::Mat picture) {
     requireColour(picture);
-    cv::Mat flat = picture.clone();
-    flattenSheet(flat);
-    whitenAround(sheetOutline(lifted(flat)), picture);
+    whitenAround(sheetOutline(flattenedGrey(picture)), picture);
 }
 
 void whitenMarginsByBrightness(cv::Mat picture) {
     requireColour(picture);
-    whitenAround(sheetOutline(picture), picture);
+    whitenAround(sheetOutline(greyOf(picture)), picture);
 }
 
 WorkPlane marginMask(cv::Mat picture) {
     requireColour(picture);
-    const WorkPlane outline = sheetOutline(lifted(picture));
-    WorkPlane mask(picture.size());
-    paintMargins(mask.rows(), findMargins(picture.size(), [&](int x, int y) {
-                     return isOutline(outline, x, y) || isColoured(picture.at<cv::Vec3b>(y, x));
-                 }));
-    return mask;
+    WorkPlane plane = sheetOutline(liftedGrey(picture));
+    addColours(picture, plane);
+    const Margins margins = findMargins(marksOf(plane));
+    plane.clear();
+    paintMargins(plane.rows(), margins);
+    return plane;
 }
 
 } // namespace doccam

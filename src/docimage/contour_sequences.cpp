@@ -1,36 +1,27 @@
 #include "docimage/contour_sequences.h"
 
 #include <opencv2/core/core_c.h>
-#include <opencv2/core/mat.hpp>
-#include <opencv2/imgproc/imgproc_c.h>
-
-#include <cmath>
 
 namespace doccam {
 
-void StorageRelease::operator()(CvMemStorage* storage) const {
-    cvReleaseMemStorage(&storage);
+void ContourSequences::reset(std::size_t count) {
+    contours_.clear();
+    contours_.reserve(count);
+    blocks_.clear();
+    blocks_.reserve(count);
 }
 
-OuterContours::OuterContours(cv::Mat& binary)
-  : storage_(cvCreateMemStorage(0)) {
-    CvMat view = cvMat(binary);
-    CvSeq* first = nullptr;
-    cvFindContours(&view, storage_.get(), &first, sizeof(CvContour), CV_RETR_EXTERNAL,
-                   CV_CHAIN_APPROX_NONE, cvPoint(0, 0));
-    for (CvSeq* contour = first; contour != nullptr; contour = contour->h_next) {
-        list_.push_back(contour);
-    }
+CvSeq* ContourSequences::add(std::span<const cv::Point> points) {
+    static_assert(sizeof(cv::Point) == sizeof(CvPoint));
+    auto* const header = reinterpret_cast<CvSeq*>(&contours_.emplace_back());
+    return cvMakeSeqHeaderForArray(
+        CV_SEQ_POLYGON, sizeof(CvContour), sizeof(CvPoint), const_cast<cv::Point*>(points.data()),
+        static_cast<int>(points.size()), header, &blocks_.emplace_back());
 }
 
-int enclosedArea(const CvSeq& contour) {
-    return static_cast<int>(std::fabs(cvContourArea(&contour)));
-}
-
-std::vector<cv::Point> contourPoints(const CvSeq& contour) {
-    std::vector<cv::Point> points(static_cast<std::size_t>(contour.total));
-    cvCvtSeqToArray(&contour, points.data());
-    return points;
+std::span<const cv::Point> pointsOf(const CvSeq& sequence) {
+    const auto* const first = reinterpret_cast<const cv::Point*>(sequence.first->data);
+    return {first, static_cast<std::size_t>(sequence.total)};
 }
 
 } // namespace doccam

@@ -1,43 +1,31 @@
-// Outlines as the image library's C interface finds them. It is called here for them, and in
+// Outlines as the image library's C interface describes them. It is called here for them, and in
 // legacy_image for C images, and nowhere else.
 #pragma once
 
 #include <opencv2/core/types.hpp>
+#include <opencv2/core/types_c.h>
 
-#include <memory>
+#include <span>
 #include <vector>
-
-struct CvMemStorage;
-struct CvSeq;
-
-namespace cv {
-class Mat;
-}
 
 namespace doccam {
 
-struct StorageRelease {
-    void operator()(CvMemStorage* storage) const;
-};
-
-// The outer outlines of a picture, every point listed. The sequences live as long as this object.
-class OuterContours {
+// Headers of the C interface for outlines whose points lie elsewhere. Their memory is kept from one
+// use to the next.
+class ContourSequences {
   public:
-    // Searches binary, 8-bit with one channel, where it stands: pixels of its one-pixel frame
-    // become 0 and count as background, those of an outline are renumbered.
-    explicit OuterContours(cv::Mat& binary);
+    // Begins anew, with room for count headers.
+    void reset(std::size_t count);
 
-    // In the order found: the lowest on the picture first.
-    const std::vector<CvSeq*>& list() const { return list_; }
+    // A header, one of count, for points, which must outlive it. Valid until the next reset.
+    CvSeq* add(std::span<const cv::Point> points);
 
   private:
-    std::unique_ptr<CvMemStorage, StorageRelease> storage_;
-    std::vector<CvSeq*> list_;
+    std::vector<CvContour> contours_;
+    std::vector<CvSeqBlock> blocks_;
 };
 
-// The area inside the contour, in pixels, fraction cut off.
-int enclosedArea(const CvSeq& contour);
-
-std::vector<cv::Point> contourPoints(const CvSeq& contour);
+// The points that a header of ContourSequences is for.
+std::span<const cv::Point> pointsOf(const CvSeq& sequence);
 
 } // namespace doccam

@@ -1,8 +1,12 @@
 // The live outline of the sheet, and the page geometry that its corners give.
 #include "api/library_state.h"
 #include "docimage/contour_sequences.h"
+#include "docimage/min_area_rectangle.h"
+#include "docimage/outer_outlines.h"
 #include "docimage/outline_search.h"
+#include "docimage/reduced_rows.h"
 #include "docimage/sheet_geometry.h"
+#include "docimage/sheet_search.h"
 
 #include <doccam/doccam.hpp>
 
@@ -10,7 +14,7 @@
 
 namespace {
 
-using doccam::OuterContours;
+using doccam::OuterOutlines;
 using doccam::state;
 
 constexpr int kNoOutline = -1;
@@ -20,15 +24,27 @@ constexpr int kLineWidth = 6;
 
 const cv::Scalar kGreen(0, 255, 0, 0);
 
-// What remains of an earlier call's list points into storage that is gone.
-void listLargeOnes(const OuterContours& contours) {
+// What a search needs and leaves behind until the next one. Frames come one after the other, and
+// ask for no new memory.
+struct Search {
+    doccam::SheetSearch sheets;
+    doccam::ContourSequences sequences;
+    doccam::MinAreaFit fit;
+};
+
+thread_local Search search;
+
+// The outlines that may be sheets, the lowest on the picture first. The list of an earlier call
+// points to what this search has overwritten.
+void listLargeOnes(const OuterOutlines& outlines) {
     state().areaList.clear();
     state().cvSeqList.clear();
-    for (CvSeq* contour : contours.list()) {
-        const int area = doccam::enclosedArea(*contour);
+    search.sequences.reset(outlines.count());
+    for (std::size_t i = outlines.count(); i-- > 0;) {
+        const int area = doccam::enclosedArea(outlines[i]);
         if (area > doccam::kLargestSpeck) {
             state().areaList.push_back(area);
-            state().cvSeqList.push_back(contour);
+            state().cvSeqList.push_back(search.sequences.add(outlines[i]));
         }
     }
 }
@@ -48,19 +64,17 @@ int DrawingEdge(unsigned char* data, int width, int height, int drawFlag) {
         return kNoOutline;
     }
     cv::Mat frameView(height, width, CV_8UC3, data);
-    const cv::Mat grey = doccam::reducedGrey(frameView);
-    cv::Mat binary = doccam::binarised(doccam::liftedContrast(grey, doccam::backgroundOf(grey)));
-    const OuterContours contours(binary);
-    if (contours.list().empty()) {
+    const OuterOutlines& outlines = search.sheets.outlinesIn(frameView);
+    if (outlines.empty()) {
         return kNoOutline;
     }
-    listLargeOnes(contours);
+    listLargeOnes(outlines);
     const auto largest = doccam::indexOfLargest(state().areaList);
     if (!largest) {
         return kNoSheet;
     }
-    const CvSeq& sheet = *state().cvSeqList[*largest];
-    const auto corners = doccam::frameCorners(doccam::contourPoints(sheet));
+    const auto points = doccam::pointsOf(*state().cvSeqList[*largest]);
+    const auto corners = doccam::frameCorners(search.fit.around(points));
     doccam::storeCorners(doccam::wholePixels(corners), state().CutPoint.data());
     if (drawFlag == kDraw) {
         drawOutline(frameView, corners);

@@ -1,5 +1,7 @@
 #include "docimage/free_rotation.h"
 
+#include "docimage/turned_picture.h"
+
 #include <doccam/doccam.hpp>
 
 #include <opencv2/imgproc.hpp>
@@ -21,6 +23,10 @@ int wholePixels(double length) {
 
 } // namespace
 
+double radiansOf(float degrees) {
+    return kPi * degrees / 180.0;
+}
+
 cv::Size turnedSize(cv::Size picture, double radians) {
     const double sine = std::abs(std::sin(radians));
     const double cosine = std::abs(std::cos(radians));
@@ -41,8 +47,15 @@ cv::Mat turnOnto(cv::Size canvas, cv::Size picture, double degrees) {
 } // namespace doccam
 
 cv::Mat rotateImage(cv::Mat src, float angle) {
+    const doccam::TurnedRegion whole{src, {}, src.size()};
+    if (doccam::TurnedPicture::canRender(whole)) {
+        const doccam::TurnedPicture picture(whole, angle);
+        cv::Mat turned(picture.size(), src.type());
+        picture.render({{}, picture.size()}, turned, doccam::SampleOrder::kKept);
+        return turned;
+    }
     const float degrees = -angle;
-    const cv::Size canvas = doccam::turnedSize(src.size(), doccam::kPi * degrees / 180.0);
+    const cv::Size canvas = doccam::turnedSize(src.size(), doccam::radiansOf(degrees));
     cv::Mat turned;
     cv::warpAffine(src, turned, doccam::turnOnto(canvas, src.size(), degrees), canvas,
                    cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(0));

@@ -5,6 +5,8 @@
 
 namespace doccam {
 
+double radiansOf(float degrees);
+
 // The size of the canvas that holds a picture turned by radians, fractions cut off. Throws
 // cv::Exception for a size beyond any picture's, as an angle that is no number gives.
 cv::Size turnedSize(cv::Size picture, double radians);

@@ -1,28 +1,31 @@
 // Lifting dark samples by a gamma curve.
+#include "docimage/gamma_curve.h"
+
 #include <doccam/doccam.hpp>
 
 #include <opencv2/core.hpp>
 
 #include <cmath>
 
-namespace {
+namespace doccam {
 
-// The curve in single precision, entry by entry.
-cv::Mat curve(float gamma) {
-    constexpr int kLevels = 256;
-    cv::Mat table(1, kLevels, CV_8UC1);
-    for (int i = 0; i < kLevels; ++i) {
-        const auto level = static_cast<float>(i / 255.0);
-        table.at<uchar>(i) = cv::saturate_cast<uchar>(std::pow(level, gamma) * 255.0F);
+// In single precision, entry by entry.
+std::array<unsigned char, 256> gammaCurve(float gamma) {
+    std::array<unsigned char, 256> curve{};
+    for (std::size_t i = 0; i < curve.size(); ++i) {
+        const auto level = static_cast<float>(static_cast<double>(i) / 255.0);
+        curve[i] = cv::saturate_cast<uchar>(std::pow(level, gamma) * 255.0F);
     }
-    return table;
+    return curve;
 }
 
-} // namespace
+} // namespace doccam
 
 void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma) {
     dst = src.clone();
     if (!dst.empty() && (dst.type() == CV_8UC1 || dst.type() == CV_8UC3)) {
-        cv::LUT(dst, curve(fGamma), dst);
+        auto curve = doccam::gammaCurve(fGamma);
+        const cv::Mat tableView(1, static_cast<int>(curve.size()), CV_8UC1, curve.data());
+        cv::LUT(dst, tableView, dst);
     }
 }

@@ -3,68 +3,32 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include <algorithm>
-#include <cstdlib>
+#include <cstddef>
 #include <vector>
 
 namespace doccam {
 
-enum class Walk { kForward, kBackward };
+// Where an outline runs: one byte a pixel, 255 or 0, rows back to back. Memory of somebody else.
+struct Marks {
+    const uchar* first = nullptr;
+    cv::Size size;
 
-// How many pixels of a line of length positions belong to the margin at the end where the walk
-// begins: all up to the outline, and the outline's first three pixels. The outline is met where
-// three neighbouring positions are marked. Without one the whole line is margin.
-//
-// Position 0 counts as the neighbour met before the first mark, so that a forward walk takes marks
-// at 1 and 2 for an outline that begins at 0.
-template <typename IsMarked>
-int marginDepth(int length, Walk walk, IsMarked isMarked) {
-    constexpr int kOutline = 3;
-    int previous = 0;
-    int start = 0;
-    int run = 0;
-    for (int i = 0; i < length; ++i) {
-        const int position = walk == Walk::kForward ? i : length - 1 - i;
-        if (!isMarked(position)) {
-            continue;
-        }
-        if (std::abs(position - previous) == 1) {
-            ++run;
-        } else {
-            run = 0;
-            start = position;
-        }
-        previous = position;
-        if (run == kOutline - 1) {
-            const int before = walk == Walk::kForward ? start : length - 1 - start;
-            return std::min(before + kOutline, length);
-        }
+    const uchar* row(int y) const {
+        return first + static_cast<std::size_t>(y) * static_cast<std::size_t>(size.width);
     }
-    return length;
-}
+};
 
-// Depths in pixels, 0 to the line's length.
+// How many pixels of each line belong to the margin at either end of it, 0 to the line's length.
 struct Margins {
     std::vector<int> left, right; // by row
     std::vector<int> top, bottom; // by column
 };
 
-// isMarked(x, y) says whether the outline runs through a pixel.
-template <typename IsMarked>
-Margins findMargins(cv::Size size, IsMarked isMarked) {
-    Margins margins;
-    for (int y = 0; y < size.height; ++y) {
-        const auto inRow = [&](int x) { return isMarked(x, y); };
-        margins.left.push_back(marginDepth(size.width, Walk::kForward, inRow));
-        margins.right.push_back(marginDepth(size.width, Walk::kBackward, inRow));
-    }
-    for (int x = 0; x < size.width; ++x) {
-        const auto inColumn = [&](int y) { return isMarked(x, y); };
-        margins.top.push_back(marginDepth(size.height, Walk::kForward, inColumn));
-        margins.bottom.push_back(marginDepth(size.height, Walk::kBackward, inColumn));
-    }
-    return margins;
-}
+// A margin goes up to the outline and over the outline's first three pixels. The outline is met
+// where three neighbouring positions are marked. Without one the whole line is margin.
+//
+// Position 0 counts as marked for a walk that begins there.
+Margins findMargins(const Marks& marks);
 
 // Sets every sample of target's pixels within the margins to 255. target is 8-bit and has the size
 // that the margins were found for.

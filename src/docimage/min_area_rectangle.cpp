@@ -1,6 +1,6 @@
 #include "docimage/min_area_rectangle.h"
 
-#include <opencv2/imgproc.hpp>
+#include "docimage/convex_hull.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,44 +27,26 @@ float dot(cv::Point2f a, cv::Point2f b) {
     return a.x * b.x + a.y * b.y;
 }
 
-// Convex vertices, and for each the edge that leaves it and one over that edge's length.
-struct Hull {
-    std::vector<cv::Point2f> vertices;
-    std::vector<cv::Point2f> edges;
-    std::vector<float> inverseLengths;
-
-    std::size_t size() const { return vertices.size(); }
-
-    std::size_t after(std::size_t vertex) const { return vertex + 1 == size() ? 0 : vertex + 1; }
-};
-
-bool liesFurtherLeft(cv::Point a, cv::Point b) {
-    return a.x < b.x || (a.x == b.x && a.y < b.y);
-}
-
 float inverseLength(cv::Point2f edge) {
     const double x = edge.x;
     const double y = edge.y;
     return static_cast<float>(1.0 / std::sqrt(x * x + y * y));
 }
 
-// Where the list starts decides ties between equally small rectangles.
-Hull hullFromLeft(const std::vector<cv::Point>& contour) {
-    std::vector<cv::Point> points;
-    cv::convexHull(contour, points, true, true);
-    std::rotate(points.begin(), std::min_element(points.begin(), points.end(), liesFurtherLeft),
-                points.end());
-    Hull hull;
-    hull.vertices.assign(points.begin(), points.end());
+// The vertices begin with the leftmost: where the list starts decides ties between equally small
+// rectangles.
+void measureEdges(const std::vector<cv::Point>& corners, HullEdges& hull) {
+    hull.vertices.assign(corners.begin(), corners.end());
+    hull.edges.clear();
+    hull.inverseLengths.clear();
     for (std::size_t i = 0; i < hull.size(); ++i) {
         hull.edges.push_back(hull.vertices[hull.after(i)] - hull.vertices[i]);
         hull.inverseLengths.push_back(inverseLength(hull.edges.back()));
     }
-    return hull;
 }
 
 // +1 or -1: the way in which the vertices go round.
-float orientation(const Hull& hull) {
+float orientation(const HullEdges& hull) {
     cv::Point2f previous = hull.edges.back();
     for (const cv::Point2f edge : hull.edges) {
         const double turn = previous.cross(edge);
@@ -81,12 +63,12 @@ float orientation(const Hull& hull) {
 using Supports = std::array<std::size_t, 4>;
 
 template <typename Before>
-std::size_t first(const Hull& hull, Before before) {
+std::size_t first(const HullEdges& hull, Before before) {
     const auto found = std::min_element(hull.vertices.begin(), hull.vertices.end(), before);
     return static_cast<std::size_t>(found - hull.vertices.begin());
 }
 
-Supports uprightSupports(const Hull& hull) {
+Supports uprightSupports(const HullEdges& hull) {
     using Point = cv::Point2f;
     return {first(hull, [](Point a, Point b) { return a.y < b.y; }),
             first(hull, [](Point a, Point b) { return a.x > b.x; }),
@@ -95,7 +77,7 @@ Supports uprightSupports(const Hull& hull) {
 }
 
 // The side that meets its vertex's edge after the smallest turn.
-std::size_t nearestSide(const Hull& hull, const Supports& supports, cv::Point2f base) {
+std::size_t nearestSide(const HullEdges& hull, const Supports& supports, cv::Point2f base) {
     std::size_t nearest = 0;
     float largestCosine = 0;
     for (std::size_t side = 0; side < supports.size(); ++side) {
@@ -110,7 +92,7 @@ std::size_t nearestSide(const Hull& hull, const Supports& supports, cv::Point2f 
     return nearest;
 }
 
-cv::Point2f baseAlong(const Hull& hull, std::size_t vertex, std::size_t side) {
+cv::Point2f baseAlong(const HullEdges& hull, std::size_t vertex, std::size_t side) {
     cv::Point2f direction = hull.edges[vertex] * hull.inverseLengths[vertex];
     for (std::size_t back = 0; back < side; ++back) {
         direction = previousSide(direction);
@@ -128,14 +110,14 @@ struct Enclosure {
     float area() const { return width * height; }
 };
 
-Enclosure enclosureOf(const Hull& hull, const Supports& supports, cv::Point2f base) {
+Enclosure enclosureOf(const HullEdges& hull, const Supports& supports, cv::Point2f base) {
     const auto vertex = [&](std::size_t side) { return hull.vertices[supports[side]]; };
     return {base, dot(vertex(1) - vertex(3), base), dot(vertex(2) - vertex(0), nextSide(base)),
             vertex(0), vertex(3)};
 }
 
 // Turns the rectangle about the hull, edge by edge. Of equally small ones the last counts.
-Enclosure smallestEnclosure(const Hull& hull) {
+Enclosure smallestEnclosure(const HullEdges& hull) {
     Supports supports = uprightSupports(hull);
     cv::Point2f base(orientation(hull), 0);
     Enclosure smallest;
@@ -181,15 +163,21 @@ cv::RotatedRect asBox(const Enclosure& smallest) {
 
 } // namespace
 
-cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour) {
+cv::RotatedRect MinAreaFit::around(std::span<const cv::Point> contour) {
     if (contour.empty()) {
         return {};
     }
-    const Hull hull = hullFromLeft(contour);
-    if (hull.size() < kFewestVertices) {
+    points_.assign(contour.begin(), contour.end());
+    findConvexHull(points_, corners_);
+    if (corners_.size() < kFewestVertices) {
         return {cv::Point2f(contour.front()), {}, 0};
     }
-    return asBox(smallestEnclosure(hull));
+    measureEdges(corners_, hull_);
+    return asBox(smallestEnclosure(hull_));
+}
+
+cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour) {
+    return MinAreaFit().around(contour);
 }
 
 std::array<cv::Point2f, 4> boxCorners(const cv::RotatedRect& box) {

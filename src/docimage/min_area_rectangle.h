@@ -4,14 +4,38 @@
 #include <opencv2/core/types.hpp>
 
 #include <array>
+#include <span>
 #include <vector>
 
 namespace doccam {
 
-// The rectangle of smallest area around the contour's points. Its angle lies in -90 to 0 degrees,
-// both included; width runs along the angle, height at right angles to it. The result does not
-// depend on where the contour starts. A contour on one line gives a box without extent at its first
-// point, an empty one a box without extent at the origin. Any thread.
+// Convex vertices, and for each the edge that leaves it and one over that edge's length.
+struct HullEdges {
+    std::vector<cv::Point2f> vertices;
+    std::vector<cv::Point2f> edges;
+    std::vector<float> inverseLengths;
+
+    std::size_t size() const { return vertices.size(); }
+
+    std::size_t after(std::size_t vertex) const { return vertex + 1 == size() ? 0 : vertex + 1; }
+};
+
+// Finds smallest rectangles around contours. Its memory is kept from one to the next. One thread.
+class MinAreaFit {
+  public:
+    // The rectangle of smallest area around the contour's points. Its angle lies in -90 to 0
+    // degrees, both included; width runs along the angle, height at right angles to it. The result
+    // does not depend on where the contour starts. A contour on one line gives a box without extent
+    // at its first point, an empty one a box without extent at the origin.
+    cv::RotatedRect around(std::span<const cv::Point> contour);
+
+  private:
+    std::vector<cv::Point> points_;
+    std::vector<cv::Point> corners_;
+    HullEdges hull_;
+};
+
+// The same for a single contour. Any thread.
 cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour);
 
 // The box's corners, clockwise as displayed. The edge from the first to the second is as long as

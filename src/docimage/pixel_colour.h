@@ -1,19 +1,20 @@
 // When a pixel counts as coloured.
 #pragma once
 
-#include <opencv2/core/matx.hpp>
-
 #include <algorithm>
-#include <cstdlib>
+#include <cstdint>
 
 namespace doccam {
 
-// A grey pixel's samples lie within 30 of their mean, which is rounded down.
-inline bool isColoured(const cv::Vec3b& pixel) {
-    constexpr int kGreyest = 30;
-    const int mean = (pixel[0] + pixel[1] + pixel[2]) / 3;
-    return std::max({std::abs(mean - pixel[0]), std::abs(mean - pixel[1]),
-                     std::abs(mean - pixel[2])}) > kGreyest;
+// A grey pixel's samples lie within 30 of their mean, which is rounded down. Told without a
+// division: that the mean is less than a number, or more, can be said of the sum.
+[[gnu::always_inline]] inline bool isColoured(std::int16_t c0, std::int16_t c1, std::int16_t c2) {
+    constexpr std::int16_t kGreyest = 30;
+    const auto sum = static_cast<std::int16_t>(c0 + c1 + c2);
+    const std::int16_t most = std::max(std::max(c0, c1), c2);
+    const std::int16_t least = std::min(std::min(c0, c1), c2);
+    return sum < static_cast<std::int16_t>(3 * (most - kGreyest)) ||
+           sum >= static_cast<std::int16_t>(3 * (least + kGreyest + 1));
 }
 
 } // namespace doccam

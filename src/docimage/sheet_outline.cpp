@@ -1,52 +1,37 @@
 #include "docimage/sheet_outline.h"
 
-#include <opencv2/imgproc.hpp>
+#include "docimage/bright_regions.h"
+#include "docimage/outer_outlines.h"
+#include "docimage/outline_brush.h"
 
-#include <algorithm>
-#include <vector>
+#include <cstddef>
 
 namespace doccam {
 namespace {
 
-using Contour = std::vector<cv::Point>;
-
-constexpr int kWhite = 255;
 constexpr int kSmallRegion = 30000; // pixels
-constexpr int kThickness = 2;       // drawn three pixels wide
 
-cv::Mat brightRegions(const cv::Mat& picture) {
-    cv::Mat regions;
-    cv::cvtColor(picture, regions, cv::COLOR_RGB2GRAY);
-    cv::threshold(regions, regions, 0, kWhite, cv::THRESH_BINARY | cv::THRESH_OTSU);
-    return regions;
-}
-
-// A region that touches the picture's edge is outlined just inside of it.
-void clearFrame(cv::Mat& regions) {
-    regions.row(0).setTo(0);
-    regions.row(regions.rows - 1).setTo(0);
-    regions.col(0).setTo(0);
-    regions.col(regions.cols - 1).setTo(0);
-}
-
-bool isLarge(const Contour& contour) {
-    return static_cast<int>(cv::contourArea(contour)) > kSmallRegion;
+// How many outlines there are up to the lowest large one.
+std::size_t countToLowestLarge(const OuterOutlines& outlines) {
+    std::size_t count = outlines.count();
+    while (count > 0 && enclosedArea(outlines[count - 1]) <= kSmallRegion) {
+        --count;
+    }
+    return count;
 }
 
 } // namespace
 
-WorkPlane sheetOutline(const cv::Mat& picture) {
-    cv::Mat regions = brightRegions(picture);
-    clearFrame(regions);
-    std::vector<Contour> contours;
-    cv::findContours(regions, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
-    contours.erase(contours.begin(), std::find_if(contours.begin(), contours.end(), isLarge));
-
-    WorkPlane outline(picture.size());
-    if (!contours.empty()) {
-        cv::drawContours(outline.rows(), contours, -1, cv::Scalar(kWhite), kThickness);
+WorkPlane sheetOutline(PageGrey grey) {
+    cv::Mat& rows = grey.plane.rows();
+    markBrightRegions(rows, grey.levels);
+    OuterOutlines outlines;
+    outlines.search(rows);
+    rows.setTo(0);
+    for (std::size_t i = countToLowestLarge(outlines); i-- > 0;) {
+        drawOutline(outlines[i], rows);
     }
-    return outline;
+    return grey.plane;
 }
 
 } // namespace doccam

@@ -14,8 +14,17 @@ int paddedWidth(int width) {
 } // namespace
 
 // A header of its own rather than a part of the memory's picture: filters look beyond such a part.
+WorkPlane::WorkPlane(const cv::Mat& memory, int width)
+  : memory_(memory)
+  , rows_(memory.rows, width, CV_8UC1, memory_.data, memory_.step) {}
+
 WorkPlane::WorkPlane(cv::Size size)
-  : memory_(size.height, paddedWidth(size.width), CV_8UC1, cv::Scalar(0))
-  , rows_(size.height, size.width, CV_8UC1, memory_.data, memory_.step) {}
+  : WorkPlane(cv::Mat(size.height, paddedWidth(size.width), CV_8UC1, cv::Scalar(0)), size.width) {}
+
+WorkPlane WorkPlane::unset(cv::Size size) {
+    const cv::Mat memory(size.height, paddedWidth(size.width), CV_8UC1);
+    memory.colRange(size.width, memory.cols).setTo(0);
+    return WorkPlane(memory, size.width);
+}
 
 } // namespace doccam

@@ -1,5 +1,6 @@
 #include "preview/picture.h"
 
+#include "preview/linear_scaler.h"
 #include "preview/saturated.h"
 
 #include <opencv2/core.hpp>
@@ -32,6 +33,9 @@ cv::Mat cutOut(const cv::Mat& frame, const cv::Rect& part) {
     return frame(part);
 }
 
+// Pictures follow one another, and ask for no new memory.
+thread_local LinearScaler scaler;
+
 } // namespace
 
 cv::Rect visiblePart(const View& view) {
@@ -56,11 +60,16 @@ void renderPicture(const cv::Mat& frame, const View& view, unsigned char* out) {
     CV_Assert(frame.type() == CV_8UC3);
     const cv::Mat part = cutOut(frame, visiblePart(view));
     cv::Mat pictureView(view.y.show, view.x.show, CV_8UC3, out);
-    cv::resize(part, pictureView, pictureView.size(), 0, 0, cv::INTER_LINEAR);
+    scaler.scale(part, pictureView);
 }
 
 void renderInto(const cv::Mat& frame, const View& view, cv::Mat out) {
-    cv::resize(cutOut(frame, visiblePart(view)), out, out.size(), 0, 0, cv::INTER_LINEAR);
+    const cv::Mat part = cutOut(frame, visiblePart(view));
+    if (LinearScaler::canScale(part, out)) {
+        scaler.scale(part, out);
+    } else {
+        cv::resize(part, out, out.size(), 0, 0, cv::INTER_LINEAR);
+    }
 }
 
 } // namespace doccam

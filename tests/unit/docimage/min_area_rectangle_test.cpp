@@ -165,6 +165,19 @@ TEST_P(EachShape, HasTheCornersOfTheCInterface) {
     });
 }
 
+TEST(MinAreaFit, DoesNotMindTheContourBefore) {
+    ShapeMaker maker(11);
+    MinAreaFit fit;
+    for (int i = 0; i < 200; ++i) {
+        const Contour contour = maker.make(test::kShapes[static_cast<std::size_t>(i) % 6]);
+        const cv::RotatedRect box = fit.around(contour);
+        const cv::RotatedRect alone = minAreaRectangle(contour);
+        EXPECT_EQ(box.center, alone.center);
+        EXPECT_EQ(box.size, alone.size);
+        EXPECT_EQ(box.angle, alone.angle);
+    }
+}
+
 // All four sides of an upright rectangle give the same area; the last one tried counts.
 TEST(MinAreaRectangle, StandsOnItsSideForAnUprightRectangle) {
     const cv::RotatedRect box = minAreaRectangle({{10, 20}, {50, 20}, {50, 40}, {10, 40}});

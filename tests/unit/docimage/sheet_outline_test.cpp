@@ -6,13 +6,18 @@
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
 
+#include <algorithm>
+
 namespace {
 
-using doccam::sheetOutline;
 using doccam::WorkPlane;
 using namespace doccam::test;
 
 const cv::Scalar kPaper = cv::Scalar::all(200);
+
+WorkPlane sheetOutline(const cv::Mat& picture) {
+    return doccam::sheetOutline(doccam::greyOf(picture));
+}
 
 TEST(WorkPlane, HasRowsPaddedToAMultipleOfFour) {
     for (const auto& [width, step] : {std::pair{1, 4}, {4, 4}, {5, 8}, {6, 8}, {7, 8}, {8, 8}}) {
@@ -37,6 +42,17 @@ TEST(WorkPlane, IsBlackAtFirst) {
     const WorkPlane plane({5, 4});
     EXPECT_EQ(cv::countNonZero(plane.rows()), 0);
     EXPECT_EQ(plane.unpaddedAt(4, 3), 0);
+}
+
+TEST(WorkPlane, HasBlackPaddingWhenItsPixelsAreUnset) {
+    for (int width = 1; width <= 8; ++width) {
+        const WorkPlane plane = WorkPlane::unset({width, 3});
+        for (int y = 0; y < 3; ++y) {
+            const uchar* const row = plane.rows().ptr(y);
+            EXPECT_TRUE(std::all_of(row + width, row + plane.rows().step[0],
+                                    [](uchar byte) { return byte == 0; }));
+        }
+    }
 }
 
 TEST(SheetOutline, IsThreePixelsWideAroundTheSheetsEdge) {

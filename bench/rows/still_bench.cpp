@@ -1,0 +1,87 @@
+// A still of the sheet alone: cut out, straight, margins and background white, JPEG of quality 85.
+#include "api/library_state.h"
+#include "plain/outline.h"
+#include "plain/page.h"
+#include "quiet_output.h"
+#include "row.h"
+
+#include <doccam/doccam.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+
+namespace doccam::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kFormat = 0;
+constexpr int kQuality = 85;
+
+// The folder of the two stills, for as long as the row runs.
+class Stills {
+  public:
+    Stills() { fs::create_directories(folder_); }
+
+    ~Stills() { fs::remove_all(folder_); }
+
+    Stills(const Stills&) = delete;
+    Stills& operator=(const Stills&) = delete;
+
+    std::string ours() const { return folder_ / "ours.jpg"; }
+
+    std::string plain() const { return folder_ / "plain.jpg"; }
+
+    bool areSame() const {
+        const std::string bytes = bytesOf(ours());
+        return !bytes.empty() && bytes == bytesOf(plain());
+    }
+
+  private:
+    static std::string bytesOf(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    const QuietOutput quiet_;
+    const fs::path folder_ = fs::temp_directory_path() / "doccam-bench-stills";
+};
+
+void restore(const std::array<int, 8>& corners) {
+    std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
+}
+
+Contest still(const Picture& picture) {
+    const auto stills = std::make_shared<Stills>();
+    cv::Mat searched = picture.pixels.clone();
+    const plain::Outline outline = plain::drawEdge(searched, 0);
+    if (outline.result != 0) {
+        throw std::runtime_error("no sheet on picture " + picture.name);
+    }
+    LibraryState& library = state();
+    library.isDelBlackedge = 1;
+    library.isDelBcakColor = 1;
+    library.jpgQuality = kQuality;
+    const cv::Mat frame = picture.pixels;
+    const auto corners = outline.corners;
+    return {
+        .ours = [=] { capture(stills->ours().data(), kFormat, kCropToSheet, frame); },
+        .peer = [=] { plain::saveCleanPage(frame, state().CutPoint.data(), stills->plain()); },
+        .same = [=] { return stills->areSame(); },
+        .beforeOurs = [=] { restore(corners); },
+        .beforePeer = [=] { restore(corners); },
+    };
+}
+
+const Entry entry({.name = "still",
+                   .peer = "a plain transcription",
+                   .bound = 0.5,
+                   .contest = still,
+                   .rounds = 15});
+
+} // namespace
+} // namespace doccam::bench

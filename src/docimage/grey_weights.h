@@ -1,0 +1,18 @@
+// How colours weigh in a grey level: the image library's weights, so that levels are the same.
+#pragma once
+
+namespace doccam {
+
+// In parts of one level; the sum of a pixel's weighted samples and the half is to be shifted.
+inline constexpr int kRedWeight = 9798;
+inline constexpr int kGreenWeight = 19235;
+inline constexpr int kBlueWeight = 3735;
+inline constexpr int kGreyShift = 15;
+inline constexpr int kGreyHalf = 1 << (kGreyShift - 1);
+
+[[gnu::always_inline]] inline unsigned char greyLevel(int red, int green, int blue) {
+    const int sum = kRedWeight * red + kGreenWeight * green + kBlueWeight * blue;
+    return static_cast<unsigned char>((sum + kGreyHalf) >> kGreyShift);
+}
+
+} // namespace doccam

@@ -1,0 +1,152 @@
+// Loops that the compiler turns into vector instructions.
+#include "docimage/reduced_rows.h"
+
+#include "docimage/grey_weights.h"
+#include "docimage/lifted_level.h"
+
+namespace doccam {
+namespace {
+
+constexpr int kChannels = 3;
+constexpr int kPixel = kReduction * kChannels; // samples in a row of the frame
+
+constexpr int kBlock = 32; // pixels of the reduced copy
+constexpr int kBlockSamples = kBlock * kPixel;
+
+// The sums of four samples of one colour one below the other.
+using Columns = std::uint16_t[kBlockSamples + kPixel];
+
+[[gnu::always_inline]] inline void addRows(const ReducedRows::FrameRows& rows, int begin,
+                                           int samples, Columns& sums) {
+    for (int i = 0; i < samples; ++i) {
+        sums[i] = static_cast<std::uint16_t>(rows[0][begin + i] + rows[1][begin + i] +
+                                             rows[2][begin + i] + rows[3][begin + i]);
+    }
+}
+
+// Each sum plus those of the same colour that follow. Only every twelfth is of use; that the loop
+// has no gaps is worth more.
+[[gnu::always_inline]] inline void addNeighbours(int samples, Columns& sums) {
+    for (int i = 0; i < samples; ++i) {
+        sums[i] = static_cast<std::uint16_t>(sums[i] + sums[i + kChannels]);
+    }
+    for (int i = 0; i < samples; ++i) {
+        sums[i] = static_cast<std::uint16_t>(sums[i] + sums[i + 2 * kChannels]);
+    }
+}
+
+// A sixteenth; halves are rounded to the even number.
+[[gnu::always_inline]] inline int meanOf(int sum) {
+    return (sum + 7 + ((sum >> 4) & 1)) >> 4;
+}
+
+[[gnu::always_inline]] inline void reduceBlock(const ReducedRows::FrameRows& rows, int first,
+                                               int count, unsigned char* grey) {
+    Columns sums = {};
+    addRows(rows, first * kPixel, count * kPixel, sums);
+    addNeighbours(count * kPixel, sums);
+    for (int i = 0; i < count; ++i) {
+        const std::uint16_t* const pixel = sums + i * kPixel;
+        grey[first + i] = greyLevel(meanOf(pixel[0]), meanOf(pixel[1]), meanOf(pixel[2]));
+    }
+}
+
+[[gnu::always_inline]] inline void reduceRows(const ReducedRows::FrameRows& rows, int count,
+                                              unsigned char* grey) {
+    int first = 0;
+    for (; first + kBlock <= count; first += kBlock) {
+        reduceBlock(rows, first, kBlock, grey);
+    }
+    reduceBlock(rows, first, count - first, grey);
+}
+
+// From the farthest pixels inwards, in parts of 256, both ways: the image library's bell curve with
+// an aperture of 21, whose outermost pixels weigh nothing.
+constexpr int kWeights[kBlurReach] = {2, 2, 4, 6, 11, 15, 20, 25, 28};
+constexpr int kMiddleWeight = 30;
+constexpr int kWeightsShift = 16; // of both ways together
+
+[[gnu::always_inline]] inline void blurRow(const unsigned char* grey, int count,
+                                           std::uint16_t* sums) {
+    for (int i = 0; i < count; ++i) {
+        auto sum = static_cast<std::uint16_t>(kMiddleWeight * grey[i]);
+        for (int k = 0; k < kBlurReach; ++k) {
+            const int away = kBlurReach - k;
+            sum = static_cast<std::uint16_t>(sum + kWeights[k] * (grey[i - away] + grey[i + away]));
+        }
+        sums[i] = sum;
+    }
+}
+
+// Each row's share on its own: compilers do not see that so many rows lie apart.
+[[gnu::always_inline]] inline void liftBlock(const ReducedRows::SumRows& rows, int first, int count,
+                                             unsigned char* grey) {
+    std::uint32_t sums[kBlock];
+    const std::uint16_t* const middle = rows[kBlurReach] + first;
+    for (int i = 0; i < count; ++i) {
+        sums[i] = (1U << (kWeightsShift - 1)) + std::uint32_t{kMiddleWeight} * middle[i];
+    }
+    for (std::size_t k = 0; k < kBlurReach; ++k) {
+        const std::uint16_t* const above = rows[k] + first;
+        const std::uint16_t* const below = rows[2 * kBlurReach - k] + first;
+        for (int i = 0; i < count; ++i) {
+            const std::uint32_t both = std::uint32_t{above[i]} + below[i];
+            sums[i] += static_cast<std::uint32_t>(kWeights[k]) * both;
+        }
+    }
+    for (int i = 0; i < count; ++i) {
+        const int background = static_cast<int>(sums[i] >> kWeightsShift);
+        grey[first + i] = liftedLevel(grey[first + i], background);
+    }
+}
+
+[[gnu::always_inline]] inline void liftRow(const ReducedRows::SumRows& rows, int count,
+                                           unsigned char* grey) {
+    int first = 0;
+    for (; first + kBlock <= count; first += kBlock) {
+        liftBlock(rows, first, kBlock, grey);
+    }
+    liftBlock(rows, first, count - first, grey);
+}
+
+constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
+
+#ifdef __x86_64__
+
+[[gnu::target("avx2")]] void reduceWithAvx2(const ReducedRows::FrameRows& rows, int count,
+                                            unsigned char* grey) {
+    reduceRows(rows, count, grey);
+}
+
+[[gnu::target("avx2")]] void blurWithAvx2(const unsigned char* grey, int count,
+                                          std::uint16_t* sums) {
+    blurRow(grey, count, sums);
+}
+
+[[gnu::target("avx2")]] void liftWithAvx2(const ReducedRows::SumRows& rows, int count,
+                                          unsigned char* grey) {
+    liftRow(rows, count, grey);
+}
+
+constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx2};
+
+#endif
+
+} // namespace
+
+std::vector<ReducedRows> allReducedRows() {
+    std::vector<ReducedRows> all{kPlain};
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) {
+        all.push_back(kAvx2);
+    }
+#endif
+    return all;
+}
+
+const ReducedRows& reducedRows() {
+    static const ReducedRows widest = allReducedRows().back();
+    return widest;
+}
+
+} // namespace doccam

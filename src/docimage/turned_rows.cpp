@@ -1,0 +1,129 @@
+// Loops that the compiler turns into vector instructions, but for the fetching of pixels.
+#include "docimage/turned_rows.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace doccam {
+namespace {
+
+constexpr int kChannels = 3;
+constexpr int kBlock = 64;
+
+// The pixels around the places of a block, each with its samples in the lower three bytes.
+struct Neighbours {
+    std::uint32_t upperLeft[kBlock], upperRight[kBlock], lowerLeft[kBlock], lowerRight[kBlock];
+};
+
+[[gnu::always_inline]] inline std::uint32_t pixelAt(const unsigned char* pixel) {
+    std::uint32_t samples = 0;
+    std::memcpy(&samples, pixel, sizeof samples);
+    return samples;
+}
+
+struct Places {
+    int across[kBlock], down[kBlock];
+};
+
+[[gnu::always_inline]] inline void findPlaces(const TurnedRow& row, int first, int count,
+                                              Places& places) {
+    const int* const acrossFrom = row.acrossFrom + first;
+    const int* const downFrom = row.downFrom + first;
+    for (int i = 0; i < count; ++i) {
+        places.across[i] = row.across + acrossFrom[i];
+        places.down[i] = row.down + downFrom[i];
+    }
+}
+
+[[gnu::always_inline]] inline void fetch(const TurnedRow& row, const Places& places, int count,
+                                         Neighbours& pixels) {
+    for (int i = 0; i < count; ++i) {
+        const std::ptrdiff_t x = places.across[i] >> kPlaceShift;
+        const std::ptrdiff_t y = places.down[i] >> kPlaceShift;
+        const unsigned char* const upper = row.source + y * row.step + x * kChannels;
+        const unsigned char* const lower = upper + row.step;
+        pixels.upperLeft[i] = pixelAt(upper);
+        pixels.upperRight[i] = pixelAt(upper + kChannels);
+        pixels.lowerLeft[i] = pixelAt(lower);
+        pixels.lowerRight[i] = pixelAt(lower + kChannels);
+    }
+}
+
+using Samples = unsigned char[kBlock];
+
+[[gnu::always_inline]] inline void blendSamples(const Places& places, const Neighbours& pixels,
+                                                int count, int shift, Samples& samples) {
+    for (int i = 0; i < count; ++i) {
+        const Blend blend(places.across[i], places.down[i]);
+        const auto sample = [=](std::uint32_t pixel) {
+            return static_cast<int>((pixel >> shift) & 0xFF);
+        };
+        samples[i] = blend(sample(pixels.upperLeft[i]), sample(pixels.upperRight[i]),
+                           sample(pixels.lowerLeft[i]), sample(pixels.lowerRight[i]));
+    }
+}
+
+[[gnu::always_inline]] inline void join(const Samples& first, const Samples& second,
+                                        const Samples& third, int count, unsigned char* target) {
+    for (int i = 0; i < count; ++i) {
+        target[kChannels * i] = first[i];
+        target[kChannels * i + 1] = second[i];
+        target[kChannels * i + 2] = third[i];
+    }
+}
+
+[[gnu::always_inline]] inline void blendBlock(const TurnedRow& row, int first, int count,
+                                              SampleOrder order, unsigned char* target) {
+    Places places;
+    Neighbours pixels;
+    Samples samples[kChannels];
+    findPlaces(row, first, count, places);
+    fetch(row, places, count, pixels);
+    blendSamples(places, pixels, count, 0, samples[0]);
+    blendSamples(places, pixels, count, 8, samples[1]);
+    blendSamples(places, pixels, count, 16, samples[2]);
+    const bool kept = order == SampleOrder::kKept;
+    join(samples[kept ? 0 : 2], samples[1], samples[kept ? 2 : 0], count,
+         target + std::ptrdiff_t{kChannels} * first);
+}
+
+[[gnu::always_inline]] inline void blendRow(const TurnedRow& row, SampleOrder order,
+                                            unsigned char* target) {
+    int first = 0;
+    for (; first + kBlock <= row.count; first += kBlock) {
+        blendBlock(row, first, kBlock, order, target);
+    }
+    blendBlock(row, first, row.count - first, order, target);
+}
+
+constexpr TurnedRows kPlain = {"baseline", blendRow};
+
+#ifdef __x86_64__
+
+[[gnu::target("avx2")]] void blendWithAvx2(const TurnedRow& row, SampleOrder order,
+                                           unsigned char* target) {
+    blendRow(row, order, target);
+}
+
+constexpr TurnedRows kAvx2 = {"AVX2", blendWithAvx2};
+
+#endif
+
+} // namespace
+
+std::vector<TurnedRows> allTurnedRows() {
+    std::vector<TurnedRows> all{kPlain};
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) {
+        all.push_back(kAvx2);
+    }
+#endif
+    return all;
+}
+
+const TurnedRows& turnedRows() {
+    static const TurnedRows widest = allTurnedRows().back();
+    return widest;
+}
+
+} // namespace doccam

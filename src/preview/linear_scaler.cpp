@@ -1,0 +1,168 @@
+#include "preview/linear_scaler.h"
+
+#include "base/strips.h"
+
+#include <opencv2/core.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <utility>
+
+namespace doccam {
+namespace {
+
+constexpr int kChannels = 3;
+constexpr float kWhole = 2048;
+
+// What source pixels a target pixel stands for, each way.
+cv::Point2d ratioOf(cv::Size source, cv::Size target) {
+    return {1.0 / (static_cast<double>(target.width) / source.width),
+            1.0 / (static_cast<double>(target.height) / source.height)};
+}
+
+bool isTwo(double ratio) {
+    return std::abs(ratio - 2) < std::numeric_limits<double>::epsilon();
+}
+
+// Between two pixels of the source: the first, and how far away from it.
+std::pair<int, float> placeOf(int target, double ratio) {
+    const auto place = static_cast<float>((target + 0.5) * ratio - 0.5);
+    const float first = std::floor(place);
+    return {static_cast<int>(first), place - first};
+}
+
+int shareOf(float part) {
+    return cv::saturate_cast<std::int16_t>(part * kWhole);
+}
+
+// At half the size every pixel is the mean of four, halves rounded up.
+void halveRow(const uchar* upper, const uchar* lower, int width, uchar* target) {
+    for (int x = 0; x < width; ++x, upper += 2 * kChannels, lower += 2 * kChannels) {
+        for (int i = 0; i < kChannels; ++i) {
+            const int sum = upper[i] + upper[i + kChannels] + lower[i] + lower[i + kChannels];
+            *target++ = static_cast<uchar>((sum + 2) >> 2);
+        }
+    }
+}
+
+void halve(const cv::Mat& source, cv::Mat& target) {
+    forEachStrip(Strips(target.rows), [&](cv::Range part, int /*number*/) {
+        for (int y = part.start; y < part.end; ++y) {
+            halveRow(source.ptr(2 * y), source.ptr(2 * y + 1), target.cols, target.ptr(y));
+        }
+    });
+}
+
+// Rows in 128ths of a level; shares in 2048ths. Each product is cut off on its own.
+void mixRows(const std::int16_t* upper, int upperShare, const std::int16_t* lower, int lowerShare,
+             int count, uchar* target) {
+    for (int i = 0; i < count; ++i) {
+        const int sum = ((upper[i] * upperShare) >> 16) + ((lower[i] * lowerShare) >> 16);
+        target[i] = static_cast<uchar>((sum + 2) >> 2);
+    }
+}
+
+} // namespace
+
+// Some of the target's rows. Of the source's rows, scaled along, the last two are kept: the next
+// row of the target often needs one of them again.
+class LinearScaler::Strip {
+  public:
+    Strip(const cv::Mat& source, const std::vector<Mixture>& columns, std::int16_t* memory)
+      : source_(source)
+      , columns_(columns)
+      , upper_{memory, kNone}
+      , lower_{memory + kChannels * columns.size(), kNone} {}
+
+    void fill(const Mixture& rows, uchar* target) {
+        if (lower_.number == rows.first) {
+            std::swap(upper_, lower_);
+        }
+        scaleAlong(rows.first, upper_);
+        scaleAlong(rows.second, lower_);
+        mixRows(upper_.samples, rows.firstShare, lower_.samples, rows.secondShare,
+                kChannels * static_cast<int>(columns_.size()), target);
+    }
+
+  private:
+    static constexpr int kNone = -1;
+
+    struct Row {
+        std::int16_t* samples;
+        int number; // in the source
+    };
+
+    void scaleAlong(int number, Row& row) const {
+        if (row.number == number) {
+            return;
+        }
+        row.number = number;
+        const uchar* const source = source_.ptr(number);
+        std::int16_t* next = row.samples;
+        for (const Mixture& column : columns_) {
+            const uchar* const first = source + std::ptrdiff_t{kChannels} * column.first;
+            const uchar* const second = source + std::ptrdiff_t{kChannels} * column.second;
+            for (int i = 0; i < kChannels; ++i) {
+                const int sum = first[i] * column.firstShare + second[i] * column.secondShare;
+                *next++ = static_cast<std::int16_t>(sum >> 4);
+            }
+        }
+    }
+
+    const cv::Mat& source_;
+    const std::vector<Mixture>& columns_;
+    Row upper_, lower_;
+};
+
+bool LinearScaler::canScale(const cv::Mat& source, const cv::Mat& target) {
+    return source.type() == CV_8UC3 && target.type() == CV_8UC3;
+}
+
+// Along a row, what lies beyond the source is its last pixel; across rows the shares stay as they
+// are, and only the pixel is the last one.
+void LinearScaler::prepare(cv::Size source, cv::Size target) {
+    if (source == source_ && target == target_) {
+        return;
+    }
+    const cv::Point2d ratio = ratioOf(source, target);
+    columns_.clear();
+    for (int x = 0; x < target.width; ++x) {
+        const auto [place, part] = placeOf(x, ratio.x);
+        const int first = std::clamp(place, 0, source.width - 1);
+        const float beyond = place < 0 || place >= source.width - 1 ? 0 : part;
+        columns_.push_back({first, shareOf(1.0F - beyond), std::min(first + 1, source.width - 1),
+                            shareOf(beyond)});
+    }
+    rows_.clear();
+    for (int y = 0; y < target.height; ++y) {
+        const auto [place, part] = placeOf(y, ratio.y);
+        rows_.push_back({std::clamp(place, 0, source.height - 1), shareOf(1.0F - part),
+                         std::clamp(place + 1, 0, source.height - 1), shareOf(part)});
+    }
+    memory_.resize(std::size_t{2} * Strips::kMost * kChannels * columns_.size());
+    source_ = source;
+    target_ = target;
+}
+
+void LinearScaler::scale(const cv::Mat& source, cv::Mat& target) {
+    CV_Assert(canScale(source, target) && !source.empty() && !target.empty());
+    const cv::Point2d ratio = ratioOf(source.size(), target.size());
+    if (source.size() == target.size()) {
+        source.copyTo(target);
+    } else if (isTwo(ratio.x) && isTwo(ratio.y)) {
+        halve(source, target);
+    } else {
+        prepare(source.size(), target.size());
+        const std::size_t ofStrip = 2 * kChannels * columns_.size();
+        forEachStrip(Strips(target.rows), [&](cv::Range part, int number) {
+            Strip strip(source, columns_, &memory_[static_cast<std::size_t>(number) * ofStrip]);
+            for (int y = part.start; y < part.end; ++y) {
+                strip.fill(rows_[static_cast<std::size_t>(y)], target.ptr(y));
+            }
+        });
+    }
+}
+
+} // namespace doccam

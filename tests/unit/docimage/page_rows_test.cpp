@@ -1,0 +1,123 @@
+// The loops over rows of a page, for each instruction set that this machine has.
+#include "docimage/page_rows.h"
+#include "plain/black_edge.h"
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+using doccam::PageRows;
+using doccam::PaperRow;
+
+class EachPageRows : public testing::TestWithParam<PageRows> {};
+
+std::string named(const testing::TestParamInfo<PageRows>& rows) {
+    return rows.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(PageRows, EachPageRows, testing::ValuesIn(doccam::allPageRows()), named);
+
+TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
+    std::vector<cv::Vec3b> row(256);
+    std::vector<unsigned char> marks(row.size());
+    for (int first = 0; first < 256; ++first) {
+        for (int second = 0; second < 256; ++second) {
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                row[i] = cv::Vec3b(static_cast<uchar>(first), static_cast<uchar>(second),
+                                   static_cast<uchar>(i));
+            }
+            GetParam().markColours(row.data()->val, 256, marks.data());
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                ASSERT_EQ(marks[i], doccam::plain::isColoured(row[i]) ? 255 : 0) << row[i];
+            }
+        }
+    }
+}
+
+TEST_P(EachPageRows, MarksNoMoreThanItsPixels) {
+    for (int count = 0; count <= 200; ++count) {
+        const std::vector<unsigned char> row(static_cast<std::size_t>(3 * count), 7);
+        std::vector<unsigned char> marks(static_cast<std::size_t>(count + 8), 99);
+        GetParam().markColours(row.data(), count, marks.data());
+        EXPECT_EQ(std::count(marks.begin(), marks.end(), 0), count);
+        EXPECT_EQ(std::count(marks.begin(), marks.end(), 99), 8);
+    }
+}
+
+// Sums as large and as close to each limit as they come: whole rows of one mean.
+TEST_P(EachPageRows, MarksForPaperWhatIsAboveTheMeanLess19) {
+    constexpr int kPixels = doccam::kSurroundings * doccam::kSurroundings;
+    std::vector<unsigned char> grey(256);
+    for (std::size_t i = 0; i < grey.size(); ++i) {
+        grey[i] = static_cast<unsigned char>(i);
+    }
+    std::vector<unsigned char> paper(grey.size());
+    std::vector<int> sums(grey.size() + doccam::kSurroundings);
+    for (int mean = 0; mean <= 255; ++mean) {
+        for (const int off : {-kPixels / 2, -1, 0, 1, kPixels / 2}) {
+            const int sum = std::clamp(kPixels * mean + off, 0, kPixels * 255);
+            const int rounded = cvRound(static_cast<double>(sum) / kPixels);
+            for (std::size_t i = 0; i < sums.size(); ++i) {
+                sums[i] = static_cast<int>(i) / doccam::kSurroundings * sum;
+            }
+            GetParam().markPaper(grey.data(), sums.data(), doccam::kSurroundings, paper.data());
+            for (std::size_t i = 0; i < doccam::kSurroundings; ++i) {
+                ASSERT_EQ(paper[i], grey[i] - rounded > -19 ? 255 : 0) << i << ' ' << sum;
+            }
+        }
+    }
+}
+
+// What the steps make of a row, pixel by pixel.
+void whitenPlainly(const PaperRow& row, const cv::Mat& sharp, unsigned char* result) {
+    for (int x = 0; x < row.count; ++x) {
+        const auto c = sharp.at<cv::Vec3b>(1, x);
+        cv::Vec3b pixel(row.row[3 * x], row.row[3 * x + 1], row.row[3 * x + 2]);
+        const bool isRed = c[2] - c[1] >= 81 || c[2] - c[0] >= 81;
+        if (row.margin[x] == 255) {
+            pixel = cv::Vec3b::all(255);
+        } else if (doccam::plain::isColoured(c)) {
+            pixel = isRed ? cv::Vec3b(cv::saturate_cast<uchar>(c[0] - 40),
+                                      cv::saturate_cast<uchar>(c[1] - 40),
+                                      cv::saturate_cast<uchar>(c[2] + 80))
+                          : c;
+        } else if (row.paper[x] == 255) {
+            pixel = cv::Vec3b::all(255);
+        }
+        std::copy_n(pixel.val, 3, result + 3 * x);
+    }
+}
+
+cv::Mat halfMarked(cv::RNG& random, int count) {
+    cv::Mat marks(1, count, CV_8UC1);
+    random.fill(marks, cv::RNG::UNIFORM, 0, 2);
+    return marks * 255;
+}
+
+TEST_P(EachPageRows, WhitensAsTheFilterAndTheRulesDo) {
+    cv::RNG random(31);
+    for (int count = 1; count <= 300; ++count) {
+        cv::Mat rows(3, count, CV_8UC3);
+        random.fill(rows, cv::RNG::NORMAL, random.uniform(0, 255), random.uniform(1, 90));
+        cv::Mat sharp;
+        cv::filter2D(rows, sharp, CV_8U, cv::Matx33f(0, -2, 0, 0, 5, 0, 0, -1.5F, 0));
+        const cv::Mat margin = halfMarked(random, count);
+        const cv::Mat paper = halfMarked(random, count);
+        const PaperRow row{rows.ptr(0), rows.ptr(1), rows.ptr(2), margin.ptr(), paper.ptr(), count};
+        std::vector<unsigned char> expected(static_cast<std::size_t>(3 * count));
+        whitenPlainly(row, sharp, expected.data());
+        std::vector<unsigned char> actual(expected.size());
+        GetParam().whitenPaper(row, actual.data());
+        ASSERT_EQ(actual, expected) << count;
+        GetParam().whitenPaper(row, rows.ptr(1));
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), rows.ptr(1))) << count;
+    }
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+// Cleaning a page against its plain steps: every width, sizes that are shared among processors,
+// parts of larger pictures, photographs.
+#include "cleaning_pictures.h"
+#include "docimage/black_edge.h"
+#include "docimage/paper.h"
+#include "plain/black_edge.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+using namespace doccam::test;
+namespace plain = doccam::plain;
+
+using Operation = void (*)(cv::Mat);
+
+void expectSame(const cv::Mat& page, Operation operation, Operation steps) {
+    const cv::Mat actual = page.clone();
+    const cv::Mat expected = page.clone();
+    operation(actual);
+    steps(expected);
+    EXPECT_TRUE(isSamePicture(actual, expected));
+}
+
+void expectPlainResults(const cv::Mat& page) {
+    expectSame(page, FN_DeleteBlackEdge, plain::deleteBlackEdge);
+    expectSame(page, doccam::whitenMarginsByBrightness, plain::deleteBlackEdgeByBrightness);
+    expectSame(page, FN_DeleteBackcolor, plain::deleteBackcolor);
+    EXPECT_TRUE(isSamePicture(doccam::marginMask(page).rows(), plain::marginMask(page).rows));
+}
+
+std::uint64_t seedOf(cv::Size size) {
+    return static_cast<std::uint64_t>(1000 * size.width + size.height);
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsForEveryNarrowWidth) {
+    for (int width = 1; width <= 40; ++width) {
+        for (const int height : {1, 2, 3, 5, 37}) {
+            const cv::Size size(width, height);
+            SCOPED_TRACE(size);
+            expectPlainResults(noise(size, seedOf(size)));
+        }
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsForNarrowHighPages) {
+    for (int width = 1; width <= 40; ++width) {
+        const cv::Size size(width, 1200);
+        SCOPED_TRACE(size);
+        expectPlainResults(drawnScene(size, seedOf(size)));
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsOnLargeScenes) {
+    for (int i = 0; i < 12; ++i) {
+        const cv::Size size(900 + i, 700 + 13 * i);
+        SCOPED_TRACE(size);
+        expectPlainResults(drawnScene(size, seedOf(size)));
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsOnLargeNoise) {
+    for (const int width : {640, 641, 642, 643}) {
+        SCOPED_TRACE(width);
+        expectPlainResults(noise({width, 480}, 9));
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsOnOneColour) {
+    for (const cv::Scalar& colour : {cv::Scalar::all(0), cv::Scalar::all(30), cv::Scalar::all(31),
+                                     cv::Scalar::all(255), cv::Scalar(10, 20, 200)}) {
+        SCOPED_TRACE(testing::Message() << colour);
+        expectPlainResults(cv::Mat(300, 403, CV_8UC3, colour));
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsOnAPartOfALargerPicture) {
+    for (const int width : {300, 301, 302, 303}) {
+        const cv::Rect part(11, 7, width, 260);
+        cv::Mat larger = noise({400, 300}, 2);
+        drawnScene(part.size(), 4).copyTo(larger(part));
+        const cv::Mat plainly = larger.clone();
+        FN_DeleteBlackEdge(larger(part));
+        plain::deleteBlackEdge(plainly(part));
+        EXPECT_TRUE(isSamePicture(larger, plainly));
+        FN_DeleteBackcolor(larger(part));
+        plain::deleteBackcolor(plainly(part));
+        EXPECT_TRUE(isSamePicture(larger, plainly));
+    }
+}
+
+TEST(PaperOf, IsTheLibrarysAdaptiveThreshold) {
+    for (int i = 0; i < 60; ++i) {
+        const cv::Size size(1 + i * 17 % 523, 1 + i * 29 % 431);
+        SCOPED_TRACE(size);
+        const cv::Mat page =
+            i % 2 == 0 ? noise(size, seedOf(size)) : drawnScene(size, seedOf(size));
+        cv::Mat expected;
+        cv::cvtColor(page, expected, cv::COLOR_RGB2GRAY);
+        cv::adaptiveThreshold(expected, expected, 255, cv::ADAPTIVE_THRESH_MEAN_C,
+                              cv::THRESH_BINARY, 179, 19);
+        EXPECT_TRUE(isSamePicture(doccam::paperOf(page).rows(), expected));
+    }
+}
+
+TEST(CleaningAPage, EqualsThePlainStepsOnPhotographs) {
+    const char* const folder = std::getenv("DOCCAM_PHOTOS");
+    if (folder == nullptr) {
+        GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const cv::Mat photograph = cv::imread(entry.path());
+        if (!photograph.empty()) {
+            SCOPED_TRACE(entry.path());
+            expectPlainResults(photograph);
+            expectPlainResults(photograph.colRange(0, photograph.cols - 1));
+        }
+    }
+}
+
+} // namespace

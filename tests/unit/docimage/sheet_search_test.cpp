@@ -1,0 +1,164 @@
+// The search on the reduced copy of a frame, step by step, against the image library's steps.
+#include "cleaning_pictures.h"
+#include "docimage/lifted_level.h"
+#include "docimage/reduced_rows.h"
+#include "docimage/sheet_search.h"
+#include "plain/outline.h"
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace doccam {
+namespace {
+
+using test::isSamePicture;
+
+TEST(LiftedLevel, AddsSevenTenthsOfTheBackgroundsDistanceFrom127) {
+    EXPECT_EQ(liftedLevel(100, 127), 100);
+    EXPECT_EQ(liftedLevel(100, 27), 169);
+    EXPECT_EQ(liftedLevel(200, 227), 130);
+}
+
+TEST(LiftedLevel, CutsFractionsOff) {
+    EXPECT_EQ(liftedLevel(50, 126), 50);
+    EXPECT_EQ(liftedLevel(50, 128), 49);
+}
+
+TEST(LiftedLevel, IsNeverNegative) {
+    EXPECT_EQ(liftedLevel(0, 255), 0);
+    EXPECT_EQ(liftedLevel(90, 255), 0);
+    EXPECT_EQ(liftedLevel(91, 255), 1);
+}
+
+TEST(LiftedLevel, WrapsAroundAbove255) {
+    EXPECT_EQ(liftedLevel(255, 127), 255);
+    EXPECT_EQ(liftedLevel(255, 125), 0);
+    EXPECT_EQ(liftedLevel(255, 0), 87);
+}
+
+// Seven tenths in single precision: ten times that is just under 7.
+TEST(LiftedLevel, IsWhatFractionsGiveForAllLevels) {
+    for (int grey = 0; grey < 256; ++grey) {
+        for (int background = 0; background < 256; ++background) {
+            const double sum = static_cast<double>(0.7F) * (127 - background) + grey;
+            const int level = std::max(static_cast<int>(sum), 0);
+            ASSERT_EQ(liftedLevel(grey, background), static_cast<unsigned char>(level))
+                << grey << ' ' << background;
+        }
+    }
+}
+
+class EachReducedRows : public testing::TestWithParam<ReducedRows> {};
+
+std::string named(const testing::TestParamInfo<ReducedRows>& rows) {
+    return rows.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(ReducedRows, EachReducedRows, testing::ValuesIn(allReducedRows()), named);
+
+TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
+    for (int count = 1; count <= 150; ++count) {
+        const cv::Mat frame = test::noise({4 * count, 4}, static_cast<std::uint64_t>(count));
+        std::vector<unsigned char> grey(static_cast<std::size_t>(count + 1), 99);
+        GetParam().reduceToGrey({frame.ptr(0), frame.ptr(1), frame.ptr(2), frame.ptr(3)}, count,
+                                grey.data());
+        const cv::Mat expected = plain::reducedGrey(frame);
+        ASSERT_TRUE(std::equal(expected.begin<uchar>(), expected.end<uchar>(), grey.begin()))
+            << count;
+        ASSERT_EQ(grey.back(), 99);
+    }
+}
+
+// A pixel of each sum of sixteen samples: halves go to the even number.
+TEST_P(EachReducedRows, RoundsMeansAsTheLibraryDoes) {
+    constexpr int kSums = 16 * 255 + 1;
+    cv::Mat frame(4, 4 * kSums, CV_8UC3);
+    for (int sum = 0; sum < kSums; ++sum) {
+        for (int i = 0; i < 16; ++i) {
+            const int sample = (sum + i) / 16;
+            frame.at<cv::Vec3b>(i / 4, 4 * sum + i % 4) =
+                cv::Vec3b::all(static_cast<uchar>(sample));
+        }
+    }
+    std::vector<unsigned char> grey(kSums);
+    GetParam().reduceToGrey({frame.ptr(0), frame.ptr(1), frame.ptr(2), frame.ptr(3)}, kSums,
+                            grey.data());
+    const cv::Mat expected = plain::reducedGrey(frame);
+    EXPECT_TRUE(std::equal(expected.begin<uchar>(), expected.end<uchar>(), grey.begin()));
+}
+
+cv::Mat blurredBy(const ReducedRows& rows, const cv::Mat& grey) {
+    cv::Mat padded;
+    cv::copyMakeBorder(grey, padded, 0, 0, kBlurReach, kBlurReach, cv::BORDER_REPLICATE);
+    cv::Mat sums(grey.size(), CV_16UC1);
+    for (int y = 0; y < grey.rows; ++y) {
+        rows.blurAlong(padded.ptr(y, kBlurReach), grey.cols, sums.ptr<std::uint16_t>(y));
+    }
+    return sums;
+}
+
+TEST_P(EachReducedRows, LiftAsTheLibrarysBlurDoes) {
+    for (const cv::Size size : {cv::Size(1, 1), {2, 3}, {9, 40}, {31, 30}, {64, 21}, {151, 37}}) {
+        cv::Mat grey(size, CV_8UC1);
+        cv::RNG(5).fill(grey, cv::RNG::UNIFORM, 0, 256);
+        const cv::Mat expected = plain::lifted(grey);
+        const cv::Mat sums = blurredBy(GetParam(), grey);
+        for (int y = 0; y < grey.rows; ++y) {
+            ReducedRows::SumRows rows;
+            for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
+                const int row = std::clamp(y + i - kBlurReach, 0, grey.rows - 1);
+                rows[static_cast<std::size_t>(i)] = sums.ptr<std::uint16_t>(row);
+            }
+            GetParam().lift(rows, grey.cols, grey.ptr(y));
+        }
+        ASSERT_TRUE(isSamePicture(grey, expected)) << size;
+    }
+}
+
+TEST(SheetSearch, TakesTheFrameAsRedFirst) {
+    SheetSearch search;
+    EXPECT_EQ(search.reduce(cv::Mat(8, 8, CV_8UC3, cv::Scalar(255, 0, 0))).at<uchar>(0), 76);
+    EXPECT_EQ(search.reduce(cv::Mat(8, 8, CV_8UC3, cv::Scalar(0, 0, 255))).at<uchar>(0), 29);
+}
+
+TEST(SheetSearch, ReducesAndLiftsAsTheLibraryDoesInEverySize) {
+    SheetSearch search;
+    for (int width = 4; width <= 60; ++width) {
+        for (const int height : {4, 5, 18, 43, 48}) {
+            const cv::Mat frame = test::noise({width, height}, static_cast<std::uint64_t>(width));
+            SCOPED_TRACE(frame.size());
+            ASSERT_TRUE(isSamePicture(search.reduce(frame), plain::reducedGrey(frame)));
+            ASSERT_TRUE(
+                isSamePicture(search.liftContrast(), plain::lifted(plain::reducedGrey(frame))));
+        }
+    }
+}
+
+TEST(SheetSearch, ReducesAPartOfALargerFrame) {
+    const cv::Mat larger = test::noise({500, 300}, 3);
+    const cv::Mat part = larger(cv::Rect(33, 21, 400, 240));
+    EXPECT_TRUE(isSamePicture(SheetSearch().reduce(part), plain::reducedGrey(part.clone())));
+}
+
+TEST(SheetSearch, TurnsAThinWhiteLineOnADarkDeskDark) {
+    cv::Mat frame(240, 240, CV_8UC3, cv::Scalar::all(0));
+    frame.colRange(120, 124).setTo(cv::Scalar::all(255));
+    SheetSearch search;
+    search.reduce(frame);
+    const cv::Mat lifted = search.liftContrast();
+    EXPECT_LT(lifted.at<uchar>(30, 30), lifted.at<uchar>(30, 2));
+}
+
+TEST(SheetSearch, ThrowsForAFrameUnderFourPixels) {
+    EXPECT_THROW(SheetSearch().outlinesIn(cv::Mat(3, 100, CV_8UC3)), cv::Exception);
+    EXPECT_THROW(SheetSearch().outlinesIn(cv::Mat()), cv::Exception);
+}
+
+} // namespace
+} // namespace doccam

@@ -46,10 +46,12 @@ class ControlFaults : public SweepTest, public testing::WithParamInterface<Contr
 TEST_P(ControlFaults, GiveTheirCodeAndLeaveTheStreamGoingOn) {
     const Control& control = GetParam();
     ASSERT_EQ(open(), 0);
-    for (const int error : {EINVAL, ERANGE, EBUSY, EACCES, EIO, ENODEV, ENOSPC, EILSEQ}) {
+    for (const int error : requestErrors({ERANGE, EACCES, EILSEQ})) {
         SCOPED_TRACE(described(control.request, error, control.at));
+        virtualcam::clearCalls();
         addCallFault(control.request, error, control.at);
         EXPECT_EQ(control.call(), control.code);
+        expectStruck(control.request, error);
         waitForFrames(framesSeen() + 1);
         virtualcam::clearFaults(earlier_);
     }

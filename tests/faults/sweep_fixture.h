@@ -3,10 +3,14 @@
 
 #include "integration/session_fixture.h"
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace doccam::test {
+
+// The errors that the kernel documents for every request, and those of one request besides.
+std::vector<int> requestErrors(std::initializer_list<int> own = {});
 
 // Before each failing session the cameras are healthy and none is open; the end of the stream is
 // heard of.
@@ -21,11 +25,16 @@ class SweepTest : public SessionTest {
     // Waits until a stream has ended by itself, for the count-th time in this test.
     static void waitForEnds(int count);
 
-    // Closes, and expects a process without anything of the session, in which the next one works.
+    // Expects that the camera has refused a call of request with error since the calls were
+    // cleared.
+    static void expectStruck(const std::string& request, int error);
+
+    // Closes, and expects a process without anything of the session, in which the next one shows
+    // the frames that the camera sends.
     void expectCleanEnd();
 
   private:
-    std::size_t descriptorsBefore_;
+    std::vector<std::string> descriptorsBefore_;
 };
 
 // Names of errors for messages: "request EIO at 3".

@@ -62,7 +62,12 @@ class HeardFaults : public SessionTest {
         SetFaultCallback(onFault);
     }
 
-    ~HeardFaults() override { SetFaultCallback(nullptr); }
+    // A stream that goes on throwing would end the process without the callback.
+    ~HeardFaults() override {
+        virtualcam::setSleepScale(0.01);
+        closeCamera();
+        SetFaultCallback(nullptr);
+    }
 
     // Makes the first frame's still one of a sheet that lies left of the frame.
     void requestStillOfASheetOutside() {

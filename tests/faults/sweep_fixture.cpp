@@ -101,7 +101,7 @@ std::string errorName(int error) {
 SweepTest::SweepTest()
   : SessionTest(oneSmallSize({kWidth, kHeight}))
   , descriptorsBefore_(descriptors()) {
-    virtualcam::setSleepScale(0.001);
+    virtualcam::setSleepScale(0);
     ends = 0;
     SetFaultCallback(onFault);
     watchFrames();

@@ -109,7 +109,7 @@ TEST_F(HeardFaults, EndTheProcessWhenNobodyHears) {
             openSmall(kMjpegFormat);
             waitForFrames(3);
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), HasSubstr("roi"));
 }
 
 TEST_F(HeardFaults, AnswerAStillThatCannotBeSaved) {
@@ -141,7 +141,7 @@ TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
             openSmall(kMjpegFormat);
             captureImage(folder_.file("still.foo").c_str());
         },
-        testing::KilledBySignal(SIGABRT), "");
+        testing::KilledBySignal(SIGABRT), HasSubstr("could not find"));
 }
 
 TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {

@@ -4,31 +4,60 @@
 #include "integration/session_fixture.h"
 
 #include <string>
-#include <vector>
 
 namespace doccam::test {
 
-// Before each failing session the cameras are healthy and none is open; the end of the stream is
-// heard of.
+// The at-th call of a request gives the error.
+struct CallFault {
+    std::string request;
+    int error;
+    int at;
+};
+
+// For messages: "VIDIOC_QBUF EIO at 3".
+std::string described(const CallFault& fault);
+
+// The request and the error in a test's name: "QBUF", "EIO".
+std::string shortName(const std::string& request);
+std::string errorName(int error);
+
+// Before each failing session the cameras are healthy and none is open. They offer one small size,
+// so that sessions by the thousand take little time. The host hears of the end of the stream.
 class SweepTest : public SessionTest {
   protected:
+    static constexpr int kWidth = 160;
+    static constexpr int kHeight = 120;
+
     SweepTest();
     ~SweepTest() override;
 
-    // Opens the small size and returns the result code.
-    static int open(int format = kMjpegFormat);
+    // The result code.
+    static int open(int format);
 
-    // Waits until a stream has ended by itself, for the count-th time in this test.
-    static void waitForEnds(int count);
+    // Opens, and stops the camera behind the first frame; the result code.
+    int openForOneFrame(int format);
 
-    // Closes, and expects a process without anything of the session, in which the next one works.
-    void expectCleanEnd();
+    // Waits for that frame, and expects the host to see what the camera has sent.
+    void expectTheFrameSent(int format) const;
+
+    // Sets the fault, counted from now on.
+    void inject(const CallFault& fault);
+
+    // Expects that the fault has struck where it was set.
+    static void expectStruck(const CallFault& fault);
+
+    // Waits until the stream has ended by itself; the reason that the host was told.
+    static std::string reasonOfTheEnd();
+
+    // Expects the process to hold so many nodes, but for them no descriptor that it did not hold
+    // before the test, and so many mapped buffers.
+    void expectHeld(int nodes, int mappings) const;
+
+    // Expects a session to work that opens now, and nothing to be left of it.
+    void expectHealthySession(int format);
 
   private:
-    std::size_t descriptorsBefore_;
+    int descriptorsBefore_;
 };
-
-// Names of errors for messages: "request EIO at 3".
-std::string described(const std::string& request, int error, int at);
 
 } // namespace doccam::test

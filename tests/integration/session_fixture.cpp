@@ -11,8 +11,15 @@ namespace doccam::test {
 namespace {
 
 std::atomic<int> seen{0};
+std::atomic<bool> ended{false};
+std::atomic<unsigned> news{0}; // goes up after each change of the two above
 std::mutex lastMutex;
 cv::Mat last;
+
+void tellNews() {
+    news.fetch_add(1);
+    news.notify_all();
+}
 
 void onFrame(unsigned char* pixels, int width, int height) {
     {
@@ -20,7 +27,7 @@ void onFrame(unsigned char* pixels, int width, int height) {
         cv::Mat(height, width, CV_8UC3, pixels).copyTo(last);
     }
     seen.fetch_add(1);
-    seen.notify_all();
+    tellNews();
 }
 
 } // namespace
@@ -51,13 +58,20 @@ void resetLibrary() {
 
 void watchFrames() {
     seen = 0;
+    ended = false;
     SetDataCallback(onFrame);
 }
 
-void waitForFrames(int count) {
-    for (int now = seen; now < count; now = seen) {
-        seen.wait(now);
+bool waitForFrames(int count) {
+    for (unsigned now = news; seen < count && !ended; now = news) {
+        news.wait(now);
     }
+    return seen >= count;
+}
+
+void tellThatTheStreamEnded() {
+    ended = true;
+    tellNews();
 }
 
 int framesSeen() {
@@ -69,7 +83,8 @@ cv::Mat lastSeen() {
     return last.clone();
 }
 
-SessionTest::SessionTest() {
+SessionTest::SessionTest(const Formats& formats)
+  : CameraTest(formats) {
     resetLibrary();
     virtualcam::setSleepScale(0.01);
 }

@@ -16,8 +16,12 @@ void resetLibrary();
 // Registers a frame callback that counts and copies; once per test.
 void watchFrames();
 
-// Waits until the callback has seen count frames in all since watchFrames().
-void waitForFrames(int count);
+// Waits until the callback has seen count frames in all since watchFrames(), or until the stream is
+// said to have ended; whether the frames have come.
+bool waitForFrames(int count);
+
+// Says that no more frames will come, for those who wait for them.
+void tellThatTheStreamEnded();
 
 int framesSeen();
 
@@ -30,7 +34,7 @@ class SessionTest : public CameraTest {
     static constexpr int kIndexOfEarlier = 0; // bed camera earlier_
     static constexpr int kIndexOfLater = 1;   // bed camera later_
 
-    SessionTest();
+    explicit SessionTest(const Formats& formats = virtualcam::documentCameraFormats());
     ~SessionTest() override;
 
     // Opens camera 0 with the small size, and expects that to work.

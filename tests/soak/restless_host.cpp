@@ -23,11 +23,18 @@ void RestlessHost::run() {
     while (!stop_) {
         act();
         ++actions_;
+        actions_.notify_all();
+    }
+}
+
+void RestlessHost::waitForActions(long count) const {
+    for (long now = actions_; now < count; now = actions_) {
+        actions_.wait(now);
     }
 }
 
 void RestlessHost::act() {
-    switch (between(0, 20)) {
+    switch (between(0, 23)) {
     case 0: {
         const char* const names[] = {"/still.jpg", "/still.png", "/still.bmp", "/still.pdf"};
         captureImage((folder_ + names[between(0, 3)]).c_str());
@@ -42,6 +49,17 @@ void RestlessHost::act() {
     case 3:
         SetVideoCtlDefaultParam(between(0, 6));
         break;
+    case 4: {
+        int ignored = 0;
+        GetVideoCtlParam(between(0, 6), &ignored, &ignored, &ignored, &ignored);
+        break;
+    }
+    case 5:
+        ManualFocus();
+        break;
+    case 6:
+        ManualFocusEx();
+        break;
     default:
         between(0, 1) == 0 ? changeSetting() : changeView();
         break;
@@ -49,7 +67,7 @@ void RestlessHost::act() {
 }
 
 void RestlessHost::changeSetting() {
-    switch (between(0, 6)) {
+    switch (between(0, 7)) {
     case 0:
         SetCutType(between(0, 2));
         break;
@@ -68,6 +86,9 @@ void RestlessHost::changeSetting() {
     case 5:
         SetRotate(between(-1, 4));
         break;
+    case 6:
+        SetVideoFormat(between(0, 1)); // of the next session
+        break;
     default:
         SetFileFormat(between(0, 9));
         break;
@@ -75,7 +96,7 @@ void RestlessHost::changeSetting() {
 }
 
 void RestlessHost::changeView() {
-    switch (between(0, 6)) {
+    switch (between(0, 7)) {
     case 0:
         SetWebFormSize(between(-1, 640), between(-1, 480));
         break;
@@ -93,6 +114,9 @@ void RestlessHost::changeView() {
         break;
     case 5:
         Web_SetMoveOffet(between(-300, 300), between(-300, 300));
+        break;
+    case 6:
+        Web_ZoomOut();
         break;
     default:
         Web_ZoomIn();

@@ -8,8 +8,8 @@
 
 namespace doccam::test {
 
-// Changes settings, rotates, zooms, pans, moves controls, takes stills into folder and reads codes
-// until it is destroyed.
+// Changes every setting, rotates, zooms, pans, reads and moves controls, focuses, takes stills into
+// folder and reads codes until it is destroyed.
 class RestlessHost {
   public:
     explicit RestlessHost(std::string folder);
@@ -18,6 +18,8 @@ class RestlessHost {
     RestlessHost& operator=(const RestlessHost&) = delete;
 
     long actions() const { return actions_; }
+
+    void waitForActions(long count) const;
 
   private:
     void run();

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace doccam::test {
 
@@ -29,9 +30,17 @@ class BareCameraTest : public ::testing::Test {
 // supported models has the lower node numbers.
 class CameraTest : public BareCameraTest {
   protected:
-    CameraTest()
-      : later_(bed_.add(fastCamera("0c45", "6366")))
-      , earlier_(bed_.add(secondCamera())) {}
+    using Formats = std::vector<virtualcam::FormatDescription>;
+
+    explicit CameraTest(const Formats& formats = virtualcam::documentCameraFormats())
+      : later_(bed_.add(offering(formats, fastCamera("0c45", "6366"))))
+      , earlier_(bed_.add(offering(formats, secondCamera()))) {}
+
+    static virtualcam::CameraDescription offering(const Formats& formats,
+                                                  virtualcam::CameraDescription camera) {
+        camera.formats = formats;
+        return camera;
+    }
 
     static virtualcam::CameraDescription secondCamera() {
         virtualcam::CameraDescription camera = fastCamera("1778", "0210");

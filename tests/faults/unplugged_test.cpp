@@ -1,0 +1,189 @@
+// The camera is unplugged at each of the first frames, with all kinds of work pending.
+#include "api/library_state.h"
+#include "faults/sweep_fixture.h"
+#include "support/sanitized.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <atomic>
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+constexpr int kFrames = 50;
+
+// Of slow builds some frames are enough.
+constexpr int kStep = kSanitized ? 12 : 1;
+
+constexpr int kReadQr = 1;
+
+bool workIsPending() {
+    return state().isShootPhoto && state().IsRecogBarQr != kNoCodeRequest;
+}
+
+// The host's threads that wait for a still and for a code.
+class WaitingHost {
+  public:
+    explicit WaitingHost(const std::string& still)
+      : still_(still) {
+        // They wait for seconds unless they are told to hurry.
+        virtualcam::setSleepScale(0.1);
+        shooting_ = std::thread([this] { stillCode_ = captureImage(still_.c_str()); });
+        reading_ = std::thread([this] { codeText_ = RecogBarQrCode(kReadQr); });
+        while (!workIsPending()) {
+            std::this_thread::yield();
+        }
+    }
+
+    ~WaitingHost() { join(); }
+
+    WaitingHost(const WaitingHost&) = delete;
+    WaitingHost& operator=(const WaitingHost&) = delete;
+
+    // Both give up in no time, and are told of nothing.
+    void expectReturn() {
+        join();
+        EXPECT_EQ(stillCode_, 0);
+        EXPECT_FALSE(std::filesystem::exists(still_));
+        EXPECT_STREQ(codeText_, "");
+    }
+
+  private:
+    void join() {
+        virtualcam::setSleepScale(0);
+        for (std::thread* thread : {&shooting_, &reading_}) {
+            if (thread->joinable()) {
+                thread->join();
+            }
+        }
+    }
+
+    const std::string still_;
+    int stillCode_ = -1;
+    const char* codeText_ = nullptr;
+    std::thread shooting_;
+    std::thread reading_;
+};
+
+std::atomic<int> framesUntilUnplugged{0};
+std::atomic<virtualcam::CameraId> unpluggedCamera{0};
+
+void ignorePreview(unsigned char* /*pixels*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {
+}
+
+// Asks for everything and pulls the camera out while the library waits for its callback.
+void unplugAtTheLastFrame(unsigned char* /*pixels*/, int /*width*/, int /*height*/) {
+    if (framesUntilUnplugged == 1) {
+        state().isShootPhoto = true;
+        state().IsRecogBarQr = kReadQr;
+        virtualcam::unplug(unpluggedCamera);
+    }
+    --framesUntilUnplugged;
+    framesUntilUnplugged.notify_all();
+}
+
+struct Case {
+    const char* name;
+    int format;
+    bool heard; // the host has a callback for faults
+};
+
+void PrintTo(const Case& unplugging, std::ostream* out) {
+    *out << unplugging.name;
+}
+
+class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
+  protected:
+    Unplugged() {
+        SetWebDataCallback(ignorePreview);
+        if (!GetParam().heard) {
+            SetFaultCallback(nullptr);
+        }
+    }
+
+    void expectTheEnd() {
+        if (GetParam().heard) {
+            EXPECT_EQ(reasonOfTheEnd(), "the camera was unplugged");
+        }
+    }
+
+    // The node and its buffers are the session's until the host closes it.
+    void closeAndPlugAgain() {
+        EXPECT_TRUE(state().bKeep);
+        expectHeld(1, 5);
+        EXPECT_EQ(closeCamera(), 0);
+        expectHeld(0, 0);
+        EXPECT_TRUE(workIsPending());
+        bed_.unplug(earlier_);
+        bed_.plug(earlier_);
+        EXPECT_EQ(getDeviceCount(), 2);
+    }
+
+    // The first frame of the next session answers what is still asked for.
+    void expectHealthyLibrary() {
+        expectHealthySession(kMjpegFormat);
+        EXPECT_FALSE(state().isShootPhoto);
+        EXPECT_EQ(state().IsRecogBarQr, kNoCodeRequest);
+        EXPECT_TRUE(std::filesystem::remove(still_));
+        expectHealthySession(kYuyvFormat);
+    }
+
+    const ScratchFolder folder_;
+    const std::string still_ = folder_.file("still.bmp");
+};
+
+TEST_P(Unplugged, WhileAFrameIsWaitedForLeavesAHostThatGoesOnAndAHealthyLibrary) {
+    for (int frame = 1; frame <= kFrames; frame += kStep) {
+        SCOPED_TRACE(frame);
+        addFrameFault(virtualcam::FaultKind::kStall, frame);
+        watchFrames();
+        ASSERT_EQ(open(GetParam().format), 0);
+        SetWebFormSize(320, 240);
+        while (!virtualcam::waitedFor(earlier_)) {
+            std::this_thread::yield();
+        }
+        WaitingHost host(still_);
+        bed_.unplug(earlier_);
+        expectTheEnd();
+        host.expectReturn();
+        EXPECT_EQ(framesSeen(), frame - 1);
+        closeAndPlugAgain();
+        expectHealthyLibrary();
+    }
+}
+
+TEST_P(Unplugged, WhileAFrameIsShownLeavesAHealthyLibrary) {
+    state().imgSavePath.store(still_.c_str());
+    for (int frame = 1; frame <= kFrames; frame += kStep) {
+        SCOPED_TRACE(frame);
+        state().pGetVideoStream = unplugAtTheLastFrame;
+        framesUntilUnplugged = frame;
+        unpluggedCamera = earlier_;
+        ASSERT_EQ(open(GetParam().format), 0);
+        SetWebFormSize(320, 240);
+        for (int left = frame; left > 0; left = framesUntilUnplugged) {
+            framesUntilUnplugged.wait(left);
+        }
+        expectTheEnd();
+        EXPECT_EQ(framesUntilUnplugged, 0);
+        closeAndPlugAgain();
+        state().pGetVideoStream = nullptr;
+        watchFrames();
+        expectHealthyLibrary();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EachFrame, Unplugged,
+                         testing::Values(Case{"Mjpeg", kMjpegFormat, true},
+                                         Case{"Yuyv", kYuyvFormat, true},
+                                         Case{"MjpegUnheard", kMjpegFormat, false},
+                                         Case{"YuyvUnheard", kYuyvFormat, false}),
+                         [](const auto& unplugging) { return std::string(unplugging.param.name); });
+
+} // namespace
+} // namespace doccam::test

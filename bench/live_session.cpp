@@ -2,8 +2,10 @@
 
 #include <doccam/doccam.hpp>
 
+#include <array>
 #include <atomic>
 #include <stdexcept>
+#include <utility>
 
 namespace doccam::bench {
 namespace {
@@ -11,7 +13,10 @@ namespace {
 // The callbacks have no context of their own.
 std::atomic<int> arrived{0};   // frames that the streaming thread has handed over
 std::atomic<int> permitted{0}; // frames that it may go on from
+std::atomic<bool> held{false}; // whether it waits for the permission
 unsigned char* lastPixels = nullptr;
+virtualcam::CameraId opened{};
+std::array<virtualcam::FrameBytes, 2> sent; // as of the last two calls
 
 constexpr int kNoMoreWaiting = 1 << 30;
 
@@ -23,9 +28,14 @@ void waitUntil(const std::atomic<int>& value, int least) {
 
 void onFrame(unsigned char* pixels, int /*width*/, int /*height*/) {
     lastPixels = pixels;
+    sent[0] = std::exchange(sent[1], virtualcam::lastFrame(opened)->bytes);
     const int number = ++arrived;
     arrived.notify_all();
-    waitUntil(permitted, number);
+    for (int now = permitted; now < number; now = permitted) {
+        held = true;
+        held.notify_all();
+        permitted.wait(now);
+    }
 }
 
 void onPreview(unsigned char* /*pixels*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {}
@@ -44,6 +54,7 @@ LiveSession::LiveSession(const Picture& picture)
   , other_(bed_.add(cameraShowing(picture))) {
     permitted = 0;
     arrived = 0;
+    opened = own_;
     SetVideoFormat(0);
     SetRotate(1);
     SetCutType(1);
@@ -72,12 +83,32 @@ void LiveSession::nextFrame() {
     waitUntil(arrived, number + 1);
 }
 
+void LiveSession::start() {
+    held = false;
+    permitted = kNoMoreWaiting;
+    permitted.notify_all();
+    constexpr int kUntilInStride = 3;
+    waitForFrames(kUntilInStride);
+}
+
+void LiveSession::waitForFrames(int count) const {
+    waitUntil(arrived, arrived + count);
+}
+
+void LiveSession::stop() {
+    permitted = 0;
+    held.wait(false);
+    permitted = arrived - 1;
+    // What the library does beside its callbacks takes less than a frame.
+    Sleep(60);
+}
+
 cv::Mat LiveSession::frameView() const {
     return {kWidth, kHeight, CV_8UC3, lastPixels};
 }
 
-virtualcam::FrameBytes LiveSession::jpeg() const {
-    return virtualcam::lastFrame(own_)->bytes;
+std::vector<virtualcam::FrameBytes> LiveSession::jpegs() const {
+    return {sent.begin(), sent.end()};
 }
 
 } // namespace doccam::bench

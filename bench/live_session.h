@@ -1,4 +1,4 @@
-// A session of the library with a virtual camera, stepped frame by frame.
+// A session of the library with a virtual camera, stepped or run.
 #pragma once
 
 #include "bed/test_bed.h"
@@ -7,6 +7,7 @@
 #include <opencv2/core/mat.hpp>
 
 #include <string>
+#include <vector>
 
 namespace doccam::bench {
 
@@ -23,11 +24,21 @@ class LiveSession {
     // Lets the streaming thread go from one call of the host to the next: one whole frame.
     void nextFrame();
 
-    // The pixels of the last frame, which the streaming thread leaves alone until nextFrame().
+    // Lets the streaming thread run until it is in its stride, and some frames have gone by.
+    void start();
+
+    // While it runs: waits until so many more frames have been handed over.
+    void waitForFrames(int count) const;
+
+    // Stops it behind a frame, with nothing left to do.
+    void stop();
+
+    // The pixels of the last frame, which the stopped streaming thread leaves alone.
     cv::Mat frameView() const;
 
-    // The JPEG that it was made from.
-    virtualcam::FrameBytes jpeg() const;
+    // The last JPEGs that the camera has sent. That frame was made from one of them: the library
+    // may have fetched the next.
+    std::vector<virtualcam::FrameBytes> jpegs() const;
 
     // The node of a second camera, which the library has not opened.
     std::string otherCamera() const { return bed_.path(other_); }

@@ -68,7 +68,13 @@ std::vector<Allocation> allocationsOf(const Contest& contest) {
     call(contest.beforeOurs);
     AllocationCount count;
     contest.ours();
-    return count.take();
+    std::vector<Allocation> allocations = count.take();
+    const auto frames = static_cast<std::size_t>(contest.frames);
+    for (Allocation& allocation : allocations) {
+        allocation.times = (allocation.times + frames - 1) / frames;
+        allocation.bytes = (allocation.bytes + frames - 1) / frames;
+    }
+    return allocations;
 }
 
 // The two take turns, so that both meet the same machine.
@@ -89,10 +95,10 @@ void runContest(const Row& row, Result& result) {
             peer.time(contest.beforePeer, contest.peer);
             ours.time(contest.beforeOurs, contest.ours);
         }
-        result.ours += ours.wall;
-        result.peer += peer.wall;
-        result.oursProcessor += ours.processor;
-        result.peerProcessor += peer.processor;
+        result.ours += ours.wall / contest.frames;
+        result.peer += peer.wall / contest.frames;
+        result.oursProcessor += ours.processor / contest.frames;
+        result.peerProcessor += peer.processor / contest.frames;
     }
     result.unit = "ms";
 }

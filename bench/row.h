@@ -19,6 +19,7 @@ struct Contest {
     // Untimed, before each run of ours and of peer, for work that changes its input. May be empty.
     std::function<void()> beforeOurs = {};
     std::function<void()> beforePeer = {};
+    int frames = 1; // that a run of either handles; times and allocations are those of one
 };
 
 // Something counted rather than timed, with what the design needs of it.

@@ -1,8 +1,6 @@
 #include "capture/frame_loop.h"
 
 #include "api/library_state.h"
-#include "capture/grab_frame.h"
-#include "decode/mjpeg_decoder.h"
 #include "decode/mjpeg_frames.h"
 #include "preview/preview_stage.h"
 
@@ -11,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace doccam {
 namespace {
@@ -32,6 +31,10 @@ FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   , library_(library)
   , frameCapacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0)))
   , buffer_(bytesToReserve(library, frameCapacity_)) {}
+
+FrameLoop::~FrameLoop() {
+    thread_.side().end();
+}
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
@@ -64,44 +67,79 @@ FrameLoop::Next FrameLoop::step() {
 }
 
 FrameLoop::Next FrameLoop::grab() {
+    if (!isAhead_ && fetch() == Next::kEnd) {
+        return Next::kEnd;
+    }
+    isAhead_ = false;
+    const int result = tellFailure(fetched_);
+    if (result != 0) {
+        std::puts("grabImage error!!!!!!!!!!");
+        std::printf("cam get image ret = %d\n", result);
+        if (endsUnasked()) {
+            reportFault(DOCCAM_FAULT_STREAM_ENDED, failureReason(result, library_.cam_fd));
+        }
+        return Next::kEnd;
+    }
+    return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::fetch() {
     DequeuedBuffer dequeued;
     const int descriptor = library_.cam_fd;
     if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
         return Next::kEnd;
     }
-    frameLength_ = 0;
-    const int result = takeFrame(dequeued, {buffer_.data(), frameCapacity_}, frameLength_);
-    if (result != 0) {
-        std::puts("grabImage error!!!!!!!!!!");
-        std::printf("cam get image ret = %d\n", result);
-        if (endsUnasked()) {
-            reportFault(DOCCAM_FAULT_STREAM_ENDED, failureReason(result, descriptor));
-        }
+    fetched_ = takeFrame(dequeued, {buffer_.data(), frameCapacity_});
+    // A short frame is followed by zeros, not by what a longer one left.
+    if (fetched_.length < dirtyLength_) {
+        std::fill(buffer_.data() + fetched_.length, buffer_.data() + dirtyLength_, std::uint8_t{0});
+    }
+    dirtyLength_ = fetched_.length;
+    return Next::kFrame;
+}
+
+FrameLoop::Next FrameLoop::fetchAhead() {
+    if (!library_.bKeep || thread_.stopRequested() || !hasFilledBuffer(library_.cam_fd)) {
+        return Next::kFrame;
+    }
+    if (fetch() == Next::kEnd) {
         return Next::kEnd;
     }
-    // A short frame is followed by zeros, not by what a longer one left.
-    if (frameLength_ < dirtyLength_) {
-        std::fill(buffer_.data() + frameLength_, buffer_.data() + dirtyLength_, std::uint8_t{0});
+    isAhead_ = true;
+    if (fetched_.failure == GrabbedFrame::Failure::kNone) {
+        decodesAhead_ = true;
+        thread_.side().begin([this] { decodedAhead_ = decodeFetched(); });
     }
-    dirtyLength_ = frameLength_;
     return Next::kFrame;
+}
+
+Decoded FrameLoop::decodeFetched() const {
+    return decodeFrame({buffer_.data(), static_cast<std::size_t>(fetched_.length)}, true);
+}
+
+Decoded FrameLoop::takeDecoded() {
+    if (!std::exchange(decodesAhead_, false)) {
+        return decodeFetched();
+    }
+    thread_.side().finish();
+    return decodedAhead_;
 }
 
 FrameLoop::Next FrameLoop::decode() {
     cv::Mat& image = library_.srcimage;
     if (isMjpeg()) {
-        decodeFrame({buffer_.data(), static_cast<std::size_t>(frameLength_)}, true, image.cols,
-                    image.rows, image);
-    } else if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
-        yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
-    } else {
-        std::puts("don't suport format");
-        if (endsUnasked()) {
-            reportFault(DOCCAM_FAULT_STREAM_ENDED, "the pixel format is neither MJPEG nor YUYV");
-        }
-        return Next::kEnd;
+        storeFrame(takeDecoded(), image.cols, image.rows, image);
+        return fetchAhead();
     }
-    return Next::kFrame;
+    if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
+        yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
+        return Next::kFrame;
+    }
+    std::puts("don't suport format");
+    if (endsUnasked()) {
+        reportFault(DOCCAM_FAULT_STREAM_ENDED, "the pixel format is neither MJPEG nor YUYV");
+    }
+    return Next::kEnd;
 }
 
 FrameLoop::Next FrameLoop::prepareFrame(bool& usable) {

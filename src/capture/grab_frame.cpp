@@ -5,6 +5,7 @@
 
 #include <doccam/doccam.hpp>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 
 #include <algorithm>
@@ -13,6 +14,11 @@
 #include <cstring>
 
 namespace doccam {
+
+bool hasFilledBuffer(int descriptor) {
+    pollfd filled{.fd = descriptor, .events = POLLIN, .revents = 0};
+    return poll(&filled, 1, 0) == 1 && filled.revents == POLLIN;
+}
 
 DequeuedBuffer dequeueBuffer(int descriptor) {
     DequeuedBuffer dequeued;
@@ -51,34 +57,58 @@ const char* failureReason(int result, int descriptor) {
                                    : "the driver failed to hand over a frame";
 }
 
-int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& length) {
+GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) {
+    using enum GrabbedFrame::Failure;
     LibraryState& library = state();
     v4l2_buffer& record = dequeued.record;
     if (dequeued.error != 0) {
-        std::printf("ioctl(VIDIOC_DQBUF) failed %d(%s)", dequeued.error, strerror(dequeued.error));
-        return kGrabFailed;
+        return {kDequeue, dequeued.error};
     }
     if (record.index >= static_cast<unsigned>(library.buffer_count) ||
         library.video_buffer_ptr[record.index] == nullptr) {
-        std::printf("invalid buffer index: %d", static_cast<int>(record.index));
-        return kGrabImpossibleBuffer;
+        return {kBufferIndex, static_cast<int>(record.index)};
     }
     // A driver may name a length beyond what was mapped or can be a frame.
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
                                          library.mappedLength[record.index], frame.size()});
     copyInParallel({library.video_buffer_ptr[record.index], copied}, frame.data());
-    length = static_cast<int>(copied);
+    GrabbedFrame grabbed{.length = static_cast<int>(copied)};
     if (ioctl(library.cam_fd, VIDIOC_QBUF, &record) != 0) {
-        std::printf("ioctl(VIDIOC_QBUF) failed %d(%s)", errno, strerror(errno));
+        grabbed.failure = kRequeue;
+        grabbed.detail = errno;
+    }
+    return grabbed;
+}
+
+int tellFailure(const GrabbedFrame& grabbed) {
+    const int detail = grabbed.detail;
+    switch (grabbed.failure) {
+    case GrabbedFrame::Failure::kNone:
+        return 0;
+    case GrabbedFrame::Failure::kDequeue:
+        std::printf("ioctl(VIDIOC_DQBUF) failed %d(%s)", detail, strerror(detail));
+        return kGrabFailed;
+    case GrabbedFrame::Failure::kBufferIndex:
+        std::printf("invalid buffer index: %d", detail);
+        return kGrabImpossibleBuffer;
+    case GrabbedFrame::Failure::kRequeue:
+        std::printf("ioctl(VIDIOC_QBUF) failed %d(%s)", detail, strerror(detail));
         return kGrabFailed;
     }
-    return 0;
+    return kGrabFailed;
 }
 
 } // namespace doccam
 
 int grabImage(unsigned char* buffer, int* length) {
+    using doccam::GrabbedFrame;
     const doccam::LibraryState& library = doccam::state();
     const auto bytes = static_cast<std::size_t>(std::max(library.nSize.load(), 0));
-    return doccam::takeFrame(doccam::dequeueBuffer(library.cam_fd), {buffer, bytes}, *length);
+    const GrabbedFrame grabbed =
+        doccam::takeFrame(doccam::dequeueBuffer(library.cam_fd), {buffer, bytes});
+    if (grabbed.failure == GrabbedFrame::Failure::kNone ||
+        grabbed.failure == GrabbedFrame::Failure::kRequeue) {
+        *length = grabbed.length;
+    }
+    return doccam::tellFailure(grabbed);
 }

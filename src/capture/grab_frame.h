@@ -16,14 +16,28 @@ struct DequeuedBuffer {
     int error = 0; // errno, 0 when a buffer was filled
 };
 
+// Whether dequeueBuffer() would have a buffer at once.
+bool hasFilledBuffer(int descriptor);
+
 // Waits on descriptor until the driver has filled a buffer. Touches none of the library's state.
 DequeuedBuffer dequeueBuffer(int descriptor);
 
-// Why no further frame comes from descriptor after takeFrame returned result.
-const char* failureReason(int result, int descriptor);
+// What has become of one attempt to take a frame.
+struct GrabbedFrame {
+    enum class Failure { kNone, kDequeue, kBufferIndex, kRequeue };
 
-// Copies as much of the frame as fits into frame, stores the number of bytes in length, and gives
-// the buffer back to the driver. 0, or one of the codes above after printing why.
-int takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame, int& length);
+    Failure failure = Failure::kNone;
+    int detail = 0; // errno, or the impossible index
+    int length = 0; // bytes copied
+};
+
+// Copies as much of the frame as fits into frame, and gives the buffer back to the driver.
+GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame);
+
+// 0, or one of the codes above after printing why.
+int tellFailure(const GrabbedFrame& grabbed);
+
+// Why no further frame comes from descriptor after tellFailure() gave result.
+const char* failureReason(int result, int descriptor);
 
 } // namespace doccam

@@ -94,6 +94,7 @@ bool StreamingThread::giveUp() {
     if (!phase_.compare_exchange_strong(expected, Phase::kAbandoned, std::memory_order_acq_rel)) {
         return false;
     }
+    side_.waitUntilIdle();
     pthread_detach(current == this ? pthread_self() : thread_);
     return true;
 }

@@ -2,6 +2,8 @@
 // is stuck in a call that the library cannot end.
 #pragma once
 
+#include "capture/side_thread.h"
+
 #include <opencv2/core/mat.hpp>
 #include <pthread.h>
 #include <sys/types.h>
@@ -36,6 +38,10 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
 
     // True on any streaming thread, as in a callback.
     static bool isCurrentThread();
+
+    // What the thread begins here works on the library's state as it does itself: while it lasts, a
+    // thread outside is not given up either.
+    SideThread& side() { return side_; }
 
     // Asks the thread to end and waits for it; past patience it is given up as soon as it is
     // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
@@ -82,6 +88,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     std::atomic<bool> stop_{false};
     std::atomic<bool> ended_{false};
     std::atomic<Phase> phase_{Phase::kInside};
+    SideThread side_;
     std::vector<cv::Mat> keptImages_;
     std::shared_ptr<unsigned char[]> keptBuffer_;
 };

@@ -7,6 +7,8 @@ extern "C" {
 #include <libavutil/imgutils.h>
 }
 
+#include <opencv2/core/utility.hpp>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -66,7 +68,7 @@ bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
     if (stride > std::numeric_limits<int>::max()) {
         return false;
     }
-    CodecScaler scaler = makeScaler(*decoder.picture, width, height);
+    CodecScaler scaler = makeScaler(*decoder.picture, width, height, cv::getNumThreads());
     CodecMemory pixels(static_cast<std::uint8_t*>(av_malloc(static_cast<std::size_t>(bytes))));
     if (!scaler || !pixels) {
         return false;
@@ -165,7 +167,7 @@ bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) 
     // as after a damaged first frame, gets a scaler of its own.
     CodecScaler own;
     if (!coversSource(*decoder.picture, *decoder.scaler)) {
-        own = makeScaler(*decoder.picture, converted.width, converted.height);
+        own = makeScaler(*decoder.picture, converted.width, converted.height, 1);
         if (!own) {
             return false;
         }

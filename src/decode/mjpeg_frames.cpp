@@ -1,7 +1,6 @@
 #include "decode/mjpeg_frames.h"
 
 #include "api/library_state.h"
-#include "decode/mjpeg_decoder.h"
 
 #include <doccam/doccam.hpp>
 
@@ -10,15 +9,20 @@
 
 namespace doccam {
 
-void decodeFrame(std::span<const unsigned char> data, bool padded, int width, int height,
-                 cv::Mat& out) {
+Decoded decodeFrame(std::span<const unsigned char> data, bool padded) {
     MjpegDecoder* const decoder = state().pdecode.load(std::memory_order_acquire);
     if (data.empty() || decoder == nullptr) {
-        return;
+        return Decoded::kNothing;
     }
-    switch (decodePicture(*decoder, data, padded)) {
+    return decodePicture(*decoder, data, padded);
+}
+
+void storeFrame(Decoded decoded, int width, int height, cv::Mat& out) {
+    switch (decoded) {
     case Decoded::kPicture:
-        convertPicture(*decoder, width, height, out);
+        if (MjpegDecoder* const decoder = state().pdecode.load(std::memory_order_acquire)) {
+            convertPicture(*decoder, width, height, out);
+        }
         break;
     case Decoded::kNothing:
         break;
@@ -52,5 +56,7 @@ void do_excute_image(unsigned char* data, int length, int width, int height, cv:
     if (data == nullptr || length < 1) {
         return;
     }
-    doccam::decodeFrame({data, static_cast<std::size_t>(length)}, false, width, height, out);
+    const doccam::Decoded decoded =
+        doccam::decodeFrame({data, static_cast<std::size_t>(length)}, false);
+    doccam::storeFrame(decoded, width, height, out);
 }

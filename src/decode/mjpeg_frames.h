@@ -1,15 +1,19 @@
 // MJPEG frames through the process-wide decoder.
 #pragma once
 
+#include "decode/mjpeg_decoder.h"
+
 #include <opencv2/core/mat.hpp>
 
 #include <span>
 
 namespace doccam {
 
-// Decodes one JPEG into out as do_excute_image does. With padded set, data is followed by
-// kCodecPadding zero bytes, and is not copied.
-void decodeFrame(std::span<const unsigned char> data, bool padded, int width, int height,
-                 cv::Mat& out);
+// The two steps of do_excute_image. First decodes one JPEG; with padded set, data is followed by
+// kCodecPadding zero bytes, and is not copied. Prints nothing.
+Decoded decodeFrame(std::span<const unsigned char> data, bool padded);
+
+// Then writes what has been decoded to out, or prints that nothing could be.
+void storeFrame(Decoded decoded, int width, int height, cv::Mat& out);
 
 } // namespace doccam

@@ -5,7 +5,6 @@ extern "C" {
 }
 
 #include <opencv2/core/types.hpp>
-#include <opencv2/core/utility.hpp>
 
 #include <array>
 
@@ -62,10 +61,8 @@ bool scaleInBands(SwsContext& scaler, const AVFrame& picture, int rows, ScaledRo
     frame->data[0] = target.first;
     frame->linesize[0] = target.step;
     frame->buf[0] = borrowed.release();
-    if (sws_frame_start(&scaler, frame.get(), &picture) < 0) {
-        return false;
-    }
-    const bool done = sws_send_slice(&scaler, 0, static_cast<unsigned>(rows)) >= 0 &&
+    const bool done = sws_frame_start(&scaler, frame.get(), &picture) >= 0 &&
+                      sws_send_slice(&scaler, 0, static_cast<unsigned>(rows)) >= 0 &&
                       sws_receive_slice(&scaler, 0, static_cast<unsigned>(target.count)) >= 0;
     sws_frame_end(&scaler);
     return done;
@@ -73,7 +70,7 @@ bool scaleInBands(SwsContext& scaler, const AVFrame& picture, int rows, ScaledRo
 
 } // namespace
 
-CodecScaler makeScaler(const AVFrame& source, int width, int height) {
+CodecScaler makeScaler(const AVFrame& source, int width, int height, int threads) {
     const auto [format, fullRange] = sourceFormat(source);
     CodecScaler scaler(sws_alloc_context());
     if (!scaler || sws_isSupportedInput(format) == 0) {
@@ -89,10 +86,11 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height) {
     av_opt_set_pixel_fmt(options, "dst_format", AV_PIX_FMT_RGB24, 0);
     av_opt_set_int(options, "sws_flags", SWS_BICUBIC, 0);
     if (isRecoloured(format, {source.width, source.height}, {width, height})) {
-        av_opt_set_int(options, "threads", cv::getNumThreads(), 0);
+        av_opt_set_int(options, "threads", threads, 0);
     }
     if (sws_init_context(options, nullptr, nullptr) < 0) {
-        return nullptr;
+        // The system may have had no more threads to give.
+        return threads > 1 ? makeScaler(source, width, height, 1) : nullptr;
     }
     return scaler;
 }

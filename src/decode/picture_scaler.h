@@ -8,8 +8,9 @@
 namespace doccam {
 
 // A bicubic scaler from pictures like source (its size and pixel format) to width x height pixels,
-// three bytes each, red first. Null when the scaler library cannot do it. Prints nothing.
-CodecScaler makeScaler(const AVFrame& source, int width, int height);
+// three bytes each, red first, which shares its rows among as many threads where it can. Null when
+// the scaler library cannot do it. Prints nothing.
+CodecScaler makeScaler(const AVFrame& source, int width, int height, int threads);
 
 // True when picture has every pixel that scaler reads: its pixel format, and at least its size.
 bool coversSource(const AVFrame& picture, SwsContext& scaler);

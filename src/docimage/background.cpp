@@ -10,6 +10,7 @@
 #include <opencv2/core.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -19,11 +20,7 @@ using doccam::Strips;
 using doccam::WorkPlane;
 using Row = std::vector<uchar>;
 
-Row copyOfRow(const cv::Mat& page, int y) {
-    return {page.ptr(y), page.ptr(y) + static_cast<std::size_t>(page.cols) * page.elemSize()};
-}
-
-// At the picture's edge the row beyond it is the one on the other side.
+// At a picture's edge the row beyond it is the one on the other side.
 int mirrored(int y, int rows) {
     if (rows == 1) {
         return 0;
@@ -31,13 +28,28 @@ int mirrored(int y, int rows) {
     return y < 0 ? -y : (y >= rows ? 2 * (rows - 1) - y : y);
 }
 
+// A row of the page or one next to it. A page that is a part of a larger picture ends where that
+// one does.
+const uchar* rowOrNeighbour(const cv::Mat& page, int y) {
+    cv::Size whole;
+    cv::Point corner;
+    page.locateROI(whole, corner);
+    const int row = mirrored(corner.y + y, whole.height) - corner.y;
+    return page.data + static_cast<std::ptrdiff_t>(row) * static_cast<std::ptrdiff_t>(page.step);
+}
+
+Row copyOfRow(const cv::Mat& page, int y) {
+    const uchar* const first = rowOrNeighbour(page, y);
+    return {first, first + static_cast<std::size_t>(page.cols) * page.elemSize()};
+}
+
 // The rows around each part of the page as they are before any is whitened.
 struct Surroundings {
     Surroundings(const cv::Mat& page, const Strips& strips) {
         for (int number = 0; number < strips.count; ++number) {
             const cv::Range part = strips.part(number);
-            above.push_back(copyOfRow(page, mirrored(part.start - 1, page.rows)));
-            below.push_back(copyOfRow(page, mirrored(part.end, page.rows)));
+            above.push_back(copyOfRow(page, part.start - 1));
+            below.push_back(copyOfRow(page, part.end));
         }
     }
 
@@ -64,8 +76,8 @@ void whitenRows(cv::Mat& page, cv::Range part, Row above, const Row& below,
 }
 
 void whitenBackground(cv::Mat& page) {
-    const WorkPlane margins = doccam::marginMask(page);
     const WorkPlane paper = doccam::paperOf(page);
+    const WorkPlane margins = doccam::marginMask(page);
     const Strips strips(page.rows);
     const Surroundings surroundings(page, strips);
     doccam::forEachStrip(strips, [&](cv::Range part, int number) {

@@ -57,12 +57,12 @@ struct Colours {
 
 // Brighter than the mean, rounded to the nearest, less 19. An odd number of pixels has no mean
 // halfway between two levels.
-[[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const int* sums,
+[[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const std::uint32_t* sums,
                                                int count, unsigned char* paper) {
     constexpr int kPixels = kSurroundings * kSurroundings;
     constexpr int kLessThanMean = 19;
     for (int i = 0; i < count; ++i) {
-        const int sum = sums[i + kSurroundings] - sums[i];
+        const auto sum = static_cast<int>(sums[i + kSurroundings] - sums[i]);
         const int limit = kPixels * (2 * (grey[i] + kLessThanMean) - 1);
         paper[i] = 2 * sum < limit ? kWhite : 0;
     }
@@ -151,7 +151,7 @@ constexpr PageRows kPlain = {"baseline", markColoursOf, markPaperOf, whitenPaper
     markColoursOf(pixels, count, marks);
 }
 
-[[gnu::target("avx2")]] void markPaperWithAvx2(const unsigned char* grey, const int* sums,
+[[gnu::target("avx2")]] void markPaperWithAvx2(const unsigned char* grey, const std::uint32_t* sums,
                                                int count, unsigned char* paper) {
     markPaperOf(grey, sums, count, paper);
 }

@@ -28,7 +28,8 @@ struct PageRows {
     // 255 where a pixel is brighter than the mean of its surroundings less a little: paper, not
     // print. sums are those of the columns' greys before each pixel's surroundings; those at
     // kSurroundings further on include them.
-    void (*markPaper)(const unsigned char* grey, const int* sums, int count, unsigned char* paper);
+    void (*markPaper)(const unsigned char* grey, const std::uint32_t* sums, int count,
+                      unsigned char* paper);
 
     // Coloured marks sharpened, all else that is paper or margin white. Not into a row that it
     // reads, but for row.

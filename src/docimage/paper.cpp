@@ -55,10 +55,10 @@ class ColumnSums {
 };
 
 // The sums of all columns before each, from kReach columns before the first on.
-void sumUp(const std::vector<std::uint16_t>& columns, std::vector<int>& sums) {
+void sumUp(const std::vector<std::uint16_t>& columns, std::vector<std::uint32_t>& sums) {
     auto next = sums.begin();
-    int sum = 0;
-    const auto append = [&](int column) {
+    std::uint32_t sum = 0; // may begin again from 0: only differences count
+    const auto append = [&](std::uint32_t column) {
         *next++ = sum;
         sum += column;
     };
@@ -75,7 +75,7 @@ void sumUp(const std::vector<std::uint16_t>& columns, std::vector<int>& sums) {
 
 void markPaper(const cv::Mat& grey, cv::Range part, cv::Mat& paper) {
     ColumnSums columns(grey, part.start);
-    std::vector<int> sums(static_cast<std::size_t>(grey.cols + kSurroundings));
+    std::vector<std::uint32_t> sums(static_cast<std::size_t>(grey.cols + kSurroundings));
     for (int y = part.start; y < part.end; ++y) {
         sumUp(columns.sums(), sums);
         pageRows().markPaper(grey.ptr(y), sums.data(), grey.cols, paper.ptr(y));

@@ -59,9 +59,11 @@ TurnedRegion sheetRegion(const cv::Mat& frame, const BorderAmounts& borders) {
     const cv::Rect box = sheetBox(bordered);
     if (isWhole(frame)) {
         const cv::Rect visible = box & shown;
-        TurnedRegion region{frame(visible - shown.tl()), visible.tl() - box.tl(), box.size()};
-        if (TurnedPicture::canRender(region)) {
-            return region;
+        if (!visible.empty()) {
+            TurnedRegion region{frame(visible - shown.tl()), visible.tl() - box.tl(), box.size()};
+            if (TurnedPicture::canRender(region)) {
+                return region;
+            }
         }
     }
     return {withBorders(frame, borders)(box), {}, box.size()};

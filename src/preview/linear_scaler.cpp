@@ -126,6 +126,7 @@ void LinearScaler::prepare(cv::Size source, cv::Size target) {
     if (source == source_ && target == target_) {
         return;
     }
+    source_ = target_ = {}; // none, should memory be short now
     const cv::Point2d ratio = ratioOf(source, target);
     columns_.clear();
     for (int x = 0; x < target.width; ++x) {

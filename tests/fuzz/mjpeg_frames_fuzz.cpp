@@ -25,7 +25,8 @@ void decode(std::span<const unsigned char> frame, bool padded, cv::Mat& picture)
     test::Bytes data = test::exactCopy(frame);
     if (padded) {
         data.resize(frame.size() + kCodecPadding);
-        decodeFrame({data.data(), frame.size()}, true, picture.cols, picture.rows, picture);
+        const Decoded decoded = decodeFrame({data.data(), frame.size()}, true);
+        storeFrame(decoded, picture.cols, picture.rows, picture);
         return;
     }
     cv::Mat spare;

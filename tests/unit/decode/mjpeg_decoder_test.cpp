@@ -164,6 +164,18 @@ TEST_P(MjpegPlace, HoldsThePictureAndNothingElse) {
     }
 }
 
+// Rows are shared among the threads.
+TEST_P(MjpegPlace, HoldsThePictureHoweverManyThreadsMakeIt) {
+    const int usual = cv::getNumThreads();
+    for (const int threads : {1, 2, 3, 5, 8}) {
+        SCOPED_TRACE(threads);
+        cv::setNumThreads(threads);
+        expectOnlyThePicture({160, 34}, 0);
+        expectOnlyThePicture({656, 120}, 0);
+    }
+    cv::setNumThreads(usual);
+}
+
 TEST_P(MjpegPlace, NeedNotBeAligned) {
     for (const std::size_t offset : {1, 6, 16, 32}) {
         expectOnlyThePicture({64, 48}, offset);

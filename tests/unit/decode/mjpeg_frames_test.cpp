@@ -169,7 +169,7 @@ TEST_F(MjpegFrames, DecodesPaddedMemoryInPlaceAndKeepsNoReference) {
         memory.resize(frame.size() + kCodecPadding, 0);
         const Bytes before = memory;
         cv::Mat out = untouched(160, 120);
-        decodeFrame({memory.data(), frame.size()}, true, 160, 120, out);
+        storeFrame(decodeFrame({memory.data(), frame.size()}, true), 160, 120, out);
         EXPECT_TRUE(same(out, expected));
         EXPECT_EQ(memory, before);
     }
@@ -179,8 +179,8 @@ TEST_F(MjpegFrames, RefusesPaddedCorruptFramesAsItDoesOthers) {
     const Bytes memory(4000 + kCodecPadding, 0);
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
-    decodeFrame({memory.data(), 4000}, true, 64, 48, out);
-    decodeFrame({}, true, 64, 48, out);
+    storeFrame(decodeFrame({memory.data(), 4000}, true), 64, 48, out);
+    storeFrame(decodeFrame({}, true), 64, 48, out);
     EXPECT_EQ(printed.take(), "decode error.\n");
     EXPECT_TRUE(same(out, untouched(64, 48)));
 }

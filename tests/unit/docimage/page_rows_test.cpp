@@ -58,13 +58,14 @@ TEST_P(EachPageRows, MarksForPaperWhatIsAboveTheMeanLess19) {
         grey[i] = static_cast<unsigned char>(i);
     }
     std::vector<unsigned char> paper(grey.size());
-    std::vector<int> sums(grey.size() + doccam::kSurroundings);
+    std::vector<std::uint32_t> sums(grey.size() + doccam::kSurroundings);
     for (int mean = 0; mean <= 255; ++mean) {
         for (const int off : {-kPixels / 2, -1, 0, 1, kPixels / 2}) {
             const int sum = std::clamp(kPixels * mean + off, 0, kPixels * 255);
             const int rounded = cvRound(static_cast<double>(sum) / kPixels);
             for (std::size_t i = 0; i < sums.size(); ++i) {
-                sums[i] = static_cast<int>(i) / doccam::kSurroundings * sum;
+                sums[i] =
+                    static_cast<std::uint32_t>(static_cast<int>(i) / doccam::kSurroundings * sum);
             }
             GetParam().markPaper(grey.data(), sums.data(), doccam::kSurroundings, paper.data());
             for (std::size_t i = 0; i < doccam::kSurroundings; ++i) {

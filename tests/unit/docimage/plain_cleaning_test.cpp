@@ -98,6 +98,20 @@ TEST(CleaningAPage, EqualsThePlainStepsOnAPartOfALargerPicture) {
     }
 }
 
+// A sharpened row has neighbours in the larger picture.
+TEST(CleaningAPage, WhitensThePaperOfAPartOfALargerPictureAsThePlainStepsDo) {
+    for (const int width : {101, 102, 103, 104}) {
+        for (const int top : {0, 17}) {
+            const cv::Rect part(11, top, width, 300);
+            cv::Mat larger = noise({width + 40, 300 + top + (top == 0 ? 0 : 23)}, 5);
+            const cv::Mat plainly = larger.clone();
+            FN_DeleteBackcolor(larger(part));
+            plain::deleteBackcolor(plainly(part));
+            EXPECT_TRUE(isSamePicture(larger, plainly)) << part;
+        }
+    }
+}
+
 TEST(PaperOf, IsTheLibrarysAdaptiveThreshold) {
     for (int i = 0; i < 60; ++i) {
         const cv::Size size(1 + i * 17 % 523, 1 + i * 29 % 431);

@@ -73,7 +73,7 @@ cv::Mat noise(cv::Size size) {
 }
 
 TEST_F(PlainPage, IsThatOfCornersAnywhereInAndAroundTheFrame) {
-    const std::array<std::array<int, 8>, 8> sheets = {{
+    const std::array<std::array<int, 8>, 9> sheets = {{
         {500, 400, 100, 400, 100, 100, 500, 100},
         {240, 460, 60, 220, 460, -80, 640, 160},
         {501, 399, 103, 398, 103, 101, 501, 102},
@@ -82,6 +82,7 @@ TEST_F(PlainPage, IsThatOfCornersAnywhereInAndAroundTheFrame) {
         {500, 400, -12, 400, -12, -6, 500, -6},
         {300, 470, 100, 460, 110, 20, 310, 30},
         {420, 333, 190, 401, 120, 160, 350, 90},
+        {2867, 686, 1987, 498, 2133, -186, 3013, 2},
     }};
     for (const auto& corners : sheets) {
         SCOPED_TRACE(testing::PrintToString(corners));

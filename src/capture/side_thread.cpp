@@ -1,0 +1,65 @@
+#include "capture/side_thread.h"
+
+#include <system_error>
+#include <utility>
+
+namespace doccam {
+
+void SideThread::begin(std::function<void()> work) {
+    work_ = std::move(work);
+    failure_ = nullptr;
+    if (!thread_.joinable()) {
+        try {
+            thread_ = std::thread([this] { run(); });
+        } catch (const std::system_error&) {
+            this->work();
+            return;
+        }
+    }
+    phase_.store(Phase::kWorking, std::memory_order_release);
+    phase_.notify_all();
+}
+
+void SideThread::finish() {
+    waitUntilIdle();
+    if (std::exception_ptr failure = std::exchange(failure_, nullptr)) {
+        std::rethrow_exception(std::move(failure));
+    }
+}
+
+void SideThread::waitUntilIdle() const {
+    phase_.wait(Phase::kWorking, std::memory_order_acquire);
+}
+
+void SideThread::end() {
+    if (!thread_.joinable()) {
+        return;
+    }
+    waitUntilIdle();
+    phase_.store(Phase::kEnding, std::memory_order_release);
+    phase_.notify_all();
+    thread_.join();
+    phase_.store(Phase::kIdle, std::memory_order_relaxed);
+}
+
+void SideThread::run() {
+    for (;;) {
+        phase_.wait(Phase::kIdle, std::memory_order_acquire);
+        if (phase_.load(std::memory_order_acquire) == Phase::kEnding) {
+            return;
+        }
+        work();
+        phase_.store(Phase::kIdle, std::memory_order_release);
+        phase_.notify_all();
+    }
+}
+
+void SideThread::work() {
+    try {
+        work_();
+    } catch (...) {
+        failure_ = std::current_exception();
+    }
+}
+
+} // namespace doccam

@@ -1,0 +1,129 @@
+// The next frame is fetched and decoded while one is shown, when the driver has it.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "support/printed_text.h"
+
+#include <doccam/doccam.hpp>
+
+#include <gmock/gmock.h>
+#include <opencv2/core.hpp>
+
+#include <atomic>
+#include <cerrno>
+#include <thread>
+
+namespace doccam::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+std::atomic<int> shown{0};
+std::atomic<int> closedIn{0};
+
+void waitForDequeues(int count) {
+    while (virtualcam::callCount("DQBUF") < count) {
+        std::this_thread::yield();
+    }
+}
+
+class DecodingAhead : public SessionTest {
+  protected:
+    DecodingAhead() {
+        shown = 0;
+        closedIn = 0;
+        virtualcam::clearCalls();
+    }
+
+    static void waitUntilShown(int count) {
+        for (int now = shown; now < count; now = shown) {
+            shown.wait(now);
+        }
+    }
+
+    static void show(int number) {
+        shown = number;
+        shown.notify_all();
+    }
+};
+
+TEST_F(DecodingAhead, HasTheNextMjpegFrameWhileOneIsShown) {
+    SetDataCallback([](unsigned char*, int, int) {
+        const int number = shown + 1;
+        waitForDequeues(number + 1);
+        show(number);
+    });
+    openSmall(kMjpegFormat);
+    waitUntilShown(5);
+    closeCamera();
+}
+
+TEST_F(DecodingAhead, WaitsForNoFrameThatTheDriverHasNot) {
+    addFrameFault(virtualcam::FaultKind::kStall, 2);
+    watchFrames();
+    openSmall(kMjpegFormat);
+    waitForFrames(1);
+    EXPECT_EQ(framesSeen(), 1);
+    closeCamera();
+}
+
+TEST_F(DecodingAhead, TellsOfAFailureBehindTheFramesBefore) {
+    static std::string printedBefore;
+    static PrintedText* printed = nullptr;
+    PrintedText own;
+    printed = &own;
+    addCallFault("VIDIOC_DQBUF", EIO, 3);
+    SetDataCallback([](unsigned char*, int, int) {
+        const int number = shown + 1;
+        if (number == 2) {
+            waitForDequeues(3);
+            printedBefore = printed->soFar();
+        }
+        show(number);
+    });
+    openSmall(kMjpegFormat);
+    waitUntilShown(2);
+    std::string text;
+    do {
+        text = own.soFar();
+    } while (text.find("cam get image ret = -1\n") == std::string::npos);
+    EXPECT_THAT(printedBefore, Not(HasSubstr("VIDIOC_DQBUF")));
+    EXPECT_THAT(text, EndsWith("ioctl(VIDIOC_DQBUF) failed 5(Input/output error)grabImage "
+                               "error!!!!!!!!!!\ncam get image ret = -1\n"));
+    EXPECT_EQ(shown, 2);
+    closeCamera();
+}
+
+TEST_F(DecodingAhead, LetsTheHostCloseTheCameraInACallback) {
+    for (int frame = 1; frame <= 3; ++frame) {
+        shown = 0;
+        closedIn = frame;
+        SetDataCallback([](unsigned char*, int, int) {
+            const int number = shown + 1;
+            if (number == closedIn) {
+                closeCamera();
+            }
+            show(number);
+        });
+        SetVideoFormat(kMjpegFormat);
+        ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
+        waitUntilShown(frame);
+        EXPECT_EQ(state().cam_fd, -1);
+        EXPECT_EQ(state().pdecode.load(), nullptr);
+    }
+}
+
+TEST_F(DecodingAhead, ReachesNoFrameOfAClosedSession) {
+    watchFrames();
+    for (int session = 0; session < 20; ++session) {
+        openSmall(kMjpegFormat);
+        closeCamera();
+        const int after = framesSeen();
+        std::this_thread::yield();
+        EXPECT_EQ(framesSeen(), after);
+    }
+}
+
+} // namespace
+} // namespace doccam::test

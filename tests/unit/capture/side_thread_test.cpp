@@ -1,0 +1,90 @@
+#include "capture/side_thread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+namespace doccam {
+namespace {
+
+TEST(SideThread, WorksWhileItsOwnerGoesOn) {
+    SideThread side;
+    std::atomic<bool> ownerWentOn{false};
+    std::thread::id worker;
+    side.begin([&] {
+        worker = std::this_thread::get_id();
+        ownerWentOn.wait(false);
+    });
+    ownerWentOn = true;
+    ownerWentOn.notify_all();
+    side.finish();
+    EXPECT_NE(worker, std::this_thread::get_id());
+}
+
+TEST(SideThread, DoesOnePieceOfWorkAfterTheOtherOnOneThread) {
+    SideThread side;
+    std::thread::id first;
+    side.begin([&] { first = std::this_thread::get_id(); });
+    side.finish();
+    int done = 0;
+    for (int i = 0; i < 1000; ++i) {
+        side.begin([&] { done += std::this_thread::get_id() == first ? 1 : 0; });
+        side.finish();
+        ASSERT_EQ(done, i + 1);
+    }
+}
+
+TEST(SideThread, ThrowsWhatTheWorkThrewOnce) {
+    SideThread side;
+    side.begin([] { throw std::runtime_error("a frame"); });
+    EXPECT_THROW(side.finish(), std::runtime_error);
+    side.finish();
+    side.begin([] { throw std::runtime_error("nobody asks"); });
+    side.waitUntilIdle();
+    side.begin([] {});
+    side.finish();
+}
+
+TEST(SideThread, EndsBehindItsWorkAndBeginsAnew) {
+    bool done = false;
+    SideThread side;
+    for (int i = 0; i < 3; ++i) {
+        done = false;
+        side.begin([&] { done = true; });
+        side.end();
+        EXPECT_TRUE(done);
+    }
+    side.end();
+    {
+        SideThread another;
+        done = false;
+        another.begin([&] { done = true; });
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST(SideThread, LetsAnyThreadWaitUntilItIsIdle) {
+    SideThread side;
+    side.waitUntilIdle();
+    std::atomic<bool> mayEnd{false};
+    std::atomic<bool> done{false};
+    side.begin([&] {
+        mayEnd.wait(false);
+        done = true;
+    });
+    bool doneBefore = false;
+    std::thread host([&] {
+        side.waitUntilIdle();
+        doneBefore = done;
+    });
+    mayEnd = true;
+    mayEnd.notify_all();
+    host.join();
+    EXPECT_TRUE(doneBefore);
+    side.finish();
+}
+
+} // namespace
+} // namespace doccam

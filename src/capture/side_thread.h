@@ -12,7 +12,9 @@ namespace doccam {
 class SideThread {
   public:
     SideThread() = default;
+
     ~SideThread() { end(); }
+
     SideThread(const SideThread&) = delete;
     SideThread& operator=(const SideThread&) = delete;
 

@@ -164,6 +164,7 @@ TEST_P(Unplugged, WhileAFrameIsShownLeavesAHealthyLibrary) {
         state().pGetVideoStream = unplugAtTheLastFrame;
         framesUntilUnplugged = frame;
         unpluggedCamera = earlier_;
+        addFrameFault(virtualcam::FaultKind::kStall, frame + 1); // no frame is fetched ahead
         ASSERT_EQ(open(GetParam().format), 0);
         SetWebFormSize(320, 240);
         for (int left = frame; left > 0; left = framesUntilUnplugged) {

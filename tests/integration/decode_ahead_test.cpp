@@ -95,6 +95,27 @@ TEST_F(DecodingAhead, TellsOfAFailureBehindTheFramesBefore) {
     closeCamera();
 }
 
+TEST_F(DecodingAhead, HandsOverWhatWasFetchedBeforeTheCameraWasUnplugged) {
+    static virtualcam::CameraId camera{};
+    camera = earlier_;
+    PrintedText printed;
+    SetDataCallback([](unsigned char*, int, int) {
+        const int number = shown + 1;
+        if (number == 2) {
+            waitForDequeues(3);
+            virtualcam::unplug(camera);
+        }
+        show(number);
+    });
+    openSmall(kMjpegFormat);
+    waitUntilShown(3);
+    while (printed.soFar().find("cam get image ret = -1\n") == std::string::npos) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(shown, 3);
+    closeCamera();
+}
+
 TEST_F(DecodingAhead, LetsTheHostCloseTheCameraInACallback) {
     for (int frame = 1; frame <= 3; ++frame) {
         shown = 0;

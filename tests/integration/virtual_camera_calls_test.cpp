@@ -165,6 +165,20 @@ TEST_F(VirtualCameraCalls, ShowsSelectAFrameOnlyWhenThereIsOne) {
     EXPECT_FALSE(readable(client.descriptor()));
 }
 
+TEST_F(VirtualCameraCalls, IsNotReadableForAFrameThatWillStayAway) {
+    VideoClient client("/dev/video0");
+    ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
+    EXPECT_TRUE(readable(client.descriptor()));
+    virtualcam::Fault stall;
+    stall.kind = virtualcam::FaultKind::kStall;
+    virtualcam::addFault(camera_, stall);
+    EXPECT_FALSE(readable(client.descriptor()));
+    virtualcam::resume(camera_);
+    EXPECT_TRUE(readable(client.descriptor()));
+    v4l2_buffer record = VideoClient::buffer();
+    EXPECT_EQ(client.request(VIDIOC_DQBUF, record), 0);
+}
+
 TEST_F(VirtualCameraCalls, ShowsPollAnErrorWhileNothingStreams) {
     VideoClient client("/dev/video0");
     EXPECT_EQ(polled(client.descriptor()), POLLERR);

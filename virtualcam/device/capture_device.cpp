@@ -21,6 +21,7 @@ CaptureDevice::CaptureDevice(const CameraDescription& description, Identity iden
   , frameRate_(offer_.nearestRate(format_.pixelFormat, {0, 0})) {
     for (const Fault& fault : description.faults) {
         faults_.add(fault);
+        publishReadiness();
     }
 }
 
@@ -144,6 +145,10 @@ void CaptureDevice::stall() {
 
 void CaptureDevice::resume() {
     const Lock lock(mutex_);
+    // Whoever polls has not been told of a frame that stays away, and so has not asked for it.
+    if (!stalled_ && !dueFaults_) {
+        faults_.forgetNextStall();
+    }
     stalled_ = false;
     changed_.notify_all();
     publishReadiness();
@@ -160,11 +165,13 @@ void CaptureDevice::setInterval(int milliseconds) {
 void CaptureDevice::addFault(const Fault& fault) {
     const Lock lock(mutex_);
     faults_.add(fault);
+    publishReadiness();
 }
 
 void CaptureDevice::clearFaults() {
     const Lock lock(mutex_);
     faults_.clear();
+    publishReadiness();
 }
 
 int CaptureDevice::noteCall(const std::string& name) {
@@ -202,7 +209,8 @@ std::optional<CaptureDevice::Time> CaptureDevice::readyTime() const {
     if (!streaming_) {
         return Time{};
     }
-    return stalled_ || buffers_.queued() == 0 ? std::nullopt : std::optional(clock_.due());
+    const bool stalls = stalled_ || (!dueFaults_ && faults_.stallsNextFrame());
+    return stalls || buffers_.queued() == 0 ? std::nullopt : std::optional(clock_.due());
 }
 
 void CaptureDevice::publishReadiness() {

@@ -1,5 +1,7 @@
 #include "device/faults.h"
 
+#include <algorithm>
+
 namespace doccam::virtualcam {
 
 namespace {
@@ -50,6 +52,19 @@ std::vector<Fault> FaultPlan::noteFrame() {
         }
     }
     return due;
+}
+
+bool FaultPlan::isNextStall(const Pending& pending) {
+    Pending next = pending;
+    return pending.fault.kind == FaultKind::kStall && strikes(next);
+}
+
+bool FaultPlan::stallsNextFrame() const {
+    return std::any_of(pending_.begin(), pending_.end(), isNextStall);
+}
+
+void FaultPlan::forgetNextStall() {
+    std::erase_if(pending_, isNextStall);
 }
 
 const Fault* FaultPlan::find(FaultKind kind) const {

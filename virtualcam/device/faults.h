@@ -21,6 +21,10 @@ class FaultPlan {
     // Notes that one more frame is due; the faults that befall it.
     std::vector<Fault> noteFrame();
 
+    // Whether the next frame stays away, and a way to let it come after all.
+    bool stallsNextFrame() const;
+    void forgetNextStall();
+
     // What a request for count buffers is granted.
     std::uint32_t granted(std::uint32_t count) const;
 
@@ -34,6 +38,7 @@ class FaultPlan {
     };
 
     static bool strikes(Pending& pending);
+    static bool isNextStall(const Pending& pending);
     const Fault* find(FaultKind kind) const;
 
     std::vector<Pending> pending_;

@@ -51,10 +51,6 @@ class Stills {
     const fs::path folder_ = fs::temp_directory_path() / "doccam-bench-stills";
 };
 
-void restore(const std::array<int, 8>& corners) {
-    std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
-}
-
 Contest still(const Picture& picture) {
     const auto stills = std::make_shared<Stills>();
     cv::Mat searched = picture.pixels.clone();
@@ -67,13 +63,17 @@ Contest still(const Picture& picture) {
     library.isDelBcakColor = 1;
     library.jpgQuality = kQuality;
     const cv::Mat frame = picture.pixels;
-    const auto corners = outline.corners;
+    // A still is a new file.
+    const auto prepare = [corners = outline.corners](const std::string& file) {
+        fs::remove(file);
+        std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
+    };
     return {
         .ours = [=] { capture(stills->ours().data(), kFormat, kCropToSheet, frame); },
         .peer = [=] { plain::saveCleanPage(frame, state().CutPoint.data(), stills->plain()); },
         .same = [=] { return stills->areSame(); },
-        .beforeOurs = [=] { restore(corners); },
-        .beforePeer = [=] { restore(corners); },
+        .beforeOurs = [=] { prepare(stills->ours()); },
+        .beforePeer = [=] { prepare(stills->plain()); },
     };
 }
 

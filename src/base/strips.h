@@ -1,7 +1,9 @@
 // Sharing the rows of a picture among the machine's processors.
 #pragma once
 
-#include <opencv2/core/utility.hpp>
+#include "base/shared_work.h"
+
+#include <opencv2/core/types.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -31,24 +33,11 @@ struct Strips {
 // Calls work(range, number) for each part, on several threads at once.
 template <typename Work>
 void forEachStrip(const Strips& strips, const Work& work) {
-    class Body : public cv::ParallelLoopBody {
-      public:
-        Body(const Strips& strips, const Work& work)
-          : strips_(strips)
-          , work_(work) {}
-
-        void operator()(const cv::Range& numbers) const override {
-            for (int number = numbers.start; number < numbers.end; ++number) {
-                work_(strips_.part(number), number);
-            }
+    shareWork(strips.count, [&](const cv::Range& numbers) {
+        for (int number = numbers.start; number < numbers.end; ++number) {
+            work(strips.part(number), number);
         }
-
-      private:
-        const Strips& strips_;
-        const Work& work_;
-    };
-
-    cv::parallel_for_({0, strips.count}, Body(strips, work));
+    });
 }
 
 } // namespace doccam

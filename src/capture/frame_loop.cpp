@@ -1,40 +1,24 @@
 #include "capture/frame_loop.h"
 
 #include "api/library_state.h"
-#include "decode/mjpeg_frames.h"
 #include "preview/preview_stage.h"
 
 #include <doccam/doccam.hpp>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 namespace doccam {
 namespace {
 
 constexpr int kFramePause = 3;
 
-// Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
-constexpr std::size_t kReadSlack = kCodecPadding + 16;
-
-// Images keep their size across some failed opens; the frame must then fill the larger of the two.
-std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
-    return std::max(frame, library.srcimage.total() * library.srcimage.elemSize()) + kReadSlack;
-}
-
 } // namespace
 
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
   , library_(library)
-  , frameCapacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0)))
-  , buffer_(bytesToReserve(library, frameCapacity_)) {}
-
-FrameLoop::~FrameLoop() {
-    thread_.side().end();
-}
+  , intake_(thread, library) {}
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
@@ -67,11 +51,10 @@ FrameLoop::Next FrameLoop::step() {
 }
 
 FrameLoop::Next FrameLoop::grab() {
-    if (!isAhead_ && fetch() == Next::kEnd) {
+    if (!intake_.take()) {
         return Next::kEnd;
     }
-    isAhead_ = false;
-    const int result = tellFailure(fetched_);
+    const int result = tellFailure(intake_.grabbed());
     if (result != 0) {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
@@ -83,56 +66,13 @@ FrameLoop::Next FrameLoop::grab() {
     return Next::kFrame;
 }
 
-FrameLoop::Next FrameLoop::fetch() {
-    DequeuedBuffer dequeued;
-    const int descriptor = library_.cam_fd;
-    if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
-        return Next::kEnd;
-    }
-    fetched_ = takeFrame(dequeued, {buffer_.data(), frameCapacity_});
-    // A short frame is followed by zeros, not by what a longer one left.
-    if (fetched_.length < dirtyLength_) {
-        std::fill(buffer_.data() + fetched_.length, buffer_.data() + dirtyLength_, std::uint8_t{0});
-    }
-    dirtyLength_ = fetched_.length;
-    return Next::kFrame;
-}
-
-FrameLoop::Next FrameLoop::fetchAhead() {
-    if (!library_.bKeep || thread_.stopRequested() || !hasFilledBuffer(library_.cam_fd)) {
-        return Next::kFrame;
-    }
-    if (fetch() == Next::kEnd) {
-        return Next::kEnd;
-    }
-    isAhead_ = true;
-    if (fetched_.failure == GrabbedFrame::Failure::kNone) {
-        decodesAhead_ = true;
-        thread_.side().begin([this] { decodedAhead_ = decodeFetched(); });
-    }
-    return Next::kFrame;
-}
-
-Decoded FrameLoop::decodeFetched() const {
-    return decodeFrame({buffer_.data(), static_cast<std::size_t>(fetched_.length)}, true);
-}
-
-Decoded FrameLoop::takeDecoded() {
-    if (!std::exchange(decodesAhead_, false)) {
-        return decodeFetched();
-    }
-    thread_.side().finish();
-    return decodedAhead_;
-}
-
 FrameLoop::Next FrameLoop::decode() {
     cv::Mat& image = library_.srcimage;
     if (isMjpeg()) {
-        storeFrame(takeDecoded(), image.cols, image.rows, image);
-        return fetchAhead();
+        return intake_.decodeInto(image) ? Next::kFrame : Next::kEnd;
     }
     if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
-        yuyv_to_rgb888(buffer_.data(), image.data, image.cols, image.rows);
+        yuyv_to_rgb888(intake_.bytes(), image.data, image.cols, image.rows);
         return Next::kFrame;
     }
     std::puts("don't suport format");

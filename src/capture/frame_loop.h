@@ -2,12 +2,8 @@
 #pragma once
 
 #include "api/faults.h"
-#include "base/zeroed_bytes.h"
-#include "capture/grab_frame.h"
+#include "capture/frame_intake.h"
 #include "capture/streaming_thread.h"
-#include "decode/mjpeg_decoder.h"
-
-#include <cstddef>
 
 namespace doccam {
 
@@ -16,9 +12,6 @@ struct LibraryState;
 class FrameLoop {
   public:
     FrameLoop(StreamingThread& thread, LibraryState& library);
-    ~FrameLoop();
-    FrameLoop(const FrameLoop&) = delete;
-    FrameLoop& operator=(const FrameLoop&) = delete;
 
     // Works frame after frame until the session ends, the driver fails or the thread is given up.
     void run();
@@ -29,15 +22,6 @@ class FrameLoop {
     Next step();
     Next grab();
     Next decode();
-
-    // Takes the next frame from the driver, which may not have one yet.
-    Next fetch();
-
-    // Takes the next frame and begins to decode it, when the driver has one: codecs use one
-    // thread, and what is left to do with the present frame needs less than another.
-    Next fetchAhead();
-    Decoded decodeFetched() const;
-    Decoded takeDecoded();
 
     // Whether the frame is there, decoded and turned, for the stages to come.
     Next prepareFrame(bool& usable);
@@ -69,13 +53,7 @@ class FrameLoop {
     StreamingThread& thread_;
     LibraryState& library_;
     FaultNotes faults_;
-    std::size_t frameCapacity_;
-    ZeroedBytes buffer_; // one raw frame, and the zero bytes a decoder reads behind
-    GrabbedFrame fetched_;
-    bool isAhead_ = false;      // fetched_ is the next frame
-    bool decodesAhead_ = false; // and is being decoded
-    Decoded decodedAhead_ = Decoded::kNothing;
-    int dirtyLength_ = 0; // bytes that earlier frames may have left
+    FrameIntake intake_;
 };
 
 } // namespace doccam

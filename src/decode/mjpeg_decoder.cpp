@@ -68,7 +68,9 @@ bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
     if (stride > std::numeric_limits<int>::max()) {
         return false;
     }
-    CodecScaler scaler = makeScaler(*decoder.picture, width, height, cv::getNumThreads());
+    // One processor is left to the codec, which may be at the next picture.
+    const int threads = std::max(cv::getNumThreads() - 1, 1);
+    CodecScaler scaler = makeScaler(*decoder.picture, width, height, threads);
     CodecMemory pixels(static_cast<std::uint8_t*>(av_malloc(static_cast<std::size_t>(bytes))));
     if (!scaler || !pixels) {
         return false;
@@ -127,12 +129,12 @@ std::unique_ptr<MjpegDecoder> makeMjpegDecoder() {
     return decoder;
 }
 
-Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded) {
+Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded,
+                      AVFrame& picture) {
     AVCodecContext* const context = decoder.context.get();
     const CodecPacket packet(av_packet_alloc());
     const CodecBuffer borrowed = padded ? borrow(data) : nullptr;
-    if (context == nullptr || !decoder.picture || !decoder.converted || !packet ||
-        !hasPossibleSize(data)) {
+    if (context == nullptr || !decoder.converted || !packet || !hasPossibleSize(data)) {
         return Decoded::kError;
     }
     packet->data = const_cast<std::uint8_t*>(data.data());
@@ -140,7 +142,7 @@ Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data
     // Without a reference of its own the codec copies the data behind a padding.
     packet->buf = borrowed ? av_buffer_ref(borrowed.get()) : nullptr;
     const int sent = avcodec_send_packet(context, packet.get());
-    const int received = sent < 0 ? sent : avcodec_receive_frame(context, decoder.picture.get());
+    const int received = sent < 0 ? sent : avcodec_receive_frame(context, &picture);
     av_packet_unref(packet.get());
     if (borrowed && av_buffer_get_ref_count(borrowed.get()) > 1) {
         avcodec_flush_buffers(context);

@@ -38,10 +38,11 @@ std::unique_ptr<MjpegDecoder> makeMjpegDecoder();
 
 enum class Decoded { kPicture, kNothing, kError };
 
-// Decodes one JPEG, which may be followed by any left-over bytes, into decoder.picture. With padded
-// set, data is followed by kCodecPadding readable bytes and is used where it is; otherwise it is
-// copied. No reference to it outlives the call.
-Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded);
+// Decodes one JPEG, which may be followed by any left-over bytes, into picture. With padded set,
+// data is followed by kCodecPadding readable bytes and is used where it is; otherwise it is copied.
+// No reference to it outlives the call. Of decoder only the context is used.
+Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded,
+                      AVFrame& picture);
 
 // Writes decoder.picture to out: width x height pixels, scaled as the first picture was. False, and
 // out is left alone, when out does not hold that many bytes in one piece, or the picture lacks

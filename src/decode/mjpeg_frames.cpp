@@ -9,18 +9,41 @@
 
 namespace doccam {
 
+namespace {
+
+MjpegDecoder* current() {
+    return state().pdecode.load(std::memory_order_acquire);
+}
+
+} // namespace
+
 Decoded decodeFrame(std::span<const unsigned char> data, bool padded) {
-    MjpegDecoder* const decoder = state().pdecode.load(std::memory_order_acquire);
+    MjpegDecoder* const decoder = current();
     if (data.empty() || decoder == nullptr) {
         return Decoded::kNothing;
     }
-    return decodePicture(*decoder, data, padded);
+    return decoder->picture ? decodePicture(*decoder, data, padded, *decoder->picture)
+                            : Decoded::kError;
+}
+
+Decoded decodeFrameInto(AVFrame& picture, std::span<const unsigned char> data, bool padded) {
+    MjpegDecoder* const decoder = current();
+    return data.empty() || decoder == nullptr ? Decoded::kNothing
+                                              : decodePicture(*decoder, data, padded, picture);
+}
+
+void adoptPicture(AVFrame& picture) {
+    MjpegDecoder* const decoder = current();
+    if (decoder != nullptr && decoder->picture) {
+        av_frame_unref(decoder->picture.get());
+        av_frame_move_ref(decoder->picture.get(), &picture);
+    }
 }
 
 void storeFrame(Decoded decoded, int width, int height, cv::Mat& out) {
     switch (decoded) {
     case Decoded::kPicture:
-        if (MjpegDecoder* const decoder = state().pdecode.load(std::memory_order_acquire)) {
+        if (MjpegDecoder* const decoder = current(); decoder != nullptr && decoder->picture) {
             convertPicture(*decoder, width, height, out);
         }
         break;

@@ -13,6 +13,11 @@ namespace doccam {
 // kCodecPadding zero bytes, and is not copied. Prints nothing.
 Decoded decodeFrame(std::span<const unsigned char> data, bool padded);
 
+// The same into a picture of the caller's, beside which storeFrame() may run; and that picture made
+// the one that storeFrame() takes.
+Decoded decodeFrameInto(AVFrame& picture, std::span<const unsigned char> data, bool padded);
+void adoptPicture(AVFrame& picture);
+
 // Then writes what has been decoded to out, or prints that nothing could be.
 void storeFrame(Decoded decoded, int width, int height, cv::Mat& out);
 

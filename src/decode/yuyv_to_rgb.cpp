@@ -1,8 +1,8 @@
 #include "decode/yuyv_to_rgb.h"
 
-#include <doccam/doccam.hpp>
+#include "base/shared_work.h"
 
-#include <opencv2/core/utility.hpp>
+#include <doccam/doccam.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -20,36 +20,19 @@ std::int32_t pixelCount(int width, int height) {
                                      static_cast<std::uint32_t>(height));
 }
 
-class Stripes : public cv::ParallelLoopBody {
-  public:
-    Stripes(const unsigned char* src, unsigned char* dst, std::size_t pairs)
-      : src_(src)
-      , dst_(dst)
-      , pairs_(pairs) {}
-
-    int count() const { return static_cast<int>((pairs_ + kStripe - 1) / kStripe); }
-
-    void operator()(const cv::Range& range) const override {
-        static const YuyvPath fastest = yuyvPaths().back();
-        const std::size_t first = kStripe * static_cast<std::size_t>(range.start);
-        const std::size_t last = std::min(kStripe * static_cast<std::size_t>(range.end), pairs_);
-        fastest.convert(src_ + 4 * first, dst_ + 6 * first, last - first);
-    }
-
-  private:
-    const unsigned char* src_;
-    unsigned char* dst_;
-    std::size_t pairs_;
-};
-
 bool overlap(const unsigned char* src, const unsigned char* dst, std::size_t pairs) {
     const std::less<> before;
     return before(src, dst + 6 * pairs) && before(dst, src + 4 * pairs);
 }
 
 void convertApart(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
-    const Stripes stripes(src, dst, pairs);
-    cv::parallel_for_({0, stripes.count()}, stripes);
+    static const YuyvPath fastest = yuyvPaths().back();
+    const auto stripes = static_cast<int>((pairs + kStripe - 1) / kStripe);
+    shareWork(stripes, [&](const cv::Range& range) {
+        const std::size_t first = kStripe * static_cast<std::size_t>(range.start);
+        const std::size_t last = std::min(kStripe * static_cast<std::size_t>(range.end), pairs);
+        fastest.convert(src + 4 * first, dst + 6 * first, last - first);
+    });
 }
 
 void convertOneByOne(const unsigned char* src, unsigned char* dst, std::size_t pairs) {

@@ -1,5 +1,6 @@
 #include "docimage/pixel_turn.h"
 
+#include "base/shared_work.h"
 #include "docimage/pixel_tiles.h"
 
 #include <opencv2/core.hpp>
@@ -27,7 +28,7 @@ void gather(Rows source, unsigned char* target, int count) {
 }
 
 // A row of the turned picture is a column of the source, upwards or downwards.
-class BlockTurner : public cv::ParallelLoopBody {
+class BlockTurner {
   public:
     BlockTurner(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
       : clockwise_(quarter == Quarter::kClockwise)
@@ -35,10 +36,10 @@ class BlockTurner : public cv::ParallelLoopBody {
       , source_(source)
       , turned_(turned) {}
 
-    cv::Range bands() const { return {0, (source_.cols + kBlock - 1) / kBlock}; }
-
     // A band is kBlock columns of the source.
-    void operator()(const cv::Range& range) const override {
+    int bands() const { return (source_.cols + kBlock - 1) / kBlock; }
+
+    void turn(const cv::Range& range) const {
         const int end = std::min(range.end * kBlock, source_.cols);
         for (int column = range.start * kBlock; column < end; column += kBlock) {
             for (int row = 0; row < source_.rows; row += kBlock) {
@@ -95,26 +96,13 @@ class BlockTurner : public cv::ParallelLoopBody {
     cv::Mat& turned_;
 };
 
-// Exchanges rows from the two ends of the image.
-class RowExchange : public cv::ParallelLoopBody {
-  public:
-    explicit RowExchange(cv::Mat& image)
-      : image_(image) {}
-
-    cv::Range pairs() const { return {0, image_.rows / 2}; }
-
-    void operator()(const cv::Range& range) const override {
-        for (int row = range.start; row < range.end; ++row) {
-            auto* const upper = image_.ptr<cv::Vec3b>(row);
-            auto* const lower = image_.ptr<cv::Vec3b>(image_.rows - 1 - row);
-            std::swap_ranges(upper, upper + image_.cols,
-                             std::make_reverse_iterator(lower + image_.cols));
-        }
+void exchangeRows(cv::Mat& image, const cv::Range& pairs) {
+    for (int row = pairs.start; row < pairs.end; ++row) {
+        auto* const upper = image.ptr<cv::Vec3b>(row);
+        auto* const lower = image.ptr<cv::Vec3b>(image.rows - 1 - row);
+        std::swap_ranges(upper, upper + image.cols, std::make_reverse_iterator(lower + image.cols));
     }
-
-  private:
-    cv::Mat& image_;
-};
+}
 
 } // namespace
 
@@ -126,13 +114,12 @@ void turnQuarter(const cv::Mat& source, Quarter quarter, cv::Mat& turned) {
     CV_Assert(canTurn(source) && turned.type() == source.type());
     CV_Assert(turned.rows == source.cols && turned.cols == source.rows);
     const BlockTurner turner(source, quarter, turned);
-    cv::parallel_for_(turner.bands(), turner);
+    shareWork(turner.bands(), [&](const cv::Range& bands) { turner.turn(bands); });
 }
 
 void turnHalf(cv::Mat& image) {
     CV_Assert(canTurn(image));
-    const RowExchange exchange(image);
-    cv::parallel_for_(exchange.pairs(), exchange);
+    shareWork(image.rows / 2, [&](const cv::Range& pairs) { exchangeRows(image, pairs); });
     if (image.rows % 2 != 0) {
         auto* const middle = image.ptr<cv::Vec3b>(image.rows / 2);
         std::reverse(middle, middle + image.cols);

@@ -132,10 +132,12 @@ void TurnedPicture::renderPixel(Place place, SampleOrder order, uchar* pixel) co
     const uchar* const ur = at(place.x() + 1, place.y());
     const uchar* const ll = at(place.x(), place.y() + 1);
     const uchar* const lr = at(place.x() + 1, place.y() + 1);
-    const Blend blend(place.across, place.down);
+    const std::int16_t right = fractionOf(place.across);
+    const std::int16_t below = fractionOf(place.down);
     for (int i = 0; i < kChannels; ++i) {
         const int to = order == SampleOrder::kKept ? i : kChannels - 1 - i;
-        pixel[to] = blend(ul[i], ur[i], ll[i], lr[i]);
+        pixel[to] =
+            blendDown(blendAlong(ul[i], ur[i], right), blendAlong(ll[i], lr[i], right), below);
     }
 }
 

@@ -50,16 +50,40 @@ struct Places {
 }
 
 using Samples = unsigned char[kBlock];
+using Lanes = std::int16_t[kBlock];
 
-[[gnu::always_inline]] inline void blendSamples(const Places& places, const Neighbours& pixels,
-                                                int count, int shift, Samples& samples) {
+// How far the places of a block are from the pixels on their upper left.
+struct Fractions {
+    Lanes right, below;
+};
+
+[[gnu::always_inline]] inline void findFractions(const Places& places, int count,
+                                                 Fractions& fractions) {
     for (int i = 0; i < count; ++i) {
-        const Blend blend(places.across[i], places.down[i]);
-        const auto sample = [=](std::uint32_t pixel) {
-            return static_cast<int>((pixel >> shift) & 0xFF);
-        };
-        samples[i] = blend(sample(pixels.upperLeft[i]), sample(pixels.upperRight[i]),
-                           sample(pixels.lowerLeft[i]), sample(pixels.lowerRight[i]));
+        fractions.right[i] = fractionOf(places.across[i]);
+        fractions.below[i] = fractionOf(places.down[i]);
+    }
+}
+
+[[gnu::always_inline]] inline void pick(const std::uint32_t* pixels, int count, int shift,
+                                        Lanes& samples) {
+    for (int i = 0; i < count; ++i) {
+        samples[i] = static_cast<std::int16_t>((pixels[i] >> shift) & 0xFF);
+    }
+}
+
+[[gnu::always_inline]] inline void blendSamples(const Fractions& fractions,
+                                                const Neighbours& pixels, int count, int shift,
+                                                Samples& samples) {
+    Lanes upperLeft, upperRight, lowerLeft, lowerRight;
+    pick(pixels.upperLeft, count, shift, upperLeft);
+    pick(pixels.upperRight, count, shift, upperRight);
+    pick(pixels.lowerLeft, count, shift, lowerLeft);
+    pick(pixels.lowerRight, count, shift, lowerRight);
+    for (int i = 0; i < count; ++i) {
+        const std::int16_t right = fractions.right[i];
+        samples[i] = blendDown(blendAlong(upperLeft[i], upperRight[i], right),
+                               blendAlong(lowerLeft[i], lowerRight[i], right), fractions.below[i]);
     }
 }
 
@@ -79,9 +103,11 @@ using Samples = unsigned char[kBlock];
     Samples samples[kChannels];
     findPlaces(row, first, count, places);
     fetch(row, places, count, pixels);
-    blendSamples(places, pixels, count, 0, samples[0]);
-    blendSamples(places, pixels, count, 8, samples[1]);
-    blendSamples(places, pixels, count, 16, samples[2]);
+    Fractions fractions;
+    findFractions(places, count, fractions);
+    blendSamples(fractions, pixels, count, 0, samples[0]);
+    blendSamples(fractions, pixels, count, 8, samples[1]);
+    blendSamples(fractions, pixels, count, 16, samples[2]);
     const bool kept = order == SampleOrder::kKept;
     join(samples[kept ? 0 : 2], samples[1], samples[kept ? 2 : 0], count,
          target + std::ptrdiff_t{kChannels} * first);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace doccam {
@@ -36,27 +37,30 @@ std::vector<TurnedRows> allTurnedRows();
 // The one with the widest vectors.
 const TurnedRows& turnedRows();
 
-// A place between four pixels, in 32nds of the way to the right and down.
-struct Blend {
-    [[gnu::always_inline]] Blend(int across, int down) {
-        constexpr int kShift = kPlaceShift - kFractionShift;
-        constexpr int kMask = (1 << kFractionShift) - 1;
-        right = (across >> kShift) & kMask;
-        below = (down >> kShift) & kMask;
-    }
+// A place between two pixels, in 32nds of the way to the second.
+[[gnu::always_inline]] inline std::int16_t fractionOf(int place) {
+    constexpr int kMask = (1 << kFractionShift) - 1;
+    return static_cast<std::int16_t>((place >> (kPlaceShift - kFractionShift)) & kMask);
+}
 
-    // One sample of each pixel makes the one at the place, rounded to the nearest.
-    [[gnu::always_inline]] unsigned char operator()(int upperLeft, int upperRight, int lowerLeft,
-                                                    int lowerRight) const {
-        constexpr int kWhole = 1 << kFractionShift;
-        constexpr int kHalf = kWhole * kWhole / 2;
-        const int upper = kWhole * upperLeft + (upperRight - upperLeft) * right;
-        const int lower = kWhole * lowerLeft + (lowerRight - lowerLeft) * right;
-        const int sum = kWhole * upper + (lower - upper) * below;
-        return static_cast<unsigned char>((sum + kHalf) >> (2 * kFractionShift));
-    }
+// One sample of each of two pixels side by side makes the one between them, in 32nds. Sixteen bits
+// are enough for all that is reckoned with here and below, so that vectors hold many.
+[[gnu::always_inline]] inline std::int16_t blendAlong(std::int16_t left, std::int16_t right,
+                                                      std::int16_t fraction) {
+    const auto way = static_cast<std::int16_t>((right - left) * fraction);
+    return static_cast<std::int16_t>((left << kFractionShift) + way);
+}
 
-    int right, below;
-};
+// Two such samples, one above the other, make the one between them, rounded to the nearest. The way
+// to the lower one, rounded down, is the upper half of a product.
+[[gnu::always_inline]] inline unsigned char blendDown(std::int16_t upper, std::int16_t lower,
+                                                      std::int16_t fraction) {
+    constexpr int kHalf = 1 << (kFractionShift - 1);
+    const auto fourfold = static_cast<std::int16_t>((lower - upper) * 4);
+    const auto shifted = static_cast<std::int16_t>(fraction << 9);
+    const auto way = static_cast<std::int16_t>((fourfold * shifted) >> 16);
+    const auto sum = static_cast<std::int16_t>(upper + way + kHalf);
+    return static_cast<unsigned char>(sum >> kFractionShift);
+}
 
 } // namespace doccam

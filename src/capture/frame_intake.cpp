@@ -1,0 +1,111 @@
+#include "capture/frame_intake.h"
+
+#include "api/library_state.h"
+#include "decode/mjpeg_frames.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <utility>
+
+namespace doccam {
+namespace {
+
+// Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
+constexpr std::size_t kReadSlack = kCodecPadding + 16;
+
+// Images keep their size across some failed opens; the frame must then fill the larger of the two.
+std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
+    return std::max(frame, library.srcimage.total() * library.srcimage.elemSize()) + kReadSlack;
+}
+
+} // namespace
+
+FrameIntake::FrameIntake(StreamingThread& thread, LibraryState& library)
+  : thread_(thread)
+  , library_(library)
+  , capacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0)))
+  , reserved_(bytesToReserve(library, capacity_))
+  , frame_(std::make_unique<RawFrame>(reserved_))
+  , sidePicture_(av_frame_alloc()) {}
+
+FrameIntake::~FrameIntake() {
+    thread_.side().end();
+}
+
+bool FrameIntake::take() {
+    if (!std::exchange(hasNext_, false)) {
+        isBegun_ = false;
+        return fetch(*frame_);
+    }
+    std::swap(frame_, next_);
+    isBegun_ = std::exchange(nextIsBegun_, false);
+    return true;
+}
+
+bool FrameIntake::decodeInto(cv::Mat& image) {
+    if (isBegun_ && !fetchNextIfThere()) {
+        return false;
+    }
+    const Decoded decoded = decode();
+    if (!fetchNextIfThere()) {
+        return false;
+    }
+    beginNext();
+    storeFrame(decoded, image.cols, image.rows, image);
+    return true;
+}
+
+bool FrameIntake::fetch(RawFrame& frame) {
+    DequeuedBuffer dequeued;
+    const int descriptor = library_.cam_fd;
+    if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
+        return false;
+    }
+    unsigned char* const bytes = frame.bytes.data();
+    frame.grabbed = takeFrame(dequeued, {bytes, capacity_});
+    // A short frame is followed by zeros, not by what a longer one left.
+    const int length = frame.grabbed.length;
+    if (length < frame.dirtyLength) {
+        std::fill(bytes + length, bytes + frame.dirtyLength, std::uint8_t{0});
+    }
+    frame.dirtyLength = length;
+    return true;
+}
+
+bool FrameIntake::fetchNextIfThere() {
+    if (hasNext_ || !sidePicture_ || !library_.bKeep || thread_.stopRequested() ||
+        !hasFilledBuffer(library_.cam_fd)) {
+        return true;
+    }
+    if (!next_) {
+        next_ = std::make_unique<RawFrame>(reserved_);
+    }
+    hasNext_ = fetch(*next_);
+    return hasNext_;
+}
+
+void FrameIntake::beginNext() {
+    if (!hasNext_ || next_->grabbed.failure != GrabbedFrame::Failure::kNone) {
+        return;
+    }
+    nextIsBegun_ = true;
+    thread_.side().begin([this, next = next_.get()] {
+        const auto length = static_cast<std::size_t>(next->grabbed.length);
+        sideResult_ = decodeFrameInto(*sidePicture_, {next->bytes.data(), length}, true);
+    });
+}
+
+Decoded FrameIntake::decode() {
+    if (!std::exchange(isBegun_, false)) {
+        const auto length = static_cast<std::size_t>(frame_->grabbed.length);
+        return decodeFrame({frame_->bytes.data(), length}, true);
+    }
+    thread_.side().finish();
+    if (sideResult_ == Decoded::kPicture) {
+        adoptPicture(*sidePicture_);
+    }
+    return sideResult_;
+}
+
+} // namespace doccam

@@ -1,0 +1,70 @@
+// Taking frames from the driver and decoding them, the next one while one is shown.
+#pragma once
+
+#include "base/codec_handles.h"
+#include "base/zeroed_bytes.h"
+#include "capture/grab_frame.h"
+#include "capture/streaming_thread.h"
+#include "decode/mjpeg_decoder.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <cstddef>
+#include <memory>
+
+namespace doccam {
+
+struct LibraryState;
+
+// A codec decodes a frame on one thread, and everything else that is done with a frame takes less
+// time. So the thread's side decodes the next MJPEG frame meanwhile, but only one that the driver
+// already has: no frame waits for the next one. Whatever happens to it is told when its turn comes.
+class FrameIntake {
+  public:
+    FrameIntake(StreamingThread& thread, LibraryState& library);
+    ~FrameIntake();
+    FrameIntake(const FrameIntake&) = delete;
+    FrameIntake& operator=(const FrameIntake&) = delete;
+
+    // Takes the next frame, for which it waits. False when the thread has been given up meanwhile.
+    bool take();
+
+    // What has become of the frame taken last.
+    const GrabbedFrame& grabbed() const { return frame_->grabbed; }
+
+    // Its bytes, behind which a pair of pixels more may be read.
+    unsigned char* bytes() const { return frame_->bytes.data(); }
+
+    // Decodes the frame taken last into image, as do_excute_image does. False when the thread has
+    // been given up meanwhile.
+    bool decodeInto(cv::Mat& image);
+
+  private:
+    struct RawFrame {
+        explicit RawFrame(std::size_t reserved)
+          : bytes(reserved) {}
+
+        ZeroedBytes bytes;   // and the zeros that a decoder reads behind the frame
+        int dirtyLength = 0; // bytes that earlier frames may have left
+        GrabbedFrame grabbed;
+    };
+
+    bool fetch(RawFrame& frame);
+    bool fetchNextIfThere();
+    void beginNext();
+    Decoded decode();
+
+    StreamingThread& thread_;
+    LibraryState& library_;
+    std::size_t capacity_; // of a frame
+    std::size_t reserved_;
+    std::unique_ptr<RawFrame> frame_;
+    bool isBegun_ = false; // frame_ is being decoded by the side
+    std::unique_ptr<RawFrame> next_;
+    bool hasNext_ = false;
+    bool nextIsBegun_ = false;
+    CodecFrame sidePicture_;
+    Decoded sideResult_ = Decoded::kNothing;
+};
+
+} // namespace doccam

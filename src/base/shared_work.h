@@ -5,6 +5,13 @@
 
 namespace doccam {
 
+// How many processors the calling thread leaves to others from now on when it shares work; none
+// until it says so.
+void leaveProcessors(int count);
+
+// Runs body for 0 to count - 1, in parts.
+void runShared(int count, const cv::ParallelLoopBody& body);
+
 // Calls work(range) for parts of 0 to count - 1, on several threads at once. Results must not
 // depend on how it is parted.
 template <typename Work>
@@ -20,7 +27,7 @@ void shareWork(int count, const Work& work) {
         const Work& work_;
     };
 
-    cv::parallel_for_({0, count}, Body(work));
+    runShared(count, Body(work));
 }
 
 } // namespace doccam

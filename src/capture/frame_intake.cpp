@@ -1,6 +1,7 @@
 #include "capture/frame_intake.h"
 
 #include "api/library_state.h"
+#include "base/shared_work.h"
 #include "decode/mjpeg_frames.h"
 
 #include <algorithm>
@@ -52,6 +53,8 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
         return false;
     }
     beginNext();
+    // Whatever slows the codec down slows the frames down.
+    leaveProcessors(nextIsBegun_ ? 1 : 0);
     storeFrame(decoded, image.cols, image.rows, image);
     return true;
 }

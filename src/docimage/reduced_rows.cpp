@@ -130,6 +130,29 @@ constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
 
 constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx2};
 
+#define DOCCAM_AVX512 gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")
+
+[[DOCCAM_AVX512]] void reduceWithAvx512(const ReducedRows::FrameRows& rows, int count,
+                                        unsigned char* grey) {
+    reduceRows(rows, count, grey);
+}
+
+[[DOCCAM_AVX512]] void blurWithAvx512(const unsigned char* grey, int count, std::uint16_t* sums) {
+    blurRow(grey, count, sums);
+}
+
+[[DOCCAM_AVX512]] void liftWithAvx512(const ReducedRows::SumRows& rows, int count,
+                                      unsigned char* grey) {
+    liftRow(rows, count, grey);
+}
+
+constexpr ReducedRows kAvx512 = {"AVX-512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
+
+bool hasAvx512() {
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+           __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+}
+
 #endif
 
 } // namespace
@@ -139,6 +162,9 @@ std::vector<ReducedRows> allReducedRows() {
 #ifdef __x86_64__
     if (__builtin_cpu_supports("avx2")) {
         all.push_back(kAvx2);
+    }
+    if (hasAvx512()) {
+        all.push_back(kAvx512);
     }
 #endif
     return all;

@@ -29,10 +29,14 @@ std::vector<CameraDescription> camerasFromEnvironment() {
             path.empty() ? defaultCameras() : readScenario(path);
         const std::string photo = environment("DOCCAM_VIRTUALCAM_PHOTO");
         const std::string interval = environment("DOCCAM_VIRTUALCAM_INTERVAL");
+        const std::string sheetFrames = environment("DOCCAM_VIRTUALCAM_SHEET_FRAMES");
         for (CameraDescription& camera : cameras) {
             camera.picture = photo.empty() ? camera.picture : photo;
             if (!interval.empty()) {
                 camera.intervalMs = std::stoi(interval);
+            }
+            if (!sheetFrames.empty()) {
+                camera.scene.sheetFrames = std::stoi(sheetFrames);
             }
         }
         return cameras;

@@ -1,0 +1,14 @@
+// The commands. Each adds its name, options and help to the command line, and sets context.run when
+// it is the chosen one.
+#pragma once
+
+#include <CLI/App.hpp>
+
+namespace doccam::host {
+
+struct Context;
+
+void addListCommand(CLI::App& app, Context& context);
+void addSizesCommand(CLI::App& app, Context& context);
+
+} // namespace doccam::host

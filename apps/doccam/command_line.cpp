@@ -45,6 +45,7 @@ void addGlobalOptions(CLI::App& app, Context& context) {
 void addCommands(CLI::App& app, Context& context) {
     addListCommand(app, context);
     addSizesCommand(app, context);
+    addServeCommand(app, context);
 }
 
 } // namespace

@@ -9,6 +9,7 @@ namespace doccam::host {
 struct Context;
 
 void addListCommand(CLI::App& app, Context& context);
+void addServeCommand(CLI::App& app, Context& context);
 void addSizesCommand(CLI::App& app, Context& context);
 
 } // namespace doccam::host

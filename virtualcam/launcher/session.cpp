@@ -1,6 +1,7 @@
 #include "launcher/session.h"
 
 #include "bed/udev_tree.h"
+#include "launcher/plug_control.h"
 #include "picture/jpeg.h"
 #include "scenario.h"
 
@@ -111,7 +112,8 @@ sigset_t awaitedSignals() {
 int runSession(const Options& options) {
     UdevTree tree;
     int place = 0;
-    for (const CameraDescription& camera : camerasOf(options)) {
+    const std::vector<CameraDescription> cameras = camerasOf(options);
+    for (const CameraDescription& camera : cameras) {
         tree.add(camera, place, {2 * place, 2 * place + 1});
         ++place;
     }
@@ -127,7 +129,13 @@ int runSession(const Options& options) {
         prepareEnvironment(options);
         become(options);
     }
-    return await(child, signals);
+    try {
+        const PlugControl control(tree, cameras);
+        return await(child, signals);
+    } catch (...) {
+        kill(child, SIGTERM);
+        throw;
+    }
 }
 
 } // namespace doccam::virtualcam

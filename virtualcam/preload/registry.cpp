@@ -1,6 +1,7 @@
 #include "preload/registry.h"
 
 #include "preload/lookup.h"
+#include "preload/remote_cameras.h"
 #include "scenario.h"
 
 #include <algorithm>
@@ -60,6 +61,7 @@ void Registry::configure() {
     for (const CameraDescription& description : camerasFromEnvironment()) {
         addLocked(description);
     }
+    admitRemoteControl();
 }
 
 void Registry::clear() {

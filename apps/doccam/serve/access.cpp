@@ -44,6 +44,10 @@ bool matchesHost(const AccessRules& rules, const std::string& host) {
     return known || (rules.anyAddress && isNumeric(name));
 }
 
+bool comesFromOwnPage(const std::string& site) {
+    return site.empty() || site == "same-origin" || site == "none";
+}
+
 std::string cookieValue(std::string_view cookies, const std::string& name) {
     const std::string start = name + "=";
     while (!cookies.empty()) {
@@ -110,8 +114,8 @@ Verdict judge(const AccessRules& rules, const Credentials& credentials) {
         return Verdict::kForeignOrigin;
     }
     const std::string cookie = cookieValue(credentials.cookies, cookieName(rules.port));
-    const bool known =
-        sameSecret(credentials.queryToken, rules.token) || sameSecret(cookie, rules.token);
+    const bool known = sameSecret(credentials.queryToken, rules.token) ||
+                       (comesFromOwnPage(credentials.site) && sameSecret(cookie, rules.token));
     return known ? Verdict::kAllowed : Verdict::kNoToken;
 }
 

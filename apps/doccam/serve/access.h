@@ -21,6 +21,7 @@ struct Credentials {
     std::optional<std::string> origin;
     std::string queryToken;
     std::string cookies; // the Cookie header
+    std::string site;    // the Sec-Fetch-Site header: where the browser says the wish comes from
 };
 
 enum class Verdict { kAllowed, kForeignHost, kForeignOrigin, kNoToken };
@@ -43,6 +44,7 @@ bool isLoopback(std::string_view address);
 // The name of the cookie that carries the token; the port is in it, as cookies know no ports.
 std::string cookieName(int port);
 
+// The cookie counts for the server's own page only: a browser sends it for other ports' pages too.
 // Host and Origin are judged before the token, so that a foreign page learns nothing from it.
 Verdict judge(const AccessRules& rules, const Credentials& credentials);
 

@@ -25,7 +25,8 @@ constexpr const char* kContentPolicy =
 
 Credentials credentialsOf(const httplib::Request& request) {
     Credentials credentials{request.get_header_value("Host"), std::nullopt,
-                            request.get_param_value("token"), request.get_header_value("Cookie")};
+                            request.get_param_value("token"), request.get_header_value("Cookie"),
+                            request.get_header_value("Sec-Fetch-Site")};
     if (request.has_header("Origin")) {
         credentials.origin = request.get_header_value("Origin");
     }

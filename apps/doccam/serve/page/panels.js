@@ -38,7 +38,7 @@ export function makeSettings(failed) {
 
 function makeSlider(control, failed) {
   const row = document.createElement('div');
-  row.className = 'control';
+  row.className = 'slider';
   const label = document.createElement('label');
   const value = document.createElement('output');
   const slider = document.createElement('input');
@@ -48,11 +48,13 @@ function makeSlider(control, failed) {
   slider.id = `control-${control.name}`;
   slider.min = control.minimum;
   slider.max = control.maximum;
-  label.append(`${name} `, value, slider);
+  label.textContent = name;
+  label.htmlFor = slider.id;
+  value.htmlFor = slider.id;
   reset.textContent = '↺';
   reset.title = `Reset ${control.name}`;
   reset.setAttribute('aria-label', reset.title);
-  row.append(label, reset);
+  row.append(label, value, slider, reset);
   const send = merging('control', newest, failed);
   slider.addEventListener('input', () => {
     value.value = slider.value;

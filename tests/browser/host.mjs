@@ -1,0 +1,117 @@
+// A running doccam serve on a virtual camera, and a browser to look at it with.
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import fs from 'node:fs';
+import { createRequire } from 'node:module';
+import net from 'node:net';
+import os from 'node:os';
+import path from 'node:path';
+import readline from 'node:readline';
+
+const build = process.env.DOCCAM_BUILD;
+export const output = process.env.DOCCAM_BROWSER_OUTPUT;
+const { chromium } = createRequire(path.join(output, 'package.json'))('playwright-core');
+
+export const kQrText = 'https://example.org/sheet/browser';
+export const kBarText = 'DOC-BROWSER-1';
+
+// One camera without noise, so that pixels can be compared.
+const kScenario = {
+  cameras: [{
+    intervalMs: 60,
+    formats: [{ fourcc: 'MJPG', sizes: [[1280, 960]] }],
+    scene: { angle: 4, noise: 0, qrText: kQrText, code128Text: kBarText },
+  }],
+};
+
+// Starts the server; plug() and unplug() steer its camera, stop() ends it.
+export async function startHost(extra = []) {
+  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'doccam-browser-'));
+  const scenario = path.join(folder, 'scenario.json');
+  const control = path.join(folder, 'control');
+  fs.writeFileSync(scenario, JSON.stringify(kScenario));
+  const child = spawn(path.join(build, 'doccam-virtualcam'),
+    ['--scenario', scenario, '--', path.join(build, 'apps/doccam/doccam'), 'serve', ...extra],
+    { stdio: ['ignore', 'pipe', 'inherit'],
+      env: { ...process.env, DOCCAM_VIRTUALCAM_CONTROL: control, TMPDIR: folder } });
+  const ended = once(child, 'exit');
+  const address = await firstAddress(child);
+  const url = new URL(address);
+  const steer = (line) => askLine(control, line);
+  return {
+    address,
+    port: Number(url.port),
+    token: url.searchParams.get('token'),
+    folder,
+    plug: () => steer('plug 0'),
+    unplug: () => steer('unplug 0'),
+    state: async () => (await fetch(new URL(`/api/state${url.search}`, url))).json(),
+    async stop() {
+      child.kill('SIGTERM');
+      const [code] = await ended;
+      const left = fs.readdirSync(folder).filter((name) => name.startsWith('doccam-pages'));
+      fs.rmSync(folder, { recursive: true });
+      return { code, left };
+    },
+  };
+}
+
+async function firstAddress(child) {
+  for await (const line of readline.createInterface({ input: child.stdout })) {
+    const match = /^Open (http:\S+)$/.exec(line);
+    if (match) {
+      return match[1];
+    }
+  }
+  throw new Error('doccam serve ended without an address');
+}
+
+async function askLine(socketPath, line) {
+  const socket = net.connect(socketPath);
+  socket.write(`${line}\n`);
+  let answer = '';
+  for await (const chunk of socket) {
+    answer += chunk;
+  }
+  if (answer.trim() !== 'ok') {
+    throw new Error(`${line}: ${answer}`);
+  }
+}
+
+export function startBrowser() {
+  return chromium.launch({
+    executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
+    args: ['--no-sandbox', '--disable-gpu', '--disable-dev-shm-usage'],
+    timeout: 120000,
+  });
+}
+
+// A window that shows the host's page with a living picture.
+export async function openPage(browser, host, options = {}) {
+  const context = await browser.newContext({
+    viewport: { width: 1400, height: 760 }, acceptDownloads: true, ...options,
+  });
+  context.setDefaultTimeout(90000);
+  const page = await context.newPage();
+  const problems = [];
+  page.on('pageerror', (error) => problems.push(String(error)));
+  page.on('console', (message) => message.type() === 'error' && problems.push(message.text()));
+  page.problems = problems;
+  await page.goto(host.address);
+  await morePictures(page, 3);
+  return page;
+}
+
+export const picturesOf = (page) => page.evaluate(
+  () => Number(document.getElementById('preview').dataset.pictures ?? 0));
+
+// Waits until so many more pictures are drawn.
+export async function morePictures(page, count) {
+  const before = await picturesOf(page);
+  await page.waitForFunction((wanted) =>
+    Number(document.getElementById('preview').dataset.pictures ?? 0) >= wanted, before + count);
+}
+
+export function screenshot(page, name) {
+  return page.screenshot({ path: path.join(output, `${name}.png`) });
+}

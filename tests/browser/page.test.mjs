@@ -27,14 +27,14 @@ after(async () => {
 
 
 // Whether the picture leaves that place of the canvas (parts of its sides) to the surround.
-const isSurround = ([x, y]) => {
+const surroundIs = ([[x, y], wanted]) => {
   const canvas = document.getElementById('preview');
   const [red, green, blue] = canvas.getContext('2d')
     .getImageData(Math.floor(canvas.width * x), Math.floor(canvas.height * y), 1, 1).data;
-  return [red, green, blue].every((value) => Math.abs(value - 0x30) < 4);
+  return [red, green, blue].every((value) => Math.abs(value - 0x30) < 4) === wanted;
 };
-const waitForSurround = (place) => page.waitForFunction(isSurround, place);
-const waitForPicture = (place) => page.waitForFunction(`!(${isSurround})(${JSON.stringify(place)})`);
+const waitForSurround = (place) => page.waitForFunction(surroundIs, [place, true]);
+const waitForPicture = (place) => page.waitForFunction(surroundIs, [place, false]);
 
 // The brightness along the middle row.
 const profile = () => page.evaluate(() => {

@@ -6,9 +6,11 @@
 #include <deque>
 #include <functional>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <type_traits>
+#include <utility>
 
 namespace doccam::serve {
 
@@ -27,7 +29,8 @@ class CommandQueue {
         using Result = std::invoke_result_t<Command>;
         auto task = std::make_shared<std::packaged_task<Result()>>(std::move(command));
         std::future<Result> result = task->get_future();
-        push([task] { (*task)(); });
+        // The queue alone holds it, so that a dropped one breaks its promise.
+        push([task = std::move(task)] { (*task)(); });
         try {
             return result.get();
         } catch (const std::future_error&) {

@@ -58,7 +58,7 @@ TEST(PictureEncoder, PutsASmallerPictureAtItsPlace) {
 }
 
 TEST(PictureEncoder, CutsOffWhatLiesOutsideTheForm) {
-    const cv::Mat form = encoded(redPicture(100, 100, -20, -60));
+    const cv::Mat form = encoded(redPicture(100, 92, -20, -60));
     EXPECT_TRUE(isRed(form, 0, 0));
     EXPECT_TRUE(isRed(form, 63, 20));
     EXPECT_TRUE(isSurround(form, 30, 46));

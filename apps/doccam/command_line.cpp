@@ -1,6 +1,7 @@
 #include "command_line.h"
 
 #include "commands/commands.h"
+#include "commands/option_checks.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -32,7 +33,7 @@ void addGlobalOptions(CLI::App& app, Context& context) {
         "Print results as JSON");
     app.add_option("--camera", options.camera, "The camera to use, as doccam list numbers them")
         ->type_name("INDEX")
-        ->check(CLI::Range(0, kMostCameras - 1));
+        ->check(between(0, kMostCameras - 1));
     std::string& photo = context.virtualCamera.photo;
     app.add_flag("--virtual", photo,
                  "Use virtual cameras; --virtual=PHOTO has them look at that picture");
@@ -45,6 +46,13 @@ void addGlobalOptions(CLI::App& app, Context& context) {
 void addCommands(CLI::App& app, Context& context) {
     addListCommand(app, context);
     addSizesCommand(app, context);
+    addCaptureCommand(app, context);
+    addScanCommand(app, context);
+    addReadCommand(app, context);
+    addControlsCommand(app, context);
+    addFocusCommand(app, context);
+    addPdfCommand(app, context);
+    addCleanCommand(app, context);
     addServeCommand(app, context);
 }
 

@@ -11,5 +11,12 @@ struct Context;
 void addListCommand(CLI::App& app, Context& context);
 void addServeCommand(CLI::App& app, Context& context);
 void addSizesCommand(CLI::App& app, Context& context);
+void addCaptureCommand(CLI::App& app, Context& context);
+void addScanCommand(CLI::App& app, Context& context);
+void addReadCommand(CLI::App& app, Context& context);
+void addControlsCommand(CLI::App& app, Context& context);
+void addFocusCommand(CLI::App& app, Context& context);
+void addPdfCommand(CLI::App& app, Context& context);
+void addCleanCommand(CLI::App& app, Context& context);
 
 } // namespace doccam::host

@@ -72,10 +72,11 @@ int renameWithoutReplacing(const char* from, const char* to) {
 } // namespace
 
 OutputFile::OutputFile(const fs::path& target, bool force)
-  : target_(force ? resolved(target) : target)
+  : target_(target)
+  , place_(force ? resolved(target) : target)
   , force_(force) {
-    refuseOddTargets(target_, force_);
-    work_ = makeWorkFolder(target_);
+    refuseOddTargets(place_, force_);
+    work_ = makeWorkFolder(place_);
 }
 
 OutputFile::~OutputFile() {
@@ -92,8 +93,8 @@ std::string OutputFile::draft() const {
 }
 
 void OutputFile::publish(const std::string& path) {
-    const int result = force_ ? std::rename(path.c_str(), target_.c_str())
-                              : renameWithoutReplacing(path.c_str(), target_.c_str());
+    const int result = force_ ? std::rename(path.c_str(), place_.c_str())
+                              : renameWithoutReplacing(path.c_str(), place_.c_str());
     if (result == 0) {
         return;
     }

@@ -26,10 +26,12 @@ class OutputFile {
     // has appeared there meanwhile and force is not set.
     void publish(const std::string& path);
 
+    // As it was named.
     const std::filesystem::path& target() const { return target_; }
 
   private:
     std::filesystem::path target_;
+    std::filesystem::path place_; // target_ itself, or the file that a link there names
     std::filesystem::path work_;
     bool force_;
 };

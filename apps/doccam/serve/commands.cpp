@@ -10,8 +10,6 @@
 namespace doccam::serve {
 namespace {
 
-constexpr int kBarCode = 0;
-constexpr int kQrCode = 1;
 constexpr int kMostZoomSteps = 150; // from the smallest scale to the largest
 constexpr int kLongestMove = 10000;
 constexpr int kLongestSide = 100000;
@@ -25,15 +23,16 @@ Json toJson(const Page& page) {
             {"codes", page.codes}};
 }
 
+// One quick scan for each kind: the user waits for the page.
 std::vector<std::string> codesOn(const std::string& path) {
-    std::vector<std::string> codes;
-    for (const int mode : {kQrCode, kBarCode}) {
-        const char* text = RecogBarQrCodeFromFile(path.c_str(), mode);
+    std::vector<std::string> texts;
+    for (const host::CodeKind kind : {host::CodeKind::kQr, host::CodeKind::kBar}) {
+        const char* text = RecogBarQrCodeFromFile(path.c_str(), static_cast<int>(kind));
         if (text != nullptr && *text != '\0') {
-            codes.emplace_back(text);
+            texts.emplace_back(text);
         }
     }
-    return codes;
+    return texts;
 }
 
 std::string textOf(const Json& value) {
@@ -134,7 +133,8 @@ Json Commands::capture(const Json& /*request*/) {
 }
 
 Json Commands::codes(const Json& /*request*/) {
-    const Json found{{"qr", camera_.readCode(kQrCode)}, {"bar", camera_.readCode(kBarCode)}};
+    const Json found{{"qr", camera_.readCode(host::CodeKind::kQr)},
+                     {"bar", camera_.readCode(host::CodeKind::kBar)}};
     const std::string text = textOf(found);
     events_.set("codes", text);
     return Json::parse(text);

@@ -220,9 +220,8 @@ void LiveCamera::still(const std::string& path) {
     SetCutType(settings_.crop ? 1 : 0);
 }
 
-std::string LiveCamera::readCode(int mode) {
-    session();
-    return RecogBarQrCode(mode);
+std::string LiveCamera::readCode(host::CodeKind kind) {
+    return host::liveCode(session(), kind);
 }
 
 void LiveCamera::tellCamera(const std::string& message) {
@@ -246,10 +245,10 @@ void LiveCamera::tellControls() {
     Json controls = Json::array();
     for (const PictureControl& control : controls_.read()) {
         controls.push_back({{"name", control.name},
-                            {"minimum", control.minimum},
-                            {"maximum", control.maximum},
-                            {"default", control.standard},
-                            {"value", control.value}});
+                            {"minimum", control.state.minimum},
+                            {"maximum", control.state.maximum},
+                            {"default", control.state.defaultValue},
+                            {"value", control.state.value}});
     }
     events_.set("controls", controls.dump());
 }

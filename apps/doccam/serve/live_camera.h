@@ -3,6 +3,7 @@
 
 #include "camera/camera_session.h"
 #include "camera/page_settings.h"
+#include "codes/code_reading.h"
 #include "serve/event_feed.h"
 #include "serve/picture_controls.h"
 #include "serve/picture_handover.h"
@@ -63,8 +64,8 @@ class LiveCamera {
 
     // Saves a still as the settings say.
     void still(const std::string& path);
-    // The text of a code in the live picture, or the empty one. mode as the library has it.
-    std::string readCode(int mode);
+    // The text of a code in the live picture, or the empty one.
+    std::string readCode(host::CodeKind kind);
 
   private:
     using Clock = std::chrono::steady_clock;

@@ -1,6 +1,8 @@
 // The camera's picture controls, as sliders show them.
 #pragma once
 
+#include "camera/controls.h"
+
 #include <map>
 #include <optional>
 #include <string>
@@ -10,14 +12,13 @@ namespace doccam::serve {
 
 struct PictureControl {
     std::string name;
-    int minimum = 0, maximum = 0, standard = 0, value = 0;
+    host::ControlState state;
 };
 
 // While a camera streams; the command thread.
 class PictureControls {
   public:
-    // Names in the order of the library's selectors.
-    static const std::vector<std::string>& names();
+    static std::vector<std::string> names();
 
     // What the camera has of them, as it stands now.
     std::vector<PictureControl> read() const;
@@ -27,7 +28,7 @@ class PictureControls {
     bool set(const std::string& name, std::optional<int> value);
 
     // Sets what the user has set to a camera that was plugged in again.
-    void restore();
+    void restore() const;
 
   private:
     std::map<int, int> chosen_; // selector, value

@@ -21,7 +21,7 @@ std::atomic<PictureHandover*> receiver{nullptr};
 
 void onPreview(unsigned char* pixels, int width, int height, int startX, int startY) {
     if (PictureHandover* const handover = receiver.load()) {
-        handover->give(pixels, width, height, startX, startY);
+        handover->give(pixels, {startX, startY, width, height});
     }
 }
 
@@ -67,7 +67,7 @@ void LiveCamera::open() {
     }
     const host::Capture capture = host::chooseCapture(index, wish_.format, wish_.size);
     apply(settings_);
-    handover_.setForm(0, 0);
+    handover_.setForm({});
     session_.emplace(index, capture, interrupt_);
     SetCutType(settings_.crop ? 1 : 0);
     startPreview();
@@ -82,7 +82,7 @@ void LiveCamera::open() {
 void LiveCamera::startPreview() {
     SetWebFormSize(kLargestForm.width, kLargestForm.height);
     SetWebFormSize(form_.width, form_.height);
-    handover_.setForm(form_.width, form_.height);
+    handover_.setForm({form_.width, form_.height});
     tellView();
 }
 
@@ -117,7 +117,7 @@ void LiveCamera::tryToReopen() {
 void LiveCamera::lose(const std::string& reason) {
     session_.reset();
     lastLook_ = Clock::now();
-    handover_.setForm(0, 0);
+    handover_.setForm({});
     tellCamera(reason);
     events_.set("rate", Json{{"framesPerSecond", 0}}.dump());
 }
@@ -151,7 +151,7 @@ void LiveCamera::setForm(host::Size form) {
     form_ = fitted;
     if (session_) {
         SetWebFormSize(form_.width, form_.height);
-        handover_.setForm(form_.width, form_.height);
+        handover_.setForm({form_.width, form_.height});
     }
     tellView();
 }

@@ -14,11 +14,20 @@ void PictureFeed::publish(Jpeg picture) {
     changed_.notify_all();
 }
 
+bool PictureFeed::awaitViewer() {
+    std::unique_lock lock(mutex_);
+    wanted_.wait(lock, [&] { return closed_ || waiting_ > 0; });
+    return !closed_;
+}
+
 PictureFeed::Shown PictureFeed::next(std::uint64_t number, std::chrono::milliseconds patience) {
     std::unique_lock lock(mutex_);
+    ++waiting_;
+    wanted_.notify_one();
     const bool arrived = changed_.wait_for(lock, patience, [&] {
         return closed_ || (newest_.number > number && newest_.picture != nullptr);
     });
+    --waiting_;
     return arrived && !closed_ ? newest_ : Shown{};
 }
 
@@ -33,6 +42,7 @@ void PictureFeed::close() {
         closed_ = true;
     }
     changed_.notify_all();
+    wanted_.notify_all();
 }
 
 bool PictureFeed::closed() const {

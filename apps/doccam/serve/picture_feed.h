@@ -25,6 +25,10 @@ class PictureFeed {
     // Replaces the newest picture. Never waits for a viewer.
     void publish(Jpeg picture);
 
+    // Waits until a viewer waits for a picture: without one none need be encoded. False after
+    // close().
+    bool awaitViewer();
+
     // Waits for a picture newer than number. Without one in time, or after close(), the result has
     // no picture.
     Shown next(std::uint64_t number, std::chrono::milliseconds patience);
@@ -39,6 +43,8 @@ class PictureFeed {
   private:
     mutable std::mutex mutex_;
     std::condition_variable changed_;
+    std::condition_variable wanted_;
+    int waiting_ = 0;
     Shown newest_;
     bool closed_ = false;
 };

@@ -4,48 +4,36 @@
 
 namespace doccam::serve {
 
-void PictureHandover::setForm(int width, int height) {
+void PictureHandover::setForm(FormSize form) {
     const std::lock_guard lock(mutex_);
-    formWidth_ = width;
-    formHeight_ = height;
+    form_ = form;
 }
 
 void PictureHandover::setWanted(bool wanted) {
     const std::lock_guard lock(mutex_);
     wanted_ = wanted;
+    fresh_ = fresh_ && wanted; // it would be an old one for the next viewer
 }
 
-void PictureHandover::give(const unsigned char* pixels, int width, int height, int startX,
-                           int startY) {
-    if (width < 1 || height < 1) {
-        return;
-    }
+void PictureHandover::give(const unsigned char* picture, const Place& place) {
     {
         const std::lock_guard lock(mutex_);
-        if (!wanted_ || formWidth_ < 1) {
+        if (!wanted_ || form_.width < 1 || form_.height < 1) {
             return;
         }
-        const std::size_t bytes =
-            static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3;
-        newest_.pixels.assign(pixels, pixels + bytes);
-        newest_.width = width;
-        newest_.height = height;
-        newest_.startX = startX;
-        newest_.startY = startY;
-        newest_.formWidth = formWidth_;
-        newest_.formHeight = formHeight_;
+        compose(newest_, form_, place, picture);
         fresh_ = true;
     }
     given_.notify_one();
 }
 
-bool PictureHandover::take(PreviewPicture& picture) {
+bool PictureHandover::take(FormPicture& form) {
     std::unique_lock lock(mutex_);
     given_.wait(lock, [&] { return fresh_ || closed_; });
     if (closed_) {
         return false;
     }
-    std::swap(picture, newest_);
+    std::swap(form, newest_);
     fresh_ = false;
     return true;
 }

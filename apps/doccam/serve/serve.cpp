@@ -21,9 +21,11 @@ class Encoding {
   public:
     Encoding(PictureHandover& handover, PictureFeed& feed)
       : handover_(handover)
-      , thread_([this, &feed] { run(feed); }) {}
+      , feed_(feed)
+      , thread_([this] { run(); }) {}
 
     ~Encoding() {
+        feed_.close();
         handover_.close();
         thread_.join();
     }
@@ -32,11 +34,11 @@ class Encoding {
     Encoding& operator=(const Encoding&) = delete;
 
   private:
-    void run(PictureFeed& feed) {
-        PreviewPicture picture;
-        while (handover_.take(picture)) {
+    void run() {
+        FormPicture picture;
+        while (feed_.awaitViewer() && handover_.take(picture)) {
             try {
-                feed.publish(encoder_.encode(picture));
+                feed_.publish(encoder_.encode(picture));
             } catch (const std::exception&) {
                 continue; // the next picture may be one again
             }
@@ -44,6 +46,7 @@ class Encoding {
     }
 
     PictureHandover& handover_;
+    PictureFeed& feed_;
     PictureEncoder encoder_;
     std::thread thread_;
 };

@@ -10,22 +10,20 @@ namespace {
 
 constexpr int kTolerance = 4;
 
-PreviewPicture redPicture(int width, int height, int startX, int startY) {
-    PreviewPicture picture;
-    for (int i = 0; i < width * height; ++i) {
-        picture.pixels.insert(picture.pixels.end(), {200, 0, 0});
+constexpr FormSize kForm{64, 48};
+
+FormPicture withRed(const Place& place) {
+    std::vector<unsigned char> picture;
+    for (int i = 0; i < place.width * place.height; ++i) {
+        picture.insert(picture.end(), {200, 0, 0});
     }
-    picture.width = width;
-    picture.height = height;
-    picture.startX = startX;
-    picture.startY = startY;
-    picture.formWidth = 64;
-    picture.formHeight = 48;
-    return picture;
+    FormPicture form;
+    compose(form, kForm, place, picture.data());
+    return form;
 }
 
-cv::Mat encoded(const PreviewPicture& picture) {
-    return cv::imdecode(PictureEncoder().encode(picture), cv::IMREAD_COLOR);
+cv::Mat encoded(const FormPicture& form) {
+    return cv::imdecode(PictureEncoder().encode(form), cv::IMREAD_COLOR);
 }
 
 bool isRed(const cv::Mat& form, int x, int y) {
@@ -42,14 +40,14 @@ bool isSurround(const cv::Mat& form, int x, int y) {
 } // namespace
 
 TEST(PictureEncoder, FillsTheFormWithAPictureOfItsSize) {
-    const cv::Mat form = encoded(redPicture(64, 48, 0, 0));
+    const cv::Mat form = encoded(withRed({0, 0, 64, 48}));
     EXPECT_EQ(form.size(), cv::Size(64, 48));
     EXPECT_TRUE(isRed(form, 0, 0));
     EXPECT_TRUE(isRed(form, 63, 47));
 }
 
 TEST(PictureEncoder, PutsASmallerPictureAtItsPlace) {
-    const cv::Mat form = encoded(redPicture(32, 16, 16, 16));
+    const cv::Mat form = encoded(withRed({16, 16, 32, 16}));
     EXPECT_EQ(form.size(), cv::Size(64, 48));
     EXPECT_TRUE(isRed(form, 24, 24));
     EXPECT_TRUE(isSurround(form, 4, 4));
@@ -58,18 +56,32 @@ TEST(PictureEncoder, PutsASmallerPictureAtItsPlace) {
 }
 
 TEST(PictureEncoder, CutsOffWhatLiesOutsideTheForm) {
-    const cv::Mat form = encoded(redPicture(100, 92, -20, -60));
+    const cv::Mat form = encoded(withRed({-20, -60, 100, 92}));
     EXPECT_TRUE(isRed(form, 0, 0));
     EXPECT_TRUE(isRed(form, 63, 20));
     EXPECT_TRUE(isSurround(form, 30, 46));
-    EXPECT_TRUE(isSurround(encoded(redPicture(10, 10, 70, 0)), 63, 4));
-    EXPECT_TRUE(isSurround(encoded(redPicture(10, 10, -70, 0)), 0, 4));
+    EXPECT_TRUE(isSurround(encoded(withRed({70, 0, 10, 10})), 63, 4));
+    EXPECT_TRUE(isSurround(encoded(withRed({-70, 0, 10, 10})), 0, 4));
 }
 
 TEST(PictureEncoder, RefusesAFormWithoutPixels) {
-    PreviewPicture picture = redPicture(4, 4, 0, 0);
-    picture.formWidth = 0;
-    EXPECT_THROW(PictureEncoder().encode(picture), std::runtime_error);
+    EXPECT_THROW(PictureEncoder().encode({}), std::runtime_error);
+}
+
+TEST(Compose, LeavesNothingOfAPictureThatLayElsewhere) {
+    FormPicture form = withRed({0, 0, 64, 48});
+    const std::vector<unsigned char> black(3, 0);
+    compose(form, kForm, {10, 10, 1, 1}, black.data());
+    EXPECT_EQ(form.pixels[0], kSurround);
+    EXPECT_EQ(form.pixels[3 * (10 * 64 + 10)], 0);
+    EXPECT_EQ(form.pixels[3 * (10 * 64 + 11)], kSurround);
+}
+
+TEST(Compose, FollowsTheFormsSize) {
+    FormPicture form = withRed({0, 0, 64, 48});
+    const std::vector<unsigned char> black(3, 0);
+    compose(form, {8, 4}, {0, 0, 1, 1}, black.data());
+    EXPECT_EQ(form.pixels.size(), 8U * 4 * 3);
 }
 
 } // namespace doccam::serve

@@ -75,6 +75,21 @@ TEST(PictureFeed, ShowsNoOldPictureOnceCleared) {
     EXPECT_EQ(feed.next(0, kLong).picture->front(), 2);
 }
 
+TEST(PictureFeed, KnowsWhenAViewerWaits) {
+    PictureFeed feed;
+    std::thread viewer([&] { EXPECT_NE(feed.next(0, kLong).picture, nullptr); });
+    EXPECT_TRUE(feed.awaitViewer());
+    feed.publish(picture(1));
+    viewer.join();
+}
+
+TEST(PictureFeed, LetsTheEncoderGoWhenItCloses) {
+    PictureFeed feed;
+    std::thread encoder([&] { EXPECT_FALSE(feed.awaitViewer()); });
+    feed.close();
+    encoder.join();
+}
+
 TEST(PictureFeed, LetsAllViewersGoWhenItCloses) {
     PictureFeed feed;
     std::thread viewer([&] { EXPECT_EQ(feed.next(0, kLong).picture, nullptr); });

@@ -10,7 +10,11 @@ namespace {
 
 void give(PictureHandover& handover, unsigned char value) {
     const std::vector<unsigned char> pixels(4 * 2 * 3, value);
-    handover.give(pixels.data(), 4, 2, 1, 3);
+    handover.give(pixels.data(), {1, 3, 4, 2});
+}
+
+unsigned char firstOf(const FormPicture& form) {
+    return form.pixels[static_cast<std::size_t>(form.place.y * form.size.width + form.place.x) * 3];
 }
 
 } // namespace
@@ -18,50 +22,65 @@ void give(PictureHandover& handover, unsigned char value) {
 TEST(PictureHandover, HandsOverAPictureAndItsPlace) {
     PictureHandover handover;
     handover.setWanted(true);
-    handover.setForm(10, 20);
+    handover.setForm({10, 20});
     give(handover, 9);
-    PreviewPicture picture;
-    ASSERT_TRUE(handover.take(picture));
-    EXPECT_EQ(picture.pixels, std::vector<unsigned char>(24, 9));
-    EXPECT_EQ(picture.width, 4);
-    EXPECT_EQ(picture.height, 2);
-    EXPECT_EQ(picture.startX, 1);
-    EXPECT_EQ(picture.startY, 3);
-    EXPECT_EQ(picture.formWidth, 10);
-    EXPECT_EQ(picture.formHeight, 20);
+    FormPicture form;
+    ASSERT_TRUE(handover.take(form));
+    EXPECT_EQ(form.size, (FormSize{10, 20}));
+    EXPECT_EQ(form.place, (Place{1, 3, 4, 2}));
+    EXPECT_EQ(firstOf(form), 9);
 }
 
 TEST(PictureHandover, ReplacesAPictureThatWasNotTaken) {
     PictureHandover handover;
     handover.setWanted(true);
-    handover.setForm(10, 20);
+    handover.setForm({10, 20});
     for (unsigned char value = 1; value <= 5; ++value) {
         give(handover, value);
     }
-    PreviewPicture picture;
-    ASSERT_TRUE(handover.take(picture));
-    EXPECT_EQ(picture.pixels.front(), 5);
+    FormPicture form;
+    ASSERT_TRUE(handover.take(form));
+    EXPECT_EQ(firstOf(form), 5);
 }
 
 TEST(PictureHandover, TakesNothingWithoutViewersOrForm) {
     PictureHandover handover;
-    handover.setForm(10, 20);
+    handover.setForm({10, 20});
     give(handover, 1); // nobody looks
     handover.setWanted(true);
-    handover.setForm(0, 0);
+    handover.setForm({});
     give(handover, 2); // no form
-    handover.setForm(10, 20);
+    handover.setForm({10, 20});
     give(handover, 3);
-    PreviewPicture picture;
-    ASSERT_TRUE(handover.take(picture));
-    EXPECT_EQ(picture.pixels.front(), 3);
+    FormPicture form;
+    ASSERT_TRUE(handover.take(form));
+    EXPECT_EQ(firstOf(form), 3);
+}
+
+TEST(PictureHandover, KeepsNoOldPictureForTheNextViewer) {
+    PictureHandover handover;
+    handover.setForm({10, 20});
+    handover.setWanted(true);
+    give(handover, 1);
+    handover.setWanted(false);
+    handover.setWanted(true);
+    give(handover, 2);
+    FormPicture form;
+    ASSERT_TRUE(handover.take(form));
+    EXPECT_EQ(firstOf(form), 2);
+    handover.setWanted(true);
+    give(handover, 3);
+    handover.setWanted(false);
+    std::thread taker([&] { EXPECT_FALSE(handover.take(form)) << "the old one is gone"; });
+    handover.close();
+    taker.join();
 }
 
 TEST(PictureHandover, LetsTheTakerGoWhenItCloses) {
     PictureHandover handover;
     std::thread taker([&] {
-        PreviewPicture picture;
-        EXPECT_FALSE(handover.take(picture));
+        FormPicture form;
+        EXPECT_FALSE(handover.take(form));
     });
     handover.close();
     taker.join();

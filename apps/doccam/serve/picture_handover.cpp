@@ -30,7 +30,7 @@ void PictureHandover::give(const unsigned char* picture, const Place& place) {
 bool PictureHandover::take(FormPicture& form) {
     std::unique_lock lock(mutex_);
     given_.wait(lock, [&] { return fresh_ || closed_; });
-    if (closed_) {
+    if (!fresh_) {
         return false;
     }
     std::swap(form, newest_);

@@ -21,7 +21,8 @@ class PictureHandover {
     // picture holds place.width x place.height pixels, red first.
     void give(const unsigned char* picture, const Place& place);
 
-    // Waits for a picture and swaps it with form, whose pixels are used again. False after close().
+    // Waits for a picture and swaps it with form, whose pixels are used again. False when none is
+    // there after close().
     bool take(FormPicture& form);
 
     void close();

@@ -5,11 +5,11 @@
 #include "serve/live_camera.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <sstream>
 
 namespace doccam::serve {
 namespace {

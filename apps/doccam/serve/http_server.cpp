@@ -80,7 +80,14 @@ int HttpServer::bind(const std::string& address, int port) {
 
 void HttpServer::start(const AccessRules& rules) {
     rules_ = rules;
-    thread_ = std::thread([this] { server_->listen_after_bind(); });
+    thread_ = std::thread([this] {
+        server_->listen_after_bind();
+        ended_ = true;
+    });
+    // A stop before it runs would be lost.
+    while (!server_->is_running() && !ended_) {
+        std::this_thread::yield();
+    }
 }
 
 bool HttpServer::refuses(const httplib::Request& request, httplib::Response& response) const {

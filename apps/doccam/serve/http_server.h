@@ -9,6 +9,7 @@
 #include "serve/picture_feed.h"
 #include "serve/seats.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
@@ -56,6 +57,7 @@ class HttpServer {
     AccessRules rules_;
     Seats listeners_;
     std::unique_ptr<httplib::Server> server_;
+    std::atomic<bool> ended_{false};
     std::thread thread_;
 };
 

@@ -3,7 +3,6 @@
 
 #include "serve/private_folder.h"
 
-#include <map>
 #include <mutex>
 #include <optional>
 #include <stdexcept>

@@ -53,6 +53,7 @@ void addCommands(CLI::App& app, Context& context) {
     addFocusCommand(app, context);
     addPdfCommand(app, context);
     addCleanCommand(app, context);
+    addDoctorCommand(app, context);
     addServeCommand(app, context);
 }
 

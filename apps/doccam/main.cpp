@@ -12,10 +12,6 @@ namespace {
 
 using namespace doccam::host;
 
-void complain(const std::string& message) {
-    std::fprintf(stderr, "doccam: %s\n", message.c_str());
-}
-
 // The first word that is no option; empty when there is none.
 std::string commandWord(int argc, char** argv) {
     const auto* word =

@@ -31,7 +31,8 @@ Targets claim(const CaptureOptions& options) {
     for (const std::string& file : options.files) {
         refuseUnknownType(file);
         targets.push_back(std::make_unique<OutputFile>(file, options.force));
-        if (!names.insert(std::filesystem::weakly_canonical(file)).second) {
+        if (!names.insert(std::filesystem::weakly_canonical(std::filesystem::absolute(file)))
+                 .second) {
             throw Failure(kUsage, "The file " + file +
                                       " is named twice; give each still a name "
                                       "of its own.");

@@ -27,6 +27,7 @@ struct CleanOptions {
     bool inPlace = false;
     bool edges = false;
     bool background = false;
+    bool brightSheet = false;
     int quality = 95;
     bool force = false;
 };
@@ -52,21 +53,35 @@ cv::Mat readPage(const std::string& file) {
     return page;
 }
 
+// The library does this to files only.
+cv::Mat withoutDimMargins(const cv::Mat& page, const OutputFile& target) {
+    std::string work = target.part("work.png");
+    if (!cv::imwrite(work, page)) {
+        throw Failure(kFileFailed, target.target().string() +
+                                       " could not be written; look whether the disk is full.");
+    }
+    FN_DeleteBlackEdgeEx2(work.data());
+    return readPage(work);
+}
+
 // Neither chosen means both.
-void cleanPage(const cv::Mat& page, const CleanOptions& options) {
+cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& target) {
     const bool both = options.edges == options.background;
-    if (both || options.edges) {
+    if (options.brightSheet) {
+        page = withoutDimMargins(page, target);
+    } else if (both || options.edges) {
         FN_DeleteBlackEdge(page);
     }
     if (both || options.background) {
         FN_DeleteBackcolor(page);
     }
+    return page;
 }
 
 WrittenFile cleanFile(const std::string& file, const CleanOptions& options) {
-    const cv::Mat page = readPage(file);
+    cv::Mat page = readPage(file);
     OutputFile target(targetOf(file, options), options.force);
-    cleanPage(page, options);
+    page = cleaned(page, options, target);
     const std::string draft = target.draft();
     if (!cv::imwrite(draft, page, {cv::IMWRITE_JPEG_QUALITY, options.quality})) {
         throw Failure(kFileFailed, target.target().string() +
@@ -105,6 +120,8 @@ void addCleanCommand(CLI::App& app, Context& context) {
         ->type_name("");
     command->add_flag("--edges", options->edges, "Only whiten the dark margins around the sheet");
     command->add_flag("--background", options->background, "Only whiten the paper");
+    command->add_flag("--bright-sheet", options->brightSheet,
+                      "Whiten all but what is bright, for desks that are not black");
     CLI::Option* into =
         command
             ->add_option("--into", options->folder, "Write into this folder, under the same name")
@@ -118,7 +135,7 @@ void addCleanCommand(CLI::App& app, Context& context) {
         ->type_name("N");
     command->footer("Examples:\n"
                     "  doccam clean page.jpg\n"
-                    "  doccam clean --edges --into cleaned *.jpg\n"
+                    "  doccam clean --edges --bright-sheet --into cleaned *.jpg\n"
                     "  doccam clean --in-place --force page.png");
     command->callback([&context, options] {
         context.run = [&context, options] { return clean(context, *options); };

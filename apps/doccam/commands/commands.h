@@ -18,5 +18,6 @@ void addControlsCommand(CLI::App& app, Context& context);
 void addFocusCommand(CLI::App& app, Context& context);
 void addPdfCommand(CLI::App& app, Context& context);
 void addCleanCommand(CLI::App& app, Context& context);
+void addDoctorCommand(CLI::App& app, Context& context);
 
 } // namespace doccam::host

@@ -17,7 +17,7 @@ namespace doccam::host {
 namespace {
 
 constexpr int kMostPages = 999;
-constexpr int kSheetFrames = 40; // for which a virtual sheet lies still
+constexpr int kSheetFrames = 60; // for which a virtual sheet lies still
 
 struct ScanOptions {
     StillOptions still;

@@ -5,38 +5,80 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cctype>
+
 namespace doccam::host {
 namespace {
 
-std::FILE* own = stdout;
+std::FILE* ownOut = stdout;
+std::FILE* ownErr = stderr;
+
+// The stream behind a second descriptor for what descriptor is; null when it is not open.
+std::FILE* keep(int descriptor) {
+    const int kept = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    return kept < 0 ? nullptr : fdopen(kept, "w");
+}
+
+void redirect(int descriptor, int target) {
+    if (target < 0 || dup2(target, descriptor) < 0) {
+        throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close "
+                                   "other programs and try again.");
+    }
+}
 
 } // namespace
 
 void divertLibraryLines(bool verbose) {
     std::fflush(stdout);
-    const int kept = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (std::FILE* kept = keep(STDERR_FILENO)) {
+        ownErr = kept;
+        setvbuf(ownErr, nullptr, _IOLBF, 0);
+    }
     // Without a standard output there is nothing to keep apart.
-    if (kept < 0) {
+    std::FILE* kept = keep(STDOUT_FILENO);
+    if (kept == nullptr) {
         return;
     }
-    const int target = verbose ? fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)
-                               : open("/dev/null", O_WRONLY | O_CLOEXEC);
-    std::FILE* stream = fdopen(kept, "w");
-    if (target < 0 || stream == nullptr || dup2(target, STDOUT_FILENO) < 0) {
-        throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close "
-                                   "other programs and try again.");
+    ownOut = kept;
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    redirect(STDOUT_FILENO, verbose ? STDERR_FILENO : nowhere);
+    // The code reader warns there of its own tables; a sanitizer's report must be seen.
+    if (!verbose && !DOCCAM_SANITIZED) {
+        redirect(STDERR_FILENO, nowhere);
     }
-    close(target);
-    own = stream;
+    close(nowhere);
 }
 
 std::FILE* out() {
-    return own;
+    return ownOut;
+}
+
+std::FILE* err() {
+    return ownErr;
+}
+
+void complain(const std::string& message) {
+    std::fprintf(ownErr, "doccam: %s\n", message.c_str());
+}
+
+std::string harmless(const std::string& text) {
+    constexpr const char* kDigits = "0123456789abcdef";
+    std::string shown;
+    for (const char letter : text) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (std::iscntrl(code) == 0 || letter == '\n' || letter == '\t') {
+            shown += letter;
+        } else {
+            shown += {'\\', 'x', kDigits[code / 16], kDigits[code % 16]};
+        }
+    }
+    return shown;
 }
 
 void printLine(const std::string& line) {
-    std::fwrite(line.data(), 1, line.size(), own);
-    std::fputc('\n', own);
+    const std::string text = isatty(fileno(ownOut)) == 1 ? harmless(line) : line;
+    std::fwrite(text.data(), 1, text.size(), ownOut);
+    std::fputc('\n', ownOut);
 }
 
 void printJson(const Json& value) {
@@ -44,7 +86,7 @@ void printJson(const Json& value) {
 }
 
 void finishOutput() {
-    if (std::fflush(own) != 0 || std::ferror(own) != 0) {
+    if (std::fflush(ownOut) != 0 || std::ferror(ownOut) != 0) {
         throw Failure(kFileFailed, "Standard output could not be written; look whether its reader "
                                    "has ended or its disk is full.");
     }

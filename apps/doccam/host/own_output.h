@@ -1,4 +1,4 @@
-// The host's own standard output, apart from the lines that the library prints there.
+// The host's own output, apart from what the library and those below it print.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,14 +10,25 @@ namespace doccam::host {
 
 using Json = nlohmann::ordered_json;
 
-// Sends what the library prints to nowhere, or with verbose to standard error, from now on. Once,
-// before the first call of it. Throws Failure when there are no descriptors left.
+// Sends what is printed on standard output and standard error to nowhere, or with verbose all of it
+// to standard error, from now on. Once, before the first call of the library. Throws Failure when
+// there are no descriptors left.
 void divertLibraryLines(bool verbose);
 
-// Where the host itself prints; before the diversion, standard output.
+// Where the host itself prints its results, and where it complains and tells its progress; before
+// the diversion, standard output and standard error.
 std::FILE* out();
+std::FILE* err();
 
-// Prints one line, or value as indented JSON. Bytes that are no UTF-8 are replaced in JSON.
+// Prints the message on err() under the program's name.
+void complain(const std::string& message);
+
+// Control characters but for newline and tab as \xNN: what a code or a device says of itself must
+// not steer the terminal that shows it.
+std::string harmless(const std::string& text);
+
+// Prints one line, on a terminal made harmless, or value as indented JSON. Bytes that are no UTF-8
+// are replaced in JSON.
 void printLine(const std::string& line);
 void printJson(const Json& value);
 

@@ -1,5 +1,7 @@
 #include "host/progress_line.h"
 
+#include "host/own_output.h"
+
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,17 +14,17 @@ constexpr const char* kOverwrite = "\r\033[K";
 } // namespace
 
 ProgressLine::ProgressLine()
-  : terminal_(isatty(STDERR_FILENO) == 1) {}
+  : terminal_(isatty(fileno(err())) == 1) {}
 
 ProgressLine::~ProgressLine() {
     if (open_) {
-        std::fputc('\n', stderr);
+        std::fputc('\n', err());
     }
 }
 
 void ProgressLine::show(const std::string& text) {
-    std::fprintf(stderr, terminal_ ? "%s%s" : "%s%s\n", terminal_ ? kOverwrite : "", text.c_str());
-    std::fflush(stderr);
+    std::fprintf(err(), terminal_ ? "%s%s" : "%s%s\n", terminal_ ? kOverwrite : "", text.c_str());
+    std::fflush(err());
     open_ = terminal_;
 }
 

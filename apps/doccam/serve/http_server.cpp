@@ -5,16 +5,13 @@
 #include "serve/page_files.h"
 #include "serve/streams.h"
 
-#include <httplib.h>
-
 namespace doccam::serve {
 namespace {
 
 constexpr int kMostListeners = 16;
 // Viewers and listeners keep a thread each; the rest is for pages and commands.
-constexpr int kThreads = 48;
+constexpr std::size_t kThreads = 48;
 constexpr std::size_t kLongestBody = 64 * 1024;
-constexpr time_t kPatienceSeconds = 5;
 
 // A slow viewer's pictures would grow old in a large buffer.
 constexpr int kSendBuffer = 256 * 1024;
@@ -25,20 +22,30 @@ void prepareSocket(socket_t socket) {
     setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
 }
 
+// What the server refuses by itself.
+const char* reasonOf(int status) {
+    switch (status) {
+    case 404:
+        return "there is nothing at this address";
+    case 413:
+        return "the body is too long";
+    case 414:
+        return "the address is too long";
+    default:
+        return status < 500 ? "this is no request that the server understands"
+                            : "the server failed; try again";
+    }
+}
+
 void configure(httplib::Server& server) {
-    server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
     server.set_socket_options(prepareSocket);
     server.set_tcp_nodelay(true);
-    // What is left of a refused request must not be taken for the next one.
-    server.set_keep_alive_max_count(1);
-    server.set_read_timeout(kPatienceSeconds);
-    server.set_write_timeout(kPatienceSeconds);
     server.set_payload_max_length(kLongestBody);
     server.set_default_headers(safeHeaders());
     server.set_exception_handler(answerException);
     server.set_error_handler([](const httplib::Request&, httplib::Response& response) {
         if (response.body.empty()) {
-            answerError(response, response.status, "there is nothing at this address");
+            answerError(response, response.status, reasonOf(response.status));
         }
     });
 }
@@ -48,9 +55,9 @@ void configure(httplib::Server& server) {
 HttpServer::HttpServer(const Sources& sources)
   : sources_(sources)
   , listeners_(kMostListeners)
-  , server_(std::make_unique<httplib::Server>()) {
-    configure(*server_);
-    server_->set_pre_routing_handler([this](const auto& request, auto& response) {
+  , server_(kThreads) {
+    configure(server_);
+    server_.set_pre_routing_handler([this](const auto& request, auto& response) {
         using Decision = httplib::Server::HandlerResponse;
         return refuses(request, response) ? Decision::Handled : Decision::Unhandled;
     });
@@ -61,15 +68,15 @@ HttpServer::HttpServer(const Sources& sources)
 }
 
 HttpServer::~HttpServer() {
-    server_->stop();
+    server_.stop();
     if (thread_.joinable()) {
         thread_.join();
     }
 }
 
 int HttpServer::bind(const std::string& address, int port) {
-    const bool bound = port == 0 ? (port = server_->bind_to_any_port(address)) > 0
-                                 : server_->bind_to_port(address, port);
+    const bool bound = port == 0 ? (port = server_.bind_to_any_port(address)) > 0
+                                 : server_.bind_to_port(address, port);
     if (!bound) {
         throw host::Failure(host::kUsage, "The server cannot listen at " + address +
                                               "; choose a free --port, or an address of this "
@@ -81,11 +88,11 @@ int HttpServer::bind(const std::string& address, int port) {
 void HttpServer::start(const AccessRules& rules) {
     rules_ = rules;
     thread_ = std::thread([this] {
-        server_->listen_after_bind();
+        server_.listen_after_bind();
         ended_ = true;
     });
     // A stop before it runs would be lost.
-    while (!server_->is_running() && !ended_) {
+    while (!server_.is_running() && !ended_) {
         std::this_thread::yield();
     }
 }
@@ -105,7 +112,7 @@ void HttpServer::addFiles() {
         for (const char c : file.path) {
             pattern += c == '.' ? "\\." : std::string(1, c);
         }
-        server_->Get(pattern, [this, &file, start](const auto&, auto& response) {
+        server_.Get(pattern, [this, &file, start](const auto&, auto& response) {
             if (start) {
                 response.set_header("Set-Cookie", cookieName(rules_.port) + "=" + rules_.token +
                                                       "; Path=/; HttpOnly; SameSite=Strict");
@@ -116,26 +123,26 @@ void HttpServer::addFiles() {
 }
 
 void HttpServer::addStreams() {
-    server_->Get("/preview", [this](const auto&, auto& response) {
+    server_.Get("/preview", [this](const auto&, auto& response) {
         streamPreview(response, sources_.pictures, sources_.viewers);
     });
-    server_->Get("/events", [this](const auto&, auto& response) {
+    server_.Get("/events", [this](const auto&, auto& response) {
         streamEvents(response, sources_.events, listeners_);
     });
-    server_->Get("/api/state", [this](const auto&, auto& response) {
+    server_.Get("/api/state", [this](const auto&, auto& response) {
         response.set_content(stateOf(sources_.events, sources_.viewers.taken()),
                              "application/json");
     });
 }
 
 void HttpServer::addPages() {
-    server_->Get(R"(/pages/(\d{1,9})\.jpg)", [this](const auto& request, auto& response) {
+    server_.Get(R"(/pages/(\d{1,9})\.jpg)", [this](const auto& request, auto& response) {
         answerPage(response, sources_.pages, std::stoi(request.matches[1].str()));
     });
-    server_->Get(R"(/pages/(\d{1,9})/thumbnail\.jpg)", [this](const auto& request, auto& response) {
+    server_.Get(R"(/pages/(\d{1,9})/thumbnail\.jpg)", [this](const auto& request, auto& response) {
         answerThumbnail(response, sources_.pages, std::stoi(request.matches[1].str()));
     });
-    server_->Get(R"(/pages\.pdf)", [this](const auto&, auto& response) {
+    server_.Get(R"(/pages\.pdf)", [this](const auto&, auto& response) {
         const std::string path =
             sources_.queue.order([this] { return sources_.commands.makeDocument(); });
         answerDocument(response, path);
@@ -143,7 +150,7 @@ void HttpServer::addPages() {
 }
 
 void HttpServer::addCommands() {
-    server_->Post(R"(/api/([a-z/]{1,40}))", [this](const auto& request, auto& response) {
+    server_.Post(R"(/api/([a-z/]{1,40}))", [this](const auto& request, auto& response) {
         const std::string name = request.matches[1].str();
         if (!Commands::knows(name)) {
             answerError(response, 404, "there is no such command");

@@ -5,20 +5,14 @@
 #include "serve/command_queue.h"
 #include "serve/commands.h"
 #include "serve/event_feed.h"
+#include "serve/guarded_server.h"
 #include "serve/page_store.h"
 #include "serve/picture_feed.h"
 #include "serve/seats.h"
 
 #include <atomic>
-#include <memory>
 #include <string>
 #include <thread>
-
-namespace httplib {
-class Server;
-struct Request;
-struct Response;
-} // namespace httplib
 
 namespace doccam::serve {
 
@@ -56,7 +50,7 @@ class HttpServer {
     Sources sources_;
     AccessRules rules_;
     Seats listeners_;
-    std::unique_ptr<httplib::Server> server_;
+    GuardedServer server_;
     std::atomic<bool> ended_{false};
     std::thread thread_;
 };

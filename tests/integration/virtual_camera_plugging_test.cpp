@@ -4,9 +4,16 @@
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
+#include <thread>
 
 namespace doccam::virtualcam {
 namespace {
@@ -16,6 +23,23 @@ class LineSocketTest : public testing::Test {
     test::ScratchFolder folder_;
     const std::string path_ = folder_.file("control");
 };
+
+int connectTo(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    return client;
+}
+
+// Until the other side has read all that was sent.
+void awaitRead(int client) {
+    int unread = 1;
+    while (unread != 0 && ioctl(client, SIOCOUTQ, &unread) == 0) {
+        std::this_thread::yield();
+    }
+}
 
 std::string echo(const std::string& line) {
     return "heard " + line;
@@ -33,6 +57,15 @@ TEST_F(LineSocketTest, LeavesNoSocketBehind) {
     { const LineSocket socket(path_, echo); }
     EXPECT_FALSE(std::filesystem::exists(path_));
     EXPECT_THROW(ask(path_, "one"), std::runtime_error);
+}
+
+TEST_F(LineSocketTest, EndsThoughAClientSaysNothing) {
+    std::optional<LineSocket> socket(std::in_place, path_, echo);
+    const int client = connectTo(path_);
+    ASSERT_EQ(send(client, "x", 1, 0), 1);
+    awaitRead(client);
+    socket.reset();
+    close(client);
 }
 
 TEST_F(LineSocketTest, TakesNobodysPlace) {

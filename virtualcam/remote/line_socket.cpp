@@ -1,5 +1,6 @@
 #include "remote/line_socket.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -52,10 +53,17 @@ const sockaddr* asGeneral(const sockaddr_un& address) {
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
-std::string readLine(int descriptor) {
+constexpr int kForEver = -1;
+constexpr int kClientPatienceMs = 5000;
+constexpr int kNoDescriptor = -1; // poll passes it over
+
+// Ends early when nothing comes in time, or when ending is shut down.
+std::string readLine(int descriptor, int patienceMs = kForEver, int ending = kNoDescriptor) {
     std::string line;
+    pollfd events[] = {{descriptor, POLLIN, 0}, {ending, 0, 0}};
     char c = 0;
-    while (read(descriptor, &c, 1) == 1 && c != '\n') {
+    while (poll(events, 2, patienceMs) > 0 && events[1].revents == 0 &&
+           read(descriptor, &c, 1) == 1 && c != '\n') {
         line += c;
     }
     return line;
@@ -105,7 +113,7 @@ void LineSocket::serve() const {
         if (client.get() < 0) {
             return;
         }
-        writeLine(client.get(), answer_(readLine(client.get())));
+        writeLine(client.get(), answer_(readLine(client.get(), kClientPatienceMs, socket_)));
     }
 }
 

@@ -7,34 +7,59 @@ import net from 'node:net';
 import os from 'node:os';
 import path from 'node:path';
 import readline from 'node:readline';
+import { test } from 'node:test';
 
 const build = process.env.DOCCAM_BUILD;
 export const output = process.env.DOCCAM_BROWSER_OUTPUT;
 const { chromium } = createRequire(path.join(output, 'package.json'))('playwright-core');
 
-export const kQrText = 'https://example.org/sheet/browser';
+// A page that took a code for markup would not show it as it is.
+export const kQrText = 'https://example.org/?a=1&b="<b>sheet</b>"';
 export const kBarText = 'DOC-BROWSER-1';
 
 // One camera without noise, so that pixels can be compared.
-const kScenario = {
+const scenarioWith = ({ scene = {}, faults = [] }) => ({
   cameras: [{
     intervalMs: 60,
     formats: [{ fourcc: 'MJPG', sizes: [[1280, 960]] }],
-    scene: { angle: 4, noise: 0, qrText: kQrText, code128Text: kBarText },
+    scene: { angle: 4, noise: 0, qrText: kQrText, code128Text: kBarText, ...scene },
+    faults,
   }],
-};
+});
 
-// Starts the server; plug() and unplug() steer its camera, stop() ends it.
-export async function startHost(extra = []) {
+const kTestPatience = 300000; // for what should have ended long before
+const kPatience = 90000;
+
+// A test that fails rather than hang.
+export const check = (name, body) => test(name, { timeout: kTestPatience }, body);
+
+export const delay = (ms) => new Promise((resolve) => { setTimeout(resolve, ms); });
+
+// Waits for a condition; fails when it does not come true.
+export async function until(condition) {
+  for (const end = Date.now() + kPatience; !await condition(); await delay(50)) {
+    if (Date.now() > end) {
+      throw new Error(`never true: ${condition}`);
+    }
+  }
+}
+
+// The program under the virtual camera that the options describe, with a folder for what it writes.
+export function spawnHost({ args = [], stderr = 'inherit', ...camera } = {}) {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'doccam-browser-'));
   const scenario = path.join(folder, 'scenario.json');
   const control = path.join(folder, 'control');
-  fs.writeFileSync(scenario, JSON.stringify(kScenario));
+  fs.writeFileSync(scenario, JSON.stringify(scenarioWith(camera)));
   const child = spawn(path.join(build, 'doccam-virtualcam'),
-    ['--scenario', scenario, '--', path.join(build, 'apps/doccam/doccam'), 'serve', ...extra],
-    { stdio: ['ignore', 'pipe', 'inherit'],
+    ['--scenario', scenario, '--', path.join(build, 'apps/doccam/doccam'), 'serve', ...args],
+    { stdio: ['ignore', 'pipe', stderr],
       env: { ...process.env, DOCCAM_VIRTUALCAM_CONTROL: control, TMPDIR: folder } });
-  const ended = once(child, 'exit');
+  return { child, folder, control, ended: once(child, 'exit') };
+}
+
+// Starts the server; plug() and unplug() steer its camera, stop() ends it.
+export async function startHost(options) {
+  const { child, folder, control, ended } = spawnHost(options);
   const address = await firstAddress(child);
   const url = new URL(address);
   const steer = (line) => askLine(control, line);
@@ -86,30 +111,40 @@ export function startBrowser() {
   });
 }
 
+// What went wrong in the windows of this file's tests.
+export const problems = [];
+
+// Runs in the page: counts the pictures that it draws.
+function countPictures() {
+  window.drawnPictures = 0;
+  const draw = CanvasRenderingContext2D.prototype.drawImage;
+  CanvasRenderingContext2D.prototype.drawImage = function counted(...picture) {
+    draw.apply(this, picture);
+    ++window.drawnPictures;
+  };
+}
+
 // A window that shows the host's page with a living picture.
 export async function openPage(browser, host, options = {}) {
   const context = await browser.newContext({
     viewport: { width: 1400, height: 760 }, acceptDownloads: true, ...options,
   });
-  context.setDefaultTimeout(90000);
+  context.setDefaultTimeout(kPatience);
+  await context.addInitScript(countPictures);
   const page = await context.newPage();
-  const problems = [];
   page.on('pageerror', (error) => problems.push(String(error)));
   page.on('console', (message) => message.type() === 'error' && problems.push(message.text()));
-  page.problems = problems;
   await page.goto(host.address);
   await morePictures(page, 3);
   return page;
 }
 
-export const picturesOf = (page) => page.evaluate(
-  () => Number(document.getElementById('preview').dataset.pictures ?? 0));
+export const picturesOf = (page) => page.evaluate(() => window.drawnPictures);
 
 // Waits until so many more pictures are drawn.
 export async function morePictures(page, count) {
   const before = await picturesOf(page);
-  await page.waitForFunction((wanted) =>
-    Number(document.getElementById('preview').dataset.pictures ?? 0) >= wanted, before + count);
+  await page.waitForFunction((wanted) => window.drawnPictures >= wanted, before + count);
 }
 
 export function screenshot(page, name) {

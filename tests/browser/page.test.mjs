@@ -2,10 +2,11 @@
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
 import path from 'node:path';
-import { after, before, test } from 'node:test';
+import { after, before } from 'node:test';
 
 import {
-  kBarText, kQrText, morePictures, openPage, output, screenshot, startBrowser, startHost,
+  check, kBarText, kQrText, morePictures, openPage, output, problems, screenshot, startBrowser,
+  startHost, until,
 } from './host.mjs';
 
 let host;
@@ -24,7 +25,6 @@ after(async () => {
   assert.equal(code, 0, 'the server ends well');
   assert.deepEqual(left, [], 'no pages are left behind');
 });
-
 
 // Whether the picture leaves that place of the canvas (parts of its sides) to the surround.
 const surroundIs = ([[x, y], wanted]) => {
@@ -60,6 +60,10 @@ function shiftBetween(before, after) {
   return best.shift;
 }
 
+// Waits until the picture shows what before showed so many pixels further left.
+const movedTo = (before, pixels) =>
+  until(async () => Math.abs(shiftBetween(before, await profile()) - pixels) <= 4);
+
 const wheel = async (notches) => {
   await page.hover('#preview');
   await page.mouse.wheel(0, -40 * notches);
@@ -68,7 +72,11 @@ const wholeFrame = async () => {
   await page.click('#whole');
   await waitForSurround([0.02, 0.5]);
 };
+const turnedBy = (turns) => until(async () => (await host.state()).view.quarterTurns === turns);
 const pageIds = async () => (await host.state()).pages.map(({ id }) => id);
+const ordered = (...ids) => until(async () => String(await pageIds()) === String(ids) &&
+  String(await page.evaluate(() => [...document.querySelectorAll('#pages img')]
+    .map((image) => /\d+/.exec(image.getAttribute('src'))[0]))) === String(ids));
 const takePage = async () => {
   const items = await page.locator('#pages li').count();
   await page.click('#capture');
@@ -76,7 +84,7 @@ const takePage = async () => {
     document.querySelectorAll('#pages li').length === wanted, items + 1);
 };
 
-test('the picture has the size of the page\'s area', async () => {
+check('the picture has the size of the page\'s area', async () => {
   const sizes = await page.evaluate(() => {
     const canvas = document.getElementById('preview');
     return [canvas.width, canvas.clientWidth, canvas.height, canvas.clientHeight];
@@ -93,11 +101,11 @@ test('the picture has the size of the page\'s area', async () => {
     document.getElementById('preview').width === document.getElementById('preview').clientWidth);
 });
 
-test('the token leaves the address bar', () => {
+check('the token leaves the address bar', () => {
   assert.equal(new URL(page.url()).search, '');
 });
 
-test('the wheel zooms and a double click shows the whole frame again', async () => {
+check('the wheel zooms and a double click shows the whole frame again', async () => {
   await wholeFrame();
   await wheel(30);
   await waitForPicture([0.02, 0.5]);
@@ -106,7 +114,7 @@ test('the wheel zooms and a double click shows the whole frame again', async () 
   await waitForSurround([0.02, 0.5]);
 });
 
-test('a drag moves the picture as far as the hand', async () => {
+check('a drag moves the picture as far as the hand', async () => {
   await page.click('#true-size');
   await wheel(20);
   await waitForPicture([0.02, 0.5]);
@@ -118,46 +126,43 @@ test('a drag moves the picture as far as the hand', async () => {
   await page.mouse.move(box.x + 340, box.y + 200, { steps: 4 });
   await page.mouse.move(box.x + 360, box.y + 200, { steps: 4 });
   await page.mouse.up();
-  await page.waitForFunction((old) => {
-    const canvas = document.getElementById('preview');
-    const row = canvas.getContext('2d')
-      .getImageData(0, Math.floor(canvas.height / 2), canvas.width, 1).data;
-    return old.some((value, x) => Math.abs(value - row[4 * x]) > 40);
-  }, before);
-  await morePictures(page, 6);
-  const shift = shiftBetween(before, await profile());
-  assert.ok(Math.abs(shift - 60) <= 4, `moved by ${shift} pixels`);
+  await movedTo(before, 60);
   await wholeFrame();
 });
 
-test('keys zoom, move and turn', async () => {
+check('keys zoom, move and turn', async () => {
   await page.focus('#preview');
   await page.keyboard.press('1');
   for (let i = 0; i < 10; ++i) {
     await page.keyboard.press('+');
   }
   await waitForPicture([0.02, 0.5]);
+  await morePictures(page, 4);
+  const before = await profile();
   await page.keyboard.press('ArrowLeft');
+  await movedTo(before, 60);
+  await page.keyboard.press('ArrowRight');
+  await movedTo(before, 0);
   await page.keyboard.press('0');
   await waitForSurround([0.02, 0.5]);
   await page.keyboard.press('l');
-  await page.waitForSelector('#preview[data-quarter-turns="3"]');
+  await turnedBy(3);
   await page.keyboard.press('r');
-  await page.waitForSelector('#preview[data-quarter-turns="0"]');
+  await turnedBy(0);
 });
 
-test('turning right stands the picture upright', async () => {
+check('turning right stands the picture upright', async () => {
   await wholeFrame();
   await waitForPicture([0.25, 0.5]);
   await page.click('#turn-right');
   await waitForSurround([0.2, 0.5]);
-  await page.waitForSelector('#preview[data-quarter-turns="1"]');
+  await turnedBy(1);
   await screenshot(page, 'turned');
   await page.click('#turn-left');
   await waitForPicture([0.25, 0.5]);
 });
 
-test('codes in the live picture become text to copy', async () => {
+check('codes in the live picture become text to copy', async () => {
   await page.click('#read-codes');
   await page.waitForFunction((texts) => {
     const shown = [...document.querySelectorAll('#codes input')].map((input) => input.value);
@@ -165,7 +170,55 @@ test('codes in the live picture become text to copy', async () => {
   }, [kQrText, kBarText]);
 });
 
-test('settings reach the server and come back to every page', async () => {
+check('a code is copied as it is', async () => {
+  await page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await page.click('button[aria-label="Copy QR code text"]');
+  await until(() => page.evaluate((text) => navigator.clipboard.readText()
+    .then((copied) => copied === text), kQrText));
+  assert.equal(await page.textContent('#news'), 'Copied');
+});
+
+check('letters change what pages become', async () => {
+  const settings = async () => (await host.state()).settings;
+  await page.focus('#preview');
+  await page.keyboard.press('m');
+  await until(async () => (await settings()).colour === 'grey');
+  for (const [key, flag] of [['c', 'crop'], ['e', 'cleanEdges'], ['w', 'cleanBackground']]) {
+    await page.keyboard.press(key);
+    await until(async () => (await settings())[flag]);
+    assert.match(await page.textContent('#news'), /: on$/);
+    await page.keyboard.press(key);
+    await until(async () => !(await settings())[flag]);
+  }
+  await page.keyboard.press('q');
+  await until(async () => (await settings()).quality === 90);
+  await page.keyboard.press('Shift+Q');
+  await until(async () => (await settings()).quality === 85);
+  await page.keyboard.press('m');
+  await page.keyboard.press('m');
+  await until(async () => (await settings()).colour === 'colour');
+});
+
+check('Tab alone reaches everything, and the focus is seen', async () => {
+  const wanted = await page.evaluate(() => [...document.querySelectorAll(
+    'canvas, button, input, select, a, [tabindex]')]
+    .filter((element) => element.checkVisibility() && !element.closest('dialog'))
+    .map((element) => element.outerHTML));
+  assert.ok(wanted.length > 15);
+  await page.focus('#preview');
+  const reached = new Set();
+  for (let i = 0; i <= wanted.length; ++i) { // the way round leads over the body
+    await page.keyboard.press('Tab');
+    const [html, outline] = await page.evaluate(() => [document.activeElement.outerHTML,
+      getComputedStyle(document.activeElement).outlineStyle]);
+    assert.ok(html.startsWith('<body') || outline !== 'none', html);
+    reached.add(html);
+  }
+  assert.deepEqual(wanted.filter((html) => !reached.has(html)), []);
+  await page.focus('#preview');
+});
+
+check('settings reach the server and come back to every page', async () => {
   const other = await openPage(browser, host);
   await page.selectOption('#colour', 'grey');
   await page.check('#cleanBackground');
@@ -177,41 +230,36 @@ test('settings reach the server and come back to every page', async () => {
   await page.evaluate(() => document.getElementById('preview').focus());
 });
 
-test('a picture control changes the camera and is reset', async () => {
+check('a picture control changes the camera and is reset', async () => {
   const value = async () => (await host.state()).controls
     .find(({ name }) => name === 'brightness').value;
   await page.locator('#control-brightness').fill('20');
-  await assertEventually(async () => await value() === 20);
+  await until(async () => await value() === 20);
   await page.click('button[title="Reset brightness"]');
-  await assertEventually(async () => await value() === 0);
+  await until(async () => await value() === 0);
 });
 
-async function assertEventually(condition) {
-  while (!await condition()) {
-    await page.waitForTimeout(50);
-  }
-}
-
-test('pages are taken, ordered, turned, deleted and made one PDF', async () => {
+check('pages are taken, ordered, turned, deleted and made one PDF', async () => {
   await takePage();
   await takePage();
   await page.focus('#preview');
   await page.keyboard.press('Space');
   await page.waitForFunction(() => document.querySelectorAll('#pages li').length === 3);
+  assert.equal(await page.evaluate(() => document.activeElement.id), 'preview');
   const [first, second, third] = await pageIds();
   await page.waitForFunction(() => [...document.querySelectorAll('#pages img')]
     .every((image) => image.complete && image.naturalWidth > 0));
-  await screenshot(page, 'pages');
+  await showForTheReadme();
 
   // The third by hand to the front, then by key one place back.
   await page.locator('#pages li').nth(2).dragTo(page.locator('#pages li').nth(0));
-  await assertEventually(async () => String(await pageIds()) === String([third, first, second]));
+  await ordered(third, first, second);
   await page.locator('#pages li').nth(0).focus();
   await page.keyboard.press('Alt+ArrowDown');
-  await assertEventually(async () => String(await pageIds()) === String([first, third, second]));
+  await ordered(first, third, second);
   assert.match(await page.evaluate(() => document.activeElement.getAttribute('aria-label')),
     /^Page 2 of 3/, 'the focus moves with its page');
-  assert.match(await page.textContent('#news'), /place 2 of 3/);
+  await until(async () => /place 2 of 3/.test(await page.textContent('#news')));
 
   await page.click('#pages li:nth-child(2) [data-does=right]');
   await page.waitForFunction(() => {
@@ -234,7 +282,73 @@ test('pages are taken, ordered, turned, deleted and made one PDF', async () => {
 
   await page.locator('#pages li').nth(1).focus();
   await page.keyboard.press('Delete');
-  await assertEventually(async () => String(await pageIds()) === String([first, second]));
+  await ordered(first, second);
+  await until(async () => await page.textContent('#news') === 'Page deleted');
+  await until(() => page.evaluate(() =>
+    /^Page 2 of 2/.test(document.activeElement.getAttribute('aria-label'))));
+});
+
+// docs/browser.png is this picture.
+async function showForTheReadme() {
+  const fits = () => page.waitForFunction(() => {
+    const canvas = document.getElementById('preview');
+    return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
+  });
+  await page.evaluate(() => document.querySelector('aside').scrollTo(0, 0));
+  await page.setViewportSize({ width: 900, height: 560 });
+  await fits();
+  await screenshot(page, 'browser');
+  await page.setViewportSize({ width: 1400, height: 760 });
+  await fits();
+}
+
+// The browser tells each answer that is an error; other problems stay.
+function forgetRefusals() {
+  const others = problems.filter((text) => !/status of 409/.test(text));
+  problems.splice(0, problems.length, ...others);
+}
+
+check('held keys take one page and the button keeps the focus', async () => {
+  const before = (await pageIds()).length;
+  let asked = 0;
+  let answer;
+  const answered = new Promise((resolve) => { answer = resolve; });
+  await page.route('**/api/capture', async (route) => {
+    ++asked;
+    await answered;
+    await route.continue();
+  });
+  await page.focus('#preview');
+  for (let i = 0; i < 5; ++i) { // the first goes down, the others repeat it
+    await page.keyboard.down('Space');
+  }
+  await page.keyboard.up('Space');
+  await page.focus('#capture');
+  await page.keyboard.press('Enter');
+  answer();
+  await page.waitForSelector('#capture[aria-disabled=false]');
+  assert.equal(asked, 1);
+  assert.equal((await pageIds()).length, before + 1);
+  assert.equal(await page.evaluate(() => document.activeElement.id), 'capture');
+  await page.unroute('**/api/capture');
+});
+
+check('what was refused is not announced as done', async () => {
+  await page.evaluate(() => { document.getElementById('news').textContent = ''; });
+  await page.route('**/api/pages/*', (route) => route.fulfill({
+    status: 409, contentType: 'application/json',
+    body: JSON.stringify({ error: `refused: ${new URL(route.request().url()).pathname}` }),
+  }));
+  const ids = String(await pageIds());
+  for (const [tool, name] of [['later', 'order'], ['delete', 'delete']]) {
+    await page.click(`#pages li:nth-child(1) [data-does=${tool}]`);
+    await page.waitForFunction((text) => document.getElementById('banner').textContent === text,
+      `refused: /api/pages/${name}`);
+  }
+  assert.equal(await page.textContent('#news'), '');
+  assert.equal(String(await pageIds()), ids);
+  await page.unroute('**/api/pages/*');
+  forgetRefusals();
 });
 
 async function download(selector) {
@@ -242,7 +356,7 @@ async function download(selector) {
   return file;
 }
 
-test('a page taken cropped is the sheet alone', async () => {
+check('a page taken cropped is the sheet alone', async () => {
   await page.check('#crop');
   await morePictures(page, 4);
   await takePage();
@@ -253,21 +367,69 @@ test('a page taken cropped is the sheet alone', async () => {
   await page.uncheck('#crop');
 });
 
-test('it fits a phone and the dark', async () => {
+check('no page is cropped where no sheet lies', async () => {
+  const empty = await startHost({ scene: { sheetHeight: 0.05 } }); // a scrap
+  try {
+    const other = await openPage(browser, empty);
+    await other.check('#crop');
+    await until(async () => (await empty.state()).settings.crop);
+    await other.click('#capture');
+    await other.waitForSelector('#banner:visible');
+    assert.match(await other.textContent('#banner'), /^no sheet was found; lay one/);
+    assert.deepEqual((await empty.state()).pages, []);
+    await other.uncheck('#crop');
+    await other.click('#capture');
+    await other.waitForSelector('#pages li');
+    assert.equal((await empty.state()).pages[0].width, 1280);
+    await other.context().close();
+  } finally {
+    await empty.stop();
+  }
+  forgetRefusals();
+});
+
+// What sticks out of the window sideways or is too small for a finger.
+function misfits() {
+  return [...document.querySelectorAll('button, a, select, input, canvas, p, h2')]
+    .filter((element) => element.checkVisibility() && !element.matches('.unseen'))
+    .filter((element) => {
+      const { left, right, width, height } = element.getBoundingClientRect();
+      const small = element.matches('button, a, select') && (width < 38 || height < 38);
+      return left < 0 || right > document.documentElement.clientWidth || small;
+    })
+    .map((element) => element.outerHTML);
+}
+
+check('it fits a phone and the dark', async () => {
   for (const [name, options] of [
     ['phone', { viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true }],
     ['dark', { colorScheme: 'dark' }],
   ]) {
     const other = await openPage(browser, host, options);
-    const wide = await other.evaluate(() =>
-      document.documentElement.scrollWidth > document.documentElement.clientWidth);
-    assert.ok(!wide, `${name}: nothing sticks out`);
+    assert.deepEqual(await other.evaluate(misfits), [], name);
     await screenshot(other, name);
     await other.context().close();
   }
 });
 
-test('everything that can be used has a name', async () => {
+check('alarms can be read in the light and in the dark', async () => {
+  for (const colorScheme of ['light', 'dark']) {
+    await page.emulateMedia({ colorScheme });
+    const colours = await page.evaluate(() => {
+      const { color, backgroundColor } = getComputedStyle(document.getElementById('banner'));
+      return [color, backgroundColor].map((text) => text.match(/\d+/g).map(Number));
+    });
+    const light = ([red, green, blue]) => {
+      const part = (value) => (value <= 10 ? value / 3295 : ((value / 255 + 0.055) / 1.055) ** 2.4);
+      return 0.2126 * part(red) + 0.7152 * part(green) + 0.0722 * part(blue);
+    };
+    const [dark, bright] = colours.map(light).sort((a, b) => a - b);
+    assert.ok((bright + 0.05) / (dark + 0.05) >= 4.5, colorScheme);
+  }
+  await page.emulateMedia({ colorScheme: null });
+});
+
+check('everything that can be used has a name', async () => {
   const nameless = await page.evaluate(() => [...document.querySelectorAll(
     'button, a, input, select, canvas')].filter((element) => !element.closest('dialog') &&
     !(element.getAttribute('aria-label') || element.textContent.trim() ||
@@ -275,6 +437,6 @@ test('everything that can be used has a name', async () => {
   assert.deepEqual(nameless, []);
 });
 
-test('the page breaks none of its own rules', () => {
-  assert.deepEqual(page.problems, []);
+check('the page breaks none of its own rules', () => {
+  assert.deepEqual(problems, []);
 });

@@ -149,12 +149,18 @@ void answerException(const httplib::Request& /*request*/, httplib::Response& res
         std::rethrow_exception(error);
     } catch (const BadRequest& problem) {
         answerError(response, 400, problem.what());
-    } catch (const Unplugged& problem) {
+    } catch (const BadOrder& problem) {
+        answerError(response, 400, problem.what());
+    } catch (const NoSuchPage& problem) {
+        answerError(response, 404, problem.what());
+    } catch (const NotNow& problem) {
         answerError(response, 409, problem.what());
     } catch (const TrayError& problem) {
         answerError(response, 409, problem.what());
     } catch (const Busy& problem) {
         answerError(response, 503, problem.what());
+    } catch (const Refused& problem) {
+        answerError(response, 502, problem.what());
     } catch (const host::Failure& problem) {
         answerError(response, 502, problem.what());
     } catch (const std::exception& problem) {

@@ -37,12 +37,6 @@ EventFeed::News EventFeed::next(std::uint64_t version, std::chrono::milliseconds
     return news;
 }
 
-std::string EventFeed::text(const std::string& topic) const {
-    const std::lock_guard lock(mutex_);
-    const auto found = topics_.find(topic);
-    return found == topics_.end() ? std::string() : found->second.text;
-}
-
 void EventFeed::close() {
     {
         const std::lock_guard lock(mutex_);

@@ -31,9 +31,6 @@ class EventFeed {
     // Waits for what is newer than version; no events when nothing is in time, or after close().
     News next(std::uint64_t version, std::chrono::milliseconds patience);
 
-    // The topic's text, or the empty one.
-    std::string text(const std::string& topic) const;
-
     void close();
     bool closed() const;
 

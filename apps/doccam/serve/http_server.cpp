@@ -123,14 +123,14 @@ void HttpServer::addFiles() {
 }
 
 void HttpServer::addStreams() {
-    server_.Get("/preview", [this](const auto&, auto& response) {
-        streamPreview(response, sources_.pictures, sources_.viewers);
+    server_.Get("/preview", [this](const auto& request, auto& response) {
+        streamPreview(response, sources_.pictures, sources_.viewers, request.has_param("raw"));
     });
     server_.Get("/events", [this](const auto&, auto& response) {
         streamEvents(response, sources_.events, listeners_);
     });
     server_.Get("/api/state", [this](const auto&, auto& response) {
-        response.set_content(stateOf(sources_.events, sources_.viewers.taken()),
+        response.set_content(stateOf(sources_.events, sources_.viewers, listeners_),
                              "application/json");
     });
 }

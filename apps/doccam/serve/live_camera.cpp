@@ -69,13 +69,18 @@ void LiveCamera::open() {
     apply(settings_);
     handover_.setForm({});
     session_.emplace(index, capture, interrupt_);
-    SetCutType(settings_.crop ? 1 : 0);
+    applySettings();
     startPreview();
     controls_.restore();
     countedFrames_ = session_->feed().frames();
     lastCount_ = lastFrame_ = Clock::now();
     tellCamera("");
     tellControls();
+}
+
+void LiveCamera::applySettings() const {
+    apply(settings_);
+    SetCutType(settings_.crop ? 1 : 0);
 }
 
 // The first form of a session decides how large the later ones may be.
@@ -194,8 +199,7 @@ void LiveCamera::turn(int quarterTurns) {
 
 void LiveCamera::change(const host::PageSettings& settings) {
     settings_ = settings;
-    apply(settings_);
-    SetCutType(settings_.crop ? 1 : 0);
+    applySettings();
     events_.set("settings", toJson(settings_).dump());
 }
 
@@ -204,20 +208,31 @@ void LiveCamera::setControl(const std::string& name, std::optional<int> value) {
     const bool done = controls_.set(name, value);
     tellControls();
     if (!done) {
-        throw BadRequest("the camera refuses to change its " + name);
+        throw Refused("the camera refuses to change its " + name);
     }
 }
 
 void LiveCamera::focus() {
     session();
     if (ManualFocusEx() != 0) {
-        throw BadRequest("the camera refuses to focus");
+        throw Refused("the camera refuses to focus");
     }
 }
 
 void LiveCamera::still(const std::string& path) {
-    session().still(path, settings_.crop);
-    SetCutType(settings_.crop ? 1 : 0);
+    host::CameraSession& camera = session();
+    if (settings_.crop && !camera.findSheet()) {
+        throw NoSheet();
+    }
+
+    // The session crops the one still only.
+    const struct Restored {
+        const LiveCamera& camera;
+
+        ~Restored() { camera.applySettings(); }
+    } restored{*this};
+
+    camera.still(path, settings_.crop);
 }
 
 std::string LiveCamera::readCode(host::CodeKind kind) {

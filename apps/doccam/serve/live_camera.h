@@ -22,10 +22,24 @@ struct CameraWish {
     std::optional<host::Size> size;
 };
 
-// No camera is plugged in at the moment, so the command cannot be done.
-struct Unplugged : std::runtime_error {
+// The command cannot be done as things lie now; the message says what the user can do.
+struct NotNow : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Unplugged : NotNow {
     Unplugged()
-      : std::runtime_error("the camera is unplugged; plug it in again") {}
+      : NotNow("the camera is unplugged; plug it in again") {}
+};
+
+struct NoSheet : NotNow {
+    NoSheet()
+      : NotNow("no sheet was found; lay one on a dark desk, or leave out the cropping") {}
+};
+
+// The camera is there, but does not do it.
+struct Refused : std::runtime_error {
+    using std::runtime_error::runtime_error;
 };
 
 // Calls the library, so all of it belongs to the command thread. At most one at a time. Every
@@ -62,7 +76,7 @@ class LiveCamera {
     void setControl(const std::string& name, std::optional<int> value);
     void focus();
 
-    // Saves a still as the settings say.
+    // Saves a still as the settings say. Throws NoSheet when it is to be cropped to none.
     void still(const std::string& path);
     // The text of a code in the live picture, or the empty one.
     std::string readCode(host::CodeKind kind);
@@ -73,6 +87,7 @@ class LiveCamera {
     host::CameraSession& session();
     int findCamera() const;
     void tryToReopen();
+    void applySettings() const;
     void startPreview();
     void lose(const std::string& reason);
     void countFrames();

@@ -127,7 +127,7 @@ void PageStore::reorder(const std::vector<int>& ids) {
         ordered.push_back(*found);
     }
     if (ordered.size() != pages_.size() || ids.size() != pages_.size()) {
-        throw TrayError("the order must name each page once");
+        throw BadOrder("the order must name each page once");
     }
     pages_ = std::move(ordered);
 }
@@ -156,7 +156,7 @@ std::string PageStore::newDocument() {
 const Page& PageStore::at(int id) const {
     const auto found = find(pages_, id);
     if (found == pages_.end()) {
-        throw TrayError("there is no page " + std::to_string(id));
+        throw NoSuchPage("there is no page " + std::to_string(id));
     }
     return *found;
 }

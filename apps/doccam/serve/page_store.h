@@ -19,9 +19,17 @@ struct Page {
     std::vector<std::string> codes; // texts found on the page
 };
 
-// A wish that the tray cannot fulfil: no such page, no room, no picture.
+// A wish that the tray cannot fulfil: no room, no picture.
 struct TrayError : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+struct NoSuchPage : TrayError {
+    using TrayError::TrayError;
+};
+
+struct BadOrder : TrayError {
+    using TrayError::TrayError;
 };
 
 // Files lie in a private folder under names of the store's own making. One thread changes the tray;
@@ -37,10 +45,10 @@ class PageStore {
 
     // Takes the incoming file as the last page. Throws TrayError when it is no picture.
     Page add(const std::vector<std::string>& codes);
-    // Turns a page by quarter turns, 1 clockwise, -1 counter-clockwise.
+    // Both throw NoSuchPage. Turns a page by quarter turns, 1 clockwise, -1 counter-clockwise.
     void turn(int id, int quarterTurns);
     void remove(int id);
-    // ids names each page once. Throws TrayError, and changes nothing, otherwise.
+    // ids names each page once. Throws BadOrder, and changes nothing, otherwise.
     void reorder(const std::vector<int>& ids);
 
     std::vector<Page> pages() const;

@@ -74,22 +74,20 @@ void print(const ServeOptions& options, const std::vector<std::string>& addresse
     host::finishOutput();
 }
 
-// The server is there before the camera, and whatever becomes of it.
+// The server is there whatever becomes of the camera; a wish that the camera cannot fulfil alone
+// ends it.
 void openIfThere(LiveCamera& camera) {
     try {
         camera.open();
-    } catch (const host::Interruption&) {
-        throw;
     } catch (const host::Failure& failure) {
-        if (failure.code() == host::kUsage) {
+        if (failure.code() == host::kUsage || failure.code() == host::kInterrupted) {
             throw;
         }
+    } catch (const std::exception&) { // it may be gone again: watch() looks for it
     }
 }
 
-} // namespace
-
-int serve(const ServeOptions& options, const host::Interrupt& interrupt) {
+void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interrupt) {
     PictureHandover handover;
     PictureFeed pictures;
     EventFeed events;
@@ -113,6 +111,15 @@ int serve(const ServeOptions& options, const host::Interrupt& interrupt) {
     print(options, addressesOf(options.address, port, rules.token));
     while (!interrupt.raised() && queue.serve(kWatchEvery)) {
         camera.watch();
+    }
+}
+
+} // namespace
+
+int serve(const ServeOptions& options, const host::Interrupt& interrupt) {
+    try {
+        serveUntilAsked(options, interrupt);
+    } catch (const host::Interruption&) { // while a camera was being opened
     }
     return host::kDone;
 }

@@ -70,7 +70,7 @@ struct EventStream {
 
 } // namespace
 
-void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& viewers) {
+void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& viewers, bool raw) {
     auto seat = viewers.take();
     if (!seat) {
         answerError(response, 503, "there are too many viewers");
@@ -78,7 +78,8 @@ void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& vi
     }
     auto stream = std::make_shared<PreviewStream>(PreviewStream{pictures, std::move(seat)});
     response.set_content_provider(
-        std::string("multipart/x-mixed-replace; boundary=") + kBoundary,
+        raw ? "application/octet-stream"
+            : std::string("multipart/x-mixed-replace; boundary=") + kBoundary,
         [stream](std::size_t, httplib::DataSink& sink) { return (*stream)(sink); });
 }
 
@@ -94,12 +95,13 @@ void streamEvents(httplib::Response& response, EventFeed& events, Seats& listene
         [stream](std::size_t, httplib::DataSink& sink) { return (*stream)(sink); });
 }
 
-std::string stateOf(EventFeed& events, int viewers) {
+std::string stateOf(EventFeed& events, const Seats& viewers, const Seats& listeners) {
     Json state;
     for (const EventFeed::Event& event : events.next(0, std::chrono::milliseconds(0)).events) {
         state[event.topic] = Json::parse(event.text);
     }
-    state["viewers"] = viewers;
+    state["viewers"] = viewers.taken();
+    state["listeners"] = listeners.taken();
     return state.dump();
 }
 

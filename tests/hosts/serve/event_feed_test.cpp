@@ -63,11 +63,4 @@ TEST(EventFeed, LetsListenersGoWhenItCloses) {
     EXPECT_TRUE(feed.closed());
 }
 
-TEST(EventFeed, KnowsATopicsText) {
-    EventFeed feed;
-    feed.set("a", "1");
-    EXPECT_EQ(feed.text("a"), "1");
-    EXPECT_EQ(feed.text("b"), "");
-}
-
 } // namespace doccam::serve

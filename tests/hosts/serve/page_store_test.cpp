@@ -116,8 +116,8 @@ TEST_F(PageStoreTest, NeverUsesAnIdAgain) {
 }
 
 TEST_F(PageStoreTest, RefusesPagesThatAreNotThere) {
-    EXPECT_THROW(store_.turn(1, 1), TrayError);
-    EXPECT_THROW(store_.remove(1), TrayError);
+    EXPECT_THROW(store_.turn(1, 1), NoSuchPage);
+    EXPECT_THROW(store_.remove(1), NoSuchPage);
 }
 
 TEST_F(PageStoreTest, Reorders) {
@@ -133,7 +133,7 @@ TEST_F(PageStoreTest, RefusesAnOrderThatDoesNotNameEachPageOnce) {
     const int b = addPage();
     for (const std::vector<int>& order :
          {std::vector{a}, {a, a}, {a, b, a}, {a, b + 1}, {}, {a, b, b + 1}}) {
-        EXPECT_THROW(store_.reorder(order), TrayError);
+        EXPECT_THROW(store_.reorder(order), BadOrder);
     }
     EXPECT_THAT(ids(), ElementsAre(a, b));
 }

@@ -5,6 +5,7 @@ import { startPreview } from './preview.js';
 import { makeTray } from './tray.js';
 
 const kMove = 60; // form pixels an arrow key
+const kQualityStep = 5;
 const find = (id) => document.getElementById(id);
 
 // The token is in a cookie by now; the address bar and the history need not keep it.
@@ -12,7 +13,7 @@ history.replaceState(null, '', location.pathname);
 
 const say = (text) => { find('news').textContent = text; };
 
-let plugged = false;
+let trouble = ''; // of the camera
 let connected = false;
 let complaint = '';
 let complaintTimer;
@@ -20,15 +21,16 @@ let complaintTimer;
 function showBanner() {
   let text = complaint;
   if (!connected) {
-    text = 'The server does not answer. It may have ended; start it again and open its new address.';
-  } else if (!plugged) {
-    text = 'The camera is unplugged. Plug it in again and the picture comes back by itself.';
+    text = 'The server does not answer. Too many windows may show it; or it has ended: start it ' +
+      'again and open its new address.';
+  } else if (trouble) {
+    text = `No picture: ${trouble.replace(/\.$/, '')}. It comes back by itself.`;
   }
   if (find('banner').textContent !== text) {
     find('banner').textContent = text;
   }
   find('banner').hidden = text === '';
-  find('preview').classList.toggle('old', !connected || !plugged);
+  find('preview').classList.toggle('old', !connected || trouble !== '');
 }
 
 function failed(error) {
@@ -40,20 +42,26 @@ function failed(error) {
 
 const send = (name, wish) => command(name, wish).catch(failed);
 const preview = startPreview(find('preview'), failed);
-const settings = makeSettings(failed);
+const settings = makeSettings(say, failed);
 const codes = makeCodes(find('codes'), find('codes-note'), say);
 const showTray = makeTray(find('pages'), say, failed);
 
-async function capture() {
-  find('capture').disabled = true;
-  try {
-    await command('capture');
-    say('Page taken');
-  } catch (error) {
-    failed(error);
-  }
-  find('capture').disabled = false;
+// A button's action, once at a time. The button keeps the focus, which a disabled one would lose.
+function alone(button, action) {
+  return async () => {
+    if (button.getAttribute('aria-disabled') === 'true') {
+      return;
+    }
+    button.setAttribute('aria-disabled', 'true');
+    await action().catch(failed);
+    button.setAttribute('aria-disabled', 'false');
+  };
 }
+
+const capture = alone(find('capture'), async () => {
+  await command('capture');
+  say('Page taken');
+});
 
 const actions = {
   'zoom-in': () => preview.zoom(2),
@@ -63,7 +71,7 @@ const actions = {
   'turn-left': () => send('turn', { direction: 'left' }),
   'turn-right': () => send('turn', { direction: 'right' }),
   capture,
-  'read-codes': () => codes.read(failed),
+  'read-codes': alone(find('read-codes'), codes.read),
   focus: () => send('focus'),
   'show-keys': () => find('keys').showModal(),
 };
@@ -80,12 +88,14 @@ const letters = {
   l: actions['turn-left'], r: actions['turn-right'], b: actions['read-codes'], f: actions.focus,
   m: settings.nextColour, c: () => settings.toggle('crop'), e: () => settings.toggle('cleanEdges'),
   w: () => settings.toggle('cleanBackground'),
+  q: (event) => settings.stepQuality(event.shiftKey ? -kQualityStep : kQualityStep),
 };
 const previewKeys = {
   ArrowLeft: () => preview.move(kMove, 0), ArrowRight: () => preview.move(-kMove, 0),
   ArrowUp: () => preview.move(0, kMove), ArrowDown: () => preview.move(0, -kMove),
   ' ': capture, Enter: capture,
 };
+const kRepeated = ['+', '=', '-', 'ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown']; // while held
 
 document.addEventListener('keydown', (event) => {
   const typing = event.target.closest('input:not([type=checkbox]), select, dialog');
@@ -97,7 +107,9 @@ document.addEventListener('keydown', (event) => {
     (event.target === find('preview') ? previewKeys[event.key] : undefined);
   if (action) {
     event.preventDefault();
-    action();
+    if (!event.repeat || kRepeated.includes(event.key)) {
+      action(event);
+    }
   }
 });
 
@@ -107,16 +119,13 @@ listen({
     showBanner();
   },
   camera(camera) {
-    plugged = camera.plugged;
-    find('status').textContent = plugged
+    trouble = camera.plugged ? '' : camera.message;
+    find('status').textContent = camera.plugged
       ? `${camera.name}, ${camera.width} × ${camera.height}` : 'No camera';
     showBanner();
   },
   rate(rate) {
     find('rate').textContent = `${rate.framesPerSecond.toFixed(1)} frames/s`;
-  },
-  view(view) {
-    find('preview').dataset.quarterTurns = view.quarterTurns;
   },
   settings: settings.show,
   controls: makeControls(find('controls'), failed),

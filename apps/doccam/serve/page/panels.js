@@ -3,7 +3,7 @@ import { command, merging, newest } from './connection.js';
 
 const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
 
-export function makeSettings(failed) {
+export function makeSettings(say, failed) {
   const field = (id) => document.getElementById(id);
   const send = merging('settings', (a, b) => ({ ...a, ...b }), failed);
   for (const flag of kFlags) {
@@ -27,11 +27,18 @@ export function makeSettings(failed) {
     },
     toggle(flag) {
       field(flag).click();
+      say(`${field(flag).labels[0].textContent.trim()}: ${field(flag).checked ? 'on' : 'off'}`);
     },
     nextColour() {
       const select = field('colour');
       select.selectedIndex = (select.selectedIndex + 1) % select.options.length;
       send({ colour: select.value });
+      say(`Colour mode: ${select.selectedOptions[0].textContent}`);
+    },
+    stepQuality(step) {
+      field('quality').stepUp(step);
+      field('quality').dispatchEvent(new Event('input'));
+      say(`Quality: ${field('quality').value}`);
     },
   };
 }
@@ -131,13 +138,14 @@ export function makeCodes(list, note, say) {
   return {
     showLive(codes) { live = codes; show(); },
     showPages(all) { pages = all; show(); },
-    async read(failed) {
+    async read() {
       note.textContent = 'Looking for codes …';
-      await command('codes').catch((error) => {
+      try {
+        await command('codes');
+      } finally {
         note.textContent = '';
-        failed(error);
-      });
-      show();
+        show();
+      }
     },
   };
 }

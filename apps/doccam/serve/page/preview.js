@@ -4,6 +4,7 @@ import { command, merging } from './connection.js';
 const kPixelsPerNotch = 40;
 const kRetryMs = 1000;
 const kSettleMs = 150;
+const kFailuresToTell = 3;
 
 const delay = (ms) => new Promise((resolve) => setTimeout(resolve, ms));
 
@@ -23,7 +24,7 @@ function headEnd(bytes) {
   return -1;
 }
 
-// The pictures of a multipart answer.
+// The pictures of a multipart body.
 async function* picturesOf(body) {
   const reader = body.getReader();
   let bytes = new Uint8Array(0);
@@ -58,34 +59,40 @@ async function draw(canvas, jpeg) {
   }
   canvas.getContext('2d').drawImage(picture, 0, 0);
   picture.close();
-  canvas.dataset.pictures = Number(canvas.dataset.pictures ?? 0) + 1;
 }
 
 // Shows the stream while the page is visible; a hidden page leaves its seat to others.
 async function show(canvas, failed) {
-  for (;;) {
+  for (let failures = 0; ;) {
     const leaving = new AbortController();
     const onChange = () => document.hidden && leaving.abort();
     document.addEventListener('visibilitychange', onChange);
     try {
       if (!document.hidden) {
-        const response = await fetch('/preview', { signal: leaving.signal });
+        ++failures;
+        const response = await fetch('/preview?raw=1', { signal: leaving.signal });
         if (!response.ok) {
+          failures = 0;
           failed(new Error((await response.json()).error));
         } else {
           for await (const jpeg of picturesOf(response.body)) {
             await draw(canvas, jpeg);
+            failures = 0;
           }
         }
       }
     } catch { /* ended, or hidden: begin anew */ }
     leaving.abort();
     document.removeEventListener('visibilitychange', onChange);
+    if (failures === kFailuresToTell) {
+      failed(new Error('The live picture does not come; reload the page, or try another browser.'));
+    }
     await delay(kRetryMs);
   }
 }
 
-// Tells the server the size of the page's area, now and when it changes.
+// Tells the server the size of the page's area, now, when it changes, and when somebody turns to
+// this page: another one may have told its own since.
 function declareForm(canvas, failed) {
   const send = merging('form', (_, later) => later, failed);
   let timer;
@@ -102,6 +109,8 @@ function declareForm(canvas, failed) {
     timer = setTimeout(declare, kSettleMs);
   }).observe(canvas);
   document.addEventListener('visibilitychange', declare);
+  window.addEventListener('focus', declare);
+  canvas.addEventListener('pointerenter', declare);
 }
 
 function zoomByWheel(canvas, zoom) {
@@ -128,6 +137,10 @@ function moveByPointers(canvas, move, zoom) {
   const kPixelsPerStep = 12;
   const fingers = new Map();
   let span = 0;
+  const begin = () => {
+    span = fingers.size === 2 ? between(fingers) : 0;
+    canvas.classList.toggle('dragged', fingers.size > 0);
+  };
   const scale = () => Math.max(canvas.width / canvas.clientWidth,
     canvas.height / canvas.clientHeight);
   canvas.addEventListener('pointerdown', (event) => {
@@ -136,8 +149,7 @@ function moveByPointers(canvas, move, zoom) {
     }
     canvas.setPointerCapture(event.pointerId);
     fingers.set(event.pointerId, { x: event.clientX, y: event.clientY });
-    span = fingers.size === 2 ? between(fingers) : 0;
-    canvas.classList.add('dragged');
+    begin();
   });
   canvas.addEventListener('pointermove', (event) => {
     const finger = fingers.get(event.pointerId);
@@ -159,7 +171,7 @@ function moveByPointers(canvas, move, zoom) {
   });
   const lift = (event) => {
     fingers.delete(event.pointerId);
-    canvas.classList.toggle('dragged', fingers.size > 0);
+    begin();
   };
   canvas.addEventListener('pointerup', lift);
   canvas.addEventListener('pointercancel', lift);

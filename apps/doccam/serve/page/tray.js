@@ -32,7 +32,8 @@ function update(item, page, place) {
 }
 
 export function makeTray(list, say, failed) {
-  const send = (name, wish) => command(name, wish).catch(failed);
+  // Whether it was done.
+  const send = (name, wish) => command(name, wish).then(() => true, failed);
 
   const moveTo = async (id, place) => {
     const target = Math.max(0, Math.min(order.length - 1, place));
@@ -41,8 +42,9 @@ export function makeTray(list, say, failed) {
     }
     const ids = order.filter((other) => other !== id);
     ids.splice(target, 0, id);
-    await send('pages/order', { ids });
-    say(`Page moved to place ${target + 1} of ${ids.length}`);
+    if (await send('pages/order', { ids })) {
+      say(`Page moved to place ${target + 1} of ${ids.length}`);
+    }
   };
 
   const doWith = (id, what) => ({
@@ -52,10 +54,11 @@ export function makeTray(list, say, failed) {
     right: () => send('pages/turn', { id, direction: 'right' }),
     delete: async () => {
       const place = order.indexOf(id);
-      await send('pages/delete', { id });
-      say('Page deleted');
-      const next = order.filter((other) => other !== id)[Math.min(place, order.length - 2)];
-      items.get(next)?.focus();
+      const next = order[place + 1] ?? order[place - 1];
+      if (await send('pages/delete', { id })) {
+        say('Page deleted');
+        (items.get(next) ?? document.getElementById('preview')).focus();
+      }
     },
   })[what]?.();
 
@@ -70,7 +73,9 @@ export function makeTray(list, say, failed) {
     } else if (step) {
       items.get(order[place + step])?.focus();
     } else if (event.key === 'Delete') {
-      doWith(id, 'delete');
+      if (!event.repeat) {
+        doWith(id, 'delete');
+      }
     } else {
       return;
     }

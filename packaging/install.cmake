@@ -1,4 +1,5 @@
-# What an installed tree holds: library, headers, CMake package, pkg-config file, model table.
+# What an installed tree holds: library, headers, CMake package, pkg-config file, model table, and
+# what comes with the command line.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS doccam EXPORT doccam LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -21,3 +22,13 @@ file(RELATIVE_PATH DOCCAM_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMA
 configure_file(packaging/doccam.pc.in ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccam.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccam.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(DOCCAM_BUILD_HOSTS OR DOCCAM_BUILD_TESTS)
+    install(FILES packaging/man/doccam.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES packaging/completions/doccam.bash RENAME doccam
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(FILES packaging/completions/_doccam
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+    install(FILES packaging/completions/doccam.fish
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+endif()

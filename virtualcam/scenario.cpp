@@ -116,8 +116,8 @@ Fault readFault(const Json& object) {
 }
 
 SceneSettings readScene(const Json& object) {
-    refuseUnknownFields(
-        object, {"angle", "sheetHeight", "centreX", "centreY", "noise", "qrText", "code128Text"});
+    refuseUnknownFields(object, {"angle", "sheetHeight", "centreX", "centreY", "noise", "qrText",
+                                 "code128Text", "sheet", "sheetFrames", "changeFrames"});
     SceneSettings scene;
     read(object, "angle", scene.angle);
     read(object, "sheetHeight", scene.sheetHeight);
@@ -126,6 +126,12 @@ SceneSettings readScene(const Json& object) {
     read(object, "noise", scene.noise);
     read(object, "qrText", scene.qrText);
     read(object, "code128Text", scene.code128Text);
+    read(object, "sheet", scene.sheet);
+    read(object, "sheetFrames", scene.sheetFrames);
+    read(object, "changeFrames", scene.changeFrames);
+    if (scene.sheet < 0 || scene.sheetFrames < 0 || scene.changeFrames < 0) {
+        throw std::runtime_error("sheets and frames are counted from 0");
+    }
     return scene;
 }
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # A C host builds against an installed tree with pkg-config, and with CMake, and takes a still with
-# the virtual camera: installed_tree.sh BUILD SOURCE LAUNCHER
+# the virtual camera; so does the installed command line: installed_tree.sh BUILD SOURCE LAUNCHER
 set -euo pipefail
 build=$1 source=$2 launcher=$3
 work=$(mktemp -d)
@@ -29,3 +29,7 @@ cmake -S "$work/consumer" -B "$work/consumer/build" -DCMAKE_PREFIX_PATH="$work/p
 cmake --build "$work/consumer/build" >/dev/null
 "$launcher" -- "$work/consumer/build/consumer" "$work/again.jpg"
 [ -s "$work/again.jpg" ]
+
+# The command line finds its virtual camera in the tree.
+"$work/prefix/bin/doccam" --virtual capture --size 640x480 "$work/still.png"
+[ -s "$work/still.png" ]

@@ -121,6 +121,11 @@ TEST_F(VirtualCameraLauncher, PassesTheExitStatusOn) {
     EXPECT_EQ(launch("-- /nonexistent/program").status, 127);
 }
 
+TEST_F(VirtualCameraLauncher, PassesOnASignalThatIsSentToIt) {
+    EXPECT_EQ(
+        launch("-- sh -c 'trap \"exit 7\" TERM; kill -TERM $PPID; while :; do :; done'").status, 7);
+}
+
 TEST_F(VirtualCameraLauncher, RemovesTheDeviceTreeAtTheEnd) {
     const Outcome outcome = launch("-- sh -c 'echo $UMOCKDEV_DIR; ls -d $UMOCKDEV_DIR/sys'");
     ASSERT_EQ(outcome.status, 0);
@@ -131,6 +136,7 @@ TEST_F(VirtualCameraLauncher, RemovesTheDeviceTreeAtTheEnd) {
 TEST_F(VirtualCameraLauncher, RefusesWhatItCannotUse) {
     EXPECT_EQ(launch("").status, 2);
     EXPECT_EQ(launch("--interval soon -- true").status, 2);
+    EXPECT_EQ(launch("--sheet-frames -1 -- true").status, 2);
     EXPECT_EQ(launch("--scenario /nonexistent.json -- true").status, 2);
     EXPECT_EQ(launch("--photo /nonexistent.jpg -- true").status, 2);
 }

@@ -158,13 +158,14 @@ int CaptureDevice::deliver(Lock& lock, v4l2_buffer& record) {
     const std::vector<Fault> faults = *std::exchange(dueFaults_, std::nullopt);
     const PictureFormat format = format_;
     const std::uint32_t number = clock_.number();
+    const std::uint32_t picture = clock_.delivered();
     const Time due = clock_.due();
     clock_.advance(std::chrono::steady_clock::now());
     publishReadiness();
 
     // Drawing takes long; the stream may be switched off meanwhile.
     lock.unlock();
-    const FrameBytes frame = makeFrame(*source_, format, number, faults);
+    const FrameBytes frame = makeFrame(*source_, format, picture, faults);
     lock.lock();
     if (stream_ != stream) {
         return EINVAL;

@@ -8,6 +8,7 @@ void FrameClock::start(Time now, Interval interval) {
     interval_ = interval;
     due_ = now + interval;
     number_ = 0;
+    delivered_ = 0;
 }
 
 void FrameClock::setInterval(Time now, Interval interval) {
@@ -29,6 +30,7 @@ void FrameClock::skipMissed(Time now, std::size_t freeBuffers) {
 
 void FrameClock::advance(Time now) {
     ++number_;
+    ++delivered_;
     due_ = interval_ <= Interval::zero() ? now : due_ + interval_;
 }
 

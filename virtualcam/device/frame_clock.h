@@ -23,6 +23,9 @@ class FrameClock {
     // The number of the frame that is due, from 0.
     std::uint32_t number() const { return number_; }
 
+    // How many frames have been delivered; missed ones do not count.
+    std::uint32_t delivered() const { return delivered_; }
+
     // Passes over frames for which no buffer was free, of which there were freeBuffers.
     void skipMissed(Time now, std::size_t freeBuffers);
 
@@ -33,6 +36,7 @@ class FrameClock {
     Time due_;
     Interval interval_{0};
     std::uint32_t number_ = 0;
+    std::uint32_t delivered_ = 0;
 };
 
 } // namespace doccam::virtualcam

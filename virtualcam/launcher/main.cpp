@@ -11,8 +11,8 @@ int main(int argc, char** argv) {
     using namespace doccam::virtualcam;
     const std::optional<Options> options = parseOptions(argc, argv);
     if (!options) {
-        std::fputs("usage: doccam-virtualcam [--scenario FILE] [--photo FILE] [--interval MS] -- "
-                   "PROGRAM [ARGUMENT...]\n",
+        std::fputs("usage: doccam-virtualcam [--scenario FILE] [--photo FILE] [--interval MS] "
+                   "[--sheet-frames N] -- PROGRAM [ARGUMENT...]\n",
                    stderr);
         return 2;
     }

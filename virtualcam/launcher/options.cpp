@@ -7,7 +7,7 @@ namespace doccam::virtualcam {
 
 namespace {
 
-std::optional<int> parseMilliseconds(std::string_view text) {
+std::optional<int> parseCount(std::string_view text) {
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const bool whole = error == std::errc() && end == text.data() + text.size() && value >= 0;
@@ -26,8 +26,13 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
         } else if (name == "--photo") {
             options.photo = argv[i + 1];
         } else if (name == "--interval") {
-            options.intervalMs = parseMilliseconds(argv[i + 1]);
+            options.intervalMs = parseCount(argv[i + 1]);
             if (!options.intervalMs) {
+                return std::nullopt;
+            }
+        } else if (name == "--sheet-frames") {
+            options.sheetFrames = parseCount(argv[i + 1]);
+            if (!options.sheetFrames) {
                 return std::nullopt;
             }
         } else {

@@ -11,6 +11,7 @@ struct Options {
     std::string scenario; // path; empty: the default cameras
     std::string photo;    // path; empty: as the scenario says
     std::optional<int> intervalMs;
+    std::optional<int> sheetFrames;
     std::vector<std::string> command; // the program and its arguments, at least the program
 };
 

@@ -1,6 +1,7 @@
 #include "launcher/session.h"
 
 #include "bed/udev_tree.h"
+#include "launcher/plug_control.h"
 #include "picture/jpeg.h"
 #include "scenario.h"
 
@@ -24,7 +25,7 @@ namespace fs = std::filesystem;
 std::string findPreload() {
     const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
     for (const fs::path& candidate :
-         {folder / "libdoccam-virtualcam.so", folder / DOCCAM_VIRTUALCAM_FROM_BIN}) {
+         {folder / "libdoccam-virtualcam.so", folder / DOCCAM_VIRTUALCAM_FROM_LAUNCHER}) {
         if (fs::exists(candidate)) {
             return fs::canonical(candidate).string();
         }
@@ -62,6 +63,9 @@ void prepareEnvironment(const Options& options) {
     if (options.intervalMs) {
         setenv("DOCCAM_VIRTUALCAM_INTERVAL", std::to_string(*options.intervalMs).c_str(), 1);
     }
+    if (options.sheetFrames) {
+        setenv("DOCCAM_VIRTUALCAM_SHEET_FRAMES", std::to_string(*options.sheetFrames).c_str(), 1);
+    }
 }
 
 [[noreturn]] void become(const Options& options) {
@@ -75,11 +79,32 @@ void prepareEnvironment(const Options& options) {
     _exit(127);
 }
 
-int await(pid_t child) {
+// The terminal's interrupt reaches the program by itself; what others send to the launcher is for
+// the program too, and the launcher stays to clean up.
+void passOn(const siginfo_t& signal, pid_t child) {
+    if (signal.si_signo != SIGCHLD && signal.si_code <= 0) {
+        kill(child, signal.si_signo);
+    }
+}
+
+int await(pid_t child, const sigset_t& signals) {
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        siginfo_t signal{};
+        if (sigwaitinfo(&signals, &signal) > 0) {
+            passOn(signal, child);
+        }
     }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+sigset_t awaitedSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+        sigaddset(&signals, signal);
+    }
+    return signals;
 }
 
 } // namespace
@@ -87,24 +112,30 @@ int await(pid_t child) {
 int runSession(const Options& options) {
     UdevTree tree;
     int place = 0;
-    for (const CameraDescription& camera : camerasOf(options)) {
+    const std::vector<CameraDescription> cameras = camerasOf(options);
+    for (const CameraDescription& camera : cameras) {
         tree.add(camera, place, {2 * place, 2 * place + 1});
         ++place;
     }
-    // The terminal's interrupt is for the program; the launcher stays to clean up.
-    signal(SIGINT, SIG_IGN);
-    signal(SIGQUIT, SIG_IGN);
+    const sigset_t signals = awaitedSignals();
+    sigset_t before;
+    pthread_sigmask(SIG_BLOCK, &signals, &before);
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error("cannot start a process");
     }
     if (child == 0) {
-        signal(SIGINT, SIG_DFL);
-        signal(SIGQUIT, SIG_DFL);
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
         prepareEnvironment(options);
         become(options);
     }
-    return await(child);
+    try {
+        const PlugControl control(tree, cameras);
+        return await(child, signals);
+    } catch (...) {
+        kill(child, SIGTERM);
+        throw;
+    }
 }
 
 } // namespace doccam::virtualcam

@@ -26,7 +26,8 @@ std::string keyOf(const std::string& photo, const SceneSettings& scene, std::uin
         key << '\n'
             << scene.angle << ' ' << scene.sheetHeight << ' ' << scene.centreX << ' '
             << scene.centreY << ' ' << scene.qrText << '\n'
-            << scene.code128Text;
+            << scene.code128Text << '\n'
+            << scene.sheet;
     }
     return key.str();
 }

@@ -1,6 +1,7 @@
 #include "picture/picture_source.h"
 
 #include "picture/frame_cache.h"
+#include "scene/sheet_change.h"
 
 #include <utility>
 
@@ -11,7 +12,7 @@ PictureSource::PictureSource(std::string photo, SceneSettings scene)
   , scene_(std::move(scene)) {}
 
 FrameBytes PictureSource::frame(std::uint32_t pixelFormat, Size size, std::uint32_t number) {
-    return cachedFrames(photo_, scene(), pixelFormat, size)->frame(number);
+    return cachedFrames(photo_, sceneAt(scene(), number), pixelFormat, size)->frame(number);
 }
 
 SceneSettings PictureSource::scene() const {

@@ -1,6 +1,7 @@
 #include "preload/registry.h"
 
 #include "preload/lookup.h"
+#include "preload/remote_cameras.h"
 #include "scenario.h"
 
 #include <algorithm>
@@ -29,10 +30,14 @@ std::vector<CameraDescription> camerasFromEnvironment() {
             path.empty() ? defaultCameras() : readScenario(path);
         const std::string photo = environment("DOCCAM_VIRTUALCAM_PHOTO");
         const std::string interval = environment("DOCCAM_VIRTUALCAM_INTERVAL");
+        const std::string sheetFrames = environment("DOCCAM_VIRTUALCAM_SHEET_FRAMES");
         for (CameraDescription& camera : cameras) {
             camera.picture = photo.empty() ? camera.picture : photo;
             if (!interval.empty()) {
                 camera.intervalMs = std::stoi(interval);
+            }
+            if (!sheetFrames.empty()) {
+                camera.scene.sheetFrames = std::stoi(sheetFrames);
             }
         }
         return cameras;
@@ -56,6 +61,7 @@ void Registry::configure() {
     for (const CameraDescription& description : camerasFromEnvironment()) {
         addLocked(description);
     }
+    admitRemoteControl();
 }
 
 void Registry::clear() {

@@ -1,10 +1,12 @@
 // The sheet: what is printed on it.
 #include "scene/scene.h"
+#include "scene/sheet_change.h"
 #include "scene/symbols.h"
 
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace doccam::virtualcam {
 
@@ -14,13 +16,15 @@ const cv::Size kSheet(1654, 2339);
 const cv::Scalar kPaper(244, 247, 248);
 const cv::Scalar kInk(42, 36, 34);
 const cv::Scalar kStampRed(44, 36, 196);
+constexpr std::size_t kSkippedLines = 4;
 
 void writeLine(cv::Mat& sheet, const std::string& text, cv::Point origin, double scale,
                int thickness) {
     cv::putText(sheet, text, origin, cv::FONT_HERSHEY_COMPLEX, scale, kInk, thickness, cv::LINE_AA);
 }
 
-void writeText(cv::Mat& sheet) {
+// Each sheet begins its text with another line.
+void writeText(cv::Mat& sheet, int number) {
     static const char* const kLines[] = {
         "This sheet lies under a document camera. It has been",
         "put down in a hurry, so it is a little tilted, and the",
@@ -38,11 +42,13 @@ void writeText(cv::Mat& sheet) {
         "The quick brown fox jumps over the lazy dog while",
         "0123456789 sphinxes of black quartz judge its vow.",
     };
-    writeLine(sheet, "Receipt No. 42", {150, 260}, 2.6, 5);
+    writeLine(sheet, countedUp("Receipt No. 42", number), {150, 260}, 2.6, 5);
     cv::line(sheet, {150, 310}, {1504, 310}, kInk, 4, cv::LINE_AA);
     int y = 430;
-    for (const char* line : kLines) {
-        writeLine(sheet, line, {150, y}, 1.3, 2);
+    constexpr std::size_t kCount = std::size(kLines);
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const std::size_t line = (i + kSkippedLines * static_cast<std::size_t>(number)) % kCount;
+        writeLine(sheet, kLines[line], {150, y}, 1.3, 2);
         y += 74;
     }
 }
@@ -70,9 +76,11 @@ void printSymbol(cv::Mat& sheet, cv::Mat (*draw)(const std::string&, int), const
 
 cv::Mat flatSheet(const SceneSettings& settings) {
     cv::Mat sheet(kSheet, CV_8UC3, kPaper);
-    writeText(sheet);
-    printSymbol(sheet, drawQrCode, settings.qrText, {150, 1720, 480, 480}, 12);
-    printSymbol(sheet, drawCode128, settings.code128Text, {640, 2060, 1000, 240}, 5);
+    writeText(sheet, settings.sheet);
+    printSymbol(sheet, drawQrCode, countedUp(settings.qrText, settings.sheet),
+                {150, 1720, 480, 480}, 12);
+    printSymbol(sheet, drawCode128, countedUp(settings.code128Text, settings.sheet),
+                {640, 2060, 1000, 240}, 5);
     pressStamp(sheet, {1290, 1800});
     return sheet;
 }

@@ -1,0 +1,55 @@
+// An open camera: frames, stills, and a close that always comes.
+#pragma once
+
+#include "camera/cameras.h"
+#include "camera/frame_feed.h"
+#include "host/interrupt.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
+namespace doccam::host {
+
+// One at a time, used by one thread. Every wait ends with Interruption when the process is asked to
+// end, and with Failure when the stream has ended or nothing has come for ten seconds.
+class CameraSession {
+  public:
+    // Opens the camera and waits for its first frame. Throws Failure when it cannot be opened.
+    CameraSession(int camera, const Capture& capture, const Interrupt& interrupt);
+
+    // Closes the camera, which takes about a second.
+    ~CameraSession();
+
+    CameraSession(const CameraSession&) = delete;
+    CameraSession& operator=(const CameraSession&) = delete;
+
+    const Capture& capture() const { return capture_; }
+
+    FrameFeed& feed() { return feed_; }
+
+    // Waits until count more frames have come.
+    void waitForFrames(std::uint64_t count);
+
+    // Waits for the next frame or fault, or until one of the others becomes readable. Returns at
+    // once when a frame has come since the last wait.
+    void waitForEvent(std::initializer_list<int> others = {});
+
+    // Looks for the sheet's outline in the next frame and keeps it for the still after it; false
+    // when there is none.
+    bool findSheet();
+
+    // Saves a still at path, whole or cropped to the sheet that findSheet found. Throws Failure
+    // with the library's reason when no file is there afterwards.
+    void still(const std::string& path, bool crop);
+
+  private:
+    void failIfEnded() const;
+
+    int camera_;
+    Capture capture_;
+    const Interrupt& interrupt_;
+    FrameFeed& feed_;
+};
+
+} // namespace doccam::host

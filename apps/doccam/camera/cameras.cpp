@@ -1,0 +1,109 @@
+#include "camera/cameras.h"
+
+#include "host/failure.h"
+
+#include <doccam/doccam.h>
+
+#include <algorithm>
+
+namespace doccam::host {
+namespace {
+
+// Captured at the smaller size; only stills are enlarged to it. Nothing to choose unasked.
+constexpr Size kEnlarged{3672, 2856};
+constexpr Size kEnlargedFrom{3264, 2448};
+
+[[noreturn]] void failWithoutSizes(int index, std::optional<Format> format) {
+    throw Failure(kCameraFailed, "Camera " + std::to_string(index) + " offers no frame size" +
+                                     (format ? " in " + nameOf(*format) : std::string()) +
+                                     "; doccam doctor says why.");
+}
+
+std::string listed(const std::vector<Size>& sizes) {
+    std::string text;
+    for (const Size size : sizes) {
+        text += (text.empty() ? "" : ", ") + textOf(size);
+    }
+    return text;
+}
+
+// The driver's texts may begin with blanks.
+std::string trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first);
+}
+
+bool smaller(Size a, Size b) {
+    const auto weight = [](Size size) { return size == kEnlarged ? 0 : area(size); };
+    return weight(a) < weight(b);
+}
+
+Size choose(int index, Format format, const std::vector<Size>& offered, std::optional<Size> size) {
+    if (!size) {
+        return *std::max_element(offered.begin(), offered.end(), smaller);
+    }
+    const Size needed = *size == kEnlarged ? kEnlargedFrom : *size;
+    if (std::find(offered.begin(), offered.end(), needed) == offered.end()) {
+        throw Failure(kUsage, "Camera " + std::to_string(index) + " has no size " + textOf(*size) +
+                                  " in " + nameOf(format) + "; choose one of " + listed(offered) +
+                                  ".");
+    }
+    return *size;
+}
+
+} // namespace
+
+std::vector<Camera> attachedCameras() {
+    const int count = getDeviceCount();
+    if (count < 0) {
+        throw Failure(kNoCamera, "The device manager (udev) does not answer; start it, or run "
+                                 "doccam --virtual.");
+    }
+    std::vector<Camera> cameras;
+    for (int index = 0; index < count; ++index) {
+        const char* name = getCameraName(index);
+        cameras.push_back({index, name != nullptr ? trimmed(name) : ""});
+    }
+    return cameras;
+}
+
+void requireCamera(int index) {
+    const int count = getDeviceCount();
+    if (count < 1) {
+        throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
+                                 "doccam doctor.");
+    }
+    if (index < 0 || index >= count) {
+        throw Failure(kNoCamera, "There is no camera " + std::to_string(index) +
+                                     "; doccam list shows which there are.");
+    }
+}
+
+std::vector<Size> offeredSizes(int index, Format format) {
+    SetVideoFormat(static_cast<int>(format));
+    std::vector<Size> sizes;
+    const int count = getCameraResolutionCount(index);
+    for (int i = 0; i < count; ++i) {
+        Size size;
+        if (getCameraResolution(i, &size.width, &size.height) == 0) {
+            sizes.push_back(size);
+        }
+    }
+    return sizes;
+}
+
+Capture chooseCapture(int index, std::optional<Format> format, std::optional<Size> size) {
+    requireCamera(index);
+    for (const Format candidate : {Format::kMjpeg, Format::kYuyv}) {
+        if (format && *format != candidate) {
+            continue;
+        }
+        const std::vector<Size> offered = offeredSizes(index, candidate);
+        if (!offered.empty()) {
+            return {candidate, choose(index, candidate, offered, size)};
+        }
+    }
+    failWithoutSizes(index, format);
+}
+
+} // namespace doccam::host

@@ -1,0 +1,41 @@
+#include "camera/controls.h"
+
+#include <doccam/doccam.h>
+
+namespace doccam::host {
+namespace {
+
+constexpr int kNoControl = -10001;
+
+} // namespace
+
+std::optional<int> selectorOf(const std::string& name) {
+    for (const ControlName& control : kControlNames) {
+        if (name == control.text) {
+            return control.selector;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<ControlState> readControl(int selector) {
+    ControlState state;
+    if (GetVideoCtlParam(selector, &state.minimum, &state.maximum, &state.defaultValue,
+                         &state.value) != 0) {
+        return std::nullopt;
+    }
+    return state;
+}
+
+// Gamma is written to the control used last, so it is read first.
+bool writeControl(int selector, int value) {
+    return readControl(selector) && SetVideoCtlParam(selector, value) == 0;
+}
+
+bool resetControl(int selector) {
+    const auto state = readControl(selector);
+    const int result = state ? SetVideoCtlDefaultParam(selector) : kNoControl;
+    return state && result == state->defaultValue;
+}
+
+} // namespace doccam::host

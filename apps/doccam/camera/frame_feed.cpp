@@ -1,0 +1,86 @@
+#include "camera/frame_feed.h"
+
+#include <doccam/doccam.h>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace doccam::host {
+
+// Never destroyed: the library may still call while the process ends.
+FrameFeed& FrameFeed::instance() {
+    static FrameFeed& feed = *new FrameFeed;
+    return feed;
+}
+
+FrameFeed::FrameFeed()
+  : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    SetDataCallback(onFrame);
+    SetFaultCallback(onFault);
+}
+
+FrameFeed::~FrameFeed() = default;
+
+void FrameFeed::listen(Listener listener) {
+    const std::lock_guard lock(listening_);
+    listener_ = std::move(listener);
+}
+
+std::uint64_t FrameFeed::frames() const {
+    const std::lock_guard lock(mutex_);
+    return frames_;
+}
+
+std::optional<std::string> FrameFeed::ended() const {
+    const std::lock_guard lock(mutex_);
+    return ended_;
+}
+
+std::string FrameFeed::takeFault() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(fault_, {});
+}
+
+void FrameFeed::acknowledge() const {
+    eventfd_t count = 0;
+    eventfd_read(descriptor_, &count);
+}
+
+void FrameFeed::restart() {
+    const std::lock_guard lock(mutex_);
+    frames_ = 0;
+    ended_.reset();
+    fault_.clear();
+}
+
+void FrameFeed::onFrame(unsigned char* pixels, int width, int height) {
+    FrameFeed& feed = instance();
+    {
+        const std::lock_guard lock(feed.listening_);
+        if (feed.listener_) {
+            feed.listener_(pixels, width, height);
+        }
+    }
+    {
+        const std::lock_guard lock(feed.mutex_);
+        ++feed.frames_;
+    }
+    feed.announce();
+}
+
+void FrameFeed::onFault(int fault, const char* message) {
+    FrameFeed& feed = instance();
+    {
+        const std::lock_guard lock(feed.mutex_);
+        (fault == DOCCAM_FAULT_STREAM_ENDED ? feed.ended_.emplace() : feed.fault_) = message;
+    }
+    feed.announce();
+}
+
+void FrameFeed::announce() const {
+    eventfd_write(descriptor_, 1);
+}
+
+} // namespace doccam::host

@@ -1,0 +1,76 @@
+#include "command_line.h"
+
+#include "commands/commands.h"
+#include "commands/option_checks.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+namespace doccam::host {
+namespace {
+
+constexpr int kMostCameras = 9;
+
+constexpr const char* kFooter = R"(Exit codes:
+  0 done, 1 nothing found, 2 usage, 3 no camera, 4 camera failed,
+  5 file could not be written, 130 interrupted
+
+Examples:
+  doccam list
+  doccam scan letter.pdf
+  doccam --virtual scan demo.pdf --auto --pages 3)";
+
+// What the parser stores for a flag that is given without a value.
+constexpr const char* kBareFlag = "true";
+
+void addGlobalOptions(CLI::App& app, Context& context) {
+    GlobalOptions& options = context.options;
+    app.add_flag_function(
+        "--verbose", [&options](std::int64_t /*count*/) { options.verbose = true; },
+        "Print the library's diagnostics on standard error");
+    app.add_flag_function(
+        "--json", [&options](std::int64_t /*count*/) { options.json = true; },
+        "Print results as JSON");
+    app.add_option("--camera", options.camera, "The camera to use, as doccam list numbers them")
+        ->type_name("INDEX")
+        ->check(between(0, kMostCameras - 1));
+    std::string& photo = context.virtualCamera.photo;
+    app.add_flag("--virtual", photo,
+                 "Use virtual cameras; --virtual=PHOTO has them look at that picture");
+    app.final_callback([&app, &context, &photo] {
+        context.options.virtualCamera = app.count("--virtual") > 0;
+        photo = photo == kBareFlag ? "" : photo;
+    });
+}
+
+void addCommands(CLI::App& app, Context& context) {
+    addListCommand(app, context);
+    addSizesCommand(app, context);
+    addCaptureCommand(app, context);
+    addScanCommand(app, context);
+    addReadCommand(app, context);
+    addControlsCommand(app, context);
+    addFocusCommand(app, context);
+    addPdfCommand(app, context);
+    addCleanCommand(app, context);
+    addDoctorCommand(app, context);
+    addServeCommand(app, context);
+}
+
+} // namespace
+
+std::unique_ptr<CLI::App> makeCommandLine(Context& context) {
+    auto app = std::make_unique<CLI::App>("Document cameras: frames, pages, codes", "doccam");
+    app->set_version_flag("--version", std::string("doccam ") + DOCCAM_VERSION,
+                          "Print the version and exit");
+    app->set_help_flag("-h,--help", "Print this help and exit");
+    app->footer(kFooter);
+    app->require_subcommand(1);
+    // Global options may stand behind the command's name too.
+    app->fallthrough();
+    addGlobalOptions(*app, context);
+    addCommands(*app, context);
+    return app;
+}
+
+} // namespace doccam::host

@@ -1,0 +1,145 @@
+// doccam clean: whitens margins and paper of picture files.
+#include "commands/commands.h"
+#include "commands/option_checks.h"
+#include "host/context.h"
+#include "host/failure.h"
+#include "host/output_file.h"
+#include "host/own_output.h"
+#include "host/written_file.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct CleanOptions {
+    std::vector<std::string> files;
+    std::string folder;
+    bool inPlace = false;
+    bool edges = false;
+    bool background = false;
+    bool brightSheet = false;
+    int quality = 95;
+    bool force = false;
+};
+
+fs::path targetOf(const fs::path& file, const CleanOptions& options) {
+    if (options.inPlace) {
+        return file;
+    }
+    if (!options.folder.empty()) {
+        return fs::path(options.folder) / file.filename();
+    }
+    fs::path target = file;
+    return target.replace_filename(file.stem().string() + "-clean" + file.extension().string());
+}
+
+cv::Mat readPage(const std::string& file) {
+    cv::Mat page = cv::imread(file, cv::IMREAD_COLOR);
+    if (page.empty()) {
+        throw Failure(kUsage, "The file " + file +
+                                  " is no readable picture; give JPEG, PNG, TIFF "
+                                  "or BMP files.");
+    }
+    return page;
+}
+
+// The library does this to files only.
+cv::Mat withoutDimMargins(const cv::Mat& page, const OutputFile& target) {
+    std::string work = target.part("work.png");
+    if (!cv::imwrite(work, page)) {
+        throw Failure(kFileFailed, target.target().string() +
+                                       " could not be written; look whether the disk is full.");
+    }
+    FN_DeleteBlackEdgeEx2(work.data());
+    return readPage(work);
+}
+
+// Neither chosen means both.
+cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& target) {
+    const bool both = options.edges == options.background;
+    if (options.brightSheet) {
+        page = withoutDimMargins(page, target);
+    } else if (both || options.edges) {
+        FN_DeleteBlackEdge(page);
+    }
+    if (both || options.background) {
+        FN_DeleteBackcolor(page);
+    }
+    return page;
+}
+
+WrittenFile cleanFile(const std::string& file, const CleanOptions& options) {
+    cv::Mat page = readPage(file);
+    OutputFile target(targetOf(file, options), options.force);
+    page = cleaned(page, options, target);
+    const std::string draft = target.draft();
+    if (!cv::imwrite(draft, page, {cv::IMWRITE_JPEG_QUALITY, options.quality})) {
+        throw Failure(kFileFailed, target.target().string() +
+                                       " could not be written; look whether the disk is full.");
+    }
+    target.publish(draft);
+    return describeFile(target.target().string());
+}
+
+int clean(const Context& context, const CleanOptions& options) {
+    Json array = Json::array();
+    for (const std::string& file : options.files) {
+        context.interrupt->check();
+        const WrittenFile written = cleanFile(file, options);
+        array.push_back(asJson(written));
+        if (!context.options.json) {
+            printLine(asText(written));
+        }
+    }
+    if (context.options.json) {
+        printJson(array);
+    }
+    return kDone;
+}
+
+} // namespace
+
+void addCleanCommand(CLI::App& app, Context& context) {
+    const auto options = std::make_shared<CleanOptions>();
+    CLI::App* command =
+        app.add_subcommand("clean", "Whiten the margins and the paper of picture files");
+    command
+        ->add_option("FILE", options->files,
+                     "Pictures to clean; NAME.jpg is written as NAME-clean.jpg beside it")
+        ->required()
+        ->type_name("");
+    command->add_flag("--edges", options->edges, "Only whiten the dark margins around the sheet");
+    command->add_flag("--background", options->background, "Only whiten the paper");
+    command->add_flag("--bright-sheet", options->brightSheet,
+                      "Whiten all but what is bright, for desks that are not black");
+    CLI::Option* into =
+        command
+            ->add_option("--into", options->folder, "Write into this folder, under the same name")
+            ->type_name("FOLDER");
+    CLI::Option* force = command->add_flag("--force", options->force, "Replace files that exist");
+    command->add_flag("--in-place", options->inPlace, "Replace the pictures themselves")
+        ->needs(force)
+        ->excludes(into);
+    command->add_option("--quality", options->quality, "Quality of JPEG files, 0 to 100")
+        ->check(between(0, 100))
+        ->type_name("N");
+    command->footer("Examples:\n"
+                    "  doccam clean page.jpg\n"
+                    "  doccam clean --edges --bright-sheet --into cleaned *.jpg\n"
+                    "  doccam clean --in-place --force page.png");
+    command->callback([&context, options] {
+        context.run = [&context, options] { return clean(context, *options); };
+    });
+}
+
+} // namespace doccam::host

@@ -1,0 +1,23 @@
+// The commands. Each adds its name, options and help to the command line, and sets context.run when
+// it is the chosen one.
+#pragma once
+
+#include <CLI/App.hpp>
+
+namespace doccam::host {
+
+struct Context;
+
+void addListCommand(CLI::App& app, Context& context);
+void addServeCommand(CLI::App& app, Context& context);
+void addSizesCommand(CLI::App& app, Context& context);
+void addCaptureCommand(CLI::App& app, Context& context);
+void addScanCommand(CLI::App& app, Context& context);
+void addReadCommand(CLI::App& app, Context& context);
+void addControlsCommand(CLI::App& app, Context& context);
+void addFocusCommand(CLI::App& app, Context& context);
+void addPdfCommand(CLI::App& app, Context& context);
+void addCleanCommand(CLI::App& app, Context& context);
+void addDoctorCommand(CLI::App& app, Context& context);
+
+} // namespace doccam::host

@@ -1,0 +1,43 @@
+// doccam list: the cameras that are attached.
+#include "camera/cameras.h"
+#include "commands/commands.h"
+#include "host/context.h"
+#include "host/failure.h"
+#include "host/own_output.h"
+
+namespace doccam::host {
+namespace {
+
+constexpr const char* kNoName = "(cannot be opened; run doccam doctor)";
+
+int list(const Context& context) {
+    const std::vector<Camera> cameras = attachedCameras();
+    Json array = Json::array();
+    for (const Camera& camera : cameras) {
+        array.push_back({{"index", camera.index}, {"name", camera.name}});
+        if (!context.options.json) {
+            printLine(std::to_string(camera.index) + "  " +
+                      (camera.name.empty() ? kNoName : camera.name));
+        }
+    }
+    if (context.options.json) {
+        printJson(array);
+    }
+    if (cameras.empty()) {
+        throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
+                                 "doccam doctor.");
+    }
+    return kDone;
+}
+
+} // namespace
+
+void addListCommand(CLI::App& app, Context& context) {
+    CLI::App* command = app.add_subcommand("list", "List the cameras that are attached");
+    command->footer("Examples:\n"
+                    "  doccam list\n"
+                    "  doccam list --json");
+    command->callback([&context] { context.run = [&context] { return list(context); }; });
+}
+
+} // namespace doccam::host

@@ -1,0 +1,55 @@
+// doccam pdf: image files as the pages of one PDF.
+#include "commands/commands.h"
+#include "host/context.h"
+#include "host/failure.h"
+#include "host/own_output.h"
+#include "host/pdf_file.h"
+#include "host/written_file.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+struct PdfOptions {
+    std::string target;
+    std::vector<std::string> images;
+    bool force = false;
+};
+
+int pdf(const Context& context, const PdfOptions& options) {
+    if (!isPdfName(options.target)) {
+        throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
+    }
+    OutputFile file(options.target, options.force);
+    publishPdf(file, options.images);
+    const WrittenFile written = describeFile(file.target().string());
+    if (context.options.json) {
+        Json object = asJson(written);
+        object["pages"] = options.images.size();
+        printJson(object);
+    } else {
+        printLine(asText(written));
+    }
+    return kDone;
+}
+
+} // namespace
+
+void addPdfCommand(CLI::App& app, Context& context) {
+    const auto options = std::make_shared<PdfOptions>();
+    CLI::App* command = app.add_subcommand("pdf", "Make one PDF of image files");
+    command->add_option("OUT", options->target, "The PDF to write")->required()->type_name("");
+    command->add_option("IMAGE", options->images, "Its pages, in order")->required()->type_name("");
+    command->add_flag("--force", options->force, "Replace a file that exists");
+    command->footer("Examples:\n"
+                    "  doccam pdf letter.pdf page1.jpg page2.jpg\n"
+                    "  doccam pdf --force all.pdf *.png");
+    command->callback([&context, options] {
+        context.run = [&context, options] { return pdf(context, *options); };
+    });
+}
+
+} // namespace doccam::host

@@ -1,0 +1,70 @@
+#include "commands/still_options.h"
+
+#include "commands/option_checks.h"
+#include "host/context.h"
+
+#include <map>
+
+namespace doccam::host {
+namespace {
+
+const std::map<std::string, Format> kFormats{{"mjpeg", Format::kMjpeg}, {"yuyv", Format::kYuyv}};
+const std::map<std::string, Colour> kColours{
+    {"colour", Colour::kColour}, {"grey", Colour::kGrey}, {"bw", Colour::kBlackAndWhite}};
+const std::map<std::string, int> kTurns{{"0", 0}, {"90", 1}, {"180", 2}, {"270", 3}};
+
+constexpr int kBestQuality = 100;
+
+// Adds an option whose value is one of the map's names; says so when it is not.
+template <typename Value, typename Store>
+CLI::Option* addChoice(CLI::App& command, const std::string& name,
+                       const std::map<std::string, Value>& choices, const std::string& help,
+                       Store store) {
+    std::vector<std::string> names;
+    for (const auto& [choice, value] : choices) {
+        names.push_back(choice);
+    }
+    return command
+        .add_option_function<std::string>(
+            name, [&choices, store](const std::string& choice) { store(choices.at(choice)); }, help)
+        ->check(oneOf(names))
+        ->type_name("CHOICE");
+}
+
+std::string refuseOddSize(const std::string& text) {
+    return parseSize(text) ? "" : text + " is no size; write it as 1280x960";
+}
+
+} // namespace
+
+void addCaptureOptions(CLI::App& command, StillOptions& options) {
+    command
+        .add_option_function<std::string>(
+            "--size", [&options](const std::string& text) { options.size = parseSize(text); },
+            "Frame size; the largest unless given")
+        ->check(refuseOddSize)
+        ->type_name("WIDTHxHEIGHT");
+    addChoice(command, "--format", kFormats, "Pixel format: mjpeg or yuyv",
+              [&options](Format format) { options.format = format; });
+}
+
+void addPageOptions(CLI::App& command, PageSettings& page) {
+    addChoice(command, "--rotate", kTurns, "Turn clockwise by 0, 90, 180 or 270 degrees",
+              [&page](int turns) { page.quarterTurns = turns; });
+    addChoice(command, "--colour,--color", kColours, "colour, grey or bw (black and white)",
+              [&page](Colour colour) { page.colour = colour; });
+    command.add_flag("--clean-edges", page.cleanEdges, "Whiten the dark margins around the sheet");
+    command.add_flag("--clean-background", page.cleanBackground, "Whiten the paper");
+    command.add_option("--quality", page.quality, "Quality of JPEG files and of pages, 0 to 100")
+        ->check(between(0, kBestQuality))
+        ->type_name("N");
+}
+
+std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options) {
+    const int camera = context.options.camera;
+    const Capture capture = chooseCapture(camera, options.format, options.size);
+    apply(options.page);
+    return std::make_unique<CameraSession>(camera, capture, *context.interrupt);
+}
+
+} // namespace doccam::host

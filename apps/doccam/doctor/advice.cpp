@@ -1,0 +1,174 @@
+#include "doctor/advice.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+
+namespace doccam::host {
+namespace {
+
+using List = std::vector<Advice>;
+
+std::string titleOf(const Node& node) {
+    return node.path + (node.name.empty() ? "" : " (" + node.name + ")");
+}
+
+void addTrouble(List& list, const Node& node, const std::string& what, const std::string& remedy) {
+    list.push_back({Level::kTrouble, titleOf(node), what, remedy});
+}
+
+std::string holdersText(const std::vector<Holder>& holders) {
+    std::string text;
+    for (const Holder& holder : holders) {
+        text += (text.empty() ? "" : ", ") + holder.name + " (process " +
+                std::to_string(holder.process) + ")";
+    }
+    return text;
+}
+
+void adviseOnUse(List& list, const Node& node) {
+    if (node.holders.empty()) {
+        addTrouble(list, node, "is in use by a program that cannot be seen from here",
+                   "Run sudo doccam doctor to see which, and end it.");
+    } else {
+        addTrouble(list, node, "is in use by " + holdersText(node.holders),
+                   "End that program, then try again.");
+    }
+}
+
+constexpr const char* kSeatRule =
+    "let whoever sits at the machine use it: put SUBSYSTEM==\"video4linux\", TAG+=\"uaccess\" into "
+    "/etc/udev/rules.d/70-doccam.rules and plug it in again.";
+
+// A node of root's own group has missed the system's rules; nobody is to join that group.
+void adviseOnPermission(List& list, const Node& node) {
+    if (node.group.empty() || node.group == "root") {
+        addTrouble(list, node, "may be opened by root only",
+                   std::string("Belong to the group video, and give the node to it; or ") +
+                       kSeatRule);
+    } else {
+        addTrouble(list, node, "may not be opened by you; it belongs to the group " + node.group,
+                   "Join the group with sudo usermod -aG " + node.group +
+                       " $USER and log in again; or " + kSeatRule);
+    }
+}
+
+void adviseOnRequest(List& list, const Node& node) {
+    const Trial& trial = node.trial;
+    if (trial.error == EBUSY) {
+        adviseOnUse(list, node);
+    } else if (trial.error == ENOSPC) {
+        addTrouble(list, node, "gets too little USB bandwidth for " + trial.capture,
+                   "Plug it into a socket of its own, straight into the machine and not into a "
+                   "hub; or choose mjpeg and a smaller --size.");
+    } else {
+        addTrouble(list, node,
+                   "fails at " + trial.step + " for " + trial.capture + ": " +
+                       std::strerror(trial.error),
+                   "Unplug it, plug it in again, and look at the end of sudo dmesg.");
+    }
+}
+
+std::string ofFrames(int count, const Trial& trial) {
+    return std::to_string(count) + " of " + std::to_string(trial.frames) + " frames of " +
+           trial.capture;
+}
+
+void adviseOnFrames(List& list, const Node& node) {
+    const Trial& trial = node.trial;
+    if (trial.frames == 0) {
+        addTrouble(list, node, "sends no frames of " + trial.capture,
+                   "Unplug it and plug it in again; try another cable and another socket.");
+        return;
+    }
+    if (trial.shortFrames > 0) {
+        addTrouble(list, node, "sends " + ofFrames(trial.shortFrames, trial) + " cut short",
+                   "Use a shorter cable and a socket in the machine itself; choose a smaller "
+                   "--size.");
+    }
+    if (trial.framesWithoutJpeg > 0) {
+        addTrouble(list, node, "sends no JPEG in " + ofFrames(trial.framesWithoutJpeg, trial),
+                   "Choose --format yuyv, which this camera may do better.");
+    }
+    if (trial.shortFrames == 0 && trial.framesWithoutJpeg == 0) {
+        list.push_back(
+            {Level::kWell, titleOf(node),
+             "works: " + std::to_string(trial.frames) + " sound frames of " + trial.capture, ""});
+    }
+}
+
+void adviseOnModel(List& list, const Node& node, const ModelTable& table) {
+    if (!node.supported && !node.vendor.empty()) {
+        list.push_back({Level::kNote, titleOf(node), "is not among the supported models",
+                        "If it is a document camera, add the row \"" + modelRow(node) + "\" to " +
+                            table.addTo + ", or run doccam doctor --add."});
+    }
+    if (node.secondOfModel) {
+        list.push_back({Level::kNote, titleOf(node),
+                        "is the second camera of its model, and only "
+                        "the first of a model is found",
+                        "Unplug the first to use this one."});
+    }
+}
+
+void adviseOnNode(List& list, const Node& node, const ModelTable& table) {
+    adviseOnModel(list, node, table);
+    if (node.openError == EACCES || node.openError == EPERM) {
+        adviseOnPermission(list, node);
+    } else if (node.openError == EBUSY) {
+        adviseOnUse(list, node);
+    } else if (node.openError != 0) {
+        addTrouble(list, node, std::string("cannot be opened: ") + std::strerror(node.openError),
+                   "Unplug it and plug it in again.");
+    } else if (node.trial.held && node.trial.error != 0) {
+        adviseOnRequest(list, node);
+    } else if (node.trial.held) {
+        adviseOnFrames(list, node);
+    }
+}
+
+} // namespace
+
+std::string nameOf(Level level) {
+    switch (level) {
+    case Level::kWell:
+        return "ok";
+    case Level::kNote:
+        return "note";
+    default:
+        return "trouble";
+    }
+}
+
+std::vector<Advice> adviceOn(const Findings& findings) {
+    List list;
+    if (!findings.deviceManager) {
+        list.push_back({Level::kTrouble, "udev", "the device manager does not answer",
+                        "Start it with sudo systemctl start systemd-udevd; a container needs the "
+                        "machine's /run/udev."});
+    } else if (findings.nodes.empty()) {
+        list.push_back({Level::kTrouble, "cameras", "there is no video node",
+                        "Plug a camera in. If lsusb lists it, load its driver with sudo modprobe "
+                        "uvcvideo."});
+    }
+    if (!findings.table.error.empty()) {
+        list.push_back({Level::kTrouble, findings.table.file,
+                        "is not used as the table of models: " + findings.table.error,
+                        "Correct it; until then the built-in table counts."});
+    }
+    for (const Node& node : findings.nodes) {
+        adviseOnNode(list, node, findings.table);
+    }
+    return list;
+}
+
+// The name is the device's own word, and must not end the line.
+std::string modelRow(const Node& node) {
+    std::string name = node.name;
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
+    return node.vendor + ":" + node.product + (name.empty() ? "" : "  # " + name);
+}
+
+} // namespace doccam::host

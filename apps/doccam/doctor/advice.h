@@ -1,0 +1,28 @@
+// From findings to plain advice.
+#pragma once
+
+#include "doctor/findings.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+enum class Level { kWell, kNote, kTrouble };
+
+struct Advice {
+    Level level = Level::kNote;
+    std::string subject; // a node, a file, or "cameras"
+    std::string what;
+    std::string remedy; // empty where nothing is to be done
+};
+
+// "ok", "note" and "trouble".
+std::string nameOf(Level level);
+
+std::vector<Advice> adviceOn(const Findings& findings);
+
+// The line for the table of models: "vvvv:pppp  # name".
+std::string modelRow(const Node& node);
+
+} // namespace doccam::host

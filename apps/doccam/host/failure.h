@@ -1,0 +1,40 @@
+// How a command ends other than well: an exit code, and one sentence for the user.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace doccam::host {
+
+// What the process returns; documented in docs/command-line.md.
+enum ExitCode {
+    kDone = 0,
+    kNothingFound = 1,
+    kUsage = 2,
+    kNoCamera = 3,
+    kCameraFailed = 4,
+    kFileFailed = 5,
+    kInterrupted = 130
+};
+
+// The message says what failed, which one, and what to do; it has no newline and no program name.
+class Failure : public std::runtime_error {
+  public:
+    Failure(ExitCode code, const std::string& message)
+      : std::runtime_error(message)
+      , code_(code) {}
+
+    ExitCode code() const { return code_; }
+
+  private:
+    ExitCode code_;
+};
+
+// The user has asked for the end with Ctrl-C, or the system with SIGTERM or SIGHUP.
+class Interruption : public Failure {
+  public:
+    Interruption()
+      : Failure(kInterrupted, "interrupted") {}
+};
+
+} // namespace doccam::host

@@ -1,0 +1,42 @@
+#include "host/line_input.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+
+namespace doccam::host {
+
+int LineInput::descriptor() const {
+    return ended_ ? -1 : STDIN_FILENO;
+}
+
+std::optional<std::string> LineInput::takeLine() {
+    readAvailable();
+    if (lines_.empty()) {
+        return std::nullopt;
+    }
+    std::string line = std::move(lines_.front());
+    lines_.pop_front();
+    return line;
+}
+
+void LineInput::readAvailable() {
+    pollfd state{descriptor(), POLLIN, 0};
+    while (!ended_ && poll(&state, 1, 0) > 0) {
+        std::array<char, 256> chunk{};
+        const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
+        ended_ = count <= 0;
+        for (ssize_t i = 0; i < count; ++i) {
+            const char letter = chunk[static_cast<std::size_t>(i)];
+            if (letter == '\n') {
+                lines_.push_back(std::move(begun_));
+                begun_.clear();
+            } else {
+                begun_ += letter;
+            }
+        }
+    }
+}
+
+} // namespace doccam::host

@@ -1,0 +1,107 @@
+#include "host/output_file.h"
+
+#include "host/failure.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void failToWrite(const fs::path& target, const std::string& why) {
+    throw Failure(kFileFailed, target.string() + " could not be written: " + why);
+}
+
+[[noreturn]] void refuseToReplace(const fs::path& target) {
+    throw Failure(kFileFailed, target.string() +
+                                   " exists already; choose another name, or add --force to "
+                                   "replace it.");
+}
+
+// A link is followed, so that the file it names is replaced and not the link.
+fs::path resolved(const fs::path& target) {
+    std::error_code error;
+    const fs::path followed = fs::canonical(target, error);
+    return error ? target : followed;
+}
+
+void refuseOddTargets(const fs::path& target, bool force) {
+    std::error_code ignored;
+    if (!target.has_filename()) {
+        failToWrite(target, "the name is that of a folder; name a file.");
+    }
+    const fs::file_status status = fs::symlink_status(target, ignored);
+    if (!fs::exists(status)) {
+        return;
+    }
+    if (!fs::is_regular_file(status)) {
+        failToWrite(target, "it is no regular file; choose another name.");
+    }
+    if (!force) {
+        refuseToReplace(target);
+    }
+}
+
+fs::path makeWorkFolder(const fs::path& target) {
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const std::string pattern = (folder / ".doccam-XXXXXX").string();
+    std::vector<char> name(pattern.c_str(), pattern.c_str() + pattern.size() + 1);
+    if (mkdtemp(name.data()) == nullptr) {
+        failToWrite(target, "its folder cannot be used (" + std::string(std::strerror(errno)) +
+                                "); choose another folder.");
+    }
+    return name.data();
+}
+
+// Some file systems cannot rename without replacing; a second name does the same there.
+int renameWithoutReplacing(const char* from, const char* to) {
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    return errno == EINVAL || errno == ENOSYS ? link(from, to) : -1;
+}
+
+} // namespace
+
+OutputFile::OutputFile(const fs::path& target, bool force)
+  : target_(target)
+  , place_(force ? resolved(target) : target)
+  , force_(force) {
+    refuseOddTargets(place_, force_);
+    work_ = makeWorkFolder(place_);
+}
+
+OutputFile::~OutputFile() {
+    std::error_code ignored;
+    fs::remove_all(work_, ignored);
+}
+
+std::string OutputFile::part(const std::string& name) const {
+    return (work_ / name).string();
+}
+
+std::string OutputFile::draft() const {
+    return part("draft" + target_.extension().string());
+}
+
+void OutputFile::publish(const std::string& path) {
+    const int result = force_ ? std::rename(path.c_str(), place_.c_str())
+                              : renameWithoutReplacing(path.c_str(), place_.c_str());
+    if (result == 0) {
+        return;
+    }
+    if (errno == EEXIST) {
+        refuseToReplace(target_);
+    }
+    failToWrite(target_, std::string(std::strerror(errno)) + "; choose another folder.");
+}
+
+} // namespace doccam::host

@@ -1,0 +1,95 @@
+#include "host/own_output.h"
+
+#include "host/failure.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cctype>
+
+namespace doccam::host {
+namespace {
+
+std::FILE* ownOut = stdout;
+std::FILE* ownErr = stderr;
+
+// The stream behind a second descriptor for what descriptor is; null when it is not open.
+std::FILE* keep(int descriptor) {
+    const int kept = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    return kept < 0 ? nullptr : fdopen(kept, "w");
+}
+
+void redirect(int descriptor, int target) {
+    if (target < 0 || dup2(target, descriptor) < 0) {
+        throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close "
+                                   "other programs and try again.");
+    }
+}
+
+} // namespace
+
+void divertLibraryLines(bool verbose) {
+    std::fflush(stdout);
+    if (std::FILE* kept = keep(STDERR_FILENO)) {
+        ownErr = kept;
+        setvbuf(ownErr, nullptr, _IOLBF, 0);
+    }
+    // Without a standard output there is nothing to keep apart.
+    std::FILE* kept = keep(STDOUT_FILENO);
+    if (kept == nullptr) {
+        return;
+    }
+    ownOut = kept;
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    redirect(STDOUT_FILENO, verbose ? STDERR_FILENO : nowhere);
+    // The code reader warns there of its own tables; a sanitizer's report must be seen.
+    if (!verbose && !DOCCAM_SANITIZED) {
+        redirect(STDERR_FILENO, nowhere);
+    }
+    close(nowhere);
+}
+
+std::FILE* out() {
+    return ownOut;
+}
+
+std::FILE* err() {
+    return ownErr;
+}
+
+void complain(const std::string& message) {
+    std::fprintf(ownErr, "doccam: %s\n", message.c_str());
+}
+
+std::string harmless(const std::string& text) {
+    constexpr const char* kDigits = "0123456789abcdef";
+    std::string shown;
+    for (const char letter : text) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (std::iscntrl(code) == 0 || letter == '\n' || letter == '\t') {
+            shown += letter;
+        } else {
+            shown += {'\\', 'x', kDigits[code / 16], kDigits[code % 16]};
+        }
+    }
+    return shown;
+}
+
+void printLine(const std::string& line) {
+    const std::string text = isatty(fileno(ownOut)) == 1 ? harmless(line) : line;
+    std::fwrite(text.data(), 1, text.size(), ownOut);
+    std::fputc('\n', ownOut);
+}
+
+void printJson(const Json& value) {
+    printLine(value.dump(2, ' ', false, Json::error_handler_t::replace));
+}
+
+void finishOutput() {
+    if (std::fflush(ownOut) != 0 || std::ferror(ownOut) != 0) {
+        throw Failure(kFileFailed, "Standard output could not be written; look whether its reader "
+                                   "has ended or its disk is full.");
+    }
+}
+
+} // namespace doccam::host

@@ -1,0 +1,19 @@
+// Image files as the pages of one PDF.
+#pragma once
+
+#include "host/output_file.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+// Whether name ends as a PDF's does, in any case of letters.
+bool isPdfName(const std::string& name);
+
+// Writes the images, files of OpenCV's types, as the pages of a PDF and publishes it as file. One
+// image pixel becomes one point. Throws Failure that names an image that cannot be read, or the
+// file.
+void publishPdf(OutputFile& file, const std::vector<std::string>& images);
+
+} // namespace doccam::host

@@ -1,0 +1,23 @@
+// How far a command is, on standard error.
+#pragma once
+
+#include <string>
+
+namespace doccam::host {
+
+// On a terminal one line that is written over; elsewhere a line each.
+class ProgressLine {
+  public:
+    ProgressLine();
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void show(const std::string& text);
+
+  private:
+    bool terminal_;
+    bool open_ = false;
+};
+
+} // namespace doccam::host

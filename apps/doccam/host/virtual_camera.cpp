@@ -1,0 +1,80 @@
+#include "host/virtual_camera.h"
+
+#include "host/failure.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Set for the process under the launcher, which would otherwise start another one.
+constexpr const char* kUnderLauncher = "DOCCAM_UNDER_VIRTUALCAM";
+
+fs::path ownPath() {
+    return fs::read_symlink("/proc/self/exe");
+}
+
+// In the build folder, or in an installed tree.
+fs::path findLauncher() {
+    const fs::path folder = ownPath().parent_path();
+    for (const char* candidate : {DOCCAM_LAUNCHER_FROM_BUILD, DOCCAM_LAUNCHER_FROM_BIN}) {
+        std::error_code ignored;
+        if (fs::path launcher = folder / candidate; fs::exists(launcher, ignored)) {
+            return launcher.lexically_normal();
+        }
+    }
+    throw Failure(kNoCamera, "The virtual camera is not installed with this program; install it "
+                             "whole, or leave out --virtual.");
+}
+
+void refuseUnreadable(const std::string& photo) {
+    if (access(photo.c_str(), R_OK) != 0) {
+        throw Failure(kUsage, "The photo " + photo + " cannot be read (" + std::strerror(errno) +
+                                  "); give --virtual= the name of a JPEG or PNG file.");
+    }
+}
+
+std::vector<std::string> launcherCommand(const VirtualCameraRequest& request, char** argv) {
+    std::vector<std::string> command{findLauncher().string()};
+    if (!request.photo.empty()) {
+        refuseUnreadable(request.photo);
+        command.insert(command.end(), {"--photo", request.photo});
+    }
+    if (request.sheetFrames > 0) {
+        command.insert(command.end(), {"--sheet-frames", std::to_string(request.sheetFrames)});
+    }
+    command.insert(command.end(), {"--", ownPath().string()});
+    for (char** argument = argv + 1; *argument != nullptr; ++argument) {
+        command.emplace_back(*argument);
+    }
+    return command;
+}
+
+} // namespace
+
+void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv) {
+    if (std::getenv(kUnderLauncher) != nullptr) {
+        return;
+    }
+    std::vector<std::string> command = launcherCommand(request, argv);
+    std::vector<char*> arguments;
+    for (std::string& argument : command) {
+        arguments.push_back(argument.data());
+    }
+    arguments.push_back(nullptr);
+    setenv(kUnderLauncher, "1", 1);
+    execv(arguments[0], arguments.data());
+    throw Failure(kNoCamera, "The virtual camera's launcher " + command[0] +
+                                 " cannot be started (" + std::strerror(errno) +
+                                 "); install it again.");
+}
+
+} // namespace doccam::host

@@ -1,0 +1,48 @@
+#include "host/written_file.h"
+
+#include "host/failure.h"
+#include "host/pdf_file.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <filesystem>
+
+namespace doccam::host {
+
+void refuseUnknownType(const std::string& name) {
+    if (!isPdfName(name) && !cv::haveImageWriter(name)) {
+        throw Failure(kUsage, "The name " + name +
+                                  " ends in no known file type; let it end in "
+                                  ".jpg, .png, .tif, .bmp or .pdf.");
+    }
+}
+
+WrittenFile describeFile(const std::string& path) {
+    WrittenFile file{path};
+    std::error_code ignored;
+    file.bytes = std::filesystem::file_size(path, ignored);
+    if (!isPdfName(path)) {
+        const cv::Mat picture = cv::imread(path, cv::IMREAD_UNCHANGED);
+        file.width = picture.cols;
+        file.height = picture.rows;
+    }
+    return file;
+}
+
+std::string asText(const WrittenFile& file) {
+    const std::string size =
+        file.width > 0 ? std::to_string(file.width) + "x" + std::to_string(file.height) + "  " : "";
+    return file.path + "  " + size + std::to_string(file.bytes) + " bytes";
+}
+
+Json asJson(const WrittenFile& file) {
+    Json object{{"file", file.path}};
+    if (file.width > 0) {
+        object["width"] = file.width;
+        object["height"] = file.height;
+    }
+    object["bytes"] = file.bytes;
+    return object;
+}
+
+} // namespace doccam::host

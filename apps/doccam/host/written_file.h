@@ -1,0 +1,27 @@
+// What a command says of a picture or PDF that it has written.
+#pragma once
+
+#include "host/own_output.h"
+
+#include <cstdint>
+#include <string>
+
+namespace doccam::host {
+
+struct WrittenFile {
+    std::string path;
+    int width = 0; // pixels; 0 for a PDF
+    int height = 0;
+    std::uintmax_t bytes = 0;
+};
+
+// Throws Failure unless name's extension is one that pictures or PDFs are written as.
+void refuseUnknownType(const std::string& name);
+
+WrittenFile describeFile(const std::string& path);
+
+// "page.jpg  3264x2448  1234567 bytes"
+std::string asText(const WrittenFile& file);
+Json asJson(const WrittenFile& file);
+
+} // namespace doccam::host

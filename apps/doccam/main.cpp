@@ -1,0 +1,81 @@
+// doccam: document cameras from the command line.
+#include "command_line.h"
+#include "host/failure.h"
+#include "host/own_output.h"
+
+#include <opencv2/core/utils/logger.hpp>
+
+#include <algorithm>
+#include <exception>
+
+namespace {
+
+using namespace doccam::host;
+
+// The first word that is no option; empty when there is none.
+std::string commandWord(int argc, char** argv) {
+    const auto* word =
+        std::find_if(argv + 1, argv + argc, [](const char* argument) { return *argument != '-'; });
+    return word == argv + argc ? "" : *word;
+}
+
+std::string usageMessage(const CLI::App& app, const CLI::ParseError& error,
+                         const std::string& word) {
+    if (app.get_subcommands().empty() && !word.empty()) {
+        return "There is no command \"" + word + "\"";
+    }
+    return error.what();
+}
+
+// Reads the command line; an exit code when there is nothing to run.
+std::optional<int> parse(CLI::App& app, int argc, char** argv) {
+    try {
+        app.parse(argc, argv);
+        return std::nullopt;
+    } catch (const CLI::Success& wish) {
+        const int code = app.exit(wish);
+        finishOutput();
+        return code;
+    } catch (const CLI::ParseError& error) {
+        complain(usageMessage(app, error, commandWord(argc, argv)) +
+                 "; doccam --help shows what there is.");
+        return kUsage;
+    }
+}
+
+int run(Context& context, int argc, char** argv) {
+    const std::unique_ptr<CLI::App> app = makeCommandLine(context);
+    if (const std::optional<int> code = parse(*app, argc, argv)) {
+        return *code;
+    }
+    if (context.options.virtualCamera) {
+        moveUnderVirtualCamera(context.virtualCamera, argv);
+    }
+    if (!context.options.verbose) {
+        cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+    }
+    divertLibraryLines(context.options.verbose);
+    context.interrupt = std::make_unique<Interrupt>();
+    const int code = context.run();
+    finishOutput();
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Context context;
+    try {
+        return run(context, argc, argv);
+    } catch (const Interruption& interruption) {
+        return interruption.code();
+    } catch (const Failure& failure) {
+        std::fflush(out());
+        complain(failure.what());
+        return failure.code();
+    } catch (const std::exception& error) {
+        complain(std::string("The command failed: ") + error.what() +
+                 "; run it again with --verbose.");
+        return kCameraFailed;
+    }
+}

@@ -1,0 +1,112 @@
+#include "scan/scanning.h"
+
+#include "host/line_input.h"
+#include "host/progress_line.h"
+#include "scan/sheet_watch.h"
+#include "scan/watched_frames.h"
+
+namespace doccam::host {
+namespace {
+
+constexpr const char* kEndWord = "q";
+
+std::string ofAll(std::size_t page, const ScanPlan& plan) {
+    return std::to_string(page) + (plan.pages > 0 ? " of " + std::to_string(plan.pages) : "");
+}
+
+std::string takenText(const ScannedPage& page, std::size_t number, const ScanPlan& plan) {
+    return "page " + ofAll(number, plan) + " taken, " + std::to_string(page.width) + "x" +
+           std::to_string(page.height) +
+           (page.cropped || plan.whole ? "" : ", the whole frame as no sheet was found");
+}
+
+bool complete(const PageStack& stack, const ScanPlan& plan) {
+    return plan.pages > 0 && stack.pages().size() >= static_cast<std::size_t>(plan.pages);
+}
+
+// One page at each line that is entered.
+void scanAtWord(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
+    LineInput input;
+    ProgressLine progress;
+    progress.show("Enter takes page " + ofAll(1, plan) + ", q and Enter ends");
+    while (!complete(stack, plan)) {
+        const auto line = input.takeLine();
+        if (line == kEndWord || (!line && input.ended())) {
+            return;
+        }
+        if (!line) {
+            session.waitForEvent({input.descriptor()});
+            continue;
+        }
+        const ScannedPage& page = stack.take(!plan.whole && session.findSheet());
+        progress.show(takenText(page, stack.pages().size(), plan) + "; Enter takes the next");
+    }
+}
+
+class AutomaticScan {
+  public:
+    AutomaticScan(CameraSession& session, PageStack& stack, const ScanPlan& plan)
+      : session_(session)
+      , stack_(stack)
+      , plan_(plan)
+      , frames_(session) {}
+
+    void run() {
+        progress_.show("put down page " + ofAll(1, plan_));
+        while (!complete(stack_, plan_) && !endIsWished()) {
+            session_.waitForEvent({input_.descriptor()});
+            const cv::Mat frame = frames_.take();
+            if (!frame.empty() && watch_.seesNewPage(frame)) {
+                take(frame);
+            }
+        }
+    }
+
+  private:
+    // Without a number of pages the end of the input ends the scan, as there is no other way.
+    bool endIsWished() { return input_.takeLine() || (plan_.pages == 0 && input_.ended()); }
+
+    // An empty desk has an outline too: its own.
+    bool showsPage(const cv::Mat& frame) {
+        return showsSomething(frame) && (plan_.whole || session_.findSheet());
+    }
+
+    // What was moved while it was taken is taken again once it lies still.
+    void take(const cv::Mat& frame) {
+        const bool shown = showsPage(frame);
+        if (shown) {
+            stack_.take(!plan_.whole);
+        }
+        frames_.resume();
+        const bool unmoved = watch_.isUnmoved(frames_.next());
+        if (shown && !unmoved) {
+            stack_.discardLast();
+        } else if (shown) {
+            watch_.noteTaken();
+            progress_.show(takenText(stack_.pages().back(), stack_.pages().size(), plan_) +
+                           (complete(stack_, plan_) ? "" : "; put down the next"));
+        } else if (unmoved) {
+            watch_.noteDismissed();
+        }
+    }
+
+    CameraSession& session_;
+    PageStack& stack_;
+    const ScanPlan& plan_;
+    SheetWatch watch_;
+    WatchedFrames frames_;
+    LineInput input_;
+    ProgressLine progress_;
+};
+
+} // namespace
+
+void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
+    if (plan.automatic) {
+        AutomaticScan(session, stack, plan).run();
+    } else {
+        scanAtWord(session, stack, plan);
+    }
+}
+
+} // namespace doccam::host

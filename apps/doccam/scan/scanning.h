@@ -1,0 +1,18 @@
+// Taking page after page, at the user's word or by itself.
+#pragma once
+
+#include "scan/page_stack.h"
+
+namespace doccam::host {
+
+struct ScanPlan {
+    bool automatic = false;
+    int pages = 0;      // 0: until the user ends it
+    bool whole = false; // the whole frame instead of the sheet
+};
+
+// Fills the stack as planned and tells the progress on standard error. Throws Failure when the
+// camera fails, Interruption when the process is asked to end.
+void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan);
+
+} // namespace doccam::host

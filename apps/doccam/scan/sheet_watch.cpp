@@ -1,0 +1,81 @@
+#include "scan/sheet_watch.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+constexpr int kClearChange = 16;       // grey levels, well above a sensor's noise
+constexpr double kMovingShare = 0.002; // a finger at the edge of the picture
+constexpr double kNewPageShare = 0.01; // a page of text differs from the next in much more
+constexpr double kEvenDeviation = 8.0; // grey levels, of an empty desk
+
+int median(const cv::Mat& differences) {
+    std::vector<short> values(differences.begin<short>(), differences.end<short>());
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+bool differs(const cv::Mat& picture, const cv::Mat& known, double share) {
+    return known.empty() || changedShare(picture, known) > share;
+}
+
+} // namespace
+
+cv::Mat reducedGrey(const cv::Mat& frame) {
+    const int height = std::max(1, frame.rows * kWatchedWidth / std::max(frame.cols, 1));
+    cv::Mat small;
+    cv::resize(frame, small, {kWatchedWidth, height}, 0, 0, cv::INTER_AREA);
+    cv::cvtColor(small, small, cv::COLOR_RGB2GRAY);
+    return small;
+}
+
+double changedShare(const cv::Mat& one, const cv::Mat& other) {
+    if (one.size() != other.size() || one.empty()) {
+        return 1.0;
+    }
+    cv::Mat differences;
+    cv::subtract(one, other, differences, cv::noArray(), CV_16S);
+    const int light = median(differences);
+    cv::Mat unchanged;
+    cv::inRange(differences, light - kClearChange, light + kClearChange, unchanged);
+    return 1.0 -
+           static_cast<double>(cv::countNonZero(unchanged)) / static_cast<double>(one.total());
+}
+
+bool showsSomething(const cv::Mat& grey) {
+    cv::Scalar mean;
+    cv::Scalar deviation;
+    cv::meanStdDev(grey, mean, deviation);
+    return deviation[0] > kEvenDeviation;
+}
+
+// Compared with where the calm began, not with the frame before, or a slow hand would seem at rest.
+bool SheetWatch::seesNewPage(const cv::Mat& grey) {
+    if (differs(grey, rest_, kMovingShare)) {
+        rest_ = grey.clone();
+        calm_ = 0;
+        return false;
+    }
+    calm_ = std::min(calm_ + 1, kCalmFrames);
+    return calm_ == kCalmFrames && differs(rest_, taken_, kNewPageShare) &&
+           differs(rest_, dismissed_, kNewPageShare);
+}
+
+bool SheetWatch::isUnmoved(const cv::Mat& grey) const {
+    return !differs(grey, rest_, kMovingShare);
+}
+
+void SheetWatch::noteTaken() {
+    taken_ = rest_;
+}
+
+void SheetWatch::noteDismissed() {
+    dismissed_ = rest_;
+}
+
+} // namespace doccam::host

@@ -1,0 +1,122 @@
+#include "serve/access.h"
+
+#include <arpa/inet.h>
+#include <sys/random.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace doccam::serve {
+namespace {
+
+constexpr std::size_t kTokenBytes = 32;
+
+char lowered(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool sameName(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return lowered(a) == lowered(b); });
+}
+
+bool isNumeric(const std::string& name) {
+    std::array<unsigned char, sizeof(in6_addr)> ignored{};
+    if (name.size() > 2 && name.front() == '[' && name.back() == ']') {
+        return inet_pton(AF_INET6, name.substr(1, name.size() - 2).c_str(), ignored.data()) == 1;
+    }
+    return inet_pton(AF_INET, name.c_str(), ignored.data()) == 1;
+}
+
+// Splits "name:port"; without a port, port 80 is meant.
+bool matchesHost(const AccessRules& rules, const std::string& host) {
+    const std::string suffix = std::string(":").append(std::to_string(rules.port));
+    std::string name = host;
+    if (host.size() > suffix.size() && host.ends_with(suffix)) {
+        name.resize(host.size() - suffix.size());
+    } else if (rules.port != 80) {
+        return false;
+    }
+    const bool known = std::any_of(rules.names.begin(), rules.names.end(),
+                                   [&](const auto& own) { return sameName(own, name); });
+    return known || (rules.anyAddress && isNumeric(name));
+}
+
+bool comesFromOwnPage(const std::string& site) {
+    return site.empty() || site == "same-origin" || site == "none";
+}
+
+std::string cookieValue(std::string_view cookies, const std::string& name) {
+    const std::string start = name + "=";
+    while (!cookies.empty()) {
+        const std::size_t end = std::min(cookies.find(';'), cookies.size());
+        std::string_view cookie = cookies.substr(0, end);
+        cookie.remove_prefix(std::min(cookie.find_first_not_of(' '), cookie.size()));
+        if (cookie.starts_with(start)) {
+            return std::string(cookie.substr(start.size()));
+        }
+        cookies.remove_prefix(std::min(end + 1, cookies.size()));
+    }
+    return {};
+}
+
+} // namespace
+
+std::string randomToken() {
+    std::array<unsigned char, kTokenBytes> bytes{};
+    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        throw std::system_error(errno, std::generic_category(), "no random numbers");
+    }
+    std::string token;
+    for (const unsigned char byte : bytes) {
+        token += "0123456789abcdef"[byte >> 4];
+        token += "0123456789abcdef"[byte & 15];
+    }
+    return token;
+}
+
+bool sameSecret(std::string_view left, std::string_view right) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    unsigned char difference = 0;
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        difference = static_cast<unsigned char>(difference | (left[i] ^ right[i]));
+    }
+    return difference == 0;
+}
+
+bool isLoopback(std::string_view address) {
+    return address == "localhost" || address == "::1" || address.starts_with("127.");
+}
+
+std::string inAddress(const std::string& name) {
+    return name.find(':') == std::string::npos ? name : std::string("[").append(name).append("]");
+}
+
+AccessRules rulesFor(const std::string& address, int port, const std::string& token) {
+    AccessRules rules{token, port, {"localhost", "127.0.0.1", "[::1]"}, !isLoopback(address)};
+    rules.names.push_back(inAddress(address));
+    return rules;
+}
+
+std::string cookieName(int port) {
+    return "doccam-" + std::to_string(port);
+}
+
+Verdict judge(const AccessRules& rules, const Credentials& credentials) {
+    if (!matchesHost(rules, credentials.host)) {
+        return Verdict::kForeignHost;
+    }
+    if (credentials.origin && !sameName(*credentials.origin, "http://" + credentials.host)) {
+        return Verdict::kForeignOrigin;
+    }
+    const std::string cookie = cookieValue(credentials.cookies, cookieName(rules.port));
+    const bool known = sameSecret(credentials.queryToken, rules.token) ||
+                       (comesFromOwnPage(credentials.site) && sameSecret(cookie, rules.token));
+    return known ? Verdict::kAllowed : Verdict::kNoToken;
+}
+
+} // namespace doccam::serve

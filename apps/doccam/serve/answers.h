@@ -1,0 +1,40 @@
+// Refusals, errors and files as HTTP answers.
+#pragma once
+
+#include "serve/access.h"
+#include "serve/page_store.h"
+
+#include <httplib.h>
+
+#include <exception>
+#include <optional>
+#include <string>
+
+namespace doccam::serve {
+
+struct Refusal {
+    int status;
+    std::string reason;
+};
+
+// Why a request is not even looked at, judged by its first line and headers.
+std::optional<Refusal> refusalOf(const AccessRules& rules, const httplib::Request& request,
+                                 std::size_t longestBody);
+
+// On every answer: not to be stored, guessed at, framed or read by other sites.
+httplib::Headers safeHeaders();
+
+// {"error": reason}
+void answerError(httplib::Response& response, int status, const std::string& reason);
+
+// The answer to what a handler threw.
+void answerException(const httplib::Request& request, httplib::Response& response,
+                     std::exception_ptr error);
+
+// A page's picture, its thumbnail, a document; 404 when there is none. The document's file is
+// removed.
+void answerPage(httplib::Response& response, const PageStore& pages, int id);
+void answerThumbnail(httplib::Response& response, const PageStore& pages, int id);
+void answerDocument(httplib::Response& response, const std::string& path);
+
+} // namespace doccam::serve

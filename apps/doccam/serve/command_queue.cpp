@@ -1,0 +1,52 @@
+#include "serve/command_queue.h"
+
+#include <utility>
+
+namespace doccam::serve {
+namespace {
+constexpr std::size_t kLongestQueue = 32;
+}
+
+void CommandQueue::push(std::function<void()> command) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (closed_) {
+            throw Busy("the server is ending");
+        }
+        if (waiting_.size() >= kLongestQueue) {
+            throw Busy("too many commands are waiting; try again");
+        }
+        waiting_.push_back(std::move(command));
+    }
+    changed_.notify_one();
+}
+
+bool CommandQueue::serve(std::chrono::milliseconds patience) {
+    std::function<void()> command;
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, patience, [&] { return closed_ || !waiting_.empty(); });
+        if (closed_) {
+            return false;
+        }
+        if (waiting_.empty()) {
+            return true;
+        }
+        command = std::move(waiting_.front());
+        waiting_.pop_front();
+    }
+    command();
+    return true;
+}
+
+void CommandQueue::close() {
+    std::deque<std::function<void()>> dropped;
+    {
+        const std::lock_guard lock(mutex_);
+        closed_ = true;
+        dropped.swap(waiting_);
+    }
+    changed_.notify_all();
+}
+
+} // namespace doccam::serve

@@ -1,0 +1,56 @@
+// Work for the one thread that calls the library.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+namespace doccam::serve {
+
+// The command was not begun: too many are waiting, or the server ends.
+struct Busy : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Any thread orders, one thread serves. Commands run in the order in which they came.
+class CommandQueue {
+  public:
+    // Runs command on the serving thread, waits for it and returns what it returns, or throws what
+    // it throws. Throws Busy without running it.
+    template <typename Command>
+    auto order(Command command) {
+        using Result = std::invoke_result_t<Command>;
+        auto task = std::make_shared<std::packaged_task<Result()>>(std::move(command));
+        std::future<Result> result = task->get_future();
+        // The queue alone holds it, so that a dropped one breaks its promise.
+        push([task = std::move(task)] { (*task)(); });
+        try {
+            return result.get();
+        } catch (const std::future_error&) {
+            throw Busy("the server is ending");
+        }
+    }
+
+    // Serves one command if one comes in time. False after close().
+    bool serve(std::chrono::milliseconds patience);
+
+    // Drops what is waiting and refuses what comes.
+    void close();
+
+  private:
+    void push(std::function<void()> command);
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::function<void()>> waiting_;
+    bool closed_ = false;
+};
+
+} // namespace doccam::serve

@@ -1,0 +1,183 @@
+#include "serve/commands.h"
+
+#include <doccam/doccam.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <limits>
+
+namespace doccam::serve {
+namespace {
+
+constexpr int kMostZoomSteps = 150; // from the smallest scale to the largest
+constexpr int kLongestMove = 10000;
+constexpr int kLongestSide = 100000;
+constexpr int kLargestId = std::numeric_limits<int>::max();
+
+Json toJson(const Page& page) {
+    return {{"id", page.id},
+            {"version", page.version},
+            {"width", page.width},
+            {"height", page.height},
+            {"codes", page.codes}};
+}
+
+// One quick scan for each kind: the user waits for the page.
+std::vector<std::string> codesOn(const std::string& path) {
+    std::vector<std::string> texts;
+    for (const host::CodeKind kind : {host::CodeKind::kQr, host::CodeKind::kBar}) {
+        const char* text = RecogBarQrCodeFromFile(path.c_str(), static_cast<int>(kind));
+        if (text != nullptr && *text != '\0') {
+            texts.emplace_back(text);
+        }
+    }
+    return texts;
+}
+
+std::string textOf(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+} // namespace
+
+const Commands::Entry Commands::kEntries[] = {
+    {"form", &Commands::form},           {"zoom", &Commands::zoom},
+    {"move", &Commands::move},           {"turn", &Commands::turn},
+    {"settings", &Commands::settings},   {"control", &Commands::control},
+    {"focus", &Commands::focus},         {"capture", &Commands::capture},
+    {"codes", &Commands::codes},         {"pages/order", &Commands::orderPages},
+    {"pages/turn", &Commands::turnPage}, {"pages/delete", &Commands::deletePage},
+};
+
+Commands::Commands(LiveCamera& camera, PageStore& pages, EventFeed& events)
+  : camera_(camera)
+  , pages_(pages)
+  , events_(events) {
+    tellPages();
+    events_.set("codes", Json::object().dump());
+}
+
+const Commands::Entry* Commands::find(const std::string& name) {
+    const auto found = std::find_if(std::begin(kEntries), std::end(kEntries),
+                                    [&](const Entry& entry) { return entry.name == name; });
+    return found == std::end(kEntries) ? nullptr : found;
+}
+
+bool Commands::knows(const std::string& name) {
+    return find(name) != nullptr;
+}
+
+Json Commands::run(const std::string& name, const Json& request) {
+    const Entry* const entry = find(name);
+    if (entry == nullptr) {
+        throw BadRequest("there is no such command");
+    }
+    return (this->*entry->run)(request);
+}
+
+Json Commands::form(const Json& request) {
+    camera_.setForm(
+        {integer(request, "width", 1, kLongestSide), integer(request, "height", 1, kLongestSide)});
+    return Json::object();
+}
+
+Json Commands::zoom(const Json& request) {
+    if (!request.contains("to")) {
+        camera_.zoom(integer(request, "steps", -kMostZoomSteps, kMostZoomSteps));
+    } else if (choice(request, "to", {"whole", "true"}) == "true") {
+        camera_.showTrueSize();
+    } else {
+        camera_.showWhole();
+    }
+    return Json::object();
+}
+
+Json Commands::move(const Json& request) {
+    camera_.move(integer(request, "dx", -kLongestMove, kLongestMove),
+                 integer(request, "dy", -kLongestMove, kLongestMove));
+    return Json::object();
+}
+
+Json Commands::turn(const Json& request) {
+    camera_.turn(quarterTurn(request));
+    return Json::object();
+}
+
+Json Commands::settings(const Json& request) {
+    camera_.change(changed(camera_.settings(), request));
+    return doccam::serve::toJson(camera_.settings());
+}
+
+Json Commands::control(const Json& request) {
+    const std::string name = choice(request, "name", PictureControls::names());
+    const bool standard = !request.contains("value");
+    constexpr int kAny = std::numeric_limits<int>::max();
+    camera_.setControl(name, standard ? std::nullopt
+                                      : std::optional(integer(request, "value", -kAny, kAny)));
+    return Json::object();
+}
+
+Json Commands::focus(const Json& /*request*/) {
+    camera_.focus();
+    return Json::object();
+}
+
+Json Commands::capture(const Json& /*request*/) {
+    pages_.requireRoom();
+    const std::string path = pages_.incoming();
+    camera_.still(path);
+    const Page page = pages_.add(codesOn(path));
+    tellPages();
+    return Json::parse(textOf({{"page", toJson(page)}}));
+}
+
+Json Commands::codes(const Json& /*request*/) {
+    const Json found{{"qr", camera_.readCode(host::CodeKind::kQr)},
+                     {"bar", camera_.readCode(host::CodeKind::kBar)}};
+    const std::string text = textOf(found);
+    events_.set("codes", text);
+    return Json::parse(text);
+}
+
+Json Commands::orderPages(const Json& request) {
+    pages_.reorder(integers(request, "ids", PageStore::kMostPages));
+    tellPages();
+    return Json::object();
+}
+
+Json Commands::turnPage(const Json& request) {
+    pages_.turn(integer(request, "id", 1, kLargestId), quarterTurn(request));
+    tellPages();
+    return Json::object();
+}
+
+Json Commands::deletePage(const Json& request) {
+    pages_.remove(integer(request, "id", 1, kLargestId));
+    tellPages();
+    return Json::object();
+}
+
+std::string Commands::makeDocument() {
+    const std::string path = pages_.newDocument();
+    for (const Page& page : pages_.pages()) {
+        AddImageFileToPDF(pages_.picture(page.id)->c_str());
+    }
+    CombineToPDF(path.c_str(), false);
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored)) {
+        throw TrayError("the PDF could not be made; take a page first, and see that the disk is "
+                        "not full");
+    }
+    return path;
+}
+
+void Commands::tellPages() {
+    Json pages = Json::array();
+    for (const Page& page : pages_.pages()) {
+        pages.push_back(toJson(page));
+    }
+    events_.set("pages", textOf(pages));
+}
+
+} // namespace doccam::serve

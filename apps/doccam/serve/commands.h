@@ -1,0 +1,55 @@
+// What the page can have done: each command by its name.
+#pragma once
+
+#include "serve/event_feed.h"
+#include "serve/live_camera.h"
+#include "serve/page_store.h"
+#include "serve/requests.h"
+
+#include <string>
+
+namespace doccam::serve {
+
+// Runs on the command thread; docs/http.md describes each command.
+class Commands {
+  public:
+    Commands(LiveCamera& camera, PageStore& pages, EventFeed& events);
+
+    static bool knows(const std::string& name);
+
+    // Does the command and returns its answer. Throws BadRequest, Unplugged, TrayError, or Failure.
+    Json run(const std::string& name, const Json& request);
+
+    // Writes a PDF of all pages and returns its path. Throws TrayError.
+    std::string makeDocument();
+
+  private:
+    void tellPages();
+
+    Json form(const Json& request);
+    Json zoom(const Json& request);
+    Json move(const Json& request);
+    Json turn(const Json& request);
+    Json settings(const Json& request);
+    Json control(const Json& request);
+    Json focus(const Json& request);
+    Json capture(const Json& request);
+    Json codes(const Json& request);
+    Json orderPages(const Json& request);
+    Json turnPage(const Json& request);
+    Json deletePage(const Json& request);
+
+    struct Entry {
+        const char* name;
+        Json (Commands::*run)(const Json&);
+    };
+
+    static const Entry kEntries[];
+    static const Entry* find(const std::string& name);
+
+    LiveCamera& camera_;
+    PageStore& pages_;
+    EventFeed& events_;
+};
+
+} // namespace doccam::serve

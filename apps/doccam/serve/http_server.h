@@ -1,0 +1,58 @@
+// The server: who is let in, and what is at which address.
+#pragma once
+
+#include "serve/access.h"
+#include "serve/command_queue.h"
+#include "serve/commands.h"
+#include "serve/event_feed.h"
+#include "serve/guarded_server.h"
+#include "serve/page_store.h"
+#include "serve/picture_feed.h"
+#include "serve/seats.h"
+
+#include <atomic>
+#include <string>
+#include <thread>
+
+namespace doccam::serve {
+
+// What the requests are answered from; all of it outlives the server.
+struct Sources {
+    CommandQueue& queue;
+    Commands& commands; // run through the queue only
+    PageStore& pages;
+    PictureFeed& pictures;
+    EventFeed& events;
+    Seats& viewers;
+};
+
+class HttpServer {
+  public:
+    explicit HttpServer(const Sources& sources);
+    // Stops and waits for the requests in work: close the queue and the feeds before.
+    ~HttpServer();
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    // Takes the port, or any free one for 0, and returns it. Throws Failure when that fails.
+    int bind(const std::string& address, int port);
+
+    // Answers requests from now on, on threads of its own.
+    void start(const AccessRules& rules);
+
+  private:
+    bool refuses(const httplib::Request& request, httplib::Response& response) const;
+    void addFiles();
+    void addStreams();
+    void addPages();
+    void addCommands();
+
+    Sources sources_;
+    AccessRules rules_;
+    Seats listeners_;
+    GuardedServer server_;
+    std::atomic<bool> ended_{false};
+    std::thread thread_;
+};
+
+} // namespace doccam::serve

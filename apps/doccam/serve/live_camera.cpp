@@ -1,0 +1,271 @@
+#include "serve/live_camera.h"
+
+#include "host/failure.h"
+
+#include <doccam/doccam.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+
+namespace doccam::serve {
+namespace {
+
+constexpr std::chrono::seconds kLookEvery{1};
+constexpr std::chrono::seconds kCountEvery{1};
+constexpr std::chrono::seconds kLongestSilence{10};
+constexpr int kMoveStep = 4;
+
+// The library's callback has no argument of the host's own.
+std::atomic<PictureHandover*> receiver{nullptr};
+
+void onPreview(unsigned char* pixels, int width, int height, int startX, int startY) {
+    if (PictureHandover* const handover = receiver.load()) {
+        handover->give(pixels, {startX, startY, width, height});
+    }
+}
+
+} // namespace
+
+LiveCamera::LiveCamera(const CameraWish& wish, const host::Interrupt& interrupt,
+                       PictureHandover& handover, EventFeed& events)
+  : wish_(wish)
+  , interrupt_(interrupt)
+  , handover_(handover)
+  , events_(events) {
+    host::FrameFeed::instance();
+    SetWebDataCallback(onPreview);
+    receiver = &handover;
+    events_.set("settings", toJson(settings_).dump());
+    tellCamera("not opened yet");
+    tellView();
+}
+
+LiveCamera::~LiveCamera() {
+    session_.reset();
+    receiver = nullptr;
+}
+
+// Another camera may have moved up to the index of the one that was unplugged.
+int LiveCamera::findCamera() const {
+    if (name_.empty()) {
+        return wish_.index;
+    }
+    for (const host::Camera& camera : host::attachedCameras()) {
+        if (camera.name == name_) {
+            return camera.index;
+        }
+    }
+    throw Unplugged();
+}
+
+void LiveCamera::open() {
+    const int index = findCamera();
+    host::requireCamera(index);
+    if (name_.empty()) {
+        name_ = host::attachedCameras().at(static_cast<std::size_t>(index)).name;
+    }
+    const host::Capture capture = host::chooseCapture(index, wish_.format, wish_.size);
+    apply(settings_);
+    handover_.setForm({});
+    session_.emplace(index, capture, interrupt_);
+    applySettings();
+    startPreview();
+    controls_.restore();
+    countedFrames_ = session_->feed().frames();
+    lastCount_ = lastFrame_ = Clock::now();
+    tellCamera("");
+    tellControls();
+}
+
+void LiveCamera::applySettings() const {
+    apply(settings_);
+    SetCutType(settings_.crop ? 1 : 0);
+}
+
+// The first form of a session decides how large the later ones may be.
+void LiveCamera::startPreview() {
+    SetWebFormSize(kLargestForm.width, kLargestForm.height);
+    SetWebFormSize(form_.width, form_.height);
+    handover_.setForm({form_.width, form_.height});
+    tellView();
+}
+
+void LiveCamera::watch() {
+    if (!session_) {
+        tryToReopen();
+        return;
+    }
+    countFrames();
+    if (const auto reason = session_->feed().ended()) {
+        lose(*reason);
+    } else if (Clock::now() - lastFrame_ > kLongestSilence) {
+        lose("it sends no frames");
+    }
+}
+
+void LiveCamera::tryToReopen() {
+    if (Clock::now() - lastLook_ < kLookEvery) {
+        return;
+    }
+    lastLook_ = Clock::now();
+    try {
+        open();
+    } catch (const host::Interruption&) {
+        throw;
+    } catch (const std::exception& error) {
+        session_.reset();
+        tellCamera(error.what());
+    }
+}
+
+void LiveCamera::lose(const std::string& reason) {
+    session_.reset();
+    lastLook_ = Clock::now();
+    handover_.setForm({});
+    tellCamera(reason);
+    events_.set("rate", Json{{"framesPerSecond", 0}}.dump());
+}
+
+void LiveCamera::countFrames() {
+    const auto now = Clock::now();
+    if (now - lastCount_ < kCountEvery) {
+        return;
+    }
+    const std::uint64_t frames = session_->feed().frames();
+    const std::chrono::duration<double> taken = now - lastCount_;
+    const double rate = static_cast<double>(frames - countedFrames_) / taken.count();
+    lastFrame_ = frames != countedFrames_ ? now : lastFrame_;
+    countedFrames_ = frames;
+    lastCount_ = now;
+    events_.set("rate", Json{{"framesPerSecond", std::round(rate * 10) / 10}}.dump());
+}
+
+host::CameraSession& LiveCamera::session() {
+    if (!session_ || session_->feed().ended()) {
+        throw Unplugged();
+    }
+    return *session_;
+}
+
+void LiveCamera::setForm(host::Size form) {
+    const host::Size fitted = fittedForm(form);
+    if (fitted == form_) {
+        return;
+    }
+    form_ = fitted;
+    if (session_) {
+        SetWebFormSize(form_.width, form_.height);
+        handover_.setForm({form_.width, form_.height});
+    }
+    tellView();
+}
+
+void LiveCamera::zoom(int steps) {
+    session();
+    for (int step = 0; step < std::abs(steps); ++step) {
+        steps > 0 ? Web_ZoomIn() : Web_ZoomOut();
+    }
+}
+
+void LiveCamera::showTrueSize() {
+    session();
+    Web_TrueSize();
+}
+
+void LiveCamera::showWhole() {
+    session();
+    Web_BestSize();
+}
+
+// In short steps: a far drag beyond the picture's near edge would jump to the opposite one.
+void LiveCamera::move(int dx, int dy) {
+    session();
+    while (dx != 0 || dy != 0) {
+        const int x = std::clamp(dx, -kMoveStep, kMoveStep);
+        const int y = std::clamp(dy, -kMoveStep, kMoveStep);
+        Web_SetMoveOffet(x, y);
+        dx -= x;
+        dy -= y;
+    }
+}
+
+void LiveCamera::turn(int quarterTurns) {
+    session();
+    quarterTurns > 0 ? Web_RotateR() : Web_RotateL();
+    settings_.quarterTurns = (settings_.quarterTurns + quarterTurns + 4) % 4;
+    tellView();
+}
+
+void LiveCamera::change(const host::PageSettings& settings) {
+    settings_ = settings;
+    applySettings();
+    events_.set("settings", toJson(settings_).dump());
+}
+
+void LiveCamera::setControl(const std::string& name, std::optional<int> value) {
+    session();
+    const bool done = controls_.set(name, value);
+    tellControls();
+    if (!done) {
+        throw Refused("the camera refuses to change its " + name);
+    }
+}
+
+void LiveCamera::focus() {
+    session();
+    if (ManualFocusEx() != 0) {
+        throw Refused("the camera refuses to focus");
+    }
+}
+
+void LiveCamera::still(const std::string& path) {
+    host::CameraSession& camera = session();
+    if (settings_.crop && !camera.findSheet()) {
+        throw NoSheet();
+    }
+
+    // The session crops the one still only.
+    const struct Restored {
+        const LiveCamera& camera;
+
+        ~Restored() { camera.applySettings(); }
+    } restored{*this};
+
+    camera.still(path, settings_.crop);
+}
+
+std::string LiveCamera::readCode(host::CodeKind kind) {
+    return host::liveCode(session(), kind);
+}
+
+void LiveCamera::tellCamera(const std::string& message) {
+    Json camera{{"plugged", plugged()}, {"name", name_}, {"message", message}};
+    if (session_) {
+        camera["format"] = nameOf(session_->capture().format);
+        camera["width"] = session_->capture().size.width;
+        camera["height"] = session_->capture().size.height;
+    }
+    events_.set("camera", camera.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+void LiveCamera::tellView() {
+    events_.set("view", Json{{"width", form_.width},
+                             {"height", form_.height},
+                             {"quarterTurns", settings_.quarterTurns}}
+                            .dump());
+}
+
+void LiveCamera::tellControls() {
+    Json controls = Json::array();
+    for (const PictureControl& control : controls_.read()) {
+        controls.push_back({{"name", control.name},
+                            {"minimum", control.state.minimum},
+                            {"maximum", control.state.maximum},
+                            {"default", control.state.defaultValue},
+                            {"value", control.state.value}});
+    }
+    events_.set("controls", controls.dump());
+}
+
+} // namespace doccam::serve

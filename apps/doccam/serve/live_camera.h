@@ -1,0 +1,111 @@
+// The camera behind the page: opened, watched, and opened again when it comes back.
+#pragma once
+
+#include "camera/camera_session.h"
+#include "camera/page_settings.h"
+#include "codes/code_reading.h"
+#include "serve/event_feed.h"
+#include "serve/picture_controls.h"
+#include "serve/picture_handover.h"
+#include "serve/requests.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace doccam::serve {
+
+struct CameraWish {
+    int index = 0;
+    std::optional<host::Format> format;
+    std::optional<host::Size> size;
+};
+
+// The command cannot be done as things lie now; the message says what the user can do.
+struct NotNow : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Unplugged : NotNow {
+    Unplugged()
+      : NotNow("the camera is unplugged; plug it in again") {}
+};
+
+struct NoSheet : NotNow {
+    NoSheet()
+      : NotNow("no sheet was found; lay one on a dark desk, or leave out the cropping") {}
+};
+
+// The camera is there, but does not do it.
+struct Refused : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Calls the library, so all of it belongs to the command thread. At most one at a time. Every
+// command throws Unplugged while there is no camera.
+class LiveCamera {
+  public:
+    // Tells what it knows as the topics "camera", "view", "settings", "controls" and "rate".
+    LiveCamera(const CameraWish& wish, const host::Interrupt& interrupt, PictureHandover& handover,
+               EventFeed& events);
+    ~LiveCamera();
+    LiveCamera(const LiveCamera&) = delete;
+    LiveCamera& operator=(const LiveCamera&) = delete;
+
+    // Opens the camera. Throws Failure when that fails; watch() will try again.
+    void open();
+
+    // To be called several times a second: notices that the camera has gone, looks for it, counts
+    // frames.
+    void watch();
+
+    bool plugged() const { return session_.has_value(); }
+
+    void setForm(host::Size form);
+    // By steps of four percentage points, larger or smaller.
+    void zoom(int steps);
+    void showTrueSize();
+    void showWhole();
+    void move(int dx, int dy);
+    void turn(int quarterTurns);
+    void change(const host::PageSettings& settings);
+
+    const host::PageSettings& settings() const { return settings_; }
+
+    void setControl(const std::string& name, std::optional<int> value);
+    void focus();
+
+    // Saves a still as the settings say. Throws NoSheet when it is to be cropped to none.
+    void still(const std::string& path);
+    // The text of a code in the live picture, or the empty one.
+    std::string readCode(host::CodeKind kind);
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    host::CameraSession& session();
+    int findCamera() const;
+    void tryToReopen();
+    void applySettings() const;
+    void startPreview();
+    void lose(const std::string& reason);
+    void countFrames();
+    void tellCamera(const std::string& message);
+    void tellView();
+    void tellControls();
+
+    CameraWish wish_;
+    const host::Interrupt& interrupt_;
+    PictureHandover& handover_;
+    EventFeed& events_;
+    std::optional<host::CameraSession> session_;
+    std::string name_; // of the camera that was opened first: the one to look for
+    host::PageSettings settings_;
+    PictureControls controls_;
+    host::Size form_{1280, 960};
+    Clock::time_point lastLook_, lastCount_, lastFrame_;
+    std::uint64_t countedFrames_ = 0;
+};
+
+} // namespace doccam::serve

@@ -1,0 +1,141 @@
+// Puts the page together: buttons, keys, and what the server tells.
+import { command, listen } from './connection.js';
+import { makeCodes, makeControls, makeSettings } from './panels.js';
+import { startPreview } from './preview.js';
+import { makeTray } from './tray.js';
+
+const kMove = 60; // form pixels an arrow key
+const kQualityStep = 5;
+const find = (id) => document.getElementById(id);
+
+// The token is in a cookie by now; the address bar and the history need not keep it.
+history.replaceState(null, '', location.pathname);
+
+const say = (text) => { find('news').textContent = text; };
+
+let trouble = ''; // of the camera
+let connected = false;
+let complaint = '';
+let complaintTimer;
+
+function showBanner() {
+  let text = complaint;
+  if (!connected) {
+    text = 'The server does not answer. Too many windows may show it; or it has ended: start it ' +
+      'again and open its new address.';
+  } else if (trouble) {
+    text = `No picture: ${trouble.replace(/\.$/, '')}. It comes back by itself.`;
+  }
+  if (find('banner').textContent !== text) {
+    find('banner').textContent = text;
+  }
+  find('banner').hidden = text === '';
+  find('preview').classList.toggle('old', !connected || trouble !== '');
+}
+
+function failed(error) {
+  complaint = error.message;
+  clearTimeout(complaintTimer);
+  complaintTimer = setTimeout(() => { complaint = ''; showBanner(); }, 6000);
+  showBanner();
+}
+
+const send = (name, wish) => command(name, wish).catch(failed);
+const preview = startPreview(find('preview'), failed);
+const settings = makeSettings(say, failed);
+const codes = makeCodes(find('codes'), find('codes-note'), say);
+const showTray = makeTray(find('pages'), say, failed);
+
+// A button's action, once at a time. The button keeps the focus, which a disabled one would lose.
+function alone(button, action) {
+  return async () => {
+    if (button.getAttribute('aria-disabled') === 'true') {
+      return;
+    }
+    button.setAttribute('aria-disabled', 'true');
+    await action().catch(failed);
+    button.setAttribute('aria-disabled', 'false');
+  };
+}
+
+const capture = alone(find('capture'), async () => {
+  await command('capture');
+  say('Page taken');
+});
+
+const actions = {
+  'zoom-in': () => preview.zoom(2),
+  'zoom-out': () => preview.zoom(-2),
+  whole: () => send('zoom', { to: 'whole' }),
+  'true-size': () => send('zoom', { to: 'true' }),
+  'turn-left': () => send('turn', { direction: 'left' }),
+  'turn-right': () => send('turn', { direction: 'right' }),
+  capture,
+  'read-codes': alone(find('read-codes'), codes.read),
+  focus: () => send('focus'),
+  'show-keys': () => find('keys').showModal(),
+};
+
+for (const [id, action] of Object.entries(actions)) {
+  find(id).addEventListener('click', action);
+}
+
+const keys = {
+  '+': actions['zoom-in'], '=': actions['zoom-in'], '-': actions['zoom-out'],
+  0: actions.whole, 1: actions['true-size'], '?': actions['show-keys'],
+};
+const letters = {
+  l: actions['turn-left'], r: actions['turn-right'], b: actions['read-codes'], f: actions.focus,
+  m: settings.nextColour, c: () => settings.toggle('crop'), e: () => settings.toggle('cleanEdges'),
+  w: () => settings.toggle('cleanBackground'),
+  q: (event) => settings.stepQuality(event.shiftKey ? -kQualityStep : kQualityStep),
+};
+const previewKeys = {
+  ArrowLeft: () => preview.move(kMove, 0), ArrowRight: () => preview.move(-kMove, 0),
+  ArrowUp: () => preview.move(0, kMove), ArrowDown: () => preview.move(0, -kMove),
+  ' ': capture, Enter: capture,
+};
+const kRepeated = ['+', '=', '-', 'ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown']; // while held
+
+document.addEventListener('keydown', (event) => {
+  const typing = event.target.closest('input:not([type=checkbox]), select, dialog');
+  if (typing || event.ctrlKey || event.altKey || event.metaKey) {
+    return;
+  }
+  const action = keys[event.key] ??
+    (find('letters').checked ? letters[event.key.toLowerCase()] : undefined) ??
+    (event.target === find('preview') ? previewKeys[event.key] : undefined);
+  if (action) {
+    event.preventDefault();
+    if (!event.repeat || kRepeated.includes(event.key)) {
+      action(event);
+    }
+  }
+});
+
+listen({
+  connected(now) {
+    connected = now;
+    showBanner();
+  },
+  camera(camera) {
+    trouble = camera.plugged ? '' : camera.message;
+    find('status').textContent = camera.plugged
+      ? `${camera.name}, ${camera.width} × ${camera.height}` : 'No camera';
+    showBanner();
+  },
+  rate(rate) {
+    find('rate').textContent = `${rate.framesPerSecond.toFixed(1)} frames/s`;
+  },
+  settings: settings.show,
+  controls: makeControls(find('controls'), failed),
+  codes: codes.showLive,
+  pages(pages) {
+    showTray(pages);
+    codes.showPages(pages);
+    find('no-pages').hidden = pages.length > 0;
+    find('pdf').hidden = pages.length === 0;
+  },
+});
+
+find('preview').focus();

@@ -1,0 +1,151 @@
+// Settings of the pages, picture controls, and the texts of codes.
+import { command, merging, newest } from './connection.js';
+
+const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
+
+export function makeSettings(say, failed) {
+  const field = (id) => document.getElementById(id);
+  const send = merging('settings', (a, b) => ({ ...a, ...b }), failed);
+  for (const flag of kFlags) {
+    field(flag).addEventListener('change', () => send({ [flag]: field(flag).checked }));
+  }
+  field('colour').addEventListener('change', () => send({ colour: field('colour').value }));
+  field('quality').addEventListener('input', () => {
+    field('quality-value').value = field('quality').value;
+    send({ quality: Number(field('quality').value) });
+  });
+  return {
+    show(settings) {
+      for (const flag of kFlags) {
+        field(flag).checked = settings[flag];
+      }
+      field('colour').value = settings.colour;
+      if (document.activeElement !== field('quality')) {
+        field('quality').value = settings.quality;
+      }
+      field('quality-value').value = settings.quality;
+    },
+    toggle(flag) {
+      field(flag).click();
+      say(`${field(flag).labels[0].textContent.trim()}: ${field(flag).checked ? 'on' : 'off'}`);
+    },
+    nextColour() {
+      const select = field('colour');
+      select.selectedIndex = (select.selectedIndex + 1) % select.options.length;
+      send({ colour: select.value });
+      say(`Colour mode: ${select.selectedOptions[0].textContent}`);
+    },
+    stepQuality(step) {
+      field('quality').stepUp(step);
+      field('quality').dispatchEvent(new Event('input'));
+      say(`Quality: ${field('quality').value}`);
+    },
+  };
+}
+
+function makeSlider(control, failed) {
+  const row = document.createElement('div');
+  row.className = 'slider';
+  const label = document.createElement('label');
+  const value = document.createElement('output');
+  const slider = document.createElement('input');
+  const reset = document.createElement('button');
+  const name = control.name[0].toUpperCase() + control.name.slice(1);
+  slider.type = 'range';
+  slider.id = `control-${control.name}`;
+  slider.min = control.minimum;
+  slider.max = control.maximum;
+  label.textContent = name;
+  label.htmlFor = slider.id;
+  value.htmlFor = slider.id;
+  reset.textContent = '↺';
+  reset.title = `Reset ${control.name}`;
+  reset.setAttribute('aria-label', reset.title);
+  row.append(label, value, slider, reset);
+  const send = merging('control', newest, failed);
+  slider.addEventListener('input', () => {
+    value.value = slider.value;
+    send({ name: control.name, value: Number(slider.value) });
+  });
+  reset.addEventListener('click', () => send({ name: control.name }));
+  return row;
+}
+
+export function makeControls(place, failed) {
+  let shown = '';
+  return (controls) => {
+    const kinds = JSON.stringify(controls.map(({ value, ...kind }) => kind));
+    if (kinds !== shown) {
+      shown = kinds;
+      place.replaceChildren(...controls.map((control) => makeSlider(control, failed)));
+    }
+    controls.forEach((control, index) => {
+      const row = place.children[index];
+      const slider = row.querySelector('input');
+      if (!slider.matches(':active')) {
+        slider.value = control.value;
+        row.querySelector('output').value = control.value;
+      }
+    });
+  };
+}
+
+async function copy(input, say) {
+  input.select();
+  try {
+    await navigator.clipboard.writeText(input.value);
+  } catch {
+    document.execCommand('copy'); // the only way on a plain network address
+  }
+  say('Copied');
+}
+
+function makeCode(kind, text, say) {
+  const row = document.createElement('li');
+  const input = document.createElement('input');
+  const button = document.createElement('button');
+  input.readOnly = true;
+  input.value = text;
+  input.setAttribute('aria-label', `${kind} text`);
+  button.textContent = 'Copy';
+  button.setAttribute('aria-label', `Copy ${kind} text`);
+  button.addEventListener('click', () => copy(input, say));
+  row.append(input, button);
+  return row;
+}
+
+// Shows the live reading and what was found on the pages, each text once.
+export function makeCodes(list, note, say) {
+  let live = {};
+  let pages = [];
+  const show = () => {
+    const texts = new Map();
+    for (const [kind, text] of [['QR code', live.qr], ['Bar code', live.bar]]) {
+      if (text) {
+        texts.set(text, kind);
+      }
+    }
+    for (const text of pages.flatMap((page) => page.codes)) {
+      if (!texts.has(text)) {
+        texts.set(text, 'Code');
+      }
+    }
+    list.replaceChildren(...[...texts].map(([text, kind]) => makeCode(kind, text, say)));
+    if ('qr' in live) {
+      note.textContent = live.qr || live.bar ? '' : 'No code in the live picture.';
+    }
+  };
+  return {
+    showLive(codes) { live = codes; show(); },
+    showPages(all) { pages = all; show(); },
+    async read() {
+      note.textContent = 'Looking for codes …';
+      try {
+        await command('codes');
+      } finally {
+        note.textContent = '';
+        show();
+      }
+    },
+  };
+}

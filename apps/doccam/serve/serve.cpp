@@ -1,0 +1,127 @@
+#include "serve/serve.h"
+
+#include "host/failure.h"
+#include "host/own_output.h"
+#include "serve/addresses.h"
+#include "serve/commands.h"
+#include "serve/http_server.h"
+#include "serve/picture_encoder.h"
+
+#include <exception>
+#include <thread>
+
+namespace doccam::serve {
+namespace {
+
+constexpr int kMostViewers = 8;
+constexpr std::chrono::milliseconds kWatchEvery{200};
+
+// Turns the pictures handed over into the feed's, on a thread of its own.
+class Encoding {
+  public:
+    Encoding(PictureHandover& handover, PictureFeed& feed)
+      : handover_(handover)
+      , feed_(feed)
+      , thread_([this] { run(); }) {}
+
+    ~Encoding() {
+        feed_.close();
+        handover_.close();
+        thread_.join();
+    }
+
+    Encoding(const Encoding&) = delete;
+    Encoding& operator=(const Encoding&) = delete;
+
+  private:
+    void run() {
+        FormPicture picture;
+        while (feed_.awaitViewer() && handover_.take(picture)) {
+            try {
+                feed_.publish(encoder_.encode(picture));
+            } catch (const std::exception&) {
+                continue; // the next picture may be one again
+            }
+        }
+    }
+
+    PictureHandover& handover_;
+    PictureFeed& feed_;
+    PictureEncoder encoder_;
+    std::thread thread_;
+};
+
+// Lets requests that wait for a command, a picture or news go, so that the server can end.
+struct LetGo {
+    CommandQueue& queue;
+    PictureFeed& pictures;
+    EventFeed& events;
+
+    ~LetGo() {
+        queue.close();
+        pictures.close();
+        events.close();
+    }
+};
+
+void print(const ServeOptions& options, const std::vector<std::string>& addresses) {
+    if (options.json) {
+        host::printJson({{"addresses", addresses}});
+    }
+    for (const std::string& address : options.json ? std::vector<std::string>{} : addresses) {
+        host::printLine("Open " + address);
+    }
+    host::finishOutput();
+}
+
+// The server is there whatever becomes of the camera; a wish that the camera cannot fulfil alone
+// ends it.
+void openIfThere(LiveCamera& camera) {
+    try {
+        camera.open();
+    } catch (const host::Failure& failure) {
+        if (failure.code() == host::kUsage || failure.code() == host::kInterrupted) {
+            throw;
+        }
+    } catch (const std::exception&) { // it may be gone again: watch() looks for it
+    }
+}
+
+void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interrupt) {
+    PictureHandover handover;
+    PictureFeed pictures;
+    EventFeed events;
+    CommandQueue queue;
+    PageStore pages;
+    Seats viewers(kMostViewers, [&](int count) {
+        handover.setWanted(count > 0);
+        if (count == 0) {
+            pictures.clear();
+        }
+    });
+    LiveCamera camera(options.wish, interrupt, handover, events);
+    Commands commands(camera, pages, events);
+    const Encoding encoding(handover, pictures);
+    HttpServer server({queue, commands, pages, pictures, events, viewers});
+    const LetGo letGo{queue, pictures, events};
+    const int port = server.bind(options.address, options.port);
+    const AccessRules rules = rulesFor(options.address, port, randomToken());
+    openIfThere(camera);
+    server.start(rules);
+    print(options, addressesOf(options.address, port, rules.token));
+    while (!interrupt.raised() && queue.serve(kWatchEvery)) {
+        camera.watch();
+    }
+}
+
+} // namespace
+
+int serve(const ServeOptions& options, const host::Interrupt& interrupt) {
+    try {
+        serveUntilAsked(options, interrupt);
+    } catch (const host::Interruption&) { // while a camera was being opened
+    }
+    return host::kDone;
+}
+
+} // namespace doccam::serve

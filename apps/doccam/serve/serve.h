@@ -1,0 +1,21 @@
+// doccam serve: the live view and the tray of pages in a browser.
+#pragma once
+
+#include "serve/live_camera.h"
+
+#include <string>
+
+namespace doccam::serve {
+
+struct ServeOptions {
+    CameraWish wish;
+    std::string address = "127.0.0.1";
+    int port = 0; // any free one
+    bool json = false;
+};
+
+// Prints the address to open, serves until the process is asked to end, and returns an exit code.
+// A camera that is not there at first is waited for. Throws Failure when the server cannot listen.
+int serve(const ServeOptions& options, const host::Interrupt& interrupt);
+
+} // namespace doccam::serve

@@ -1,0 +1,51 @@
+// The command line of doccam serve.
+#include "commands/commands.h"
+#include "commands/option_checks.h"
+#include "commands/still_options.h"
+#include "host/context.h"
+#include "serve/serve.h"
+
+#include <memory>
+
+namespace doccam::host {
+namespace {
+
+constexpr int kHighestPort = 65535;
+
+struct Arguments {
+    serve::ServeOptions options;
+    StillOptions still;
+};
+
+int run(const Context& context, const Arguments& arguments) {
+    serve::ServeOptions options = arguments.options;
+    options.wish = {context.options.camera, arguments.still.format, arguments.still.size};
+    options.json = context.options.json;
+    return serve::serve(options, *context.interrupt);
+}
+
+} // namespace
+
+void addServeCommand(CLI::App& app, Context& context) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand("serve", "Show the live picture in a browser");
+    command
+        ->add_option("--listen", arguments->options.address,
+                     "The address to listen at; unless given, this machine alone can reach it")
+        ->type_name("ADDRESS");
+    command->add_option("--port", arguments->options.port, "The port; a free one unless given")
+        ->check(between(0, kHighestPort))
+        ->type_name("PORT");
+    addCaptureOptions(*command, arguments->still);
+    command->footer("Prints the address to open, which holds a secret, and serves until Ctrl-C.\n"
+                    "\n"
+                    "Examples:\n"
+                    "  doccam serve\n"
+                    "  doccam serve --port 8080 --size 1600x1200\n"
+                    "  doccam serve --listen 0.0.0.0    (for a phone in the same network)");
+    command->callback([&context, arguments] {
+        context.run = [&context, arguments] { return run(context, *arguments); };
+    });
+}
+
+} // namespace doccam::host

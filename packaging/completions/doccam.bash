@@ -1,0 +1,51 @@
+# Completion of doccam for bash.
+_doccam() {
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+    # bash takes an equals sign for a word of its own.
+    [ "$before" = = ] && before=${COMP_WORDS[COMP_CWORD - 2]}
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        case ${COMP_WORDS[i]} in
+        --camera) ((++i)) ;;
+        -* | =) ;;
+        *)
+            command=${COMP_WORDS[i]}
+            break
+            ;;
+        esac
+    done
+
+    local commands='list sizes capture scan read controls focus pdf clean serve doctor'
+    local global='--verbose --json --camera --virtual --help -h'
+    local options='' choices=''
+    case $command in
+    '') options='--version' ;;
+    capture) options='--size --format --crop --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    scan) options='--auto --pages --whole-frame --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    read) options='--kind --wait --size --format' ;;
+    controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
+    focus) options='--switch' ;;
+    pdf) options='--force' ;;
+    clean) options='--edges --background --bright-sheet --into --force --in-place --quality' ;;
+    serve) options='--listen --port --size --format' ;;
+    doctor) options='--add' ;;
+    esac
+
+    compopt -o default
+    case $before in
+    --format) choices='mjpeg yuyv' ;;
+    --colour | --color) choices='colour grey bw' ;;
+    --rotate) choices='0 90 180 270' ;;
+    --kind) choices='qr bar any' ;;
+    --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
+    --camera) choices='0 1 2 3 4 5 6 7 8' ;;
+    --virtual | --into) return ;;
+    --quality | --pages | --wait | --listen | --port)
+        compopt +o default
+        return
+        ;;
+    *) [ -n "$command" ] || choices=$commands ;;
+    esac
+    [[ $word == -* ]] && choices="$options $global"
+    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$word")
+}
+complete -F _doccam doccam

@@ -1,0 +1,248 @@
+// Requests that are not the page's.
+import assert from 'node:assert/strict';
+import { once } from 'node:events';
+import http from 'node:http';
+import net from 'node:net';
+import { after, before } from 'node:test';
+
+import { check, openPage, startBrowser, startHost, until } from './host.mjs';
+
+let host;
+let browser;
+
+before(async () => {
+  host = await startHost();
+  browser = await startBrowser();
+});
+
+after(async () => {
+  await browser?.close();
+  await host?.stop();
+});
+
+// One request as written; the status, or the reason why there was none, and the body.
+function send(path, { method = 'GET', headers = {}, body, name = '127.0.0.1', to = host } = {}) {
+  return new Promise((resolve) => {
+    const request = http.request({
+      host: '127.0.0.1', port: to.port, method, path, agent: false,
+      headers: { Host: `${name}:${to.port}`, ...headers },
+    }, async (response) => {
+      let text = '';
+      for await (const chunk of response) {
+        text += chunk;
+      }
+      resolve({ status: response.statusCode, text, headers: response.headers });
+    });
+    request.on('error', (error) => resolve({ status: error.code, text: '' }));
+    request.end(body);
+  });
+}
+
+const withToken = (path, to = host) => `${path}?token=${to.token}`;
+const post = (path, body, headers = {}) => send(withToken(path), {
+  method: 'POST', body, headers: { 'Content-Type': 'application/json', ...headers },
+});
+
+check('without the token nothing is answered', async () => {
+  const wrong = 'f'.repeat(host.token.length);
+  for (const path of ['/', '/style.css', '/preview', '/events', '/api/state', '/pages.pdf',
+    '/pages/1.jpg', `/?token=${wrong}`, '/?token=', '/nothing']) {
+    assert.equal((await send(path)).status, 403, path);
+  }
+  const wish = await send('/api/capture', {
+    method: 'POST', body: '{}', headers: { 'Content-Type': 'application/json' },
+  });
+  assert.equal(wish.status, 403);
+  const cookie = await send('/api/state', {
+    headers: { Cookie: `doccam-${host.port}=${wrong}; other=1` },
+  });
+  assert.equal(cookie.status, 403);
+});
+
+check('a foreign name is refused though it leads here', async () => {
+  for (const name of ['evil.example', 'localhost.evil.example', '127.0.0.1.evil.example',
+    '192.168.1.7', '']) {
+    assert.equal((await send(withToken('/'), { name })).status, 403, name);
+  }
+  const portless = await send(withToken('/'), { headers: { Host: '127.0.0.1' } });
+  assert.equal(portless.status, 403);
+  assert.equal((await send(withToken('/'), { name: 'localhost' })).status, 200);
+});
+
+check('a foreign origin is refused though it has the token', async () => {
+  for (const origin of ['http://evil.example', 'null', `https://127.0.0.1:${host.port}`,
+    'http://127.0.0.1:1', `http://localhost:${host.port}`]) {
+    assert.equal((await post('/api/capture', '{}', { Origin: origin })).status, 403, origin);
+  }
+  const own = await post('/api/zoom', '{"steps": 0}', { Origin: `http://127.0.0.1:${host.port}` });
+  assert.equal(own.status, 200);
+});
+
+check('a page of another port gets nothing with the browser\'s cookie', async () => {
+  const neighbour = http.createServer((_, response) => {
+    response.setHeader('Content-Type', 'text/html');
+    response.end('<!doctype html><title>neighbour</title>');
+  });
+  await new Promise((resolve) => { neighbour.listen(0, '127.0.0.1', resolve); });
+  const page = await openPage(browser, host);
+  await page.goto(`http://127.0.0.1:${neighbour.address().port}/`);
+  const seen = await page.evaluate(async (target) => {
+    const image = new Image();
+    const loaded = new Promise((resolve) => {
+      image.onload = () => resolve('loaded');
+      image.onerror = () => resolve('refused');
+    });
+    image.src = `${target}/preview`;
+    const read = await fetch(`${target}/api/state`, { credentials: 'include' })
+      .then(() => 'read', () => 'refused');
+    await fetch(`${target}/api/capture`, {
+      method: 'POST', mode: 'no-cors', credentials: 'include', body: '{}',
+    }).catch(() => {});
+    return [await loaded, read];
+  }, `http://127.0.0.1:${host.port}`);
+  assert.deepEqual(seen, ['refused', 'refused']);
+  assert.deepEqual((await host.state()).pages, []);
+  await page.context().close();
+  neighbour.close();
+});
+
+check('paths lead to no files', async () => {
+  for (const path of ['/../../etc/passwd', '/pages/../../etc/passwd', '//etc/passwd',
+    '/pages/..%2f..%2fetc%2fpasswd.jpg', '/pages/%2e%2e/%2e%2e/etc/passwd', '/pages/1.jpg/../2',
+    '/pages/99999999999999999999.jpg', '/pages/-1.jpg', '/pages/0.jpg', '/pages/1%00.jpg',
+    '/main.js/..', '/api/../style.css', '/api/pages']) {
+    const { status, text } = await send(withToken(path));
+    assert.equal(status, 404, path);
+    assert.match(text, /^{"error":"there is (nothing|no) /, path);
+  }
+});
+
+check('names in a command are not paths', async () => {
+  const { status } = await post('/api/pages/delete', '{"id": "../../etc/passwd"}');
+  assert.equal(status, 400);
+});
+
+check('pages that are not there are named as such', async () => {
+  assert.equal((await post('/api/pages/delete', '{"id": 7}')).status, 404);
+  assert.equal((await post('/api/pages/turn', '{"id": 7, "direction": "left"}')).status, 404);
+  assert.equal((await post('/api/pages/order', '{"ids": [7]}')).status, 400);
+});
+
+check('a huge body is refused', async () => {
+  const refused = [413, 'ECONNRESET', 'EPIPE'];
+  const { status, text } = await post('/api/zoom', Buffer.alloc(100 * 1024, 32));
+  assert.equal(status, 413);
+  assert.equal(JSON.parse(text).error, 'the body is too long');
+  assert.ok(refused.includes((await post('/api/zoom', Buffer.alloc(50e6, 32))).status));
+  const announced = await post('/api/zoom', '{}', { 'Content-Length': '99999999999999999999' });
+  assert.ok([400, ...refused].includes(announced.status), String(announced.status));
+  const chunked = await send(withToken('/api/zoom'), {
+    method: 'POST', body: '{"steps": 0}',
+    headers: { 'Content-Type': 'application/json', 'Transfer-Encoding': 'chunked' },
+  });
+  assert.ok([411, 'ECONNRESET'].includes(chunked.status), String(chunked.status));
+});
+
+check('a command that makes no sense is named as such', async () => {
+  for (const body of ['', '[]', '{', '{"steps": 1e9}', '{"steps": "1"}', '{"to": "moon"}',
+    '['.repeat(60000), '{"steps": null}', '{"steps": 1.5}']) {
+    assert.equal((await post('/api/zoom', body)).status, 400, body.slice(0, 20));
+  }
+  assert.equal((await post('/api/nothing', '{}')).status, 404);
+  assert.equal((await post('/api/zoom', '{"steps": 0}', { 'Content-Type': 'text/plain' })).status,
+    415);
+  assert.equal((await send(withToken('/api/zoom'), { method: 'DELETE' })).status, 405);
+  assert.equal((await send(withToken(`/${'x'.repeat(600)}`))).status, 414);
+});
+
+check('every answer keeps to itself', async () => {
+  for (const answer of [await send(withToken('/')), await send('/')]) {
+    assert.equal(answer.headers['cache-control'], 'no-store');
+    assert.equal(answer.headers['x-content-type-options'], 'nosniff');
+    assert.match(answer.headers['content-security-policy'], /default-src 'none'/);
+    assert.equal(answer.headers['access-control-allow-origin'], undefined);
+  }
+  assert.match((await send(withToken('/'))).headers['set-cookie'][0], /HttpOnly; SameSite=Strict/);
+});
+
+const connect = () => {
+  const socket = net.connect(host.port, '127.0.0.1');
+  socket.on('error', () => {});
+  return socket;
+};
+
+// What the server answers to bytes that are no proper request, until it closes.
+async function answerTo(bytes) {
+  const socket = connect();
+  let answer = '';
+  socket.on('data', (chunk) => { answer += chunk; });
+  socket.write(bytes);
+  await once(socket, 'close');
+  return answer;
+}
+
+check('a head without end is cut off', async () => {
+  assert.equal(await answerTo('x'.repeat(1e6)), '');
+  const headers = 'Cookie: a=b\r\n'.repeat(10000);
+  assert.doesNotMatch(await answerTo(`GET ${withToken('/')} HTTP/1.1\r\n${headers}`), /^HTTP.* 200/);
+  assert.match(await answerTo('nonsense\r\n\r\n'), /^HTTP.* 400[^]*no request that the server/);
+});
+
+check('clients that drip their requests keep nobody out', async () => {
+  const dripping = Array.from({ length: 120 }, connect);
+  let open = dripping.length;
+  dripping.forEach((socket) => {
+    socket.write('GET / HTTP/1.1\r\nX-Drip: ');
+    socket.once('close', () => { --open; });
+    socket.resume();
+  });
+  const drip = setInterval(() => dripping.forEach((socket) => socket.write('x')), 500);
+  try {
+    assert.equal((await send(withToken('/api/state'))).status, 200);
+    await until(() => open === 0);
+  } finally {
+    clearInterval(drip);
+    dripping.forEach((socket) => socket.destroy());
+  }
+});
+
+// The status of the answer to a request for something that goes on, and the connection.
+async function attend(path) {
+  const socket = connect();
+  socket.write(`GET ${withToken(path)} HTTP/1.1\r\nHost: 127.0.0.1:${host.port}\r\n\r\n`);
+  const [chunk] = await once(socket, 'data');
+  return { socket, status: Number(/^HTTP\/1.1 (\d+)/.exec(String(chunk))[1]) };
+}
+
+for (const [path, kind, places] of [['/preview', 'viewers', 8], ['/events', 'listeners', 16]]) {
+  check(`too many ${kind} are sent away, and commands still work`, async () => {
+    const seatsTaken = async () => (await host.state())[kind];
+    await until(async () => await seatsTaken() === 0);
+    const seated = [];
+    let next = await attend(path);
+    for (; next.status === 200; next = await attend(path)) {
+      seated.push(next.socket);
+    }
+    assert.equal(next.status, 503);
+    assert.equal(seated.length, places);
+    assert.equal((await post('/api/zoom', '{"steps": 0}')).status, 200);
+    seated.forEach((socket) => socket.destroy());
+    await until(async () => await seatsTaken() === 0);
+    const again = await attend(path);
+    assert.equal(again.status, 200);
+    again.socket.destroy();
+  });
+}
+
+check('beyond loopback it goes by numbers, but by no other name', async () => {
+  const open = await startHost({ args: ['--listen', '0.0.0.0'] });
+  try {
+    const state = (name) => send(withToken('/api/state', open), { name, to: open });
+    assert.equal((await state('192.168.1.7')).status, 200);
+    assert.equal((await state('localhost')).status, 200);
+    assert.equal((await state('evil.example')).status, 403);
+    assert.equal((await send('/api/state', { to: open })).status, 403);
+  } finally {
+    await open.stop();
+  }
+});

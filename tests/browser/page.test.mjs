@@ -1,0 +1,282 @@
+// The page at work: view, codes, settings, looks.
+import assert from 'node:assert/strict';
+import { after, before } from 'node:test';
+
+import {
+  check, kBarText, kQrText, morePictures, openPage, problems, screenshot, startBrowser, startHost,
+  until,
+} from './host.mjs';
+
+let host;
+let browser;
+let page;
+
+before(async () => {
+  host = await startHost();
+  browser = await startBrowser();
+  page = await openPage(browser, host);
+});
+
+after(async () => {
+  await browser?.close();
+  const { code, left } = await host.stop();
+  assert.equal(code, 0, 'the server ends well');
+  assert.deepEqual(left, [], 'no pages are left behind');
+});
+
+// Whether the picture leaves that place of the canvas (parts of its sides) to the surround.
+const surroundIs = ([[x, y], wanted]) => {
+  const canvas = document.getElementById('preview');
+  const [red, green, blue] = canvas.getContext('2d')
+    .getImageData(Math.floor(canvas.width * x), Math.floor(canvas.height * y), 1, 1).data;
+  return [red, green, blue].every((value) => Math.abs(value - 0x30) < 4) === wanted;
+};
+const waitForSurround = (place) => page.waitForFunction(surroundIs, [place, true]);
+const waitForPicture = (place) => page.waitForFunction(surroundIs, [place, false]);
+
+// The brightness along the middle row.
+const profile = () => page.evaluate(() => {
+  const canvas = document.getElementById('preview');
+  const row = canvas.getContext('2d')
+    .getImageData(0, Math.floor(canvas.height / 2), canvas.width, 1).data;
+  return Array.from({ length: canvas.width }, (_, x) => row[4 * x]);
+});
+
+// By how many pixels after shows what before showed further left.
+function shiftBetween(before, after) {
+  let best = { shift: 0, difference: Infinity };
+  const reach = Math.floor(before.length / 3);
+  for (let shift = -reach; shift <= reach; ++shift) {
+    let difference = 0;
+    for (let x = reach; x < before.length - reach; ++x) {
+      difference += Math.abs(before[x - shift] - after[x]);
+    }
+    if (difference < best.difference) {
+      best = { shift, difference };
+    }
+  }
+  return best.shift;
+}
+
+// Waits until the picture shows what before showed so many pixels further left.
+const movedTo = (before, pixels) =>
+  until(async () => Math.abs(shiftBetween(before, await profile()) - pixels) <= 4);
+
+const wheel = async (notches) => {
+  await page.hover('#preview');
+  await page.mouse.wheel(0, -40 * notches);
+};
+const wholeFrame = async () => {
+  await page.click('#whole');
+  await waitForSurround([0.02, 0.5]);
+};
+const turnedBy = (turns) => until(async () => (await host.state()).view.quarterTurns === turns);
+check('the picture has the size of the page\'s area', async () => {
+  const sizes = await page.evaluate(() => {
+    const canvas = document.getElementById('preview');
+    return [canvas.width, canvas.clientWidth, canvas.height, canvas.clientHeight];
+  });
+  assert.equal(sizes[0], sizes[1]);
+  assert.equal(sizes[2], sizes[3]);
+  await page.setViewportSize({ width: 1000, height: 700 });
+  await page.waitForFunction(() => {
+    const canvas = document.getElementById('preview');
+    return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
+  });
+  await page.setViewportSize({ width: 1400, height: 760 });
+  await page.waitForFunction(() =>
+    document.getElementById('preview').width === document.getElementById('preview').clientWidth);
+});
+
+check('the token leaves the address bar', () => {
+  assert.equal(new URL(page.url()).search, '');
+});
+
+check('the wheel zooms and a double click shows the whole frame again', async () => {
+  await wholeFrame();
+  await wheel(30);
+  await waitForPicture([0.02, 0.5]);
+  await screenshot(page, 'zoomed');
+  await page.dblclick('#preview');
+  await waitForSurround([0.02, 0.5]);
+});
+
+check('a drag moves the picture as far as the hand', async () => {
+  await page.click('#true-size');
+  await wheel(20);
+  await waitForPicture([0.02, 0.5]);
+  await morePictures(page, 4);
+  const before = await profile();
+  const box = await page.locator('#preview').boundingBox();
+  await page.mouse.move(box.x + 300, box.y + 200);
+  await page.mouse.down();
+  await page.mouse.move(box.x + 340, box.y + 200, { steps: 4 });
+  await page.mouse.move(box.x + 360, box.y + 200, { steps: 4 });
+  await page.mouse.up();
+  await movedTo(before, 60);
+  await wholeFrame();
+});
+
+check('keys zoom, move and turn', async () => {
+  await page.focus('#preview');
+  await page.keyboard.press('1');
+  for (let i = 0; i < 10; ++i) {
+    await page.keyboard.press('+');
+  }
+  await waitForPicture([0.02, 0.5]);
+  await morePictures(page, 4);
+  const before = await profile();
+  await page.keyboard.press('ArrowLeft');
+  await movedTo(before, 60);
+  await page.keyboard.press('ArrowRight');
+  await movedTo(before, 0);
+  await page.keyboard.press('0');
+  await waitForSurround([0.02, 0.5]);
+  await page.keyboard.press('l');
+  await turnedBy(3);
+  await page.keyboard.press('r');
+  await turnedBy(0);
+});
+
+check('turning right stands the picture upright', async () => {
+  await wholeFrame();
+  await waitForPicture([0.25, 0.5]);
+  await page.click('#turn-right');
+  await waitForSurround([0.2, 0.5]);
+  await turnedBy(1);
+  await screenshot(page, 'turned');
+  await page.click('#turn-left');
+  await waitForPicture([0.25, 0.5]);
+});
+
+check('codes in the live picture become text to copy', async () => {
+  await page.click('#read-codes');
+  await page.waitForFunction((texts) => {
+    const shown = [...document.querySelectorAll('#codes input')].map((input) => input.value);
+    return texts.every((text) => shown.includes(text));
+  }, [kQrText, kBarText]);
+});
+
+check('a code is copied as it is', async () => {
+  await page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await page.click('button[aria-label="Copy QR code text"]');
+  await until(() => page.evaluate((text) => navigator.clipboard.readText()
+    .then((copied) => copied === text), kQrText));
+  assert.equal(await page.textContent('#news'), 'Copied');
+});
+
+check('letters change what pages become', async () => {
+  const settings = async () => (await host.state()).settings;
+  await page.focus('#preview');
+  await page.keyboard.press('m');
+  await until(async () => (await settings()).colour === 'grey');
+  for (const [key, flag] of [['c', 'crop'], ['e', 'cleanEdges'], ['w', 'cleanBackground']]) {
+    await page.keyboard.press(key);
+    await until(async () => (await settings())[flag]);
+    assert.match(await page.textContent('#news'), /: on$/);
+    await page.keyboard.press(key);
+    await until(async () => !(await settings())[flag]);
+  }
+  await page.keyboard.press('q');
+  await until(async () => (await settings()).quality === 90);
+  await page.keyboard.press('Shift+Q');
+  await until(async () => (await settings()).quality === 85);
+  await page.keyboard.press('m');
+  await page.keyboard.press('m');
+  await until(async () => (await settings()).colour === 'colour');
+});
+
+check('Tab alone reaches everything, and the focus is seen', async () => {
+  const wanted = await page.evaluate(() => [...document.querySelectorAll(
+    'canvas, button, input, select, a, [tabindex]')]
+    .filter((element) => element.checkVisibility() && !element.closest('dialog'))
+    .map((element) => element.outerHTML));
+  assert.ok(wanted.length > 15);
+  await page.focus('#preview');
+  const reached = new Set();
+  for (let i = 0; i <= wanted.length; ++i) { // the way round leads over the body
+    await page.keyboard.press('Tab');
+    const [html, outline] = await page.evaluate(() => [document.activeElement.outerHTML,
+      getComputedStyle(document.activeElement).outlineStyle]);
+    assert.ok(html.startsWith('<body') || outline !== 'none', html);
+    reached.add(html);
+  }
+  assert.deepEqual(wanted.filter((html) => !reached.has(html)), []);
+  await page.focus('#preview');
+});
+
+check('settings reach the server and come back to every page', async () => {
+  const other = await openPage(browser, host);
+  await page.selectOption('#colour', 'grey');
+  await page.check('#cleanBackground');
+  await other.waitForFunction(() => document.getElementById('colour').value === 'grey' &&
+    document.getElementById('cleanBackground').checked);
+  await other.context().close();
+  await page.selectOption('#colour', 'colour');
+  await page.uncheck('#cleanBackground');
+  await page.evaluate(() => document.getElementById('preview').focus());
+});
+
+check('a picture control changes the camera and is reset', async () => {
+  const value = async () => (await host.state()).controls
+    .find(({ name }) => name === 'brightness').value;
+  await page.locator('#control-brightness').fill('20');
+  await until(async () => await value() === 20);
+  await page.click('button[title="Reset brightness"]');
+  await until(async () => await value() === 0);
+});
+
+// What sticks out of the window sideways or is too small for a finger.
+function misfits() {
+  return [...document.querySelectorAll('button, a, select, input, canvas, p, h2')]
+    .filter((element) => element.checkVisibility() && !element.matches('.unseen'))
+    .filter((element) => {
+      const { left, right, width, height } = element.getBoundingClientRect();
+      const small = element.matches('button, a, select') && (width < 38 || height < 38);
+      return left < 0 || right > document.documentElement.clientWidth || small;
+    })
+    .map((element) => element.outerHTML);
+}
+
+check('it fits a phone and the dark', async () => {
+  await page.click('#capture');
+  await page.waitForSelector('#pages li');
+  for (const [name, options] of [
+    ['phone', { viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true }],
+    ['dark', { colorScheme: 'dark' }],
+  ]) {
+    const other = await openPage(browser, host, options);
+    assert.deepEqual(await other.evaluate(misfits), [], name);
+    await screenshot(other, name);
+    await other.context().close();
+  }
+});
+
+check('alarms can be read in the light and in the dark', async () => {
+  for (const colorScheme of ['light', 'dark']) {
+    await page.emulateMedia({ colorScheme });
+    const colours = await page.evaluate(() => {
+      const { color, backgroundColor } = getComputedStyle(document.getElementById('banner'));
+      return [color, backgroundColor].map((text) => text.match(/\d+/g).map(Number));
+    });
+    const light = ([red, green, blue]) => {
+      const part = (value) => (value <= 10 ? value / 3295 : ((value / 255 + 0.055) / 1.055) ** 2.4);
+      return 0.2126 * part(red) + 0.7152 * part(green) + 0.0722 * part(blue);
+    };
+    const [dark, bright] = colours.map(light).sort((a, b) => a - b);
+    assert.ok((bright + 0.05) / (dark + 0.05) >= 4.5, colorScheme);
+  }
+  await page.emulateMedia({ colorScheme: null });
+});
+
+check('everything that can be used has a name', async () => {
+  const nameless = await page.evaluate(() => [...document.querySelectorAll(
+    'button, a, input, select, canvas')].filter((element) => !element.closest('dialog') &&
+    !(element.getAttribute('aria-label') || element.textContent.trim() ||
+      element.labels?.length > 0)).map((element) => element.outerHTML));
+  assert.deepEqual(nameless, []);
+});
+
+check('the page breaks none of its own rules', () => {
+  assert.deepEqual(problems, []);
+});

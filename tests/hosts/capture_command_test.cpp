@@ -1,0 +1,118 @@
+#include "host_program.h"
+
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <fstream>
+
+namespace {
+
+using namespace doccam::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Capture : public HostProgramTest {
+  protected:
+    cv::Mat picture(const std::string& name) const {
+        return cv::imread(file(name), cv::IMREAD_UNCHANGED);
+    }
+};
+
+TEST_F(Capture, WritesAStillForEachFileAndNothingElse) {
+    const Outcome outcome = runWith(camera(), "capture a.jpg b.png c.pdf --json");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_THAT(outcome.err, IsEmpty());
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "b.png", "c.pdf"));
+    EXPECT_EQ(picture("a.jpg").size(), cv::Size(1280, 960));
+    EXPECT_EQ(picture("b.png").size(), cv::Size(1280, 960));
+    const auto written = outcome.json();
+    EXPECT_EQ(written[0]["file"], "a.jpg");
+    EXPECT_EQ(written[1]["width"], 1280);
+    EXPECT_GT(written[2]["bytes"], 1000);
+}
+
+TEST_F(Capture, TakesTheChosenFormatSizeAndTurn) {
+    ASSERT_EQ(runWith(camera(), "capture --format yuyv --rotate 90 a.png").status, kDone);
+    EXPECT_EQ(picture("a.png").size(), cv::Size(480, 640));
+}
+
+TEST_F(Capture, CutsOutTheSheetInGreyAndCleansIt) {
+    ASSERT_EQ(
+        runWith(camera(), "capture --crop --colour grey --clean-edges --clean-background a.png")
+            .status,
+        kDone);
+    const cv::Mat page = picture("a.png");
+    // The sheet is 0.8 of the picture's height, and its border eight pixels wide.
+    EXPECT_NEAR(page.rows, 0.8 * 960 + 16, 8);
+    EXPECT_NEAR(page.cols, 0.8 * 960 * 210 / 297 + 16, 8);
+    cv::Mat grey = page;
+    if (page.channels() == 3) {
+        cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
+    }
+    EXPECT_GT(cv::mean(grey)[0], 200);
+}
+
+TEST_F(Capture, ReplacesAFileOnlyWhenForced) {
+    std::ofstream(file("a.jpg")) << "mine";
+    const Outcome refused = runWith(camera(), "capture b.jpg a.jpg");
+    EXPECT_EQ(refused.status, kFileFailed);
+    EXPECT_THAT(refused.err, isOneSentence());
+    EXPECT_THAT(refused.err, HasSubstr("--force"));
+    EXPECT_THAT(files(), ElementsAre("a.jpg"));
+    EXPECT_TRUE(picture("a.jpg").empty());
+    EXPECT_EQ(runWith(camera(), "capture a.jpg --force").status, kDone);
+    EXPECT_EQ(picture("a.jpg").size(), cv::Size(1280, 960));
+}
+
+TEST_F(Capture, RefusesNamesThatCannotBeWritten) {
+    EXPECT_EQ(runWith(camera(), "capture a.xyz").status, kUsage);
+    EXPECT_EQ(runWith(camera(), "capture a.jpg ./a.jpg").status, kUsage);
+    EXPECT_EQ(runWith(camera(), "capture missing/a.jpg").status, kFileFailed);
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Capture, NamesTheSizesWhenTheWantedOneIsNotOffered) {
+    const Outcome outcome = runWith(camera(), "capture --size 640x480 a.jpg");
+    EXPECT_EQ(outcome.status, kUsage);
+    EXPECT_THAT(outcome.err, HasSubstr("choose one of 1280x960"));
+}
+
+TEST_F(Capture, FindsNoSheetOnAnEmptyDeskInACorner) {
+    // Only a corner of the sheet is in the picture, too small to be one.
+    const Outcome outcome =
+        runWith(camera(R"("scene": {"sheetHeight": 0.02, "noise": 0})"), "capture --crop a.jpg");
+    EXPECT_EQ(outcome.status, kNothingFound);
+    EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Capture, NeedsACamera) {
+    EXPECT_EQ(runWith("", "capture a.jpg").status, kNoCamera);
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Capture, SaysWhyTheCameraDoesNotOpen) {
+    const Outcome outcome = runWith(
+        camera(R"("faults": [{"fault": "call", "request": "VIDIOC_STREAMON", "errno": "ENOSPC"}])"),
+        "capture a.jpg");
+    EXPECT_EQ(outcome.status, kCameraFailed);
+    EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_THAT(outcome.err, HasSubstr("smaller --size"));
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Capture, SurvivesAnUnplugAndLeavesNoFile) {
+    const Outcome outcome = runWith(camera(R"("faults": [{"fault": "unplug", "at": 3}])"),
+                                    "capture --crop a.jpg b.jpg c.jpg d.jpg");
+    EXPECT_EQ(outcome.status, kCameraFailed);
+    EXPECT_THAT(outcome.err, isOneSentence());
+}
+
+TEST_F(Capture, SurvivesFramesThatCannotBeDecoded) {
+    EXPECT_EQ(
+        runWith(camera(R"("faults": [{"fault": "corrupt", "at": 2}])"), "capture a.jpg").status,
+        kDone);
+}
+
+} // namespace

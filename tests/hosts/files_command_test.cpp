@@ -1,0 +1,92 @@
+#include "host_program.h"
+
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <fstream>
+
+namespace {
+
+using namespace doccam::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Files : public HostProgramTest {
+  protected:
+    // A sheet on a black desk, as FN_DeleteBlackEdge expects it.
+    void drawPage(const std::string& name) const {
+        cv::Mat page(400, 300, CV_8UC3, cv::Scalar::all(8));
+        cv::rectangle(page, {40, 40, 220, 320}, cv::Scalar::all(235), -1);
+        cv::rectangle(page, {80, 100, 140, 12}, cv::Scalar::all(60), -1);
+        cv::imwrite(file(name), page);
+    }
+
+    double brightness(const std::string& name) const {
+        return cv::mean(cv::imread(file(name), cv::IMREAD_GRAYSCALE))[0];
+    }
+};
+
+TEST_F(Files, BecomeThePagesOfAPdf) {
+    drawSheet("a.jpg");
+    drawSheet("b.TIF");
+    drawSheet("c.png");
+    const Outcome outcome = run("pdf all.pdf a.jpg b.TIF c.png --json");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(outcome.json()["pages"], 3);
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "all.pdf", "b.TIF", "c.png"));
+    EXPECT_EQ(std::system(("pdfinfo " + file("all.pdf") + " | grep -q 'Pages: *3$'").c_str()), 0);
+}
+
+TEST_F(Files, ThatAreNoPicturesMakeNoPdf) {
+    std::ofstream(file("b.jpg")) << "no picture";
+    const Outcome outcome = run("pdf all.pdf " + drawSheet("a.jpg") + " b.jpg");
+    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_THAT(outcome.err, HasSubstr("b.jpg"));
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "b.jpg"));
+}
+
+TEST_F(Files, AreReplacedByAPdfOnlyWhenForced) {
+    drawSheet("a.jpg");
+    std::ofstream(file("all.pdf")) << "mine";
+    EXPECT_EQ(run("pdf all.pdf a.jpg").status, kFileFailed);
+    EXPECT_EQ(run("pdf --force all.pdf a.jpg").status, kDone);
+}
+
+TEST_F(Files, AreCleanedBesideThemselves) {
+    drawPage("a.png");
+    ASSERT_EQ(run("clean a.png").status, kDone);
+    EXPECT_THAT(files(), ElementsAre("a-clean.png", "a.png"));
+    EXPECT_GT(brightness("a-clean.png"), 200);
+    EXPECT_LT(brightness("a.png"), 170);
+    EXPECT_EQ(run("clean a.png").status, kFileFailed);
+}
+
+TEST_F(Files, AreCleanedInPlaceWhenForced) {
+    drawPage("a.png");
+    ASSERT_EQ(run("clean --edges --in-place --force a.png").status, kDone);
+    EXPECT_THAT(files(), ElementsAre("a.png"));
+    EXPECT_GT(brightness("a.png"), 200);
+}
+
+TEST_F(Files, OnAGreyDeskAreCleanedByTheirBrightness) {
+    drawSheet("a.png");
+    ASSERT_EQ(run("clean --edges --bright-sheet a.png").status, kDone);
+    EXPECT_GT(brightness("a-clean.png"), 200);
+}
+
+TEST_F(Files, AreCleanedIntoAFolder) {
+    drawSheet("a.png");
+    EXPECT_EQ(run("clean --into missing a.png").status, kFileFailed);
+    const Outcome outcome = run("clean --background --into ../home a.png --json");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(outcome.json()[0]["width"], 1280);
+}
+
+TEST_F(Files, ThatAreNoPicturesAreNotCleaned) {
+    std::ofstream(file("b.jpg")) << "no picture";
+    EXPECT_EQ(run("clean b.jpg").status, kUsage);
+    EXPECT_THAT(files(), ElementsAre("b.jpg"));
+}
+
+} // namespace

@@ -1,0 +1,71 @@
+// The program itself, run on virtual cameras in a folder of its own.
+#pragma once
+
+#include "support/scratch_folder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace doccam::test {
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string err;
+
+    nlohmann::json json() const { return nlohmann::json::parse(out); }
+};
+
+// What tests compare with, as docs/command-line.md has it.
+enum Status {
+    kDone = 0,
+    kNothingFound = 1,
+    kUsage = 2,
+    kNoCamera = 3,
+    kCameraFailed = 4,
+    kFileFailed = 5,
+    kInterrupted = 130
+};
+
+class HostProgramTest : public testing::Test {
+  protected:
+    HostProgramTest();
+
+    // Runs doccam with a command line in shell's words, in the folder, with an empty home.
+    Outcome run(const std::string& arguments, const std::string& input = "") const;
+
+    // The same under the launcher with the cameras that a scenario describes, as a JSON list.
+    Outcome runWith(const std::string& cameras, const std::string& arguments,
+                    const std::string& input = "") const;
+
+    // The command line that runWith runs; for tests that start it themselves.
+    std::vector<std::string> commandWith(const std::string& cameras,
+                                         const std::vector<std::string>& arguments) const;
+
+    // A picture of the drawn sheet; the number counts its texts up.
+    std::string drawSheet(const std::string& name, int number = 0) const;
+
+    std::string file(const std::string& name) const { return work_ + "/" + name; }
+
+    // The names of all files in the folder and in the home.
+    std::vector<std::string> files() const;
+
+  private:
+    Outcome shell(const std::string& command, const std::string& input) const;
+    std::string scenario(const std::string& cameras) const;
+
+    ScratchFolder folder_;
+    std::string work_;
+    std::string home_;
+};
+
+// A quick camera with one small frame size; fields come first in its description.
+std::string camera(const std::string& fields = "");
+
+// One sentence after the program's name, on one line.
+testing::Matcher<const std::string&> isOneSentence();
+
+} // namespace doccam::test

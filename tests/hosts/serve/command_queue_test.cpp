@@ -1,0 +1,109 @@
+// Work for the one thread that calls the library.
+#include "serve/command_queue.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace doccam::serve {
+namespace {
+
+constexpr std::chrono::hours kLong{1};
+
+// Serves until the queue closes.
+class Server {
+  public:
+    explicit Server(CommandQueue& queue)
+      : queue_(queue)
+      , thread_([&queue] {
+          while (queue.serve(kLong)) {
+          }
+      }) {}
+
+    ~Server() {
+        queue_.close();
+        thread_.join();
+    }
+
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    std::thread::id id() const { return thread_.get_id(); }
+
+  private:
+    CommandQueue& queue_;
+    std::thread thread_;
+};
+
+} // namespace
+
+TEST(CommandQueue, RunsEveryCommandOnTheServingThread) {
+    CommandQueue queue;
+    const Server server(queue);
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 8; ++i) {
+        clients.emplace_back([&] {
+            EXPECT_EQ(queue.order([] { return std::this_thread::get_id(); }), server.id());
+        });
+    }
+    for (std::thread& client : clients) {
+        client.join();
+    }
+}
+
+TEST(CommandQueue, HandsBackWhatACommandThrows) {
+    CommandQueue queue;
+    const Server server(queue);
+    EXPECT_THROW(queue.order([]() -> int { throw std::out_of_range("no"); }), std::out_of_range);
+    EXPECT_EQ(queue.order([] { return 1; }), 1);
+}
+
+TEST(CommandQueue, RefusesACommandOnceItIsClosed) {
+    CommandQueue queue;
+    queue.close();
+    EXPECT_THROW(queue.order([] { return 1; }), Busy);
+    EXPECT_FALSE(queue.serve(kLong));
+}
+
+TEST(CommandQueue, RefusesAWaitingCommandWhenItCloses) {
+    CommandQueue queue;
+    std::atomic<int> run{0};
+    std::thread client([&] { EXPECT_THROW(queue.order([&] { ++run; }), Busy); });
+    // Whether the command is waiting by then or comes later, it is refused.
+    queue.close();
+    client.join();
+    EXPECT_EQ(run, 0);
+}
+
+TEST(CommandQueue, RefusesWhatWouldWaitTooLong) {
+    CommandQueue queue;
+    std::atomic<int> refused{0};
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 40; ++i) {
+        clients.emplace_back([&] {
+            try {
+                queue.order([] {});
+            } catch (const Busy&) {
+                ++refused;
+            }
+        });
+    }
+    while (refused < 8) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(refused, 8);
+    queue.close();
+    for (std::thread& client : clients) {
+        client.join();
+    }
+    EXPECT_EQ(refused, 40);
+}
+
+TEST(CommandQueue, ServesOnWithoutCommands) {
+    CommandQueue queue;
+    EXPECT_TRUE(queue.serve(std::chrono::milliseconds(0)));
+}
+
+} // namespace doccam::serve

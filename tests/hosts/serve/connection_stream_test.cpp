@@ -1,0 +1,106 @@
+// What a connection may say, and for how long.
+#include "serve/connection_stream.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace doccam::serve {
+namespace {
+
+class ConnectionStreamTest : public testing::Test {
+  protected:
+    ConnectionStreamTest() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends_), 0); }
+
+    ~ConnectionStreamTest() override {
+        close(ends_[0]);
+        hangUp();
+    }
+
+    void say(const std::string& text) {
+        EXPECT_EQ(send(ends_[1], text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
+    }
+
+    void hangUp() {
+        close(peer());
+        ends_[1] = -1;
+    }
+
+    int peer() const { return ends_[1]; }
+
+    ConnectionStream streamWith(const ConnectionLimits& limits) const { return {ends_[0], limits}; }
+
+  private:
+    int ends_[2] = {-1, -1};
+};
+
+// Byte by byte, as lines are read.
+std::string readAll(ConnectionStream& stream, std::size_t most) {
+    std::string text;
+    char c = 0;
+    while (text.size() < most && stream.read(&c, 1) == 1) {
+        text += c;
+    }
+    return text;
+}
+
+constexpr std::chrono::milliseconds kLong{3600 * 1000};
+constexpr std::chrono::milliseconds kNoTime{0};
+
+} // namespace
+
+TEST_F(ConnectionStreamTest, EndsAHeadThatGrowsTooLong) {
+    ConnectionStream stream = streamWith({.longestHead = 10, .patience = kLong});
+    say("0123456789and more");
+    EXPECT_EQ(readAll(stream, 100), "0123456789");
+}
+
+TEST_F(ConnectionStreamTest, ReadsABodyLongerThanTheLongestHead) {
+    ConnectionStream stream = streamWith({.longestHead = 4, .patience = kLong});
+    say("headbody, which is longer");
+    EXPECT_EQ(readAll(stream, 4), "head");
+    stream.endHead();
+    EXPECT_EQ(readAll(stream, 21), "body, which is longer");
+}
+
+TEST_F(ConnectionStreamTest, ReadsNothingWhenTheTimeIsOver) {
+    ConnectionStream stream = streamWith({.patience = kNoTime});
+    say("late");
+    EXPECT_FALSE(stream.is_readable());
+    EXPECT_EQ(readAll(stream, 4), "");
+}
+
+TEST_F(ConnectionStreamTest, GivesASilentPeerUp) {
+    ConnectionStream stream = streamWith({.patience = std::chrono::milliseconds(1)});
+    EXPECT_EQ(readAll(stream, 1), "");
+}
+
+TEST_F(ConnectionStreamTest, ReadsToTheEndOfAPeerThatHungUp) {
+    ConnectionStream stream = streamWith({.patience = kLong});
+    say("bye");
+    hangUp();
+    EXPECT_EQ(readAll(stream, 100), "bye");
+}
+
+TEST_F(ConnectionStreamTest, WritesWhileThePeerIsThere) {
+    ConnectionStream stream = streamWith({.patience = kNoTime});
+    EXPECT_TRUE(stream.is_writable());
+    EXPECT_EQ(stream.write("answer", 6), 6);
+    hangUp();
+    EXPECT_FALSE(stream.is_writable());
+    EXPECT_EQ(stream.write("answer", 6), -1);
+}
+
+TEST_F(ConnectionStreamTest, GivesAPeerUpThatTakesNothing) {
+    ConnectionStream stream = streamWith({.writePatience = std::chrono::milliseconds(1)});
+    const std::string much(1024 * 1024, 'x');
+    ssize_t taken = 0;
+    while (taken >= 0) {
+        taken = stream.write(much.data(), much.size());
+    }
+    EXPECT_FALSE(stream.is_writable());
+}
+
+} // namespace doccam::serve

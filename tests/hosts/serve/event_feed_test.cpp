@@ -1,0 +1,66 @@
+// News for pages of any speed.
+#include "serve/event_feed.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace doccam::serve {
+namespace {
+
+constexpr std::chrono::hours kLong{1};
+constexpr std::chrono::milliseconds kNoTime{0};
+
+std::vector<std::string> told(const EventFeed::News& news) {
+    std::vector<std::string> lines;
+    for (const EventFeed::Event& event : news.events) {
+        lines.push_back(event.topic + "=" + event.text);
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(EventFeed, TellsEveryTopicAtFirst) {
+    EventFeed feed;
+    feed.set("b", "1");
+    feed.set("a", "2");
+    EXPECT_THAT(told(feed.next(0, kLong)), testing::ElementsAre("b=1", "a=2"));
+}
+
+TEST(EventFeed, TellsThenOnlyWhatChanged) {
+    EventFeed feed;
+    feed.set("a", "1");
+    feed.set("b", "1");
+    const auto news = feed.next(0, kLong);
+    feed.set("a", "2");
+    EXPECT_THAT(told(feed.next(news.version, kLong)), testing::ElementsAre("a=2"));
+}
+
+TEST(EventFeed, TellsASlowListenerTheNewestAlone) {
+    EventFeed feed;
+    for (int i = 0; i <= 1000; ++i) {
+        feed.set("rate", std::to_string(i));
+    }
+    EXPECT_THAT(told(feed.next(0, kLong)), testing::ElementsAre("rate=1000"));
+}
+
+TEST(EventFeed, TakesTheSameTextForNoNews) {
+    EventFeed feed;
+    feed.set("a", "");
+    const auto news = feed.next(0, kLong);
+    EXPECT_THAT(told(news), testing::ElementsAre("a="));
+    feed.set("a", "");
+    EXPECT_TRUE(feed.next(news.version, kNoTime).events.empty());
+}
+
+TEST(EventFeed, LetsListenersGoWhenItCloses) {
+    EventFeed feed;
+    std::thread listener([&] { EXPECT_TRUE(feed.next(0, kLong).events.empty()); });
+    feed.close();
+    listener.join();
+    EXPECT_TRUE(feed.closed());
+}
+
+} // namespace doccam::serve

@@ -1,0 +1,36 @@
+// The launcher's part in plugging cameras: it holds the device tree.
+#pragma once
+
+#include "bed/udev_tree.h"
+#include "remote/line_socket.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace doccam::virtualcam {
+
+class PlugControl {
+  public:
+    // The cameras as they stand in the tree. Serves the socket that the environment names, if any.
+    // Throws std::runtime_error when it cannot.
+    PlugControl(UdevTree& tree, const std::vector<CameraDescription>& cameras);
+    ~PlugControl();
+    PlugControl(const PlugControl&) = delete;
+    PlugControl& operator=(const PlugControl&) = delete;
+
+  private:
+    struct Place {
+        CameraDescription camera;
+        std::optional<Nodes> nodes; // none while unplugged
+    };
+
+    std::string obey(const std::string& line);
+
+    UdevTree& tree_;
+    std::vector<Place> places_;
+    std::string path_;
+    std::optional<LineSocket> socket_;
+};
+
+} // namespace doccam::virtualcam

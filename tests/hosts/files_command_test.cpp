@@ -63,6 +63,14 @@ TEST_F(Files, BecomeThePagesOfAPdf) {
     EXPECT_EQ(std::system(("pdfinfo " + file("all.pdf") + " | grep -q 'Pages: *3$'").c_str()), 0);
 }
 
+TEST_F(Files, OfAFewPixelsBecomePagesToo) {
+    const cv::Mat picture(5, 5, CV_8UC3, cv::Scalar::all(9));
+    for (const std::string name : {"a.png", "b.jpg", "c.tif"}) {
+        cv::imwrite(file(name), picture);
+    }
+    EXPECT_EQ(run("pdf all.pdf a.png b.jpg c.tif").status, kDone);
+}
+
 TEST_F(Files, ThatAreNoPicturesMakeNoPdf) {
     std::ofstream(file("b.jpg")) << "no picture";
     const Outcome outcome = run("pdf all.pdf " + drawSheet("a.jpg") + " b.jpg");

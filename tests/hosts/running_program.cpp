@@ -43,6 +43,7 @@ RunningProgram::RunningProgram(const std::vector<std::string>& command, const st
     const Pipe said = makePipe();
     const int outFile = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     std::vector<char*> words;
+    words.reserve(command.size() + 1);
     for (const std::string& word : command) {
         words.push_back(const_cast<char*>(word.c_str()));
     }

@@ -86,7 +86,8 @@ std::optional<Node> chosenNode(const Findings& findings, const std::string& mode
 }
 
 bool add(const Findings& findings, const std::string& model, Result& result) {
-    result.value["added"] = result.value["givenUp"] = Json::array();
+    result.value["added"] = Json::array();
+    result.value["givenUp"] = Json::array();
     const auto node = chosenNode(findings, model);
     if (!node) {
         return false;

@@ -34,8 +34,8 @@ std::string typeOf(const std::string& image) {
     return bytes == "\xFF\xD8\xFF" ? ".jpg" : bytes == "\x89PN" ? ".png" : "";
 }
 
-// Whether the picture is to be shown otherwise than it is stored, as a camera that was held on its
-// side notes.
+// Whether a JPEG is to be shown otherwise than it is stored, as a camera that was held on its side
+// notes.
 bool isTurned(const std::string& image) {
     const cv::Mat shown = readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8);
     const cv::Mat stored =
@@ -53,14 +53,18 @@ void giveName(const std::string& image, const std::string& name) {
 }
 
 std::string pageOf(const OutputFile& file, const std::string& image, std::size_t number) {
-    const bool turned = isTurned(image);
     const std::string type = typeOf(image);
-    const std::string page =
+    std::string page =
         file.part("page" + std::to_string(number) + (type == ".jpg" ? type : ".png"));
-    if (turned || type.empty()) {
-        writePicture(file, page, readPicture(image, cv::IMREAD_COLOR), kGoodQuality);
-    } else {
+    if (type == ".jpg" && !isTurned(image)) {
         giveName(image, page);
+        return page;
+    }
+    const cv::Mat picture = readPicture(image, cv::IMREAD_COLOR);
+    if (type == ".png") {
+        giveName(image, page);
+    } else {
+        writePicture(file, page, picture, kGoodQuality);
     }
     return page;
 }

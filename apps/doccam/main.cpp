@@ -6,25 +6,27 @@
 #include <opencv2/core/utils/logger.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <exception>
+#include <string>
+#include <vector>
 
 namespace {
 
 using namespace doccam::host;
 
-// The first word that is no option; empty when there is none.
-std::string commandWord(int argc, char** argv) {
-    const auto* word =
-        std::find_if(argv + 1, argv + argc, [](const char* argument) { return *argument != '-'; });
-    return word == argv + argc ? "" : *word;
+// Of the words that no option and no command has taken, the first that is no option itself; empty
+// when there is none.
+std::string unknownWord(const CLI::App& app) {
+    const std::vector<std::string> words = app.remaining();
+    const auto word = std::find_if(words.begin(), words.end(),
+                                   [](const std::string& one) { return one.substr(0, 1) != "-"; });
+    return word == words.end() ? "" : *word;
 }
 
-std::string usageMessage(const CLI::App& app, const CLI::ParseError& error,
-                         const std::string& word) {
-    if (app.get_subcommands().empty() && !word.empty()) {
-        return "There is no command \"" + word + "\"";
-    }
-    return error.what();
+std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
+    const std::string word = app.get_subcommands().empty() ? unknownWord(app) : "";
+    return word.empty() ? error.what() : "There is no command \"" + word + "\"";
 }
 
 // Reads the command line; an exit code when there is nothing to run.
@@ -37,8 +39,7 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
         finishOutput();
         return code;
     } catch (const CLI::ParseError& error) {
-        complain(usageMessage(app, error, commandWord(argc, argv)) +
-                 "; doccam --help shows what there is.");
+        complain(usageMessage(app, error) + "; doccam --help shows what there is.");
         return kUsage;
     }
 }
@@ -64,6 +65,9 @@ int run(Context& context, int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    holdStandardStreams();
+    // A reader that ends early is a failed write, not the end in the middle of the work.
+    std::signal(SIGPIPE, SIG_IGN);
     Context context;
     try {
         return run(context, argc, argv);

@@ -53,4 +53,4 @@ complete -c doccam -n '__fish_seen_subcommand_from clean' -l into -x -a '(__fish
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l in-place -d 'Replace the pictures'
 complete -c doccam -n '__fish_seen_subcommand_from serve' -l listen -x -a '(__fish_print_hostnames)' -d 'Address to listen at'
 complete -c doccam -n '__fish_seen_subcommand_from serve' -l port -x -d 'Port'
-complete -c doccam -n '__fish_seen_subcommand_from doctor' -l add -d 'Add the cameras to the supported models'
+complete -c doccam -n '__fish_seen_subcommand_from doctor' -l add -d 'Add a camera to the supported models'

@@ -79,7 +79,27 @@ TEST(Advice, ShowsTheRowOfAModelThatIsNotSupported) {
     EXPECT_THAT(
         adviceOnNode(node),
         ElementsAre(AllOf(says(Level::kNote, "not among the supported", "0c45:6366  # Doc Cam"),
-                          Field(&Advice::remedy, HasSubstr("doctor --add")))));
+                          Field(&Advice::remedy, HasSubstr("doctor --add 0c45:6366")))));
+}
+
+TEST(Advice, OffersAFileToEditOnlyWhereOneIsInForce) {
+    Findings findings;
+    findings.nodes = {goodNode()};
+    findings.nodes[0].supported = false;
+    findings.nodes[0].trial = {};
+    findings.table.addTo = "/etc/models";
+    EXPECT_THAT(adviceOn(findings).at(0).remedy, Not(HasSubstr("/etc/models")));
+    findings.table.file = "/etc/models";
+    EXPECT_THAT(adviceOn(findings).at(0).remedy, HasSubstr("to /etc/models by hand"));
+}
+
+TEST(Advice, MakesNoTroubleOfACameraThatIsNotSupported) {
+    Node node = goodNode();
+    node.supported = false;
+    node.openError = EACCES;
+    EXPECT_THAT(adviceOnNode(node),
+                ElementsAre(says(Level::kNote, "not among the supported", "--add"),
+                            says(Level::kNote, "may not be opened", "usermod")));
 }
 
 TEST(Advice, PassesOverANodeThatIsNoUsbDevice) {

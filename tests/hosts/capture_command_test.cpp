@@ -3,11 +3,14 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace {
 
 using namespace doccam::test;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -51,6 +54,13 @@ TEST_F(Capture, CutsOutTheSheetInGreyAndCleansIt) {
         cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
     }
     EXPECT_GT(cv::mean(grey)[0], 200);
+}
+
+TEST_F(Capture, TurnsTheSheetThatItCutsOut) {
+    ASSERT_EQ(runWith(camera(), "capture --crop --rotate 90 a.png").status, kDone);
+    const cv::Mat page = picture("a.png");
+    EXPECT_NEAR(page.cols, 0.8 * 960 + 16, 8);
+    EXPECT_NEAR(page.rows, 0.8 * 960 * 210 / 297 + 16, 8);
 }
 
 TEST_F(Capture, ReplacesAFileOnlyWhenForced) {
@@ -103,10 +113,35 @@ TEST_F(Capture, SaysWhyTheCameraDoesNotOpen) {
 }
 
 TEST_F(Capture, SurvivesAnUnplugAndLeavesNoFile) {
-    const Outcome outcome = runWith(camera(R"("faults": [{"fault": "unplug", "at": 3}])"),
+    const Outcome outcome = runWith(camera(R"("faults": [{"fault": "unplug", "at": 2}])"),
                                     "capture --crop a.jpg b.jpg c.jpg d.jpg");
     EXPECT_EQ(outcome.status, kCameraFailed);
     EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Capture, TellsWhatIsDoneWhenTheCameraIsUnplugged) {
+    std::vector<std::string> words{"capture", "--json", "a.jpg"};
+    for (int still = 0; still < 200; ++still) {
+        words.push_back("still" + std::to_string(still) + ".jpg");
+    }
+    RunningProgram program = start(camera(), words);
+    while (!std::filesystem::exists(file("a.jpg"))) {
+        std::this_thread::yield();
+    }
+    unplug();
+    EXPECT_EQ(program.finish(), kCameraFailed);
+    const auto written = nlohmann::json::parse(printed());
+    EXPECT_EQ(written.size(), files().size());
+    EXPECT_EQ(written[0]["file"], "a.jpg");
+}
+
+TEST_F(Capture, SaysThatTheCameraIsSilent) {
+    const Outcome outcome =
+        runWith(camera(R"("faults": [{"fault": "stall", "at": 2}])"), "capture a.jpg");
+    EXPECT_EQ(outcome.status, kCameraFailed);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("sends no frames")));
+    EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(Capture, SurvivesFramesThatCannotBeDecoded) {

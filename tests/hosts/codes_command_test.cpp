@@ -32,10 +32,26 @@ TEST_F(Codes, AreReadBeforeTheCameraAsJson) {
 }
 
 TEST_F(Codes, AreMissedWhereThereAreNone) {
-    const Outcome live = runWith(camera(R"("scene": {"centreX": 9})"), "read --wait 0 --json");
+    const Outcome live =
+        runWith(camera(R"("scene": {"centreX": 9, "noise": 0})"), "read --wait 0 --json");
     EXPECT_EQ(live.status, kNothingFound);
     EXPECT_EQ(live.json(), Json::array());
     EXPECT_THAT(live.err, isOneSentence());
+}
+
+TEST_F(Codes, AreNotReadBeforeACameraThatHasGone) {
+    const Outcome outcome = runWith(
+        camera(R"("scene": {"centreX": 9, "noise": 0}, "faults": [{"fault": "unplug", "at": 4}])"),
+        "read --wait 3600 --json");
+    EXPECT_EQ(outcome.status, kCameraFailed);
+    EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_EQ(outcome.json(), Json::array());
+}
+
+TEST_F(Codes, OfTheFilesBeforeAnUnreadableOneAreTold) {
+    const Outcome outcome = run("read --kind qr --json " + drawSheet("sheet.png") + " missing.png");
+    EXPECT_EQ(outcome.status, kUsage);
+    EXPECT_EQ(outcome.json().size(), 1U);
 }
 
 TEST_F(Codes, AreNotSoughtInWhatIsNoPicture) {

@@ -2,10 +2,12 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 
 namespace {
 
 using namespace doccam::test;
+using testing::AllOf;
 using testing::HasSubstr;
 
 class Doctor : public HostProgramTest {
@@ -61,26 +63,75 @@ TEST_F(Doctor, ShowsTheRowOfAForeignCamera) {
     EXPECT_THAT(outcome.out, HasSubstr("\"abcd:0001  # Odd Cam\""));
 }
 
-TEST_F(Doctor, AddsAForeignCameraToTheModelsThatTheLibraryReads) {
-    std::ofstream(file("models.txt")) << "0c45:6366\n";
-    setenv("DOCCAM_MODELS", file("models.txt").c_str(), 1);
+TEST_F(Doctor, PassesOverTheTroubleOfAForeignCamera) {
+    const std::string refused =
+        R"("vendor": "abcd", "product": "0001", "faults": [)" + refusal("open", "EACCES") + "]";
+    const Outcome outcome = runWith(camera() + ", " + camera(refused), "doctor");
+    EXPECT_EQ(outcome.status, kDone);
+    EXPECT_THAT(outcome.out, HasSubstr("note: /dev/video2"));
+}
+
+// Adds models to a file of its own.
+class ModelFile : public HostProgramTest {
+  protected:
+    ModelFile() { setenv("DOCCAM_MODELS", file("models.txt").c_str(), 1); }
+
+    ~ModelFile() override { unsetenv("DOCCAM_MODELS"); }
+
+    void write(const std::string& rows) const { std::ofstream(file("models.txt")) << rows; }
+
+    std::string content() const {
+        std::ifstream table(file("models.txt"));
+        return {std::istreambuf_iterator<char>(table), {}};
+    }
+};
+
+const std::string kTwoForeign =
+    kForeign + ", " + camera(R"("vendor": "abcd", "product": "0002", "card": "Web Cam")");
+
+TEST_F(ModelFile, GetsTheOneForeignCameraAndTheLibraryReadsIt) {
+    write("0c45:6366\n");
     EXPECT_EQ(runWith(kForeign, "list").status, kNoCamera);
     const Outcome added = runWith(kForeign, "doctor --add --json");
     EXPECT_EQ(added.status, kDone) << added.err;
     EXPECT_EQ(added.json()["added"][0], "abcd:0001  # Odd Cam");
+    EXPECT_TRUE(added.json()["givenUp"].empty());
     EXPECT_EQ(runWith(kForeign, "list").out, "0  Odd Cam\n");
-    unsetenv("DOCCAM_MODELS");
 }
 
-TEST_F(Doctor, AddsNothingWhereAllIsSupported) {
-    std::ofstream(file("models.txt")) << "0c45:6366\n";
-    setenv("DOCCAM_MODELS", file("models.txt").c_str(), 1);
+TEST_F(ModelFile, GetsNoneOfSeveralForeignCamerasUnasked) {
+    write("0c45:6366\n");
+    const Outcome outcome = runWith(kTwoForeign, "doctor --add --json");
+    EXPECT_EQ(outcome.status, kUsage);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("--add abcd:0001 (Odd Cam)"),
+                                   HasSubstr("--add abcd:0002 (Web Cam)")));
+    EXPECT_EQ(outcome.json()["advice"].size(), 2U);
+    EXPECT_EQ(content(), "0c45:6366\n");
+}
+
+TEST_F(ModelFile, GetsTheForeignCameraThatIsNamed) {
+    write("0c45:6366\n");
+    EXPECT_EQ(runWith(kTwoForeign, "doctor --add abcd:0002").status, kDone);
+    EXPECT_EQ(content(), "0c45:6366\nabcd:0002  # Web Cam\n");
+}
+
+TEST_F(ModelFile, GetsNoCameraThatIsNotAttached) {
+    EXPECT_EQ(runWith(kForeign, "doctor --add 1234:5678").status, kNoCamera);
+    EXPECT_EQ(runWith(kForeign, "doctor --add ABCD:0001").status, kUsage);
+    EXPECT_THAT(files(), testing::IsEmpty());
+}
+
+TEST_F(ModelFile, GivesUpTheLastBuiltInRowAndSaysSo) {
+    const Outcome outcome = runWith(kForeign, "doctor --add");
+    EXPECT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("given up for it, as nine rows are the most: 1d6b:0105\n"));
+}
+
+TEST_F(ModelFile, StaysAsItIsWhereAllIsSupported) {
+    write("0c45:6366\n");
     EXPECT_EQ(runWith(camera(), "doctor --add").status, kDone);
-    std::ifstream table(file("models.txt"));
-    std::string text;
-    std::getline(table, text, '\0');
-    EXPECT_EQ(text, "0c45:6366\n");
-    unsetenv("DOCCAM_MODELS");
+    EXPECT_EQ(runWith(camera(), "doctor --add 0c45:6366").status, kDone);
+    EXPECT_EQ(content(), "0c45:6366\n");
 }
 
 } // namespace

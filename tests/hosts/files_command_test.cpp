@@ -1,9 +1,14 @@
 #include "host_program.h"
+#include "support/refused_writing.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -19,6 +24,27 @@ class Files : public HostProgramTest {
         cv::rectangle(page, {40, 40, 220, 320}, cv::Scalar::all(235), -1);
         cv::rectangle(page, {80, 100, 140, 12}, cv::Scalar::all(60), -1);
         cv::imwrite(file(name), page);
+    }
+
+    // Notes in a JPEG that its camera was held on its side.
+    void turnOnItsSide(const std::string& name) const {
+        constexpr std::string_view kNote(
+            "\xFF\xE1\0\x22"
+            "Exif\0\0II*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0\0\0\0\0",
+            36);
+        std::ifstream file(this->file(name), std::ios::binary);
+        std::string jpeg{std::istreambuf_iterator<char>(file), {}};
+        std::ofstream(this->file(name), std::ios::binary) << jpeg.insert(2, kNote);
+    }
+
+    // The number that a command line prints in the folder.
+    int shellCount(const std::string& command) const {
+        const std::string counted = file("counted");
+        const std::string whole = "cd " + file(".") + " && " + command + " >" + counted;
+        std::system(whole.c_str()); // NOLINT(cert-env33-c): the shell is wanted
+        int count = -1;
+        std::ifstream(counted) >> count;
+        return count;
     }
 
     double brightness(const std::string& name) const {
@@ -37,13 +63,37 @@ TEST_F(Files, BecomeThePagesOfAPdf) {
     EXPECT_EQ(std::system(("pdfinfo " + file("all.pdf") + " | grep -q 'Pages: *3$'").c_str()), 0);
 }
 
+TEST_F(Files, OfAFewPixelsBecomePagesToo) {
+    const cv::Mat picture(5, 5, CV_8UC3, cv::Scalar::all(9));
+    for (const std::string name : {"a.png", "b.jpg", "c.tif"}) {
+        cv::imwrite(file(name), picture);
+    }
+    EXPECT_EQ(run("pdf all.pdf a.png b.jpg c.tif").status, kDone);
+}
+
 TEST_F(Files, ThatAreNoPicturesMakeNoPdf) {
     std::ofstream(file("b.jpg")) << "no picture";
     const Outcome outcome = run("pdf all.pdf " + drawSheet("a.jpg") + " b.jpg");
-    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_EQ(outcome.status, kUsage);
     EXPECT_THAT(outcome.err, isOneSentence());
     EXPECT_THAT(outcome.err, HasSubstr("b.jpg"));
     EXPECT_THAT(files(), ElementsAre("a.jpg", "b.jpg"));
+}
+
+TEST_F(Files, GoIntoAPdfAsTheyAreWhateverTheirNamesEndIn) {
+    drawSheet("a.jpg");
+    std::filesystem::copy(file("a.jpg"), file("b.JPG"));
+    std::filesystem::copy(file("a.jpg"), file("c.jpeg"));
+    std::filesystem::copy(file("a.jpg"), file("d.png"));
+    ASSERT_EQ(run("pdf all.pdf a.jpg b.JPG c.jpeg d.png").status, kDone);
+    EXPECT_EQ(shellCount("pdfimages -list all.pdf | grep -c jpeg"), 4);
+}
+
+TEST_F(Files, StandInAPdfAsTheirCameraWasHeld) {
+    drawSheet("a.jpg");
+    turnOnItsSide("a.jpg");
+    ASSERT_EQ(run("pdf all.pdf a.jpg").status, kDone);
+    EXPECT_EQ(shellCount("pdfinfo all.pdf | grep -c 'Page size: *960 x 1280 pts'"), 1);
 }
 
 TEST_F(Files, AreReplacedByAPdfOnlyWhenForced) {
@@ -83,10 +133,23 @@ TEST_F(Files, AreCleanedIntoAFolder) {
     EXPECT_EQ(outcome.json()[0]["width"], 1280);
 }
 
-TEST_F(Files, ThatAreNoPicturesAreNotCleaned) {
+TEST_F(Files, ThatAreNoPicturesAreNotCleanedButThoseBeforeAreTold) {
     std::ofstream(file("b.jpg")) << "no picture";
-    EXPECT_EQ(run("clean b.jpg").status, kUsage);
-    EXPECT_THAT(files(), ElementsAre("b.jpg"));
+    const Outcome outcome = run("clean --json " + drawSheet("a.png") + " b.jpg");
+    EXPECT_EQ(outcome.status, kUsage);
+    EXPECT_EQ(outcome.json()[0]["file"], "a-clean.png");
+    EXPECT_THAT(files(), ElementsAre("a-clean.png", "a.png", "b.jpg"));
+}
+
+TEST_F(Files, AreNotCleanedOntoAFullDisk) {
+    for (const std::string name : {"a.jpg", "a.png", "a.tif"}) {
+        drawSheet(name);
+        const FullDisk disk(10000);
+        const Outcome outcome = run("clean " + name);
+        EXPECT_EQ(outcome.status, kFileFailed) << name;
+        EXPECT_THAT(outcome.err, isOneSentence()) << name;
+    }
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "a.png", "a.tif"));
 }
 
 } // namespace

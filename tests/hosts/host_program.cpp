@@ -1,5 +1,7 @@
 #include "host_program.h"
 
+#include "remote/line_socket.h"
+#include "remote/plugging.h"
 #include "scene/scene.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -59,13 +61,26 @@ Outcome HostProgramTest::runWith(const std::string& cameras, const std::string& 
                  input);
 }
 
-std::vector<std::string>
-HostProgramTest::commandWith(const std::string& cameras,
-                             const std::vector<std::string>& arguments) const {
-    std::vector<std::string> command{DOCCAM_VIRTUALCAM_LAUNCHER, "--scenario", scenario(cameras),
-                                     "--", DOCCAM_PROGRAM};
+RunningProgram HostProgramTest::start(const std::string& cameras,
+                                      const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{"/usr/bin/env",
+                                     std::string(virtualcam::kControlVariable) + "=" +
+                                         folder_.file("control"),
+                                     DOCCAM_VIRTUALCAM_LAUNCHER,
+                                     "--scenario",
+                                     scenario(cameras),
+                                     "--",
+                                     DOCCAM_PROGRAM};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return command;
+    return {command, work_, folder_.file("out")};
+}
+
+void HostProgramTest::unplug() const {
+    EXPECT_EQ(virtualcam::ask(folder_.file("control"), "unplug 0"), "ok");
+}
+
+std::string HostProgramTest::printed() const {
+    return contentOf(folder_.file("out"));
 }
 
 std::string HostProgramTest::drawSheet(const std::string& name, int number) const {

@@ -1,6 +1,7 @@
 // The program itself, run on virtual cameras in a folder of its own.
 #pragma once
 
+#include "running_program.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -41,9 +42,15 @@ class HostProgramTest : public testing::Test {
     Outcome runWith(const std::string& cameras, const std::string& arguments,
                     const std::string& input = "") const;
 
-    // The command line that runWith runs; for tests that start it themselves.
-    std::vector<std::string> commandWith(const std::string& cameras,
-                                         const std::vector<std::string>& arguments) const;
+    // Begins what runWith runs. Its cameras can be unplugged with unplug().
+    RunningProgram start(const std::string& cameras,
+                         const std::vector<std::string>& arguments) const;
+
+    // Pulls out the first camera of what start() has begun.
+    void unplug() const;
+
+    // What the program that start() has begun has printed on standard output; after its end.
+    std::string printed() const;
 
     // A picture of the drawn sheet; the number counts its texts up.
     std::string drawSheet(const std::string& name, int number = 0) const;

@@ -1,16 +1,21 @@
 #include "doctor/model_table.h"
 #include "host/failure.h"
+#include "support/model_tables.h"
+#include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace doccam::host;
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -27,23 +32,16 @@ std::string contentOf(const std::string& path) {
     return text.str();
 }
 
-TEST(ModelRows, ReadsRowsAndPassesOverRemarks) {
-    const ModelRows parsed = parseModelRows("# models\n\n 1234:abcd  # first\r\n0000:ffff");
-    EXPECT_THAT(parsed.rows, ElementsAre("1234:abcd", "0000:ffff"));
-    EXPECT_THAT(parsed.error, IsEmpty());
-}
-
-TEST(ModelRows, NamesTheLineThatIsNoRow) {
-    for (const char* wrong : {"1234-abcd", "1234:ABCD", "123:abcd", "1234:abcde", "1234:abcd x"}) {
-        const ModelRows parsed = parseModelRows(std::string("0000:0001\n") + wrong + "\n");
-        EXPECT_THAT(parsed.rows, IsEmpty()) << wrong;
-        EXPECT_THAT(parsed.error, HasSubstr("line 2")) << wrong;
+TEST(ModelRows, AreReadInOrderUnlessALineIsMalformed) {
+    for (const doccam::test::ModelTableCase& table : doccam::test::modelTables()) {
+        const ModelRows parsed = parseModelRows(table.text);
+        EXPECT_EQ(parsed.rows, table.rows) << table.text;
+        EXPECT_EQ(parsed.error.empty(), table.errorLine == 0) << table.text;
+        EXPECT_THAT(
+            parsed.error,
+            HasSubstr(table.errorLine == 0 ? "" : "line " + std::to_string(table.errorLine)))
+            << table.text;
     }
-}
-
-TEST(ModelRows, RefusesATenthRow) {
-    EXPECT_THAT(parseModelRows(kNineRows).rows, SizeIs(9));
-    EXPECT_THAT(parseModelRows(std::string(kNineRows) + "0000:000a").error, HasSubstr("tenth"));
 }
 
 TEST(ModelRows, AddsARowAtTheEnd) {
@@ -85,14 +83,42 @@ TEST_F(ModelTableFile, LeavesTheBuiltInTableInForceWhileItIsMalformed) {
     EXPECT_EQ(contentOf(path_), "nonsense\n");
 }
 
+TEST_F(ModelTableFile, IsReadUpToTheSizeThatTheLibraryReads) {
+    const std::string largest(doccam::test::kLargestModelTable, '#');
+    std::ofstream(path_) << largest;
+    EXPECT_THAT(tableInForce().error, IsEmpty());
+    EXPECT_EQ(tableInForce().text, largest);
+    std::ofstream(path_) << largest << "#";
+    EXPECT_THAT(tableInForce().error, HasSubstr("no readable table"));
+}
+
+TEST_F(ModelTableFile, MayBeEmpty) {
+    const std::ofstream empty(path_);
+    EXPECT_THAT(tableInForce().error, IsEmpty());
+    EXPECT_THAT(tableInForce().text, IsEmpty());
+}
+
+TEST_F(ModelTableFile, IsForRootToChangeWhereOthersMayNot) {
+    fs::permissions(folder_.path(), fs::perms(0555));
+    const ModelTable table = tableInForce();
+    const doccam::test::OrdinaryUser user;
+    try {
+        addRow(table, "1234:abcd");
+        FAIL() << "a row was added to a folder that may not be changed";
+    } catch (const Failure& failure) {
+        EXPECT_THAT(failure.what(), AllOf(HasSubstr(path_), HasSubstr("sudo")));
+    }
+}
+
 TEST_F(ModelTableFile, GetsARowMore) {
     std::ofstream(path_) << "0000:0001\n";
-    addRow(tableInForce(), "1234:abcd  # new");
+    EXPECT_THAT(addRow(tableInForce(), "1234:abcd  # new"), IsEmpty());
     EXPECT_EQ(contentOf(path_), "0000:0001\n1234:abcd  # new\n");
 }
 
 TEST_F(ModelTableFile, IsMadeFromTheBuiltInTableWhoseLastRowMakesRoom) {
-    addRow(tableInForce(), "1234:abcd");
+    const std::string last = parseModelRows(tableInForce().text).rows.back();
+    EXPECT_EQ(addRow(tableInForce(), "1234:abcd"), last);
     const auto rows = parseModelRows(contentOf(path_)).rows;
     EXPECT_THAT(rows, SizeIs(9));
     EXPECT_THAT(rows, Contains("0c45:6366"));

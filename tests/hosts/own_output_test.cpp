@@ -1,6 +1,10 @@
 #include "host/own_output.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -13,6 +17,25 @@ TEST(HarmlessText, KeepsLettersOfAllLanguagesAndLines) {
 
 TEST(HarmlessText, ShowsWhatWouldSteerATerminal) {
     EXPECT_EQ(doccam::host::harmless("\x1B[2J\x07\x7F"), "\\x1b[2J\\x07\\x7f");
+}
+
+TEST(Complaint, IsOneLineWhateverItQuotes) {
+    testing::internal::CaptureStderr();
+    doccam::host::complain("a\nb\x1B[2J.");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "doccam: a b\\x1b[2J.\n");
+}
+
+TEST(StandardStreams, AreHeldByDevNullWhereTheyAreClosed) {
+    EXPECT_EXIT(
+        {
+            close(STDIN_FILENO);
+            close(STDOUT_FILENO);
+            doccam::host::holdStandardStreams();
+            const int next = open("/dev/null", O_RDONLY | O_CLOEXEC);
+            const bool held = write(STDOUT_FILENO, "x", 1) == 1;
+            std::_Exit(held && next > STDERR_FILENO ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -13,15 +13,16 @@ using Usage = HostProgramTest;
 TEST_F(Usage, HelpNamesEachCommandAndEachExitCode) {
     const Outcome outcome = run("--help");
     EXPECT_EQ(outcome.status, kDone);
-    for (const char* word : {"list", "sizes", "capture", "scan", "read", "controls", "focus", "pdf",
-                             "clean", "doctor", "--virtual", "5 file could not be written"}) {
+    for (const char* word :
+         {"list", "sizes", "capture", "scan", "read", "controls", "focus", "pdf", "clean", "doctor",
+          "serve", "--virtual", "5 file could not be written"}) {
         EXPECT_THAT(outcome.out, HasSubstr(word));
     }
 }
 
 TEST_F(Usage, EachCommandsHelpHasExamples) {
     for (const std::string command : {"list", "sizes", "capture", "scan", "read", "controls",
-                                      "focus", "pdf", "clean", "doctor"}) {
+                                      "focus", "pdf", "clean", "doctor", "serve"}) {
         const Outcome outcome = run(command + " --help");
         EXPECT_EQ(outcome.status, kDone);
         EXPECT_THAT(outcome.out, HasSubstr("Examples:\n  ")) << command;
@@ -48,7 +49,9 @@ TEST_F(Usage, WhatCannotBeUnderstoodIsToldInOneSentence) {
 }
 
 TEST_F(Usage, AnUnknownCommandIsNamed) {
-    EXPECT_THAT(run("bogus --json").err, HasSubstr("\"bogus\""));
+    for (const std::string arguments : {"bogus --json", "--camera 1 bogus"}) {
+        EXPECT_THAT(run(arguments).err, HasSubstr("\"bogus\"")) << arguments;
+    }
 }
 
 TEST_F(Usage, ResultsThatCannotBeWrittenAreAFailure) {

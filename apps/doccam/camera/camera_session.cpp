@@ -1,30 +1,52 @@
 #include "camera/camera_session.h"
 
 #include "camera/opening_codes.h"
+#include "camera/page_settings.h"
 #include "host/failure.h"
 
 #include <doccam/doccam.hpp>
 
-#include <opencv2/core.hpp>
 #include <poll.h>
 
 #include <atomic>
+#include <exception>
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
 namespace doccam::host {
 namespace {
 
 constexpr int kLongestSilenceMs = 10000;
-constexpr int kNoOutline = -1;
+constexpr std::string_view kNotWritten = "could not be written";
 
-// On the streaming thread, which an exception must not leave by way of a callback.
-int outlineOf(unsigned char* pixels, int width, int height) {
-    try {
-        return DrawingEdge(pixels, width, height, 0);
-    } catch (const cv::Exception&) {
-        return kNoOutline;
+// The step that a request finds under way, and the one that answers it, each deliver a frame.
+constexpr int kFramesUntilAnswer = 2;
+
+struct Unlistened {
+    FrameFeed& feed;
+
+    ~Unlistened() { feed.listen({}); }
+};
+
+struct Cropped {
+    explicit Cropped(bool crop) { cropToSheet(crop); }
+
+    ~Cropped() { cropToSheet(false); }
+};
+
+bool isThere(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(path, ignored);
+}
+
+[[noreturn]] void failToSave(const std::string& fault) {
+    if (fault.empty() || fault.ends_with(kNotWritten)) {
+        throw Failure(kFileFailed, "The still could not be saved; look whether the disk is full, "
+                                   "or choose a shorter name.");
     }
+    throw Failure(kCameraFailed,
+                  "The still could not be taken: " + fault + "; lay the sheet anew and try again.");
 }
 
 } // namespace
@@ -36,7 +58,7 @@ CameraSession::CameraSession(int camera, const Capture& capture, const Interrupt
   , feed_(FrameFeed::instance()) {
     feed_.restart();
     SetVideoFormat(static_cast<int>(capture.format));
-    SetCutType(0);
+    cropToSheet(false);
     if (const int code = openCamera(camera, capture.size.width, capture.size.height); code != 0) {
         throw Failure(kCameraFailed, "Camera " + std::to_string(camera) + " cannot be opened at " +
                                          textOf(capture.size) + ": " + openingAdvice(code));
@@ -85,44 +107,55 @@ void CameraSession::waitForEvent(std::initializer_list<int> others) {
     }
 }
 
-bool CameraSession::findSheet() {
-    enum { kPending = 1 };
-
-    std::atomic<int> result{kPending};
-    feed_.listen([&result](unsigned char* pixels, int width, int height) {
-        if (result == kPending) {
-            result = outlineOf(pixels, width, height);
+// An exception must not leave by way of a callback; without a result the caller sees a failure.
+void CameraSession::useNextFrame(const FrameFeed::Listener& use) {
+    std::atomic<bool> used{false};
+    const Unlistened unlistened{feed_};
+    feed_.listen([&](unsigned char* pixels, int width, int height) {
+        if (used) {
+            return;
         }
+        try {
+            use(pixels, width, height);
+        } catch (const std::exception&) {
+        }
+        used = true;
     });
-    try {
-        while (result == kPending) {
-            waitForEvent();
-        }
-    } catch (...) {
-        feed_.listen({});
-        throw;
+    while (!used) {
+        waitForEvent();
     }
-    feed_.listen({});
-    return result == 0;
 }
 
+cv::Mat CameraSession::nextFrame() {
+    cv::Mat frame;
+    useNextFrame([&frame](unsigned char* pixels, int width, int height) {
+        frame = cv::Mat(height, width, CV_8UC3, pixels).clone();
+    });
+    return frame;
+}
+
+bool CameraSession::findSheet() {
+    bool found = false;
+    useNextFrame([&found](unsigned char* pixels, int width, int height) {
+        found = DrawingEdge(pixels, width, height, 0) == 0;
+    });
+    return found;
+}
+
+// A still may take longer than the library waits for it, and none comes from a silent camera.
 void CameraSession::still(const std::string& path, bool crop) {
-    feed_.takeFault();
-    SetCutType(crop ? 1 : 0);
-    const int accepted = captureImage(path.c_str());
-    SetCutType(0);
+    const Cropped cropped(crop);
+    feed_.takeStillFault();
+    const std::uint64_t answered = feed_.frames() + kFramesUntilAnswer;
+    const bool requested = captureImage(path.c_str()) == 0;
     interrupt_.check();
     failIfEnded();
-    std::error_code ignored;
-    if (accepted == 0 && std::filesystem::is_regular_file(path, ignored)) {
-        return;
+    while (requested && !isThere(path) && feed_.frames() < answered) {
+        waitForEvent();
     }
-    const std::string fault = feed_.takeFault();
-    throw Failure(kFileFailed, "The still could not be saved: " +
-                                   (fault.empty() ? "the disk is full, or the name is too long or "
-                                                    "its extension unknown"
-                                                  : fault) +
-                                   "; choose another file name.");
+    if (!requested || !isThere(path)) {
+        failToSave(feed_.takeStillFault());
+    }
 }
 
 } // namespace doccam::host

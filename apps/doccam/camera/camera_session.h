@@ -5,6 +5,8 @@
 #include "camera/frame_feed.h"
 #include "host/interrupt.h"
 
+#include <opencv2/core.hpp>
+
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -12,7 +14,8 @@
 namespace doccam::host {
 
 // One at a time, used by one thread. Every wait ends with Interruption when the process is asked to
-// end, and with Failure when the stream has ended or nothing has come for ten seconds.
+// end, and with Failure when the stream has ended or nothing has come for ten seconds; only a still
+// that does not come is waited for up to four seconds before anybody looks.
 class CameraSession {
   public:
     // Opens the camera and waits for its first frame. Throws Failure when it cannot be opened.
@@ -35,16 +38,21 @@ class CameraSession {
     // once when a frame has come since the last wait.
     void waitForEvent(std::initializer_list<int> others = {});
 
+    // A copy of the next frame, red first.
+    cv::Mat nextFrame();
+
     // Looks for the sheet's outline in the next frame and keeps it for the still after it; false
     // when there is none.
     bool findSheet();
 
     // Saves a still at path, whole or cropped to the sheet that findSheet found. Throws Failure
-    // with the library's reason when no file is there afterwards.
+    // when no file is there afterwards: kFileFailed when it could not be written, else with the
+    // library's reason.
     void still(const std::string& path, bool crop);
 
   private:
     void failIfEnded() const;
+    void useNextFrame(const FrameFeed::Listener& use);
 
     int camera_;
     Capture capture_;

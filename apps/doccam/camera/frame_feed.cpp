@@ -38,9 +38,9 @@ std::optional<std::string> FrameFeed::ended() const {
     return ended_;
 }
 
-std::string FrameFeed::takeFault() {
+std::string FrameFeed::takeStillFault() {
     const std::lock_guard lock(mutex_);
-    return std::exchange(fault_, {});
+    return std::exchange(stillFault_, {});
 }
 
 void FrameFeed::acknowledge() const {
@@ -52,7 +52,7 @@ void FrameFeed::restart() {
     const std::lock_guard lock(mutex_);
     frames_ = 0;
     ended_.reset();
-    fault_.clear();
+    stillFault_.clear();
 }
 
 void FrameFeed::onFrame(unsigned char* pixels, int width, int height) {
@@ -74,7 +74,11 @@ void FrameFeed::onFault(int fault, const char* message) {
     FrameFeed& feed = instance();
     {
         const std::lock_guard lock(feed.mutex_);
-        (fault == DOCCAM_FAULT_STREAM_ENDED ? feed.ended_.emplace() : feed.fault_) = message;
+        if (fault == DOCCAM_FAULT_STREAM_ENDED) {
+            feed.ended_ = message;
+        } else if (fault == DOCCAM_FAULT_STILL) {
+            feed.stillFault_ = message;
+        }
     }
     feed.announce();
 }

@@ -31,8 +31,8 @@ class FrameFeed {
     // Why no more frames come; none while they do.
     std::optional<std::string> ended() const;
 
-    // The last fault that did not end the stream, and forgets it; empty when there was none.
-    std::string takeFault();
+    // Why the last still failed, and forgets it; empty when none did.
+    std::string takeStillFault();
 
     // Becomes readable with each frame and each fault; calmed by acknowledge().
     int descriptor() const { return descriptor_; }
@@ -56,7 +56,7 @@ class FrameFeed {
     mutable std::mutex mutex_;
     std::uint64_t frames_ = 0;
     std::optional<std::string> ended_;
-    std::string fault_;
+    std::string stillFault_;
 };
 
 } // namespace doccam::host

@@ -12,4 +12,8 @@ void apply(const PageSettings& settings) {
     SetJpgQuality(settings.quality);
 }
 
+void cropToSheet(bool crop) {
+    SetCutType(crop ? 1 : 0);
+}
+
 } // namespace doccam::host

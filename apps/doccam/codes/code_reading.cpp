@@ -1,6 +1,6 @@
 #include "codes/code_reading.h"
 
-#include "host/failure.h"
+#include "host/picture_file.h"
 
 #include <doccam/doccam.hpp>
 
@@ -23,12 +23,7 @@ std::string nameOf(CodeKind kind) {
 }
 
 std::vector<Code> codesInFile(const std::string& path, const std::vector<CodeKind>& kinds) {
-    const cv::Mat grey = cv::imread(path, cv::IMREAD_GRAYSCALE);
-    if (grey.empty()) {
-        throw Failure(kUsage, "The file " + path +
-                                  " is no readable picture; give JPEG, PNG, TIFF "
-                                  "or BMP files.");
-    }
+    const cv::Mat grey = readPicture(path, cv::IMREAD_GRAYSCALE);
     std::vector<Code> codes;
     for (const CodeKind kind : kinds) {
         if (std::string text = codeIn(path, grey, kind); !text.empty()) {
@@ -38,10 +33,9 @@ std::vector<Code> codesInFile(const std::string& path, const std::vector<CodeKin
     return codes;
 }
 
+// Asked for a code, the library would answer with an earlier text where no frame comes any more.
 std::string liveCode(CameraSession& session, CodeKind kind) {
-    // A request that no frame answers would return the text of an earlier one.
-    session.waitForFrames(1);
-    return RecogBarQrCode(static_cast<int>(kind));
+    return BarQrDecodePro(session.nextFrame(), static_cast<int>(kind));
 }
 
 } // namespace doccam::host

@@ -3,8 +3,8 @@
 #include "commands/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/own_output.h"
 #include "host/pdf_file.h"
+#include "host/result.h"
 #include "host/written_file.h"
 
 #include <filesystem>
@@ -41,7 +41,7 @@ Targets claim(const CaptureOptions& options) {
     return targets;
 }
 
-void take(CameraSession& session, OutputFile& target, bool crop) {
+void take(const Context& context, CameraSession& session, OutputFile& target, bool crop) {
     if (crop && !session.findSheet()) {
         throw Failure(kNothingFound, "No sheet was found for " + target.target().string() +
                                          "; lay one on a dark desk, or leave out --crop.");
@@ -50,7 +50,7 @@ void take(CameraSession& session, OutputFile& target, bool crop) {
     const std::string draft = pdf ? target.part("page.jpg") : target.draft();
     session.still(draft, crop);
     if (pdf) {
-        publishPdf(target, {draft});
+        publishPdf(target, {draft}, *context.interrupt);
     } else {
         target.publish(draft);
     }
@@ -58,20 +58,12 @@ void take(CameraSession& session, OutputFile& target, bool crop) {
 
 int capture(const Context& context, const CaptureOptions& options) {
     Targets targets = claim(options);
-    Json array = Json::array();
-    {
-        const auto session = openForStills(context, options.still);
-        for (const auto& target : targets) {
-            take(*session, *target, options.still.page.crop);
-            const WrittenFile written = describeFile(target->target().string());
-            array.push_back(asJson(written));
-            if (!context.options.json) {
-                printLine(asText(written));
-            }
-        }
-    }
-    if (context.options.json) {
-        printJson(array);
+    const auto session = openForStills(context, options.still);
+    Result result(context.options.json, Json::array());
+    for (const auto& target : targets) {
+        take(context, *session, *target, options.still.page.crop);
+        const WrittenFile written = describeFile(target->target().string());
+        result.add(asJson(written), asText(written));
     }
     return kDone;
 }

@@ -4,7 +4,8 @@
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/output_file.h"
-#include "host/own_output.h"
+#include "host/picture_file.h"
+#include "host/result.h"
 #include "host/written_file.h"
 
 #include <doccam/doccam.hpp>
@@ -43,25 +44,12 @@ fs::path targetOf(const fs::path& file, const CleanOptions& options) {
     return target.replace_filename(file.stem().string() + "-clean" + file.extension().string());
 }
 
-cv::Mat readPage(const std::string& file) {
-    cv::Mat page = cv::imread(file, cv::IMREAD_COLOR);
-    if (page.empty()) {
-        throw Failure(kUsage, "The file " + file +
-                                  " is no readable picture; give JPEG, PNG, TIFF "
-                                  "or BMP files.");
-    }
-    return page;
-}
-
 // The library does this to files only.
 cv::Mat withoutDimMargins(const cv::Mat& page, const OutputFile& target) {
     std::string work = target.part("work.png");
-    if (!cv::imwrite(work, page)) {
-        throw Failure(kFileFailed, target.target().string() +
-                                       " could not be written; look whether the disk is full.");
-    }
+    writePicture(target, work, page, 0);
     FN_DeleteBlackEdgeEx2(work.data());
-    return readPage(work);
+    return readPicture(work, cv::IMREAD_COLOR);
 }
 
 // Neither chosen means both.
@@ -79,30 +67,25 @@ cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& tar
 }
 
 WrittenFile cleanFile(const std::string& file, const CleanOptions& options) {
-    cv::Mat page = readPage(file);
+    const cv::Mat page = readPicture(file, cv::IMREAD_COLOR);
     OutputFile target(targetOf(file, options), options.force);
-    page = cleaned(page, options, target);
     const std::string draft = target.draft();
-    if (!cv::imwrite(draft, page, {cv::IMWRITE_JPEG_QUALITY, options.quality})) {
-        throw Failure(kFileFailed, target.target().string() +
-                                       " could not be written; look whether the disk is full.");
+    try {
+        writePicture(target, draft, cleaned(page, options, target), options.quality);
+    } catch (const cv::Exception& error) {
+        throw Failure(kUsage, "The picture " + file + " cannot be cleaned: " + error.err +
+                                  "; leave it out.");
     }
     target.publish(draft);
     return describeFile(target.target().string());
 }
 
 int clean(const Context& context, const CleanOptions& options) {
-    Json array = Json::array();
+    Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();
         const WrittenFile written = cleanFile(file, options);
-        array.push_back(asJson(written));
-        if (!context.options.json) {
-            printLine(asText(written));
-        }
-    }
-    if (context.options.json) {
-        printJson(array);
+        result.add(asJson(written), asText(written));
     }
     return kDone;
 }

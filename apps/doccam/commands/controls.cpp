@@ -5,7 +5,7 @@
 #include "commands/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/own_output.h"
+#include "host/result.h"
 
 #include <charconv>
 #include <memory>
@@ -122,22 +122,16 @@ std::string asText(const std::string& name, const ControlState& state) {
 int controls(const Context& context, const ControlsOptions& options) {
     const std::vector<Wish> wishes = wishesOf(options);
     const auto session = openForStills(context, {});
-    Json array = Json::array();
+    Result result(context.options.json, Json::array());
     for (const Wish& wish : wishes) {
         context.interrupt->check();
         const auto state = grant(wish, options.reset);
         if (state) {
-            array.push_back(asJson(wish.name, *state));
-            if (!context.options.json) {
-                printLine(asText(wish.name, *state));
-            }
+            result.add(asJson(wish.name, *state), asText(wish.name, *state));
         } else if (!options.wishes.empty()) {
             throw Failure(kNothingFound, "The camera has no control " + wish.name +
                                              "; doccam controls shows which it has.");
         }
-    }
-    if (context.options.json) {
-        printJson(array);
     }
     return kDone;
 }

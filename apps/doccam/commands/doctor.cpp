@@ -5,13 +5,21 @@
 #include "doctor/model_table.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/own_output.h"
+#include "host/result.h"
 
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace doccam::host {
 namespace {
+
+struct DoctorOptions {
+    bool add = false;
+    std::string model; // empty: the only one there is
+};
 
 Json asJson(const Advice& advice) {
     return {{"level", nameOf(advice.level)},
@@ -20,11 +28,9 @@ Json asJson(const Advice& advice) {
             {"remedy", advice.remedy}};
 }
 
-void print(const Advice& advice) {
-    printLine(nameOf(advice.level) + ": " + advice.subject + ": " + advice.what);
-    if (!advice.remedy.empty()) {
-        printLine("    " + advice.remedy);
-    }
+std::string asText(const Advice& advice) {
+    return nameOf(advice.level) + ": " + advice.subject + ": " + advice.what +
+           (advice.remedy.empty() ? "" : "\n    " + advice.remedy);
 }
 
 int resultOf(const Findings& findings, const std::vector<Advice>& advice) {
@@ -36,59 +42,110 @@ int resultOf(const Findings& findings, const std::vector<Advice>& advice) {
     return !camera ? kNoCamera : trouble ? kCameraFailed : kDone;
 }
 
-// Each model once, also where two of its cameras are attached.
-Json addUnsupported(const Context& context, const Findings& findings) {
-    Json added = Json::array();
-    ModelTable table = findings.table;
+// One node of each model that is attached and not supported.
+std::vector<Node> foreignModels(const Findings& findings) {
+    std::vector<Node> foreign;
     for (const Node& node : findings.nodes) {
-        const bool known = node.supported || node.vendor.empty() ||
-                           std::find(added.begin(), added.end(), modelRow(node)) != added.end();
-        if (known) {
-            continue;
-        }
-        addRow(table, modelRow(node));
-        table = tableInForce();
-        added.push_back(modelRow(node));
-        if (!context.options.json) {
-            printLine("added to " + table.addTo + ": " + modelRow(node));
+        const auto isSame = [&](const Node& other) { return modelOf(other) == modelOf(node); };
+        if (!node.supported && !node.vendor.empty() &&
+            std::none_of(foreign.begin(), foreign.end(), isSame)) {
+            foreign.push_back(node);
         }
     }
-    return added;
+    return foreign;
 }
 
-int doctor(const Context& context, bool add) {
-    const Findings findings = examine();
-    const std::vector<Advice> advice = adviceOn(findings);
-    Json object{{"models", findings.table.file.empty() ? "built in" : findings.table.file},
-                {"advice", Json::array()}};
-    for (const Advice& one : advice) {
-        object["advice"].push_back(asJson(one));
-        if (!context.options.json) {
-            print(one);
+// Only the user can tell a document camera from any other.
+void refuseToGuess(const std::vector<Node>& foreign) {
+    std::string choices;
+    for (const Node& node : foreign) {
+        choices +=
+            (choices.empty() ? "--add " : ", or --add ") + modelOf(node) + " (" + node.name + ")";
+    }
+    if (foreign.size() > 1) {
+        throw Failure(kUsage,
+                      "Several cameras are not supported; name the one to add: " + choices + ".");
+    }
+}
+
+// The node to add as options say; none when its model is supported already.
+std::optional<Node> chosenNode(const Findings& findings, const std::string& model) {
+    const std::vector<Node> foreign = foreignModels(findings);
+    if (model.empty()) {
+        refuseToGuess(foreign);
+        return foreign.empty() ? std::nullopt : std::optional(foreign.front());
+    }
+    for (const Node& node : findings.nodes) {
+        if (modelOf(node) == model) {
+            return node.supported ? std::nullopt : std::optional(node);
         }
     }
-    const Json added = add ? addUnsupported(context, findings) : Json::array();
-    if (add) {
-        object["added"] = added;
+    throw Failure(kNoCamera, "No camera " + model +
+                                 " is attached; plug it in, or leave out the model to add the one "
+                                 "that is.");
+}
+
+bool add(const Findings& findings, const std::string& model, Result& result) {
+    result.value["added"] = Json::array();
+    result.value["givenUp"] = Json::array();
+    const auto node = chosenNode(findings, model);
+    if (!node) {
+        return false;
     }
-    if (context.options.json) {
-        printJson(object);
+    const std::string row = modelRow(*node);
+    const std::string last = addRow(findings.table, row);
+    result.value["added"].push_back(row);
+    result.tell("added to " + findings.table.addTo + ": " + row);
+    if (!last.empty()) {
+        result.value["givenUp"].push_back(last);
+        result.tell("given up for it, as nine rows are the most: " + last);
     }
-    return added.empty() ? resultOf(findings, advice) : kDone;
+    return true;
+}
+
+int doctor(const Context& context, const DoctorOptions& options) {
+    const Findings findings = examine(*context.interrupt);
+    const std::vector<Advice> advice = adviceOn(findings);
+    Result result(context.options.json,
+                  {{"models", findings.table.file.empty() ? "built in" : findings.table.file},
+                   {"advice", Json::array()}});
+    for (const Advice& one : advice) {
+        result.value["advice"].push_back(asJson(one));
+        result.tell(asText(one));
+    }
+    const bool added = options.add && add(findings, options.model, result);
+    return added ? kDone : resultOf(findings, advice);
+}
+
+std::string refuseOddModel(const std::string& text) {
+    return parseModelRows(text).rows == std::vector<std::string>{text}
+               ? ""
+               : "\"" + text + "\" is no model; write it as 0c45:6366";
 }
 
 } // namespace
 
 void addDoctorCommand(CLI::App& app, Context& context) {
-    const auto add = std::make_shared<bool>(false);
+    const auto options = std::make_shared<DoctorOptions>();
     CLI::App* command = app.add_subcommand("doctor", "Say what is wrong with the cameras");
-    command->add_flag("--add", *add, "Add the cameras that are attached to the supported models");
+    command
+        ->add_option_function<std::string>(
+            "--add",
+            [options](const std::string& model) {
+                options->add = true;
+                options->model = model;
+            },
+            "Add this model, or the only one attached, to the supported models")
+        ->expected(0, 1)
+        ->check(refuseOddModel)
+        ->type_name("VVVV:PPPP");
     command->footer("Exit codes: 0 all is well, 3 no supported camera, 4 trouble with one.\n\n"
                     "Examples:\n"
                     "  doccam doctor\n"
-                    "  sudo doccam doctor --add");
-    command->callback(
-        [&context, add] { context.run = [&context, add] { return doctor(context, *add); }; });
+                    "  sudo doccam doctor --add 0c45:6366");
+    command->callback([&context, options] {
+        context.run = [&context, options] { return doctor(context, *options); };
+    });
 }
 
 } // namespace doccam::host

@@ -3,7 +3,7 @@
 #include "commands/commands.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/own_output.h"
+#include "host/result.h"
 
 namespace doccam::host {
 namespace {
@@ -12,16 +12,11 @@ constexpr const char* kNoName = "(cannot be opened; run doccam doctor)";
 
 int list(const Context& context) {
     const std::vector<Camera> cameras = attachedCameras();
-    Json array = Json::array();
+    Result result(context.options.json, Json::array());
     for (const Camera& camera : cameras) {
-        array.push_back({{"index", camera.index}, {"name", camera.name}});
-        if (!context.options.json) {
-            printLine(std::to_string(camera.index) + "  " +
-                      (camera.name.empty() ? kNoName : camera.name));
-        }
-    }
-    if (context.options.json) {
-        printJson(array);
+        result.add({{"index", camera.index}, {"name", camera.name}},
+                   std::to_string(camera.index) + "  " +
+                       (camera.name.empty() ? kNoName : camera.name));
     }
     if (cameras.empty()) {
         throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "

@@ -24,7 +24,7 @@ int pdf(const Context& context, const PdfOptions& options) {
         throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
     }
     OutputFile file(options.target, options.force);
-    publishPdf(file, options.images);
+    publishPdf(file, options.images, *context.interrupt);
     const WrittenFile written = describeFile(file.target().string());
     if (context.options.json) {
         Json object = asJson(written);

@@ -5,7 +5,7 @@
 #include "commands/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/own_output.h"
+#include "host/result.h"
 
 #include <chrono>
 #include <memory>
@@ -31,67 +31,49 @@ std::vector<CodeKind> kindsOf(const std::string& name) {
     return {name == "qr" ? CodeKind::kQr : CodeKind::kBar};
 }
 
-class Findings {
-  public:
-    Findings(bool json, bool named)
-      : json_(json)
-      , named_(named) {}
+Json asJson(const std::string& source, const Code& code) {
+    return {{"source", source}, {"kind", nameOf(code.kind)}, {"text", code.text}};
+}
 
-    void add(const std::string& source, const Code& code) {
-        array_.push_back({{"source", source}, {"kind", nameOf(code.kind)}, {"text", code.text}});
-        if (!json_) {
-            printLine((named_ ? source + ": " : "") + nameOf(code.kind) + ": " + code.text);
-        }
-    }
-
-    int finish(const std::string& nothing) const {
-        if (json_) {
-            printJson(array_);
-        }
-        if (array_.empty()) {
-            throw Failure(kNothingFound, nothing);
-        }
-        return kDone;
-    }
-
-  private:
-    bool json_;
-    bool named_;
-    Json array_ = Json::array();
-};
+std::string asText(const Code& code) {
+    return nameOf(code.kind) + ": " + code.text;
+}
 
 int readFiles(const Context& context, const ReadOptions& options) {
-    Findings findings(context.options.json, options.files.size() > 1);
+    const bool several = options.files.size() > 1;
+    Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();
         for (const Code& code : codesInFile(file, kindsOf(options.kind))) {
-            findings.add(file, code);
+            result.add(asJson(file, code), (several ? file + ": " : "") + asText(code));
         }
     }
-    return findings.finish("No code was found in " + options.files.front() +
-                           (options.files.size() > 1 ? " and the other files" : "") +
-                           "; take the picture closer or larger.");
+    if (result.value.empty()) {
+        throw Failure(kNothingFound, "No code was found in " + options.files.front() +
+                                         (several ? " and the other files" : "") +
+                                         "; take the picture closer or larger.");
+    }
+    return kDone;
 }
 
 int readLive(const Context& context, const ReadOptions& options) {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::duration<double>(options.seconds);
     const std::string source = "camera " + std::to_string(context.options.camera);
-    Findings findings(context.options.json, false);
-    {
-        const auto session = openForStills(context, options.still);
-        bool found = false;
-        do {
-            for (const CodeKind kind : kindsOf(options.kind)) {
-                if (const std::string text = liveCode(*session, kind); !text.empty()) {
-                    findings.add(source, {kind, text});
-                    found = true;
-                }
+    const auto session = openForStills(context, options.still);
+    Result result(context.options.json, Json::array());
+    do {
+        for (const CodeKind kind : kindsOf(options.kind)) {
+            if (const std::string text = liveCode(*session, kind); !text.empty()) {
+                result.add(asJson(source, {kind, text}), asText({kind, text}));
             }
-        } while (!found && Clock::now() < end);
+        }
+    } while (result.value.empty() && Clock::now() < end);
+    if (result.value.empty()) {
+        throw Failure(kNothingFound, "No code was found before " + source +
+                                         "; bring it closer, or wait longer with --wait.");
     }
-    return findings.finish("No code was found before " + source +
-                           "; bring it closer, or wait longer with --wait.");
+    return kDone;
 }
 
 int read(const Context& context, const ReadOptions& options) {

@@ -71,8 +71,7 @@ int scan(const Context& context, const ScanOptions& options) {
     for (const ScannedPage& page : pages) {
         images.push_back(page.path);
     }
-    context.interrupt->check();
-    publishPdf(file, images);
+    publishPdf(file, images, *context.interrupt);
     report(context, describeFile(options.target), pages);
     return kDone;
 }

@@ -9,8 +9,13 @@ namespace doccam::host {
 namespace {
 
 const std::map<std::string, Format> kFormats{{"mjpeg", Format::kMjpeg}, {"yuyv", Format::kYuyv}};
-const std::map<std::string, Colour> kColours{
-    {"colour", Colour::kColour}, {"grey", Colour::kGrey}, {"bw", Colour::kBlackAndWhite}};
+const std::map<std::string, Colour> kColours = [] {
+    std::map<std::string, Colour> colours;
+    for (const char* name : kColourNames) {
+        colours.emplace(name, static_cast<Colour>(colours.size()));
+    }
+    return colours;
+}();
 const std::map<std::string, int> kTurns{{"0", 0}, {"90", 1}, {"180", 2}, {"270", 3}};
 
 constexpr int kBestQuality = 100;

@@ -14,8 +14,9 @@ std::string titleOf(const Node& node) {
     return node.path + (node.name.empty() ? "" : " (" + node.name + ")");
 }
 
+// What is wrong with a camera that the library does not use is worth a note.
 void addTrouble(List& list, const Node& node, const std::string& what, const std::string& remedy) {
-    list.push_back({Level::kTrouble, titleOf(node), what, remedy});
+    list.push_back({node.supported ? Level::kTrouble : Level::kNote, titleOf(node), what, remedy});
 }
 
 std::string holdersText(const std::vector<Holder>& holders) {
@@ -98,11 +99,19 @@ void adviseOnFrames(List& list, const Node& node) {
     }
 }
 
+// A file made by hand for this row alone would take the place of the built-in table.
+std::string waysToAdd(const Node& node, const ModelTable& table) {
+    const std::string command =
+        "run doccam doctor --add " + modelOf(node) + " for the row \"" + modelRow(node) + "\"";
+    return table.file.empty() || !table.error.empty()
+               ? command
+               : command + ", or add it to " + table.file + " by hand";
+}
+
 void adviseOnModel(List& list, const Node& node, const ModelTable& table) {
     if (!node.supported && !node.vendor.empty()) {
         list.push_back({Level::kNote, titleOf(node), "is not among the supported models",
-                        "If it is a document camera, add the row \"" + modelRow(node) + "\" to " +
-                            table.addTo + ", or run doccam doctor --add."});
+                        "If it is a document camera, " + waysToAdd(node, table) + "."});
     }
     if (node.secondOfModel) {
         list.push_back({Level::kNote, titleOf(node),
@@ -168,7 +177,7 @@ std::string modelRow(const Node& node) {
     std::string name = node.name;
     std::replace_if(
         name.begin(), name.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
-    return node.vendor + ":" + node.product + (name.empty() ? "" : "  # " + name);
+    return modelOf(node) + (name.empty() ? "" : "  # " + name);
 }
 
 } // namespace doccam::host

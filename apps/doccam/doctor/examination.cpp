@@ -24,8 +24,9 @@ int tryOpening(const std::string& node) {
     return 0;
 }
 
-void examine(Node& node) {
-    node.openError = node.supported ? tryStream(node.path, node.trial) : tryOpening(node.path);
+void examine(Node& node, const Interrupt& interrupt) {
+    node.openError =
+        node.supported ? tryStream(node.path, node.trial, interrupt) : tryOpening(node.path);
     if (node.openError != 0 || node.trial.error != 0) {
         node.holders = holdersOf(node.path);
     }
@@ -33,7 +34,7 @@ void examine(Node& node) {
 
 } // namespace
 
-Findings examine() {
+Findings examine(const Interrupt& interrupt) {
     Findings findings;
     findings.table = tableInForce();
     auto nodes = videoNodes();
@@ -42,10 +43,10 @@ Findings examine() {
     const auto rows = parseModelRows(findings.table.text).rows;
     std::set<std::string> seen;
     for (Node& node : findings.nodes) {
-        const std::string id = node.vendor + ":" + node.product;
-        node.supported = std::find(rows.begin(), rows.end(), id) != rows.end();
-        node.secondOfModel = node.supported && !seen.insert(id).second;
-        examine(node);
+        const std::string model = modelOf(node);
+        node.supported = std::find(rows.begin(), rows.end(), model) != rows.end();
+        node.secondOfModel = node.supported && !seen.insert(model).second;
+        examine(node, interrupt);
     }
     return findings;
 }

@@ -37,6 +37,11 @@ struct Node {
     Trial trial;
 };
 
+// "vvvv:pppp"; empty for what is not on USB.
+inline std::string modelOf(const Node& node) {
+    return node.vendor.empty() ? "" : node.vendor + ":" + node.product;
+}
+
 // The table of supported models that the library reads.
 struct ModelTable {
     std::string file; // empty: the built-in table, which addTo would replace

@@ -4,11 +4,17 @@
 #include "host/failure.h"
 #include "host/output_file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <system_error>
 
 namespace doccam::host {
 namespace {
@@ -17,6 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kMostRows = 9;
 constexpr const char* kSystemTable = "/etc/doccam/supported_models.txt";
+constexpr std::uintmax_t kLargestFile = 65536;
 constexpr std::string_view kIdPattern = "hhhh:hhhh";
 
 std::string_view withoutRemark(std::string_view line) {
@@ -37,19 +44,43 @@ bool isRow(std::string_view text) {
                       });
 }
 
+// None where the library does not read it either.
 std::optional<std::string> contentOf(const std::string& path) {
+    std::error_code error;
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (!file || !fs::is_regular_file(path) || !(text << file.rdbuf())) {
+    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile || !file) {
         return std::nullopt;
     }
-    return text.str();
+    return std::string{std::istreambuf_iterator<char>(file), {}};
 }
 
-// The file that replaces the built-in table, and whether it must be there.
+// The file that replaces the built-in table, and must then be there; empty when none is named.
 std::string namedFile() {
-    const char* named = std::getenv("DOCCAM_MODELS");
+    const char* named = secure_getenv("DOCCAM_MODELS");
     return named != nullptr ? named : "";
+}
+
+void makeFolder(const ModelTable& table) {
+    const fs::path folder = fs::absolute(table.addTo).parent_path();
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error == std::errc::permission_denied ||
+        (faccessat(AT_FDCWD, folder.c_str(), W_OK, AT_EACCESS) != 0 && errno == EACCES)) {
+        throw Failure(kFileFailed, "Nothing was added to " + table.addTo +
+                                       ", which you may not change; run the command with sudo.");
+    }
+}
+
+void write(const ModelTable& table, const std::string& text) {
+    makeFolder(table);
+    OutputFile file(table.addTo, true);
+    const std::string draft = file.draft();
+    if (!(std::ofstream(draft, std::ios::binary) << text << std::flush)) {
+        file.failForLackOfSpace();
+    }
+    std::error_code ignored;
+    fs::permissions(draft, fs::perms(0644), ignored);
+    file.publish(draft);
 }
 
 } // namespace
@@ -106,38 +137,31 @@ ModelTable tableInForce() {
         return table;
     }
     const auto text = contentOf(table.file);
-    table.error = text ? parseModelRows(*text).error : "it cannot be read";
+    table.error = text ? parseModelRows(*text).error : "it is no readable table";
     if (table.error.empty()) {
         table.text = *text;
     }
     return table;
 }
 
-void addRow(const ModelTable& table, const std::string& row) {
-    const bool replaces = table.file.empty() || !fs::exists(table.file);
+std::string addRow(const ModelTable& table, const std::string& row) {
+    std::error_code ignored;
+    const bool replaces = table.file.empty() || !fs::exists(table.file, ignored);
     if (!replaces && !table.error.empty()) {
         throw Failure(kFileFailed, "Nothing was added to " + table.file + ", as " + table.error +
                                        "; correct it first.");
     }
-    auto text = withRow(table.text, row);
-    if (!text && replaces) {
-        text = withRow(withoutLastRow(table.text), row);
+    if (const auto text = withRow(table.text, row)) {
+        write(table, *text);
+        return "";
     }
-    if (!text) {
+    if (!replaces) {
         throw Failure(kFileFailed, "The table " + table.file +
                                        " has nine rows already, which is the most; take one out "
                                        "first.");
     }
-    std::error_code ignored;
-    fs::create_directories(fs::path(table.addTo).parent_path(), ignored);
-    OutputFile file(table.addTo, true);
-    const std::string draft = file.draft();
-    if (!(std::ofstream(draft, std::ios::binary) << *text << std::flush)) {
-        throw Failure(kFileFailed,
-                      table.addTo + " could not be written; look whether the disk is full.");
-    }
-    fs::permissions(draft, fs::perms(0644), ignored);
-    file.publish(draft);
+    write(table, withRow(withoutLastRow(table.text), row).value());
+    return parseModelRows(table.text).rows.back();
 }
 
 } // namespace doccam::host

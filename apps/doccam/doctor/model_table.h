@@ -28,7 +28,8 @@ std::string withoutLastRow(const std::string& text);
 ModelTable tableInForce();
 
 // Adds the row to the file that the library reads, which is made from the built-in table if there
-// is none; its last row then makes room. Throws Failure when the file is full or cannot be written.
-void addRow(const ModelTable& table, const std::string& row);
+// is none; its last row may then have to make room, and is returned, else nothing. Throws Failure
+// when the file is full or cannot be written.
+std::string addRow(const ModelTable& table, const std::string& row);
 
 } // namespace doccam::host

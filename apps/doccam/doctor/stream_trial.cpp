@@ -21,11 +21,12 @@ void judge(Trial& trial, const DriverFrame& frame, const DriverFormat& format) {
     trial.framesWithoutJpeg += flaw == FrameFlaw::kNoJpeg ? 1 : 0;
 }
 
-void stream(DriverStream& driver, Trial& trial) {
+void stream(DriverStream& driver, Trial& trial, const Interrupt& interrupt) {
     const DriverFormat format = driver.largestFormat();
     trial.capture = nameOf(format.format) + " " + textOf(format.size);
     driver.start(format);
     for (int i = 0; i < kFramesPassedOver + kFramesJudged; ++i) {
+        interrupt.check();
         const bool came = driver.withNextFrame([&](const DriverFrame& frame) {
             if (i >= kFramesPassedOver) {
                 judge(trial, frame, format);
@@ -39,11 +40,11 @@ void stream(DriverStream& driver, Trial& trial) {
 
 } // namespace
 
-int tryStream(const std::string& node, Trial& trial) {
+int tryStream(const std::string& node, Trial& trial, const Interrupt& interrupt) {
     try {
         DriverStream driver(node);
         trial.held = true;
-        stream(driver, trial);
+        stream(driver, trial, interrupt);
     } catch (const RequestFailure& failure) {
         if (!trial.held) {
             return failure.error();

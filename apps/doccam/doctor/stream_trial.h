@@ -2,6 +2,7 @@
 #pragma once
 
 #include "doctor/findings.h"
+#include "host/interrupt.h"
 
 #include <string>
 
@@ -9,6 +10,7 @@ namespace doccam::host {
 
 // Streams from the node at its largest size, as MJPEG if it has that, and judges the frames.
 // Returns errno when the node cannot be opened, and 0 with what came of it in trial otherwise.
-int tryStream(const std::string& node, Trial& trial);
+// Throws Interruption when the process is asked to end.
+int tryStream(const std::string& node, Trial& trial, const Interrupt& interrupt);
 
 } // namespace doccam::host

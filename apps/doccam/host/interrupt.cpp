@@ -3,40 +3,78 @@
 #include "host/failure.h"
 
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <array>
+#include <chrono>
+#include <optional>
 
 namespace doccam::host {
 namespace {
 
-sigset_t endings() {
+using Clock = std::chrono::steady_clock;
+
+// What comes sooner may be the same wish by another way, as through a launcher in between.
+constexpr std::chrono::milliseconds kSoonestRepeat{500};
+
+bool isIgnored(int signal) {
+    struct sigaction action {};
+
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+sigset_t heldBack() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        sigaddset(&signals, signal);
+        if (!isIgnored(signal)) {
+            sigaddset(&signals, signal);
+        }
     }
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signals;
 }
 
 } // namespace
 
-Interrupt::Interrupt() {
-    const sigset_t signals = endings();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    descriptor_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-}
+Interrupt::Interrupt()
+  : signals_(heldBack())
+  , asked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+  , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
+  , ended_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+  , thread_([this] { watch(); }) {}
 
 Interrupt::~Interrupt() {
-    if (descriptor_ >= 0) {
-        close(descriptor_);
+    eventfd_write(ended_, 1);
+    thread_.join();
+    for (const int descriptor : {asked_, watched_, ended_}) {
+        close(descriptor);
     }
 }
 
-// The signal is left in the descriptor, so that every later look sees it too.
+void Interrupt::watch() const {
+    std::optional<Clock::time_point> first;
+    std::array<pollfd, 2> events{{{watched_, POLLIN, 0}, {ended_, POLLIN, 0}}};
+    while (poll(events.data(), events.size(), -1) > 0 && events[1].revents == 0) {
+        signalfd_siginfo signal{};
+        if (read(watched_, &signal, sizeof signal) != sizeof signal) {
+            continue;
+        }
+        if (!first) {
+            first = Clock::now();
+            eventfd_write(asked_, 1);
+        } else if (Clock::now() - *first >= kSoonestRepeat) {
+            pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
+            raise(static_cast<int>(signal.ssi_signo));
+        }
+    }
+}
+
+// Never read, so that every later look sees it too.
 bool Interrupt::raised() const {
-    pollfd state{descriptor_, POLLIN, 0};
+    pollfd state{asked_, POLLIN, 0};
     return poll(&state, 1, 0) > 0 && (state.revents & POLLIN) != 0;
 }
 

@@ -1,10 +1,14 @@
 // Ctrl-C and its relatives, as a descriptor to wait for instead of a handler.
 #pragma once
 
+#include <csignal>
+#include <thread>
+
 namespace doccam::host {
 
-// While one exists, SIGINT, SIGTERM and SIGHUP wait in a descriptor. Make it before the process has
-// threads; threads begun later inherit the blocked signals.
+// While one exists, SIGINT, SIGTERM and SIGHUP are held back, but for those that were ignored
+// before, as under nohup. The first is told here; one that comes half a second later or more ends
+// the process at once. Make it before the process has threads, which inherit what is held back.
 class Interrupt {
   public:
     Interrupt();
@@ -13,7 +17,7 @@ class Interrupt {
     Interrupt& operator=(const Interrupt&) = delete;
 
     // Readable once the process has been asked to end.
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return asked_; }
 
     // Whether it has; stays true.
     bool raised() const;
@@ -22,7 +26,13 @@ class Interrupt {
     void check() const;
 
   private:
-    int descriptor_;
+    void watch() const;
+
+    const sigset_t signals_;
+    const int asked_;
+    const int watched_;
+    const int ended_;
+    std::thread thread_;
 };
 
 } // namespace doccam::host

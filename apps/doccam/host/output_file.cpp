@@ -104,4 +104,9 @@ void OutputFile::publish(const std::string& path) {
     failToWrite(target_, std::string(std::strerror(errno)) + "; choose another folder.");
 }
 
+void OutputFile::failForLackOfSpace() const {
+    throw Failure(kFileFailed,
+                  target_.string() + " could not be written; look whether the disk is full.");
+}
+
 } // namespace doccam::host

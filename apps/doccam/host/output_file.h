@@ -26,6 +26,9 @@ class OutputFile {
     // has appeared there meanwhile and force is not set.
     void publish(const std::string& path);
 
+    // Throws Failure for a part that could not be written whole.
+    [[noreturn]] void failForLackOfSpace() const;
+
     // As it was named.
     const std::filesystem::path& target() const { return target_; }
 

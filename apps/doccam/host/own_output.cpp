@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 
 namespace doccam::host {
@@ -13,33 +14,44 @@ namespace {
 std::FILE* ownOut = stdout;
 std::FILE* ownErr = stderr;
 
-// The stream behind a second descriptor for what descriptor is; null when it is not open.
+[[noreturn]] void failToSetApart() {
+    throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close other "
+                               "programs and try again.");
+}
+
+// The stream behind a second descriptor for what descriptor is.
 std::FILE* keep(int descriptor) {
     const int kept = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    return kept < 0 ? nullptr : fdopen(kept, "w");
+    std::FILE* stream = kept < 0 ? nullptr : fdopen(kept, "w");
+    if (stream == nullptr) {
+        failToSetApart();
+    }
+    return stream;
 }
 
 void redirect(int descriptor, int target) {
     if (target < 0 || dup2(target, descriptor) < 0) {
-        throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close "
-                                   "other programs and try again.");
+        failToSetApart();
     }
 }
 
 } // namespace
 
+void holdStandardStreams() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO) {
+        descriptor = open("/dev/null", O_RDWR);
+    }
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+}
+
 void divertLibraryLines(bool verbose) {
     std::fflush(stdout);
-    if (std::FILE* kept = keep(STDERR_FILENO)) {
-        ownErr = kept;
-        setvbuf(ownErr, nullptr, _IOLBF, 0);
-    }
-    // Without a standard output there is nothing to keep apart.
-    std::FILE* kept = keep(STDOUT_FILENO);
-    if (kept == nullptr) {
-        return;
-    }
-    ownOut = kept;
+    ownErr = keep(STDERR_FILENO);
+    setvbuf(ownErr, nullptr, _IOLBF, 0);
+    ownOut = keep(STDOUT_FILENO);
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
     redirect(STDOUT_FILENO, verbose ? STDERR_FILENO : nowhere);
     // The code reader warns there of its own tables; a sanitizer's report must be seen.
@@ -58,7 +70,11 @@ std::FILE* err() {
 }
 
 void complain(const std::string& message) {
-    std::fprintf(ownErr, "doccam: %s\n", message.c_str());
+    std::string line = message;
+    std::replace_if(
+        line.begin(), line.end(), [](char letter) { return letter == '\n' || letter == '\t'; },
+        ' ');
+    std::fprintf(ownErr, "doccam: %s\n", harmless(line).c_str());
 }
 
 std::string harmless(const std::string& text) {

@@ -10,6 +10,10 @@ namespace doccam::host {
 
 using Json = nlohmann::ordered_json;
 
+// Opens /dev/null in place of a standard stream that is closed, which the next file opened would
+// stand in for otherwise. Before any file is opened.
+void holdStandardStreams();
+
 // Sends what is printed on standard output and standard error to nowhere, or with verbose all of it
 // to standard error, from now on. Once, before the first call of the library. Throws Failure when
 // there are no descriptors left.
@@ -20,7 +24,7 @@ void divertLibraryLines(bool verbose);
 std::FILE* out();
 std::FILE* err();
 
-// Prints the message on err() under the program's name.
+// Prints the message on err() under the program's name, on one line and harmless to a terminal.
 void complain(const std::string& message);
 
 // Control characters but for newline and tab as \xNN: what a code or a device says of itself must

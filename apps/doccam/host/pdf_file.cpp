@@ -1,14 +1,18 @@
 #include "host/pdf_file.h"
 
 #include "host/failure.h"
+#include "host/picture_file.h"
 
 #include <doccam/doccam.h>
 
 #include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <filesystem>
+#include <fstream>
+#include <string_view>
 
 namespace doccam::host {
 namespace {
@@ -20,25 +24,47 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
-// The library takes these as they are, by their name's end; whatever else is written anew.
-bool goesInUnchanged(const std::string& image) {
-    const std::string extension = std::filesystem::path(image).extension().string();
-    return extension == ".jpg" || extension == ".png";
+constexpr int kGoodQuality = 95;
+
+// ".jpg" or ".png", the types that go into a PDF as they are, by how the file begins; else empty.
+std::string typeOf(const std::string& image) {
+    std::array<char, 3> start{};
+    std::ifstream(image, std::ios::binary).read(start.data(), start.size());
+    const std::string_view bytes(start.data(), start.size());
+    return bytes == "\xFF\xD8\xFF" ? ".jpg" : bytes == "\x89PN" ? ".png" : "";
+}
+
+// Whether a JPEG is to be shown otherwise than it is stored, as a camera that was held on its side
+// notes.
+bool isTurned(const std::string& image) {
+    const cv::Mat shown = readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8);
+    const cv::Mat stored =
+        readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8 | cv::IMREAD_IGNORE_ORIENTATION);
+    return shown.size() != stored.size() || cv::norm(shown, stored, cv::NORM_INF) > 0;
+}
+
+// The library goes by the names' ends. Not every file system has links.
+void giveName(const std::string& image, const std::string& name) {
+    std::error_code error;
+    std::filesystem::create_symlink(std::filesystem::absolute(image), name, error);
+    if (error) {
+        std::filesystem::copy_file(image, name, error);
+    }
 }
 
 std::string pageOf(const OutputFile& file, const std::string& image, std::size_t number) {
-    const cv::Mat picture = cv::imread(image, cv::IMREAD_COLOR);
-    if (picture.empty()) {
-        throw Failure(kFileFailed,
-                      "The image " + image + " cannot be read; give JPEG, PNG or TIFF files.");
+    const std::string type = typeOf(image);
+    std::string page =
+        file.part("page" + std::to_string(number) + (type == ".jpg" ? type : ".png"));
+    if (type == ".jpg" && !isTurned(image)) {
+        giveName(image, page);
+        return page;
     }
-    if (goesInUnchanged(image)) {
-        return image;
-    }
-    const std::string page = file.part("page" + std::to_string(number) + ".png");
-    if (!cv::imwrite(page, picture)) {
-        throw Failure(kFileFailed, file.target().string() +
-                                       " could not be written; look whether the disk is full.");
+    const cv::Mat picture = readPicture(image, cv::IMREAD_COLOR);
+    if (type == ".png") {
+        giveName(image, page);
+    } else {
+        writePicture(file, page, picture, kGoodQuality);
     }
     return page;
 }
@@ -49,9 +75,11 @@ bool isPdfName(const std::string& name) {
     return lowerCase(std::filesystem::path(name).extension().string()) == ".pdf";
 }
 
-void publishPdf(OutputFile& file, const std::vector<std::string>& images) {
+void publishPdf(OutputFile& file, const std::vector<std::string>& images,
+                const Interrupt& interrupt) {
     std::vector<std::string> pages;
     for (const std::string& image : images) {
+        interrupt.check();
         pages.push_back(pageOf(file, image, pages.size()));
     }
     for (const std::string& page : pages) {

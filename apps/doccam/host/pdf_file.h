@@ -1,6 +1,7 @@
 // Image files as the pages of one PDF.
 #pragma once
 
+#include "host/interrupt.h"
 #include "host/output_file.h"
 
 #include <string>
@@ -12,8 +13,9 @@ namespace doccam::host {
 bool isPdfName(const std::string& name);
 
 // Writes the images, files of OpenCV's types, as the pages of a PDF and publishes it as file. One
-// image pixel becomes one point. Throws Failure that names an image that cannot be read, or the
-// file.
-void publishPdf(OutputFile& file, const std::vector<std::string>& images);
+// image pixel becomes one point; a photograph stands as its camera was held. Throws Failure that
+// names an image that cannot be read, or the file; Interruption when the process is asked to end.
+void publishPdf(OutputFile& file, const std::vector<std::string>& images,
+                const Interrupt& interrupt);
 
 } // namespace doccam::host

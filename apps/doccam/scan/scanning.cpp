@@ -86,7 +86,14 @@ class AutomaticScan {
             progress_.show(takenText(stack_.pages().back(), stack_.pages().size(), plan_) +
                            (complete(stack_, plan_) ? "" : "; put down the next"));
         } else if (unmoved) {
-            watch_.noteDismissed();
+            dismiss(frame);
+        }
+    }
+
+    void dismiss(const cv::Mat& frame) {
+        watch_.noteDismissed();
+        if (showsSomething(frame)) {
+            progress_.show("no sheet is found; lay it on a dark desk, or scan with --whole-frame");
         }
     }
 

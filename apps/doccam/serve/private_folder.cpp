@@ -1,6 +1,7 @@
 #include "serve/private_folder.h"
 
-#include <cerrno>
+#include "host/failure.h"
+
 #include <cstdlib>
 #include <string>
 #include <system_error>
@@ -8,9 +9,13 @@
 namespace doccam::serve {
 
 PrivateFolder::PrivateFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "doccam-pages-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-        throw std::system_error(errno, std::generic_category(), "no folder for the pages: " + name);
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::temp_directory_path(error);
+    std::string name = (place / "doccam-pages-XXXXXX").string();
+    if (error || mkdtemp(name.data()) == nullptr) {
+        throw host::Failure(host::kFileFailed,
+                            "No folder for the pages can be made where temporary files lie; let "
+                            "TMPDIR name another place.");
     }
     path_ = name;
 }

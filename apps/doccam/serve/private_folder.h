@@ -7,7 +7,7 @@ namespace doccam::serve {
 
 class PrivateFolder {
   public:
-    // Makes it where temporary files lie. Throws std::system_error.
+    // Makes it where temporary files lie. Throws host::Failure.
     PrivateFolder();
     // Removes it with all that is in it.
     ~PrivateFolder();

@@ -1,0 +1,87 @@
+#include "host/failure.h"
+#include "host/interrupt.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace {
+
+using doccam::host::Interrupt;
+
+// A death test's child, so that the signals of the test itself stay as they are.
+[[noreturn]] void endWith(bool wellDone) {
+    std::_Exit(wellDone ? 0 : 1);
+}
+
+void await(const Interrupt& interrupt) {
+    pollfd raised{interrupt.descriptor(), POLLIN, 0};
+    poll(&raised, 1, -1);
+}
+
+TEST(Interrupt, IsRaisedByTheFirstSignalAndStaysSo) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, SIG_DFL);
+            const Interrupt interrupt;
+            const bool before = interrupt.raised();
+            kill(getpid(), SIGTERM);
+            await(interrupt);
+            endWith(!before && interrupt.raised() && interrupt.raised());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(Interrupt, ThrowsWhenItIsCheckedOnceRaised) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGINT, SIG_DFL);
+            const Interrupt interrupt;
+            interrupt.check();
+            kill(getpid(), SIGINT);
+            await(interrupt);
+            try {
+                interrupt.check();
+            } catch (const doccam::host::Interruption&) {
+                endWith(true);
+            }
+            endWith(false);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(Interrupt, EndsTheProcessWhenNobodyHeedsIt) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGINT, SIG_DFL);
+            const Interrupt interrupt;
+            kill(getpid(), SIGINT);
+            await(interrupt);
+            while (true) {
+                kill(getpid(), SIGINT);
+            }
+        },
+        testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(Interrupt, LeavesASignalIgnoredThatWasSo) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGHUP, SIG_IGN);
+            std::signal(SIGTERM, SIG_DFL);
+            sigset_t held;
+            const Interrupt interrupt;
+            pthread_sigmask(SIG_BLOCK, nullptr, &held);
+            kill(getpid(), SIGHUP);
+            const bool passedOver = !interrupt.raised() && sigismember(&held, SIGHUP) == 0;
+            kill(getpid(), SIGTERM);
+            await(interrupt);
+            endWith(passedOver);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+} // namespace

@@ -5,6 +5,8 @@
 
 #include <doccam/doccam.hpp>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -15,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kAnyCode = 1;
+constexpr int kQrCode = 1;
 
 // The camera's picture as a file.
 class PictureFile {
@@ -35,7 +37,8 @@ class PictureFile {
 
   private:
     const QuietOutput quiet_;
-    const std::string path_ = fs::temp_directory_path() / "doccam-bench-code.jpg";
+    const std::string path_ =
+        fs::temp_directory_path() / ("doccam-bench-code-" + std::to_string(getpid()) + ".jpg");
 };
 
 Contest codeFile(const Picture& picture) {
@@ -45,7 +48,7 @@ Contest codeFile(const Picture& picture) {
     return {
         .ours =
             [=] {
-                const char* const text = RecogBarQrCodeFromFile(file->path().c_str(), kAnyCode);
+                const char* const text = RecogBarQrCodeFromFile(file->path().c_str(), kQrCode);
                 *mine = text == nullptr ? "" : text;
             },
         .peer = [=] { *theirs = plain::codeInFile(file->path()); },

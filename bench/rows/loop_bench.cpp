@@ -70,6 +70,12 @@ std::shared_ptr<cv::VideoCapture> capturing(const std::string& node) {
     return capture;
 }
 
+bool isOfTheSameKind(const cv::VideoCapture& capture, const cv::Mat& frame) {
+    const int code = static_cast<int>(capture.get(cv::CAP_PROP_FOURCC));
+    return code == cv::VideoWriter::fourcc('M', 'J', 'P', 'G') &&
+           frame.size() == cv::Size(kWidth, kHeight);
+}
+
 Contest againstVideoCapture(const Picture& picture) {
     const auto session = std::make_shared<LiveSession>(picture);
     const auto capture = capturing(session->otherCamera());
@@ -82,7 +88,7 @@ Contest againstVideoCapture(const Picture& picture) {
     return {
         .ours = [session] { session->waitForFrames(kFrames); },
         .peer = [read] { repeat(read); },
-        .same = [=] { return frame->size() == cv::Size(kWidth, kHeight); },
+        .same = [=] { return isOfTheSameKind(*capture, *frame); },
         .beforeOurs = [session] { session->start(); },
         .beforePeer = [session] { session->stop(); },
         .frames = kFrames,

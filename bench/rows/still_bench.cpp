@@ -7,6 +7,8 @@
 
 #include <doccam/doccam.hpp>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -48,7 +50,8 @@ class Stills {
     }
 
     const QuietOutput quiet_;
-    const fs::path folder_ = fs::temp_directory_path() / "doccam-bench-stills";
+    const fs::path folder_ =
+        fs::temp_directory_path() / ("doccam-bench-stills-" + std::to_string(getpid()));
 };
 
 Contest still(const Picture& picture) {

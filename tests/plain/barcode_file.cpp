@@ -18,6 +18,9 @@ std::string codeInFile(const std::string& path) {
     zbar::zbar_image_set_data(picture.get(), grey.data, grey.total(), nullptr);
     zbar::zbar_scan_image(scanner.get(), picture.get());
     const auto* symbol = zbar::zbar_image_first_symbol(picture.get());
+    while (symbol != nullptr && zbar::zbar_symbol_get_type(symbol) != zbar::ZBAR_QRCODE) {
+        symbol = zbar::zbar_symbol_next(symbol);
+    }
     return symbol == nullptr ? std::string()
                              : std::string(zbar::zbar_symbol_get_data(symbol),
                                            zbar::zbar_symbol_get_data_length(symbol));

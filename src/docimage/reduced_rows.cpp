@@ -146,7 +146,7 @@ constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx
     liftRow(rows, count, grey);
 }
 
-constexpr ReducedRows kAvx512 = {"AVX-512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
+constexpr ReducedRows kAvx512 = {"AVX512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
 
 bool hasAvx512() {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&

@@ -124,7 +124,9 @@ TEST_P(PhotoStill, IsThePhotograph) {
     camera.picture = photo;
     bed_.add(camera);
     SetVideoFormat(kMjpegFormat);
+    watchFrames();
     ASSERT_EQ(openCamera(0, 3264, 2448), 0);
+    waitForFrames(8); // by then the camera has made all pictures that it sends
     virtualcam::setSleepScale(1);
     const ScratchFolder folder;
     captureImage(folder.file("page.jpg").c_str());

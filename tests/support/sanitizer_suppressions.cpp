@@ -1,8 +1,14 @@
 // What the sanitizers report of other people's code, and of the one object kept on purpose.
 
 extern "C" {
+__attribute__((visibility("default"))) const char* __lsan_default_options();
 __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
+}
+
+// What a program says on standard error is its own.
+const char* __lsan_default_options() {
+    return "print_suppressions=0";
 }
 
 // A found camera's device object is never released.

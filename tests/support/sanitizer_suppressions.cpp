@@ -19,7 +19,9 @@ const char* __lsan_default_suppressions() {
 // The image library registers the codecs of the GIS library, which takes two of its own locks in
 // both orders while it does so; no thread of ours takes part. The code reader has the system's
 // loader load and unload character sets, under a lock of the loader that the sanitizer cannot see.
-// Nor can it see the locks of the library that the mocked device tree is built on.
+// Nor can it see the locks of the library that the mocked device tree is built on, or those that
+// the virtual camera takes inside of the sanitizer's own poll().
 const char* __tsan_default_suppressions() {
-    return "deadlock:libgdal.so\nrace:ld-linux-x86-64.so\nrace:libglib-2.0.so\n";
+    return "deadlock:libgdal.so\nrace:ld-linux-x86-64.so\nrace:libglib-2.0.so\n"
+           "race:pollNodes\n";
 }

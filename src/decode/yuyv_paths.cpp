@@ -1,5 +1,6 @@
 // The colour formula over many pixels, as loops that the compiler turns into vector instructions,
 // once for each instruction set.
+#include "base/instruction_sets.h"
 #include "decode/yuyv_to_rgb.h"
 
 #include <algorithm>
@@ -95,27 +96,14 @@ convertWithAvx512(const unsigned char* src, unsigned char* dst, std::size_t coun
     convertPairs(src, dst, count);
 }
 
-bool hasAvx512() {
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-           __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
-}
-
 #endif
 
 } // namespace
 
-Rgb yuvToRgb(unsigned char y, unsigned char u, unsigned char v) {
-    return {
-        .red = toByte(luma(y) + redness(v)),
-        .green = toByte(luma(y) + greenness(u, v)),
-        .blue = toByte(luma(y) + blueness(u)),
-    };
-}
-
 std::vector<YuyvPath> yuyvPaths() {
     std::vector<YuyvPath> paths{{"baseline", convertPlainly}};
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx2")) {
+    if (hasAvx2()) {
         paths.push_back({"AVX2", convertWithAvx2});
     }
     if (hasAvx512()) {

@@ -1,4 +1,4 @@
-// The colour formula of packed YUYV, and the loops that apply it.
+// The colour formula of packed YUYV, as the loops that apply it.
 #pragma once
 
 #include <cstddef>
@@ -6,16 +6,9 @@
 
 namespace doccam {
 
-struct Rgb {
-    unsigned char red, green, blue;
-};
-
-// One pixel's colour. Values above 250 come out as 255, those below 0 as 0, all others cut off to
-// whole numbers.
-Rgb yuvToRgb(unsigned char y, unsigned char u, unsigned char v);
-
 // The same loop compiled for one instruction set: count pixel pairs of src, four bytes each, become
-// six bytes each in dst, red first. The two must not overlap.
+// six bytes each in dst, red first. Values above 250 come out as 255, those below 0 as 0, all
+// others cut off to whole numbers. The two must not overlap.
 struct YuyvPath {
     const char* instructionSet;
     void (*convert)(const unsigned char* src, unsigned char* dst, std::size_t count);

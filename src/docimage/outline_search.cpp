@@ -6,6 +6,7 @@
 #include <algorithm>
 
 namespace doccam {
+
 std::optional<std::size_t> indexOfLargest(const std::vector<int>& areas) {
     const auto largest = std::max_element(areas.begin(), areas.end());
     if (largest == areas.end() || *largest <= 0) {

@@ -1,6 +1,7 @@
 // Loops that the compiler turns into vector instructions.
 #include "docimage/page_rows.h"
 
+#include "base/instruction_sets.h"
 #include "docimage/pixel_colour.h"
 
 #include <algorithm>
@@ -169,7 +170,7 @@ constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markPaperWithAvx2, whit
 std::vector<PageRows> allPageRows() {
     std::vector<PageRows> all{kPlain};
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx2")) {
+    if (hasAvx2()) {
         all.push_back(kAvx2);
     }
 #endif

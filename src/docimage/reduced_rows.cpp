@@ -1,6 +1,7 @@
 // Loops that the compiler turns into vector instructions.
 #include "docimage/reduced_rows.h"
 
+#include "base/instruction_sets.h"
 #include "docimage/grey_weights.h"
 #include "docimage/lifted_level.h"
 
@@ -130,28 +131,22 @@ constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
 
 constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx2};
 
-#define DOCCAM_AVX512 gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")
-
-[[DOCCAM_AVX512]] void reduceWithAvx512(const ReducedRows::FrameRows& rows, int count,
-                                        unsigned char* grey) {
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+reduceWithAvx512(const ReducedRows::FrameRows& rows, int count, unsigned char* grey) {
     reduceRows(rows, count, grey);
 }
 
-[[DOCCAM_AVX512]] void blurWithAvx512(const unsigned char* grey, int count, std::uint16_t* sums) {
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+blurWithAvx512(const unsigned char* grey, int count, std::uint16_t* sums) {
     blurRow(grey, count, sums);
 }
 
-[[DOCCAM_AVX512]] void liftWithAvx512(const ReducedRows::SumRows& rows, int count,
-                                      unsigned char* grey) {
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+liftWithAvx512(const ReducedRows::SumRows& rows, int count, unsigned char* grey) {
     liftRow(rows, count, grey);
 }
 
-constexpr ReducedRows kAvx512 = {"AVX512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
-
-bool hasAvx512() {
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-           __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
-}
+constexpr ReducedRows kAvx512 = {"AVX-512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
 
 #endif
 
@@ -160,7 +155,7 @@ bool hasAvx512() {
 std::vector<ReducedRows> allReducedRows() {
     std::vector<ReducedRows> all{kPlain};
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx2")) {
+    if (hasAvx2()) {
         all.push_back(kAvx2);
     }
     if (hasAvx512()) {

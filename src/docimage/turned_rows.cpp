@@ -1,6 +1,8 @@
 // Loops that the compiler turns into vector instructions, but for the fetching of pixels.
 #include "docimage/turned_rows.h"
 
+#include "base/instruction_sets.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -140,7 +142,7 @@ constexpr TurnedRows kAvx2 = {"AVX2", blendWithAvx2};
 std::vector<TurnedRows> allTurnedRows() {
     std::vector<TurnedRows> all{kPlain};
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx2")) {
+    if (hasAvx2()) {
         all.push_back(kAvx2);
     }
 #endif

@@ -1,8 +1,8 @@
 // A YUYV frame of any size, in buffers as large as a session makes them and no larger.
 #include "base/slack_image.h"
-#include "decode/yuyv_to_rgb.h"
 #include "fuzz_target.h"
 #include "input.h"
+#include "support/yuyv_formula.h"
 
 #include <doccam/doccam.hpp>
 
@@ -28,10 +28,8 @@ test::Bytes frameOf(std::size_t bytes, std::span<const unsigned char> content) {
 void requireColours(const test::Bytes& frame, const cv::Mat& picture) {
     for (std::size_t pixel = 2; pixel < picture.total(); ++pixel) {
         const unsigned char* pair = &frame[pixel / 2 * 4];
-        const Rgb wanted = yuvToRgb(pair[pixel % 2 * 2], pair[1], pair[3]);
-        const unsigned char* found = picture.data + pixel * 3;
-        test::require(found[0] == wanted.red && found[1] == wanted.green &&
-                      found[2] == wanted.blue);
+        const auto wanted = test::yuyvFormula(pair[pixel % 2 * 2], pair[1], pair[3]);
+        test::require(std::ranges::equal(wanted, std::span(picture.data + pixel * 3, 3)));
     }
 }
 

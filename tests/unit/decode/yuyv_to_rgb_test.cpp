@@ -1,14 +1,13 @@
 // YUYV frames: every colour, and the quirks of order and length.
 #include "decode/yuyv_to_rgb.h"
 #include "jpeg_samples.h"
+#include "support/yuyv_formula.h"
 
 #include <doccam/doccam.hpp>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <limits>
 #include <string>
 
@@ -19,29 +18,10 @@ using testing::ElementsAre;
 
 constexpr int kMax = std::numeric_limits<int>::max();
 
-int limited(float value) {
-    if (value > 250.0F) {
-        value = 255.0F;
-    }
-    if (value < 0) {
-        value = 0;
-    }
-    return static_cast<int>(std::trunc(value));
-}
-
-// The formula as it is written down, one line a channel; red, green, blue.
-std::array<int, 3> formula(int y, int u, int v) {
-    const double blue = 1.164 * (y - 16) + 2.018 * (u - 128);
-    const double green = 1.164 * (y - 16) - 0.813 * (v - 128) - 0.394 * (u - 128);
-    const double red = 1.164 * (y - 16) + 1.596 * (v - 128);
-    return {limited(static_cast<float>(red)), limited(static_cast<float>(green)),
-            limited(static_cast<float>(blue))};
-}
-
 int wrongPixels(const unsigned char* pixels, int first) {
     int wrong = 0;
     for (int pixel = first; pixel < 1 << 24; ++pixel) {
-        const auto expected = formula(pixel & 255, pixel >> 16, pixel >> 8 & 255);
+        const auto expected = yuyvFormula(pixel & 255, pixel >> 16, pixel >> 8 & 255);
         const unsigned char* const got = &pixels[std::size_t{3} * static_cast<unsigned>(pixel)];
         wrong += got[0] != expected[0] || got[1] != expected[1] || got[2] != expected[2] ? 1 : 0;
     }
@@ -70,6 +50,12 @@ Bytes everyColour() {
         }
     }
     return frame;
+}
+
+// The red, green and blue of one pixel.
+Bytes colourOf(unsigned char y, unsigned char u, unsigned char v) {
+    const Bytes pixels = converted({16, 128, 16, 128, y, u, y, v}, 4, 1);
+    return {pixels.begin() + 6, pixels.begin() + 9};
 }
 
 TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColour) {
@@ -127,18 +113,17 @@ TEST(YuyvToRgb, GivesBlackAndWhiteForTheEndsOfTheLumaRange) {
 }
 
 TEST(YuyvToRgb, LimitsNegativeValuesToZero) {
-    const Rgb black = yuvToRgb(0, 128, 128);
-    EXPECT_THAT((Bytes{black.red, black.green, black.blue}), ElementsAre(0, 0, 0));
+    EXPECT_THAT(colourOf(0, 128, 128), ElementsAre(0, 0, 0));
 }
 
 TEST(YuyvToRgb, JumpsToFullBrightnessAbove250Only) {
-    EXPECT_EQ(yuvToRgb(230, 128, 128).green, 249); // 249.096
-    EXPECT_EQ(yuvToRgb(231, 128, 128).green, 255); // 250.26
-    EXPECT_EQ(yuvToRgb(186, 70, 92).green, 250);   // exactly 250
+    EXPECT_EQ(colourOf(230, 128, 128)[1], 249); // 249.096
+    EXPECT_EQ(colourOf(231, 128, 128)[1], 255); // 250.26
+    EXPECT_EQ(colourOf(186, 70, 92)[1], 250);   // exactly 250
 }
 
 TEST(YuyvToRgb, CutsOffFractions) {
-    EXPECT_EQ(yuvToRgb(20, 128, 128).green, 4); // 4.656
+    EXPECT_EQ(colourOf(20, 128, 128)[1], 4); // 4.656
 }
 
 TEST(YuyvToRgb, StoresTheFirstPairBlueFirstAndAllOthersRedFirst) {

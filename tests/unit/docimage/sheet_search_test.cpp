@@ -57,7 +57,9 @@ TEST(LiftedLevel, IsWhatFractionsGiveForAllLevels) {
 class EachReducedRows : public testing::TestWithParam<ReducedRows> {};
 
 std::string named(const testing::TestParamInfo<ReducedRows>& rows) {
-    return rows.param.name;
+    std::string name = rows.param.name;
+    std::erase(name, '-');
+    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(ReducedRows, EachReducedRows, testing::ValuesIn(allReducedRows()), named);

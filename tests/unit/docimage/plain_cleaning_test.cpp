@@ -4,17 +4,15 @@
 #include "docimage/black_edge.h"
 #include "docimage/paper.h"
 #include "plain/black_edge.h"
+#include "support/photographs.h"
 
 #include <doccam/doccam.hpp>
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -127,17 +125,14 @@ TEST(PaperOf, IsTheLibrarysAdaptiveThreshold) {
 }
 
 TEST(CleaningAPage, EqualsThePlainStepsOnPhotographs) {
-    const char* const folder = std::getenv("DOCCAM_PHOTOS");
-    if (folder == nullptr) {
+    const auto photographs = doccam::test::photographs();
+    if (photographs.empty()) {
         GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const cv::Mat photograph = cv::imread(entry.path());
-        if (!photograph.empty()) {
-            SCOPED_TRACE(entry.path());
-            expectPlainResults(photograph);
-            expectPlainResults(photograph.colRange(0, photograph.cols - 1));
-        }
+    for (const auto& [path, photograph] : photographs) {
+        SCOPED_TRACE(path);
+        expectPlainResults(photograph);
+        expectPlainResults(photograph.colRange(0, photograph.cols - 1));
     }
 }
 

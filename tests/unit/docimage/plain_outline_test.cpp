@@ -2,17 +2,15 @@
 #include "api/library_state.h"
 #include "cleaning_pictures.h"
 #include "plain/outline.h"
+#include "support/photographs.h"
 
 #include <doccam/doccam.hpp>
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 
 namespace doccam {
 namespace {
@@ -91,17 +89,14 @@ TEST(DrawingEdgeOfPictures, EqualsThePlainStepsOnLargeNoise) {
 }
 
 TEST(DrawingEdgeOfPictures, EqualsThePlainStepsOnPhotographs) {
-    const char* const folder = std::getenv("DOCCAM_PHOTOS");
-    if (folder == nullptr) {
+    const auto photographs = test::photographs();
+    if (photographs.empty()) {
         GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const cv::Mat photograph = cv::imread(entry.path());
-        if (!photograph.empty()) {
-            SCOPED_TRACE(entry.path());
-            expectPlainOutline(photograph);
-            expectPlainOutline(photograph.t());
-        }
+    for (const auto& [path, photograph] : photographs) {
+        SCOPED_TRACE(path);
+        expectPlainOutline(photograph);
+        expectPlainOutline(photograph.t());
     }
 }
 

@@ -3,6 +3,7 @@
 #include "drawn_sheet.h"
 #include "plain/outline.h"
 #include "plain/page.h"
+#include "support/photographs.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -12,8 +13,6 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include <array>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -106,16 +105,13 @@ TEST_F(PlainPage, IsTheSameFileOnceCleaned) {
 }
 
 TEST_F(PlainPage, IsTheSameFileForPhotographs) {
-    const char* const folder = std::getenv("DOCCAM_PHOTOS");
-    if (folder == nullptr) {
+    const auto photographs = test::photographs();
+    if (photographs.empty()) {
         GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const cv::Mat photograph = cv::imread(entry.path());
-        if (!photograph.empty()) {
-            SCOPED_TRACE(entry.path());
-            expectPlainStill(photograph);
-        }
+    for (const auto& [path, photograph] : photographs) {
+        SCOPED_TRACE(path);
+        expectPlainStill(photograph);
     }
 }
 

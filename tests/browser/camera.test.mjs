@@ -117,16 +117,13 @@ check('a hidden page lets its connections go and takes them up again', async () 
     Object.defineProperty(document, 'hidden', { value: now, configurable: true });
     document.dispatchEvent(new Event('visibilitychange'));
   }, hidden);
-  const setQuality = (quality) => fetch(new URL(`/api/settings?token=${host.token}`, host.address), {
-    method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify({ quality }),
-  });
   const shown = () => page.inputValue('#quality');
-  await setQuality(50);
+  await host.change({ quality: 50 });
   await until(async () => await shown() === '50');
   await hide(true);
   await viewersAre(0);
   await until(async () => (await host.state()).listeners === 0);
-  await setQuality(60);
+  await host.change({ quality: 60 });
   assert.equal(await shown(), '50');
   await hide(false);
   await until(async () => await shown() === '60');

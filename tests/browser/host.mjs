@@ -71,6 +71,9 @@ export async function startHost(options) {
     plug: () => steer('plug 0'),
     unplug: () => steer('unplug 0'),
     state: async () => (await fetch(new URL(`/api/state${url.search}`, url))).json(),
+    change: (settings) => fetch(new URL(`/api/settings${url.search}`, url), {
+      method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify(settings),
+    }),
     async stop() {
       child.kill('SIGTERM');
       const [code] = await ended;

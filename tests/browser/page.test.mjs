@@ -214,6 +214,29 @@ check('settings reach the server and come back to every page', async () => {
   await page.evaluate(() => document.getElementById('preview').focus());
 });
 
+check('what was set stays in sight until the server has answered', async () => {
+  const other = await openPage(browser, host);
+  let answer;
+  const answered = new Promise((resolve) => { answer = resolve; });
+  await page.route('**/api/settings', async (route) => {
+    await answered;
+    await route.continue();
+  });
+  await page.selectOption('#colour', 'bw');
+  await host.change({ quality: 70 });
+  await until(async () => await other.inputValue('#quality') === '70');
+  await morePictures(page, 2);
+  assert.equal(await page.inputValue('#colour'), 'bw');
+  answer();
+  await until(async () => await page.inputValue('#quality') === '70');
+  assert.equal(await page.inputValue('#colour'), 'bw');
+  assert.equal((await host.state()).settings.colour, 'bw');
+  await page.unroute('**/api/settings');
+  await host.change({ colour: 'colour', quality: 85 });
+  await page.waitForFunction(() => document.getElementById('colour').value === 'colour');
+  await other.context().close();
+});
+
 check('a picture control changes the camera and is reset', async () => {
   const value = async () => (await host.state()).controls
     .find(({ name }) => name === 'brightness').value;

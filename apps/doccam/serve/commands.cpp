@@ -106,7 +106,7 @@ Json Commands::turn(const Json& request) {
 
 Json Commands::settings(const Json& request) {
     camera_.change(changed(camera_.settings(), request));
-    return doccam::serve::toJson(camera_.settings());
+    return camera_.toldSettings();
 }
 
 Json Commands::control(const Json& request) {

@@ -36,7 +36,7 @@ LiveCamera::LiveCamera(const CameraWish& wish, const host::Interrupt& interrupt,
     host::FrameFeed::instance();
     SetWebDataCallback(onPreview);
     receiver = &handover;
-    events_.set("settings", toJson(settings_).dump());
+    tellSettings();
     tellCamera("not opened yet");
     tellView();
 }
@@ -199,8 +199,9 @@ void LiveCamera::turn(int quarterTurns) {
 
 void LiveCamera::change(const host::PageSettings& settings) {
     settings_ = settings;
+    ++settingsVersion_;
     applySettings();
-    events_.set("settings", toJson(settings_).dump());
+    tellSettings();
 }
 
 void LiveCamera::setControl(const std::string& name, std::optional<int> value) {
@@ -237,6 +238,16 @@ void LiveCamera::still(const std::string& path) {
 
 std::string LiveCamera::readCode(host::CodeKind kind) {
     return host::liveCode(session(), kind);
+}
+
+Json LiveCamera::toldSettings() const {
+    Json told = toJson(settings_);
+    told["version"] = settingsVersion_;
+    return told;
+}
+
+void LiveCamera::tellSettings() {
+    events_.set("settings", toldSettings().dump());
 }
 
 void LiveCamera::tellCamera(const std::string& message) {

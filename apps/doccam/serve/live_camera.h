@@ -73,6 +73,9 @@ class LiveCamera {
 
     const host::PageSettings& settings() const { return settings_; }
 
+    // The topic "settings".
+    Json toldSettings() const;
+
     void setControl(const std::string& name, std::optional<int> value);
     void focus();
 
@@ -91,6 +94,7 @@ class LiveCamera {
     void startPreview();
     void lose(const std::string& reason);
     void countFrames();
+    void tellSettings();
     void tellCamera(const std::string& message);
     void tellView();
     void tellControls();
@@ -102,6 +106,7 @@ class LiveCamera {
     std::optional<host::CameraSession> session_;
     std::string name_; // of the camera that was opened first: the one to look for
     host::PageSettings settings_;
+    int settingsVersion_ = 0; // tells a page which of two tidings is the later
     PictureControls controls_;
     host::Size form_{1280, 960};
     Clock::time_point lastLook_, lastCount_, lastFrame_;

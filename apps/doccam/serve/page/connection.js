@@ -20,7 +20,8 @@ export async function command(name, wish = {}) {
   return answer;
 }
 
-// Sends one wish at a time; those that come meanwhile are merged into the next one.
+// Sends one wish at a time; those that come meanwhile are merged into the next one. Who sent the first
+// gets the last answer.
 export function merging(name, merge, failed) {
   let waiting = null;
   let busy = false;
@@ -30,12 +31,14 @@ export function merging(name, merge, failed) {
       return;
     }
     busy = true;
+    let answer;
     while (waiting !== null) {
       const next = waiting;
       waiting = null;
-      await command(name, next).catch(failed);
+      answer = await command(name, next).catch(failed);
     }
     busy = false;
+    return answer;
   };
 }
 

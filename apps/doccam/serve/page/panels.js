@@ -5,7 +5,32 @@ const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
 
 export function makeSettings(say, failed) {
   const field = (id) => document.getElementById(id);
-  const send = merging('settings', (a, b) => ({ ...a, ...b }), failed);
+  const post = merging('settings', (a, b) => ({ ...a, ...b }), failed);
+  let told = { version: -1 }; // by the server
+  let underWay = 0;
+  // What was set here stays in sight until the server has answered; news from before may come late.
+  const show = (settings) => {
+    if (settings?.version > told.version) {
+      told = settings;
+    }
+    if (underWay > 0 || told.version < 0) {
+      return;
+    }
+    for (const flag of kFlags) {
+      field(flag).checked = told[flag];
+    }
+    field('colour').value = told.colour;
+    if (document.activeElement !== field('quality')) {
+      field('quality').value = told.quality;
+    }
+    field('quality-value').value = told.quality;
+  };
+  const send = async (wish) => {
+    ++underWay;
+    const answer = await post(wish);
+    --underWay;
+    show(answer);
+  };
   for (const flag of kFlags) {
     field(flag).addEventListener('change', () => send({ [flag]: field(flag).checked }));
   }
@@ -15,16 +40,7 @@ export function makeSettings(say, failed) {
     send({ quality: Number(field('quality').value) });
   });
   return {
-    show(settings) {
-      for (const flag of kFlags) {
-        field(flag).checked = settings[flag];
-      }
-      field('colour').value = settings.colour;
-      if (document.activeElement !== field('quality')) {
-        field('quality').value = settings.quality;
-      }
-      field('quality-value').value = settings.quality;
-    },
+    show,
     toggle(flag) {
       field(flag).click();
       say(`${field(flag).labels[0].textContent.trim()}: ${field(flag).checked ? 'on' : 'off'}`);

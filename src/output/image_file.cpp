@@ -1,13 +1,14 @@
 #include "output/image_file.h"
 
 #include "base/standard_file.h"
+#include "output/jpeg_writer.h"
 #include "output/staged_file.h"
 
 #include <opencv2/imgcodecs.hpp>
 
 #include <cstdio>
-#include <optional>
 #include <utility>
+#include <vector>
 
 namespace doccam {
 namespace {
@@ -20,12 +21,22 @@ bool isWritable(const std::string& path, const cv::Mat& picture) {
            (channels == 1 || channels == 3 || channels == 4);
 }
 
+std::vector<int> parametersOf(std::optional<int> jpegQuality) {
+    return jpegQuality ? std::vector<int>{cv::IMWRITE_JPEG_QUALITY, *jpegQuality}
+                       : std::vector<int>{};
+}
+
 // Encoded in memory, because not every encoder of the image library notices a full disk.
 std::optional<Bytes> encode(const std::string& path, const cv::Mat& picture,
-                            const std::vector<int>& parameters) {
+                            std::optional<int> jpegQuality) {
+    if (jpegQuality && path.ends_with(".jpg")) {
+        if (auto jpeg = jpegOf(picture, *jpegQuality)) {
+            return jpeg;
+        }
+    }
     Bytes bytes;
     try {
-        cv::imencode(path, picture, bytes, parameters);
+        cv::imencode(path, picture, bytes, parametersOf(jpegQuality));
     } catch (const cv::Exception&) {
         if (!isWritable(path, picture)) {
             throw;
@@ -43,9 +54,8 @@ bool writeBytes(const std::string& path, const Bytes& bytes) {
 
 } // namespace
 
-bool writeImage(const std::string& path, const cv::Mat& picture,
-                const std::vector<int>& parameters) {
-    const auto bytes = encode(path, picture, parameters);
+bool writeImage(const std::string& path, const cv::Mat& picture, std::optional<int> jpegQuality) {
+    const auto bytes = encode(path, picture, jpegQuality);
     if (!bytes) {
         return false;
     }

@@ -7,8 +7,7 @@
 
 #include <doccam/doccam.hpp>
 
-#include <opencv2/imgcodecs.hpp>
-
+#include <optional>
 #include <string_view>
 
 namespace {
@@ -17,8 +16,8 @@ using doccam::state;
 
 constexpr std::size_t kExtensionLength = 3;
 
-std::vector<int> jpegParameters() {
-    return {cv::IMWRITE_JPEG_QUALITY, state().jpgQuality.load(std::memory_order_relaxed)};
+int jpegQuality() {
+    return state().jpgQuality.load(std::memory_order_relaxed);
 }
 
 std::string textOf(const char* path) {
@@ -57,8 +56,8 @@ int SaveImage(char* path, cv::Mat img) {
         }
         return 0;
     }
-    const auto parameters = extension == "jpg" ? jpegParameters() : std::vector<int>{};
-    if (!doccam::writeImage(target, *picture, parameters)) {
+    const auto quality = extension == "jpg" ? std::optional(jpegQuality()) : std::nullopt;
+    if (!doccam::writeImage(target, *picture, quality)) {
         doccam::reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
     }
     return 0;
@@ -67,7 +66,7 @@ int SaveImage(char* path, cv::Mat img) {
 int TempImgToPdf(char* path, cv::Mat img) {
     const std::string target = textOf(path);
     const std::string picture = temporaryJpeg(target);
-    const bool written = doccam::writeImage(picture, img, jpegParameters());
+    const bool written = doccam::writeImage(picture, img, jpegQuality());
     pdf_start(target.c_str());
     if (!written && doccam::fileExists(picture.c_str())) {
         // A picture left by an earlier page of that name must not pass for this one.

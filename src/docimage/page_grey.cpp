@@ -3,9 +3,14 @@
 #include "base/strips.h"
 #include "docimage/gamma_curve.h"
 #include "docimage/grey_weights.h"
+#include "docimage/page_rows.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <numeric>
 
 namespace doccam {
 namespace {
@@ -32,7 +37,7 @@ struct LiftedWeights {
     std::array<std::int32_t, kLevels> first{}, second{}, third{};
 };
 
-// Makes each grey row by makeRow(row of the page, row of the plane), and counts levels.
+// Makes each grey row by makeRow(row of the page, row of the plane, levels to add its own to).
 template <typename MakeRow>
 PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     PageGrey grey{WorkPlane::unset(page.size())};
@@ -41,8 +46,7 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     std::array<Levels, Strips::kMost> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
-            makeRow(page.ptr(y), rows.ptr(y));
-            countLevels(rows.ptr(y), rows.cols, levels[static_cast<std::size_t>(number)]);
+            makeRow(page.ptr(y), rows.ptr(y), levels[static_cast<std::size_t>(number)]);
         }
     });
     for (const Levels& part : levels) {
@@ -51,39 +55,59 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     return grey;
 }
 
-// Rounded down, the mean of the pixel's samples is above 30.
-bool isSheet(const uchar* pixel) {
-    constexpr int kDarkestSum = 93;
-    return pixel[0] + pixel[1] + pixel[2] >= kDarkestSum;
+void lift(const uchar* pixels, int count, const LiftedWeights& weights, uchar* grey) {
+    for (int x = 0; x < count; ++x, pixels += kChannels) {
+        grey[x] = weights.greyOf(pixels);
+    }
+}
+
+// Dark pixels are few: what lies between them is filled a block at a time. The row holds 255 for
+// the dark ones at first, 0 for others.
+void flatten(const uchar* pixels, int count, const LiftedWeights& weights, uchar* row,
+             Levels& levels) {
+    constexpr uchar kSheet[kChannels] = {128, 128, 128};
+    constexpr int kBlock = 32;
+    const uchar sheet = weights.greyOf(kSheet);
+    for (int first = 0; first < count; first += kBlock) {
+        uchar* const block = row + first;
+        const int length = std::min(kBlock, count - first);
+        if (std::reduce(block, block + length, 0, std::bit_or<>()) == 0) {
+            std::fill_n(block, length, sheet);
+            levels[sheet] += length;
+            continue;
+        }
+        for (int i = 0; i < length; ++i) {
+            const uchar* const pixel = pixels + std::ptrdiff_t{kChannels} * (first + i);
+            block[i] = block[i] != 0 ? weights.greyOf(pixel) : sheet;
+            ++levels[block[i]];
+        }
+    }
 }
 
 } // namespace
 
 PageGrey greyOf(const cv::Mat& page) {
-    return greyByRows(page, [&](const uchar* pixels, uchar* grey) {
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
         for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
             grey[x] = greyLevel(pixels[0], pixels[1], pixels[2]);
         }
+        countLevels(grey, page.cols, levels);
     });
 }
 
 PageGrey liftedGrey(const cv::Mat& page) {
     const LiftedWeights weights;
-    return greyByRows(page, [&](const uchar* pixels, uchar* grey) {
-        for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
-            grey[x] = weights.greyOf(pixels);
-        }
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
+        lift(pixels, page.cols, weights, grey);
+        countLevels(grey, page.cols, levels);
     });
 }
 
 PageGrey flattenedGrey(const cv::Mat& page) {
-    constexpr uchar kSheet[kChannels] = {128, 128, 128};
     const LiftedWeights weights;
-    const uchar sheet = weights.greyOf(kSheet);
-    return greyByRows(page, [&](const uchar* pixels, uchar* grey) {
-        for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
-            grey[x] = isSheet(pixels) ? sheet : weights.greyOf(pixels);
-        }
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
+        pageRows().markDark(pixels, page.cols, grey);
+        flatten(pixels, page.cols, weights, grey, levels);
     });
 }
 

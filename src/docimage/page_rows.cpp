@@ -56,6 +56,16 @@ struct Colours {
     markBlock(colours, count, marks);
 }
 
+// Rounded down, the mean of a dark pixel's samples is 30 at most.
+[[gnu::always_inline]] inline void markDarkOf(const unsigned char* pixels, int count,
+                                              unsigned char* marks) {
+    constexpr int kBrightSum = 93;
+    for (int i = 0; i < count; ++i, pixels += kChannels) {
+        const auto sum = static_cast<std::int16_t>(pixels[0] + pixels[1] + pixels[2]);
+        marks[i] = sum < kBrightSum ? kWhite : 0;
+    }
+}
+
 // Brighter than the mean, rounded to the nearest, less 19. An odd number of pixels has no mean
 // halfway between two levels.
 [[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const std::uint32_t* sums,
@@ -143,13 +153,18 @@ struct Colours {
     whitenBlock(row, first, row.count - first, result);
 }
 
-constexpr PageRows kPlain = {"baseline", markColoursOf, markPaperOf, whitenPaperOf};
+constexpr PageRows kPlain = {"baseline", markColoursOf, markDarkOf, markPaperOf, whitenPaperOf};
 
 #ifdef __x86_64__
 
 [[gnu::target("avx2")]] void markColoursWithAvx2(const unsigned char* pixels, int count,
                                                  unsigned char* marks) {
     markColoursOf(pixels, count, marks);
+}
+
+[[gnu::target("avx2")]] void markDarkWithAvx2(const unsigned char* pixels, int count,
+                                              unsigned char* marks) {
+    markDarkOf(pixels, count, marks);
 }
 
 [[gnu::target("avx2")]] void markPaperWithAvx2(const unsigned char* grey, const std::uint32_t* sums,
@@ -161,7 +176,32 @@ constexpr PageRows kPlain = {"baseline", markColoursOf, markPaperOf, whitenPaper
     whitenPaperOf(row, result);
 }
 
-constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markPaperWithAvx2, whitenPaperWithAvx2};
+constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markDarkWithAvx2, markPaperWithAvx2,
+                            whitenPaperWithAvx2};
+
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+markColoursWithAvx512(const unsigned char* pixels, int count, unsigned char* marks) {
+    markColoursOf(pixels, count, marks);
+}
+
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+markDarkWithAvx512(const unsigned char* pixels, int count, unsigned char* marks) {
+    markDarkOf(pixels, count, marks);
+}
+
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+markPaperWithAvx512(const unsigned char* grey, const std::uint32_t* sums, int count,
+                    unsigned char* paper) {
+    markPaperOf(grey, sums, count, paper);
+}
+
+[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
+whitenPaperWithAvx512(const PaperRow& row, unsigned char* result) {
+    whitenPaperOf(row, result);
+}
+
+constexpr PageRows kAvx512 = {"AVX-512", markColoursWithAvx512, markDarkWithAvx512,
+                              markPaperWithAvx512, whitenPaperWithAvx512};
 
 #endif
 
@@ -172,6 +212,9 @@ std::vector<PageRows> allPageRows() {
 #ifdef __x86_64__
     if (hasAvx2()) {
         all.push_back(kAvx2);
+    }
+    if (hasAvx512()) {
+        all.push_back(kAvx512);
     }
 #endif
     return all;

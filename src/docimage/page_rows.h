@@ -25,6 +25,9 @@ struct PageRows {
     // 255 for coloured pixels of three samples, 0 for others.
     void (*markColours)(const unsigned char* pixels, int count, unsigned char* marks);
 
+    // 255 for nearly black pixels of three samples, 0 for others.
+    void (*markDark)(const unsigned char* pixels, int count, unsigned char* marks);
+
     // 255 where a pixel is brighter than the mean of its surroundings less a little: paper, not
     // print. sums are those of the columns' greys before each pixel's surroundings; those at
     // kSurroundings further on include them.

@@ -7,12 +7,14 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 
 namespace doccam {
 namespace {
 
 constexpr int kChannels = 3;
 constexpr int kMostSide = 16384;
+constexpr std::size_t kMostBytes = std::numeric_limits<int>::max();
 
 constexpr double kPlaceUnits = 1 << kPlaceShift;
 constexpr int kHalfFraction = 1 << (kPlaceShift - kFractionShift - 1);
@@ -47,7 +49,8 @@ struct TurnedPicture::Place {
 bool TurnedPicture::canRender(const TurnedRegion& region) {
     const cv::Mat& pixels = region.pixels;
     return pixels.dims == 2 && pixels.type() == CV_8UC3 && !pixels.empty() &&
-           region.size.width <= kMostSide && region.size.height <= kMostSide;
+           region.size.width <= kMostSide && region.size.height <= kMostSide &&
+           pixels.step[0] * static_cast<std::size_t>(pixels.rows) <= kMostBytes;
 }
 
 TurnedPicture::TurnedPicture(const TurnedRegion& region, float degrees)
@@ -110,7 +113,7 @@ void TurnedPicture::renderRow(const cv::Rect& part, int y, SampleOrder order, uc
         turnedRows().blend(
             {
                 .source = source_.data,
-                .step = static_cast<std::ptrdiff_t>(source_.step[0]),
+                .step = static_cast<int>(source_.step[0]),
                 .across = start.across - across_[first],
                 .down = start.down - down_[first],
                 .acrossFrom = &across_[first],

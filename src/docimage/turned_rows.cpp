@@ -39,10 +39,14 @@ struct Places {
 
 [[gnu::always_inline]] inline void fetch(const TurnedRow& row, const Places& places, int count,
                                          Neighbours& pixels) {
+    int offsets[kBlock];
     for (int i = 0; i < count; ++i) {
-        const std::ptrdiff_t x = places.across[i] >> kPlaceShift;
-        const std::ptrdiff_t y = places.down[i] >> kPlaceShift;
-        const unsigned char* const upper = row.source + y * row.step + x * kChannels;
+        const int x = places.across[i] >> kPlaceShift;
+        const int y = places.down[i] >> kPlaceShift;
+        offsets[i] = y * row.step + x * kChannels;
+    }
+    for (int i = 0; i < count; ++i) {
+        const unsigned char* const upper = row.source + offsets[i];
         const unsigned char* const lower = upper + row.step;
         pixels.upperLeft[i] = pixelAt(upper);
         pixels.upperRight[i] = pixelAt(upper + kChannels);

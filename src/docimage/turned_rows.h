@@ -14,10 +14,10 @@ inline constexpr int kPlaceShift = 10;
 inline constexpr int kFractionShift = 5;
 
 // Where the pixels of a row lie in the source, and what is there. At each place two pixels more to
-// the right and one more below can be read.
+// the right and one more below can be read. The source has fewer bytes than an int can count.
 struct TurnedRow {
     const unsigned char* source = nullptr; // three samples a pixel
-    std::ptrdiff_t step = 0;               // bytes from row to row of the source
+    int step = 0;                          // bytes from row to row of the source
     int across = 0, down = 0;              // of the row's beginning
     const int* acrossFrom = nullptr;       // from there, by pixel
     const int* downFrom = nullptr;

@@ -18,7 +18,9 @@ using doccam::PaperRow;
 class EachPageRows : public testing::TestWithParam<PageRows> {};
 
 std::string named(const testing::TestParamInfo<PageRows>& rows) {
-    return rows.param.name;
+    std::string name = rows.param.name;
+    std::erase(name, '-');
+    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(PageRows, EachPageRows, testing::ValuesIn(doccam::allPageRows()), named);
@@ -40,13 +42,33 @@ TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
     }
 }
 
+TEST_P(EachPageRows, MarksTheDarkOfAllColours) {
+    std::vector<cv::Vec3b> row(256);
+    std::vector<unsigned char> marks(row.size());
+    for (int first = 0; first < 256; ++first) {
+        for (int second = 0; second < 256; ++second) {
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                row[i] = cv::Vec3b(static_cast<uchar>(first), static_cast<uchar>(second),
+                                   static_cast<uchar>(i));
+            }
+            GetParam().markDark(row.data()->val, 256, marks.data());
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                const int mean = (row[i][0] + row[i][1] + row[i][2]) / 3;
+                ASSERT_EQ(marks[i], mean <= 30 ? 255 : 0) << row[i];
+            }
+        }
+    }
+}
+
 TEST_P(EachPageRows, MarksNoMoreThanItsPixels) {
-    for (int count = 0; count <= 200; ++count) {
-        const std::vector<unsigned char> row(static_cast<std::size_t>(3 * count), 7);
-        std::vector<unsigned char> marks(static_cast<std::size_t>(count + 8), 99);
-        GetParam().markColours(row.data(), count, marks.data());
-        EXPECT_EQ(std::count(marks.begin(), marks.end(), 0), count);
-        EXPECT_EQ(std::count(marks.begin(), marks.end(), 99), 8);
+    for (const auto mark : {GetParam().markColours, GetParam().markDark}) {
+        for (int count = 0; count <= 200; ++count) {
+            const std::vector<unsigned char> row(static_cast<std::size_t>(3 * count), 70);
+            std::vector<unsigned char> marks(static_cast<std::size_t>(count + 8), 99);
+            mark(row.data(), count, marks.data());
+            EXPECT_EQ(std::count(marks.begin(), marks.end(), 0), count);
+            EXPECT_EQ(std::count(marks.begin(), marks.end(), 99), 8);
+        }
     }
 }
 

@@ -114,6 +114,16 @@ TEST(TurnedPicture, CannotBeOfOtherKinds) {
     EXPECT_FALSE(canRender(cv::Mat()));
 }
 
+TEST(TurnedPicture, CannotBeOfBytesThatNoIntCounts) {
+    cv::Vec3b pixel; // nobody looks further
+    const auto canRender = [&](int rows, std::size_t step) {
+        const cv::Mat pixels(rows, 1, CV_8UC3, pixel.val, step);
+        return TurnedPicture::canRender({pixels, {}, pixels.size()});
+    };
+    EXPECT_TRUE(canRender(16384, (1 << 17) - 1));
+    EXPECT_FALSE(canRender(16384, 1 << 17));
+}
+
 TEST(RotateImageOfOtherKinds, IsTheLibrarys) {
     for (const int type : {CV_8UC1, CV_8UC4, CV_16UC3, CV_32FC1}) {
         cv::Mat picture(30, 41, type);
@@ -140,7 +150,7 @@ TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPlace) {
             down.push_back(32 * ((i * 3 + count / 5) % 32));
         }
         const TurnedRow row{pixels.data,
-                            static_cast<std::ptrdiff_t>(pixels.step),
+                            static_cast<int>(pixels.step),
                             1 << kPlaceShift,
                             0,
                             across.data(),

@@ -80,7 +80,7 @@ void LiveCamera::open() {
 
 void LiveCamera::applySettings() const {
     apply(settings_);
-    SetCutType(settings_.crop ? 1 : 0);
+    host::cropToSheet(settings_.crop);
 }
 
 // The first form of a session decides how large the later ones may be.

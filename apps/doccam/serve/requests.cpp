@@ -10,7 +10,7 @@ namespace {
 constexpr int kSmallestSide = 64;
 constexpr int kLongestSide = 8192;
 
-const std::vector<std::string> kColours{"colour", "grey", "bw"};
+const std::vector<std::string> kColours(host::kColourNames.begin(), host::kColourNames.end());
 
 const Json& at(const Json& object, const char* field) {
     const auto found = object.find(field);

@@ -15,3 +15,18 @@ if(DOCCAM_SANITIZE)
                         -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${DOCCAM_SANITIZE})
 endif()
+
+# doccam_sanitized_program(NAME): under a sanitizer the program is not told of other people's code,
+# and under the thread sanitizer the image library works in the calling thread.
+function(doccam_sanitized_program name)
+    if(NOT DOCCAM_SANITIZE)
+        return()
+    endif()
+    set(support ${PROJECT_SOURCE_DIR}/tests/support)
+    target_sources(${name} PRIVATE ${support}/sanitizer_suppressions.cpp)
+    if(DOCCAM_SANITIZE MATCHES thread)
+        target_sources(${name} PRIVATE ${support}/one_thread.cpp)
+        target_include_directories(${name} SYSTEM PRIVATE ${OpenCV_INCLUDE_DIRS})
+        target_link_libraries(${name} PRIVATE opencv_core)
+    endif()
+endfunction()

@@ -5,6 +5,15 @@ namespace doccam {
 
 #ifdef __x86_64__
 
+// For functions that hasAvx512() is asked for. Left to itself, one compiler keeps to half the
+// width, and the other does not know the word for it.
+#ifdef __clang__
+#define DOCCAM_TARGET_AVX512 gnu::target("avx512f,avx512bw,avx512dq,avx512vl")
+#else
+#define DOCCAM_TARGET_AVX512                                                                       \
+    gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")
+#endif
+
 inline bool hasAvx2() {
     return __builtin_cpu_supports("avx2") != 0;
 }

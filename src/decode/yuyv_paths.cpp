@@ -91,8 +91,8 @@ void convertPlainly(const unsigned char* src, unsigned char* dst, std::size_t co
     convertPairs(src, dst, count);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl")]] void
-convertWithAvx512(const unsigned char* src, unsigned char* dst, std::size_t count) {
+[[DOCCAM_TARGET_AVX512]] void convertWithAvx512(const unsigned char* src, unsigned char* dst,
+                                                std::size_t count) {
     convertPairs(src, dst, count);
 }
 

@@ -179,24 +179,23 @@ constexpr PageRows kPlain = {"baseline", markColoursOf, markDarkOf, markPaperOf,
 constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markDarkWithAvx2, markPaperWithAvx2,
                             whitenPaperWithAvx2};
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-markColoursWithAvx512(const unsigned char* pixels, int count, unsigned char* marks) {
+[[DOCCAM_TARGET_AVX512]] void markColoursWithAvx512(const unsigned char* pixels, int count,
+                                                    unsigned char* marks) {
     markColoursOf(pixels, count, marks);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-markDarkWithAvx512(const unsigned char* pixels, int count, unsigned char* marks) {
+[[DOCCAM_TARGET_AVX512]] void markDarkWithAvx512(const unsigned char* pixels, int count,
+                                                 unsigned char* marks) {
     markDarkOf(pixels, count, marks);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-markPaperWithAvx512(const unsigned char* grey, const std::uint32_t* sums, int count,
-                    unsigned char* paper) {
+[[DOCCAM_TARGET_AVX512]] void markPaperWithAvx512(const unsigned char* grey,
+                                                  const std::uint32_t* sums, int count,
+                                                  unsigned char* paper) {
     markPaperOf(grey, sums, count, paper);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-whitenPaperWithAvx512(const PaperRow& row, unsigned char* result) {
+[[DOCCAM_TARGET_AVX512]] void whitenPaperWithAvx512(const PaperRow& row, unsigned char* result) {
     whitenPaperOf(row, result);
 }
 

@@ -131,18 +131,18 @@ constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
 
 constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx2};
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-reduceWithAvx512(const ReducedRows::FrameRows& rows, int count, unsigned char* grey) {
+[[DOCCAM_TARGET_AVX512]] void reduceWithAvx512(const ReducedRows::FrameRows& rows, int count,
+                                               unsigned char* grey) {
     reduceRows(rows, count, grey);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-blurWithAvx512(const unsigned char* grey, int count, std::uint16_t* sums) {
+[[DOCCAM_TARGET_AVX512]] void blurWithAvx512(const unsigned char* grey, int count,
+                                             std::uint16_t* sums) {
     blurRow(grey, count, sums);
 }
 
-[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]] void
-liftWithAvx512(const ReducedRows::SumRows& rows, int count, unsigned char* grey) {
+[[DOCCAM_TARGET_AVX512]] void liftWithAvx512(const ReducedRows::SumRows& rows, int count,
+                                             unsigned char* grey) {
     liftRow(rows, count, grey);
 }
 

@@ -32,7 +32,8 @@ class Scan : public HostProgramTest {
     }
 };
 
-const std::string kChanging = camera(R"("scene": {"sheetFrames": 40})");
+// A sheet lies longer than a slow program takes over a page.
+const std::string kChanging = camera(R"("scene": {"sheetFrames": 150})");
 
 TEST_F(Scan, TakesThreeDifferentSheetsByItself) {
     const Outcome outcome = run("--virtual scan demo.pdf --auto --pages 3 --size 1280x960");

@@ -25,7 +25,9 @@ std::string named(const testing::TestParamInfo<PageRows>& rows) {
 
 INSTANTIATE_TEST_SUITE_P(PageRows, EachPageRows, testing::ValuesIn(doccam::allPageRows()), named);
 
-TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
+// Whether exactly the pixels that wanted names are marked, of all colours there are.
+template <typename Mark, typename Wanted>
+void expectMarks(Mark mark, Wanted wanted) {
     std::vector<cv::Vec3b> row(256);
     std::vector<unsigned char> marks(row.size());
     for (int first = 0; first < 256; ++first) {
@@ -34,30 +36,22 @@ TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
                 row[i] = cv::Vec3b(static_cast<uchar>(first), static_cast<uchar>(second),
                                    static_cast<uchar>(i));
             }
-            GetParam().markColours(row.data()->val, 256, marks.data());
+            mark(row.data()->val, 256, marks.data());
             for (std::size_t i = 0; i < row.size(); ++i) {
-                ASSERT_EQ(marks[i], doccam::plain::isColoured(row[i]) ? 255 : 0) << row[i];
+                ASSERT_EQ(marks[i], wanted(row[i]) ? 255 : 0) << row[i];
             }
         }
     }
 }
 
+TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
+    expectMarks(GetParam().markColours,
+                [](const cv::Vec3b& pixel) { return doccam::plain::isColoured(pixel); });
+}
+
 TEST_P(EachPageRows, MarksTheDarkOfAllColours) {
-    std::vector<cv::Vec3b> row(256);
-    std::vector<unsigned char> marks(row.size());
-    for (int first = 0; first < 256; ++first) {
-        for (int second = 0; second < 256; ++second) {
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                row[i] = cv::Vec3b(static_cast<uchar>(first), static_cast<uchar>(second),
-                                   static_cast<uchar>(i));
-            }
-            GetParam().markDark(row.data()->val, 256, marks.data());
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                const int mean = (row[i][0] + row[i][1] + row[i][2]) / 3;
-                ASSERT_EQ(marks[i], mean <= 30 ? 255 : 0) << row[i];
-            }
-        }
-    }
+    expectMarks(GetParam().markDark,
+                [](const cv::Vec3b& pixel) { return (pixel[0] + pixel[1] + pixel[2]) / 3 <= 30; });
 }
 
 TEST_P(EachPageRows, MarksNoMoreThanItsPixels) {

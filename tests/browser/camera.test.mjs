@@ -6,8 +6,8 @@ import net from 'node:net';
 import { after, before } from 'node:test';
 
 import {
-  check, delay, morePictures, openPage, picturesOf, screenshot, spawnHost, startBrowser, startHost,
-  until,
+  check, delay, morePictures, openPage, pictureFits, picturesOf, screenshot, spawnHost, startBrowser,
+  startHost, until,
 } from './host.mjs';
 
 let host;
@@ -134,13 +134,9 @@ check('a hidden page lets its connections go and takes them up again', async () 
 check('the page that is used decides the size of the picture', async () => {
   const page = await openPage(browser, host, { viewport: { width: 1100, height: 700 } });
   const other = await openPage(browser, host, { viewport: { width: 900, height: 640 } });
-  const fits = (which) => which.waitForFunction(() => {
-    const canvas = document.getElementById('preview');
-    return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
-  });
-  await fits(other);
+  await pictureFits(other);
   await page.hover('#preview');
-  await fits(page);
+  await pictureFits(page);
   await page.context().close();
   await other.context().close();
 });

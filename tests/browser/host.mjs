@@ -156,6 +156,12 @@ export async function morePictures(page, count) {
   await page.waitForFunction((wanted) => window.drawnPictures >= wanted, before + count);
 }
 
+// Waits until the picture has the size of the place that the page has for it.
+export const pictureFits = (page) => page.waitForFunction(() => {
+  const canvas = document.getElementById('preview');
+  return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
+});
+
 export function screenshot(page, name) {
   return page.screenshot({ path: path.join(output, `${name}.png`) });
 }

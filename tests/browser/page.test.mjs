@@ -3,8 +3,8 @@ import assert from 'node:assert/strict';
 import { after, before } from 'node:test';
 
 import {
-  check, kBarText, kQrText, morePictures, openPage, problems, screenshot, startBrowser, startHost,
-  until,
+  check, kBarText, kQrText, morePictures, openPage, pictureFits, problems, screenshot, startBrowser,
+  startHost, until,
 } from './host.mjs';
 
 let host;
@@ -74,15 +74,11 @@ const newsAre = (text) => until(async () => text.test(await page.textContent('#n
 const turnedBy = (turns) => until(async () => (await host.state()).view.quarterTurns === turns);
 
 check('the picture has the size of the page\'s area', async () => {
-  const hasSizeOfArea = () => page.waitForFunction(() => {
-    const canvas = document.getElementById('preview');
-    return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
-  });
-  await hasSizeOfArea();
+  await pictureFits(page);
   await page.setViewportSize({ width: 1000, height: 700 });
-  await hasSizeOfArea();
+  await pictureFits(page);
   await page.setViewportSize({ width: 1400, height: 760 });
-  await hasSizeOfArea();
+  await pictureFits(page);
 });
 
 check('the token leaves the address bar', () => {

@@ -5,7 +5,7 @@ import path from 'node:path';
 import { after, before } from 'node:test';
 
 import {
-  check, forgetRefusals, kQrText, morePictures, openPage, output, problems, screenshot,
+  check, forgetRefusals, kQrText, morePictures, openPage, output, pictureFits, problems, screenshot,
   startBrowser, startHost, until,
 } from './host.mjs';
 
@@ -88,16 +88,12 @@ check('pages are taken, ordered, turned, deleted and made one PDF', async () => 
 
 // docs/browser.png is this picture.
 async function showForTheReadme() {
-  const fits = () => page.waitForFunction(() => {
-    const canvas = document.getElementById('preview');
-    return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;
-  });
   await page.evaluate(() => document.querySelector('aside').scrollTo(0, 0));
   await page.setViewportSize({ width: 900, height: 560 });
-  await fits();
+  await pictureFits(page);
   await screenshot(page, 'browser');
   await page.setViewportSize({ width: 1400, height: 760 });
-  await fits();
+  await pictureFits(page);
 }
 
 check('held keys take one page and the button keeps the focus', async () => {

@@ -5,6 +5,8 @@
 #include "docimage/grey_weights.h"
 #include "docimage/lifted_level.h"
 
+#include <cstring>
+
 namespace doccam {
 namespace {
 
@@ -25,14 +27,12 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// Each sum plus those of the same colour that follow. Only every twelfth is of use; that the loop
-// has no gaps is worth more.
-[[gnu::always_inline]] inline void addNeighbours(int samples, Columns& sums) {
+// Each sum plus the three of the same colour that follow. Only every twelfth is of use; that the
+// loop has no gaps is worth more.
+[[gnu::always_inline]] inline void addNeighbours(const Columns& sums, int samples, Columns& wide) {
     for (int i = 0; i < samples; ++i) {
-        sums[i] = static_cast<std::uint16_t>(sums[i] + sums[i + kChannels]);
-    }
-    for (int i = 0; i < samples; ++i) {
-        sums[i] = static_cast<std::uint16_t>(sums[i] + sums[i + 2 * kChannels]);
+        wide[i] = static_cast<std::uint16_t>(sums[i] + sums[i + kChannels] +
+                                             sums[i + 2 * kChannels] + sums[i + 3 * kChannels]);
     }
 }
 
@@ -43,22 +43,36 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
 
 [[gnu::always_inline]] inline void reduceBlock(const ReducedRows::FrameRows& rows, int first,
                                                int count, unsigned char* grey) {
-    Columns sums = {};
+    Columns sums, wide;
     addRows(rows, first * kPixel, count * kPixel, sums);
-    addNeighbours(count * kPixel, sums);
+    std::memset(sums + count * kPixel, 0, kPixel * sizeof sums[0]);
+    addNeighbours(sums, count * kPixel, wide);
+    // Four at a time, since the compiler takes places that lie so far apart one by one.
+    constexpr int kTaken = 4;
+    std::uint16_t pixels[kBlock * kTaken];
     for (int i = 0; i < count; ++i) {
-        const std::uint16_t* const pixel = sums + i * kPixel;
+        std::memcpy(pixels + kTaken * i, wide + kPixel * i, kTaken * sizeof pixels[0]);
+    }
+    for (int i = 0; i < count; ++i) {
+        const std::uint16_t* const pixel = pixels + kTaken * i;
         grey[first + i] = greyLevel(meanOf(pixel[0]), meanOf(pixel[1]), meanOf(pixel[2]));
     }
 }
 
+// The last block begins earlier than the one before ends, rather than being shorter.
 [[gnu::always_inline]] inline void reduceRows(const ReducedRows::FrameRows& rows, int count,
                                               unsigned char* grey) {
+    if (count < kBlock) {
+        reduceBlock(rows, 0, count, grey);
+        return;
+    }
     int first = 0;
     for (; first + kBlock <= count; first += kBlock) {
         reduceBlock(rows, first, kBlock, grey);
     }
-    reduceBlock(rows, first, count - first, grey);
+    if (first < count) {
+        reduceBlock(rows, count - kBlock, kBlock, grey);
+    }
 }
 
 // From the farthest pixels inwards, in parts of 256, both ways: the image library's bell curve with
@@ -79,23 +93,20 @@ constexpr int kWeightsShift = 16; // of both ways together
     }
 }
 
-// Each row's share on its own: compilers do not see that so many rows lie apart.
+// The first done pixels have been lifted already.
 [[gnu::always_inline]] inline void liftBlock(const ReducedRows::SumRows& rows, int first, int count,
-                                             unsigned char* grey) {
+                                             int done, unsigned char* grey) {
     std::uint32_t sums[kBlock];
-    const std::uint16_t* const middle = rows[kBlurReach] + first;
     for (int i = 0; i < count; ++i) {
-        sums[i] = (1U << (kWeightsShift - 1)) + std::uint32_t{kMiddleWeight} * middle[i];
-    }
-    for (std::size_t k = 0; k < kBlurReach; ++k) {
-        const std::uint16_t* const above = rows[k] + first;
-        const std::uint16_t* const below = rows[2 * kBlurReach - k] + first;
-        for (int i = 0; i < count; ++i) {
-            const std::uint32_t both = std::uint32_t{above[i]} + below[i];
-            sums[i] += static_cast<std::uint32_t>(kWeights[k]) * both;
+        const int x = first + i;
+        std::uint32_t sum = 1U << (kWeightsShift - 1);
+        for (std::size_t k = 0; k < kBlurReach; ++k) {
+            const std::uint32_t both = std::uint32_t{rows[k][x]} + rows[2 * kBlurReach - k][x];
+            sum += static_cast<std::uint32_t>(kWeights[k]) * both;
         }
+        sums[i] = sum + std::uint32_t{kMiddleWeight} * rows[kBlurReach][x];
     }
-    for (int i = 0; i < count; ++i) {
+    for (int i = done; i < count; ++i) {
         const int background = static_cast<int>(sums[i] >> kWeightsShift);
         grey[first + i] = liftedLevel(grey[first + i], background);
     }
@@ -103,11 +114,17 @@ constexpr int kWeightsShift = 16; // of both ways together
 
 [[gnu::always_inline]] inline void liftRow(const ReducedRows::SumRows& rows, int count,
                                            unsigned char* grey) {
+    if (count < kBlock) {
+        liftBlock(rows, 0, count, 0, grey);
+        return;
+    }
     int first = 0;
     for (; first + kBlock <= count; first += kBlock) {
-        liftBlock(rows, first, kBlock, grey);
+        liftBlock(rows, first, kBlock, 0, grey);
     }
-    liftBlock(rows, first, count - first, grey);
+    if (first < count) {
+        liftBlock(rows, count - kBlock, kBlock, first - (count - kBlock), grey);
+    }
 }
 
 constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};

@@ -15,10 +15,15 @@ namespace {
 
 constexpr std::ptrdiff_t kPixelBytes = 3;
 
-// The turned picture is written in blocks: what a block reads and writes stays in the cache
-// while each line of it is used several times.
-constexpr int kBlock = 128;
+// The picture is turned in blocks: what a block reads and writes stays in the cache while each line
+// of it is used several times.
+constexpr int kBlockRows = 512;
+constexpr int kBlockColumns = 128;
 constexpr int kCacheLine = 64;
+
+// A column of tiles is turned while the memory for the next ones is fetched. The processor does not
+// foresee such a path through memory, and would wait for each line.
+constexpr int kRowsPerFetch = kBlockRows * kTile / kBlockColumns;
 
 // Copies count pixels that lie step bytes apart to places side by side.
 void gather(Rows source, unsigned char* target, int count) {
@@ -36,15 +41,14 @@ class BlockTurner {
       , source_(source)
       , turned_(turned) {}
 
-    // A band is kBlock columns of the source.
-    int bands() const { return (source_.cols + kBlock - 1) / kBlock; }
+    // A band is kBlockColumns columns of the source.
+    int bands() const { return (source_.cols + kBlockColumns - 1) / kBlockColumns; }
 
     void turn(const cv::Range& range) const {
-        const int end = std::min(range.end * kBlock, source_.cols);
-        for (int column = range.start * kBlock; column < end; column += kBlock) {
-            for (int row = 0; row < source_.rows; row += kBlock) {
-                fetchBlock(column, row + kBlock);
-                fillBlock({column, std::min(column + kBlock, end)}, row);
+        const int end = std::min(range.end * kBlockColumns, source_.cols);
+        for (int column = range.start * kBlockColumns; column < end; column += kBlockColumns) {
+            for (int row = 0; row < source_.rows; row += kBlockRows) {
+                turnBlock({column, std::min(column + kBlockColumns, end)}, row);
             }
         }
     }
@@ -63,23 +67,37 @@ class BlockTurner {
                           : WritableRows{turned_.ptr(source_.cols - 1 - column, row), -step};
     }
 
-    // The processor does not foresee such a path through memory, and would wait for each line.
-    void fetchBlock(int column, int row) const {
-        for (const int end = std::min(row + kBlock, source_.rows); row < end; ++row) {
+    // To be read: some rows of the block that follows.
+    void fetchRows(int column, int row) const {
+        for (const int end = std::min(row + kRowsPerFetch, source_.rows); row < end; ++row) {
             const unsigned char* const pixels = sourceFrom(column, row).first;
-            for (int offset = 0; offset < kBlock * kPixelBytes; offset += kCacheLine) {
+            for (int offset = 0; offset < kBlockColumns * kPixelBytes; offset += kCacheLine) {
                 __builtin_prefetch(pixels + offset);
             }
         }
     }
 
-    void fillBlock(cv::Range columns, int row) const {
-        const int count = std::min(kBlock, source_.rows - row);
+    // To be written: what a column of tiles becomes.
+    void fetchTarget(cv::Range columns, int row, int count) const {
+        for (int column = columns.start; column < columns.end; ++column) {
+            const unsigned char* const pixels = targetFrom(column, row).first;
+            for (int offset = 0; offset < count * kPixelBytes; offset += kCacheLine) {
+                __builtin_prefetch(pixels + offset, 1);
+            }
+        }
+    }
+
+    void turnBlock(cv::Range columns, int row) const {
+        const int count = std::min(kBlockRows, source_.rows - row);
         const int inTiles = count / kTile * kTile;
         int column = columns.start;
         for (; column + kTile <= std::min(columns.end, columnsInTiles_); column += kTile) {
+            const int next = column + kTile;
+            fetchRows(columns.start,
+                      row + kBlockRows + (column - columns.start) / kTile * kRowsPerFetch);
+            fetchTarget({next, std::min(next + kTile, columns.end)}, row, count);
             turnTiles(sourceFrom(column, row), targetFrom(column, row), inTiles / kTile);
-            gatherColumns({column, column + kTile}, row + inTiles, count - inTiles);
+            gatherColumns({column, next}, row + inTiles, count - inTiles);
         }
         gatherColumns({column, columns.end}, row, count);
     }

@@ -35,11 +35,17 @@ bool same(const cv::Mat& left, const cv::Mat& right) {
 
 // Around the sizes of the blocks that turns work in, and far from them.
 constexpr int kSides[] = {1, 2, 3, 4, 5, 15, 16, 17, 63, 100, 127, 128, 129, 200};
+constexpr int kLongSides[] = {511, 512, 513, 1030};
 
 template <typename Check>
 void forAllSizes(Check check) {
     for (const int rows : kSides) {
         for (const int cols : kSides) {
+            check(rows, cols);
+        }
+    }
+    for (const int rows : kLongSides) {
+        for (const int cols : {3, 128, 130}) {
             check(rows, cols);
         }
     }

@@ -7,8 +7,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <limits>
 #include <utility>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace doccam {
 namespace {
@@ -33,7 +38,7 @@ std::pair<int, float> placeOf(int target, double ratio) {
     return {static_cast<int>(first), place - first};
 }
 
-int shareOf(float part) {
+std::int16_t shareOf(float part) {
     return cv::saturate_cast<std::int16_t>(part * kWhole);
 }
 
@@ -56,8 +61,8 @@ void halve(const cv::Mat& source, cv::Mat& target) {
 }
 
 // Rows in 128ths of a level; shares in 2048ths. Each product is cut off on its own.
-void mixRows(const std::int16_t* upper, int upperShare, const std::int16_t* lower, int lowerShare,
-             int count, uchar* target) {
+void mixRows(const std::int16_t* upper, std::int16_t upperShare, const std::int16_t* lower,
+             std::int16_t lowerShare, int count, uchar* target) {
     for (int i = 0; i < count; ++i) {
         const int sum = ((upper[i] * upperShare) >> 16) + ((lower[i] * lowerShare) >> 16);
         target[i] = static_cast<uchar>((sum + 2) >> 2);
@@ -70,9 +75,12 @@ void mixRows(const std::int16_t* upper, int upperShare, const std::int16_t* lowe
 // row of the target often needs one of them again.
 class LinearScaler::Strip {
   public:
-    Strip(const cv::Mat& source, const std::vector<Mixture>& columns, std::int16_t* memory)
+    using Columns = std::vector<Mixture>;
+
+    Strip(const cv::Mat& source, const Columns& columns, std::int16_t* memory)
       : source_(source)
       , columns_(columns)
+      , endOfWideReads_(findEndOfWideReads())
       , upper_{memory, kNone}
       , lower_{memory + kChannels * columns.size(), kNone} {}
 
@@ -88,6 +96,7 @@ class LinearScaler::Strip {
 
   private:
     static constexpr int kNone = -1;
+    static constexpr int kWideRead = 11;
 
     struct Row {
         std::int16_t* samples;
@@ -101,18 +110,56 @@ class LinearScaler::Strip {
         row.number = number;
         const uchar* const source = source_.ptr(number);
         std::int16_t* next = row.samples;
-        for (const Mixture& column : columns_) {
-            const uchar* const first = source + std::ptrdiff_t{kChannels} * column.first;
-            const uchar* const second = source + std::ptrdiff_t{kChannels} * column.second;
+        auto column = columns_.begin();
+        for (; column != endOfWideReads_; ++column, next += kChannels) {
+            mixAtOnce(source + std::ptrdiff_t{kChannels} * column->first, *column, next);
+        }
+        for (; column != columns_.end(); ++column) {
+            const uchar* const first = source + std::ptrdiff_t{kChannels} * column->first;
+            const uchar* const second = source + std::ptrdiff_t{kChannels} * column->second;
             for (int i = 0; i < kChannels; ++i) {
-                const int sum = first[i] * column.firstShare + second[i] * column.secondShare;
-                *next++ = static_cast<std::int16_t>(sum >> 4);
+                *next++ = mixture(first[i], second[i], *column);
             }
         }
     }
 
+    static std::int16_t mixture(int first, int second, const Mixture& shares) {
+        return static_cast<std::int16_t>(
+            (first * shares.firstShare + second * shares.secondShare) >> 4);
+    }
+
+    // Mixes a pixel and the next one. Reads kWideRead bytes and writes four samples, the last of no
+    // account.
+    static void mixAtOnce(const uchar* pixels, const Mixture& shares, std::int16_t* target) {
+#ifdef __SSE2__
+        const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));
+        const __m128i second =
+            _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + kChannels));
+        const __m128i pairs =
+            _mm_unpacklo_epi8(_mm_unpacklo_epi8(first, second), _mm_setzero_si128());
+        const __m128i shareOfBoth = _mm_unpacklo_epi16(_mm_set1_epi16(shares.firstShare),
+                                                       _mm_set1_epi16(shares.secondShare));
+        const __m128i sums = _mm_srai_epi32(_mm_madd_epi16(pairs, shareOfBoth), 4);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(target), _mm_packs_epi32(sums, sums));
+#else
+        for (int i = 0; i < kChannels; ++i) {
+            target[i] = mixture(pixels[i], pixels[i + kChannels], shares);
+        }
+#endif
+    }
+
+    // What a column writes too much, the next one overwrites; no row is read beyond its end, so
+    // that there is a next pixel, too.
+    Columns::const_iterator findEndOfWideReads() const {
+        return std::find_if(
+            columns_.begin(), std::prev(columns_.end()), [&](const Mixture& column) {
+                return kChannels * column.first + kWideRead > kChannels * source_.cols;
+            });
+    }
+
     const cv::Mat& source_;
-    const std::vector<Mixture>& columns_;
+    const Columns& columns_;
+    Columns::const_iterator endOfWideReads_; // before which mixAtOnce() may be called
     Row upper_, lower_;
 };
 
@@ -133,14 +180,15 @@ void LinearScaler::prepare(cv::Size source, cv::Size target) {
         const auto [place, part] = placeOf(x, ratio.x);
         const int first = std::clamp(place, 0, source.width - 1);
         const float beyond = place < 0 || place >= source.width - 1 ? 0 : part;
-        columns_.push_back({first, shareOf(1.0F - beyond), std::min(first + 1, source.width - 1),
+        columns_.push_back({first, std::min(first + 1, source.width - 1), shareOf(1.0F - beyond),
                             shareOf(beyond)});
     }
     rows_.clear();
     for (int y = 0; y < target.height; ++y) {
         const auto [place, part] = placeOf(y, ratio.y);
-        rows_.push_back({std::clamp(place, 0, source.height - 1), shareOf(1.0F - part),
-                         std::clamp(place + 1, 0, source.height - 1), shareOf(part)});
+        rows_.push_back({std::clamp(place, 0, source.height - 1),
+                         std::clamp(place + 1, 0, source.height - 1), shareOf(1.0F - part),
+                         shareOf(part)});
     }
     memory_.resize(std::size_t{2} * Strips::kMost * kChannels * columns_.size());
     source_ = source;

@@ -23,9 +23,9 @@ class LinearScaler {
     // What a place in the target shows of the source, one way: two neighbours, in 2048ths.
     struct Mixture {
         int first = 0;
-        int firstShare = 0;
         int second = 0;
-        int secondShare = 0;
+        std::int16_t firstShare = 0;
+        std::int16_t secondShare = 0;
     };
 
     class Strip;

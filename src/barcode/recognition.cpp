@@ -65,6 +65,7 @@ const char* readCodeFromFile(const char* path, int mode) {
     result = std::move(scan.text);
     std::printf("resultStr:%s\r\n", result.c_str());
     std::puts("RecogBarQrCodeFromFile end\r");
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.InnerPointer): it lives until the thread's next text
     return result.c_str();
 }
 

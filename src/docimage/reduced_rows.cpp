@@ -5,6 +5,7 @@
 #include "docimage/grey_weights.h"
 #include "docimage/lifted_level.h"
 
+#include <cstddef>
 #include <cstring>
 
 namespace doccam {
@@ -45,16 +46,17 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
                                                int count, unsigned char* grey) {
     Columns sums, wide;
     addRows(rows, first * kPixel, count * kPixel, sums);
-    std::memset(sums + count * kPixel, 0, kPixel * sizeof sums[0]);
+    std::memset(sums + std::ptrdiff_t{kPixel} * count, 0, kPixel * sizeof sums[0]);
     addNeighbours(sums, count * kPixel, wide);
     // Four at a time, since the compiler takes places that lie so far apart one by one.
     constexpr int kTaken = 4;
     std::uint16_t pixels[kBlock * kTaken];
     for (int i = 0; i < count; ++i) {
-        std::memcpy(pixels + kTaken * i, wide + kPixel * i, kTaken * sizeof pixels[0]);
+        std::memcpy(pixels + std::ptrdiff_t{kTaken} * i, wide + std::ptrdiff_t{kPixel} * i,
+                    kTaken * sizeof pixels[0]);
     }
     for (int i = 0; i < count; ++i) {
-        const std::uint16_t* const pixel = pixels + kTaken * i;
+        const std::uint16_t* const pixel = pixels + std::ptrdiff_t{kTaken} * i;
         grey[first + i] = greyLevel(meanOf(pixel[0]), meanOf(pixel[1]), meanOf(pixel[2]));
     }
 }
@@ -101,7 +103,8 @@ constexpr int kWeightsShift = 16; // of both ways together
         const int x = first + i;
         std::uint32_t sum = 1U << (kWeightsShift - 1);
         for (std::size_t k = 0; k < kBlurReach; ++k) {
-            const std::uint32_t both = std::uint32_t{rows[k][x]} + rows[2 * kBlurReach - k][x];
+            const std::size_t opposite = rows.size() - 1 - k;
+            const std::uint32_t both = std::uint32_t{rows[k][x]} + rows[opposite][x];
             sum += static_cast<std::uint32_t>(kWeights[k]) * both;
         }
         sums[i] = sum + std::uint32_t{kMiddleWeight} * rows[kBlurReach][x];

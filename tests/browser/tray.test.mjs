@@ -35,6 +35,8 @@ const takePage = async () => {
   await page.click('#capture');
   await page.waitForFunction((wanted) =>
     document.querySelectorAll('#pages li').length === wanted, items + 1);
+  // The news of a page may come before the answer, until which no other page is taken.
+  await page.waitForSelector('#capture:not([aria-disabled=true])');
 };
 
 check('pages are taken, ordered, turned, deleted and made one PDF', async () => {

@@ -6,7 +6,7 @@
  * a callback a host may change settings, close the camera and open it again; it may not wait there
  * for something that the stream itself delivers, as captureImage does. Diagnostics go to standard
  * output. No exception leaves a function declared here. The library stays loaded until the process
- * ends, and a session that is open at exit is ended then. In a forked child there is no session.
+ * ends, and a session open at exit is ended then. A forked child has none and ends with _exit().
  */
 #ifndef DOCCAM_DOCCAM_H
 #define DOCCAM_DOCCAM_H

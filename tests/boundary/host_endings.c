@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <semaphore.h>
+#include <stdatomic.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -11,12 +12,16 @@
 
 static sem_t frames;
 static int exitInCallback;
+static atomic_int held; /* the streaming thread, in its callback */
 
 static void onFrame(unsigned char* pixels, int width, int height) {
     (void)pixels, (void)width, (void)height;
     sem_post(&frames);
     if (exitInCallback) {
         exit(0);
+    }
+    while (atomic_load(&held)) {
+        usleep(1000);
     }
 }
 
@@ -50,8 +55,14 @@ static void openFirstCamera(void* library) {
     }
 }
 
-/* The exit of a forked child must not stop its parent's stream. */
+/*
+ * The exit of a forked child must not stop its parent's stream. The parent's threads rest
+ * meanwhile: what those of other libraries had locked would stay locked in the child, whose exit
+ * wants it.
+ */
 static int forkAndGoOn(void) {
+    atomic_store(&held, 1);
+    usleep(300000);
     const pid_t child = fork();
     if (child == 0) {
         exit(0);
@@ -62,6 +73,7 @@ static int forkAndGoOn(void) {
     }
     while (sem_trywait(&frames) == 0) {
     }
+    atomic_store(&held, 0);
     awaitFrames(5);
     return 0;
 }

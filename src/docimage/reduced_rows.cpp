@@ -61,7 +61,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// The last block begins earlier than the one before ends, rather than being shorter.
+// The last block begins before the previous one ends, rather than being shorter.
 [[gnu::always_inline]] inline void reduceRows(const ReducedRows::FrameRows& rows, int count,
                                               unsigned char* grey) {
     if (count < kBlock) {
@@ -95,7 +95,8 @@ constexpr int kWeightsShift = 16; // of both ways together
     }
 }
 
-// The first done pixels have been lifted already.
+// The first done pixels have been lifted already. All rows are added up for a pixel before the
+// next: row after row, the compiler would take pixels one by one.
 [[gnu::always_inline]] inline void liftBlock(const ReducedRows::SumRows& rows, int first, int count,
                                              int done, unsigned char* grey) {
     std::uint32_t sums[kBlock];

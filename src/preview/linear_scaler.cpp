@@ -96,7 +96,7 @@ class LinearScaler::Strip {
 
   private:
     static constexpr int kNone = -1;
-    static constexpr int kWideRead = 11;
+    static constexpr int kWideRead = kChannels + 8;
 
     struct Row {
         std::int16_t* samples;

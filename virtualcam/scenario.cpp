@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -45,7 +44,7 @@ std::uint32_t readFourcc(const std::string& text) {
     if (text.empty() || text.size() > 4) {
         throw std::runtime_error("impossible fourcc \"" + text + "\"");
     }
-    std::memcpy(code, text.data(), text.size());
+    text.copy(code, text.size());
     return fourcc(code);
 }
 

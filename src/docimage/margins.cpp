@@ -97,7 +97,7 @@ class ColumnWalk {
   private:
     void meet(const uchar* one, const uchar* two, const uchar* three, int depth, cv::Range part) {
         for (int i = part.start; i < part.end; ++i) {
-            const auto x = static_cast<std::size_t>(columns_.start + i);
+            const auto x = static_cast<std::size_t>(columns_.start) + static_cast<std::size_t>(i);
             uchar& waiting = waiting_[static_cast<std::size_t>(i)];
             if ((one[x] & two[x] & three[x] & waiting) != 0) {
                 depths_[x] = depth;

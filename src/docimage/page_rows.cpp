@@ -5,11 +5,12 @@
 #include "docimage/pixel_colour.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace doccam {
 namespace {
 
-constexpr int kChannels = 3;
+constexpr std::ptrdiff_t kChannels = 3;
 constexpr unsigned char kWhite = 255;
 
 // Colours are taken apart a block at a time, and put together again.
@@ -24,6 +25,7 @@ struct Colours {
 [[gnu::always_inline]] inline void separate(const unsigned char* pixels, int count,
                                             Colours& colours) {
     for (int i = 0; i < count; ++i) {
+        // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.Assign): count pixels are set
         colours.blue[i] = pixels[kChannels * i];
         colours.green[i] = pixels[kChannels * i + 1];
         colours.red[i] = pixels[kChannels * i + 2];
@@ -127,7 +129,7 @@ struct Colours {
 
 [[gnu::always_inline]] inline void whitenBlock(const PaperRow& row, int first, int count,
                                                unsigned char* result) {
-    const int begin = kChannels * first;
+    const std::ptrdiff_t begin = kChannels * first;
     alignas(kBlock) unsigned char sharp[kChannels * kBlock];
     for (int i = 0; i < kChannels * count; ++i) {
         sharp[i] = sharpened(row.above[begin + i], row.row[begin + i], row.below[begin + i]);

@@ -96,9 +96,9 @@ struct Fractions {
 [[gnu::always_inline]] inline void join(const Samples& first, const Samples& second,
                                         const Samples& third, int count, unsigned char* target) {
     for (int i = 0; i < count; ++i) {
-        target[kChannels * i] = first[i];
-        target[kChannels * i + 1] = second[i];
-        target[kChannels * i + 2] = third[i];
+        target[std::ptrdiff_t{kChannels} * i] = first[i];
+        target[std::ptrdiff_t{kChannels} * i + 1] = second[i];
+        target[std::ptrdiff_t{kChannels} * i + 2] = third[i];
     }
 }
 

@@ -44,7 +44,8 @@ std::int16_t shareOf(float part) {
 
 // At half the size every pixel is the mean of four, halves rounded up.
 void halveRow(const uchar* upper, const uchar* lower, int width, uchar* target) {
-    for (int x = 0; x < width; ++x, upper += 2 * kChannels, lower += 2 * kChannels) {
+    constexpr std::ptrdiff_t kPair = std::ptrdiff_t{2} * kChannels;
+    for (int x = 0; x < width; ++x, upper += kPair, lower += kPair) {
         for (int i = 0; i < kChannels; ++i) {
             const int sum = upper[i] + upper[i + kChannels] + lower[i] + lower[i + kChannels];
             *target++ = static_cast<uchar>((sum + 2) >> 2);
@@ -204,7 +205,7 @@ void LinearScaler::scale(const cv::Mat& source, cv::Mat& target) {
         halve(source, target);
     } else {
         prepare(source.size(), target.size());
-        const std::size_t ofStrip = 2 * kChannels * columns_.size();
+        const std::size_t ofStrip = std::size_t{2} * kChannels * columns_.size();
         forEachStrip(Strips(target.rows), [&](cv::Range part, int number) {
             Strip strip(source, columns_, &memory_[static_cast<std::size_t>(number) * ofStrip]);
             for (int y = part.start; y < part.end; ++y) {

@@ -90,7 +90,7 @@ class UdevTree::Bed {
 
     std::string folder() const {
         gchar* root = umockdev_testbed_get_root_dir(testbed_);
-        const std::string path = root;
+        std::string path = root;
         g_free(root);
         return path;
     }

@@ -39,7 +39,7 @@ std::string PlugControl::obey(const std::string& line) {
         return "ok";
     }
     try {
-        const std::string answer = ask(devicesPath(path_), line);
+        std::string answer = ask(devicesPath(path_), line);
         if (!answer.starts_with("ok")) {
             return answer;
         }

@@ -95,6 +95,8 @@ DOCCAM_VIRTUALCAM_API int openat64(int folder, const char* path, int flags, ...)
     return openOr(path, flags, [&] { return nextOpenat64(folder, path, flags, mode); });
 }
 
+// NOLINTBEGIN(bugprone-reserved-identifier): what a fortified open() calls.
+
 DOCCAM_VIRTUALCAM_API int __open_2(const char* path, int flags) {
     return openOr(path, flags, [&] { return nextOpen2(path, flags); });
 }
@@ -110,6 +112,8 @@ DOCCAM_VIRTUALCAM_API int __openat_2(int folder, const char* path, int flags) {
 DOCCAM_VIRTUALCAM_API int __openat64_2(int folder, const char* path, int flags) {
     return openOr(path, flags, [&] { return nextOpenat64Checked(folder, path, flags); });
 }
+
+// NOLINTEND(bugprone-reserved-identifier)
 
 DOCCAM_VIRTUALCAM_API int close(int descriptor) {
     if (!virtualDescriptors.contains(descriptor)) {

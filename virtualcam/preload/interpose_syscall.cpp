@@ -25,6 +25,7 @@ struct Arguments {
 
     int number(int position) const { return static_cast<int>(value[position]); }
 
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel takes pointers as numbers.
     void* pointer(int position) const { return reinterpret_cast<void*>(value[position]); }
 
     const char* text(int position) const { return static_cast<const char*>(pointer(position)); }

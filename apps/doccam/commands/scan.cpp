@@ -68,6 +68,7 @@ int scan(const Context& context, const ScanOptions& options) {
                                          " was not written; put a sheet before the camera.");
     }
     std::vector<std::string> images;
+    images.reserve(pages.size());
     for (const ScannedPage& page : pages) {
         images.push_back(page.path);
     }

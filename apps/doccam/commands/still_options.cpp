@@ -26,6 +26,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name,
                        const std::map<std::string, Value>& choices, const std::string& help,
                        Store store) {
     std::vector<std::string> names;
+    names.reserve(choices.size());
     for (const auto& [choice, value] : choices) {
         names.push_back(choice);
     }

@@ -66,6 +66,7 @@ void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv) {
     }
     std::vector<std::string> command = launcherCommand(request, argv);
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command) {
         arguments.push_back(argument.data());
     }

@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t kLongestTarget = 512;
 
 // Longer bodies are not even read to be thrown away.
-constexpr std::uint64_t kLongestSkipped = 1024 * 1024;
+constexpr std::uint64_t kLongestSkipped = std::uint64_t{1024} * 1024;
 
 constexpr const char* kContentPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob:; "
@@ -82,7 +82,7 @@ bool sendFile(httplib::Response& response, const std::string& path, const char* 
     }
     response.set_content_provider(
         bytes, type, [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-            std::array<char, 64 * 1024> buffer;
+            std::array<char, std::size_t{64} * 1024> buffer;
             file->seekg(static_cast<std::streamoff>(offset));
             file->read(buffer.data(),
                        static_cast<std::streamsize>(std::min(length, buffer.size())));

@@ -159,7 +159,7 @@ Json Commands::deletePage(const Json& request) {
 }
 
 std::string Commands::makeDocument() {
-    const std::string path = pages_.newDocument();
+    std::string path = pages_.newDocument();
     for (const Page& page : pages_.pages()) {
         AddImageFileToPDF(pages_.picture(page.id)->c_str());
     }

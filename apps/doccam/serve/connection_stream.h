@@ -11,9 +11,9 @@
 namespace doccam::serve {
 
 struct ConnectionLimits {
-    std::size_t longestHead = 16 * 1024;           // first line and headers together
-    std::chrono::milliseconds patience{5000};      // for the whole request from now on
-    std::chrono::milliseconds writePatience{5000}; // for a reader that takes nothing
+    std::size_t longestHead = std::size_t{16} * 1024; // first line and headers together
+    std::chrono::milliseconds patience{5000};         // for the whole request from now on
+    std::chrono::milliseconds writePatience{5000};    // for a reader that takes nothing
 };
 
 // Reading fails beyond the limits; the answer may take as long as the reader goes on taking it.

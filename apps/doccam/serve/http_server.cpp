@@ -11,7 +11,7 @@ namespace {
 constexpr int kMostListeners = 16;
 // Viewers and listeners keep a thread each; the rest is for pages and commands.
 constexpr std::size_t kThreads = 48;
-constexpr std::size_t kLongestBody = 64 * 1024;
+constexpr std::size_t kLongestBody = std::size_t{64} * 1024;
 
 // A slow viewer's pictures would grow old in a large buffer.
 constexpr int kSendBuffer = 256 * 1024;

@@ -6,6 +6,7 @@ namespace doccam::serve {
 
 std::vector<std::string> PictureControls::names() {
     std::vector<std::string> names;
+    names.reserve(host::kControlNames.size());
     for (const host::ControlName& control : host::kControlNames) {
         names.emplace_back(control.text);
     }

@@ -33,7 +33,7 @@ bool flag(const Json& object, const char* field, bool otherwise) {
 } // namespace
 
 Json parseBody(const std::string& body) {
-    const Json object = body.empty() ? Json::object() : Json::parse(body, nullptr, false);
+    Json object = body.empty() ? Json::object() : Json::parse(body, nullptr, false);
     if (!object.is_object()) {
         throw BadRequest("the body must be a JSON object");
     }

@@ -2,7 +2,6 @@
 #include "api/library_state.h"
 #include "faults/documented_errors.h"
 #include "faults/sweep_fixture.h"
-#include "support/sanitized.h"
 
 #include <doccam/doccam.hpp>
 
@@ -12,11 +11,6 @@
 
 namespace doccam::test {
 namespace {
-
-constexpr int kFrames = 50;
-
-// Of slow builds some frames are enough.
-constexpr int kStep = kSanitized ? 12 : 1;
 
 struct Failure {
     const char* request;

@@ -2,10 +2,16 @@
 #pragma once
 
 #include "integration/session_fixture.h"
+#include "support/sanitized.h"
 
 #include <string>
 
 namespace doccam::test {
+
+constexpr int kFrames = 50;
+
+// Of slow builds some frames are enough.
+constexpr int kStep = kSanitized ? 12 : 1;
 
 // The at-th call of a request gives the error.
 struct CallFault {

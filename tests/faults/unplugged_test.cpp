@@ -1,7 +1,6 @@
 // The camera is unplugged at each of the first frames, with all kinds of work pending.
 #include "api/library_state.h"
 #include "faults/sweep_fixture.h"
-#include "support/sanitized.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -14,11 +13,6 @@
 
 namespace doccam::test {
 namespace {
-
-constexpr int kFrames = 50;
-
-// Of slow builds some frames are enough.
-constexpr int kStep = kSanitized ? 12 : 1;
 
 constexpr int kReadQr = 1;
 

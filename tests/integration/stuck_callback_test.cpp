@@ -4,9 +4,9 @@
 
 #include <doccam/doccam.hpp>
 
-#include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <numeric>
 #include <thread>
 
 namespace doccam::test {
@@ -39,9 +39,7 @@ void raise(std::atomic<int>& count) {
 
 // Reads every pixel, so that memory freed under it is noticed.
 void readFrame(const unsigned char* pixels, int width, int height) {
-    unsigned sum = 0;
-    std::for_each(pixels, pixels + width * height * 3, [&](unsigned char p) { sum += p; });
-    pixelSum = sum;
+    pixelSum = std::accumulate(pixels, pixels + width * height * 3, 0U);
 }
 
 void closesItself(unsigned char* pixels, int width, int height) {

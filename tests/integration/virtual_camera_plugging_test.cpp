@@ -45,8 +45,6 @@ std::string echo(const std::string& line) {
     return "heard " + line;
 }
 
-} // namespace
-
 TEST_F(LineSocketTest, AnswersEachLine) {
     const LineSocket socket(path_, echo);
     EXPECT_EQ(ask(path_, "one"), "heard one");
@@ -100,4 +98,5 @@ TEST(PlugAnswer, NamesTheNewNodes) {
     EXPECT_FALSE(parseNodes("error: no such camera"));
 }
 
+} // namespace
 } // namespace doccam::virtualcam

@@ -1,5 +1,6 @@
 // Work for the one thread that calls the library.
 #include "serve/command_queue.h"
+#include "waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,6 @@
 
 namespace doccam::serve {
 namespace {
-
-constexpr std::chrono::hours kLong{1};
 
 // Serves until the queue closes.
 class Server {

@@ -1,5 +1,6 @@
 // What a connection may say, and for how long.
 #include "serve/connection_stream.h"
+#include "waiting.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -45,11 +46,6 @@ std::string readAll(ConnectionStream& stream, std::size_t most) {
     }
     return text;
 }
-
-constexpr std::chrono::milliseconds kLong{3600 * 1000};
-constexpr std::chrono::milliseconds kNoTime{0};
-
-} // namespace
 
 TEST_F(ConnectionStreamTest, EndsAHeadThatGrowsTooLong) {
     ConnectionStream stream = streamWith({.longestHead = 10, .patience = kLong});
@@ -103,4 +99,5 @@ TEST_F(ConnectionStreamTest, GivesAPeerUpThatTakesNothing) {
     EXPECT_FALSE(stream.is_writable());
 }
 
+} // namespace
 } // namespace doccam::serve

@@ -1,5 +1,6 @@
 // News for pages of any speed.
 #include "serve/event_feed.h"
+#include "waiting.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,9 +10,6 @@
 namespace doccam::serve {
 namespace {
 
-constexpr std::chrono::hours kLong{1};
-constexpr std::chrono::milliseconds kNoTime{0};
-
 std::vector<std::string> told(const EventFeed::News& news) {
     std::vector<std::string> lines;
     for (const EventFeed::Event& event : news.events) {
@@ -19,8 +17,6 @@ std::vector<std::string> told(const EventFeed::News& news) {
     }
     return lines;
 }
-
-} // namespace
 
 TEST(EventFeed, TellsEveryTopicAtFirst) {
     EventFeed feed;
@@ -63,4 +59,5 @@ TEST(EventFeed, LetsListenersGoWhenItCloses) {
     EXPECT_TRUE(feed.closed());
 }
 
+} // namespace
 } // namespace doccam::serve

@@ -40,8 +40,6 @@ class PageStoreTest : public testing::Test {
     PageStore store_;
 };
 
-} // namespace
-
 TEST_F(PageStoreTest, HoldsItsFilesInAFolderOfTheUsersOwn) {
     const auto folder = std::filesystem::path(store_.incoming()).parent_path();
     EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
@@ -146,4 +144,5 @@ TEST_F(PageStoreTest, IsFullAtItsLimit) {
     EXPECT_THROW(store_.requireRoom(), TrayError);
 }
 
+} // namespace
 } // namespace doccam::serve

@@ -1,5 +1,6 @@
 // The newest picture for viewers of any speed.
 #include "serve/picture_feed.h"
+#include "waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +8,6 @@
 
 namespace doccam::serve {
 namespace {
-
-constexpr std::chrono::hours kLong{1};
-constexpr std::chrono::milliseconds kNoTime{0};
 
 Jpeg picture(unsigned char value) {
     return {value};

@@ -1,7 +1,7 @@
 #include "barcode/code_scan.h"
 #include "code_drawing.h"
 #include "plain_scan.h"
-#include "support/printed_text.h"
+#include "reading_outcome.h"
 
 #include <doccam/doccam.hpp>
 
@@ -16,7 +16,6 @@ namespace {
 
 using testing::SizeIs;
 
-const std::string kNothing = "No BarQrCode!!\r\n";
 constexpr std::array kQrModes = {1, 2, -1, -99, std::numeric_limits<int>::min()};
 
 // The pictures side by side on white.
@@ -25,17 +24,6 @@ cv::Mat sideBySide(const cv::Mat& left, const cv::Mat& right) {
     left.copyTo(page(cv::Rect({0, 0}, left.size())));
     right.copyTo(page(cv::Rect({left.cols, 0}, right.size())));
     return page;
-}
-
-// What one scan returns and prints.
-struct Outcome {
-    std::string text, printed;
-};
-
-Outcome scanned(const cv::Mat& grey, int mode) {
-    PrintedText printed;
-    std::string text = ZbarDecoder(grey, mode);
-    return {std::move(text), printed.take()};
 }
 
 TEST(CodeScan, TakesTheBarCodeInModeZeroAndTheQrCodeInEveryOther) {
@@ -51,24 +39,25 @@ TEST(CodeScan, TakesTheBarCodeInModeZeroAndTheQrCodeInEveryOther) {
 }
 
 TEST(CodeScan, PrintsNothingWhenItSeesSymbolsOfTheOtherKindOnly) {
-    const Outcome bar = scanned(drawCode(qrCode("square"), 4), 0);
+    const Outcome bar = outcomeOf(ZbarDecoder, drawCode(qrCode("square"), 4), 0);
     EXPECT_EQ(bar.text, "");
     EXPECT_EQ(bar.printed, "");
-    const Outcome qr = scanned(drawCode(code128("bars"), 3), 1);
+    const Outcome qr = outcomeOf(ZbarDecoder, drawCode(code128("bars"), 3), 1);
     EXPECT_EQ(qr.text, "");
     EXPECT_EQ(qr.printed, "");
 }
 
 TEST(CodeScan, PrintsOneLineWhenItSeesNoSymbol) {
     for (const int mode : {0, 1}) {
-        const Outcome blank = scanned(cv::Mat(120, 160, CV_8UC1, cv::Scalar(255)), mode);
+        const Outcome blank =
+            outcomeOf(ZbarDecoder, cv::Mat(120, 160, CV_8UC1, cv::Scalar(255)), mode);
         EXPECT_EQ(blank.text, "");
-        EXPECT_EQ(blank.printed, kNothing);
+        EXPECT_EQ(blank.printed, nothing(1));
     }
 }
 
 TEST(CodeScan, PrintsNothingBesidesTheTextItFinds) {
-    const Outcome found = scanned(drawCode(qrCode("square"), 4), 1);
+    const Outcome found = outcomeOf(ZbarDecoder, drawCode(qrCode("square"), 4), 1);
     EXPECT_EQ(found.text, "square");
     EXPECT_EQ(found.printed, "");
 }
@@ -131,7 +120,7 @@ TEST(CodeScan, SeesNoSymbolInWhatIsNoGreyPicture) {
     cv::Mat colour;
     cv::merge(std::vector<cv::Mat>{code, code, code}, colour);
     for (const cv::Mat& picture : {cv::Mat(), wide, colour}) {
-        EXPECT_EQ(scanned(picture, 1).printed, kNothing);
+        EXPECT_EQ(outcomeOf(ZbarDecoder, picture, 1).printed, nothing(1));
     }
 }
 
@@ -139,7 +128,8 @@ TEST(CodeScan, SeesNoSymbolInPicturesOfAFewPixels) {
     for (int height = 1; height <= 4; ++height) {
         for (int width = 1; width <= 4; ++width) {
             const cv::Mat picture(height, width, CV_8UC1, cv::Scalar(255));
-            EXPECT_EQ(scanned(picture, 1).printed, kNothing) << width << " x " << height;
+            EXPECT_EQ(outcomeOf(ZbarDecoder, picture, 1).printed, nothing(1))
+                << width << " x " << height;
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "code_drawing.h"
 #include "code_pictures.h"
+#include "reading_outcome.h"
 #include "support/printed_text.h"
 
 #include <doccam/doccam.hpp>
@@ -8,40 +9,13 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <ostream>
 #include <thread>
 
 namespace doccam::test {
 namespace {
 
-// So many scans that see no symbol.
-std::string nothing(int scans) {
-    std::string lines;
-    for (int i = 0; i < scans; ++i) {
-        lines += "No BarQrCode!!\r\n";
-    }
-    return lines;
-}
-
 std::string betweenStartAndEnd(const std::string& lines) {
     return "BarQrDecodePro start\r\n" + lines + "BarQrDecodePro end\r\n";
-}
-
-struct Outcome {
-    std::string text, printed;
-
-    bool operator==(const Outcome&) const = default;
-};
-
-void PrintTo(const Outcome& outcome, std::ostream* out) {
-    *out << '"' << outcome.text << "\" after\n" << outcome.printed;
-}
-
-// What one of the cascade's functions returns and prints.
-Outcome outcomeOf(std::string (*read)(cv::Mat, int), const cv::Mat& picture, int mode) {
-    PrintedText printed;
-    std::string text = read(picture, mode);
-    return {std::move(text), printed.take()};
 }
 
 cv::Mat inColour(const cv::Mat& grey) {

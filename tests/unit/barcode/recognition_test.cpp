@@ -1,6 +1,7 @@
 // Codes read from image files.
 #include "code_drawing.h"
 #include "code_pictures.h"
+#include "reading_outcome.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 
@@ -20,7 +21,6 @@ namespace {
 const std::string kStart = "RecogBarQrCodeFromFile start\r\n";
 const std::string kEnd = "RecogBarQrCodeFromFile end\r\n";
 const std::string kUnreadable = "read image file error!!\r\n";
-const std::string kNothing = "No BarQrCode!!\r\n";
 
 class CodeFile : public testing::Test {
   protected:
@@ -73,7 +73,7 @@ TEST_F(CodeFile, WithoutAnySymbolYieldsNull) {
     const std::string path = write("blank.png", cv::Mat(120, 160, CV_8UC1, cv::Scalar(255)));
     for (const int mode : {0, 1}) {
         EXPECT_EQ(read(path, mode), std::nullopt);
-        EXPECT_EQ(printed_, kStart + kNothing);
+        EXPECT_EQ(printed_, kStart + nothing(1));
     }
 }
 
@@ -116,7 +116,7 @@ TEST_F(CodeFile, IsScannedOnceAsItIs) {
         ASSERT_EQ(BarQrDecodePro(frame, 0), "specks");
     }
     EXPECT_EQ(read(write("specks.png", code), 0), std::nullopt);
-    EXPECT_EQ(printed_, kStart + kNothing);
+    EXPECT_EQ(printed_, kStart + nothing(1));
 }
 
 TEST_F(CodeFile, IsWeighedWithRedAndBlueExchanged) {

@@ -1,5 +1,6 @@
 // Whitening the paper.
 #include "cleaning_pictures.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -10,9 +11,6 @@ namespace {
 
 using namespace doccam::test;
 
-const cv::Scalar kWhite = cv::Scalar::all(255);
-const cv::Scalar kPaper = cv::Scalar::all(200);
-const cv::Size kSize(300, 220);
 const cv::Rect kStamp(100, 90, 40, 30);
 const cv::Point kStampCentre(120, 105);
 

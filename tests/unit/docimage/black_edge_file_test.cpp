@@ -3,6 +3,7 @@
 #include "docimage/black_edge.h"
 #include "support/printed_text.h"
 #include "support/refused_writing.h"
+#include "support/same_picture.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -23,9 +24,6 @@ namespace fs = std::filesystem;
 using namespace doccam::test;
 
 using Bytes = std::vector<uchar>;
-
-const cv::Size kSize(300, 220);
-const cv::Rect kSheet(20, 30, 240, 150);
 
 Bytes bytesOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);

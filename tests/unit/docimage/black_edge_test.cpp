@@ -1,5 +1,6 @@
 // Whitening the dark margins of pictures in memory, and their mask.
 #include "cleaning_pictures.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -13,11 +14,6 @@
 namespace {
 
 using namespace doccam::test;
-
-const cv::Scalar kWhite = cv::Scalar::all(255);
-const cv::Scalar kPaper = cv::Scalar::all(200);
-const cv::Rect kSheet(20, 30, 240, 150);
-const cv::Size kSize(300, 220);
 
 // The outline begins one pixel outside of the sheet: of its three pixels two lie on the sheet.
 cv::Rect within(const cv::Rect& sheet) {

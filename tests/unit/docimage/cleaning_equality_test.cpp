@@ -2,6 +2,7 @@
 #include "cleaning_pictures.h"
 #include "docimage/black_edge.h"
 #include "literal_cleaning.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -30,7 +31,7 @@ class Cleaning : public testing::TestWithParam<int> {
     }
 };
 
-cv::Mat maskOf(cv::Mat picture) {
+cv::Mat filledMask(cv::Mat picture) {
     IplImage header = cvIplImage(picture);
     IplImage* image = FillBlackEdgeToWhite(&header);
     cv::Mat mask = cv::cvarrToMat(image).clone();
@@ -50,7 +51,7 @@ void expectSame(const cv::Mat& picture, Operation operation, Steps steps) {
 }
 
 void expectSameMask(const cv::Mat& picture) {
-    EXPECT_TRUE(isSamePicture(maskOf(picture), literal::blackEdgeMask(picture)));
+    EXPECT_TRUE(isSamePicture(filledMask(picture), literal::blackEdgeMask(picture)));
 }
 
 void expectSameOfAll(const cv::Mat& picture) {

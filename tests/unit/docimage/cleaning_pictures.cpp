@@ -3,7 +3,6 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <cstring>
 #include <vector>
 
 namespace doccam::test {
@@ -72,23 +71,6 @@ cv::Mat drawnScene(cv::Size size, std::uint64_t seed) {
     }
     addNoise(picture, random, random.uniform(2, 60));
     return picture;
-}
-
-testing::AssertionResult isSamePicture(const cv::Mat& actual, const cv::Mat& expected) {
-    if (actual.size() != expected.size() || actual.type() != expected.type()) {
-        return testing::AssertionFailure() << actual.size() << " against " << expected.size();
-    }
-    const std::size_t pixelSize = actual.elemSize();
-    for (int y = 0; y < actual.rows; ++y) {
-        for (int x = 0; x < actual.cols; ++x) {
-            if (std::memcmp(actual.ptr(y, x), expected.ptr(y, x), pixelSize) != 0) {
-                return testing::AssertionFailure() << "first difference at (" << x << ", " << y
-                                                   << "): " << int{*actual.ptr(y, x)} << " against "
-                                                   << int{*expected.ptr(y, x)};
-            }
-        }
-    }
-    return testing::AssertionSuccess();
 }
 
 } // namespace doccam::test

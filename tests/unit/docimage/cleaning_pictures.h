@@ -1,7 +1,6 @@
-// Pictures of sheets for the cleaning tests, and their comparison.
+// Pictures of sheets for the cleaning tests.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <opencv2/core/mat.hpp>
 
 #include <cstdint>
@@ -9,6 +8,12 @@
 namespace doccam::test {
 
 inline const cv::Scalar kBlackDesk = cv::Scalar::all(0);
+inline const cv::Scalar kPaper = cv::Scalar::all(200);
+inline const cv::Scalar kWhite = cv::Scalar::all(255);
+
+// A small picture, and a sheet in it.
+inline const cv::Size kSize(300, 220);
+inline const cv::Rect kSheet(20, 30, 240, 150);
 
 // A sheet of one colour at area of a black desk.
 cv::Mat sheetOnDesk(cv::Size size, cv::Rect area, const cv::Scalar& sheet);
@@ -19,8 +24,5 @@ cv::Mat noise(cv::Size size, std::uint64_t seed);
 // A noisy dark desk with one to three bright shapes, large enough for a sheet or not, that may
 // touch the edge or each other, specks around them, print and coloured strokes.
 cv::Mat drawnScene(cv::Size size, std::uint64_t seed);
-
-// Same size, type and pixels; otherwise it says where the first difference is.
-testing::AssertionResult isSamePicture(const cv::Mat& actual, const cv::Mat& expected);
 
 } // namespace doccam::test

@@ -1,5 +1,6 @@
 #include "api/library_state.h"
 #include "docimage/min_area_rectangle.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -50,10 +51,6 @@ cv::Mat deskWithSheet() {
     return frame;
 }
 
-bool sameBytes(const cv::Mat& a, const cv::Mat& b) {
-    return cv::norm(a, b, cv::NORM_INF) == 0;
-}
-
 // Reduced, the sheet's pixels are 40 to 119 and 30 to 89.
 TEST_F(DrawingEdgeTest, KeepsTheCornersOfASheetInFramePixels) {
     cv::Mat frame = deskWithSheet();
@@ -68,7 +65,7 @@ TEST_F(DrawingEdgeTest, ReturnsMinus1WithoutAnyOutline) {
     const cv::Mat before = frame.clone();
     EXPECT_EQ(detect(frame, 1), -1);
     EXPECT_THAT(corners(), Each(kUntouched));
-    EXPECT_TRUE(sameBytes(frame, before));
+    EXPECT_TRUE(test::isSamePicture(frame, before));
 }
 
 TEST_F(DrawingEdgeTest, ReturnsMinus2WhenAUniformFrameIsTooSmallForASheet) {
@@ -77,7 +74,7 @@ TEST_F(DrawingEdgeTest, ReturnsMinus2WhenAUniformFrameIsTooSmallForASheet) {
     const cv::Mat before = frame.clone();
     EXPECT_EQ(detect(frame, 1), -2);
     EXPECT_THAT(corners(), Each(kUntouched));
-    EXPECT_TRUE(sameBytes(frame, before));
+    EXPECT_TRUE(test::isSamePicture(frame, before));
 }
 
 TEST_F(DrawingEdgeTest, TakesALargeUniformFrameAsASheetLessItsEdge) {
@@ -127,7 +124,7 @@ TEST_F(DrawingEdgeTest, DrawsNothingForAFlagOtherThan1) {
         EXPECT_EQ(detect(frame, flag), 0);
         EXPECT_NE(state().CutPoint[0], kUntouched) << flag;
     }
-    EXPECT_TRUE(sameBytes(frame, before));
+    EXPECT_TRUE(test::isSamePicture(frame, before));
 }
 
 TEST_F(DrawingEdgeTest, KeepsTheLastCornersWhenTheSheetIsGone) {
@@ -152,7 +149,7 @@ TEST_F(DrawingEdgeTest, DrawsAGreenOutlineSixPixelsWide) {
         cvLine(&view, cvPointFrom32f(points[i]), cvPointFrom32f(points[(i + 1) % 4]),
                cvScalar(0, 255, 0, 0), 6, 8, 0);
     }
-    EXPECT_TRUE(sameBytes(frame, expected));
+    EXPECT_TRUE(test::isSamePicture(frame, expected));
 }
 
 TEST_F(DrawingEdgeTest, FindsTheTiltedSheetWithinOneReducedPixel) {

@@ -1,4 +1,5 @@
 #include "docimage/free_rotation.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -18,10 +19,6 @@ cv::Mat noise(cv::Size size) {
     return picture;
 }
 
-bool sameBytes(const cv::Mat& a, const cv::Mat& b) {
-    return a.size() == b.size() && a.type() == b.type() && cv::norm(a, b, cv::NORM_INF) == 0;
-}
-
 // What the C interface makes of the same request.
 cv::Mat mapOfCInterface(cv::Size canvas, cv::Size picture, double degrees) {
     cv::Mat map(2, 3, CV_32F);
@@ -35,7 +32,7 @@ cv::Mat mapOfCInterface(cv::Size canvas, cv::Size picture, double degrees) {
 TEST(RotateImage, ReturnsAnEqualPictureForAngle0) {
     const cv::Mat picture = noise({37, 24});
     const cv::Mat turned = rotateImage(picture, 0);
-    EXPECT_TRUE(sameBytes(turned, picture));
+    EXPECT_TRUE(test::isSamePicture(turned, picture));
     EXPECT_NE(turned.data, picture.data);
 }
 
@@ -89,7 +86,7 @@ TEST(RotateImage, LeavesItsSourceAlone) {
     const cv::Mat picture = noise({31, 17});
     const cv::Mat before = picture.clone();
     rotateImage(picture, 33.3F);
-    EXPECT_TRUE(sameBytes(picture, before));
+    EXPECT_TRUE(test::isSamePicture(picture, before));
 }
 
 TEST(RotateImage, IsTheCInterfacesMapAndWarpToTheBit) {
@@ -99,14 +96,14 @@ TEST(RotateImage, IsTheCInterfacesMapAndWarpToTheBit) {
         const double degrees = -angle;
         const cv::Size canvas = turnedSize(picture.size(), CV_PI * degrees / 180.0);
         const cv::Mat map = mapOfCInterface(canvas, picture.size(), degrees);
-        EXPECT_TRUE(sameBytes(turnOnto(canvas, picture.size(), degrees), map));
+        EXPECT_TRUE(test::isSamePicture(turnOnto(canvas, picture.size(), degrees), map));
         cv::Mat expected(canvas, CV_8UC3);
         CvMat from = cvMat(picture);
         CvMat to = cvMat(expected);
         CvMat mapView = cvMat(map);
         cvWarpAffine(&from, &to, &mapView, int{CV_INTER_LINEAR} | int{CV_WARP_FILL_OUTLIERS},
                      cvScalarAll(0));
-        EXPECT_TRUE(sameBytes(rotateImage(picture, angle), expected));
+        EXPECT_TRUE(test::isSamePicture(rotateImage(picture, angle), expected));
     }
 }
 

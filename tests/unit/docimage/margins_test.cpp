@@ -1,7 +1,7 @@
 // The scan of a line for the end of its margin, and painting the margins.
-#include "cleaning_pictures.h"
 #include "docimage/margins.h"
 #include "plain/margins.h"
+#include "support/same_picture.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

@@ -1,7 +1,7 @@
 // The outer outlines of regions and the line along them, against the image library's contours.
-#include "cleaning_pictures.h"
 #include "docimage/outer_outlines.h"
 #include "docimage/outline_brush.h"
+#include "support/same_picture.h"
 
 #include <gmock/gmock.h>
 #include <opencv2/core.hpp>

@@ -5,6 +5,7 @@
 #include "docimage/paper.h"
 #include "plain/black_edge.h"
 #include "support/photographs.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 

@@ -3,6 +3,7 @@
 #include "cleaning_pictures.h"
 #include "plain/outline.h"
 #include "support/photographs.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 

@@ -2,6 +2,7 @@
 #include "cleaning_pictures.h"
 #include "docimage/sheet_outline.h"
 #include "docimage/work_plane.h"
+#include "support/same_picture.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
@@ -12,8 +13,6 @@ namespace {
 
 using doccam::WorkPlane;
 using namespace doccam::test;
-
-const cv::Scalar kPaper = cv::Scalar::all(200);
 
 WorkPlane sheetOutline(const cv::Mat& picture) {
     return doccam::sheetOutline(doccam::greyOf(picture));

@@ -4,6 +4,7 @@
 #include "docimage/reduced_rows.h"
 #include "docimage/sheet_search.h"
 #include "plain/outline.h"
+#include "support/same_picture.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

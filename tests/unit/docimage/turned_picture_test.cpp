@@ -3,6 +3,7 @@
 #include "docimage/turned_picture.h"
 #include "docimage/turned_rows.h"
 #include "plain/page.h"
+#include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>
 
@@ -134,11 +135,12 @@ TEST(RotateImageOfOtherKinds, IsTheLibrarys) {
 
 class EachTurnedRows : public testing::TestWithParam<TurnedRows> {};
 
-std::string named(const testing::TestParamInfo<TurnedRows>& rows) {
+std::string nameOfRows(const testing::TestParamInfo<TurnedRows>& rows) {
     return rows.param.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(TurnedRows, EachTurnedRows, testing::ValuesIn(allTurnedRows()), named);
+INSTANTIATE_TEST_SUITE_P(TurnedRows, EachTurnedRows, testing::ValuesIn(allTurnedRows()),
+                         nameOfRows);
 
 // Every fraction of a pixel, each way, in rows of every length.
 TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPlace) {

@@ -1,5 +1,7 @@
 #include "api/library_state.h"
+#include "still_request.h"
 #include "support/printed_text.h"
+#include "support/same_picture.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -16,9 +18,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr int kWholeFrame = 0;
-constexpr int kFormat = 0;
-
 class AutomaticCrop : public testing::Test {
   protected:
     ~AutomaticCrop() override { state().CutPoint.fill(0); }
@@ -29,7 +28,7 @@ class AutomaticCrop : public testing::Test {
 
     // The still as a reader of the file sees it, blue first.
     cv::Mat taken(const cv::Mat& frame, int cropMode = kCropToSheet) {
-        EXPECT_EQ(capture(path_.data(), kFormat, cropMode, frame), 0);
+        EXPECT_EQ(capture(path_.data(), test::kFormat, cropMode, frame), 0);
         return cv::imread(path_);
     }
 
@@ -39,10 +38,6 @@ class AutomaticCrop : public testing::Test {
 
 cv::Mat plainFrame(cv::Scalar redFirst = {40, 120, 200}) {
     return {480, 640, CV_8UC3, redFirst};
-}
-
-bool sameBytes(const cv::Mat& a, const cv::Mat& b) {
-    return a.size() == b.size() && cv::norm(a, b, cv::NORM_INF) == 0;
 }
 
 // A sheet of 400 x 300 pixels at (100, 100), as the outline search leaves an upright one.
@@ -102,20 +97,20 @@ TEST_F(AutomaticCrop, ThrowsWhenACornerStaysOutsideThePaddedFrame) {
     const cv::Mat frame = plainFrame();
     const cv::Mat before = frame.clone();
     test::PrintedText printed;
-    EXPECT_THROW(capture(path_.data(), kFormat, kCropToSheet, frame), cv::Exception);
+    EXPECT_THROW(capture(path_.data(), test::kFormat, kCropToSheet, frame), cv::Exception);
     EXPECT_THAT(printed.take(), HasSubstr("AA->img.cols,img.rows: 640,480\r\n"));
     EXPECT_EQ(state().CutImgStartX, -8);
     EXPECT_THAT(std::vector<int>(state().CutPoint.begin(), state().CutPoint.begin() + 8),
                 ElementsAre(-8, 9, 302, 0, 312, 404, 0, 414));
     EXPECT_FALSE(std::filesystem::exists(path_));
-    EXPECT_TRUE(sameBytes(frame, before));
+    EXPECT_TRUE(test::isSamePicture(frame, before));
     EXPECT_EQ(frame.u->refcount, 1);
 }
 
 TEST_F(AutomaticCrop, ThrowsWhenThePageIsLargerThanTheTurnedPicture) {
     // Corners of no rectangle: the page is as wide as the box's diagonal is long.
     setCorners({100, 100, 100, 400, 300, 200, 500, 400});
-    EXPECT_THROW(capture(path_.data(), kFormat, kCropToSheet, plainFrame()), cv::Exception);
+    EXPECT_THROW(capture(path_.data(), test::kFormat, kCropToSheet, plainFrame()), cv::Exception);
 }
 
 TEST_F(AutomaticCrop, SavesASpeckForCornersNeverFound) {
@@ -125,7 +120,7 @@ TEST_F(AutomaticCrop, SavesASpeckForCornersNeverFound) {
 
 TEST_F(AutomaticCrop, ThrowsForAnEmptyFrame) {
     setCorners(kUpright);
-    EXPECT_THROW(capture(path_.data(), kFormat, kCropToSheet, cv::Mat()), cv::Exception);
+    EXPECT_THROW(capture(path_.data(), test::kFormat, kCropToSheet, cv::Mat()), cv::Exception);
 }
 
 TEST_F(AutomaticCrop, LeavesTheLiveFrameAlone) {
@@ -135,7 +130,7 @@ TEST_F(AutomaticCrop, LeavesTheLiveFrameAlone) {
         cv::RNG(3).fill(frame, cv::RNG::UNIFORM, 0, 256);
         const cv::Mat before = frame.clone();
         taken(frame);
-        EXPECT_TRUE(sameBytes(frame, before));
+        EXPECT_TRUE(test::isSamePicture(frame, before));
     }
 }
 
@@ -176,7 +171,8 @@ TEST_F(AutomaticCrop, PadsTheFrameWithBlackForASheetThatLeavesIt) {
 
 class WholeFrameMode : public AutomaticCrop, public testing::WithParamInterface<int> {};
 
-INSTANTIATE_TEST_SUITE_P(AutomaticCrop, WholeFrameMode, testing::Values(kWholeFrame, 2, -1, 7));
+INSTANTIATE_TEST_SUITE_P(AutomaticCrop, WholeFrameMode,
+                         testing::Values(test::kWholeFrame, 2, -1, 7));
 
 TEST_P(WholeFrameMode, SavesTheFrameAtItsOwnSize) {
     setCorners(kUpright);

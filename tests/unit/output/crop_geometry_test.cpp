@@ -7,11 +7,11 @@ namespace {
 
 using testing::ElementsAre;
 
-const cv::Size kFrame(640, 480);
+const cv::Size kFrameSize(640, 480);
 
 TEST(FitIntoFrame, MakesRoomForTheLastCornerBeyondASideNotForTheFarthest) {
     const FittedCorners fitted =
-        fitIntoFrame({{{-10, 5}, {300, -4}, {310, 400}, {-2, 410}}}, kFrame);
+        fitIntoFrame({{{-10, 5}, {300, -4}, {310, 400}, {-2, 410}}}, kFrameSize);
     EXPECT_EQ(fitted.borders.left, 2);
     EXPECT_EQ(fitted.borders.right, 0);
     EXPECT_EQ(fitted.borders.top, 4);
@@ -22,7 +22,7 @@ TEST(FitIntoFrame, MakesRoomForTheLastCornerBeyondASideNotForTheFarthest) {
 
 TEST(FitIntoFrame, LeavesCornersInsideTheFrameAlone) {
     const SheetCorners corners{{{0, 0}, {639, 0}, {639, 479}, {0, 479}}};
-    const FittedCorners fitted = fitIntoFrame(corners, kFrame);
+    const FittedCorners fitted = fitIntoFrame(corners, kFrameSize);
     EXPECT_EQ(fitted.borders.left + fitted.borders.right, 0);
     EXPECT_EQ(fitted.borders.top + fitted.borders.bottom, 0);
     EXPECT_EQ(fitted.corners, corners);
@@ -30,20 +30,21 @@ TEST(FitIntoFrame, LeavesCornersInsideTheFrameAlone) {
 
 TEST(FitIntoFrame, AddsNoBorderForACornerExactlyAtTheWidthOrHeight) {
     const FittedCorners fitted =
-        fitIntoFrame({{{640, 10}, {630, 480}, {10, 470}, {20, 5}}}, kFrame);
+        fitIntoFrame({{{640, 10}, {630, 480}, {10, 470}, {20, 5}}}, kFrameSize);
     EXPECT_EQ(fitted.borders.right, 0);
     EXPECT_EQ(fitted.borders.bottom, 0);
 }
 
 TEST(FitIntoFrame, TakesTheLastCornerBeyondTheRightAndLowerSide) {
     const FittedCorners fitted =
-        fitIntoFrame({{{700, 10}, {641, 500}, {10, 483}, {20, 5}}}, kFrame);
+        fitIntoFrame({{{700, 10}, {641, 500}, {10, 483}, {20, 5}}}, kFrameSize);
     EXPECT_EQ(fitted.borders.right, 1);
     EXPECT_EQ(fitted.borders.bottom, 3);
 }
 
 TEST(FitIntoFrame, MeasuresTheRightAndLowerSideAfterTheShift) {
-    const FittedCorners fitted = fitIntoFrame({{{-5, -7}, {638, 476}, {10, 20}, {20, 30}}}, kFrame);
+    const FittedCorners fitted =
+        fitIntoFrame({{{-5, -7}, {638, 476}, {10, 20}, {20, 30}}}, kFrameSize);
     EXPECT_EQ(fitted.borders.left, 5);
     EXPECT_EQ(fitted.borders.right, 3);
     EXPECT_EQ(fitted.borders.top, 7);
@@ -51,21 +52,21 @@ TEST(FitIntoFrame, MeasuresTheRightAndLowerSideAfterTheShift) {
 }
 
 TEST(EnlargedBox, IsFourPixelsWiderAndHigher) {
-    EXPECT_EQ(enlargedBox({10, 20, 300, 200}, kFrame), cv::Rect(10, 20, 304, 204));
+    EXPECT_EQ(enlargedBox({10, 20, 300, 200}, kFrameSize), cv::Rect(10, 20, 304, 204));
 }
 
 TEST(EnlargedBox, EndsAtThePicturesEdge) {
-    EXPECT_EQ(enlargedBox({338, 278, 300, 200}, kFrame), cv::Rect(338, 278, 302, 202));
-    EXPECT_EQ(enlargedBox({336, 276, 300, 200}, kFrame), cv::Rect(336, 276, 304, 204));
+    EXPECT_EQ(enlargedBox({338, 278, 300, 200}, kFrameSize), cv::Rect(338, 278, 302, 202));
+    EXPECT_EQ(enlargedBox({336, 276, 300, 200}, kFrameSize), cv::Rect(336, 276, 304, 204));
 }
 
 TEST(EnlargedBox, KeepsAStartOutsideThePicture) {
-    EXPECT_EQ(enlargedBox({-8, -1, 300, 200}, kFrame), cv::Rect(-8, -1, 304, 204));
+    EXPECT_EQ(enlargedBox({-8, -1, 300, 200}, kFrameSize), cv::Rect(-8, -1, 304, 204));
 }
 
 TEST(CentredPage, HasSidesInStepsOfFourAndFourMore) {
-    EXPECT_EQ(centredPage({301, 203}, kFrame), cv::Rect(169, 138, 304, 204));
-    EXPECT_EQ(centredPage({300, 200}, kFrame), cv::Rect(170, 140, 304, 204));
+    EXPECT_EQ(centredPage({301, 203}, kFrameSize), cv::Rect(169, 138, 304, 204));
+    EXPECT_EQ(centredPage({300, 200}, kFrameSize), cv::Rect(170, 140, 304, 204));
 }
 
 TEST(CentredPage, EndsAtThePicturesEdge) {

@@ -1,5 +1,7 @@
 // Which cleaning a still gets, and that its result is what is saved.
 #include "api/library_state.h"
+#include "still_request.h"
+#include "support/same_picture.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -10,9 +12,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr int kFormat = 0;
-constexpr int kWholeFrame = 0;
 
 // A light sheet, larger than any speck, on a dark desk. Red first.
 cv::Mat frameWithSheet() {
@@ -36,7 +35,7 @@ class PageCleaning : public testing::TestWithParam<int> {
         state().isDelBlackedge = blackEdge;
         state().isDelBcakColor = backColour;
         const cv::Mat before = frame.clone();
-        capture(path_.data(), kFormat, GetParam(), frame);
+        capture(path_.data(), test::kFormat, GetParam(), frame);
         EXPECT_EQ(cv::norm(frame, before, cv::NORM_INF), 0);
         return cv::imread(path_);
     }
@@ -46,38 +45,34 @@ class PageCleaning : public testing::TestWithParam<int> {
 };
 
 INSTANTIATE_TEST_SUITE_P(BothKindsOfStill, PageCleaning,
-                         testing::Values(kWholeFrame, kCropToSheet));
-
-bool sameBytes(const cv::Mat& a, const cv::Mat& b) {
-    return a.size() == b.size() && cv::norm(a, b, cv::NORM_INF) == 0;
-}
+                         testing::Values(test::kWholeFrame, kCropToSheet));
 
 TEST_P(PageCleaning, RunsOnlyForSettingsOfExactlyOne) {
     const cv::Mat plain = taken(0, 0);
     for (const int value : {2, -1, 100}) {
-        EXPECT_TRUE(sameBytes(taken(value, value), plain)) << value;
+        EXPECT_TRUE(test::isSamePicture(taken(value, value), plain)) << value;
     }
 }
 
 TEST_P(PageCleaning, WhitensTheDarkEdgeWhenSet) {
     cv::Mat expected = taken(0, 0);
     FN_DeleteBlackEdge(expected);
-    EXPECT_TRUE(sameBytes(taken(1, 0), expected));
-    EXPECT_FALSE(sameBytes(taken(0, 0), expected));
+    EXPECT_TRUE(test::isSamePicture(taken(1, 0), expected));
+    EXPECT_FALSE(test::isSamePicture(taken(0, 0), expected));
 }
 
 TEST_P(PageCleaning, WhitensTheBackgroundWhenSet) {
     cv::Mat expected = taken(0, 0);
     FN_DeleteBackcolor(expected);
-    EXPECT_TRUE(sameBytes(taken(0, 1), expected));
-    EXPECT_FALSE(sameBytes(taken(0, 0), expected));
+    EXPECT_TRUE(test::isSamePicture(taken(0, 1), expected));
+    EXPECT_FALSE(test::isSamePicture(taken(0, 0), expected));
 }
 
 TEST_P(PageCleaning, WhitensTheEdgeBeforeTheBackground) {
     cv::Mat expected = taken(0, 0);
     FN_DeleteBlackEdge(expected);
     FN_DeleteBackcolor(expected);
-    EXPECT_TRUE(sameBytes(taken(1, 1), expected));
+    EXPECT_TRUE(test::isSamePicture(taken(1, 1), expected));
 }
 
 TEST(WholeFrameCleaning, ComesBeforeTheEnlargement) {
@@ -89,10 +84,10 @@ TEST(WholeFrameCleaning, ComesBeforeTheEnlargement) {
     cv::cvtColor(frameWithSheet(), cleaned, cv::COLOR_RGB2BGR);
     FN_DeleteBlackEdge(cleaned);
     cv::resize(cleaned, cleaned, {3672, 2856}, 0, 0, cv::INTER_LINEAR);
-    capture(path.data(), kFormat, kWholeFrame, frameWithSheet());
+    capture(path.data(), test::kFormat, test::kWholeFrame, frameWithSheet());
     state().isDelBlackedge = 0;
     state().isInsert1000M = false;
-    EXPECT_TRUE(sameBytes(cv::imread(path), cleaned));
+    EXPECT_TRUE(test::isSamePicture(cv::imread(path), cleaned));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "drawn_sheet.h"
 #include "plain/outline.h"
 #include "plain/page.h"
+#include "still_request.h"
 #include "support/photographs.h"
 #include "support/scratch_folder.h"
 
@@ -18,8 +19,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr int kFormat = 0;
 
 std::string bytesOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -38,7 +37,7 @@ class PlainPage : public testing::Test {
         std::array<int, 8> moved = corners;
         const cv::Mat expected = plain::straightPage(frame, moved.data());
         std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
-        capture(page_.data(), kFormat, kCropToSheet, frame);
+        capture(page_.data(), test::kFormat, kCropToSheet, frame);
         const cv::Mat actual = cv::imread(page_);
         ASSERT_EQ(actual.size(), expected.size());
         EXPECT_EQ(cv::norm(actual, expected, cv::NORM_INF), 0);
@@ -54,7 +53,7 @@ class PlainPage : public testing::Test {
         std::copy(outline.corners.begin(), outline.corners.end(), state().CutPoint.begin());
         state().isDelBlackedge = 1;
         state().isDelBcakColor = 1;
-        capture(still_.data(), kFormat, kCropToSheet, frame);
+        capture(still_.data(), test::kFormat, kCropToSheet, frame);
         EXPECT_EQ(bytesOf(still_), bytesOf(plain_));
         EXPECT_FALSE(bytesOf(still_).empty());
     }

@@ -1,6 +1,7 @@
 // From a crooked sheet to a straight, upright page.
 #include "api/library_state.h"
 #include "drawn_sheet.h"
+#include "still_request.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>
@@ -15,7 +16,6 @@ namespace doccam {
 namespace {
 
 const cv::Size kFrame(1280, 960);
-constexpr int kFormat = 0;
 
 // What the steps add around a page, and what detection in steps of four pixels may add or take.
 constexpr int kAdded = 20;
@@ -67,7 +67,7 @@ class StraightPage : public testing::TestWithParam<Sheet> {
 
     cv::Mat taken(cv::Mat frame) {
         EXPECT_EQ(DrawingEdge(frame.data, frame.cols, frame.rows, 0), 0);
-        EXPECT_EQ(capture(path_.data(), kFormat, kCropToSheet, frame), 0);
+        EXPECT_EQ(capture(path_.data(), test::kFormat, kCropToSheet, frame), 0);
         return cv::imread(path_);
     }
 
@@ -100,7 +100,7 @@ TEST(StraightPageAt45Degrees, IsStraightEitherWay) {
         std::string path = folder.file("page.bmp");
         cv::Mat frame = test::sheetOnDesk(test::flatSheet({640, 440}), degrees, kFrame);
         ASSERT_EQ(DrawingEdge(frame.data, frame.cols, frame.rows, 0), 0);
-        capture(path.data(), kFormat, kCropToSheet, frame);
+        capture(path.data(), test::kFormat, kCropToSheet, frame);
         const cv::Mat page = cv::imread(path);
         const bool turned = page.cols < page.rows;
         const cv::Mat upright = turnedBack(page, turned ? degrees / 45 : 0);

@@ -10,9 +10,6 @@
 namespace doccam::test {
 namespace {
 
-constexpr int kHuge = std::numeric_limits<int>::max();
-constexpr int kLowest = std::numeric_limits<int>::min();
-
 class Form : public Preview {};
 
 TEST_F(Form, RelativelyNarrowerThanTheFrameIsFilledInWidth) {

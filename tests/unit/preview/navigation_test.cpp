@@ -4,13 +4,9 @@
 #include <doccam/doccam.hpp>
 
 #include <functional>
-#include <limits>
 
 namespace doccam::test {
 namespace {
-
-constexpr int kHuge = std::numeric_limits<int>::max();
-constexpr int kLowest = std::numeric_limits<int>::min();
 
 class Navigation : public Preview {
   protected:

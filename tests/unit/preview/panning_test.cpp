@@ -3,13 +3,8 @@
 
 #include <doccam/doccam.hpp>
 
-#include <limits>
-
 namespace doccam::test {
 namespace {
-
-constexpr int kHuge = std::numeric_limits<int>::max();
-constexpr int kLowest = std::numeric_limits<int>::min();
 
 class Panning : public Preview {
   protected:

@@ -7,8 +7,12 @@
 #include <gmock/gmock.h>
 
 #include <iosfwd>
+#include <limits>
 
 namespace doccam::test {
+
+constexpr int kHuge = std::numeric_limits<int>::max();
+constexpr int kLowest = std::numeric_limits<int>::min();
 
 // Every value that the preview's operations change.
 struct PreviewFields {

@@ -94,7 +94,7 @@ TEST_F(HeardFaults, AreSurvivedByTheStream) {
     EXPECT_FALSE(std::filesystem::exists(still_));
     SetCutType(0);
     virtualcam::setSleepScale(1);
-    EXPECT_EQ(captureImage(still_.c_str()), 0);
+    takeStill(still_);
     EXPECT_TRUE(std::filesystem::exists(still_));
     EXPECT_EQ(heard, 1);
 }
@@ -115,7 +115,7 @@ TEST_F(HeardFaults, EndTheProcessWhenNobodyHears) {
 TEST_F(HeardFaults, AnswerAStillThatCannotBeSaved) {
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
-    EXPECT_EQ(captureImage(folder_.file("missing/still.jpg").c_str()), 0);
+    takeStill(folder_.file("missing/still.jpg"));
     EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
     EXPECT_THAT(lastMessage(), HasSubstr("missing/still.jpg could not be written"));
 }
@@ -125,7 +125,7 @@ TEST_F(HeardFaults, AnswerAStillWhoseNameNamesNoType) {
     openSmall(kMjpegFormat);
     int count = 0;
     for (const std::string& path : {folder_.file("still.foo"), std::string("ab")}) {
-        EXPECT_EQ(captureImage(path.c_str()), 0);
+        takeStill(path);
         EXPECT_EQ(heard, ++count) << path;
         EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
         EXPECT_FALSE(std::filesystem::exists(path));
@@ -239,7 +239,7 @@ TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
 TEST_F(HeardFaults, OfAStillAsPdfAreBothTheDocumentsAndTheStills) {
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
-    EXPECT_EQ(captureImage(folder_.file("missing/still.pdf").c_str()), 0);
+    takeStill(folder_.file("missing/still.pdf"));
     EXPECT_EQ(heard, 2);
     EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
 }

@@ -1,5 +1,4 @@
 // From a crooked sheet before a camera to an upright, clean page with one call.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
 #include "scene/scene.h"
 #include "support/page_likeness.h"
@@ -14,7 +13,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <thread>
 
 namespace doccam::test {
 namespace {
@@ -38,10 +36,7 @@ class Page : public SessionTest {
     cv::Mat taken(const std::string& name) {
         waitForFrames(framesSeen() + 3);
         const std::string path = folder_.file(name);
-        captureImage(path.c_str());
-        while (state().isShootPhoto) {
-            std::this_thread::yield();
-        }
+        takeStill(path);
         return cv::imread(path);
     }
 

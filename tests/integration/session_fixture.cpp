@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <thread>
 
 namespace doccam::test {
 namespace {
@@ -100,6 +101,13 @@ SessionTest::~SessionTest() {
 void SessionTest::openSmall(int format) {
     SetVideoFormat(format);
     ASSERT_EQ(openCamera(kIndexOfEarlier, 640, 480), 0);
+}
+
+void SessionTest::takeStill(const std::string& path) {
+    EXPECT_EQ(captureImage(path.c_str()), 0);
+    while (state().isShootPhoto || state().tellingFaults) {
+        std::this_thread::yield();
+    }
 }
 
 void SessionTest::addCallFault(const std::string& request, int error, int at) {

@@ -40,6 +40,10 @@ class SessionTest : public CameraTest {
     // Opens camera 0 with the small size, and expects that to work.
     static void openSmall(int format);
 
+    // Takes a still and waits for its answer as long as this machine takes for it; captureImage()
+    // itself gives up before.
+    static void takeStill(const std::string& path);
+
     void addCallFault(const std::string& request, int error, int at = 1);
     void addFrameFault(virtualcam::FaultKind kind, int at, int value = 0);
 };

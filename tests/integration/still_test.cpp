@@ -43,7 +43,7 @@ TEST_F(Still, OfTheWholeFrameIsTheFrame) {
     openSmall(kYuyvFormat);
     PrintedText printed;
     const std::string path = folder_.file("page.png");
-    captureImage(path.c_str());
+    takeStill(path);
     EXPECT_EQ(printed.take(),
               "capture->path:" + path + "\ncapture->01\ncapture->02\ncapture->03\ncapture->04\n");
     EXPECT_EQ(cv::imread(path).size(), cv::Size(640, 480));
@@ -56,7 +56,7 @@ TEST_F(Still, CarriesTheFramesColours) {
     watchFrames();
     openSmall(kYuyvFormat);
     const std::string path = folder_.file("page.png");
-    captureImage(path.c_str());
+    takeStill(path);
     cv::Mat saved = cv::imread(path);
     cv::cvtColor(saved, saved, cv::COLOR_BGR2RGB);
     EXPECT_EQ(cv::norm(saved, lastSeen(), cv::NORM_INF), 0);
@@ -66,7 +66,7 @@ TEST_F(Still, ReplacesTheFileThatWasThere) {
     openSmall(kYuyvFormat);
     const std::string path = folder_.file("page.jpg");
     std::ofstream(path) << "old";
-    captureImage(path.c_str());
+    takeStill(path);
     EXPECT_EQ(cv::imread(path).size(), cv::Size(640, 480));
 }
 
@@ -106,7 +106,7 @@ TEST_F(Still, OfTheEnlargedSessionHasTheEnlargedSize) {
          {std::pair(0, cv::Size(3672, 2856)), std::pair(1, cv::Size(2856, 3672))}) {
         SetRotate(angle);
         const std::string path = folder_.file("page" + std::to_string(angle) + ".jpg");
-        captureImage(path.c_str());
+        takeStill(path);
         EXPECT_EQ(cv::imread(path).size(), size);
     }
 }
@@ -129,7 +129,7 @@ TEST_P(PhotoStill, IsThePhotograph) {
     waitForFrames(8); // by then the camera has made all pictures that it sends
     virtualcam::setSleepScale(1);
     const ScratchFolder folder;
-    captureImage(folder.file("page.jpg").c_str());
+    takeStill(folder.file("page.jpg"));
     const cv::Mat page = cv::imread(folder.file("page.jpg"));
     cv::Mat source = cv::imread(photo);
     cv::resize(source, source, page.size(), 0, 0, cv::INTER_AREA);

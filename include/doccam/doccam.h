@@ -161,10 +161,12 @@ DOCCAM_API int openCamera(int index, int width, int height);
 
 /*
  * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, up to 2 more
- * while a callback is running, and as long as a still or a code in work takes. When it returns, no
- * callback is running and none will start, unless a callback was itself blocked for seconds or is
- * the caller: that callback keeps its pixels until it returns. Any thread; of two calls at once one
- * ends the session, and the other waits for it or, in a callback, returns at once.
+ * while a callback is running, and as long as a still or a code in work takes, but for a file whose
+ * writing hangs: 9 seconds more at most. When it returns, no callback is running and none will
+ * start, unless a callback was itself blocked for seconds or is the caller: that callback keeps its
+ * pixels until it returns, and a file that hangs is completed when it can be. Any thread; of two
+ * calls at once one ends the session, and the other waits for it or, in a callback, returns at once.
+ * In a child of fork() it gives up the child's share of the session; the parent's stream goes on.
  */
 DOCCAM_API int closeCamera(void);
 
@@ -217,7 +219,9 @@ DOCCAM_API int AddImagePath(const char* path);
 /*
  * Writes the queued files that still exist as pages of one PDF at path, one image pixel to one
  * point, and empties the queue. With deleteSources the queued files are deleted afterwards.
- * 0: a file is at path; -1: the queue was empty; -2: no file is at path.
+ * 0: a file is at path; -1: the queue was empty; -2: no file is at path, or an error was printed, as
+ * for a picture that is damaged or a full disk: then nothing is deleted, and a file that was at path
+ * before stays as it was.
  */
 DOCCAM_API int CombineToPDF(const char* path, bool deleteSources);
 
@@ -259,7 +263,7 @@ DOCCAM_API const char* RecogBarQrCode(int mode);
 /*
  * Reads a code from an image file, in a single scan. Null when the file is no readable image or
  * shows no symbol at all; the empty text when it shows symbols, but none of the wanted kind. The
- * text lives until the calling thread's next call of this function, or its end. Any thread.
+ * text lives until fifteen further texts have been returned, to whichever threads. Any thread.
  */
 DOCCAM_API const char* RecogBarQrCodeFromFile(const char* path, int mode);
 

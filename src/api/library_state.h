@@ -6,13 +6,13 @@
 #pragma once
 
 #include "api/shared_text.h"
-#include "base/pdf_document.h"
 
 #include <doccam/doccam.h>
 
 #include <hpdf.h>
 #include <linux/videodev2.h>
 #include <opencv2/core/mat.hpp>
+#include <sys/types.h>
 
 #include <array>
 #include <atomic>
@@ -26,11 +26,13 @@ struct CvSeq;
 namespace doccam {
 
 struct MjpegDecoder;
+class PdfWriter;
 class StreamingThread;
 
 inline constexpr int kModelRows = 9;
 inline constexpr int kNoCodeRequest = -99;
 inline constexpr int kNoDescriptor = -1;
+inline constexpr pid_t kNoProcess = 0;
 inline constexpr int kBufferCount = 5;
 inline constexpr int kCropToSheet = 1; // of cutType
 
@@ -52,6 +54,7 @@ struct LibraryState {
     std::atomic<bool> isInsert1000M{false};
     std::atomic<MjpegDecoder*> pdecode{nullptr};
     std::shared_ptr<StreamingThread> streamingThread; // of the current session
+    pid_t sessionProcess = kNoProcess;                // opened it; a forked child is another
 
     // Discovery: host only.
     int deviceCount = 0;
@@ -117,11 +120,9 @@ struct LibraryState {
     int ManualCutX = 0, ManualCutY = 0, ManualCutW = 0, ManualCutH = 0; // unused
 
     // PDF output: one thread at a time.
-    PdfDocument pdfOwner;   // the open document, if any
-    bool pdfBroken = false; // an error has spoilt it
-    std::string pdfFault;   // which one; empty once told
-    HPDF_Doc pdf = nullptr; // stale after pdf_end
-    std::jmp_buf env{};     // never armed: the error handler returns instead of jumping
+    std::shared_ptr<PdfWriter> pdfWriter; // between pdf_start and pdf_end
+    HPDF_Doc pdf = nullptr;               // its handle, stale after pdf_end
+    std::jmp_buf env{}; // never armed: the error handler returns instead of jumping
     std::string outPdfPath;
     std::vector<std::string> pdf_filelist;
     std::vector<std::string> img_filelist;

@@ -1,4 +1,4 @@
-// An owned document of the PDF library.
+// An owned document of libharu.
 #pragma once
 
 #include <hpdf.h>
@@ -14,9 +14,10 @@ struct PdfRelease {
 
 using PdfDocument = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, PdfRelease>;
 
-// An empty document, or null when memory is short. onError hears of every failed call on it.
-inline PdfDocument makePdfDocument(HPDF_Error_Handler onError) {
-    return PdfDocument(HPDF_New(onError, nullptr));
+// An empty document, or null when memory is short. Every failed call on it is reported to onError,
+// with context as its last argument.
+inline PdfDocument makePdfDocument(HPDF_Error_Handler onError, void* context) {
+    return PdfDocument(HPDF_New(onError, context));
 }
 
 } // namespace doccam

@@ -1,6 +1,7 @@
 #include "capture/frame_loop.h"
 
 #include "api/library_state.h"
+#include "output/still.h"
 #include "preview/preview_stage.h"
 
 #include <doccam/doccam.hpp>
@@ -165,10 +166,14 @@ FrameLoop::Next FrameLoop::takeStill() {
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
-            SharedPath::Text path = library_.imgSavePath.load();
-            capture(path.data(), library_.fileFormat, library_.cutType, *image);
+            const Still still =
+                prepareStill(library_.imgSavePath.load().data(), library_.cutType, *image);
+            thread_.writing([&] { saveStill(still); });
         }
     });
+    if (thread_.abandoned()) {
+        return Next::kEnd;
+    }
     return answer([this] { library_.isShootPhoto.store(false, std::memory_order_release); });
 }
 

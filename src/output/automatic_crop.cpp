@@ -125,10 +125,10 @@ cv::Mat straightPage(const cv::Mat& frame) {
 
 } // namespace
 
-void saveSheet(char* path, const cv::Mat& frame) {
-    const cv::Mat page = straightPage(frame);
+cv::Mat pageOfSheet(const cv::Mat& frame) {
+    cv::Mat page = straightPage(frame);
     cleanAsSet(page);
-    SaveImage(path, page);
+    return page;
 }
 
 } // namespace doccam

@@ -5,10 +5,10 @@
 
 namespace doccam {
 
-// Saves the sheet whose corners were found last, cut out of the red-first frame and straightened,
-// at path, prepared as the settings say. Leaves the frame's pixels alone, but moves the corners
-// into the frame. Throws cv::Exception when the corners give no region of the frame. Streaming
+// The sheet whose corners were found last, cut out of the red-first frame and straightened, as a
+// page with blue first, prepared as the settings say. Shares no pixels with the frame, but moves
+// the corners into it. Throws cv::Exception when the corners give no region of the frame. Streaming
 // thread.
-void saveSheet(char* path, const cv::Mat& frame);
+cv::Mat pageOfSheet(const cv::Mat& frame);
 
 } // namespace doccam

@@ -1,7 +1,6 @@
 #include "output/pdf_page.h"
 
 #include "base/standard_file.h"
-#include "output/jpeg_reader.h"
 #include "output/png_reader.h"
 
 #include <array>
@@ -69,39 +68,56 @@ HPDF_Image load(HPDF_Doc document, const PngReader& png, const Bytes& file) {
                          : loadPixels(document, png);
 }
 
-HPDF_Image load(HPDF_Doc document, const JpegReader& /*jpeg*/, const Bytes& file) {
-    return HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
+// A page of the picture's size. Null when libharu refuses it, as it does below 3 and above 14400.
+HPDF_Page addPageOf(HPDF_Doc document, HPDF_REAL width, HPDF_REAL height) {
+    HPDF_Page page = HPDF_AddPage(document);
+    const bool taken = page != nullptr && HPDF_Page_SetWidth(page, width) == HPDF_OK &&
+                       HPDF_Page_SetHeight(page, height) == HPDF_OK;
+    return taken ? page : nullptr;
 }
 
-// The page's size is set before the pixels are read: the PDF library refuses huge ones, which then
-// take no memory.
-template <typename Reader>
-PdfError addPage(HPDF_Doc document, const std::string& path, HPDF_STATUS damaged) {
-    PdfError error;
-    const auto file = readFile(path, error);
-    if (!file) {
-        return error;
+// The page's size is set before the pixels are read, so that a huge one takes no memory.
+PdfError addPng(HPDF_Doc document, const Bytes& file) {
+    constexpr PdfError kDamaged{HPDF_INVALID_PNG_IMAGE, 0};
+    PngReader png(file);
+    if (!png.readHeader()) {
+        return kDamaged;
     }
-    Reader reader(*file);
-    if (!reader.readHeader()) {
-        return {damaged, 0};
-    }
-    const auto width = static_cast<HPDF_REAL>(reader.width());
-    const auto height = static_cast<HPDF_REAL>(reader.height());
-    HPDF_Page page = HPDF_AddPage(document);
-    if (page == nullptr || HPDF_Page_SetWidth(page, width) != HPDF_OK ||
-        HPDF_Page_SetHeight(page, height) != HPDF_OK) {
+    const auto width = static_cast<HPDF_REAL>(png.width());
+    const auto height = static_cast<HPDF_REAL>(png.height());
+    HPDF_Page page = addPageOf(document, width, height);
+    if (page == nullptr) {
         return {HPDF_PAGE_INVALID_SIZE, 0};
     }
-    if (!reader.readPixels()) {
-        return {damaged, 0};
-    }
-    HPDF_Image image = load(document, reader, *file);
-    if (image == nullptr ||
-        HPDF_Page_DrawImage(HPDF_GetCurrentPage(document), image, 0, 0, width, height) != HPDF_OK) {
-        return {damaged, 0};
+    HPDF_Image image = png.readPixels() ? load(document, png, file) : nullptr;
+    if (image == nullptr || HPDF_Page_DrawImage(page, image, 0, 0, width, height) != HPDF_OK) {
+        return kDamaged;
     }
     return {};
+}
+
+// libharu copies a JPEG as it is and reads its header only; viewers show what there is of a picture
+// that ends early.
+PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
+    constexpr PdfError kDamaged{HPDF_INVALID_JPEG_DATA, 0};
+    HPDF_Image image = HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
+    if (image == nullptr || HPDF_Image_GetWidth(image) == 0) {
+        return kDamaged;
+    }
+    const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
+    const auto height = static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image));
+    HPDF_Page page = addPageOf(document, width, height);
+    if (page == nullptr) {
+        return {HPDF_PAGE_INVALID_SIZE, 0};
+    }
+    return HPDF_Page_DrawImage(page, image, 0, 0, width, height) == HPDF_OK ? PdfError{} : kDamaged;
+}
+
+PdfError addFile(HPDF_Doc document, const std::string& path,
+                 PdfError (*add)(HPDF_Doc, const Bytes&)) {
+    PdfError error;
+    const auto file = readFile(path, error);
+    return file ? add(document, *file) : error;
 }
 
 } // namespace
@@ -109,10 +125,10 @@ PdfError addPage(HPDF_Doc document, const std::string& path, HPDF_STATUS damaged
 PdfError addPicturePage(HPDF_Doc document, const std::string& path) {
     const std::string_view name = path;
     if (name.ends_with("png")) {
-        return addPage<PngReader>(document, path, HPDF_INVALID_PNG_IMAGE);
+        return addFile(document, path, addPng);
     }
     if (name.ends_with("jpg")) {
-        return addPage<JpegReader>(document, path, HPDF_INVALID_JPEG_DATA);
+        return addFile(document, path, addJpeg);
     }
     return {};
 }

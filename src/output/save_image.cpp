@@ -4,15 +4,16 @@
 #include "output/files.h"
 #include "output/image_file.h"
 #include "output/page_picture.h"
+#include "output/pdf_writer.h"
 
 #include <doccam/doccam.hpp>
 
+#include <array>
 #include <optional>
 #include <string_view>
 
+namespace doccam {
 namespace {
-
-using doccam::state;
 
 constexpr std::size_t kExtensionLength = 3;
 
@@ -36,44 +37,44 @@ std::string temporaryJpeg(std::string_view path) {
     if (dot == std::string_view::npos || dot < start) {
         return {};
     }
-    return doccam::homeFolder() + '/' + std::string(path.substr(start, dot - start)) + ".jpg";
+    return homeFolder() + '/' + std::string(path.substr(start, dot - start)) + ".jpg";
+}
+
+// Writes picture as the one page of a PDF at target, by way of a JPEG in the home directory. False
+// when the document could not be made; throws as writeImage().
+bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
+    const std::string jpeg = temporaryJpeg(target);
+    const bool written = writeImage(jpeg, picture, jpegQuality());
+    PdfWriter writer(target);
+    if (!written && fileExists(jpeg.c_str())) {
+        // A picture left by an earlier page of that name must not pass for this one.
+        writer.fail(HPDF_FILE_IO_ERROR, 0);
+    }
+    return finishDocument(writer, std::array{jpeg});
 }
 
 } // namespace
+} // namespace doccam
 
 int SaveImage(char* path, cv::Mat img) {
+    using namespace doccam;
     const std::string target = textOf(path);
     const std::string extension = extensionOf(target);
-    const auto picture =
-        doccam::pictureInMode(img, state().colorMode.load(std::memory_order_relaxed));
+    const int mode = state().colorMode.load(std::memory_order_relaxed);
+    const auto picture = pictureInMode(img, mode);
     if (!picture) {
         return 0;
     }
-    if (extension == "pdf") {
-        TempImgToPdf(path, *picture);
-        if (state().pdfBroken) {
-            doccam::reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
-        }
-        return 0;
-    }
     const auto quality = extension == "jpg" ? std::optional(jpegQuality()) : std::nullopt;
-    if (!doccam::writeImage(target, *picture, quality)) {
-        doccam::reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
+    const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture)
+                                            : writeImage(target, *picture, quality);
+    if (!written) {
+        reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
     }
     return 0;
 }
 
 int TempImgToPdf(char* path, cv::Mat img) {
-    const std::string target = textOf(path);
-    const std::string picture = temporaryJpeg(target);
-    const bool written = doccam::writeImage(picture, img, jpegQuality());
-    pdf_start(target.c_str());
-    if (!written && doccam::fileExists(picture.c_str())) {
-        // A picture left by an earlier page of that name must not pass for this one.
-        error_handler(HPDF_FILE_IO_ERROR, 0, nullptr);
-    } else {
-        pdf_addPage(picture.c_str());
-    }
-    pdf_end();
+    doccam::writeOnePagePdf(doccam::textOf(path), img);
     return 0;
 }

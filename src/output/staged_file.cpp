@@ -96,10 +96,10 @@ StagedFile::StagedFile(const std::string& target)
   : target_(target)
   , path_(target) {
     const auto existing = statusOf(target);
-    existed_ = existing || errno == EACCES;
+    existed_ = existing || errno == EACCES || errno == ELOOP;
     if (!existing && existed_) {
-        // What may not be looked at, as another user's link in a shared folder, is not to be
-        // replaced either.
+        // What may not be looked at, as another user's link in a shared folder, or leads nowhere,
+        // as links in a circle, is not to be replaced either.
         return;
     }
     const std::string end = endOfLinks(target);

@@ -2,9 +2,8 @@
 #include "api/boundary.h"
 #include "api/library_state.h"
 #include "api/poll.h"
-#include "output/automatic_crop.h"
 #include "output/files.h"
-#include "output/whole_frame.h"
+#include "output/still.h"
 
 #include <doccam/doccam.hpp>
 
@@ -55,11 +54,6 @@ int captureImage(const char* path) {
 }
 
 int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
-    std::printf("capture->path:%s\n", path);
-    if (cropMode == doccam::kCropToSheet) {
-        doccam::saveSheet(path, img);
-    } else {
-        doccam::saveWholeFrame(path, img);
-    }
+    doccam::saveStill(doccam::prepareStill(path != nullptr ? path : "", cropMode, img));
     return 0;
 }

@@ -28,19 +28,17 @@ cv::Mat enlarged(const cv::Mat& page, cv::Size size) {
 
 } // namespace
 
-void saveWholeFrame(char* path, const cv::Mat& frame) {
+cv::Mat pageOfWholeFrame(const cv::Mat& frame) {
     std::puts("capture->01");
     const cv::Mat page = blueFirst(frame);
     std::puts("capture->02");
     cleanAsSet(page);
     if (state().isInsert1000M.load(std::memory_order_relaxed)) {
         const int turns = state().RotateAngle.load(std::memory_order_relaxed);
-        SaveImage(path, enlarged(page, enlargedSize(turns)));
-    } else {
-        std::puts("capture->03");
-        SaveImage(path, page);
+        return enlarged(page, enlargedSize(turns));
     }
-    std::puts("capture->04");
+    std::puts("capture->03");
+    return page;
 }
 
 } // namespace doccam

@@ -5,8 +5,8 @@
 
 namespace doccam {
 
-// Saves the red-first frame at path, prepared as the settings say, and prints its progress. Leaves
-// the frame's pixels alone. Streaming thread.
-void saveWholeFrame(char* path, const cv::Mat& frame);
+// The red-first frame as a page with blue first, prepared as the settings say; prints its progress.
+// Shares no pixels with the frame. Streaming thread.
+cv::Mat pageOfWholeFrame(const cv::Mat& frame);
 
 } // namespace doccam

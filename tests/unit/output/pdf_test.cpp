@@ -129,13 +129,32 @@ TEST_F(Pdf, ReturnsMinusTwoAndEmptiesTheQueueWhenNothingIsWritten) {
     EXPECT_TRUE(state().pdf_filelist.empty());
 }
 
-TEST_F(Pdf, CountsAnOlderFileAsSuccess) {
+TEST_F(Pdf, LosesNoSourceToAnOlderFileAfterARefusedPage) {
+    const std::string a = jpeg("a.jpg", 40, 30);
+    const std::string bad = scratch_.file("bad.jpg");
+    writeText(bad, "no picture");
     writeText(out_, "old");
-    writeText(scratch_.file("bad.jpg"), "no picture");
-    queue({scratch_.file("bad.jpg")});
-    const PrintedText printed;
-    EXPECT_EQ(CombineToPDF(out_.c_str(), false), 0);
+    queue({a, bad});
+    PrintedText printed;
+    EXPECT_EQ(CombineToPDF(out_.c_str(), true), -2);
+    EXPECT_EQ(printed.take(), "ERROR: error_no=1031, detail_no=0\n");
     EXPECT_EQ(readText(out_), "old");
+    EXPECT_TRUE(fs::exists(a));
+    EXPECT_TRUE(fs::exists(bad));
+    EXPECT_TRUE(state().pdf_filelist.empty());
+}
+
+TEST_F(Pdf, LosesNoSourceToAnOlderFileOnAFullDisk) {
+    const std::string a = png("a.png", 100, 100);
+    writeText(out_, "old");
+    queue({a});
+    const PrintedText printed;
+    {
+        const FullDisk full(100);
+        EXPECT_EQ(CombineToPDF(out_.c_str(), true), -2);
+    }
+    EXPECT_EQ(readText(out_), "old");
+    EXPECT_TRUE(fs::exists(a));
 }
 
 TEST_F(Pdf, SkipsFilesOfOtherTypes) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,20 @@ class StagedFileTest : public testing::Test {
 };
 
 using Names = std::vector<std::string>;
+
+TEST_F(StagedFileTest, RefusesLinksInACircle) {
+    const std::string other = scratch_.file("b.jpg");
+    fs::create_symlink(other, target_);
+    fs::create_symlink(target_, other);
+    {
+        const StagedFile file(target_);
+        EXPECT_EQ(file.path(), target_);
+        EXPECT_FALSE(std::ofstream(file.path()).is_open());
+    }
+    EXPECT_TRUE(fs::is_symlink(target_));
+    EXPECT_TRUE(fs::is_symlink(other));
+    EXPECT_EQ(files(), (Names{"a.jpg", "b.jpg"}));
+}
 
 TEST_F(StagedFileTest, AppearsOnlyWithTheCommit) {
     StagedFile file(target_);

@@ -1,0 +1,24 @@
+// A still: the page that a frame gives, and its saving.
+#pragma once
+
+#include <opencv2/core/mat.hpp>
+
+#include <string>
+
+namespace doccam {
+
+struct Still {
+    std::string path;
+    cv::Mat page; // blue first
+    bool ofWholeFrame = false;
+};
+
+// The red-first frame as the page to be saved at path: the sheet when cropMode says so, else the
+// whole frame. Throws cv::Exception when a sheet's corners give no region of the frame. Streaming
+// thread.
+Still prepareStill(std::string path, int cropMode, const cv::Mat& frame);
+
+// Saves it as SaveImage() does. Uses nothing of the session.
+void saveStill(const Still& still);
+
+} // namespace doccam

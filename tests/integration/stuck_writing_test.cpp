@@ -1,0 +1,84 @@
+// Stills whose file takes no end, as on a pipe that nobody reads.
+#include "api/library_state.h"
+#include "integration/session_fixture.h"
+#include "support/scratch_folder.h"
+
+#include <doccam/doccam.hpp>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace doccam::test {
+namespace {
+
+class StuckWriting : public SessionTest {
+  protected:
+    StuckWriting() {
+        EXPECT_EQ(mkfifo(pipe_.c_str(), 0600), 0);
+        reader_ = open(pipe_.c_str(), O_RDONLY | O_NONBLOCK);
+    }
+
+    ~StuckWriting() override { close(reader_); }
+
+    // captureImage() would remove the pipe first.
+    void requestStill() const {
+        state().imgSavePath.store(pipe_);
+        state().isShootPhoto = true;
+    }
+
+    // The pipe holds less than the file has.
+    void waitUntilPipeIsFull() const {
+        const int capacity = fcntl(reader_, F_GETPIPE_SZ);
+        for (int held = 0; held < capacity; ioctl(reader_, FIONREAD, &held)) {
+            std::this_thread::yield();
+        }
+    }
+
+    std::vector<unsigned char> readPipe() const {
+        fcntl(reader_, F_SETFL, 0);
+        std::vector<unsigned char> bytes;
+        std::array<unsigned char, 65536> chunk{};
+        for (ssize_t count = 0; (count = read(reader_, chunk.data(), chunk.size())) > 0;) {
+            bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + count);
+        }
+        return bytes;
+    }
+
+    const ScratchFolder folder_;
+    const std::string pipe_ = folder_.file("page.png");
+    int reader_ = -1;
+};
+
+TEST_F(StuckWriting, DoesNotHoldTheCloseForEverAndEndsWhenItCan) {
+    watchFrames();
+    openSmall(kYuyvFormat);
+    waitForFrames(1);
+    requestStill();
+    waitUntilPipeIsFull();
+    EXPECT_EQ(closeCamera(), 0);
+    EXPECT_EQ(virtualcam::openHandles(), 0);
+    EXPECT_EQ(virtualcam::liveMappings(), 0);
+
+    // The next session serves its own requests, not the one that is still being written.
+    const int before = framesSeen();
+    openSmall(kMjpegFormat);
+    EXPECT_TRUE(waitForFrames(before + 3));
+    const std::string other = folder_.file("other.png");
+    takeStill(other);
+    EXPECT_EQ(cv::imread(other).size(), cv::Size(640, 480));
+
+    EXPECT_EQ(cv::imdecode(readPipe(), cv::IMREAD_COLOR).size(), cv::Size(640, 480));
+    EXPECT_TRUE(waitForFrames(framesSeen() + 3));
+}
+
+} // namespace
+} // namespace doccam::test

@@ -10,7 +10,11 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <array>
 #include <cstdio>
+#include <mutex>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -49,8 +53,21 @@ cv::Mat greyOfFile(const cv::Mat& picture) {
     return grey;
 }
 
+// The texts read from files last, whichever threads read them. Never destroyed: a host may read a
+// text while the process ends.
+const char* keptText(std::string text) {
+    constexpr std::size_t kKept = 16;
+    static std::mutex mutex;
+    static auto& texts = *new std::array<std::string, kKept>;
+    static std::size_t next = 0;
+    const std::lock_guard lock(mutex);
+    std::string& slot = texts[next];
+    next = (next + 1) % kKept;
+    slot = std::move(text);
+    return slot.c_str();
+}
+
 const char* readCodeFromFile(const char* path, int mode) {
-    thread_local std::string result;
     std::puts("RecogBarQrCodeFromFile start\r");
     const cv::Mat picture = readPicture(path);
     if (picture.empty()) {
@@ -62,11 +79,10 @@ const char* readCodeFromFile(const char* path, int mode) {
         std::puts("No BarQrCode!!\r");
         return nullptr;
     }
-    result = std::move(scan.text);
-    std::printf("resultStr:%s\r\n", result.c_str());
+    const char* result = keptText(std::move(scan.text));
+    std::printf("resultStr:%s\r\n", result);
     std::puts("RecogBarQrCodeFromFile end\r");
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.InnerPointer): it lives until the thread's next text
-    return result.c_str();
+    return result;
 }
 
 } // namespace

@@ -18,10 +18,16 @@ namespace {
 constexpr int kStopWait = 550;
 constexpr int kNodeWait = 100;
 
-// How long a callback may hold up the close. Long enough for any callback that is merely slow.
-constexpr std::chrono::seconds kPatience{2};
+// How long a callback, or the writing of a still, may hold up the close. Long enough for any that
+// is merely slow.
+constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
+                                              .inWriting = std::chrono::seconds(9)};
 
+// In a forked child the descriptor is the parent's too, and the stream is the parent's alone.
 void switchStreamOff() {
+    if (state().sessionProcess != kNoProcess && state().sessionProcess != getpid()) {
+        return;
+    }
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     ioctl(state().cam_fd, VIDIOC_STREAMOFF, &type);
 }
@@ -129,6 +135,10 @@ ThreadEnd retireStreamingThread() {
         thread->keepAlive(image);
     }
     thread->keepAlive(library.previewPixels);
+    if (thread->abandonedInWriting()) {
+        // It is still being served, and not for the next session to serve again.
+        library.isShootPhoto.store(false, std::memory_order_release);
+    }
     return ThreadEnd::kGivenUp;
 }
 

@@ -52,10 +52,13 @@ int mapBuffer(int index) {
     return 0;
 }
 
+// The pointer stays, as that of a buffer which was mapped once.
 void forget(int index) {
-    LibraryState& library = state();
-    library.video_buffer_ptr[index] = nullptr;
-    library.mappedLength[static_cast<std::size_t>(index)] = 0;
+    state().mappedLength[static_cast<std::size_t>(index)] = 0;
+}
+
+bool wasEverMapped(int index) {
+    return state().video_buffer_ptr[index] != nullptr;
 }
 
 // Unmaps what is mapped of the buffer from an offset on.
@@ -79,7 +82,7 @@ void unmapBuffer(int index) {
     ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
     const std::size_t length =
         std::min<std::size_t>(record.length, library.mappedLength[static_cast<std::size_t>(index)]);
-    if (munmap(library.video_buffer_ptr[index], length) == -1) {
+    if (wasEverMapped(index) && munmap(library.video_buffer_ptr[index], length) == -1) {
         std::puts("munmap fail!!!");
         // An unplugged camera no longer tells the length; the mapping is still there.
         unmapFrom(index, 0);

@@ -65,7 +65,7 @@ GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) 
         return {kDequeue, dequeued.error};
     }
     if (record.index >= static_cast<unsigned>(library.buffer_count) ||
-        library.video_buffer_ptr[record.index] == nullptr) {
+        library.mappedLength[record.index] == 0) {
         return {kBufferIndex, static_cast<int>(record.index)};
     }
     // A driver may name a length beyond what was mapped or can be a frame.

@@ -1,6 +1,7 @@
 // Opening a session: the list of steps, their lines and result codes.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "base/device_node.h"
 #include "base/frame_size.h"
 #include "base/slack_image.h"
 #include "capture/driver_buffers.h"
@@ -11,7 +12,6 @@
 
 #include <doccam/doccam.hpp>
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -82,11 +82,12 @@ void endEarlierSession() {
 
 int openNode(int index) {
     LibraryState& library = state();
-    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
     if (library.cam_fd == kNoDescriptor) {
         std::puts("打开相机节点失败");
         return -3;
     }
+    library.sessionProcess = getpid();
     return 0;
 }
 

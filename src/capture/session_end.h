@@ -29,8 +29,8 @@ class EndingClaim {
 enum class ThreadEnd { kEnded, kGivenUp };
 
 // Ends the streaming thread, if there is one; needs the claim. A thread that is stuck in a callback
-// is given up; the images and the preview buffer that the callback may still read then stay in
-// memory until it returns, whatever becomes of the library's own references.
+// or in the writing of a file is given up; the images and the preview buffer that it may still read
+// then stay in memory until it returns, whatever becomes of the library's own references.
 ThreadEnd retireStreamingThread();
 
 } // namespace doccam

@@ -70,18 +70,20 @@ bool StreamingThread::isCurrentThread() {
     return current != nullptr;
 }
 
-void StreamingThread::retire(std::chrono::milliseconds patience) {
+void StreamingThread::retire(Patience patience) {
     if (!ofThisProcess()) {
         return;
     }
     stop_.store(true, std::memory_order_release);
     if (current == this) {
-        giveUp();
+        giveUp(Phase::kInCall);
         return;
     }
-    const auto end = std::chrono::steady_clock::now() + patience;
+    const auto start = std::chrono::steady_clock::now();
     while (!ended_.load(std::memory_order_acquire)) {
-        if (std::chrono::steady_clock::now() >= end && giveUp()) {
+        const auto waited = std::chrono::steady_clock::now() - start;
+        if ((waited >= patience.inCall && giveUp(Phase::kInCall)) ||
+            (waited >= patience.inWriting && giveUp(Phase::kWriting))) {
             return;
         }
         std::this_thread::sleep_for(kSlice);
@@ -89,11 +91,12 @@ void StreamingThread::retire(std::chrono::milliseconds patience) {
     pthread_join(thread_, nullptr);
 }
 
-bool StreamingThread::giveUp() {
-    Phase expected = Phase::kOutside;
+bool StreamingThread::giveUp(Phase in) {
+    Phase expected = in;
     if (!phase_.compare_exchange_strong(expected, Phase::kAbandoned, std::memory_order_acq_rel)) {
         return false;
     }
+    abandonedInWriting_ = in == Phase::kWriting;
     side_.waitUntilIdle();
     pthread_detach(current == this ? pthread_self() : thread_);
     return true;

@@ -20,8 +20,8 @@ namespace doccam {
 // The host's side calls start() and retire(); everything else belongs to the thread itself.
 //
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
-// the driver or in a callback of the host. Only outside can it be given up: it then finds out on
-// its way back in, and leaves without touching the state again.
+// the driver, runs a callback of the host or writes a file. Only outside can it be given up: it
+// then finds out on its way back in, and leaves without touching the state again.
 class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
     using Entry = void* (*)(void*);
@@ -43,12 +43,21 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     // thread outside is not given up either.
     SideThread& side() { return side_; }
 
+    // How long a thread that stays outside holds up its end.
+    struct Patience {
+        std::chrono::milliseconds inCall;    // of the driver or a callback
+        std::chrono::milliseconds inWriting; // a file, which takes a slow disk its time
+    };
+
     // Asks the thread to end and waits for it; past patience it is given up as soon as it is
     // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
-    void retire(std::chrono::milliseconds patience);
+    void retire(Patience patience);
 
     // True when retire() had to give the thread up: what it still uses must stay.
     bool abandoned() const { return phase_.load(std::memory_order_acquire) == Phase::kAbandoned; }
+
+    // True when it was writing a file when it was given up.
+    bool abandonedInWriting() const { return abandonedInWriting_; }
 
     // Keeps what a call outside may still read until the thread and the host have let go of it.
     void keepAlive(cv::Mat pixels) { keptImages_.push_back(std::move(pixels)); }
@@ -63,31 +72,44 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     // Runs call outside. False when the thread has been given up meanwhile.
     template <typename Call>
     bool outside(Call&& call) {
-        phase_.store(Phase::kOutside, std::memory_order_release);
-        try {
-            std::forward<Call>(call)();
-        } catch (...) {
-            comeBack();
-            throw;
-        }
-        return comeBack();
+        return runAs(Phase::kInCall, std::forward<Call>(call));
+    }
+
+    // Runs write outside. It may hang for good, as on a pipe that nobody reads or a dead network
+    // disk, and must use nothing that the end of a session releases. False when the thread has been
+    // given up meanwhile.
+    template <typename Write>
+    bool writing(Write&& write) {
+        return runAs(Phase::kWriting, std::forward<Write>(write));
     }
 
   private:
-    enum class Phase { kInside, kOutside, kAbandoned };
+    enum class Phase { kInside, kInCall, kWriting, kAbandoned };
 
-    bool comeBack() {
-        Phase expected = Phase::kOutside;
-        return phase_.compare_exchange_strong(expected, Phase::kInside, std::memory_order_acq_rel);
+    template <typename Call>
+    bool runAs(Phase phase, Call&& call) {
+        phase_.store(phase, std::memory_order_release);
+        try {
+            std::forward<Call>(call)();
+        } catch (...) {
+            comeBack(phase);
+            throw;
+        }
+        return comeBack(phase);
     }
 
-    bool giveUp();
+    bool comeBack(Phase from) {
+        return phase_.compare_exchange_strong(from, Phase::kInside, std::memory_order_acq_rel);
+    }
+
+    bool giveUp(Phase in);
 
     pthread_t thread_{};
     pid_t process_ = 0; // 0: never started
     std::atomic<bool> stop_{false};
     std::atomic<bool> ended_{false};
     std::atomic<Phase> phase_{Phase::kInside};
+    bool abandonedInWriting_ = false; // for the side that retires the thread
     SideThread side_;
     std::vector<cv::Mat> keptImages_;
     std::shared_ptr<unsigned char[]> keptBuffer_;

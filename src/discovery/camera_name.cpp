@@ -1,11 +1,11 @@
 // A camera's display name, from the driver's card name.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "base/device_node.h"
 #include "discovery/device_enumeration.h"
 
 #include <doccam/doccam.hpp>
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -38,7 +38,7 @@ const char* cameraName(int index) {
     if (library.cam_fd != kNoDescriptor) {
         close(library.cam_fd);
     }
-    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
     if (library.cam_fd == kNoDescriptor) {
         return nullptr;
     }

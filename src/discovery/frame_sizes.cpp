@@ -1,12 +1,12 @@
 // The frame sizes that a camera offers in each pixel format.
 #include "api/boundary.h"
 #include "api/library_state.h"
+#include "base/device_node.h"
 #include "base/frame_size.h"
 #include "discovery/device_enumeration.h"
 
 #include <doccam/doccam.h>
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -123,7 +123,7 @@ int enumerateSizes(int index) {
         return 0;
     }
     leaveOpenNode();
-    library.cam_fd = open(library.devices[static_cast<std::size_t>(index)].c_str(), O_RDWR);
+    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
     if (library.cam_fd == kNoDescriptor) {
         std::puts("open camera error!!");
         return 0;

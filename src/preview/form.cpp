@@ -45,14 +45,14 @@ void SetWebFormSize(int width, int height) {
 void FuncSuitableSize(int formWidth, int formHeight) {
     using namespace doccam;
     LibraryState& library = state();
-    storeView(library,
-              bestFit(loadView(library), shownFrameSize(library), {formWidth, formHeight}));
+    storeBestFit(library,
+                 bestFit(loadView(library), shownFrameSize(library), {formWidth, formHeight}));
 }
 
 void FuncCalculateShowWH() {
     using namespace doccam;
     LibraryState& library = state();
-    storeView(library, rescaled(loadView(library), shownFrameSize(library)));
+    storeFrameSides(library, rescaled(loadView(library), shownFrameSize(library)));
 }
 
 void FuncDisplayCenter(int /*width*/, int /*height*/) {}

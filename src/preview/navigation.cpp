@@ -11,24 +11,27 @@ constexpr int kNotStreaming = -1;
 // Frames that may still be on their way in the old orientation.
 constexpr int kFramesPerTurn = 2;
 
+using Store = void (*)(LibraryState&, const View&);
+
 template <typename Change>
-int changeView(Change&& change) {
+int changeView(Store store, Change&& change) {
     LibraryState& library = state();
     if (!library.bKeep) {
         return kNotStreaming;
     }
-    storeView(library, change(loadView(library)));
+    store(library, change(loadView(library)));
     return 0;
 }
 
 template <typename Scale>
 int zoomTo(Scale&& scaleOf) {
-    return changeView(
-        [&](const View& view) { return zoomedTo(scaleOf(view), view, shownFrameSize(state())); });
+    return changeView(storeScale, [&](const View& view) {
+        return zoomedTo(scaleOf(view), view, shownFrameSize(state()));
+    });
 }
 
 int turn(int (*turned)(int)) {
-    return changeView([&](const View& view) {
+    return changeView(storeBestFit, [&](const View& view) {
         LibraryState& library = state();
         library.RotateFlag = kFramesPerTurn;
         library.RotateAngle = turned(library.RotateAngle);
@@ -41,7 +44,7 @@ int turn(int (*turned)(int)) {
 
 int Web_SetMoveOffet(int dx, int dy) {
     using namespace doccam;
-    return changeView([&](const View& view) { return panned(view, dx, dy); });
+    return changeView(storePlace, [&](const View& view) { return panned(view, dx, dy); });
 }
 
 int Web_ZoomIn() {

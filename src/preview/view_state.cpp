@@ -20,21 +20,31 @@ View loadView(const LibraryState& library) {
     return view;
 }
 
-void storeView(LibraryState& library, const View& view) {
-    library.FormWidth.store(view.x.form, kRelaxed);
-    library.FormHeight.store(view.y.form, kRelaxed);
+void storeFrameSides(LibraryState& library, const View& view) {
+    library.ZoomWidth.store(view.x.zoom, kRelaxed);
+    library.ZoomHeight.store(view.y.zoom, kRelaxed);
+}
+
+void storePlace(LibraryState& library, const View& view) {
     library.FormStartX.store(view.x.formStart, kRelaxed);
     library.FormStartY.store(view.y.formStart, kRelaxed);
     library.ShowWidth.store(view.x.show, kRelaxed);
     library.ShowHeight.store(view.y.show, kRelaxed);
-    library.ZoomWidth.store(view.x.zoom, kRelaxed);
-    library.ZoomHeight.store(view.y.zoom, kRelaxed);
     library.ZoomStartX.store(view.x.zoomStart, kRelaxed);
     library.ZoomStartY.store(view.y.zoomStart, kRelaxed);
     library.VideoOffsetX.store(view.x.offset, kRelaxed);
     library.VideoOffsetY.store(view.y.offset, kRelaxed);
+}
+
+void storeScale(LibraryState& library, const View& view) {
     library.pZoomScale.store(view.zoomScale, kRelaxed);
+    storeFrameSides(library, view);
+    storePlace(library, view);
+}
+
+void storeBestFit(LibraryState& library, const View& view) {
     library.pBestScale.store(view.bestScale, kRelaxed);
+    storeScale(library, view);
 }
 
 FrameSize shownFrameSize(const LibraryState& library) {

@@ -34,7 +34,9 @@ class Session {
         library_.previewBytes = 0;
         library_.RotateAngle = 0;
         library_.RotateFlag = 0;
-        storeView(library_, {});
+        library_.FormWidth = 0;
+        library_.FormHeight = 0;
+        storeBestFit(library_, {});
     }
 
     Session(const Session&) = delete;

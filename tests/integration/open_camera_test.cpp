@@ -277,5 +277,10 @@ TEST_F(OpenCamera, KeepsTheSizeOfImagesThatAFailedOpenLeft) {
     EXPECT_EQ(lastSeen().size(), cv::Size(1280, 960));
 }
 
+TEST_F(OpenCamera, KeepsItsNodeFromProgramsThatTheHostStarts) {
+    openSmall(kMjpegFormat);
+    EXPECT_EQ(fcntl(state().cam_fd, F_GETFD), FD_CLOEXEC);
+}
+
 } // namespace
 } // namespace doccam::test

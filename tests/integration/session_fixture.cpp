@@ -4,6 +4,7 @@
 
 #include <doccam/doccam.hpp>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -46,6 +47,7 @@ void resetLibrary() {
           &library.isDelBcakColor, &library.RotateAngle, &library.RotateFlag}) {
         *setting = 0;
     }
+    std::fill_n(library.video_buffer_ptr.get(), kBufferCount, nullptr);
     library.jpgQuality = 85;
     library.CameraFormat = 1;
     library.isShootPhoto = false;

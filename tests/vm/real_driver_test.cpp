@@ -9,8 +9,11 @@
 #include <linux/videodev2.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -227,6 +230,25 @@ TEST_F(RealDriver, ControlsReachTheCamera) {
     EXPECT_EQ(ManualFocusEx(), 0);
     EXPECT_EQ(usb.control(V4L2_CID_FOCUS_AUTO), 1);
     expectFramesAsSent(3);
+}
+
+TEST_F(RealDriver, AForkedChildThatClosesLeavesTheStreamToItsParent) {
+    stream(0, kMjpegFormat, {640, 480});
+    expectFramesAsSent(3);
+    const pid_t child = fork();
+    if (child == 0) {
+        closeCamera();
+        _exit(openVideoNodes());
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    expectFramesAsSent(6);
+}
+
+TEST_F(RealDriver, AProgramThatTheHostStartsDoesNotHoldTheCamera) {
+    stream(0, kMjpegFormat, {640, 480});
+    EXPECT_NE(std::system("ls -l /proc/self/fd | grep /dev/video"), 0);
 }
 
 TEST_F(RealDriver, ACameraUnpluggedInMidStreamIsGone) {

@@ -131,14 +131,31 @@ TEST_F(CodeFile, IsWeighedWithRedAndBlueExchanged) {
     EXPECT_EQ(read(write("blue_ink.png", page), 1), std::nullopt);
 }
 
-TEST_F(CodeFile, TextStaysUntilTheSameThreadsNextCall) {
-    const std::string first = write("first.png", drawCode(qrCode("first, of the main thread"), 4));
-    const std::string second = write("second.png", drawCode(qrCode("second"), 4));
+TEST_F(CodeFile, TextStaysWhenItsThreadHasEnded) {
+    const std::string path =
+        write("a.png", drawCode(qrCode("longer than a short string holds"), 4));
+    const PrintedText silent;
+    const char* text = nullptr;
+    std::thread([&] { text = RecogBarQrCodeFromFile(path.c_str(), 1); }).join();
+    EXPECT_STREQ(text, "longer than a short string holds");
+}
+
+TEST_F(CodeFile, TextStaysThroughFifteenFurtherTextsOfAnyThread) {
+    const std::string first = write("first.png", drawCode(qrCode("the first of sixteen texts"), 4));
+    const std::string second = write("second.png", drawCode(qrCode("another one"), 4));
     const PrintedText silent;
     const char* text = RecogBarQrCodeFromFile(first.c_str(), 1);
-    std::thread([&] { EXPECT_STREQ(RecogBarQrCodeFromFile(second.c_str(), 1), "second"); }).join();
-    EXPECT_STREQ(text, "first, of the main thread");
-    EXPECT_STREQ(RecogBarQrCodeFromFile(second.c_str(), 1), "second");
+    for (int further = 0; further < 15; ++further) {
+        const auto read = [&] {
+            EXPECT_STREQ(RecogBarQrCodeFromFile(second.c_str(), 1), "another one");
+        };
+        if (further % 2 == 0) {
+            std::thread(read).join();
+        } else {
+            read();
+        }
+    }
+    EXPECT_STREQ(text, "the first of sixteen texts");
 }
 
 TEST_F(CodeFile, WithAZeroByteSeemsToEndThere) {

@@ -6,6 +6,7 @@
 #include <doccam/doccam.hpp>
 
 #include <atomic>
+#include <thread>
 
 namespace doccam::test {
 namespace {
@@ -55,6 +56,31 @@ TEST_F(ChangingView, NeverEndsTheHostNorOverrunsItsBuffer) {
     }
     EXPECT_GT(pictures, 0U);
     EXPECT_GT(sum, 0U);
+}
+
+TEST_F(ChangingView, DoesNotUndoTheFormThatAnotherThreadDeclares) {
+    stream(kFrame);
+    SetWebFormSize(BusyHost::kFormWidth, BusyHost::kFormHeight);
+    std::atomic<bool> stop{false};
+    std::thread navigating([&stop] {
+        while (!stop) {
+            Web_ZoomIn();
+            Web_SetMoveOffet(3, -2);
+            Web_RotateR();
+            Web_ZoomOut();
+            Web_BestSize();
+        }
+    });
+    int undone = 0;
+    for (int round = 0; round < 100000; ++round) {
+        const int width = 100 + round % 2;
+        const int height = 90 + round % 3;
+        SetWebFormSize(width, height);
+        undone += state().FormWidth != width || state().FormHeight != height ? 1 : 0;
+    }
+    stop = true;
+    navigating.join();
+    EXPECT_EQ(undone, 0);
 }
 
 } // namespace

@@ -144,6 +144,16 @@ TEST_F(Capture, SaysThatTheCameraIsSilent) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
+// Slower than any camera, as on a machine that hardly gets to it. The library itself waits for a
+// still for four seconds.
+TEST_F(Capture, WaitsForAStillAsLongAsFramesCome) {
+    const Outcome outcome =
+        runWith(R"({"intervalMs": 11000, "formats": [{"fourcc": "YUYV", "sizes": [[640, 480]]}]})",
+                "capture a.png");
+    EXPECT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(picture("a.png").size(), cv::Size(640, 480));
+}
+
 TEST_F(Capture, SurvivesFramesThatCannotBeDecoded) {
     EXPECT_EQ(
         runWith(camera(R"("faults": [{"fault": "corrupt", "at": 2}])"), "capture a.jpg").status,

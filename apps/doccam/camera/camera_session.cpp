@@ -2,6 +2,7 @@
 
 #include "camera/opening_codes.h"
 #include "camera/page_settings.h"
+#include "camera/silence.h"
 #include "host/failure.h"
 
 #include <doccam/doccam.hpp>
@@ -17,7 +18,6 @@
 namespace doccam::host {
 namespace {
 
-constexpr int kLongestSilenceMs = 10000;
 constexpr std::string_view kNotWritten = "could not be written";
 
 // The step that a request finds under way, and the one that answers it, each deliver a frame.
@@ -96,15 +96,19 @@ void CameraSession::waitForEvent(std::initializer_list<int> others) {
     for (const int other : others) {
         events.push_back({other, POLLIN, 0});
     }
-    const int ready = poll(events.data(), events.size(), kLongestSilenceMs);
-    interrupt_.check();
-    feed_.acknowledge();
-    failIfEnded();
-    if (ready == 0) {
-        throw Failure(kCameraFailed, "Camera " + std::to_string(camera_) +
-                                         " sends no frames; unplug it, plug it in again, or run "
-                                         "doccam doctor.");
-    }
+    Silence silence;
+    do {
+        const int ready = poll(events.data(), events.size(), Silence::kLook.count());
+        interrupt_.check();
+        feed_.acknowledge();
+        failIfEnded();
+        if (ready != 0) {
+            return;
+        }
+    } while (!silence.outlasts(Silence::processorTime()));
+    throw Failure(kCameraFailed, "Camera " + std::to_string(camera_) +
+                                     " sends no frames; unplug it, plug it in again, or run "
+                                     "doccam doctor.");
 }
 
 // An exception must not leave by way of a callback; without a result the caller sees a failure.
@@ -142,12 +146,13 @@ bool CameraSession::findSheet() {
     return found;
 }
 
-// A still may take longer than the library waits for it, and none comes from a silent camera.
+// A still may take longer than the library waits for it. Frames are counted from when the request
+// is surely made: some may come before that.
 void CameraSession::still(const std::string& path, bool crop) {
     const Cropped cropped(crop);
     feed_.takeStillFault();
-    const std::uint64_t answered = feed_.frames() + kFramesUntilAnswer;
     const bool requested = captureImage(path.c_str()) == 0;
+    const std::uint64_t answered = feed_.frames() + kFramesUntilAnswer;
     interrupt_.check();
     failIfEnded();
     while (requested && !isThere(path) && feed_.frames() < answered) {

@@ -14,8 +14,9 @@
 namespace doccam::host {
 
 // One at a time, used by one thread. Every wait ends with Interruption when the process is asked to
-// end, and with Failure when the stream has ended or nothing has come for ten seconds; only a still
-// that does not come is waited for up to four seconds before anybody looks.
+// end, and with Failure when the stream has ended or the camera is silent, as Silence has it; it
+// goes on as long as frames come. For a still that is not taken the library waits up to four
+// seconds before anybody looks.
 class CameraSession {
   public:
     // Opens the camera and waits for its first frame. Throws Failure when it cannot be opened.

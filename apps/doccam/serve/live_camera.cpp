@@ -12,8 +12,7 @@ namespace doccam::serve {
 namespace {
 
 constexpr std::chrono::seconds kLookEvery{1};
-constexpr std::chrono::seconds kCountEvery{1};
-constexpr std::chrono::seconds kLongestSilence{10};
+constexpr std::chrono::milliseconds kCountEvery = host::Silence::kLook;
 constexpr int kMoveStep = 4;
 
 // The library's callback has no argument of the host's own.
@@ -73,7 +72,9 @@ void LiveCamera::open() {
     startPreview();
     controls_.restore();
     countedFrames_ = session_->feed().frames();
-    lastCount_ = lastFrame_ = Clock::now();
+    lastCount_ = Clock::now();
+    silence_ = {};
+    isSilent_ = false;
     tellCamera("");
     tellControls();
 }
@@ -99,7 +100,7 @@ void LiveCamera::watch() {
     countFrames();
     if (const auto reason = session_->feed().ended()) {
         lose(*reason);
-    } else if (Clock::now() - lastFrame_ > kLongestSilence) {
+    } else if (isSilent_) {
         lose("it sends no frames");
     }
 }
@@ -135,7 +136,11 @@ void LiveCamera::countFrames() {
     const std::uint64_t frames = session_->feed().frames();
     const std::chrono::duration<double> taken = now - lastCount_;
     const double rate = static_cast<double>(frames - countedFrames_) / taken.count();
-    lastFrame_ = frames != countedFrames_ ? now : lastFrame_;
+    if (frames != countedFrames_) {
+        silence_ = {};
+    } else {
+        isSilent_ = silence_.outlasts(host::Silence::processorTime());
+    }
     countedFrames_ = frames;
     lastCount_ = now;
     events_.set("rate", Json{{"framesPerSecond", std::round(rate * 10) / 10}}.dump());

@@ -3,6 +3,7 @@
 
 #include "camera/camera_session.h"
 #include "camera/page_settings.h"
+#include "camera/silence.h"
 #include "codes/code_reading.h"
 #include "serve/event_feed.h"
 #include "serve/picture_controls.h"
@@ -109,8 +110,10 @@ class LiveCamera {
     int settingsVersion_ = 0; // tells a page which of two tidings is the later
     PictureControls controls_;
     host::Size form_{1280, 960};
-    Clock::time_point lastLook_, lastCount_, lastFrame_;
+    Clock::time_point lastLook_, lastCount_;
     std::uint64_t countedFrames_ = 0;
+    host::Silence silence_;
+    bool isSilent_ = false;
 };
 
 } // namespace doccam::serve

@@ -30,7 +30,8 @@ std::vector<std::string> photographs() {
 cv::Mat decoded(const std::vector<std::uint8_t>& jpeg) {
     const auto decoder = makeMjpegDecoder();
     cv::Mat pixels(kHeight, kWidth, CV_8UC3);
-    if (decodePicture(*decoder, jpeg, false, *decoder->picture) != Decoded::kPicture ||
+    if (decodePicture(*decoder, {.data = jpeg, .wanted = {kWidth, kHeight}}, *decoder->picture) !=
+            Decoded::kPicture ||
         !convertPicture(*decoder, kWidth, kHeight, pixels)) {
         throw std::runtime_error("bench: a picture cannot be decoded");
     }

@@ -70,7 +70,8 @@ std::vector<Time> timed(const Picture& picture) {
          }},
         {"codec",
          [&] {
-             decodePicture(*decoder, {raw.data(), raw.size() - kCodecPadding}, true,
+             decodePicture(*decoder,
+                           {{raw.data(), raw.size() - kCodecPadding}, true, {kWidth, kHeight}},
                            *decoder->picture);
          }},
         {"change of colours", [&] { convertPicture(*decoder, kWidth, kHeight, frame); }},

@@ -165,8 +165,9 @@ DOCCAM_API int openCamera(int index, int width, int height);
  * writing hangs: 9 seconds more at most. When it returns, no callback is running and none will
  * start, unless a callback was itself blocked for seconds or is the caller: that callback keeps its
  * pixels until it returns, and a file that hangs is completed when it can be. Any thread; of two
- * calls at once one ends the session, and the other waits for it or, in a callback, returns at once.
- * In a child of fork() it gives up the child's share of the session; the parent's stream goes on.
+ * calls at once one ends the session, and the other waits for it or, in a callback, returns at
+ * once. In a child of fork() it gives up the child's share of the session; the parent's stream goes
+ * on.
  */
 DOCCAM_API int closeCamera(void);
 
@@ -219,9 +220,9 @@ DOCCAM_API int AddImagePath(const char* path);
 /*
  * Writes the queued files that still exist as pages of one PDF at path, one image pixel to one
  * point, and empties the queue. With deleteSources the queued files are deleted afterwards.
- * 0: a file is at path; -1: the queue was empty; -2: no file is at path, or an error was printed, as
- * for a picture that is damaged or a full disk: then nothing is deleted, and a file that was at path
- * before stays as it was.
+ * 0: a file is at path; -1: the queue was empty; -2: no file is at path, or an error was printed,
+ * as for a picture that is damaged or a full disk: then nothing is deleted, and a file that was at
+ * path before stays as it was.
  */
 DOCCAM_API int CombineToPDF(const char* path, bool deleteSources);
 

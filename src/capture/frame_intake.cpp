@@ -48,6 +48,7 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
     if (isBegun_ && !fetchNextIfThere()) {
         return false;
     }
+    wanted_ = {image.cols, image.rows};
     const Decoded decoded = decode();
     if (!fetchNextIfThere()) {
         return false;
@@ -94,15 +95,18 @@ void FrameIntake::beginNext() {
     }
     nextIsBegun_ = true;
     thread_.side().begin([this, next = next_.get()] {
-        const auto length = static_cast<std::size_t>(next->grabbed.length);
-        sideResult_ = decodeFrameInto(*sidePicture_, {next->bytes.data(), length}, true);
+        sideResult_ = decodeFrameInto(*sidePicture_, mjpegIn(*next));
     });
+}
+
+MjpegFrame FrameIntake::mjpegIn(const RawFrame& frame) const {
+    const auto length = static_cast<std::size_t>(frame.grabbed.length);
+    return {.data = {frame.bytes.data(), length}, .padded = true, .wanted = wanted_};
 }
 
 Decoded FrameIntake::decode() {
     if (!std::exchange(isBegun_, false)) {
-        const auto length = static_cast<std::size_t>(frame_->grabbed.length);
-        return decodeFrame({frame_->bytes.data(), length}, true);
+        return decodeFrame(mjpegIn(*frame_));
     }
     thread_.side().finish();
     if (sideResult_ == Decoded::kPicture) {

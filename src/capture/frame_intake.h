@@ -53,11 +53,13 @@ class FrameIntake {
     bool fetchNextIfThere();
     void beginNext();
     Decoded decode();
+    MjpegFrame mjpegIn(const RawFrame& frame) const;
 
     StreamingThread& thread_;
     LibraryState& library_;
     std::size_t capacity_; // of a frame
     std::size_t reserved_;
+    FrameSize wanted_; // of the decoded frames
     std::unique_ptr<RawFrame> frame_;
     bool isBegun_ = false; // frame_ is being decoded by the side
     std::unique_ptr<RawFrame> next_;

@@ -42,11 +42,17 @@ bool isPossible(cv::Size size) {
                                static_cast<unsigned>(size.height), kSilence, nullptr) >= 0;
 }
 
+std::int64_t maximumPixels(FrameSize wanted) {
+    constexpr int kMaximumReduction = 4;
+    return std::max(kMaximumReduction * wanted.area(), kEnlargedSize.area());
+}
+
 // The codec's own check of the size complains on the terminal.
-bool hasPossibleSize(std::span<const unsigned char> data) {
-    AnnouncedSizes sizes(data);
+bool hasPossibleSize(const MjpegFrame& frame) {
+    AnnouncedSizes sizes(frame.data);
     while (const auto size = sizes.next()) {
-        if (!isPossible(*size)) {
+        if (!isPossible(*size) ||
+            FrameSize{size->width, size->height}.area() > maximumPixels(frame.wanted)) {
             return false;
         }
     }
@@ -129,16 +135,15 @@ std::unique_ptr<MjpegDecoder> makeMjpegDecoder() {
     return decoder;
 }
 
-Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded,
-                      AVFrame& picture) {
+Decoded decodePicture(MjpegDecoder& decoder, const MjpegFrame& frame, AVFrame& picture) {
     AVCodecContext* const context = decoder.context.get();
     const CodecPacket packet(av_packet_alloc());
-    const CodecBuffer borrowed = padded ? borrow(data) : nullptr;
-    if (context == nullptr || !decoder.converted || !packet || !hasPossibleSize(data)) {
+    const CodecBuffer borrowed = frame.padded ? borrow(frame.data) : nullptr;
+    if (context == nullptr || !decoder.converted || !packet || !hasPossibleSize(frame)) {
         return Decoded::kError;
     }
-    packet->data = const_cast<std::uint8_t*>(data.data());
-    packet->size = static_cast<int>(data.size());
+    packet->data = const_cast<std::uint8_t*>(frame.data.data());
+    packet->size = static_cast<int>(frame.data.size());
     // Without a reference of its own the codec copies the data behind a padding.
     packet->buf = borrowed ? av_buffer_ref(borrowed.get()) : nullptr;
     const int sent = avcodec_send_packet(context, packet.get());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/codec_handles.h"
+#include "base/frame_size.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -38,11 +39,17 @@ std::unique_ptr<MjpegDecoder> makeMjpegDecoder();
 
 enum class Decoded { kPicture, kNothing, kError };
 
-// Decodes one JPEG, which may be followed by any left-over bytes, into picture. With padded set,
-// data is followed by kCodecPadding readable bytes and is used where it is; otherwise it is copied.
-// No reference to it outlives the call. Of decoder only the context is used.
-Decoded decodePicture(MjpegDecoder& decoder, std::span<const unsigned char> data, bool padded,
-                      AVFrame& picture);
+// One JPEG of a stream, which may be followed by any left-over bytes.
+struct MjpegFrame {
+    std::span<const unsigned char> data;
+    bool padded = false; // kCodecPadding readable bytes follow, and data need not be copied
+    FrameSize wanted;    // what is to be made of it
+};
+
+// Decodes a frame into picture. A few hundred bytes may announce gigabytes of pixels: a frame of
+// more than four times the wanted pixels, and more than any supported camera sends, is an error. No
+// reference to the data outlives the call. Of decoder only the context is used.
+Decoded decodePicture(MjpegDecoder& decoder, const MjpegFrame& frame, AVFrame& picture);
 
 // Writes decoder.picture to out: width x height pixels, scaled as the first picture was. False, and
 // out is left alone, when out does not hold that many bytes in one piece, or the picture lacks

@@ -17,19 +17,18 @@ MjpegDecoder* current() {
 
 } // namespace
 
-Decoded decodeFrame(std::span<const unsigned char> data, bool padded) {
+Decoded decodeFrame(const MjpegFrame& frame) {
     MjpegDecoder* const decoder = current();
-    if (data.empty() || decoder == nullptr) {
+    if (frame.data.empty() || decoder == nullptr) {
         return Decoded::kNothing;
     }
-    return decoder->picture ? decodePicture(*decoder, data, padded, *decoder->picture)
-                            : Decoded::kError;
+    return decoder->picture ? decodePicture(*decoder, frame, *decoder->picture) : Decoded::kError;
 }
 
-Decoded decodeFrameInto(AVFrame& picture, std::span<const unsigned char> data, bool padded) {
+Decoded decodeFrameInto(AVFrame& picture, const MjpegFrame& frame) {
     MjpegDecoder* const decoder = current();
-    return data.empty() || decoder == nullptr ? Decoded::kNothing
-                                              : decodePicture(*decoder, data, padded, picture);
+    return frame.data.empty() || decoder == nullptr ? Decoded::kNothing
+                                                    : decodePicture(*decoder, frame, picture);
 }
 
 void adoptPicture(AVFrame& picture) {
@@ -79,7 +78,7 @@ void do_excute_image(unsigned char* data, int length, int width, int height, cv:
     if (data == nullptr || length < 1) {
         return;
     }
-    const doccam::Decoded decoded =
-        doccam::decodeFrame({data, static_cast<std::size_t>(length)}, false);
+    const doccam::Decoded decoded = doccam::decodeFrame(
+        {.data = {data, static_cast<std::size_t>(length)}, .wanted = {width, height}});
     doccam::storeFrame(decoded, width, height, out);
 }

@@ -5,17 +5,14 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include <span>
-
 namespace doccam {
 
-// The two steps of do_excute_image. First decodes one JPEG; with padded set, data is followed by
-// kCodecPadding zero bytes, and is not copied. Prints nothing.
-Decoded decodeFrame(std::span<const unsigned char> data, bool padded);
+// The two steps of do_excute_image. First decodes one JPEG. Prints nothing.
+Decoded decodeFrame(const MjpegFrame& frame);
 
 // The same into a picture of the caller's, beside which storeFrame() may run; and that picture made
 // the one that storeFrame() takes.
-Decoded decodeFrameInto(AVFrame& picture, std::span<const unsigned char> data, bool padded);
+Decoded decodeFrameInto(AVFrame& picture, const MjpegFrame& frame);
 void adoptPicture(AVFrame& picture);
 
 // Then writes what has been decoded to out, or prints that nothing could be.

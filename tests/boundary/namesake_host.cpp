@@ -1,9 +1,10 @@
 // A host with functions of its own that are called as some of the library's are.
 #include <doccam/doccam.h>
 
+#include <opencv2/core/mat.hpp>
+
 #include <atomic>
 #include <cstdio>
-#include <opencv2/core/mat.hpp>
 #include <string>
 #include <vector>
 

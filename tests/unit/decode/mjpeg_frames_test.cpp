@@ -2,6 +2,7 @@
 #include "decode/mjpeg_frames.h"
 #include "mjpeg_fixture.h"
 #include "plain_codec.h"
+#include "support/peak_memory.h"
 #include "support/printed_text.h"
 
 #include <opencv2/imgproc.hpp>
@@ -161,6 +162,42 @@ TEST_F(MjpegFrames, TakesAnImpossibleSizeForACorruptFrameInSilence) {
     EXPECT_EQ(chatter.take(), "");
 }
 
+// The sample with another size in its header.
+Bytes announcing(int width, int height) {
+    Bytes frame = jpegOf(samplePicture(64, 48));
+    const unsigned char frameHeader[] = {0xFF, 0xC0};
+    const auto at = std::search(frame.begin(), frame.end(), frameHeader, frameHeader + 2);
+    for (const auto& [place, side] : {std::pair{5, height}, std::pair{7, width}}) {
+        at[place] = static_cast<unsigned char>(side >> 8);
+        at[place + 1] = static_cast<unsigned char>(side);
+    }
+    return frame;
+}
+
+TEST_F(MjpegFrames, TakesAFrameOfManyTimesTheWantedSizeForACorruptOne) {
+    PrintedText printed;
+    const PeakMemory memory;
+    decoded(announcing(15000, 15000), 640, 480);
+    EXPECT_EQ(printed.take(), "decode error.\n");
+    EXPECT_LT(memory.growth(), 100'000);
+}
+
+TEST_F(MjpegFrames, TakesAnySizeUpToTheLargestCamerasOrFourTimesTheWantedOne) {
+    const auto decodedFor = [this](int width, int height, cv::Size wanted) {
+        av_decode_deinit();
+        av_decode_init();
+        decoded(jpegOf(cv::Mat(height, width, CV_8UC3, cv::Scalar::all(90))), wanted.width,
+                wanted.height);
+    };
+    PrintedText printed;
+    decodedFor(3672, 2856, {64, 48});
+    decodedFor(4000, 4000, {2000, 2000});
+    EXPECT_EQ(printed.soFar(), "");
+    decodedFor(3673, 2856, {64, 48});
+    decodedFor(4001, 4000, {2000, 2000});
+    EXPECT_EQ(printed.take(), "decode error.\ndecode error.\n");
+}
+
 TEST_F(MjpegFrames, DecodesPaddedMemoryInPlaceAndKeepsNoReference) {
     const Bytes frame = jpegOf(samplePicture(160, 120));
     const cv::Mat expected = decoded(frame, 160, 120);
@@ -169,7 +206,7 @@ TEST_F(MjpegFrames, DecodesPaddedMemoryInPlaceAndKeepsNoReference) {
         memory.resize(frame.size() + kCodecPadding, 0);
         const Bytes before = memory;
         cv::Mat out = untouched(160, 120);
-        storeFrame(decodeFrame({memory.data(), frame.size()}, true), 160, 120, out);
+        storeFrame(decodeFrame({{memory.data(), frame.size()}, true, {160, 120}}), 160, 120, out);
         EXPECT_TRUE(same(out, expected));
         EXPECT_EQ(memory, before);
     }
@@ -179,8 +216,8 @@ TEST_F(MjpegFrames, RefusesPaddedCorruptFramesAsItDoesOthers) {
     const Bytes memory(4000 + kCodecPadding, 0);
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
-    storeFrame(decodeFrame({memory.data(), 4000}, true), 64, 48, out);
-    storeFrame(decodeFrame({}, true), 64, 48, out);
+    storeFrame(decodeFrame({{memory.data(), 4000}, true, {64, 48}}), 64, 48, out);
+    storeFrame(decodeFrame({{}, true, {64, 48}}), 64, 48, out);
     EXPECT_EQ(printed.take(), "decode error.\n");
     EXPECT_TRUE(same(out, untouched(64, 48)));
 }

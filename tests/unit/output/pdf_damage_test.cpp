@@ -1,6 +1,7 @@
 // Pictures that are not fit for a PDF page.
 #include "pdf_file.h"
 #include "png_maker.h"
+#include "support/peak_memory.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 
@@ -8,7 +9,6 @@
 
 #include <gmock/gmock.h>
 #include <opencv2/core.hpp>
-#include <sys/resource.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -176,18 +176,11 @@ TEST_F(PdfDamage, IsNotSeenInBytesBetweenAJpegsMarkers) {
     EXPECT_EQ(pageSizes(scratch_.file("out.pdf")), std::vector<std::string>{"40x30"});
 }
 
-// The most memory that the process has ever held.
-long mostKilobytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
 TEST_F(PdfDamage, TakesNoMemoryForAChunkThatIsLongerThanItsFile) {
     constexpr unsigned kClaimed = 1U << 30;
-    const long before = mostKilobytes();
+    const PeakMemory memory;
     EXPECT_EQ(printedFor("bomb.png", withRemarkOfLength(makeRgbPng(3, 2), kClaimed)), kBadPng);
-    EXPECT_LT(mostKilobytes() - before, long{kClaimed >> 10} / 2);
+    EXPECT_LT(memory.growth(), long{kClaimed >> 10} / 2);
 }
 
 } // namespace

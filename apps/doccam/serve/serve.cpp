@@ -2,10 +2,10 @@
 
 #include "host/failure.h"
 #include "host/own_output.h"
-#include "serve/addresses.h"
-#include "serve/commands.h"
-#include "serve/http_server.h"
-#include "serve/picture_encoder.h"
+#include "serve/commands/commands.h"
+#include "serve/http/addresses.h"
+#include "serve/http/http_server.h"
+#include "serve/live/picture_encoder.h"
 
 #include <exception>
 #include <thread>

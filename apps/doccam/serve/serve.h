@@ -1,7 +1,7 @@
 // doccam serve: the live view and the tray of pages in a browser.
 #pragma once
 
-#include "serve/live_camera.h"
+#include "serve/live/live_camera.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
 // Who may talk to the server.
-#include "serve/access.h"
+#include "serve/access/access.h"
 
 #include <gtest/gtest.h>
 

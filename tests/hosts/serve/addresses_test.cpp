@@ -1,5 +1,5 @@
 // What to open in a browser.
-#include "serve/addresses.h"
+#include "serve/http/addresses.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Work for the one thread that calls the library.
-#include "serve/command_queue.h"
+#include "serve/commands/command_queue.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>

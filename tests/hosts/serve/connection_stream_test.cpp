@@ -1,5 +1,5 @@
 // What a connection may say, and for how long.
-#include "serve/connection_stream.h"
+#include "serve/http/connection_stream.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // News for pages of any speed.
-#include "serve/event_feed.h"
+#include "serve/commands/event_feed.h"
 #include "waiting.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // The tray of pages.
-#include "serve/page_store.h"
+#include "serve/tray/page_store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

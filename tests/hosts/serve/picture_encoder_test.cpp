@@ -1,5 +1,5 @@
 // The form as a JPEG.
-#include "serve/picture_encoder.h"
+#include "serve/live/picture_encoder.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

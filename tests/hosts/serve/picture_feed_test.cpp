@@ -1,5 +1,5 @@
 // The newest picture for viewers of any speed.
-#include "serve/picture_feed.h"
+#include "serve/live/picture_feed.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Preview pictures on their way to the encoder.
-#include "serve/picture_handover.h"
+#include "serve/live/picture_handover.h"
 
 #include <gtest/gtest.h>
 

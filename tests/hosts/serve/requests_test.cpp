@@ -1,5 +1,5 @@
 // What a page may ask for.
-#include "serve/requests.h"
+#include "serve/commands/requests.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Places for viewers.
-#include "serve/seats.h"
+#include "serve/live/seats.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -5,10 +5,10 @@
 #include "camera/page_settings.h"
 #include "camera/silence.h"
 #include "codes/code_reading.h"
-#include "serve/event_feed.h"
-#include "serve/picture_controls.h"
-#include "serve/picture_handover.h"
-#include "serve/requests.h"
+#include "serve/commands/event_feed.h"
+#include "serve/commands/requests.h"
+#include "serve/live/picture_controls.h"
+#include "serve/live/picture_handover.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "serve/connection_stream.h"
+#include "serve/http/connection_stream.h"
 
 #include <poll.h>
 #include <sys/socket.h>

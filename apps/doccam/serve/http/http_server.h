@@ -1,14 +1,14 @@
 // The server: who is let in, and what is at which address.
 #pragma once
 
-#include "serve/access.h"
-#include "serve/command_queue.h"
-#include "serve/commands.h"
-#include "serve/event_feed.h"
-#include "serve/guarded_server.h"
-#include "serve/page_store.h"
-#include "serve/picture_feed.h"
-#include "serve/seats.h"
+#include "serve/access/access.h"
+#include "serve/commands/command_queue.h"
+#include "serve/commands/commands.h"
+#include "serve/commands/event_feed.h"
+#include "serve/http/guarded_server.h"
+#include "serve/live/picture_feed.h"
+#include "serve/live/seats.h"
+#include "serve/tray/page_store.h"
 
 #include <atomic>
 #include <string>

@@ -1,7 +1,7 @@
 // From the streaming thread to the encoder: the newest preview picture.
 #pragma once
 
-#include "serve/form_picture.h"
+#include "serve/live/form_picture.h"
 
 #include <condition_variable>
 #include <mutex>

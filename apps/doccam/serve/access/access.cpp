@@ -1,4 +1,4 @@
-#include "serve/access.h"
+#include "serve/access/access.h"
 
 #include <arpa/inet.h>
 #include <sys/random.h>

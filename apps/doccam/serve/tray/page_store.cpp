@@ -1,4 +1,4 @@
-#include "serve/page_store.h"
+#include "serve/tray/page_store.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>

@@ -1,4 +1,4 @@
-#include "serve/live_camera.h"
+#include "serve/live/live_camera.h"
 
 #include "host/failure.h"
 

@@ -1,6 +1,6 @@
-#include "serve/addresses.h"
+#include "serve/http/addresses.h"
 
-#include "serve/access.h"
+#include "serve/access/access.h"
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>

@@ -1,4 +1,4 @@
-#include "serve/commands.h"
+#include "serve/commands/commands.h"
 
 #include <doccam/doccam.h>
 

@@ -1,8 +1,8 @@
 // A form as a JPEG.
 #pragma once
 
-#include "serve/form_picture.h"
-#include "serve/picture_feed.h"
+#include "serve/live/form_picture.h"
+#include "serve/live/picture_feed.h"
 
 #include <memory>
 #include <vector>

@@ -1,7 +1,7 @@
-#include "serve/streams.h"
+#include "serve/http/streams.h"
 
-#include "serve/answers.h"
-#include "serve/requests.h"
+#include "serve/commands/requests.h"
+#include "serve/http/answers.h"
 
 namespace doccam::serve {
 namespace {

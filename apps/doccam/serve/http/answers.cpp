@@ -1,8 +1,8 @@
-#include "serve/answers.h"
+#include "serve/http/answers.h"
 
 #include "host/failure.h"
-#include "serve/command_queue.h"
-#include "serve/live_camera.h"
+#include "serve/commands/command_queue.h"
+#include "serve/live/live_camera.h"
 
 #include <algorithm>
 #include <array>

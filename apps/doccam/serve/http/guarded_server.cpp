@@ -1,6 +1,6 @@
-#include "serve/guarded_server.h"
+#include "serve/http/guarded_server.h"
 
-#include "serve/connection_stream.h"
+#include "serve/http/connection_stream.h"
 
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "serve/private_folder.h"
+#include "serve/tray/private_folder.h"
 
 #include "host/failure.h"
 

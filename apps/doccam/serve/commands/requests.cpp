@@ -1,4 +1,4 @@
-#include "serve/requests.h"
+#include "serve/commands/requests.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,8 +7,8 @@
 namespace doccam::serve {
 namespace {
 
-constexpr int kSmallestSide = 64;
-constexpr int kLongestSide = 8192;
+constexpr int kSmallestFormSide = 64;
+constexpr int kLongestFormSide = 8192;
 
 const std::vector<std::string> kColours(host::kColourNames.begin(), host::kColourNames.end());
 
@@ -105,7 +105,7 @@ Json toJson(const host::PageSettings& settings) {
 }
 
 host::Size fittedForm(host::Size wanted) {
-    const auto side = [](int value) { return std::clamp(value, kSmallestSide, kLongestSide); };
+    const auto side = [](int value) { return std::clamp(value, kSmallestFormSide, kLongestFormSide); };
     const host::Size form{side(wanted.width), side(wanted.height)};
     if (area(form) <= area(kLargestForm)) {
         return form;

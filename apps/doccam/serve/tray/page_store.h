@@ -1,7 +1,7 @@
 // The tray: the pages taken so far, in the order that the user gave them.
 #pragma once
 
-#include "serve/private_folder.h"
+#include "serve/tray/private_folder.h"
 
 #include <mutex>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "serve/form_picture.h"
+#include "serve/live/form_picture.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "serve/picture_encoder.h"
+#include "serve/live/picture_encoder.h"
 
 #include <turbojpeg.h>
 

@@ -1,4 +1,4 @@
-#include "serve/picture_feed.h"
+#include "serve/live/picture_feed.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 // Refusals, errors and files as HTTP answers.
 #pragma once
 
-#include "serve/access.h"
-#include "serve/page_store.h"
+#include "serve/access/access.h"
+#include "serve/tray/page_store.h"
 
 #include <httplib.h>
 

@@ -1,4 +1,4 @@
-#include "serve/command_queue.h"
+#include "serve/commands/command_queue.h"
 
 #include <utility>
 

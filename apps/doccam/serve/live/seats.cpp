@@ -1,4 +1,4 @@
-#include "serve/seats.h"
+#include "serve/live/seats.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "serve/event_feed.h"
+#include "serve/commands/event_feed.h"
 
 #include <algorithm>
 

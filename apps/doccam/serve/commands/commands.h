@@ -1,10 +1,10 @@
 // What the page can have done: each command by its name.
 #pragma once
 
-#include "serve/event_feed.h"
-#include "serve/live_camera.h"
-#include "serve/page_store.h"
-#include "serve/requests.h"
+#include "serve/commands/event_feed.h"
+#include "serve/commands/requests.h"
+#include "serve/live/live_camera.h"
+#include "serve/tray/page_store.h"
 
 #include <string>
 

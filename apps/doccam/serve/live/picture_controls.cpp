@@ -1,4 +1,4 @@
-#include "serve/picture_controls.h"
+#include "serve/live/picture_controls.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "serve/http_server.h"
+#include "serve/http/http_server.h"
 
 #include "host/failure.h"
-#include "serve/answers.h"
-#include "serve/page_files.h"
-#include "serve/streams.h"
+#include "serve/http/answers.h"
+#include "serve/http/page_files.h"
+#include "serve/http/streams.h"
 
 namespace doccam::serve {
 namespace {

@@ -1,4 +1,4 @@
-#include "serve/picture_handover.h"
+#include "serve/live/picture_handover.h"
 
 #include <utility>
 

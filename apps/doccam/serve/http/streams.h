@@ -1,9 +1,9 @@
 // Answers that go on: the preview and the events.
 #pragma once
 
-#include "serve/event_feed.h"
-#include "serve/picture_feed.h"
-#include "serve/seats.h"
+#include "serve/commands/event_feed.h"
+#include "serve/live/picture_feed.h"
+#include "serve/live/seats.h"
 
 #include <httplib.h>
 

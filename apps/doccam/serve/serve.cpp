@@ -6,9 +6,9 @@
 #include "serve/http/addresses.h"
 #include "serve/http/http_server.h"
 #include "serve/live/picture_encoder.h"
+#include "serve/owned_thread.h"
 
 #include <exception>
-#include <thread>
 
 namespace doccam::serve {
 namespace {
@@ -48,17 +48,19 @@ class Encoding {
     PictureHandover& handover_;
     PictureFeed& feed_;
     PictureEncoder encoder_;
-    std::thread thread_;
+    OwnedThread thread_;
 };
 
 // Lets requests that wait for a command, a picture or news go, so that the server can end.
 struct LetGo {
     CommandQueue& queue;
+    DocumentMaker& documents;
     PictureFeed& pictures;
     EventFeed& events;
 
     ~LetGo() {
         queue.close();
+        documents.close();
         pictures.close();
         events.close();
     }
@@ -101,9 +103,10 @@ void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interru
     });
     LiveCamera camera(options.wish, interrupt, handover, events);
     Commands commands(camera, pages, events);
+    DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);
-    HttpServer server({queue, commands, pages, pictures, events, viewers});
-    const LetGo letGo{queue, pictures, events};
+    HttpServer server({queue, commands, pages, documents, pictures, events, viewers});
+    const LetGo letGo{queue, documents, pictures, events};
     const int port = server.bind(options.address, options.port);
     const AccessRules rules = rulesFor(options.address, port, randomToken());
     openIfThere(camera);

@@ -100,6 +100,16 @@ TEST(CommandQueue, RefusesWhatWouldWaitTooLong) {
     EXPECT_EQ(refused, 40);
 }
 
+TEST(CommandQueue, HasTheLengthAndTheRefusalOfItsMaking) {
+    CommandQueue queue(0, "come back later");
+    try {
+        queue.order([] {});
+        ADD_FAILURE() << "there is no room for it";
+    } catch (const Busy& refusal) {
+        EXPECT_STREQ(refusal.what(), "come back later");
+    }
+}
+
 TEST(CommandQueue, ServesOnWithoutCommands) {
     CommandQueue queue;
     EXPECT_TRUE(queue.serve(std::chrono::milliseconds(0)));

@@ -3,9 +3,6 @@
 #include <utility>
 
 namespace doccam::serve {
-namespace {
-constexpr std::size_t kLongestQueue = 32;
-}
 
 void CommandQueue::push(std::function<void()> command) {
     {
@@ -13,8 +10,8 @@ void CommandQueue::push(std::function<void()> command) {
         if (closed_) {
             throw Busy("the server is ending");
         }
-        if (waiting_.size() >= kLongestQueue) {
-            throw Busy("too many commands are waiting; try again");
+        if (waiting_.size() >= longest_) {
+            throw Busy(refusal_);
         }
         waiting_.push_back(std::move(command));
     }

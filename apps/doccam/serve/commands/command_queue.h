@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <stdexcept>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -22,6 +23,12 @@ struct Busy : std::runtime_error {
 // Any thread orders, one thread serves. Commands run in the order in which they came.
 class CommandQueue {
   public:
+    // Beyond longest waiting commands another is refused with a reason, which says what to do.
+    explicit CommandQueue(std::size_t longest = 32,
+                          std::string refusal = "too many commands are waiting; try again")
+      : longest_(longest)
+      , refusal_(std::move(refusal)) {}
+
     // Runs command on the serving thread, waits for it and returns what it returns, or throws what
     // it throws. Throws Busy without running it.
     template <typename Command>
@@ -47,6 +54,8 @@ class CommandQueue {
   private:
     void push(std::function<void()> command);
 
+    const std::size_t longest_;
+    const std::string refusal_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::function<void()>> waiting_;

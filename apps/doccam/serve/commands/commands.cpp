@@ -3,7 +3,6 @@
 #include <doccam/doccam.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <limits>
 
@@ -156,20 +155,6 @@ Json Commands::deletePage(const Json& request) {
     pages_.remove(integer(request, "id", 1, kLargestId));
     tellPages();
     return Json::object();
-}
-
-std::string Commands::makeDocument() {
-    std::string path = pages_.newDocument();
-    for (const Page& page : pages_.pages()) {
-        AddImageFileToPDF(pages_.picture(page.id)->c_str());
-    }
-    CombineToPDF(path.c_str(), false);
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored)) {
-        throw TrayError("the PDF could not be made; take a page first, and see that the disk is "
-                        "not full");
-    }
-    return path;
 }
 
 void Commands::tellPages() {

@@ -20,9 +20,6 @@ class Commands {
     // Does the command and returns its answer. Throws BadRequest, Unplugged, TrayError, or Failure.
     Json run(const std::string& name, const Json& request);
 
-    // Writes a PDF of all pages and returns its path. Throws TrayError.
-    std::string makeDocument();
-
   private:
     void tellPages();
 

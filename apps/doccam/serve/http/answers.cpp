@@ -159,6 +159,7 @@ void answerException(const httplib::Request& /*request*/, httplib::Response& res
         answerError(response, 409, problem.what());
     } catch (const Busy& problem) {
         answerError(response, 503, problem.what());
+        response.set_header("Retry-After", "5");
     } catch (const Refused& problem) {
         answerError(response, 502, problem.what());
     } catch (const host::Failure& problem) {

@@ -143,9 +143,7 @@ void HttpServer::addPages() {
         answerThumbnail(response, sources_.pages, std::stoi(request.matches[1].str()));
     });
     server_.Get(R"(/pages\.pdf)", [this](const auto&, auto& response) {
-        const std::string path =
-            sources_.queue.order([this] { return sources_.commands.makeDocument(); });
-        answerDocument(response, path);
+        answerDocument(response, sources_.documents.make());
     });
 }
 

@@ -8,6 +8,7 @@
 #include "serve/http/guarded_server.h"
 #include "serve/live/picture_feed.h"
 #include "serve/live/seats.h"
+#include "serve/tray/document_maker.h"
 #include "serve/tray/page_store.h"
 
 #include <atomic>
@@ -21,6 +22,7 @@ struct Sources {
     CommandQueue& queue;
     Commands& commands; // run through the queue only
     PageStore& pages;
+    DocumentMaker& documents;
     PictureFeed& pictures;
     EventFeed& events;
     Seats& viewers;

@@ -50,6 +50,18 @@ cv::Mat turned(const cv::Mat& picture, int quarterTurns) {
     return result;
 }
 
+// Not every file system has links.
+void linkOrCopy(const std::string& from, const std::string& to) {
+    std::error_code error;
+    std::filesystem::create_hard_link(from, to, error);
+    if (error) {
+        std::filesystem::copy_file(from, to, error);
+    }
+    if (error) {
+        throw TrayError("the pages could not be gathered for the PDF; is the disk full?");
+    }
+}
+
 auto find(auto& pages, int id) {
     return std::find_if(pages.begin(), pages.end(),
                         [&](const Page& page) { return page.id == id; });
@@ -147,6 +159,18 @@ std::optional<std::string> PageStore::thumbnail(int id) const {
     const std::lock_guard lock(mutex_);
     const auto found = find(pages_, id);
     return found == pages_.end() ? std::nullopt : std::optional(pathOf(*found, "-small"));
+}
+
+std::vector<std::string> PageStore::copyPictures(const std::filesystem::path& folder) const {
+    std::error_code error;
+    std::filesystem::create_directory(folder, error);
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> copies;
+    for (const Page& page : pages_) {
+        copies.push_back((folder / (std::to_string(copies.size()) + ".jpg")).string());
+        linkOrCopy(pathOf(page, ""), copies.back());
+    }
+    return copies;
 }
 
 std::string PageStore::newDocument() {

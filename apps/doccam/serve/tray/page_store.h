@@ -3,6 +3,7 @@
 
 #include "serve/tray/private_folder.h"
 
+#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -55,7 +56,10 @@ class PageStore {
     // Paths of a page's files; none when there is no such page.
     std::optional<std::string> picture(int id) const;
     std::optional<std::string> thumbnail(int id) const;
-    // Where a document of all pages is to be written; a new name each time.
+    // Links or copies of all pictures in their order, in a new folder, which the caller removes:
+    // they stay as they are when a page is turned or deleted. Throws TrayError.
+    std::vector<std::string> copyPictures(const std::filesystem::path& folder) const;
+    // Where a document of all pages is to be written; a new name each time. One thread.
     std::string newDocument();
 
   private:

@@ -34,6 +34,9 @@ void addGlobalOptions(CLI::App& app, Context& context) {
     app.add_option("--camera", options.camera, "The camera to use, as doccam list numbers them")
         ->type_name("INDEX")
         ->check(between(0, kMostCameras - 1));
+    app.add_flag_function(
+        "--no-confinement", [&options](std::int64_t /*count*/) { options.confined = false; },
+        "Keep what clean, read and serve give up: other files, the network, programs");
     std::string& photo = context.virtualCamera.photo;
     app.add_flag("--virtual", photo,
                  "Use virtual cameras; --virtual=PHOTO has them look at that picture");

@@ -15,7 +15,7 @@ _doccam() {
     done
 
     local commands='list sizes capture scan read controls focus pdf clean serve doctor'
-    local global='--verbose --json --camera --virtual --help -h'
+    local global='--verbose --json --camera --virtual --no-confinement --help -h'
     local options='' choices=''
     case $command in
     '') options='--version' ;;

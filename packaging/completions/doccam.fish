@@ -21,6 +21,7 @@ complete -c doccam -n "$none" -a serve -d 'Show the live picture in a browser'
 complete -c doccam -n "$none" -a doctor -d 'Say what is wrong with the cameras'
 
 complete -c doccam -l verbose -d 'Print the diagnostics of the library'
+complete -c doccam -l no-confinement -d 'Give nothing up before bytes from outside'
 complete -c doccam -l json -d 'Print results as JSON'
 complete -c doccam -l camera -x -a '(seq 0 8)' -d 'The camera to use'
 complete -c doccam -l virtual -d 'Use virtual cameras'

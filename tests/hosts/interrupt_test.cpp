@@ -35,6 +35,20 @@ TEST(Interrupt, IsRaisedByTheFirstSignalAndStaysSo) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST(Interrupt, GoesOnWaitingOnANewThread) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, SIG_DFL);
+            Interrupt interrupt;
+            interrupt.waitOnNewThread();
+            const bool before = interrupt.raised();
+            kill(getpid(), SIGTERM);
+            await(interrupt);
+            endWith(!before);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST(Interrupt, ThrowsWhenItIsCheckedOnceRaised) {
     EXPECT_EXIT(
         {

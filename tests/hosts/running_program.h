@@ -23,6 +23,8 @@ class RunningProgram {
     // Waits for a line that holds the text; false when the program ends without it.
     bool says(const std::string& text);
 
+    pid_t process() const { return process_; }
+
     void type(const std::string& text) const;
 
     void signal(int number) const;

@@ -1,6 +1,7 @@
 // doccam clean: whitens margins and paper of picture files.
 #include "commands/commands.h"
 #include "commands/option_checks.h"
+#include "host/confinement/confinement.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/output_file.h"
@@ -80,7 +81,21 @@ WrittenFile cleanFile(const std::string& file, const CleanOptions& options) {
     return describeFile(target.target().string());
 }
 
+// A target that is a link is written where it leads.
+Reach reachOf(const CleanOptions& options) {
+    Reach reach{.read = {options.files.begin(), options.files.end()}};
+    for (const std::string& file : options.files) {
+        const fs::path target = fs::absolute(targetOf(file, options));
+        std::error_code ignored;
+        reach.write.push_back(fs::weakly_canonical(target, ignored).parent_path());
+    }
+    return reach;
+}
+
 int clean(const Context& context, const CleanOptions& options) {
+    if (context.options.confined) {
+        confine(reachOf(options), *context.interrupt);
+    }
     Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();

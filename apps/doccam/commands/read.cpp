@@ -3,6 +3,7 @@
 #include "commands/commands.h"
 #include "commands/option_checks.h"
 #include "commands/still_options.h"
+#include "host/confinement/confinement.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/result.h"
@@ -41,6 +42,9 @@ std::string asText(const Code& code) {
 
 int readFiles(const Context& context, const ReadOptions& options) {
     const bool several = options.files.size() > 1;
+    if (context.options.confined) {
+        confine({.read = {options.files.begin(), options.files.end()}}, *context.interrupt);
+    }
     Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();

@@ -15,6 +15,7 @@ struct GlobalOptions {
     int camera = 0;
     bool verbose = false;
     bool json = false;
+    bool confined = true; // where a command meets bytes from outside
 };
 
 struct Context {

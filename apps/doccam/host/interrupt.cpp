@@ -47,11 +47,22 @@ Interrupt::Interrupt()
   , thread_([this] { watch(); }) {}
 
 Interrupt::~Interrupt() {
-    eventfd_write(ended_, 1);
-    thread_.join();
+    endThread();
     for (const int descriptor : {asked_, watched_, ended_}) {
         close(descriptor);
     }
+}
+
+void Interrupt::endThread() {
+    eventfd_write(ended_, 1);
+    thread_.join();
+}
+
+void Interrupt::waitOnNewThread() {
+    endThread();
+    eventfd_t ended = 0;
+    eventfd_read(ended_, &ended);
+    thread_ = std::thread([this] { watch(); });
 }
 
 void Interrupt::watch() const {

@@ -25,8 +25,12 @@ class Interrupt {
     // Throws Interruption if it has.
     void check() const;
 
+    // Waits for signals on another thread than before, which has what its starter has given up.
+    void waitOnNewThread();
+
   private:
     void watch() const;
+    void endThread();
 
     const sigset_t signals_;
     const int asked_;

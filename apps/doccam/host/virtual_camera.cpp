@@ -78,4 +78,9 @@ void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv) {
                                  "); install it again.");
 }
 
+fs::path virtualDeviceTree() {
+    const char* tree = std::getenv("UMOCKDEV_DIR");
+    return tree == nullptr ? "" : tree;
+}
+
 } // namespace doccam::host

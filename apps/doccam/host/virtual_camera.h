@@ -1,6 +1,7 @@
 // --virtual: the same command again, in a process that sees virtual cameras.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace doccam::host {
@@ -15,5 +16,8 @@ struct VirtualCameraRequest {
 // process that the launcher has started. Throws Failure when the launcher is not installed or the
 // photo cannot be read.
 void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv);
+
+// The folder that stands for /dev and /sys in a process that sees virtual cameras; empty in others.
+std::filesystem::path virtualDeviceTree();
 
 } // namespace doccam::host

@@ -1,5 +1,6 @@
 #include "serve/serve.h"
 
+#include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "serve/commands/commands.h"
@@ -89,12 +90,16 @@ void openIfThere(LiveCamera& camera) {
     }
 }
 
-void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interrupt) {
+void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     PictureHandover handover;
     PictureFeed pictures;
     EventFeed events;
     CommandQueue queue;
     PageStore pages;
+    const host::Reach reach{.write = {pages.folder()}, .cameras = true, .connections = true};
+    if (options.confined) {
+        host::confineFiles(reach, interrupt);
+    }
     Seats viewers(kMostViewers, [&](int count) {
         handover.setWanted(count > 0);
         if (count == 0) {
@@ -109,9 +114,13 @@ void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interru
     const LetGo letGo{queue, documents, pictures, events};
     const int port = server.bind(options.address, options.port);
     const AccessRules rules = rulesFor(options.address, port, randomToken());
+    const std::vector<std::string> addresses = addressesOf(options.address, port, rules.token);
+    if (options.confined) {
+        host::confineCalls(reach);
+    }
     openIfThere(camera);
     server.start(rules);
-    print(options, addressesOf(options.address, port, rules.token));
+    print(options, addresses);
     while (!interrupt.raised() && queue.serve(kWatchEvery)) {
         camera.watch();
     }
@@ -119,7 +128,7 @@ void serveUntilAsked(const ServeOptions& options, const host::Interrupt& interru
 
 } // namespace
 
-int serve(const ServeOptions& options, const host::Interrupt& interrupt) {
+int serve(const ServeOptions& options, host::Interrupt& interrupt) {
     try {
         serveUntilAsked(options, interrupt);
     } catch (const host::Interruption&) { // while a camera was being opened

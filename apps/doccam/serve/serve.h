@@ -12,10 +12,11 @@ struct ServeOptions {
     std::string address = "127.0.0.1";
     int port = 0; // any free one
     bool json = false;
+    bool confined = true;
 };
 
 // Prints the address to open, serves until the process is asked to end, and returns an exit code.
 // A camera that is not there at first is waited for. Throws Failure when the server cannot listen.
-int serve(const ServeOptions& options, const host::Interrupt& interrupt);
+int serve(const ServeOptions& options, host::Interrupt& interrupt);
 
 } // namespace doccam::serve

@@ -21,6 +21,7 @@ int run(const Context& context, const Arguments& arguments) {
     serve::ServeOptions options = arguments.options;
     options.wish = {context.options.camera, arguments.still.format, arguments.still.size};
     options.json = context.options.json;
+    options.confined = context.options.confined;
     return serve::serve(options, *context.interrupt);
 }
 

@@ -39,6 +39,9 @@ class PageStore {
   public:
     static constexpr std::size_t kMostPages = 100;
 
+    // Where all its files lie.
+    const std::filesystem::path& folder() const { return folder_.path(); }
+
     // Where the next page is to be written before add(), a JPEG.
     std::string incoming() const;
     // Throws TrayError when the tray is full. To be asked before a page is taken.

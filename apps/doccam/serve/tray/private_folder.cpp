@@ -2,6 +2,8 @@
 
 #include "host/failure.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <string>
 #include <system_error>
@@ -22,7 +24,11 @@ PrivateFolder::PrivateFolder() {
 
 PrivateFolder::~PrivateFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    for (const auto& entry : std::filesystem::directory_iterator(path_, ignored)) {
+        std::filesystem::remove_all(entry, ignored);
+    }
+    // Of the folder above, this is all that is left to a confined process.
+    rmdir(path_.c_str());
 }
 
 } // namespace doccam::serve

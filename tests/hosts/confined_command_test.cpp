@@ -1,0 +1,68 @@
+#include "host_program.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using namespace doccam::test;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+class Confined : public HostProgramTest {
+  protected:
+    void SetUp() override {
+        if (!DOCCAM_CONFINED) {
+            GTEST_SKIP() << "this build is not confined";
+        }
+    }
+
+    // doccam serve, without any camera; its pages lie in the test's folder.
+    RunningProgram serving(const std::string& options) const {
+        const std::string command =
+            "exec env TMPDIR=" + file("") + " " DOCCAM_PROGRAM " " + options + " serve >&2";
+        return {{"/bin/sh", "-c", command}, file(""), "/dev/null"};
+    }
+
+    // How the kernel filters the calls of each thread: 0 not at all, 2 by a filter.
+    static std::vector<int> filtersOf(pid_t process) {
+        std::vector<int> filters;
+        for (const auto& thread :
+             fs::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
+            std::ifstream status(thread.path() / "status");
+            for (std::string word; status >> word;) {
+                if (word == "Seccomp:") {
+                    status >> filters.emplace_back();
+                }
+            }
+        }
+        return filters;
+    }
+};
+
+TEST_F(Confined, IsEveryThreadOfTheServer) {
+    RunningProgram server = serving("");
+    ASSERT_TRUE(server.says("http://"));
+    EXPECT_THAT(filtersOf(server.process()), Each(2));
+}
+
+TEST_F(Confined, ServerTakesItsFolderAwayAtItsEnd) {
+    RunningProgram server = serving("");
+    ASSERT_TRUE(server.says("http://"));
+    EXPECT_THAT(files(), ElementsAre(StartsWith("doccam-pages-")));
+    server.signal(SIGTERM);
+    EXPECT_EQ(server.finish(), kDone);
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Confined, IsNothingWhenItIsNotWanted) {
+    RunningProgram server = serving("--no-confinement");
+    ASSERT_TRUE(server.says("http://"));
+    EXPECT_THAT(filtersOf(server.process()), Each(0));
+}
+
+} // namespace

@@ -1,6 +1,7 @@
 // Stills taken from a live stream.
 #include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "support/photographs.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 
@@ -12,7 +13,6 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -111,34 +111,28 @@ TEST_F(Still, OfTheEnlargedSessionHasTheEnlargedSize) {
     }
 }
 
-class PhotoStill : public SessionTest, public testing::WithParamInterface<const char*> {};
-
-TEST_P(PhotoStill, IsThePhotograph) {
-    const char* photos = std::getenv("DOCCAM_PHOTOS");
-    if (photos == nullptr) {
-        GTEST_SKIP() << "DOCCAM_PHOTOS names no folder of photographs";
-    }
-    const std::string photo = (std::filesystem::path(photos) / GetParam()).string();
-    bed_.remove(earlier_);
+TEST_F(Still, IsThePhotographBeforeTheCamera) {
     virtualcam::CameraDescription camera = secondCamera();
-    camera.picture = photo;
-    bed_.add(camera);
+    virtualcam::CameraId plugged = earlier_;
     SetVideoFormat(kMjpegFormat);
     watchFrames();
-    ASSERT_EQ(openCamera(0, 3264, 2448), 0);
-    waitForFrames(8); // by then the camera has made all pictures that it sends
-    virtualcam::setSleepScale(1);
-    const ScratchFolder folder;
-    takeStill(folder.file("page.jpg"));
-    const cv::Mat page = cv::imread(folder.file("page.jpg"));
-    cv::Mat source = cv::imread(photo);
-    cv::resize(source, source, page.size(), 0, 0, cv::INTER_AREA);
-    EXPECT_EQ(page.size(), cv::Size(3264, 2448));
-    EXPECT_GT(cv::PSNR(page, source), 30);
+    for (const auto& [name, photograph] : photographs()) {
+        SCOPED_TRACE(name);
+        camera.picture = folder_.file(name + ".png");
+        cv::imwrite(camera.picture, photograph);
+        bed_.remove(plugged);
+        plugged = bed_.add(camera);
+        ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
+        waitForFrames(framesSeen() + 8); // by then the camera has made all pictures that it sends
+        takeStill(folder_.file("page.jpg"));
+        const cv::Mat page = cv::imread(folder_.file("page.jpg"));
+        cv::Mat source;
+        cv::resize(photograph, source, page.size(), 0, 0, cv::INTER_AREA);
+        EXPECT_EQ(page.size(), cv::Size(3264, 2448));
+        EXPECT_GT(cv::PSNR(page, source), 30);
+        closeCamera();
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Photographs, PhotoStill,
-                         testing::Values("sheet-on-black.jpg", "sheet-tilted-on-wood.jpg"));
 
 } // namespace
 } // namespace doccam::test

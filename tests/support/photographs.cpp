@@ -7,7 +7,7 @@
 
 namespace doccam::test {
 
-std::vector<Photograph> photographs() {
+std::vector<Photograph> realPhotographs() {
     std::vector<Photograph> all;
     const char* const folder = std::getenv("DOCCAM_PHOTOS");
     if (folder == nullptr) {
@@ -16,8 +16,16 @@ std::vector<Photograph> photographs() {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         const cv::Mat picture = cv::imread(entry.path());
         if (!picture.empty()) {
-            all.push_back({entry.path(), picture});
+            all.push_back({entry.path().filename(), picture});
         }
+    }
+    return all;
+}
+
+std::vector<Photograph> photographs() {
+    std::vector<Photograph> all = drawnPhotographs();
+    for (Photograph& photograph : realPhotographs()) {
+        all.push_back(std::move(photograph));
     }
     return all;
 }

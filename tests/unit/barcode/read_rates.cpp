@@ -44,9 +44,7 @@ Reading readSample(const Kind& kind, const Difficulty& difficulty, int sample) {
     return {code.text, BarQrDecodePro(frame, mode), readFile(frame, mode)};
 }
 
-namespace {
-
-Rate measureCell(const Kind& kind, const Difficulty& difficulty, int& wrong) {
+Rate measure(const Kind& kind, const Difficulty& difficulty, int& wrong) {
     Rate rate;
     for (int sample = 0; sample < difficulty.samples; ++sample) {
         const Reading reading = readSample(kind, difficulty, sample);
@@ -58,12 +56,10 @@ Rate measureCell(const Kind& kind, const Difficulty& difficulty, int& wrong) {
     return rate;
 }
 
-} // namespace
-
 Rates measure(const Kind& kind) {
     Rates rates{kind.name, {}};
     for (const Difficulty& difficulty : difficulties()) {
-        rates.cells.push_back(measureCell(kind, difficulty, rates.wrong));
+        rates.cells.push_back(measure(kind, difficulty, rates.wrong));
     }
     return rates;
 }

@@ -53,6 +53,9 @@ struct Rates {
     int wrong = 0;           // readings that yielded another text
 };
 
+// Adds to wrong the readings that yielded another text.
+Rate measure(const Kind& kind, const Difficulty& difficulty, int& wrong);
+
 Rates measure(const Kind& kind);
 
 // The table in Markdown: its two heading lines, and one line for a kind.

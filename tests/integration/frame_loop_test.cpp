@@ -10,6 +10,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <cstring>
 #include <thread>
 
@@ -211,14 +212,24 @@ INSTANTIATE_TEST_SUITE_P(FrameLoop, DamagedFrame,
                          testing::Values(FaultKind::kCorrupt, FaultKind::kTruncated,
                                          FaultKind::kWrongSize, FaultKind::kEmpty));
 
+// The driver's buffers are longer than a frame can be.
 TEST_F(FrameLoop, BuffersLargerThanAFrameAreCopiedWithinBounds) {
-    addFrameFault(FaultKind::kBufferBytes, 1, 640 * 480 * 3 + 4096);
+    constexpr std::size_t kLonger = 4096;
+    constexpr unsigned char kUntouched = 0xA5;
+    addFrameFault(FaultKind::kBufferBytes, 1, 640 * 480 * 3 + kLonger);
+    addFrameFault(FaultKind::kIndex, 2, 9);
+    PrintedText printed;
     watchFrames();
     openSmall(kMjpegFormat);
-    waitForFrames(10);
-    closeCamera();
-    openSmall(kYuyvFormat);
-    waitForFrames(framesSeen() + 2);
+    untilEnd(printed);
+    EXPECT_EQ(lastSeen().size(), cv::Size(640, 480));
+    const auto bytes = static_cast<std::size_t>(state().nSize);
+    std::vector<unsigned char> buffer(bytes + kLonger, kUntouched);
+    int length = 0;
+    EXPECT_EQ(grabImage(buffer.data(), &length), 0);
+    EXPECT_EQ(length, state().nSize);
+    EXPECT_TRUE(std::all_of(buffer.begin() + state().nSize, buffer.end(),
+                            [](unsigned char byte) { return byte == kUntouched; }));
 }
 
 TEST_F(FrameLoop, GrabImageTakesOneFrameOfTheOpenCamera) {

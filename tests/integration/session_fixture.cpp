@@ -81,6 +81,12 @@ int framesSeen() {
     return seen;
 }
 
+void waitForStreamOff() {
+    while (virtualcam::callCount("STREAMOFF") == 0) {
+        std::this_thread::yield();
+    }
+}
+
 cv::Mat lastSeen() {
     const std::lock_guard lock(lastMutex);
     return last.clone();

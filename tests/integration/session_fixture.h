@@ -25,6 +25,9 @@ void tellThatTheStreamEnded();
 
 int framesSeen();
 
+// Waits until the session that began since virtualcam::clearCalls() has been told to end.
+void waitForStreamOff();
+
 // A copy of the frame that the callback saw last: rows x columns of red-first pixels.
 cv::Mat lastSeen();
 

@@ -3,25 +3,13 @@ import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import fs from 'node:fs';
 import net from 'node:net';
-import { after, before } from 'node:test';
 
 import {
-  check, delay, morePictures, openPage, pictureFits, picturesOf, screenshot, spawnHost, startBrowser,
-  startHost, until,
+  check, delay, morePictures, openPage, pictureFits, picturesOf, screenshot, spawnHost, until,
 } from './host.mjs';
+import { browser, host, shareHost } from './session.mjs';
 
-let host;
-let browser;
-
-before(async () => {
-  host = await startHost();
-  browser = await startBrowser();
-});
-
-after(async () => {
-  await browser?.close();
-  await host?.stop();
-});
+shareHost();
 
 const bannerSays = (page, text) => page.waitForFunction((wanted) => {
   const banner = document.getElementById('banner');

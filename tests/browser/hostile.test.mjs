@@ -3,22 +3,11 @@ import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import http from 'node:http';
 import net from 'node:net';
-import { after, before } from 'node:test';
 
-import { check, openPage, startBrowser, startHost, until } from './host.mjs';
+import { check, openPage, startHost, until } from './host.mjs';
+import { browser, host, shareHost } from './session.mjs';
 
-let host;
-let browser;
-
-before(async () => {
-  host = await startHost();
-  browser = await startBrowser();
-});
-
-after(async () => {
-  await browser?.close();
-  await host?.stop();
-});
+shareHost();
 
 // One request as written; the status, or the reason why there was none, and the body.
 function send(path, { method = 'GET', headers = {}, body, name = '127.0.0.1', to = host } = {}) {

@@ -1,28 +1,12 @@
 // The page at work: view, codes, settings, looks.
 import assert from 'node:assert/strict';
-import { after, before } from 'node:test';
 
 import {
-  check, kBarText, kQrText, morePictures, openPage, pictureFits, problems, screenshot, startBrowser,
-  startHost, until,
+  check, kBarText, kQrText, morePictures, openPage, pictureFits, problems, screenshot, until,
 } from './host.mjs';
+import { browser, host, page, shareWindow } from './session.mjs';
 
-let host;
-let browser;
-let page;
-
-before(async () => {
-  host = await startHost();
-  browser = await startBrowser();
-  page = await openPage(browser, host);
-});
-
-after(async () => {
-  await browser?.close();
-  const { code, left } = await host.stop();
-  assert.equal(code, 0, 'the server ends well');
-  assert.deepEqual(left, [], 'no pages are left behind');
-});
+shareWindow();
 
 // Whether the picture leaves that place of the canvas (parts of its sides) to the surround.
 const surroundIs = ([[x, y], wanted]) => {

@@ -2,29 +2,14 @@
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
 import path from 'node:path';
-import { after, before } from 'node:test';
 
 import {
-  check, forgetRefusals, kQrText, morePictures, openPage, output, pictureFits, problems, screenshot,
-  startBrowser, startHost, until,
+  check, forgetRefusals, kQrText, morePictures, openPage, output, pictureFits, problems,
+  screenshot, startHost, until,
 } from './host.mjs';
+import { browser, host, page, shareWindow } from './session.mjs';
 
-let host;
-let browser;
-let page;
-
-before(async () => {
-  host = await startHost();
-  browser = await startBrowser();
-  page = await openPage(browser, host);
-});
-
-after(async () => {
-  await browser?.close();
-  const { code, left } = await host.stop();
-  assert.equal(code, 0, 'the server ends well');
-  assert.deepEqual(left, [], 'no pages are left behind');
-});
+shareWindow();
 
 const pageIds = async () => (await host.state()).pages.map(({ id }) => id);
 const ordered = (...ids) => until(async () => String(await pageIds()) === String(ids) &&

@@ -1,4 +1,5 @@
-// What a camera makes of a sheet, drawn: the light falls off, the sensor is grainy, the file a JPEG.
+// What a camera makes of a sheet, drawn: the light falls off, the sensor is grainy, the file a
+// JPEG.
 #include "photographs.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -20,10 +21,11 @@ cv::Mat printedSheet(cv::Size size) {
     int number = 0;
     for (int y = margin + line; y < size.height - margin; y += line) {
         // A paragraph ends at every fifth line.
-        const char* const text = ++number % 5 == 0 ? "of the third of March." : "The quick brown fox jumps "
+        const char* const text = ++number % 5 == 0 ? "of the third of March."
+                                                   : "The quick brown fox jumps "
                                                      "over the lazy dog and pays the invoice";
-        cv::putText(sheet, text, {margin, y}, cv::FONT_HERSHEY_SIMPLEX, line / 52.0, {40, 36, 34}, 2,
-                    cv::LINE_AA);
+        cv::putText(sheet, text, {margin, y}, cv::FONT_HERSHEY_SIMPLEX, line / 52.0, {40, 36, 34},
+                    2, cv::LINE_AA);
     }
     cv::circle(sheet, {size.width - 2 * margin, 2 * margin}, margin / 2, {60, 50, 190}, cv::FILLED,
                cv::LINE_AA);
@@ -67,8 +69,8 @@ void addGrain(cv::Mat& picture) {
 cv::Mat photographOf(const cv::Mat& sheet, cv::Mat desk, const Corners& corners) {
     const auto width = static_cast<float>(sheet.cols);
     const auto height = static_cast<float>(sheet.rows);
-    const cv::Mat view =
-        cv::getPerspectiveTransform(Corners{{0, 0}, {width, 0}, {width, height}, {0, height}}, corners);
+    const cv::Mat view = cv::getPerspectiveTransform(
+        Corners{{0, 0}, {width, 0}, {width, height}, {0, height}}, corners);
     cv::warpPerspective(sheet, desk, view, desk.size(), cv::INTER_LINEAR, cv::BORDER_TRANSPARENT);
     lightUnevenly(desk);
     cv::GaussianBlur(desk, desk, {3, 3}, 0);

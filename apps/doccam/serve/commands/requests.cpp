@@ -105,7 +105,9 @@ Json toJson(const host::PageSettings& settings) {
 }
 
 host::Size fittedForm(host::Size wanted) {
-    const auto side = [](int value) { return std::clamp(value, kSmallestFormSide, kLongestFormSide); };
+    const auto side = [](int value) {
+        return std::clamp(value, kSmallestFormSide, kLongestFormSide);
+    };
     const host::Size form{side(wanted.width), side(wanted.height)};
     if (area(form) <= area(kLargestForm)) {
         return form;

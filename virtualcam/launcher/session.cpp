@@ -110,6 +110,10 @@ sigset_t awaitedSignals() {
 } // namespace
 
 int runSession(const Options& options) {
+    // The tree has a thread of its own, which must not be the one that gets them.
+    const sigset_t signals = awaitedSignals();
+    sigset_t before;
+    pthread_sigmask(SIG_BLOCK, &signals, &before);
     UdevTree tree;
     int place = 0;
     const std::vector<CameraDescription> cameras = camerasOf(options);
@@ -117,9 +121,6 @@ int runSession(const Options& options) {
         tree.add(camera, place, {2 * place, 2 * place + 1});
         ++place;
     }
-    const sigset_t signals = awaitedSignals();
-    sigset_t before;
-    pthread_sigmask(SIG_BLOCK, &signals, &before);
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error("cannot start a process");

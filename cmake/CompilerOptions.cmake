@@ -10,6 +10,11 @@ if(DOCCAM_WERROR)
     target_compile_options(doccam_options INTERFACE -Werror)
 endif()
 
+# ccache keeps nothing of what a precompiled header took part in, unless it is told to.
+if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
+
 if(DOCCAM_SANITIZE)
     add_compile_options(-fsanitize=${DOCCAM_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=all)

@@ -14,7 +14,7 @@ namespace doccam::host {
 namespace {
 
 constexpr std::uint32_t kBuffers = 4;
-constexpr int kLongestSilenceMs = 3000;
+constexpr int kLongestFrameWaitMs = 3000;
 
 std::uint32_t pixelFormatOf(Format format) {
     return format == Format::kMjpeg ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
@@ -123,7 +123,7 @@ bool DriverStream::withNextFrame(const std::function<void(const DriverFrame&)>& 
     v4l2_buffer record = bufferRecord(0);
     while (true) {
         pollfd readable{descriptor_, POLLIN, 0};
-        if (poll(&readable, 1, kLongestSilenceMs) <= 0) {
+        if (poll(&readable, 1, kLongestFrameWaitMs) <= 0) {
             return false;
         }
         if (ioctl(descriptor_, VIDIOC_DQBUF, &record) == 0) {

@@ -1,9 +1,10 @@
 // The command line of doccam serve.
+#include "serve/serve.h"
+
 #include "commands/commands.h"
 #include "commands/option_checks.h"
 #include "commands/still_options.h"
 #include "host/context.h"
-#include "serve/serve.h"
 
 #include <memory>
 

@@ -12,6 +12,10 @@ static void onFrame(unsigned char* pixels, int width, int height) {
 
 int main(int argc, char** argv) {
     const char* target = argc > 1 ? argv[1] : "page.jpg";
+    if (doccam_version() < DOCCAM_VERSION) {
+        fprintf(stderr, "this host needs doccam %s\n", DOCCAM_VERSION_STRING);
+        return 3;
+    }
     if (getDeviceCount() < 1) {
         fprintf(stderr, "no supported document camera is attached\n");
         return 3;
@@ -19,8 +23,9 @@ int main(int argc, char** argv) {
     fprintf(stderr, "camera: %s\n", getCameraName(0));
     SetVideoFormat(0); /* MJPEG */
     SetDataCallback(onFrame);
-    if (openCamera(0, 1600, 1200) != 0) {
-        fprintf(stderr, "the camera cannot be opened\n");
+    const int code = openCamera(0, 1600, 1200);
+    if (code != DOCCAM_OK) {
+        fprintf(stderr, "%s\n", doccam_result_text(DOCCAM_OPEN, code));
         return 4;
     }
     captureImage(target);

@@ -3,6 +3,8 @@
 #include "commands/commands.h"
 #include "commands/option_checks.h"
 
+#include <doccam/version.h>
+
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
@@ -64,7 +66,7 @@ void addCommands(CLI::App& app, Context& context) {
 
 std::unique_ptr<CLI::App> makeCommandLine(Context& context) {
     auto app = std::make_unique<CLI::App>("Document cameras: frames, pages, codes", "doccam");
-    app->set_version_flag("--version", std::string("doccam ") + DOCCAM_VERSION,
+    app->set_version_flag("--version", std::string("doccam ") + DOCCAM_VERSION_STRING,
                           "Print the version and exit");
     app->set_help_flag("-h,--help", "Print this help and exit");
     app->footer(kFooter);

@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
     keep("1-frame", still(frame, kWholeFrame));
 
     cv::Mat outlined = frame.clone();
-    if (DrawingEdge(outlined.data, outlined.cols, outlined.rows, 1) != 0) {
+    if (DrawingEdge(outlined.data, outlined.cols, outlined.rows, 1) != DOCCAM_OK) {
         std::fprintf(stderr, "no sheet found\n");
         return 1;
     }

@@ -4,14 +4,17 @@
  * All state is process-wide: one camera is open at a time. Unless a function says otherwise, call
  * it from one host thread of your choice. The callbacks run on the library's streaming thread. From
  * a callback a host may change settings, close the camera and open it again; it may not wait there
- * for something that the stream itself delivers, as captureImage does. Diagnostics go to standard
- * output. No exception leaves a function declared here. The library stays loaded until the process
- * ends, and a session open at exit is ended then. A forked child has none and ends with _exit().
+ * for something that the stream itself delivers, as captureImage does. Results have names and texts
+ * in results.h. Diagnostics go to standard output. No exception leaves a function declared here.
+ * The library stays loaded until the process ends, and a session open at exit is ended then. A
+ * forked child has none and ends with _exit().
  */
 #ifndef DOCCAM_DOCCAM_H
 #define DOCCAM_DOCCAM_H
 
 #include "export.h"
+#include "results.h"
+#include "version.h"
 
 #include <stdbool.h>
 
@@ -147,15 +150,9 @@ DOCCAM_API int getCameraResolution(int index, int* width, int* height);
 
 /*
  * Opens camera index and starts streaming at width x height pixels in the chosen format.
- * 3672 x 2856 is captured as 3264 x 2448, and whole-frame stills are enlarged to it.
- *   0  streaming                        -8  VIDIOC_REQBUFS failed
- *  -1  no such camera                   -9  too few buffers granted
- *  -2  no frame size known, or a size  -10  VIDIOC_QUERYBUF failed
- *      that no picture can have        -11  mmap failed
- *  -3  the node cannot be opened       -12  VIDIOC_QBUF failed
- *  -5  VIDIOC_TRY_FMT failed           -13  VIDIOC_STREAMON failed
- *  -6  VIDIOC_S_FMT failed             -14  internal error: out of memory
- *  -7  VIDIOC_G_FMT failed
+ * 3672 x 2856 is captured as 3264 x 2448, and whole-frame stills are enlarged to it. Returns
+ * DOCCAM_OK when it is streaming, otherwise one of DOCCAM_OPEN_..., which name the step that
+ * failed.
  */
 DOCCAM_API int openCamera(int index, int width, int height);
 

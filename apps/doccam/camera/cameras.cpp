@@ -55,7 +55,7 @@ Size choose(int index, Format format, const std::vector<Size>& offered, std::opt
 
 std::vector<Camera> attachedCameras() {
     const int count = getDeviceCount();
-    if (count < 0) {
+    if (count == DOCCAM_DEVICES_NO_UDEV) {
         throw Failure(kNoCamera, "The device manager (udev) does not answer; start it, or run "
                                  "doccam --virtual.");
     }
@@ -85,7 +85,7 @@ std::vector<Size> offeredSizes(int index, Format format) {
     const int count = getCameraResolutionCount(index);
     for (int i = 0; i < count; ++i) {
         Size size;
-        if (getCameraResolution(i, &size.width, &size.height) == 0) {
+        if (getCameraResolution(i, &size.width, &size.height) == DOCCAM_OK) {
             sizes.push_back(size);
         }
     }

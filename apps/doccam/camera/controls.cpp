@@ -3,12 +3,6 @@
 #include <doccam/doccam.h>
 
 namespace doccam::host {
-namespace {
-
-constexpr int kNoControl = -10001;
-
-} // namespace
-
 std::optional<int> selectorOf(const std::string& name) {
     for (const ControlName& control : kControlNames) {
         if (name == control.text) {
@@ -21,7 +15,7 @@ std::optional<int> selectorOf(const std::string& name) {
 std::optional<ControlState> readControl(int selector) {
     ControlState state;
     if (GetVideoCtlParam(selector, &state.minimum, &state.maximum, &state.defaultValue,
-                         &state.value) != 0) {
+                         &state.value) != DOCCAM_OK) {
         return std::nullopt;
     }
     return state;
@@ -29,13 +23,12 @@ std::optional<ControlState> readControl(int selector) {
 
 // Gamma is written to the control used last, so it is read first.
 bool writeControl(int selector, int value) {
-    return readControl(selector) && SetVideoCtlParam(selector, value) == 0;
+    return readControl(selector) && SetVideoCtlParam(selector, value) == DOCCAM_OK;
 }
 
 bool resetControl(int selector) {
     const auto state = readControl(selector);
-    const int result = state ? SetVideoCtlDefaultParam(selector) : kNoControl;
-    return state && result == state->defaultValue;
+    return state && SetVideoCtlDefaultParam(selector) == state->defaultValue;
 }
 
 } // namespace doccam::host

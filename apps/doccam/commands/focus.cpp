@@ -18,7 +18,7 @@ constexpr int kFramesToFocus = 20;
 int focus(const Context& context, bool switchOver) {
     const auto session = openForStills(context, {});
     const int result = switchOver ? ManualFocus() : ManualFocusEx();
-    if (result != 0) {
+    if (result != DOCCAM_OK) {
         throw Failure(kCameraFailed, "Camera " + std::to_string(context.options.camera) +
                                          " did not focus (code " + std::to_string(result) +
                                          "); plug it in again and repeat.");

@@ -86,7 +86,7 @@ void publishPdf(OutputFile& file, const std::vector<std::string>& images,
         AddImageFileToPDF(page.c_str());
     }
     const std::string draft = file.part("draft.pdf");
-    if (CombineToPDF(draft.c_str(), false) != 0) {
+    if (CombineToPDF(draft.c_str(), false) != DOCCAM_OK) {
         throw Failure(kFileFailed, file.target().string() +
                                        " could not be written; look whether its images are sound "
                                        "and the disk is not full.");

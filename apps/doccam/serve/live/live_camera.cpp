@@ -220,7 +220,7 @@ void LiveCamera::setControl(const std::string& name, std::optional<int> value) {
 
 void LiveCamera::focus() {
     session();
-    if (ManualFocusEx() != 0) {
+    if (ManualFocusEx() != DOCCAM_OK) {
         throw Refused("the camera refuses to focus");
     }
 }

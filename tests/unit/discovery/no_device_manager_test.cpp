@@ -1,0 +1,22 @@
+// The cameras of a machine whose device manager gives nothing.
+#include <doccam/doccam.h>
+
+#include <gtest/gtest.h>
+#include <libudev.h>
+
+// Stands in for libudev's own.
+udev* udev_new() {
+    return nullptr;
+}
+
+namespace doccam::test {
+namespace {
+
+TEST(NoDeviceManager, IsAResultOfItsOwn) {
+    EXPECT_EQ(getDeviceCount(), DOCCAM_DEVICES_NO_UDEV);
+    EXPECT_EQ(DOCCAM_DEVICES_NO_UDEV, -1);
+    EXPECT_EQ(openCamera(0, 640, 480), DOCCAM_OPEN_NO_CAMERA);
+}
+
+} // namespace
+} // namespace doccam::test

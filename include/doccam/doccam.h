@@ -66,6 +66,24 @@ typedef enum DoccamFault {
 } DoccamFault;
 
 /*
+ * What a fault comes from, where a host may act on it. The message says it in words.
+ */
+typedef enum DoccamCause {
+    /* The calling thread is being told of no fault. */
+    DOCCAM_CAUSE_NONE = 0,
+    /* None of those below: an error of processing or of a callback, which the message names. */
+    DOCCAM_CAUSE_OTHER = 1,
+    /* The camera was unplugged. */
+    DOCCAM_CAUSE_UNPLUGGED = 2,
+    /* The driver handed over no frame, or one in a buffer that does not exist. */
+    DOCCAM_CAUSE_DRIVER = 3,
+    /* The stream's pixel format is neither MJPEG nor YUYV. */
+    DOCCAM_CAUSE_PIXEL_FORMAT = 4,
+    /* The file of a still could not be written. */
+    DOCCAM_CAUSE_NOT_WRITTEN = 5
+} DoccamCause;
+
+/*
  * Receives a fault, one of DoccamFault, and why it arose, in English. message is valid during the
  * call only. Runs on the streaming thread, or for a document on the thread that works on it; of
  * the library it may call what the other callbacks may. A still or code request is answered after
@@ -79,6 +97,13 @@ typedef void (*FaultCallback)(int fault, const char* message);
  * an exception ends only the stage it arose in, and the stream goes on. Any thread. Returns 0.
  */
 DOCCAM_API int SetFaultCallback(FaultCallback callback);
+
+/*
+ * The cause, one of DoccamCause, of the fault that the calling thread is being told of: for use
+ * within a fault callback. DOCCAM_CAUSE_NONE anywhere else. Later versions may add causes. Any
+ * thread.
+ */
+DOCCAM_API int doccam_fault_cause(void);
 
 /* --- Settings: any thread, effective from the next frame or still, kept across sessions ------ */
 

@@ -9,13 +9,17 @@ namespace doccam {
 namespace {
 
 thread_local FaultNotes* notesOfThread = nullptr;
+thread_local DoccamCause causeOfThread = DOCCAM_CAUSE_NONE;
 
-void tellHost(DoccamFault fault, const std::string& message) {
+// A fault callback may end a document, whose fault is then told within it.
+void tellHost(const Fault& fault) {
     if (const FaultCallback callback = state().faultCallback.load(std::memory_order_acquire)) {
+        const DoccamCause outer = std::exchange(causeOfThread, fault.cause);
         guarded("the fault callback", 0, [&] {
-            callback(fault, message.c_str());
+            callback(fault.kind, fault.message.c_str());
             return 0;
         });
+        causeOfThread = outer;
     }
 }
 
@@ -25,14 +29,14 @@ bool hostHearsFaults() {
     return state().faultCallback.load(std::memory_order_acquire) != nullptr;
 }
 
-void reportFault(DoccamFault fault, std::string message) {
+void reportFault(Fault fault) {
     if (!hostHearsFaults()) {
         return;
     }
     if (notesOfThread != nullptr) {
-        notesOfThread->add(fault, std::move(message));
+        notesOfThread->add(std::move(fault));
     } else {
-        tellHost(fault, message);
+        tellHost(fault);
     }
 }
 
@@ -43,9 +47,9 @@ void reportException(DoccamFault fault) {
     try {
         throw;
     } catch (const std::exception& error) {
-        reportFault(fault, error.what());
+        reportFault({fault, DOCCAM_CAUSE_OTHER, error.what()});
     } catch (...) {
-        reportFault(fault, "unknown error");
+        reportFault({fault, DOCCAM_CAUSE_OTHER, "unknown error"});
     }
 }
 
@@ -58,8 +62,8 @@ FaultNotes::~FaultNotes() {
 }
 
 void FaultNotes::tell() {
-    for (const auto& [fault, message] : std::exchange(notes_, {})) {
-        tellHost(fault, message);
+    for (const Fault& fault : std::exchange(notes_, {})) {
+        tellHost(fault);
     }
 }
 
@@ -68,4 +72,8 @@ void FaultNotes::tell() {
 int SetFaultCallback(FaultCallback callback) {
     doccam::state().faultCallback.store(callback, std::memory_order_release);
     return 0;
+}
+
+int doccam_fault_cause() {
+    return doccam::causeOfThread;
 }

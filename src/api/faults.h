@@ -9,6 +9,12 @@
 
 namespace doccam {
 
+struct Fault {
+    DoccamFault kind;
+    DoccamCause cause;
+    std::string message;
+};
+
 // True while the host has a fault callback. Only then are exceptions contained.
 bool hostHearsFaults();
 
@@ -16,7 +22,7 @@ bool hostHearsFaults();
 void reportException(DoccamFault fault);
 
 // Tells the host, if it listens: at once, or when the thread's FaultNotes are told.
-void reportFault(DoccamFault fault, std::string message);
+void reportFault(Fault fault);
 
 // Keeps the faults of the thread that makes it, for a moment at which the host may be called.
 class FaultNotes {
@@ -27,9 +33,7 @@ class FaultNotes {
     FaultNotes(const FaultNotes&) = delete;
     FaultNotes& operator=(const FaultNotes&) = delete;
 
-    void add(DoccamFault fault, std::string message) {
-        notes_.emplace_back(fault, std::move(message));
-    }
+    void add(Fault fault) { notes_.push_back(std::move(fault)); }
 
     bool empty() const { return notes_.empty(); }
 
@@ -37,7 +41,7 @@ class FaultNotes {
     void tell();
 
   private:
-    std::vector<std::pair<DoccamFault, std::string>> notes_;
+    std::vector<Fault> notes_;
 };
 
 // Runs stage. Where the host hears faults, an exception ends only the stage, and is reported. True

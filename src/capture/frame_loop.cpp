@@ -60,7 +60,7 @@ FrameLoop::Next FrameLoop::grab() {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
         if (endsUnasked()) {
-            reportFault(DOCCAM_FAULT_STREAM_ENDED, failureReason(result, library_.cam_fd));
+            reportFault(endOfStream(result, library_.cam_fd));
         }
         return Next::kEnd;
     }
@@ -78,7 +78,8 @@ FrameLoop::Next FrameLoop::decode() {
     }
     std::puts("don't suport format");
     if (endsUnasked()) {
-        reportFault(DOCCAM_FAULT_STREAM_ENDED, "the pixel format is neither MJPEG nor YUYV");
+        reportFault({DOCCAM_FAULT_STREAM_ENDED, DOCCAM_CAUSE_PIXEL_FORMAT,
+                     "the pixel format is neither MJPEG nor YUYV"});
     }
     return Next::kEnd;
 }

@@ -49,12 +49,16 @@ bool isUnplugged(int descriptor) {
 
 } // namespace
 
-const char* failureReason(int result, int descriptor) {
+Fault endOfStream(int result, int descriptor) {
+    const auto fault = [](DoccamCause cause, const char* message) {
+        return Fault{DOCCAM_FAULT_STREAM_ENDED, cause, message};
+    };
     if (result == kGrabImpossibleBuffer) {
-        return "the driver named a buffer that does not exist";
+        return fault(DOCCAM_CAUSE_DRIVER, "the driver named a buffer that does not exist");
     }
-    return isUnplugged(descriptor) ? "the camera was unplugged"
-                                   : "the driver failed to hand over a frame";
+    return isUnplugged(descriptor)
+               ? fault(DOCCAM_CAUSE_UNPLUGGED, "the camera was unplugged")
+               : fault(DOCCAM_CAUSE_DRIVER, "the driver failed to hand over a frame");
 }
 
 GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) {

@@ -1,6 +1,8 @@
 // Taking one frame from the driver.
 #pragma once
 
+#include "api/faults.h"
+
 #include <linux/videodev2.h>
 
 #include <span>
@@ -38,6 +40,6 @@ GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame);
 int tellFailure(const GrabbedFrame& grabbed);
 
 // Why no further frame comes from descriptor after tellFailure() gave result.
-const char* failureReason(int result, int descriptor);
+Fault endOfStream(int result, int descriptor);
 
 } // namespace doccam

@@ -110,8 +110,8 @@ bool finishDocument(PdfWriter& writer, std::span<const std::string> pictures) {
 
 void reportFailure(const PdfWriter& writer) {
     if (writer.failed()) {
-        reportFault(DOCCAM_FAULT_DOCUMENT,
-                    writer.path() + " could not be made or saved: " + writer.reason());
+        reportFault({DOCCAM_FAULT_DOCUMENT, DOCCAM_CAUSE_OTHER,
+                     writer.path() + " could not be made or saved: " + writer.reason()});
     }
 }
 

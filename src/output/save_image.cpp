@@ -69,7 +69,8 @@ int SaveImage(char* path, cv::Mat img) {
     const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture)
                                             : writeImage(target, *picture, quality);
     if (!written) {
-        reportFault(DOCCAM_FAULT_STILL, target + " could not be written");
+        reportFault(
+            {DOCCAM_FAULT_STILL, DOCCAM_CAUSE_NOT_WRITTEN, target + " could not be written"});
     }
     return 0;
 }

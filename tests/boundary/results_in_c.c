@@ -33,6 +33,7 @@ static void expectTextsForEverything(void) {
 int main(int argc, char** argv) {
     expect(argc == 2 && strcmp(DOCCAM_VERSION_STRING, argv[1]) == 0, "the text is the version");
     expect(doccam_version() == DOCCAM_VERSION, "the library is of the headers' version");
+    expect(doccam_fault_cause() == DOCCAM_CAUSE_NONE, "no fault is being told");
     expect(captureImage("page.jpg") == DOCCAM_STILL_NOT_REQUESTED, "a still needs a session");
     expectTextsForEverything();
     return failures == 0 ? 0 : 1;

@@ -12,13 +12,11 @@
 #include <atomic>
 #include <exception>
 #include <filesystem>
-#include <string_view>
+#include <optional>
 #include <vector>
 
 namespace doccam::host {
 namespace {
-
-constexpr std::string_view kNotWritten = "could not be written";
 
 // The step that a request finds under way, and the one that answers it, each deliver a frame.
 constexpr int kFramesUntilAnswer = 2;
@@ -40,13 +38,13 @@ bool isThere(const std::string& path) {
     return std::filesystem::is_regular_file(path, ignored);
 }
 
-[[noreturn]] void failToSave(const std::string& fault) {
-    if (fault.empty() || fault.ends_with(kNotWritten)) {
+[[noreturn]] void failToSave(const std::optional<StillFault>& fault) {
+    if (!fault || fault->cause == DOCCAM_CAUSE_NOT_WRITTEN) {
         throw Failure(kFileFailed, "The still could not be saved; look whether the disk is full, "
                                    "or choose a shorter name.");
     }
-    throw Failure(kCameraFailed,
-                  "The still could not be taken: " + fault + "; lay the sheet anew and try again.");
+    throw Failure(kCameraFailed, "The still could not be taken: " + fault->message +
+                                     "; lay the sheet anew and try again.");
 }
 
 } // namespace
@@ -59,7 +57,8 @@ CameraSession::CameraSession(int camera, const Capture& capture, const Interrupt
     feed_.restart();
     SetVideoFormat(static_cast<int>(capture.format));
     cropToSheet(false);
-    if (const int code = openCamera(camera, capture.size.width, capture.size.height); code != 0) {
+    if (const int code = openCamera(camera, capture.size.width, capture.size.height);
+        code != DOCCAM_OK) {
         throw Failure(kCameraFailed, "Camera " + std::to_string(camera) + " cannot be opened at " +
                                          textOf(capture.size) + ": " + openingAdvice(code));
     }
@@ -141,7 +140,7 @@ cv::Mat CameraSession::nextFrame() {
 bool CameraSession::findSheet() {
     bool found = false;
     useNextFrame([&found](unsigned char* pixels, int width, int height) {
-        found = DrawingEdge(pixels, width, height, 0) == 0;
+        found = DrawingEdge(pixels, width, height, 0) == DOCCAM_OK;
     });
     return found;
 }
@@ -151,7 +150,7 @@ bool CameraSession::findSheet() {
 void CameraSession::still(const std::string& path, bool crop) {
     const Cropped cropped(crop);
     feed_.takeStillFault();
-    const bool requested = captureImage(path.c_str()) == 0;
+    const bool requested = captureImage(path.c_str()) == DOCCAM_OK;
     const std::uint64_t answered = feed_.frames() + kFramesUntilAnswer;
     interrupt_.check();
     failIfEnded();

@@ -38,9 +38,9 @@ std::optional<std::string> FrameFeed::ended() const {
     return ended_;
 }
 
-std::string FrameFeed::takeStillFault() {
+std::optional<StillFault> FrameFeed::takeStillFault() {
     const std::lock_guard lock(mutex_);
-    return std::exchange(stillFault_, {});
+    return std::exchange(stillFault_, std::nullopt);
 }
 
 void FrameFeed::acknowledge() const {
@@ -52,7 +52,7 @@ void FrameFeed::restart() {
     const std::lock_guard lock(mutex_);
     frames_ = 0;
     ended_.reset();
-    stillFault_.clear();
+    stillFault_.reset();
 }
 
 void FrameFeed::onFrame(unsigned char* pixels, int width, int height) {
@@ -77,7 +77,7 @@ void FrameFeed::onFault(int fault, const char* message) {
         if (fault == DOCCAM_FAULT_STREAM_ENDED) {
             feed.ended_ = message;
         } else if (fault == DOCCAM_FAULT_STILL) {
-            feed.stillFault_ = message;
+            feed.stillFault_ = {doccam_fault_cause(), message};
         }
     }
     feed.announce();

@@ -9,6 +9,11 @@
 
 namespace doccam::host {
 
+struct StillFault {
+    int cause = 0; // one of DoccamCause
+    std::string message;
+};
+
 class FrameFeed {
   public:
     // Called on the streaming thread with width x height pixels, red first, rows back to back,
@@ -31,8 +36,8 @@ class FrameFeed {
     // Why no more frames come; none while they do.
     std::optional<std::string> ended() const;
 
-    // Why the last still failed, and forgets it; empty when none did.
-    std::string takeStillFault();
+    // Why the last still failed, and forgets it; none when none did.
+    std::optional<StillFault> takeStillFault();
 
     // Becomes readable with each frame and each fault; calmed by acknowledge().
     int descriptor() const { return descriptor_; }
@@ -56,7 +61,7 @@ class FrameFeed {
     mutable std::mutex mutex_;
     std::uint64_t frames_ = 0;
     std::optional<std::string> ended_;
-    std::string stillFault_;
+    std::optional<StillFault> stillFault_;
 };
 
 } // namespace doccam::host

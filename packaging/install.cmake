@@ -1,4 +1,4 @@
-# What an installed tree holds: library, headers, CMake package, pkg-config file, model table, and
+# What an installed tree holds: library, headers, CMake package, pkg-config files, model table, and
 # what comes with the command line.
 include(CMakePackageConfigHelpers)
 
@@ -19,9 +19,16 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccamConfig.cmake
 
 # The prefix relative to the file, so that the tree can be moved.
 file(RELATIVE_PATH DOCCAM_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-configure_file(packaging/doccam.pc.in ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccam.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccam.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+get_target_property(opencv_core_file opencv_core LOCATION)
+cmake_path(GET opencv_core_file PARENT_PATH DOCCAM_OPENCV_LIBDIR)
+# As system headers: they do not pass under the warnings of a careful host.
+list(TRANSFORM OpenCV_INCLUDE_DIRS PREPEND "-isystem " OUTPUT_VARIABLE DOCCAM_PC_OPENCV_CFLAGS)
+list(JOIN DOCCAM_PC_OPENCV_CFLAGS " " DOCCAM_PC_OPENCV_CFLAGS)
+foreach(package IN ITEMS doccam doccam-opencv)
+    configure_file(packaging/${package}.pc.in ${CMAKE_CURRENT_BINARY_DIR}/packaging/${package}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/${package}.pc
+            DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 if(DOCCAM_BUILD_HOSTS OR DOCCAM_BUILD_TESTS)
     install(FILES packaging/man/doccam.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

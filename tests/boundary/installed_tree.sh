@@ -1,34 +1,74 @@
 #!/usr/bin/env bash
-# A C host builds against an installed tree with pkg-config, and with CMake, and takes a still with
-# the virtual camera; so does the installed command line: installed_tree.sh BUILD SOURCE LAUNCHER
+# An installed tree is all that a host needs: one in C and one in C++ are built outside of it, each with
+# pkg-config and with CMake, and take a picture with the virtual camera. So does the installed command
+# line: installed_tree.sh BUILD SOURCE LAUNCHER
 set -euo pipefail
 build=$1 source=$2 launcher=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+warnings=(-Wall -Wextra -Werror -pedantic)
 
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
 libraries=$(dirname "$(find "$work/prefix" -name libdoccam.so)")
 export PKG_CONFIG_PATH=$libraries/pkgconfig
 
-# shellcheck disable=SC2046
-cc -std=c99 -Wall -Wextra -Werror -pedantic "$source/examples/host.c" \
-    $(pkg-config --cflags --libs doccam) -o "$work/host"
-LD_LIBRARY_PATH=$libraries "$launcher" -- "$work/host" "$work/page.jpg"
-[ "$(head -c 2 "$work/page.jpg" | od -An -tx1)" = " ff d8" ]
+fail() {
+    echo "installed_tree: $*" >&2
+    exit 1
+}
 
-mkdir "$work/consumer"
-cat >"$work/consumer/CMakeLists.txt" <<'CMAKE'
+# run PICTURE FIRST_BYTES HOST: the host writes PICTURE, which begins with FIRST_BYTES.
+run() {
+    LD_LIBRARY_PATH=$libraries "$launcher" -- "$3" "$1"
+    [ "$(head -c 2 "$1" | od -An -tx1)" = "$2" ] || fail "$3 wrote no picture"
+}
+
+# flags PACKAGE: what pkg-config gives, one a line.
+flags() {
+    pkg-config --cflags --libs "$1" | xargs -n1
+}
+
+# configure FOLDER LANGUAGE TARGET OPTIONS...: a project of one host that links TARGET.
+configure() {
+    local folder=$1 language=$2 target=$3 host=host.c
+    shift 3
+    [ "$language" = C ] || host=host.cpp
+    mkdir "$folder"
+    cp "$source/examples/$host" "$folder"
+    cat >"$folder/CMakeLists.txt" <<CMAKE
 cmake_minimum_required(VERSION 3.25)
-project(consumer LANGUAGES C)
+project(consumer LANGUAGES $language)
 find_package(doccam 1 REQUIRED)
-add_executable(consumer host.c)
-target_link_libraries(consumer PRIVATE doccam::doccam)
+add_executable(consumer $host)
+target_link_libraries(consumer PRIVATE $target)
+target_compile_features(consumer PRIVATE $([ "$language" = C ] && echo c_std_99 || echo cxx_std_20))
+target_compile_options(consumer PRIVATE ${warnings[*]})
 CMAKE
-cp "$source/examples/host.c" "$work/consumer"
-cmake -S "$work/consumer" -B "$work/consumer/build" -DCMAKE_PREFIX_PATH="$work/prefix" >/dev/null
-cmake --build "$work/consumer/build" >/dev/null
-"$launcher" -- "$work/consumer/build/consumer" "$work/again.jpg"
-[ -s "$work/again.jpg" ]
+    cmake -S "$folder" -B "$folder/build" -DCMAKE_PREFIX_PATH="$work/prefix" "$@" >/dev/null
+}
+
+mapfile -t c_flags < <(flags doccam)
+mapfile -t cpp_flags < <(flags doccam-opencv)
+# A host in C has nothing to do with OpenCV.
+[[ ${c_flags[*]} != *opencv* ]] || fail "doccam.pc names OpenCV: ${c_flags[*]}"
+
+cc -std=c99 "${warnings[@]}" "$source/examples/host.c" "${c_flags[@]}" -o "$work/c_host"
+run "$work/c.jpg" " ff d8" "$work/c_host"
+
+c++ -std=c++20 "${warnings[@]}" "$source/examples/host.cpp" "${cpp_flags[@]}" -o "$work/cpp_host"
+run "$work/cpp.png" " 89 50" "$work/cpp_host"
+
+configure "$work/c" C doccam::doccam -DCMAKE_DISABLE_FIND_PACKAGE_OpenCV=ON
+cmake --build "$work/c/build" >/dev/null
+run "$work/c_again.jpg" " ff d8" "$work/c/build/consumer"
+
+configure "$work/cpp" CXX doccam::opencv
+cmake --build "$work/cpp/build" >/dev/null
+run "$work/cpp_again.png" " 89 50" "$work/cpp/build/consumer"
+
+# The C interface alone is C++, too.
+echo '#include <doccam/doccam.h>' |
+    c++ -std=c++20 "${warnings[@]}" "${c_flags[@]}" -x c++ -fsyntax-only -
 
 # The command line finds its virtual camera in the tree.
 "$work/prefix/bin/doccam" --virtual capture --size 640x480 "$work/still.png"

@@ -3,9 +3,12 @@ import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import fs from 'node:fs';
 import net from 'node:net';
+import os from 'node:os';
+import path from 'node:path';
 
 import {
-  check, delay, morePictures, openPage, pictureFits, picturesOf, screenshot, spawnHost, until,
+  check, delay, morePictures, openPage, pictureFits, picturesOf, screenshot, spawnHost, startHost,
+  until,
 } from './host.mjs';
 import { browser, host, shareHost } from './session.mjs';
 
@@ -39,7 +42,8 @@ check('an unplugged camera is told, and the picture comes back by itself', async
 async function stalledViewer() {
   const socket = net.connect(host.port, '127.0.0.1');
   socket.on('error', () => {});
-  socket.write(`GET /preview?token=${host.token} HTTP/1.1\r\nHost: 127.0.0.1:${host.port}\r\n\r\n`);
+  socket.write(`GET /preview HTTP/1.1\r\nHost: 127.0.0.1:${host.port}\r\n` +
+    `Authorization: Bearer ${host.token}\r\n\r\n`);
   await once(socket, 'readable');
   return socket;
 }
@@ -146,4 +150,22 @@ check('it ends well when asked while it opens a camera', async () => {
   assert.equal(code, 0);
   assert.deepEqual(fs.readdirSync(folder).filter((name) => name.startsWith('doccam-pages')), []);
   fs.rmSync(folder, { recursive: true });
+});
+
+check('a window shows the picture again when the server was started anew', async () => {
+  const state = fs.mkdtempSync(path.join(os.tmpdir(), 'doccam-state-'));
+  const first = await startHost({ state });
+  const page = await openPage(browser, first);
+  await first.stop();
+  await page.waitForSelector('#banner:visible');
+  const second = await startHost({ state, args: ['--port', String(first.port)] });
+  try {
+    assert.equal(second.token, first.token);
+    await page.waitForSelector('#banner', { state: 'hidden' });
+    await morePictures(page, 3);
+  } finally {
+    await page.context().close();
+    await second.stop();
+    fs.rmSync(state, { recursive: true });
+  }
 });

@@ -45,15 +45,16 @@ export async function until(condition) {
 }
 
 // The program under the virtual camera that the options describe, with a folder for what it writes.
-export function spawnHost({ args = [], stderr = 'inherit', ...camera } = {}) {
+export function spawnHost({ args = [], stderr = 'inherit', state, ...camera } = {}) {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'doccam-browser-'));
+  state ??= path.join(folder, 'state');
   const scenario = path.join(folder, 'scenario.json');
   const control = path.join(folder, 'control');
   fs.writeFileSync(scenario, JSON.stringify(scenarioWith(camera)));
   const child = spawn(path.join(build, 'doccam-virtualcam'),
     ['--scenario', scenario, '--', path.join(build, 'apps/doccam/doccam'), 'serve', ...args],
     { stdio: ['ignore', 'pipe', stderr],
-      env: { ...process.env, DOCCAM_VIRTUALCAM_CONTROL: control, TMPDIR: folder } });
+      env: { ...process.env, DOCCAM_VIRTUALCAM_CONTROL: control, TMPDIR: folder, XDG_STATE_HOME: state } });
   return { child, folder, control, ended: once(child, 'exit') };
 }
 
@@ -62,17 +63,22 @@ export async function startHost(options) {
   const { child, folder, control, ended } = spawnHost(options);
   const address = await firstAddress(child);
   const url = new URL(address);
+  const token = url.hash.replace('#token=', '');
+  const headers = { Authorization: `Bearer ${token}` };
   const steer = (line) => askLine(control, line);
   return {
     address,
     port: Number(url.port),
-    token: url.searchParams.get('token'),
+    origin: url.origin,
+    token,
+    headers,
     folder,
     plug: () => steer('plug 0'),
     unplug: () => steer('unplug 0'),
-    state: async () => (await fetch(new URL(`/api/state${url.search}`, url))).json(),
-    change: (settings) => fetch(new URL(`/api/settings${url.search}`, url), {
-      method: 'POST', headers: { 'Content-Type': 'application/json' }, body: JSON.stringify(settings),
+    state: async () => (await fetch(new URL('/api/state', url), { headers })).json(),
+    change: (settings) => fetch(new URL('/api/settings', url), {
+      method: 'POST', headers: { ...headers, 'Content-Type': 'application/json' },
+      body: JSON.stringify(settings),
     }),
     async stop() {
       child.kill('SIGTERM');

@@ -66,7 +66,38 @@ check('the picture has the size of the page\'s area', async () => {
 });
 
 check('the token leaves the address bar', () => {
-  assert.equal(new URL(page.url()).search, '');
+  const { search, hash } = new URL(page.url());
+  assert.deepEqual([search, hash], ['', '']);
+});
+
+check('another window is let in while one shows the picture', async () => {
+  const other = await page.context().newPage();
+  await other.goto(host.origin);
+  await morePictures(other, 3);
+  assert.ok(await other.isHidden('#refusal'));
+  await other.close();
+});
+
+check('a window without access says what to do, and is let in with the address', async () => {
+  const context = await browser.newContext();
+  const other = await context.newPage();
+  await other.goto(host.origin);
+  await other.waitForSelector('#refusal:visible');
+  assert.match(await other.textContent('#refusal'), /Open the address that doccam serve printed/);
+  assert.ok(await other.isHidden('#capture'));
+  await screenshot(other, 'refused');
+  await other.goto(`${host.origin}/#token=${host.token}`); // loads nothing by itself
+  await other.waitForSelector('#capture:visible');
+  await context.close();
+});
+
+check('a window with a wrong token says what to do', async () => {
+  const context = await browser.newContext();
+  const other = await context.newPage();
+  await other.goto(`${host.origin}/#token=${'f'.repeat(64)}`);
+  await other.waitForSelector('#refusal:visible');
+  assert.equal(await other.evaluate(() => sessionStorage.length), 0);
+  await context.close();
 });
 
 check('the wheel zooms and a double click shows the whole frame again', async () => {

@@ -14,7 +14,7 @@ shareWindow();
 const pageIds = async () => (await host.state()).pages.map(({ id }) => id);
 const ordered = (...ids) => until(async () => String(await pageIds()) === String(ids) &&
   String(await page.evaluate(() => [...document.querySelectorAll('#pages img')]
-    .map((image) => /\d+/.exec(image.getAttribute('src'))[0]))) === String(ids));
+    .map((image) => /\d+/.exec(image.dataset.shows)[0]))) === String(ids));
 const takePage = async () => {
   const items = await page.locator('#pages li').count();
   await page.click('#capture');

@@ -24,7 +24,7 @@ foreach(name IN LISTS files)
     math(EXPR number "${number} + 1")
 endforeach()
 
-file(WRITE ${OUTPUT} "#include \"serve/http/page_files.h\"
+file(WRITE ${OUTPUT} "#include \"serve/site/page_files.h\"
 
 namespace doccam::serve {
 namespace {

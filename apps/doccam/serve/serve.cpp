@@ -3,11 +3,12 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "serve/access/addresses.h"
+#include "serve/access/token_file.h"
 #include "serve/commands/commands.h"
-#include "serve/http/addresses.h"
-#include "serve/http/http_server.h"
 #include "serve/live/picture_encoder.h"
 #include "serve/owned_thread.h"
+#include "serve/site/http_server.h"
 
 #include <exception>
 
@@ -96,6 +97,7 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     EventFeed events;
     CommandQueue queue;
     PageStore pages;
+    const std::string token = keptToken(stateFolder());
     const host::Reach reach{.write = {pages.folder()}, .cameras = true, .connections = true};
     if (options.confined) {
         host::confineFiles(reach, interrupt);
@@ -113,7 +115,7 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     HttpServer server({queue, commands, pages, documents, pictures, events, viewers});
     const LetGo letGo{queue, documents, pictures, events};
     const int port = server.bind(options.address, options.port);
-    const AccessRules rules = rulesFor(options.address, port, randomToken());
+    const AccessRules rules = rulesFor(options.address, port, token);
     const std::vector<std::string> addresses = addressesOf(options.address, port, rules.token);
     if (options.confined) {
         host::confineCalls(reach);

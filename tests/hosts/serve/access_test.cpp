@@ -13,7 +13,7 @@ AccessRules loopbackRules() {
 }
 
 Credentials goodCredentials() {
-    return {"127.0.0.1:8123", std::nullopt, kToken, "", ""};
+    return {"127.0.0.1:8123", std::nullopt, "Bearer " + kToken};
 }
 
 Verdict verdictForHost(const AccessRules& rules, const std::string& host) {
@@ -25,14 +25,6 @@ Verdict verdictForHost(const AccessRules& rules, const std::string& host) {
 Verdict verdictForOrigin(const std::string& origin) {
     Credentials credentials = goodCredentials();
     credentials.origin = origin;
-    return judge(loopbackRules(), credentials);
-}
-
-Verdict verdictForCookies(const std::string& cookies, const std::string& site = "") {
-    Credentials credentials = goodCredentials();
-    credentials.queryToken.clear();
-    credentials.cookies = cookies;
-    credentials.site = site;
     return judge(loopbackRules(), credentials);
 }
 
@@ -92,28 +84,18 @@ TEST(Access, IsRefusedToOtherOrigins) {
 
 TEST(Access, NeedsTheToken) {
     Credentials credentials = goodCredentials();
-    for (const std::string& token :
-         {std::string(), kToken + "0", kToken.substr(1), std::string(16, 'f')}) {
-        credentials.queryToken = token;
-        EXPECT_EQ(judge(loopbackRules(), credentials), Verdict::kNoToken) << token;
+    for (const std::string& wrong : std::initializer_list<std::string>{
+             "", kToken, "Bearer", "Bearer " + kToken + "0", "Bearer " + kToken.substr(1),
+             "Bearer " + std::string(16, 'f'), "Bearer  " + kToken, "Basic " + kToken}) {
+        credentials.authorization = wrong;
+        EXPECT_EQ(judge(loopbackRules(), credentials), Verdict::kNoToken) << wrong;
     }
 }
 
-TEST(Access, TakesTheTokenFromItsOwnCookie) {
-    const std::string cookie = cookieName(8123) + "=" + kToken;
-    EXPECT_EQ(verdictForCookies(cookie), Verdict::kAllowed);
-    EXPECT_EQ(verdictForCookies("a=b; " + cookie + "; c=d"), Verdict::kAllowed);
-    EXPECT_EQ(verdictForCookies(cookieName(8124) + "=" + kToken), Verdict::kNoToken);
-    EXPECT_EQ(verdictForCookies("x" + cookie), Verdict::kNoToken);
-    EXPECT_EQ(verdictForCookies(";;;=;" + cookieName(8123)), Verdict::kNoToken);
-}
-
-TEST(Access, TakesNoCookieForAnotherSitesWish) {
-    const std::string cookie = cookieName(8123) + "=" + kToken;
-    EXPECT_EQ(verdictForCookies(cookie, "same-origin"), Verdict::kAllowed);
-    EXPECT_EQ(verdictForCookies(cookie, "none"), Verdict::kAllowed);
-    EXPECT_EQ(verdictForCookies(cookie, "same-site"), Verdict::kNoToken);
-    EXPECT_EQ(verdictForCookies(cookie, "cross-site"), Verdict::kNoToken);
+TEST(Access, TakesTheSchemeInAnyCaseOfLetters) {
+    Credentials credentials = goodCredentials();
+    credentials.authorization = "bearer " + kToken;
+    EXPECT_EQ(judge(loopbackRules(), credentials), Verdict::kAllowed);
 }
 
 } // namespace doccam::serve

@@ -1,5 +1,5 @@
 // What to open in a browser.
-#include "serve/http/addresses.h"
+#include "serve/access/addresses.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,14 +13,14 @@ using testing::HasSubstr;
 using testing::Not;
 
 TEST(Addresses, AreTheOneThatTheServerListensAt) {
-    EXPECT_THAT(addressesOf("camera.lan", 81, "t"), ElementsAre("http://camera.lan:81/?token=t"));
-    EXPECT_THAT(addressesOf("fd00::7", 81, "t"), ElementsAre("http://[fd00::7]:81/?token=t"));
+    EXPECT_THAT(addressesOf("camera.lan", 81, "t"), ElementsAre("http://camera.lan:81/#token=t"));
+    EXPECT_THAT(addressesOf("fd00::7", 81, "t"), ElementsAre("http://[fd00::7]:81/#token=t"));
 }
 
 TEST(Addresses, OfAWildcardAreTheMachines) {
     for (const std::string wildcard : {"0.0.0.0", "::"}) {
         const auto addresses = addressesOf(wildcard, 81, "t");
-        EXPECT_THAT(addresses, Contains("http://127.0.0.1:81/?token=t"));
+        EXPECT_THAT(addresses, Contains("http://127.0.0.1:81/#token=t"));
         EXPECT_THAT(addresses, Each(Not(HasSubstr("fe80")))) << "needs an interface's name";
         EXPECT_THAT(addresses, Not(Contains(HasSubstr("/::"))));
     }

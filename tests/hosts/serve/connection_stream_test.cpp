@@ -31,7 +31,13 @@ class ConnectionStreamTest : public testing::Test {
 
     int peer() const { return ends_[1]; }
 
-    ConnectionStream streamWith(const ConnectionLimits& limits) const { return {ends_[0], limits}; }
+    void endSaying() { EXPECT_EQ(shutdown(peer(), SHUT_WR), 0); }
+
+    int own() const { return ends_[0]; }
+
+    ConnectionStream streamWith(const ConnectionLimits& limits) const {
+        return {own(), "", limits};
+    }
 
   private:
     int ends_[2] = {-1, -1};
@@ -47,18 +53,16 @@ std::string readAll(ConnectionStream& stream, std::size_t most) {
     return text;
 }
 
-TEST_F(ConnectionStreamTest, EndsAHeadThatGrowsTooLong) {
-    ConnectionStream stream = streamWith({.longestHead = 10, .patience = kLong});
-    say("0123456789and more");
-    EXPECT_EQ(readAll(stream, 100), "0123456789");
+TEST_F(ConnectionStreamTest, ReadsFirstWhatWasSaidBefore) {
+    ConnectionStream stream(own(), "head", {.patience = kLong});
+    say("body");
+    EXPECT_EQ(readAll(stream, 8), "headbody");
 }
 
-TEST_F(ConnectionStreamTest, ReadsABodyLongerThanTheLongestHead) {
-    ConnectionStream stream = streamWith({.longestHead = 4, .patience = kLong});
-    say("headbody, which is longer");
-    EXPECT_EQ(readAll(stream, 4), "head");
-    stream.endHead();
-    EXPECT_EQ(readAll(stream, 21), "body, which is longer");
+TEST_F(ConnectionStreamTest, ReadsWhatWasSaidBeforeWhateverTheTime) {
+    ConnectionStream stream(own(), "head", {.patience = kNoTime});
+    EXPECT_TRUE(stream.is_readable());
+    EXPECT_EQ(readAll(stream, 8), "head");
 }
 
 TEST_F(ConnectionStreamTest, ReadsNothingWhenTheTimeIsOver) {
@@ -87,6 +91,13 @@ TEST_F(ConnectionStreamTest, WritesWhileThePeerIsThere) {
     hangUp();
     EXPECT_FALSE(stream.is_writable());
     EXPECT_EQ(stream.write("answer", 6), -1);
+}
+
+TEST_F(ConnectionStreamTest, WritesToAPeerThatHasSaidAll) {
+    ConnectionStream stream = streamWith({.patience = kNoTime});
+    endSaying();
+    EXPECT_TRUE(stream.is_writable());
+    EXPECT_EQ(stream.write("answer", 6), 6);
 }
 
 TEST_F(ConnectionStreamTest, GivesAPeerUpThatTakesNothing) {

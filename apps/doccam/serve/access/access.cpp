@@ -11,7 +11,7 @@
 namespace doccam::serve {
 namespace {
 
-constexpr std::size_t kTokenBytes = 32;
+constexpr std::size_t kTokenBytes = kTokenDigits / 2;
 
 char lowered(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -44,22 +44,11 @@ bool matchesHost(const AccessRules& rules, const std::string& host) {
     return known || (rules.anyAddress && isNumeric(name));
 }
 
-bool comesFromOwnPage(const std::string& site) {
-    return site.empty() || site == "same-origin" || site == "none";
-}
-
-std::string cookieValue(std::string_view cookies, const std::string& name) {
-    const std::string start = name + "=";
-    while (!cookies.empty()) {
-        const std::size_t end = std::min(cookies.find(';'), cookies.size());
-        std::string_view cookie = cookies.substr(0, end);
-        cookie.remove_prefix(std::min(cookie.find_first_not_of(' '), cookie.size()));
-        if (cookie.starts_with(start)) {
-            return std::string(cookie.substr(start.size()));
-        }
-        cookies.remove_prefix(std::min(end + 1, cookies.size()));
-    }
-    return {};
+std::string_view bearerToken(std::string_view authorization) {
+    constexpr std::string_view kScheme = "bearer ";
+    const bool bearer = authorization.size() > kScheme.size() &&
+                        sameName(authorization.substr(0, kScheme.size()), kScheme);
+    return bearer ? authorization.substr(kScheme.size()) : std::string_view();
 }
 
 } // namespace
@@ -102,10 +91,6 @@ AccessRules rulesFor(const std::string& address, int port, const std::string& to
     return rules;
 }
 
-std::string cookieName(int port) {
-    return "doccam-" + std::to_string(port);
-}
-
 Verdict judge(const AccessRules& rules, const Credentials& credentials) {
     if (!matchesHost(rules, credentials.host)) {
         return Verdict::kForeignHost;
@@ -113,10 +98,8 @@ Verdict judge(const AccessRules& rules, const Credentials& credentials) {
     if (credentials.origin && !sameName(*credentials.origin, "http://" + credentials.host)) {
         return Verdict::kForeignOrigin;
     }
-    const std::string cookie = cookieValue(credentials.cookies, cookieName(rules.port));
-    const bool known = sameSecret(credentials.queryToken, rules.token) ||
-                       (comesFromOwnPage(credentials.site) && sameSecret(cookie, rules.token));
-    return known ? Verdict::kAllowed : Verdict::kNoToken;
+    return sameSecret(bearerToken(credentials.authorization), rules.token) ? Verdict::kAllowed
+                                                                           : Verdict::kNoToken;
 }
 
 } // namespace doccam::serve

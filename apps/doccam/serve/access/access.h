@@ -1,6 +1,7 @@
 // Who may talk to the server: a token that only its starter knows, and names that are its own.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,12 +20,12 @@ struct AccessRules {
 struct Credentials {
     std::string host;
     std::optional<std::string> origin;
-    std::string queryToken;
-    std::string cookies; // the Cookie header
-    std::string site;    // the Sec-Fetch-Site header: where the browser says the wish comes from
+    std::string authorization; // the Authorization header
 };
 
 enum class Verdict { kAllowed, kForeignHost, kForeignOrigin, kNoToken };
+
+inline constexpr std::size_t kTokenDigits = 64;
 
 // 32 random bytes as hexadecimal digits. Throws std::system_error when the system has none.
 std::string randomToken();
@@ -41,11 +42,8 @@ AccessRules rulesFor(const std::string& address, int port, const std::string& to
 // Whether address is this machine's own loopback, reachable from nowhere else.
 bool isLoopback(std::string_view address);
 
-// The name of the cookie that carries the token; the port is in it, as cookies know no ports.
-std::string cookieName(int port);
-
-// The cookie counts for the server's own page only: a browser sends it for other ports' pages too.
-// Host and Origin are judged before the token, so that a foreign page learns nothing from it.
+// Host and Origin are judged before the token, so that a foreign page learns nothing from it. The
+// token comes in a header alone: a browser adds a cookie to what it asks of any port of the host.
 Verdict judge(const AccessRules& rules, const Credentials& credentials);
 
 } // namespace doccam::serve

@@ -63,6 +63,15 @@ std::string choice(const Json& object, const char* field, const std::vector<std:
     throw BadRequest(std::string("\"") + field + "\" must be one of: " + listed);
 }
 
+std::string text(const Json& object, const char* field, std::size_t longest) {
+    const Json& value = at(object, field);
+    if (!value.is_string() || value.get_ref<const std::string&>().size() > longest) {
+        throw BadRequest(std::string("\"") + field + "\" must be a text of at most " +
+                         std::to_string(longest) + " bytes");
+    }
+    return value.get<std::string>();
+}
+
 std::vector<int> integers(const Json& object, const char* field, std::size_t most) {
     const Json& value = at(object, field);
     const bool listed = value.is_array() && value.size() <= most &&

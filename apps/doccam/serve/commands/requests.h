@@ -26,6 +26,8 @@ Json parseBody(const std::string& body);
 // of range.
 int integer(const Json& object, const char* field, int least, int most);
 std::string choice(const Json& object, const char* field, const std::vector<std::string>& choices);
+// Of at most so many bytes.
+std::string text(const Json& object, const char* field, std::size_t longest);
 std::vector<int> integers(const Json& object, const char* field, std::size_t most);
 
 // "left" is a quarter turn counter-clockwise, -1; "right" is 1.

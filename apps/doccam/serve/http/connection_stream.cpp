@@ -5,67 +5,58 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace doccam::serve {
 namespace {
 
+constexpr std::size_t kPiece = 4096;
+
+// A connection that is broken, or closed on both sides, is not ready for anything.
 bool becomes(socket_t socket, short event, std::chrono::milliseconds patience) {
     pollfd state{socket, event, 0};
     int ready = 0;
     do {
         ready = poll(&state, 1, static_cast<int>(std::max<long>(patience.count(), 0)));
     } while (ready < 0 && errno == EINTR);
-    return ready > 0;
-}
-
-bool peerIsThere(socket_t socket) {
-    char next = 0;
-    const ssize_t count = recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT);
-    return count > 0 || (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK));
+    return ready > 0 && (state.revents & event) != 0 &&
+           (event == POLLIN || (state.revents & (POLLERR | POLLHUP)) == 0);
 }
 
 } // namespace
 
-ConnectionStream::ConnectionStream(socket_t socket, const ConnectionLimits& limits)
+ConnectionStream::ConnectionStream(socket_t socket, std::string said,
+                                   const ConnectionLimits& limits)
   : socket_(socket)
   , writePatience_(limits.writePatience)
   , deadline_(Clock::now() + limits.patience)
-  , headLeft_(limits.longestHead) {}
-
-bool ConnectionStream::awaitMore() const {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - Clock::now());
-    return left.count() > 0 && becomes(socket_, POLLIN, left);
-}
+  , said_(std::move(said)) {}
 
 bool ConnectionStream::is_readable() const {
-    return next_ < end_ || awaitMore();
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - Clock::now());
+    return next_ < said_.size() || (left.count() > 0 && becomes(socket_, POLLIN, left));
 }
 
 bool ConnectionStream::is_writable() const {
-    return becomes(socket_, POLLOUT, writePatience_) && peerIsThere(socket_);
+    return becomes(socket_, POLLOUT, writePatience_);
 }
 
 ssize_t ConnectionStream::read(char* bytes, std::size_t count) {
-    if (next_ == end_) {
-        if (!awaitMore()) {
+    if (next_ == said_.size()) {
+        if (!is_readable()) {
             return -1;
         }
-        const ssize_t got = recv(socket_, buffer_.data(), buffer_.size(), MSG_DONTWAIT);
+        said_.resize(kPiece);
+        const ssize_t got = recv(socket_, said_.data(), said_.size(), MSG_DONTWAIT);
+        next_ = 0;
+        said_.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
         if (got <= 0) {
             return got;
         }
-        next_ = 0;
-        end_ = static_cast<std::size_t>(got);
     }
-    count = std::min(count, end_ - next_);
-    if (inHead_) {
-        if (count > headLeft_) {
-            return -1;
-        }
-        headLeft_ -= count;
-    }
-    std::copy_n(buffer_.data() + next_, count, bytes);
+    count = std::min(count, said_.size() - next_);
+    std::copy_n(said_.data() + next_, count, bytes);
     next_ += count;
     return static_cast<ssize_t>(count);
 }

@@ -1,10 +1,20 @@
 // Commands to the server and news from it.
+import { authorization, refuse, setConnected } from './access.js';
 
 const kPatienceMs = 60000;
 const kRetryMs = 3000;
 
+// A request with the token; a window whose token is refused says so.
+export async function request(path, { headers, ...options } = {}) {
+  const response = await fetch(path, { ...options, headers: { ...headers, ...authorization() } });
+  if (response.status === 403) {
+    refuse();
+  }
+  return response;
+}
+
 export async function command(name, wish = {}) {
-  const response = await fetch(`/api/${name}`, {
+  const response = await request(`/api/${name}`, {
     method: 'POST',
     headers: { 'Content-Type': 'application/json' },
     body: JSON.stringify(wish),
@@ -18,6 +28,19 @@ export async function command(name, wish = {}) {
     throw new Error(answer.error ?? `The server answers ${response.status}.`);
   }
   return answer;
+}
+
+// The address of a path that the browser itself fetches, without headers: once, and soon.
+async function ticketed(path) {
+  const { ticket } = await command('tickets', { for: path });
+  return `${path}?ticket=${ticket}`;
+}
+
+export async function download(path, name) {
+  const link = document.createElement('a');
+  link.href = await ticketed(path);
+  link.download = name;
+  link.click();
 }
 
 // Sends one wish at a time; those that come meanwhile are merged into the next one. Who sent the first
@@ -50,24 +73,39 @@ export const newest = (_, later) => later;
 export function listen(listeners) {
   let source = null;
   let retry;
+  let opening = 0;
   const close = () => {
+    ++opening;
     clearTimeout(retry);
     source?.close();
     source = null;
   };
-  const open = () => {
+  const tell = (connected) => {
+    setConnected(connected);
+    listeners.connected(connected);
+  };
+  const fail = () => {
+    close();
+    tell(false);
+    retry = setTimeout(open, kRetryMs);
+  };
+  const open = async () => {
     close();
     if (document.hidden) {
       return;
     }
-    source = new EventSource('/events');
-    source.onopen = () => listeners.connected(true);
-    source.onerror = ({ target }) => {
-      listeners.connected(false);
-      if (target.readyState === EventSource.CLOSED) {
-        retry = setTimeout(open, kRetryMs);
-      }
-    };
+    const own = opening;
+    const address = await ticketed('/events').catch(() => null);
+    if (own !== opening) {
+      return;
+    }
+    if (address === null) {
+      fail();
+      return;
+    }
+    source = new EventSource(address);
+    source.onopen = () => tell(true);
+    source.onerror = fail; // the ticket is used up: another try needs another one
     for (const topic of Object.keys(listeners)) {
       source.addEventListener(topic, (event) => listeners[topic](JSON.parse(event.data)));
     }

@@ -1,5 +1,6 @@
 // Puts the page together: buttons, keys, and what the server tells.
-import { command, listen } from './connection.js';
+import { enter } from './access.js';
+import { command, download, listen } from './connection.js';
 import { makeCodes, makeControls, makeSettings } from './panels.js';
 import { startPreview } from './preview.js';
 import { makeTray } from './tray.js';
@@ -8,8 +9,7 @@ const kMove = 60; // form pixels an arrow key
 const kQualityStep = 5;
 const find = (id) => document.getElementById(id);
 
-// The token is in a cookie by now; the address bar and the history need not keep it.
-history.replaceState(null, '', location.pathname);
+await enter();
 
 const say = (text) => { find('news').textContent = text; };
 
@@ -22,7 +22,7 @@ function showBanner() {
   let text = complaint;
   if (!connected) {
     text = 'The server does not answer. Too many windows may show it; or it has ended: start it ' +
-      'again and open its new address.';
+      'again and open its address.';
   } else if (trouble) {
     text = `No picture: ${trouble.replace(/\.$/, '')}. It comes back by itself.`;
   }
@@ -74,6 +74,7 @@ const actions = {
   'read-codes': alone(find('read-codes'), codes.read),
   focus: () => send('focus'),
   'show-keys': () => find('keys').showModal(),
+  pdf: alone(find('pdf'), () => download('/pages.pdf', 'pages.pdf')),
 };
 
 for (const [id, action] of Object.entries(actions)) {

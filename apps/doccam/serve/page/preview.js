@@ -1,5 +1,5 @@
 // The live picture: drawn as it comes, zoomed and moved by hand.
-import { command, merging } from './connection.js';
+import { command, merging, request } from './connection.js';
 
 const kPixelsPerNotch = 40;
 const kRetryMs = 1000;
@@ -70,7 +70,7 @@ async function show(canvas, failed) {
     try {
       if (!document.hidden) {
         ++failures;
-        const response = await fetch('/preview?raw=1', { signal: leaving.signal });
+        const response = await request('/preview?raw=1', { signal: leaving.signal });
         if (!response.ok) {
           failures = 0;
           failed(new Error((await response.json()).error));

@@ -1,5 +1,5 @@
 // The tray: pages in their order, moved by dragging, buttons or keys.
-import { command } from './connection.js';
+import { command, download, request } from './connection.js';
 
 const items = new Map(); // id -> list item
 let order = [];
@@ -9,15 +9,32 @@ function label(page, place) {
   return `Page ${place} of ${order.length}${codes}`;
 }
 
+// An image fetches itself without the token.
+async function showThumbnail(picture, page) {
+  const wanted = `${page.id}-${page.version}`;
+  if (picture.dataset.shows === wanted) {
+    return;
+  }
+  picture.dataset.shows = wanted;
+  const jpeg = await request(`/pages/${page.id}/thumbnail.jpg`)
+    .then((response) => (response.ok ? response.blob() : null)).catch(() => null);
+  if (picture.dataset.shows !== wanted) {
+    return;
+  }
+  if (jpeg === null) {
+    delete picture.dataset.shows; // the next news tries again
+    return;
+  }
+  const address = URL.createObjectURL(jpeg);
+  picture.onload = () => URL.revokeObjectURL(address);
+  picture.src = address;
+}
+
 function update(item, page, place) {
   item.setAttribute('aria-label', label(page, place));
   item.querySelector('strong').textContent = `Page ${place}`;
   item.title = page.codes.join('\n');
-  const picture = item.querySelector('img');
-  const source = `/pages/${page.id}/thumbnail.jpg?version=${page.version}`;
-  if (picture.getAttribute('src') !== source) {
-    picture.src = source;
-  }
+  showThumbnail(item.querySelector('img'), page);
   const names = {
     earlier: 'Move page earlier', later: 'Move page later', left: 'Turn page left',
     right: 'Turn page right', download: 'Download page', delete: 'Delete page',
@@ -26,9 +43,6 @@ function update(item, page, place) {
     tool.title = names[tool.dataset.does];
     tool.setAttribute('aria-label', `${names[tool.dataset.does]} ${place}`);
   }
-  const link = item.querySelector('a');
-  link.href = `/pages/${page.id}.jpg?version=${page.version}`;
-  link.download = `page-${place}.jpg`;
 }
 
 export function makeTray(list, say, failed) {
@@ -52,6 +66,7 @@ export function makeTray(list, say, failed) {
     later: () => moveTo(id, order.indexOf(id) + 1),
     left: () => send('pages/turn', { id, direction: 'left' }),
     right: () => send('pages/turn', { id, direction: 'right' }),
+    download: () => download(`/pages/${id}.jpg`, `page-${order.indexOf(id) + 1}.jpg`).catch(failed),
     delete: async () => {
       const place = order.indexOf(id);
       const next = order[place + 1] ?? order[place - 1];

@@ -1,7 +1,7 @@
-#include "serve/http/streams.h"
+#include "serve/site/streams.h"
 
 #include "serve/commands/requests.h"
-#include "serve/http/answers.h"
+#include "serve/site/answers.h"
 
 namespace doccam::serve {
 namespace {
@@ -40,8 +40,9 @@ struct PreviewStream {
         if (pictures.closed()) {
             return false;
         }
+        // A header of the coming part shows whether the viewer is still there.
         if (shown.picture == nullptr) {
-            return sink.is_writable();
+            return write(sink, "X-No-Picture: yet\r\n");
         }
         last = shown.number;
         return writePart(sink, *shown.picture);

@@ -1,28 +1,14 @@
-// Refusals, errors and files as HTTP answers.
+// Errors and files as HTTP answers.
 #pragma once
 
-#include "serve/access/access.h"
 #include "serve/tray/page_store.h"
 
 #include <httplib.h>
 
 #include <exception>
-#include <optional>
 #include <string>
 
 namespace doccam::serve {
-
-struct Refusal {
-    int status;
-    std::string reason;
-};
-
-// Why a request is not even looked at, judged by its first line and headers.
-std::optional<Refusal> refusalOf(const AccessRules& rules, const httplib::Request& request,
-                                 std::size_t longestBody);
-
-// On every answer: not to be stored, guessed at, framed or read by other sites.
-httplib::Headers safeHeaders();
 
 // {"error": reason}
 void answerError(httplib::Response& response, int status, const std::string& reason);

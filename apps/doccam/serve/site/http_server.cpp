@@ -1,9 +1,17 @@
-#include "serve/http/http_server.h"
+#include "serve/site/http_server.h"
 
 #include "host/failure.h"
-#include "serve/http/answers.h"
-#include "serve/http/page_files.h"
-#include "serve/http/streams.h"
+#include "serve/access/admission.h"
+#include "serve/http/plain_answer.h"
+#include "serve/site/answers.h"
+#include "serve/site/page_files.h"
+#include "serve/site/streams.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <utility>
 
 namespace doccam::serve {
 namespace {
@@ -11,6 +19,8 @@ namespace {
 constexpr int kMostListeners = 16;
 // Viewers and listeners keep a thread each; the rest is for pages and commands.
 constexpr std::size_t kThreads = 48;
+constexpr std::size_t kMaximumWaiting = 32;
+constexpr std::size_t kLongestPath = 100;
 constexpr std::size_t kLongestBody = std::size_t{64} * 1024;
 
 // A slow viewer's pictures would grow old in a large buffer.
@@ -27,10 +37,6 @@ const char* reasonOf(int status) {
     switch (status) {
     case 404:
         return "there is nothing at this address";
-    case 413:
-        return "the body is too long";
-    case 414:
-        return "the address is too long";
     default:
         return status < 500 ? "this is no request that the server understands"
                             : "the server failed; try again";
@@ -41,7 +47,7 @@ void configure(httplib::Server& server) {
     server.set_socket_options(prepareSocket);
     server.set_tcp_nodelay(true);
     server.set_payload_max_length(kLongestBody);
-    server.set_default_headers(safeHeaders());
+    server.set_default_headers({safeHeaders().begin(), safeHeaders().end()});
     server.set_exception_handler(answerException);
     server.set_error_handler([](const httplib::Request&, httplib::Response& response) {
         if (response.body.empty()) {
@@ -50,76 +56,75 @@ void configure(httplib::Server& server) {
     });
 }
 
+const PageFile* pageFileAt(std::string_view path) {
+    const auto files = pageFiles();
+    const auto found = std::find_if(files.begin(), files.end(),
+                                    [&](const PageFile& file) { return file.path == path; });
+    return found == files.end() ? nullptr : &*found;
+}
+
 } // namespace
 
 HttpServer::HttpServer(const Sources& sources)
   : sources_(sources)
-  , listeners_(kMostListeners)
-  , server_(kThreads) {
+  , listeners_(kMostListeners) {
     configure(server_);
-    server_.set_pre_routing_handler([this](const auto& request, auto& response) {
-        using Decision = httplib::Server::HandlerResponse;
-        return refuses(request, response) ? Decision::Handled : Decision::Unhandled;
-    });
-    addFiles();
     addStreams();
     addPages();
+    addTickets();
     addCommands();
 }
 
 HttpServer::~HttpServer() {
-    server_.stop();
-    if (thread_.joinable()) {
-        thread_.join();
-    }
+    reception_.reset();
+    server_.stopStreams();
+    workers_.reset();
 }
 
 int HttpServer::bind(const std::string& address, int port) {
-    const bool bound = port == 0 ? (port = server_.bind_to_any_port(address)) > 0
-                                 : server_.bind_to_port(address, port);
-    if (!bound) {
+    const int taken = server_.takePort(address, port);
+    if (taken == 0) {
         throw host::Failure(host::kUsage, "The server cannot listen at " + address +
                                               "; choose a free --port, or an address of this "
                                               "machine for --listen.");
     }
-    return port;
+    return taken;
 }
 
 void HttpServer::start(const AccessRules& rules) {
     rules_ = rules;
-    thread_ = std::thread([this] {
-        server_.listen_after_bind();
-        ended_ = true;
-    });
-    // A stop before it runs would be lost.
-    while (!server_.is_running() && !ended_) {
-        std::this_thread::yield();
-    }
+    workers_.emplace(kThreads, kMaximumWaiting);
+    reception_.emplace(
+        server_.listener(),
+        Desk{[this](const RequestHead& head) { return answerAtOnce(head); },
+             [this](const RequestHead& head, OwnedDescriptor& socket, const std::string& body) {
+                 return handOver(head, socket, body);
+             }});
 }
 
-bool HttpServer::refuses(const httplib::Request& request, httplib::Response& response) const {
-    if (const auto refusal = refusalOf(rules_, request, kLongestBody)) {
-        answerError(response, refusal->status, refusal->reason);
-        return true;
+// The page itself holds no secret; a browser fetches it before it can show a token.
+std::optional<std::string> HttpServer::answerAtOnce(const RequestHead& head) {
+    const PageFile* const file = head.method == "POST" ? nullptr : pageFileAt(head.path());
+    if (const auto refusal = refusalOf({rules_, tickets_, file != nullptr, kLongestBody}, head)) {
+        return refusalBytes(*refusal, head);
     }
-    return false;
+    if (file != nullptr) {
+        return bytesOf({200, file->type, file->content, head.method != "HEAD"});
+    }
+    return std::nullopt;
 }
 
-void HttpServer::addFiles() {
-    for (const PageFile& file : pageFiles()) {
-        const bool start = file.path == "/";
-        std::string pattern;
-        for (const char c : file.path) {
-            pattern += c == '.' ? "\\." : std::string(1, c);
-        }
-        server_.Get(pattern, [this, &file, start](const auto&, auto& response) {
-            if (start) {
-                response.set_header("Set-Cookie", cookieName(rules_.port) + "=" + rules_.token +
-                                                      "; Path=/; HttpOnly; SameSite=Strict");
-            }
-            response.set_content(file.content.data(), file.content.size(), std::string(file.type));
-        });
+std::optional<std::string> HttpServer::handOver(const RequestHead& head, OwnedDescriptor& socket,
+                                                const std::string& body) {
+    auto owned = std::make_shared<OwnedDescriptor>(std::move(socket));
+    std::function<void()> work = [this, owned, text = plainHead(head) + body] {
+        server_.process(*owned, text);
+    };
+    if (workers_->take(work)) {
+        return std::nullopt;
     }
+    socket = std::move(*owned);
+    return refusalBytes({503, "too many requests are waiting; try again"}, head);
 }
 
 void HttpServer::addStreams() {
@@ -144,6 +149,15 @@ void HttpServer::addPages() {
     });
     server_.Get(R"(/pages\.pdf)", [this](const auto&, auto& response) {
         answerDocument(response, sources_.documents.make());
+    });
+}
+
+void HttpServer::addTickets() {
+    server_.Post("/api/tickets", [this](const auto& request, auto& response) {
+        const std::string path = text(parseBody(request.body), "for", kLongestPath);
+        const Json answer{{"ticket", tickets_.issue(path)},
+                          {"seconds", Tickets::kLifetime.count()}};
+        response.set_content(answer.dump(), "application/json");
     });
 }
 

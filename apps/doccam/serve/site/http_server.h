@@ -2,18 +2,20 @@
 #pragma once
 
 #include "serve/access/access.h"
+#include "serve/access/tickets.h"
 #include "serve/commands/command_queue.h"
 #include "serve/commands/commands.h"
 #include "serve/commands/event_feed.h"
-#include "serve/http/guarded_server.h"
+#include "serve/http/reception.h"
+#include "serve/http/request_server.h"
+#include "serve/http/workers.h"
 #include "serve/live/picture_feed.h"
 #include "serve/live/seats.h"
 #include "serve/tray/document_maker.h"
 #include "serve/tray/page_store.h"
 
-#include <atomic>
+#include <optional>
 #include <string>
-#include <thread>
 
 namespace doccam::serve {
 
@@ -39,22 +41,26 @@ class HttpServer {
     // Takes the port, or any free one for 0, and returns it. Throws Failure when that fails.
     int bind(const std::string& address, int port);
 
-    // Answers requests from now on, on threads of its own.
+    // Answers requests from now on, on threads of its own. Throws std::system_error.
     void start(const AccessRules& rules);
 
   private:
-    bool refuses(const httplib::Request& request, httplib::Response& response) const;
+    std::optional<std::string> answerAtOnce(const RequestHead& head);
+    std::optional<std::string> handOver(const RequestHead& head, OwnedDescriptor& socket,
+                                        const std::string& body);
     void addFiles();
     void addStreams();
     void addPages();
     void addCommands();
+    void addTickets();
 
     Sources sources_;
     AccessRules rules_;
+    Tickets tickets_;
     Seats listeners_;
-    GuardedServer server_;
-    std::atomic<bool> ended_{false};
-    std::thread thread_;
+    RequestServer server_;
+    std::optional<Workers> workers_;
+    std::optional<Reception> reception_;
 };
 
 } // namespace doccam::serve

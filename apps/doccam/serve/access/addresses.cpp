@@ -1,4 +1,4 @@
-#include "serve/http/addresses.h"
+#include "serve/access/addresses.h"
 
 #include "serve/access/access.h"
 
@@ -65,7 +65,7 @@ std::vector<std::string> addressesOf(const std::string& address, int port,
     std::vector<std::string> urls;
     for (const std::string& own : wildcard ? ownAddresses(six) : std::vector{address}) {
         urls.push_back("http://" + inAddress(own) + ":" + std::to_string(port) +
-                       "/?token=" + token);
+                       "/#token=" + token);
     }
     return urls;
 }

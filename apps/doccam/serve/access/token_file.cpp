@@ -1,0 +1,93 @@
+#include "serve/access/token_file.h"
+
+#include "serve/access/access.h"
+#include "serve/owned_descriptor.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <optional>
+#include <system_error>
+
+namespace doccam::serve {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kName = "serve-token";
+constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
+
+bool isToken(const std::string& text) {
+    return text.size() == kTokenDigits &&
+           text.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
+// Whether the folder is there, and this user's alone.
+bool makePrivate(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder.parent_path(), error);
+    mkdir(folder.c_str(), S_IRWXU);
+    const OwnedDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+
+    struct stat state {};
+
+    return opened && fstat(opened.get(), &state) == 0 && state.st_uid == geteuid() &&
+           fchmod(opened.get(), S_IRWXU) == 0;
+}
+
+std::optional<std::string> readToken(const fs::path& path) {
+    const OwnedDescriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+
+    struct stat state {};
+
+    if (!file || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
+        state.st_uid != geteuid() || (state.st_mode & kOthers) != 0 ||
+        state.st_size != static_cast<off_t>(kTokenDigits)) {
+        return std::nullopt;
+    }
+    std::string text(kTokenDigits, '\0');
+    const ssize_t count = read(file.get(), text.data(), text.size());
+    return count == static_cast<ssize_t>(text.size()) && isToken(text) ? std::optional(text)
+                                                                       : std::nullopt;
+}
+
+// Whether token is now what path holds. Another start may be quicker: what is there stays.
+bool writeToken(const fs::path& path, const std::string& token) {
+    std::string draft = path.string() + ".XXXXXX";
+    const OwnedDescriptor file(mkostemp(draft.data(), O_CLOEXEC));
+    if (!file) {
+        return false;
+    }
+    const bool written =
+        write(file.get(), token.data(), token.size()) == static_cast<ssize_t>(token.size()) &&
+        fsync(file.get()) == 0 && link(draft.c_str(), path.c_str()) == 0;
+    unlink(draft.c_str());
+    return written;
+}
+
+} // namespace
+
+fs::path stateFolder() {
+    const char* const state = std::getenv("XDG_STATE_HOME"); // NOLINT(concurrency-mt-unsafe)
+    if (state != nullptr && *state == '/') {
+        return fs::path(state) / "doccam";
+    }
+    const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
+    return home != nullptr && *home == '/' ? fs::path(home) / ".local/state/doccam" : fs::path();
+}
+
+std::string keptToken(const fs::path& folder) {
+    std::string token = randomToken();
+    if (folder.empty() || !makePrivate(folder)) {
+        return token;
+    }
+    const fs::path path = folder / kName;
+    if (const auto kept = readToken(path)) {
+        return *kept;
+    }
+    unlink(path.c_str());
+    return writeToken(path, token) ? token : readToken(path).value_or(token);
+}
+
+} // namespace doccam::serve

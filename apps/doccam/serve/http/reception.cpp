@@ -1,0 +1,196 @@
+#include "serve/http/reception.h"
+
+#include "serve/http/plain_answer.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <iterator>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace doccam::serve {
+namespace {
+
+constexpr std::size_t kHeardAtOnce = 4096;
+constexpr std::size_t kMaximumThrownAway = std::size_t{256} * 1024;
+// Between two rounds, so that those who are in are heard before more come.
+constexpr int kAcceptedAtOnce = 16;
+constexpr std::chrono::milliseconds kWithoutDescriptors{100};
+
+int makeWake() {
+    const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (descriptor < 0) {
+        throw std::system_error(errno, std::generic_category(), "no event descriptor");
+    }
+    return descriptor;
+}
+
+// A connection may be gone again before it is accepted.
+int withoutWaiting(int listener) {
+    fcntl(listener, F_SETFL, fcntl(listener, F_GETFL) | O_NONBLOCK);
+    return listener;
+}
+
+} // namespace
+
+Reception::Reception(int listener, Desk desk, const ReceptionLimits& limits)
+  : listener_(withoutWaiting(listener))
+  , desk_(std::move(desk))
+  , limits_(limits)
+  , wake_(makeWake())
+  , thread_([this] { run(); }) {}
+
+Reception::~Reception() {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(wake_.get(), &one, sizeof one);
+    thread_.join();
+}
+
+void Reception::run() {
+    while (await()) {
+        acceptSome();
+    }
+}
+
+int Reception::patience() const {
+    if (visitors_.empty() && acceptsAgain_ == Clock::time_point()) {
+        return -1;
+    }
+    auto next = visitors_.empty() ? acceptsAgain_ : visitors_.front().deadline;
+    for (const Visitor& visitor : visitors_) {
+        next = std::min(next, visitor.deadline);
+    }
+    if (acceptsAgain_ != Clock::time_point()) {
+        next = std::min(next, acceptsAgain_);
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+    return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+}
+
+// Waits for something to do and hears those who are in. False when the reception ends.
+bool Reception::await() {
+    std::vector<pollfd> states{{wake_.get(), POLLIN, 0}};
+    for (const Visitor& visitor : visitors_) {
+        states.push_back({visitor.socket.get(), POLLIN, 0});
+    }
+    if (acceptsAgain_ == Clock::time_point()) {
+        states.push_back({listener_, POLLIN, 0});
+    }
+    poll(states.data(), states.size(), patience());
+    if (states[0].revents != 0) {
+        return false;
+    }
+    const auto now = Clock::now();
+    if (acceptsAgain_ <= now) {
+        acceptsAgain_ = {};
+    }
+    auto state = std::next(states.begin());
+    for (auto visitor = visitors_.begin(); visitor != visitors_.end(); ++state) {
+        const bool stays = visitor->deadline > now && (state->revents == 0 || listenTo(*visitor));
+        visitor = stays ? std::next(visitor) : visitors_.erase(visitor);
+    }
+    return true;
+}
+
+void Reception::acceptSome() {
+    for (int i = 0; i < kAcceptedAtOnce && acceptOne(); ++i) {
+    }
+}
+
+bool Reception::acceptOne() {
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    OwnedDescriptor socket(accept4(listener_, reinterpret_cast<sockaddr*>(&address), &length,
+                                   SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket) {
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+            acceptsAgain_ = Clock::now() + kWithoutDescriptors;
+            if (!visitors_.empty()) {
+                visitors_.pop_front();
+            }
+        }
+        return errno == ECONNABORTED || errno == EINTR;
+    }
+    const PeerAddress peer = peerAddressOf(address);
+    makeRoom(peer);
+    visitors_.push_back({std::move(socket), peer, Clock::now() + limits_.headPatience});
+    if (!listenTo(visitors_.back())) {
+        visitors_.pop_back();
+    }
+    return true;
+}
+
+void Reception::makeRoom(const PeerAddress& newcomer) {
+    std::vector<PeerAddress> waiting;
+    waiting.reserve(visitors_.size());
+    for (const Visitor& visitor : visitors_) {
+        waiting.push_back(visitor.peer);
+    }
+    if (const auto leaver = leaverFor(newcomer, waiting, limits_.room)) {
+        visitors_.erase(std::next(visitors_.begin(), static_cast<std::ptrdiff_t>(*leaver)));
+    }
+}
+
+bool Reception::listenTo(Visitor& visitor) const {
+    std::array<char, kHeardAtOnce> bytes;
+    const ssize_t count = recv(visitor.socket.get(), bytes.data(), bytes.size(), MSG_DONTWAIT);
+    if (count <= 0) {
+        return count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR);
+    }
+    return take(visitor, bytes.data(), static_cast<std::size_t>(count));
+}
+
+bool Reception::take(Visitor& visitor, const char* bytes, std::size_t count) const {
+    if (visitor.leaving) {
+        visitor.thrownAway += count;
+        return visitor.thrownAway <= kMaximumThrownAway;
+    }
+    visitor.said.append(bytes, count);
+    const auto headBytes = headLength(visitor.said);
+    if (headBytes.value_or(visitor.said.size()) > limits_.longestHead) {
+        return sendAway(visitor, refusalBytes({431, "the head of the request is too long"}, {}));
+    }
+    if (headBytes) {
+        return serve(visitor, *headBytes);
+    }
+    if (!canBeHead(visitor.said)) {
+        return sendAway(visitor, refusalBytes(notUnderstood(), {}));
+    }
+    return true;
+}
+
+bool Reception::serve(Visitor& visitor, std::size_t headBytes) const {
+    const auto head = parseHead(std::string_view(visitor.said).substr(0, headBytes));
+    if (!head) {
+        return sendAway(visitor, refusalBytes(notUnderstood(), {}));
+    }
+    if (const auto answer = desk_.answerAtOnce(*head)) {
+        return sendAway(visitor, *answer);
+    }
+    if (const auto refusal =
+            desk_.handOver(*head, visitor.socket, visitor.said.substr(headBytes))) {
+        return sendAway(visitor, *refusal);
+    }
+    return false;
+}
+
+// Closing at once, with something unread, would take the answer from the client again. The send
+// buffer of a new connection has room for the whole answer.
+bool Reception::sendAway(Visitor& visitor, const std::string& answer) const {
+    visitor.said = {};
+    visitor.leaving = true;
+    visitor.deadline = Clock::now() + limits_.leavePatience;
+    const ssize_t sent =
+        send(visitor.socket.get(), answer.data(), answer.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    return sent == static_cast<ssize_t>(answer.size()) &&
+           shutdown(visitor.socket.get(), SHUT_WR) == 0;
+}
+
+} // namespace doccam::serve

@@ -1,0 +1,39 @@
+#include "serve/http/request_server.h"
+
+#include "serve/http/connection_stream.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace doccam::serve {
+
+RequestServer::~RequestServer() {
+    stopStreams();
+}
+
+int RequestServer::takePort(const std::string& address, int port) {
+    const int taken =
+        port == 0 ? bind_to_any_port(address) : (bind_to_port(address, port) ? port : 0);
+    if (taken > 0) {
+        listening_ = OwnedDescriptor(svr_sock_);
+        // cpp-httplib lets five connections wait to be accepted; another's first packet is lost.
+        ::listen(svr_sock_, SOMAXCONN);
+    }
+    return std::max(taken, 0);
+}
+
+void RequestServer::process(const OwnedDescriptor& socket, std::string text) {
+    ConnectionStream stream(socket.get(), std::move(text), {});
+    bool closed = false;
+    process_request(stream, true, closed, {});
+    shutdown(socket.get(), SHUT_RDWR);
+}
+
+// cpp-httplib goes on with an answer while it has a listening socket.
+void RequestServer::stopStreams() {
+    svr_sock_ = INVALID_SOCKET;
+}
+
+} // namespace doccam::serve

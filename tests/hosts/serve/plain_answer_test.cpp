@@ -1,0 +1,45 @@
+// Answers before a handler.
+#include "serve/http/plain_answer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace doccam::serve {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+TEST(PlainAnswer, IsAWholeAnswer) {
+    const std::string bytes = bytesOf({200, "text/plain", "body"});
+    EXPECT_THAT(bytes, StartsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_THAT(bytes, HasSubstr("\r\nContent-Length: 4\r\n"));
+    EXPECT_THAT(bytes, HasSubstr("\r\nConnection: close\r\n"));
+    EXPECT_THAT(bytes, HasSubstr("\r\nCache-Control: no-store\r\n"));
+    EXPECT_THAT(bytes, EndsWith("\r\n\r\nbody"));
+}
+
+TEST(PlainAnswer, HasNoBodyForHead) {
+    const std::string bytes = bytesOf({200, "text/plain", "body", false});
+    EXPECT_THAT(bytes, HasSubstr("\r\nContent-Length: 4\r\n"));
+    EXPECT_THAT(bytes, EndsWith("\r\n\r\n"));
+}
+
+TEST(PlainAnswer, OfARefusalIsForProgramsOrForPersons) {
+    const Refusal refusal{403, "do this"};
+    EXPECT_THAT(refusalBytes(refusal, {}), EndsWith("\r\n\r\n{\"error\":\"do this\"}"));
+    const RequestHead person{"GET", "/", {{"accept", "text/html,*/*"}}};
+    EXPECT_THAT(refusalBytes(refusal, person), HasSubstr("<p>do this.</p>"));
+    EXPECT_THAT(refusalBytes(refusal, {"POST", "/", person.headers}), Not(HasSubstr("<p>")));
+}
+
+TEST(PlainAnswer, SaysWhenToComeAgain) {
+    EXPECT_THAT(refusalBytes({503, "busy"}, {}), HasSubstr("\r\nRetry-After: "));
+}
+
+TEST(PlainAnswer, OfARefusalIsSmall) {
+    EXPECT_LE(refusalBytes({403, std::string(100, 'x')}, {}).size(), 1024U);
+}
+
+} // namespace doccam::serve

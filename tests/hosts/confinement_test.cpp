@@ -12,6 +12,7 @@
 #include <sys/ptrace.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -181,6 +182,23 @@ TEST_F(Confinement, TakesConnectionsThatArriveAtItsSocket) {
     EXPECT_NE(confined({}, talks), 0);
     close(ends[0]);
     close(ends[1]);
+}
+
+TEST_F(Confinement, LeavesVirtualCamerasTheSocketThatTheyAreSteeredBy) {
+    fs::create_directory(own_);
+    setenv("UMOCKDEV_DIR", own_.c_str(), 1);
+    setenv("DOCCAM_VIRTUALCAM_CONTROL", folder_.file("control").c_str(), 1);
+    const auto listens = [&] {
+        sockaddr_un address{AF_UNIX, {}};
+        folder_.file("control.devices").copy(address.sun_path, sizeof address.sun_path - 1);
+        const int steered = socket(AF_UNIX, SOCK_STREAM, 0);
+        return errorOf(bind(steered, reinterpret_cast<sockaddr*>(&address), sizeof address) +
+                       listen(steered, 1));
+    };
+    EXPECT_EQ(confined({.cameras = true}, listens), 0);
+    EXPECT_EQ(confined({}, [] { return errorOf(socket(AF_INET, SOCK_STREAM, 0)); }), EPERM);
+    unsetenv("UMOCKDEV_DIR");
+    unsetenv("DOCCAM_VIRTUALCAM_CONTROL");
 }
 
 TEST_F(Confinement, StartsNoProgramAndNoProcess) {

@@ -78,9 +78,15 @@ void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv) {
                                  "); install it again.");
 }
 
-fs::path virtualDeviceTree() {
-    const char* tree = std::getenv("UMOCKDEV_DIR");
-    return tree == nullptr ? "" : tree;
+std::vector<fs::path> virtualCameraFolders() {
+    std::vector<fs::path> folders;
+    if (const char* tree = std::getenv("UMOCKDEV_DIR")) {
+        folders.emplace_back(tree);
+        if (const char* control = std::getenv("DOCCAM_VIRTUALCAM_CONTROL")) {
+            folders.push_back(fs::absolute(control).parent_path());
+        }
+    }
+    return folders;
 }
 
 } // namespace doccam::host

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace doccam::host {
 
@@ -17,7 +18,8 @@ struct VirtualCameraRequest {
 // photo cannot be read.
 void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv);
 
-// The folder that stands for /dev and /sys in a process that sees virtual cameras; empty in others.
-std::filesystem::path virtualDeviceTree();
+// The folders that virtual cameras use in a process that sees them: what stands for /dev and /sys,
+// and where they are steered from. None in other processes.
+std::vector<std::filesystem::path> virtualCameraFolders();
 
 } // namespace doccam::host

@@ -120,10 +120,10 @@ void addSockets(Filter& filter, const CallGroups& groups) {
         filter.allow(kConnectionCalls);
     }
     if (!groups.localSockets) {
-        filter.refuse("socket connect");
+        filter.refuse("socket connect bind listen");
         return;
     }
-    filter.allow("connect");
+    filter.allow("connect bind listen");
     filter.allow("socket", {0, SCMP_CMP_EQ, AF_UNIX, 0});
     filter.refuse("socket", {0, SCMP_CMP_NE, AF_UNIX, 0});
 }

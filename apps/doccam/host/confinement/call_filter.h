@@ -7,7 +7,7 @@ namespace doccam::host {
 struct CallGroups {
     bool cameras = false;      // the requests of V4L2
     bool connections = false;  // accepting them, and talking over them
-    bool localSockets = false; // making sockets within this machine, and connecting them
+    bool localSockets = false; // sockets within this machine, of every kind
 };
 
 // For all threads, and for good. Returns 0 or the error that the kernel gave.

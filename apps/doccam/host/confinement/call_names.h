@@ -43,6 +43,6 @@ constexpr const char* kConnectionCalls =
 // Never allowed, and told so.
 constexpr const char* kRefusedCalls =
     "execve execveat fork vfork ptrace process_vm_readv process_vm_writev kill tkill "
-    "rt_sigqueueinfo rt_tgsigqueueinfo pidfd_open pidfd_send_signal bind listen socketpair";
+    "rt_sigqueueinfo rt_tgsigqueueinfo pidfd_open pidfd_send_signal socketpair";
 
 } // namespace doccam::host

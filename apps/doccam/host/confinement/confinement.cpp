@@ -49,18 +49,18 @@ void addReach(FileRules& rules, const Reach& reach) {
     if (reach.cameras) {
         addCameras(rules);
     }
-    // Virtual cameras show pictures from wherever they are named.
-    if (const fs::path tree = virtualDeviceTree(); !tree.empty()) {
+    for (const fs::path& folder : virtualCameraFolders()) {
+        // They show pictures from wherever they are named.
         rules.allowReading("/");
-        rules.allowWriting(tree);
-        rules.allowUsingDevices(tree);
+        rules.allowWriting(folder);
+        rules.allowUsingDevices(folder);
     }
 }
 
 CallGroups groupsFor(const Reach& reach) {
     return {.cameras = reach.cameras,
             .connections = reach.connections,
-            .localSockets = !virtualDeviceTree().empty()};
+            .localSockets = !virtualCameraFolders().empty()};
 }
 
 } // namespace

@@ -20,7 +20,7 @@ class FileRules {
     static bool supported();
 
     void allowReading(const std::filesystem::path& path);
-    // Making, changing and removing files and folders; the folder itself by rmdir().
+    // Making, changing and removing files, sockets and folders; the folder itself by rmdir().
     void allowWriting(const std::filesystem::path& folder);
     // Writing to devices and steering them.
     void allowUsingDevices(const std::filesystem::path& path);

@@ -157,6 +157,29 @@ void addTexts(const Seeds& seeds) {
     seeds.add("split", "no_pattern", std::string("\0abc", 4));
 }
 
+void addRequests(const Seeds& seeds) {
+    const std::string host = "Host: 127.0.0.1\r\nAuthorization: Bearer token\r\n";
+    const std::string json = "Content-Type: application/json\r\nContent-Length: 2\r\n\r\n{}";
+    seeds.add("http_head", "get", "GET /api/state HTTP/1.1\r\n" + host + "\r\n");
+    seeds.add("http_head", "post", "POST /api/zoom HTTP/1.0\r\n" + host + json);
+    seeds.add("http_head", "ticket",
+              "GET /events?a=b&ticket=" + std::string(64, 'a') + " HTTP/1.1\r\n" + host + "\r\n");
+    seeds.add("http_head", "ranges",
+              "HEAD / HTTP/1.1\r\nRange: bytes=0-1,2-3\r\nOrigin: null\r\n" + host + "\r\n");
+    seeds.add("http_head", "cut_off", "GET / HTTP/1.1\r\n" + host);
+    const std::vector<std::string> bodies = {R"({"crop": true, "colour": "bw", "quality": 7})",
+                                             R"({"width": 9000, "height": 64})",
+                                             R"({"steps": -150})",
+                                             R"({"direction": "left"})",
+                                             R"({"for": "/events"})",
+                                             R"({"ids": [3, 1, 2]})"};
+    for (std::size_t which = 0; which < bodies.size(); ++which) {
+        seeds.add("json_command", "field_" + std::to_string(which),
+                  std::string(1, static_cast<char>(which)) + bodies[which]);
+    }
+    seeds.add("json_command", "deep", std::string(1, '\5') + R"({"ids": )" + std::string(500, '['));
+}
+
 void addViews(const Seeds& seeds) {
     const Bytes form = joined({{0}, sides(120, 90)});
     const Bytes dragFar = {5, 0, 0, 0, 0x80, 0xff, 0xff, 0xff, 0x7f};
@@ -182,5 +205,6 @@ int main(int count, char** arguments) {
     addCodes(seeds);
     addTexts(seeds);
     addViews(seeds);
+    addRequests(seeds);
     return 0;
 }

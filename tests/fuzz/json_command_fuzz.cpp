@@ -1,0 +1,62 @@
+// The body of a command to doccam serve: a byte that chooses the command, then its JSON.
+#include "fuzz_target.h"
+#include "input.h"
+#include "serve/commands/requests.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace {
+
+using namespace doccam;
+using namespace doccam::serve;
+
+constexpr int kLeast = -150;
+constexpr int kGreatest = 150;
+constexpr std::size_t kLongest = 100;
+
+void readSettings(const Json& object) {
+    const host::PageSettings settings = changed({}, object);
+    test::require(settings.quality >= 1 && settings.quality <= 100);
+    test::require(toJson(changed({}, toJson(settings))) == toJson(settings));
+}
+
+void readForm(const Json& object) {
+    const host::Size form =
+        fittedForm({integer(object, "width", 1, 100000), integer(object, "height", 1, 100000)});
+    test::require(form.width >= 1 && form.height >= 1 && area(form) <= area(kLargestForm));
+}
+
+void readField(unsigned which, const Json& object) {
+    switch (which % 6) {
+    case 0:
+        return readSettings(object);
+    case 1:
+        return readForm(object);
+    case 2: {
+        const int steps = integer(object, "steps", kLeast, kGreatest);
+        return test::require(steps >= kLeast && steps <= kGreatest);
+    }
+    case 3:
+        return test::require(std::abs(quarterTurn(object)) == 1);
+    case 4:
+        return test::require(text(object, "for", kLongest).size() <= kLongest);
+    default:
+        return test::require(integers(object, "ids", kLongest).size() <= kLongest);
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    test::Input input(data, size);
+    const unsigned which = input.byte();
+    const auto rest = input.takeRest();
+    try {
+        readField(which, parseBody({rest.begin(), rest.end()}));
+    } catch (const BadRequest& refusal) {
+        test::require(*refusal.what() != '\0');
+    }
+    return 0;
+}

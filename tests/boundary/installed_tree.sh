@@ -71,5 +71,5 @@ echo '#include <doccam/doccam.h>' |
     c++ -std=c++20 "${warnings[@]}" "${c_flags[@]}" -x c++ -fsyntax-only -
 
 # The command line finds its virtual camera in the tree.
-"$work/prefix/bin/doccam" --virtual capture --size 640x480 "$work/still.png"
+LD_LIBRARY_PATH=$libraries "$work/prefix/bin/doccam" --virtual capture --size 640x480 "$work/still.png"
 [ -s "$work/still.png" ]

@@ -1,7 +1,7 @@
 // The codec and scaler libraries called in the plainest way: decode one JPEG, convert it, no more.
 #pragma once
 
-#include "base/codec_handles.h"
+#include "base/handles/codec_handles.h"
 #include "device/frame_source.h"
 
 #include <opencv2/core/mat.hpp>

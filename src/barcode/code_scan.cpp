@@ -1,6 +1,6 @@
 #include "barcode/code_scan.h"
 
-#include "base/zbar_handles.h"
+#include "base/handles/zbar_handles.h"
 
 #include <new>
 

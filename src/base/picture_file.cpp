@@ -1,6 +1,6 @@
 #include "base/picture_file.h"
 
-#include "base/standard_file.h"
+#include "base/handles/standard_file.h"
 
 #include <opencv2/imgcodecs.hpp>
 

@@ -1,7 +1,7 @@
 // Taking frames from the driver and decoding them, the next one while one is shown.
 #pragma once
 
-#include "base/codec_handles.h"
+#include "base/handles/codec_handles.h"
 #include "base/zeroed_bytes.h"
 #include "capture/grab_frame.h"
 #include "capture/streaming_thread.h"

@@ -1,7 +1,7 @@
 #include "capture/frame_loop.h"
 
 #include "api/library_state.h"
-#include "output/still.h"
+#include "output/still/still.h"
 #include "preview/preview_stage.h"
 
 #include <doccam/doccam.hpp>

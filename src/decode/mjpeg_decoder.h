@@ -1,8 +1,8 @@
 // Decodes MJPEG frames with the codec library.
 #pragma once
 
-#include "base/codec_handles.h"
 #include "base/frame_size.h"
+#include "base/handles/codec_handles.h"
 
 #include <opencv2/core/mat.hpp>
 

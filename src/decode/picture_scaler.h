@@ -1,7 +1,7 @@
 // Converts decoded pictures to packed red-first pixels of another size.
 #pragma once
 
-#include "base/codec_handles.h"
+#include "base/handles/codec_handles.h"
 
 #include <cstdint>
 

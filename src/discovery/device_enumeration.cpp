@@ -2,7 +2,7 @@
 
 #include "api/boundary.h"
 #include "api/library_state.h"
-#include "base/udev_handles.h"
+#include "base/handles/udev_handles.h"
 
 #include <cstdio>
 #include <string_view>

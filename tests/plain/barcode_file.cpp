@@ -1,6 +1,6 @@
 #include "plain/barcode_file.h"
 
-#include "base/zbar_handles.h"
+#include "base/handles/zbar_handles.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>

@@ -1,6 +1,6 @@
 #include "plain/outline.h"
 
-#include "docimage/min_area_rectangle.h"
+#include "docimage/sheet/min_area_rectangle.h"
 
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgproc.hpp>

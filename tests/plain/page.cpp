@@ -1,7 +1,7 @@
 #include "plain/page.h"
 
 #include "api/library_state.h"
-#include "output/crop_geometry.h"
+#include "output/still/crop_geometry.h"
 #include "plain/black_edge.h"
 
 #include <doccam/doccam.hpp>

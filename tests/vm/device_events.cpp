@@ -1,6 +1,6 @@
 #include "vm/device_events.h"
 
-#include "base/udev_handles.h"
+#include "base/handles/udev_handles.h"
 
 #include <poll.h>
 

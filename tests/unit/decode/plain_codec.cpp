@@ -1,6 +1,6 @@
 #include "plain_codec.h"
 
-#include "base/codec_handles.h"
+#include "base/handles/codec_handles.h"
 #include "decode/mjpeg_decoder.h"
 
 #include <cstring>

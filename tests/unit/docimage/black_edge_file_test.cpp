@@ -1,6 +1,6 @@
 // Whitening the dark margins of image files.
 #include "cleaning_pictures.h"
-#include "docimage/black_edge.h"
+#include "docimage/clean/black_edge.h"
 #include "support/printed_text.h"
 #include "support/refused_writing.h"
 #include "support/same_picture.h"

@@ -1,5 +1,5 @@
 // Convex hulls against the image library's.
-#include "docimage/convex_hull.h"
+#include "docimage/sheet/convex_hull.h"
 #include "drawn_shapes.h"
 
 #include <gmock/gmock.h>

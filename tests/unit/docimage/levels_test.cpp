@@ -1,5 +1,5 @@
 // Counting levels, and Otsu's threshold against the image library's.
-#include "docimage/levels.h"
+#include "docimage/pixels/levels.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

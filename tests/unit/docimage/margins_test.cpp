@@ -1,5 +1,5 @@
 // The scan of a line for the end of its margin, and painting the margins.
-#include "docimage/margins.h"
+#include "docimage/clean/margins.h"
 #include "plain/margins.h"
 #include "support/same_picture.h"
 

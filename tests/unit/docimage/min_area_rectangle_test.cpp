@@ -1,4 +1,4 @@
-#include "docimage/min_area_rectangle.h"
+#include "docimage/sheet/min_area_rectangle.h"
 #include "drawn_shapes.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // The outer outlines of regions and the line along them, against the image library's contours.
-#include "docimage/outer_outlines.h"
-#include "docimage/outline_brush.h"
+#include "docimage/clean/outline_brush.h"
+#include "docimage/sheet/outer_outlines.h"
 #include "support/same_picture.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "docimage/contour_sequences.h"
-#include "docimage/min_area_rectangle.h"
-#include "docimage/outline_search.h"
+#include "docimage/clean/outline_search.h"
+#include "docimage/sheet/contour_sequences.h"
+#include "docimage/sheet/min_area_rectangle.h"
 
 #include <gmock/gmock.h>
 #include <opencv2/imgproc/imgproc_c.h>

@@ -1,5 +1,5 @@
 // The loops over rows of a page, for each instruction set that this machine has.
-#include "docimage/page_rows.h"
+#include "docimage/clean/page_kernels.h"
 #include "plain/black_edge.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The one-pass turns against the image library's transpositions and mirrors.
 #include "api/library_state.h"
-#include "docimage/pixel_turn.h"
+#include "docimage/turn/pixel_turn.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,8 +1,8 @@
 // Cleaning a page against its plain steps: every width, sizes that are shared among processors,
 // parts of larger pictures, photographs.
 #include "cleaning_pictures.h"
-#include "docimage/black_edge.h"
-#include "docimage/paper.h"
+#include "docimage/clean/black_edge.h"
+#include "docimage/clean/paper.h"
 #include "plain/black_edge.h"
 #include "support/photographs.h"
 #include "support/same_picture.h"

@@ -1,5 +1,5 @@
 #include "api/library_state.h"
-#include "docimage/sheet_geometry.h"
+#include "docimage/sheet/sheet_geometry.h"
 
 #include <doccam/doccam.hpp>
 

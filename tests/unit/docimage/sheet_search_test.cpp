@@ -1,8 +1,8 @@
 // The search on the reduced copy of a frame, step by step, against the image library's steps.
 #include "cleaning_pictures.h"
-#include "docimage/lifted_level.h"
-#include "docimage/reduced_rows.h"
-#include "docimage/sheet_search.h"
+#include "docimage/pixels/lifted_level.h"
+#include "docimage/sheet/sheet_search.h"
+#include "docimage/sheet/sheet_search_kernels.h"
 #include "plain/outline.h"
 #include "support/same_picture.h"
 

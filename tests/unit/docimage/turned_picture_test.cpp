@@ -1,7 +1,7 @@
 // Turned pictures and parts of them against the image library's.
 #include "cleaning_pictures.h"
-#include "docimage/turned_picture.h"
-#include "docimage/turned_rows.h"
+#include "docimage/turn/rotation_kernels.h"
+#include "docimage/turn/turned_picture.h"
 #include "plain/page.h"
 #include "support/same_picture.h"
 

@@ -1,4 +1,4 @@
-#include "output/crop_geometry.h"
+#include "output/still/crop_geometry.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // Writing pictures.
 #include "decoded.h"
-#include "output/image_file.h"
+#include "output/files/image_file.h"
 #include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 

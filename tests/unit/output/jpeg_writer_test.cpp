@@ -1,5 +1,5 @@
 // JPEG files, byte by byte those of the image library.
-#include "output/jpeg_writer.h"
+#include "output/files/jpeg_writer.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

@@ -1,6 +1,6 @@
 // Files that appear complete or not at all.
 #include "decoded.h"
-#include "output/staged_file.h"
+#include "output/files/staged_file.h"
 #include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 

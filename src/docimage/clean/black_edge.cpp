@@ -1,0 +1,73 @@
+#include "docimage/clean/black_edge.h"
+
+#include "base/strips.h"
+#include "docimage/clean/margins.h"
+#include "docimage/clean/page_kernels.h"
+#include "docimage/sheet/sheet_outline.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/core.hpp>
+
+#include <utility>
+#include <vector>
+
+namespace doccam {
+namespace {
+
+void requireColour(const cv::Mat& picture) {
+    CV_Assert(!picture.empty() && picture.dims == 2 && picture.type() == CV_8UC3);
+}
+
+Marks marksOf(const WorkPlane& outline) {
+    return {outline.unpaddedRow(0), outline.size()};
+}
+
+void whitenAround(const WorkPlane& outline, cv::Mat& picture) {
+    paintMargins(picture, findMargins(marksOf(outline)));
+}
+
+void addMarks(const std::vector<uchar>& more, uchar* marks) {
+    for (std::size_t x = 0; x < more.size(); ++x) {
+        marks[x] |= more[x];
+    }
+}
+
+// Marks the coloured pixels as well, where the outline is read.
+void addColours(const cv::Mat& picture, WorkPlane& outline) {
+    forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
+        std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));
+        for (int y = part.start; y < part.end; ++y) {
+            pageRows().markColours(picture.ptr(y), picture.cols, colours.data());
+            addMarks(colours, outline.unpaddedRow(y));
+        }
+    });
+}
+
+} // namespace
+
+void whitenMargins(cv::Mat picture) {
+    requireColour(picture);
+    whitenAround(sheetOutline(flattenedGrey(picture)), picture);
+}
+
+void whitenMarginsByBrightness(cv::Mat picture) {
+    requireColour(picture);
+    whitenAround(sheetOutline(greyOf(picture)), picture);
+}
+
+WorkPlane marginMask(cv::Mat picture) {
+    requireColour(picture);
+    WorkPlane plane = sheetOutline(liftedGrey(picture));
+    addColours(picture, plane);
+    const Margins margins = findMargins(marksOf(plane));
+    plane.clear();
+    paintMargins(plane.rows(), margins);
+    return plane;
+}
+
+} // namespace doccam
+
+void FN_DeleteBlackEdge(cv::Mat src) {
+    doccam::whitenMargins(std::move(src));
+}

@@ -1,0 +1,18 @@
+// The image library's C image, for the one operation whose signature has it.
+#pragma once
+
+#include "docimage/pixels/work_plane.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/core/mat.hpp>
+
+namespace doccam {
+
+// A view of image's pixels; empty for null.
+cv::Mat viewOf(IplImage* image);
+
+// A new C image with plane's pixels and with padding bytes of 0, to be freed by cvReleaseImage.
+IplImage* newImageOf(const WorkPlane& plane);
+
+} // namespace doccam

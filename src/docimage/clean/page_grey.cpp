@@ -1,0 +1,114 @@
+#include "docimage/clean/page_grey.h"
+
+#include "base/strips.h"
+#include "docimage/clean/page_kernels.h"
+#include "docimage/pixels/gamma_curve.h"
+#include "docimage/pixels/grey_weights.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <numeric>
+
+namespace doccam {
+namespace {
+
+constexpr float kGamma = 0.4F;
+constexpr int kChannels = 3;
+
+// What a sample of a lifted pixel adds to its grey level, the half for rounding included.
+struct LiftedWeights {
+    LiftedWeights() {
+        const auto curve = gammaCurve(kGamma);
+        for (std::size_t i = 0; i < curve.size(); ++i) {
+            first[i] = kRedWeight * curve[i] + kGreyHalf;
+            second[i] = kGreenWeight * curve[i];
+            third[i] = kBlueWeight * curve[i];
+        }
+    }
+
+    uchar greyOf(const uchar* pixel) const {
+        return static_cast<uchar>((first[pixel[0]] + second[pixel[1]] + third[pixel[2]]) >>
+                                  kGreyShift);
+    }
+
+    std::array<std::int32_t, kLevels> first{}, second{}, third{};
+};
+
+// Makes each grey row by makeRow(row of the page, row of the plane, levels to add its own to).
+template <typename MakeRow>
+PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
+    PageGrey grey{WorkPlane::unset(page.size())};
+    cv::Mat& rows = grey.plane.rows();
+    const Strips strips(page.rows);
+    std::array<Levels, Strips::kMost> levels{};
+    forEachStrip(strips, [&](cv::Range part, int number) {
+        for (int y = part.start; y < part.end; ++y) {
+            makeRow(page.ptr(y), rows.ptr(y), levels[static_cast<std::size_t>(number)]);
+        }
+    });
+    for (const Levels& part : levels) {
+        addLevels(part, grey.levels);
+    }
+    return grey;
+}
+
+void lift(const uchar* pixels, int count, const LiftedWeights& weights, uchar* grey) {
+    for (int x = 0; x < count; ++x, pixels += kChannels) {
+        grey[x] = weights.greyOf(pixels);
+    }
+}
+
+// Dark pixels are few: what lies between them is filled a block at a time. The row holds 255 for
+// the dark ones at first, 0 for others.
+void flatten(const uchar* pixels, int count, const LiftedWeights& weights, uchar* row,
+             Levels& levels) {
+    constexpr uchar kSheet[kChannels] = {128, 128, 128};
+    constexpr int kBlock = 32;
+    const uchar sheet = weights.greyOf(kSheet);
+    for (int first = 0; first < count; first += kBlock) {
+        uchar* const block = row + first;
+        const int length = std::min(kBlock, count - first);
+        if (std::reduce(block, block + length, 0, std::bit_or<>()) == 0) {
+            std::fill_n(block, length, sheet);
+            levels[sheet] += length;
+            continue;
+        }
+        for (int i = 0; i < length; ++i) {
+            const uchar* const pixel = pixels + std::ptrdiff_t{kChannels} * (first + i);
+            block[i] = block[i] != 0 ? weights.greyOf(pixel) : sheet;
+            ++levels[block[i]];
+        }
+    }
+}
+
+} // namespace
+
+PageGrey greyOf(const cv::Mat& page) {
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
+        for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
+            grey[x] = greyLevel(pixels[0], pixels[1], pixels[2]);
+        }
+        countLevels(grey, page.cols, levels);
+    });
+}
+
+PageGrey liftedGrey(const cv::Mat& page) {
+    const LiftedWeights weights;
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
+        lift(pixels, page.cols, weights, grey);
+        countLevels(grey, page.cols, levels);
+    });
+}
+
+PageGrey flattenedGrey(const cv::Mat& page) {
+    const LiftedWeights weights;
+    return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
+        pageRows().markDark(pixels, page.cols, grey);
+        flatten(pixels, page.cols, weights, grey, levels);
+    });
+}
+
+} // namespace doccam

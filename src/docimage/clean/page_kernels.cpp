@@ -1,0 +1,229 @@
+// Loops that the compiler turns into vector instructions.
+#include "docimage/clean/page_kernels.h"
+
+#include "base/instruction_sets.h"
+#include "docimage/pixels/pixel_colour.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace doccam {
+namespace {
+
+constexpr std::ptrdiff_t kChannels = 3;
+constexpr unsigned char kWhite = 255;
+
+// Colours are taken apart a block at a time, and put together again.
+constexpr int kBlock = 64;
+
+using Channel = unsigned char[kBlock];
+
+struct Colours {
+    alignas(kBlock) Channel blue, green, red;
+};
+
+[[gnu::always_inline]] inline void separate(const unsigned char* pixels, int count,
+                                            Colours& colours) {
+    for (int i = 0; i < count; ++i) {
+        // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.Assign): count pixels are set
+        colours.blue[i] = pixels[kChannels * i];
+        colours.green[i] = pixels[kChannels * i + 1];
+        colours.red[i] = pixels[kChannels * i + 2];
+    }
+}
+
+[[gnu::always_inline]] inline void join(const Colours& colours, int count, unsigned char* pixels) {
+    for (int i = 0; i < count; ++i) {
+        pixels[kChannels * i] = colours.blue[i];
+        pixels[kChannels * i + 1] = colours.green[i];
+        pixels[kChannels * i + 2] = colours.red[i];
+    }
+}
+
+[[gnu::always_inline]] inline void markBlock(const Colours& colours, int count,
+                                             unsigned char* marks) {
+    for (int i = 0; i < count; ++i) {
+        marks[i] = isColoured(colours.blue[i], colours.green[i], colours.red[i]) ? kWhite : 0;
+    }
+}
+
+[[gnu::always_inline]] inline void markColoursOf(const unsigned char* pixels, int count,
+                                                 unsigned char* marks) {
+    Colours colours;
+    for (; count >= kBlock; count -= kBlock, pixels += kChannels * kBlock, marks += kBlock) {
+        separate(pixels, kBlock, colours);
+        markBlock(colours, kBlock, marks);
+    }
+    separate(pixels, count, colours);
+    markBlock(colours, count, marks);
+}
+
+// Rounded down, the mean of a dark pixel's samples is 30 at most.
+[[gnu::always_inline]] inline void markDarkOf(const unsigned char* pixels, int count,
+                                              unsigned char* marks) {
+    constexpr int kBrightSum = 93;
+    for (int i = 0; i < count; ++i, pixels += kChannels) {
+        const auto sum = static_cast<std::int16_t>(pixels[0] + pixels[1] + pixels[2]);
+        marks[i] = sum < kBrightSum ? kWhite : 0;
+    }
+}
+
+// Brighter than the mean, rounded to the nearest, less 19. An odd number of pixels has no mean
+// halfway between two levels.
+[[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const std::uint32_t* sums,
+                                               int count, unsigned char* paper) {
+    constexpr int kPixels = kSurroundings * kSurroundings;
+    constexpr int kLessThanMean = 19;
+    for (int i = 0; i < count; ++i) {
+        const auto sum = static_cast<int>(sums[i + kSurroundings] - sums[i]);
+        const int limit = kPixels * (2 * (grey[i] + kLessThanMean) - 1);
+        paper[i] = 2 * sum < limit ? kWhite : 0;
+    }
+}
+
+// Sharper along the columns and brighter by half: five times the sample, less twice the one above
+// and one and a half times the one below. Halves are rounded to the even number.
+[[gnu::always_inline]] inline unsigned char sharpened(int above, int sample, int below) {
+    const auto doubled = static_cast<std::int16_t>(10 * sample - 4 * above - 3 * below);
+    const auto down = static_cast<std::int16_t>(doubled >> 1);
+    const auto nearest = static_cast<std::int16_t>(down + (doubled & down & 1));
+    return static_cast<unsigned char>(
+        std::clamp<std::int16_t>(nearest, 0, static_cast<std::int16_t>(kWhite)));
+}
+
+[[gnu::always_inline]] inline unsigned char lowered(unsigned char sample, int amount) {
+    return static_cast<unsigned char>(std::max<int>(sample, amount) - amount);
+}
+
+[[gnu::always_inline]] inline unsigned char raised(unsigned char sample, int amount) {
+    return static_cast<unsigned char>(std::min<int>(sample, kWhite - amount) + amount);
+}
+
+// What is clearly red becomes redder. Amounts of 0 in place of branches, which vectors lack; so
+// below.
+[[gnu::always_inline]] inline void emphasise(Colours& colours, int count) {
+    constexpr int kClearlyRed = 81;
+    constexpr int kLowered = 40;
+    constexpr int kRaised = 80;
+    for (int i = 0; i < count; ++i) {
+        const int lead = colours.red[i] - std::min(colours.blue[i], colours.green[i]);
+        const int isRed = lead >= kClearlyRed ? -1 : 0;
+        colours.blue[i] = lowered(colours.blue[i], kLowered & isRed);
+        colours.green[i] = lowered(colours.green[i], kLowered & isRed);
+        colours.red[i] = raised(colours.red[i], kRaised & isRed);
+    }
+}
+
+// Grey print outside the margins keeps its samples.
+[[gnu::always_inline]] inline void choose(const PaperRow& row, int first, int count,
+                                          const Channel& coloured, const Channel& colour,
+                                          Channel& sample) {
+    const unsigned char* const margin = row.margin + first;
+    const unsigned char* const paper = row.paper + first;
+    for (int i = 0; i < count; ++i) {
+        const int ifGrey = sample[i] | paper[i];
+        const int either = (colour[i] & coloured[i]) | (ifGrey & ~coloured[i]);
+        sample[i] = static_cast<unsigned char>(either | margin[i]);
+    }
+}
+
+[[gnu::always_inline]] inline void whitenBlock(const PaperRow& row, int first, int count,
+                                               unsigned char* result) {
+    const std::ptrdiff_t begin = kChannels * first;
+    alignas(kBlock) unsigned char sharp[kChannels * kBlock];
+    for (int i = 0; i < kChannels * count; ++i) {
+        sharp[i] = sharpened(row.above[begin + i], row.row[begin + i], row.below[begin + i]);
+    }
+    Colours colours;
+    Colours samples;
+    alignas(kBlock) Channel coloured;
+    separate(sharp, count, colours);
+    separate(row.row + begin, count, samples);
+    markBlock(colours, count, coloured);
+    emphasise(colours, count);
+    choose(row, first, count, coloured, colours.blue, samples.blue);
+    choose(row, first, count, coloured, colours.green, samples.green);
+    choose(row, first, count, coloured, colours.red, samples.red);
+    join(samples, count, result + begin);
+}
+
+[[gnu::always_inline]] inline void whitenPaperOf(const PaperRow& row, unsigned char* result) {
+    int first = 0;
+    for (; first + kBlock <= row.count; first += kBlock) {
+        whitenBlock(row, first, kBlock, result);
+    }
+    whitenBlock(row, first, row.count - first, result);
+}
+
+constexpr PageRows kPlain = {"baseline", markColoursOf, markDarkOf, markPaperOf, whitenPaperOf};
+
+#ifdef __x86_64__
+
+[[gnu::target("avx2")]] void markColoursWithAvx2(const unsigned char* pixels, int count,
+                                                 unsigned char* marks) {
+    markColoursOf(pixels, count, marks);
+}
+
+[[gnu::target("avx2")]] void markDarkWithAvx2(const unsigned char* pixels, int count,
+                                              unsigned char* marks) {
+    markDarkOf(pixels, count, marks);
+}
+
+[[gnu::target("avx2")]] void markPaperWithAvx2(const unsigned char* grey, const std::uint32_t* sums,
+                                               int count, unsigned char* paper) {
+    markPaperOf(grey, sums, count, paper);
+}
+
+[[gnu::target("avx2")]] void whitenPaperWithAvx2(const PaperRow& row, unsigned char* result) {
+    whitenPaperOf(row, result);
+}
+
+constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markDarkWithAvx2, markPaperWithAvx2,
+                            whitenPaperWithAvx2};
+
+[[DOCCAM_TARGET_AVX512]] void markColoursWithAvx512(const unsigned char* pixels, int count,
+                                                    unsigned char* marks) {
+    markColoursOf(pixels, count, marks);
+}
+
+[[DOCCAM_TARGET_AVX512]] void markDarkWithAvx512(const unsigned char* pixels, int count,
+                                                 unsigned char* marks) {
+    markDarkOf(pixels, count, marks);
+}
+
+[[DOCCAM_TARGET_AVX512]] void markPaperWithAvx512(const unsigned char* grey,
+                                                  const std::uint32_t* sums, int count,
+                                                  unsigned char* paper) {
+    markPaperOf(grey, sums, count, paper);
+}
+
+[[DOCCAM_TARGET_AVX512]] void whitenPaperWithAvx512(const PaperRow& row, unsigned char* result) {
+    whitenPaperOf(row, result);
+}
+
+constexpr PageRows kAvx512 = {"AVX-512", markColoursWithAvx512, markDarkWithAvx512,
+                              markPaperWithAvx512, whitenPaperWithAvx512};
+
+#endif
+
+} // namespace
+
+std::vector<PageRows> allPageRows() {
+    std::vector<PageRows> all{kPlain};
+#ifdef __x86_64__
+    if (hasAvx2()) {
+        all.push_back(kAvx2);
+    }
+    if (hasAvx512()) {
+        all.push_back(kAvx512);
+    }
+#endif
+    return all;
+}
+
+const PageRows& pageRows() {
+    static const PageRows widest = allPageRows().back();
+    return widest;
+}
+
+} // namespace doccam

@@ -1,0 +1,68 @@
+#include "docimage/pixels/levels.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <numeric>
+
+namespace doccam {
+
+// Counted in turns, because a processor waits for the count that it has just raised.
+void countLevels(const unsigned char* pixels, int count, Levels& levels) {
+    constexpr int kTurns = 4;
+    std::array<Levels, kTurns> turns{};
+    int i = 0;
+    for (; i + kTurns <= count; i += kTurns) {
+        ++turns[0][pixels[i]];
+        ++turns[1][pixels[i + 1]];
+        ++turns[2][pixels[i + 2]];
+        ++turns[3][pixels[i + 3]];
+    }
+    for (; i < count; ++i) {
+        ++turns[0][pixels[i]];
+    }
+    for (const Levels& turn : turns) {
+        addLevels(turn, levels);
+    }
+}
+
+void addLevels(const Levels& more, Levels& levels) {
+    std::transform(levels.begin(), levels.end(), more.begin(), levels.begin(), std::plus<>());
+}
+
+// Of equally good levels the lowest counts, which rounding decides: the order of the operations is
+// the image library's.
+int otsuLevel(const Levels& levels) {
+    constexpr double kLeast = std::numeric_limits<float>::epsilon();
+    const double scale = 1.0 / std::accumulate(levels.begin(), levels.end(), 0);
+    double mean = 0;
+    for (int i = 0; i < kLevels; ++i) {
+        mean += i * static_cast<double>(levels[static_cast<std::size_t>(i)]);
+    }
+    mean *= scale;
+    double darkMean = 0;
+    double darkShare = 0;
+    double best = 0;
+    int bestLevel = 0;
+    for (int i = 0; i < kLevels; ++i) {
+        const double share = levels[static_cast<std::size_t>(i)] * scale;
+        darkMean *= darkShare;
+        darkShare += share;
+        const double brightShare = 1.0 - darkShare;
+        if (std::min(darkShare, brightShare) < kLeast ||
+            std::max(darkShare, brightShare) > 1.0 - kLeast) {
+            continue;
+        }
+        darkMean = (darkMean + i * share) / darkShare;
+        const double brightMean = (mean - darkShare * darkMean) / brightShare;
+        const double contrast =
+            darkShare * brightShare * (darkMean - brightMean) * (darkMean - brightMean);
+        if (contrast > best) {
+            best = contrast;
+            bestLevel = i;
+        }
+    }
+    return bestLevel;
+}
+
+} // namespace doccam

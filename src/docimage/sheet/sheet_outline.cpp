@@ -1,0 +1,37 @@
+#include "docimage/sheet/sheet_outline.h"
+
+#include "docimage/clean/bright_regions.h"
+#include "docimage/clean/outline_brush.h"
+#include "docimage/sheet/outer_outlines.h"
+
+#include <cstddef>
+
+namespace doccam {
+namespace {
+
+constexpr int kSmallRegion = 30000; // pixels
+
+// How many outlines there are up to the lowest large one.
+std::size_t countToLowestLarge(const OuterOutlines& outlines) {
+    std::size_t count = outlines.count();
+    while (count > 0 && enclosedArea(outlines[count - 1]) <= kSmallRegion) {
+        --count;
+    }
+    return count;
+}
+
+} // namespace
+
+WorkPlane sheetOutline(PageGrey grey) {
+    cv::Mat& rows = grey.plane.rows();
+    markBrightRegions(rows, grey.levels);
+    OuterOutlines outlines;
+    outlines.search(rows);
+    rows.setTo(0);
+    for (std::size_t i = countToLowestLarge(outlines); i-- > 0;) {
+        drawOutline(outlines[i], rows);
+    }
+    return grey.plane;
+}
+
+} // namespace doccam

@@ -1,0 +1,98 @@
+#include "docimage/sheet/sheet_search.h"
+
+#include "base/strips.h"
+#include "docimage/clean/bright_regions.h"
+#include "docimage/sheet/sheet_search_kernels.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace doccam {
+namespace {
+
+// The rest of a frame that is no multiple of four makes means of uneven parts.
+void reduceUnevenly(const cv::Mat& frame, cv::Mat& reduced) {
+    cv::Mat colours, grey;
+    cv::resize(frame, colours, reduced.size(), 0, 0, cv::INTER_AREA);
+    cv::cvtColor(colours, grey, cv::COLOR_RGB2GRAY);
+    grey.copyTo(reduced);
+}
+
+void reduceEvenly(const cv::Mat& frame, cv::Mat& reduced) {
+    forEachStrip(Strips(reduced.rows), [&](cv::Range part, int /*number*/) {
+        for (int y = part.start; y < part.end; ++y) {
+            const int row = kReduction * y;
+            reducedRows().reduceToGrey(
+                {frame.ptr(row), frame.ptr(row + 1), frame.ptr(row + 2), frame.ptr(row + 3)},
+                reduced.cols, reduced.ptr(y));
+        }
+    });
+}
+
+// Beyond its ends a row goes on as they are.
+void extendRow(uchar* row, int width) {
+    std::memset(row - kBlurReach, row[0], kBlurReach);
+    std::memset(row + width, row[width - 1], kBlurReach);
+}
+
+ReducedRows::SumRows rowsAround(const cv::Mat& sums, int y) {
+    ReducedRows::SumRows rows;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const int near = y + static_cast<int>(i) - kBlurReach;
+        rows[i] = sums.ptr<std::uint16_t>(std::clamp(near, 0, sums.rows - 1));
+    }
+    return rows;
+}
+
+} // namespace
+
+const cv::Mat& SheetSearch::reduce(const cv::Mat& frame) {
+    const cv::Size size(frame.cols / kReduction, frame.rows / kReduction);
+    CV_Assert(!size.empty());
+    padded_.create(size.height, size.width + 2 * kBlurReach, CV_8UC1);
+    reduced_ = padded_(cv::Rect({kBlurReach, 0}, size));
+    if (frame.size() == size * kReduction) {
+        reduceEvenly(frame, reduced_);
+    } else {
+        reduceUnevenly(frame, reduced_);
+    }
+    return reduced_;
+}
+
+const cv::Mat& SheetSearch::liftContrast() {
+    const int width = reduced_.cols;
+    const Strips strips(reduced_.rows);
+    sums_.create(reduced_.size(), CV_16UC1);
+    forEachStrip(strips, [&](cv::Range part, int /*number*/) {
+        for (int y = part.start; y < part.end; ++y) {
+            extendRow(reduced_.ptr(y), width);
+            reducedRows().blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
+        }
+    });
+    std::array<Levels, Strips::kMost> levels{};
+    forEachStrip(strips, [&](cv::Range part, int number) {
+        for (int y = part.start; y < part.end; ++y) {
+            reducedRows().lift(rowsAround(sums_, y), width, reduced_.ptr(y));
+            countLevels(reduced_.ptr(y), width, levels[static_cast<std::size_t>(number)]);
+        }
+    });
+    levels_.fill(0);
+    for (const Levels& part : levels) {
+        addLevels(part, levels_);
+    }
+    return reduced_;
+}
+
+const OuterOutlines& SheetSearch::outlinesIn(const cv::Mat& frame) {
+    reduce(frame);
+    liftContrast();
+    markBrightRegions(reduced_, levels_);
+    outlines_.search(reduced_);
+    return outlines_;
+}
+
+} // namespace doccam

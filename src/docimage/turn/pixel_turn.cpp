@@ -1,0 +1,147 @@
+#include "docimage/turn/pixel_turn.h"
+
+#include "base/shared_work.h"
+#include "docimage/pixels/pixel_tiles.h"
+
+#include <opencv2/core.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+
+namespace doccam {
+namespace {
+
+constexpr std::ptrdiff_t kPixelBytes = 3;
+
+// The picture is turned in blocks: what a block reads and writes stays in the cache while each line
+// of it is used several times.
+constexpr int kBlockRows = 512;
+constexpr int kBlockColumns = 128;
+constexpr int kCacheLine = 64;
+
+// A column of tiles is turned while the memory for the next ones is fetched. The processor does not
+// foresee such a path through memory, and would wait for each line.
+constexpr int kRowsPerFetch = kBlockRows * kTile / kBlockColumns;
+
+// Copies count pixels that lie step bytes apart to places side by side.
+void gather(Rows source, unsigned char* target, int count) {
+    for (; count > 0; --count, source.first += source.step, target += kPixelBytes) {
+        std::memcpy(target, source.first, kPixelBytes);
+    }
+}
+
+// A row of the turned picture is a column of the source, upwards or downwards.
+class BlockTurner {
+  public:
+    BlockTurner(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
+      : clockwise_(quarter == Quarter::kClockwise)
+      , columnsInTiles_(haveTiles() ? source.cols - kTileReads / int{kPixelBytes} : 0)
+      , source_(source)
+      , turned_(turned) {}
+
+    // A band is kBlockColumns columns of the source.
+    int bands() const { return (source_.cols + kBlockColumns - 1) / kBlockColumns; }
+
+    void turn(const cv::Range& range) const {
+        const int end = std::min(range.end * kBlockColumns, source_.cols);
+        for (int column = range.start * kBlockColumns; column < end; column += kBlockColumns) {
+            for (int row = 0; row < source_.rows; row += kBlockRows) {
+                turnBlock({column, std::min(column + kBlockColumns, end)}, row);
+            }
+        }
+    }
+
+  private:
+    // Rows are counted here in the order in which they are turned.
+    Rows sourceFrom(int column, int row) const {
+        const auto step = static_cast<std::ptrdiff_t>(source_.step);
+        return clockwise_ ? Rows{source_.ptr(source_.rows - 1 - row, column), -step}
+                          : Rows{source_.ptr(row, column), step};
+    }
+
+    WritableRows targetFrom(int column, int row) const {
+        const auto step = static_cast<std::ptrdiff_t>(turned_.step);
+        return clockwise_ ? WritableRows{turned_.ptr(column, row), step}
+                          : WritableRows{turned_.ptr(source_.cols - 1 - column, row), -step};
+    }
+
+    // To be read: some rows of the block that follows.
+    void fetchRows(int column, int row) const {
+        for (const int end = std::min(row + kRowsPerFetch, source_.rows); row < end; ++row) {
+            const unsigned char* const pixels = sourceFrom(column, row).first;
+            for (int offset = 0; offset < kBlockColumns * kPixelBytes; offset += kCacheLine) {
+                __builtin_prefetch(pixels + offset);
+            }
+        }
+    }
+
+    // To be written: what a column of tiles becomes.
+    void fetchTarget(cv::Range columns, int row, int count) const {
+        for (int column = columns.start; column < columns.end; ++column) {
+            const unsigned char* const pixels = targetFrom(column, row).first;
+            for (int offset = 0; offset < count * kPixelBytes; offset += kCacheLine) {
+                __builtin_prefetch(pixels + offset, 1);
+            }
+        }
+    }
+
+    void turnBlock(cv::Range columns, int row) const {
+        const int count = std::min(kBlockRows, source_.rows - row);
+        const int inTiles = count / kTile * kTile;
+        int column = columns.start;
+        for (; column + kTile <= std::min(columns.end, columnsInTiles_); column += kTile) {
+            const int next = column + kTile;
+            fetchRows(columns.start,
+                      row + kBlockRows + (column - columns.start) / kTile * kRowsPerFetch);
+            fetchTarget({next, std::min(next + kTile, columns.end)}, row, count);
+            turnTiles(sourceFrom(column, row), targetFrom(column, row), inTiles / kTile);
+            gatherColumns({column, next}, row + inTiles, count - inTiles);
+        }
+        gatherColumns({column, columns.end}, row, count);
+    }
+
+    void gatherColumns(cv::Range columns, int row, int count) const {
+        for (int column = columns.start; count > 0 && column < columns.end; ++column) {
+            gather(sourceFrom(column, row), targetFrom(column, row).first, count);
+        }
+    }
+
+    bool clockwise_;
+    int columnsInTiles_; // on their right there are pixels enough for what tiles read too much
+    const cv::Mat& source_;
+    cv::Mat& turned_;
+};
+
+void exchangeRows(cv::Mat& image, const cv::Range& pairs) {
+    for (int row = pairs.start; row < pairs.end; ++row) {
+        auto* const upper = image.ptr<cv::Vec3b>(row);
+        auto* const lower = image.ptr<cv::Vec3b>(image.rows - 1 - row);
+        std::swap_ranges(upper, upper + image.cols, std::make_reverse_iterator(lower + image.cols));
+    }
+}
+
+} // namespace
+
+bool canTurn(const cv::Mat& image) {
+    return image.dims == 2 && image.type() == CV_8UC3 && !image.empty();
+}
+
+void turnQuarter(const cv::Mat& source, Quarter quarter, cv::Mat& turned) {
+    CV_Assert(canTurn(source) && turned.type() == source.type());
+    CV_Assert(turned.rows == source.cols && turned.cols == source.rows);
+    const BlockTurner turner(source, quarter, turned);
+    shareWork(turner.bands(), [&](const cv::Range& bands) { turner.turn(bands); });
+}
+
+void turnHalf(cv::Mat& image) {
+    CV_Assert(canTurn(image));
+    shareWork(image.rows / 2, [&](const cv::Range& pairs) { exchangeRows(image, pairs); });
+    if (image.rows % 2 != 0) {
+        auto* const middle = image.ptr<cv::Vec3b>(image.rows / 2);
+        std::reverse(middle, middle + image.cols);
+    }
+}
+
+} // namespace doccam

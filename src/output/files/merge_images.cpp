@@ -1,0 +1,81 @@
+// Settling the queue of files to be merged into one picture.
+#include "api/boundary.h"
+#include "api/library_state.h"
+#include "base/picture_file.h"
+#include "output/files/files.h"
+
+#include <doccam/doccam.hpp>
+
+#include <opencv2/core.hpp>
+#include <opencv2/imgcodecs.hpp>
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using doccam::fileExists;
+using doccam::state;
+
+using Queue = std::vector<std::string>;
+using Pictures = std::array<cv::Mat, 4>;
+
+constexpr std::size_t kFewestFiles = 2;
+constexpr std::size_t kMostComposed = 3;
+
+// Empty when the file is no picture that can be read.
+cv::Mat readQuietly(const std::string& path) {
+    if (!fileExists(path.c_str())) {
+        return {};
+    }
+    try {
+        return doccam::readPictureFile(path, cv::IMREAD_COLOR);
+    } catch (const cv::Exception&) {
+        return {};
+    }
+}
+
+Pictures readFirst(const Queue& files) {
+    Pictures pictures;
+    for (std::size_t i = 0; i < std::min(files.size(), pictures.size()); ++i) {
+        pictures[i] = readQuietly(files[i]);
+    }
+    return pictures;
+}
+
+// The composition hook for two or three pictures. EMPTY ON PURPOSE: no layout is defined, so the
+// merged picture stays empty and nothing is written.
+void compose(const Pictures& /*pictures*/, std::size_t /*count*/, cv::Mat& /*merged*/) {}
+
+int merge(const char* path, int mergeMode, bool deleteSources) {
+    const Queue files = std::exchange(state().img_filelist, {});
+    const Pictures pictures = readFirst(files);
+    cv::Mat merged;
+    if (mergeMode != 0 && files.size() <= kMostComposed) {
+        compose(pictures, files.size(), merged);
+    }
+    if (!merged.empty()) {
+        SaveImage(std::string(path).data(), merged);
+    }
+    if (path == nullptr || !fileExists(path)) {
+        return -2;
+    }
+    if (deleteSources) {
+        doccam::removeFiles(files);
+    }
+    return 0;
+}
+
+} // namespace
+
+int MergeImages(const char* path, int mergeMode, int /*reserved*/, bool deleteSources) {
+    return doccam::guarded("MergeImages", -2, [=] {
+        if (state().img_filelist.size() < kFewestFiles) {
+            return -1;
+        }
+        return merge(path, mergeMode, deleteSources);
+    });
+}

@@ -1,0 +1,164 @@
+#include "output/files/staged_file.h"
+
+#include "base/handles/standard_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+
+namespace doccam {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostLinks = 40;
+constexpr int kMostNames = 100;
+
+std::optional<struct stat> statusOf(const std::string& path) {
+    struct stat status {};
+
+    if (stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return status;
+}
+
+// Where the chain of symbolic links that starts at path ends, whether or not a file is there.
+std::string endOfLinks(const std::string& path) {
+    fs::path end = path;
+    std::error_code notALink;
+    for (int i = 0; i < kMostLinks; ++i) {
+        const fs::path next = fs::read_symlink(end, notALink);
+        if (notALink) {
+            break;
+        }
+        end = next.is_absolute() ? next : end.parent_path() / next;
+    }
+    return end.string();
+}
+
+// Links of the process file system lead elsewhere than their text says.
+bool isSameFile(const struct stat& left, const std::string& right) {
+    const auto status = statusOf(right);
+    return status && status->st_dev == left.st_dev && status->st_ino == left.st_ino;
+}
+
+// Short, so that it fits wherever the target's own name does.
+std::string temporaryName(const std::string& target) {
+    static std::atomic<unsigned> count{0};
+    const std::string name =
+        ".doccam-" + std::to_string(getpid()) + "-" + std::to_string(count.fetch_add(1));
+    return (fs::path(target).parent_path() / name).string();
+}
+
+// The existing file's owner and permissions, as far as this process may give them.
+void takeOver(int file, const struct stat& existing) {
+    if (fchown(file, existing.st_uid, existing.st_gid) != 0 && errno != EPERM) {
+        return;
+    }
+    fchmod(file, existing.st_mode & 0777);
+}
+
+bool folderRefuses(int error) {
+    return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
+}
+
+bool renameRefused(int error) {
+    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV;
+}
+
+bool copyContent(const std::string& from, const std::string& to) {
+    const StandardFile source(std::fopen(from.c_str(), "rbe"));
+    StandardFile sink(source ? std::fopen(to.c_str(), "wbe") : nullptr);
+    if (!sink) {
+        return false;
+    }
+    std::array<char, 65536> chunk{};
+    for (std::size_t count = 0;
+         (count = std::fread(chunk.data(), 1, chunk.size(), source.get())) > 0;) {
+        if (std::fwrite(chunk.data(), 1, count, sink.get()) != count) {
+            return false;
+        }
+    }
+    return std::ferror(source.get()) == 0 && closeChecked(std::move(sink));
+}
+
+} // namespace
+
+StagedFile::StagedFile(const std::string& target)
+  : target_(target)
+  , path_(target) {
+    const auto existing = statusOf(target);
+    existed_ = existing || errno == EACCES || errno == ELOOP;
+    if (!existing && existed_) {
+        // What may not be looked at, as another user's link in a shared folder, or leads nowhere,
+        // as links in a circle, is not to be replaced either.
+        return;
+    }
+    const std::string end = endOfLinks(target);
+    if (existing) {
+        // A file its owner has write-protected is not to be replaced either.
+        if (!S_ISREG(existing->st_mode) || !isSameFile(*existing, end) ||
+            faccessat(AT_FDCWD, end.c_str(), W_OK, AT_EACCESS) != 0) {
+            return;
+        }
+    }
+    target_ = path_ = end;
+    stage();
+}
+
+StagedFile::~StagedFile() {
+    if (!committed_ && (staged_ || !existed_)) {
+        unlink(path_.c_str());
+    }
+}
+
+void StagedFile::stage() {
+    for (int i = 0; i < kMostNames; ++i) {
+        const std::string name = temporaryName(target_);
+        if (const StandardFile file{std::fopen(name.c_str(), "wbxe")}) {
+            path_ = name;
+            staged_ = true;
+            if (const auto existing = statusOf(target_)) {
+                takeOver(fileno(file.get()), *existing);
+            }
+            return;
+        }
+        if (folderRefuses(errno)) {
+            return;
+        }
+        if (errno != EEXIST) {
+            // Opening the target itself would cut it short only to fail as well.
+            path_ = name;
+            staged_ = true;
+            return;
+        }
+    }
+}
+
+bool StagedFile::isRegular() const {
+    const auto status = statusOf(path_);
+    return status && S_ISREG(status->st_mode);
+}
+
+bool StagedFile::commit() {
+    if (!staged_) {
+        committed_ = true;
+        return true;
+    }
+    if (std::rename(path_.c_str(), target_.c_str()) == 0) {
+        committed_ = true;
+        return true;
+    }
+    // Somebody else's file in a shared folder, or a mounted one: its content can be replaced only.
+    return renameRefused(errno) && existed_ && copyContent(path_, target_);
+}
+
+} // namespace doccam

@@ -1,0 +1,136 @@
+#include "output/pdf/pdf_page.h"
+
+#include "base/handles/standard_file.h"
+#include "output/pdf/png_reader.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace doccam {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+// The PDF library counts bytes in 32 bits.
+constexpr std::size_t kMostBytes = std::size_t{1} << 30;
+constexpr unsigned kBitsPerSample = 8;
+
+std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
+    const StandardFile file(std::fopen(path.c_str(), "rbe"));
+    if (!file) {
+        error = {HPDF_FILE_OPEN_ERROR, static_cast<HPDF_STATUS>(errno)};
+        return std::nullopt;
+    }
+    Bytes bytes;
+    std::array<unsigned char, 65536> chunk{};
+    for (std::size_t count = 0;
+         (count = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
+        bytes.insert(bytes.end(), chunk.begin(),
+                     chunk.begin() + static_cast<std::ptrdiff_t>(count));
+        if (bytes.size() > kMostBytes) {
+            break;
+        }
+    }
+    if (std::ferror(file.get()) != 0 || bytes.size() > kMostBytes) {
+        const bool failed = std::ferror(file.get()) != 0;
+        error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(failed ? errno : 0)};
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+HPDF_UINT sizeOf(const Bytes& bytes) {
+    return static_cast<HPDF_UINT>(bytes.size());
+}
+
+HPDF_Image rawImage(HPDF_Doc document, const PngReader& png, const Bytes& samples,
+                    unsigned channels) {
+    const HPDF_ColorSpace space = channels == 1 ? HPDF_CS_DEVICE_GRAY : HPDF_CS_DEVICE_RGB;
+    return HPDF_LoadRawImageFromMem(document, samples.data(), png.width(), png.height(), space,
+                                    kBitsPerSample);
+}
+
+HPDF_Image loadPixels(HPDF_Doc document, const PngReader& png) {
+    HPDF_Image image = rawImage(document, png, png.pixels(), png.channels());
+    if (image == nullptr || png.alpha().empty()) {
+        return image;
+    }
+    HPDF_Image mask = rawImage(document, png, png.alpha(), 1);
+    return mask != nullptr && HPDF_Image_AddSMask(image, mask) == HPDF_OK ? image : nullptr;
+}
+
+HPDF_Image load(HPDF_Doc document, const PngReader& png, const Bytes& file) {
+    return png.isPlain() ? HPDF_LoadPngImageFromMem(document, file.data(), sizeOf(file))
+                         : loadPixels(document, png);
+}
+
+// A page of the picture's size. Null when libharu refuses it, as it does below 3 and above 14400.
+HPDF_Page addPageOf(HPDF_Doc document, HPDF_REAL width, HPDF_REAL height) {
+    HPDF_Page page = HPDF_AddPage(document);
+    const bool taken = page != nullptr && HPDF_Page_SetWidth(page, width) == HPDF_OK &&
+                       HPDF_Page_SetHeight(page, height) == HPDF_OK;
+    return taken ? page : nullptr;
+}
+
+// The page's size is set before the pixels are read, so that a huge one takes no memory.
+PdfError addPng(HPDF_Doc document, const Bytes& file) {
+    constexpr PdfError kDamaged{HPDF_INVALID_PNG_IMAGE, 0};
+    PngReader png(file);
+    if (!png.readHeader()) {
+        return kDamaged;
+    }
+    const auto width = static_cast<HPDF_REAL>(png.width());
+    const auto height = static_cast<HPDF_REAL>(png.height());
+    HPDF_Page page = addPageOf(document, width, height);
+    if (page == nullptr) {
+        return {HPDF_PAGE_INVALID_SIZE, 0};
+    }
+    HPDF_Image image = png.readPixels() ? load(document, png, file) : nullptr;
+    if (image == nullptr || HPDF_Page_DrawImage(page, image, 0, 0, width, height) != HPDF_OK) {
+        return kDamaged;
+    }
+    return {};
+}
+
+// libharu copies a JPEG as it is and reads its header only; viewers show what there is of a picture
+// that ends early.
+PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
+    constexpr PdfError kDamaged{HPDF_INVALID_JPEG_DATA, 0};
+    HPDF_Image image = HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
+    if (image == nullptr || HPDF_Image_GetWidth(image) == 0) {
+        return kDamaged;
+    }
+    const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
+    const auto height = static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image));
+    HPDF_Page page = addPageOf(document, width, height);
+    if (page == nullptr) {
+        return {HPDF_PAGE_INVALID_SIZE, 0};
+    }
+    return HPDF_Page_DrawImage(page, image, 0, 0, width, height) == HPDF_OK ? PdfError{} : kDamaged;
+}
+
+PdfError addFile(HPDF_Doc document, const std::string& path,
+                 PdfError (*add)(HPDF_Doc, const Bytes&)) {
+    PdfError error;
+    const auto file = readFile(path, error);
+    return file ? add(document, *file) : error;
+}
+
+} // namespace
+
+PdfError addPicturePage(HPDF_Doc document, const std::string& path) {
+    const std::string_view name = path;
+    if (name.ends_with("png")) {
+        return addFile(document, path, addPng);
+    }
+    if (name.ends_with("jpg")) {
+        return addFile(document, path, addJpeg);
+    }
+    return {};
+}
+
+} // namespace doccam

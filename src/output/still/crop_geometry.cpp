@@ -1,0 +1,71 @@
+#include "output/still/crop_geometry.h"
+
+namespace doccam {
+namespace {
+
+constexpr int kStep = 4;
+constexpr int kMargin = 4;
+
+int inStepsOfFour(int length) {
+    return length / kStep * kStep;
+}
+
+// By how much the last negative coordinate lies before the frame.
+int shortBefore(const SheetCorners& corners, int cv::Point::*axis) {
+    int amount = 0;
+    for (const cv::Point corner : corners) {
+        amount = corner.*axis < 0 ? -(corner.*axis) : amount;
+    }
+    return amount;
+}
+
+// By how much the last coordinate beyond the frame's length lies behind it.
+int shortBehind(const SheetCorners& corners, int cv::Point::*axis, int length) {
+    int amount = 0;
+    for (const cv::Point corner : corners) {
+        amount = corner.*axis > length ? corner.*axis - length : amount;
+    }
+    return amount;
+}
+
+void shift(SheetCorners& corners, int cv::Point::*axis, int amount) {
+    for (cv::Point& corner : corners) {
+        corner.*axis += amount;
+    }
+}
+
+int clipped(int start, int length, int limit) {
+    return start + length >= limit ? limit - start : length;
+}
+
+} // namespace
+
+FittedCorners fitIntoFrame(SheetCorners corners, cv::Size frame) {
+    BorderAmounts borders;
+    borders.left = shortBefore(corners, &cv::Point::x);
+    shift(corners, &cv::Point::x, borders.left);
+    borders.right = shortBehind(corners, &cv::Point::x, frame.width);
+    borders.top = shortBefore(corners, &cv::Point::y);
+    shift(corners, &cv::Point::y, borders.top);
+    borders.bottom = shortBehind(corners, &cv::Point::y, frame.height);
+    return {borders, corners};
+}
+
+cv::Rect enlargedBox(cv::Rect box, cv::Size picture) {
+    box.width = clipped(box.x, box.width + kMargin, picture.width);
+    box.height = clipped(box.y, box.height + kMargin, picture.height);
+    return box;
+}
+
+cv::Rect centredPage(cv::Size page, cv::Size picture) {
+    const int x = (picture.width - page.width) / 2;
+    const int y = (picture.height - page.height) / 2;
+    return {x, y, clipped(x, inStepsOfFour(page.width) + kStep, picture.width),
+            clipped(y, inStepsOfFour(page.height) + kStep, picture.height)};
+}
+
+cv::Size inStepsOfFour(cv::Size size) {
+    return {inStepsOfFour(size.width), inStepsOfFour(size.height)};
+}
+
+} // namespace doccam

@@ -1,0 +1,36 @@
+// Where the automatic crop cuts: borders around the frame, the sheet's box, the straight page.
+#pragma once
+
+#include "docimage/sheet/sheet_corners.h"
+
+#include <opencv2/core/types.hpp>
+
+namespace doccam {
+
+struct BorderAmounts {
+    int left = 0;
+    int right = 0;
+    int top = 0;
+    int bottom = 0;
+};
+
+struct FittedCorners {
+    BorderAmounts borders; // to add around the frame
+    SheetCorners corners;  // in pixels of the frame with its borders
+};
+
+// Makes room for corners outside a frame of that size. Of several beyond one side the last decides,
+// not the farthest; a corner may thus stay outside.
+FittedCorners fitIntoFrame(SheetCorners corners, cv::Size frame);
+
+// The box four pixels wider and higher, clipped to the right and lower edge of the picture.
+cv::Rect enlargedBox(cv::Rect box, cv::Size picture);
+
+// The page's place in the middle of the turned picture, its sides in steps of four pixels, clipped
+// to the right and lower edge of the picture.
+cv::Rect centredPage(cv::Size page, cv::Size picture);
+
+// The size with each side rounded down to a multiple of four.
+cv::Size inStepsOfFour(cv::Size size);
+
+} // namespace doccam

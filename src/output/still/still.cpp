@@ -1,0 +1,27 @@
+#include "output/still/still.h"
+
+#include "api/library_state.h"
+#include "output/still/automatic_crop.h"
+#include "output/still/whole_frame.h"
+
+#include <doccam/doccam.hpp>
+
+#include <cstdio>
+#include <utility>
+
+namespace doccam {
+
+Still prepareStill(std::string path, int cropMode, const cv::Mat& frame) {
+    std::printf("capture->path:%s\n", path.c_str());
+    const bool whole = cropMode != kCropToSheet;
+    return {std::move(path), whole ? pageOfWholeFrame(frame) : pageOfSheet(frame), whole};
+}
+
+void saveStill(const Still& still) {
+    SaveImage(std::string(still.path).data(), still.page);
+    if (still.ofWholeFrame) {
+        std::puts("capture->04");
+    }
+}
+
+} // namespace doccam

@@ -1,6 +1,5 @@
 // Times the stages of one frame, each by itself, and a frame of a running session, and prints them
 // as JSON: milliseconds, the smallest of many rounds. Run by scripts/performance-chart.
-#include "api/library_state.h"
 #include "base/parallel_copy.h"
 #include "decode/mjpeg_decoder.h"
 #include "live_session.h"
@@ -8,6 +7,7 @@
 #include "preview/picture.h"
 #include "preview/view.h"
 #include "quiet_output.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,6 +1,6 @@
 // A frame turned by a quarter into the session's turned frame.
-#include "api/library_state.h"
 #include "row.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,9 +1,9 @@
 // A still of the sheet alone: cut out, straight, margins and background white, JPEG of quality 85.
-#include "api/library_state.h"
 #include "plain/outline.h"
 #include "plain/page.h"
 #include "quiet_output.h"
 #include "row.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,13 +1,12 @@
-// Reading a code from a frame: one way of making it binary after the other.
-#include "barcode/code_scan.h"
-#include "barcode/threshold_ladder.h"
+#include "barcode/decoding_cascade.h"
 
-#include <doccam/doccam.hpp>
+#include "barcode/threshold_ladder.h"
 
 #include <opencv2/imgproc.hpp>
 
 #include <cstdio>
 
+namespace doccam {
 namespace {
 
 constexpr int kWhite = 255;
@@ -15,52 +14,54 @@ constexpr int kAdaptiveBlock = 33;
 
 } // namespace
 
-std::string ZbarDecoder(cv::Mat gray, int mode) {
-    const doccam::CodeScan scan = doccam::scanForCode(gray, doccam::codeKind(mode));
+std::string scanOnce(const cv::Mat& grey, CodeKind wanted) {
+    const CodeScan scan = scanForCode(grey, wanted);
     if (!scan.anySymbol) {
         std::puts("No BarQrCode!!\r");
     }
     return scan.text;
 }
 
-std::string GetQRInBinImg(cv::Mat bin, int mode) {
-    std::string text = ZbarDecoder(bin, mode);
+std::string readCodeInBinary(const cv::Mat& bin, CodeKind wanted) {
+    std::string text = scanOnce(bin, wanted);
     if (text.empty()) {
         const cv::Mat square = cv::getStructuringElement(cv::MORPH_RECT, cv::Size(3, 3));
         cv::Mat opened;
         cv::morphologyEx(bin, opened, cv::MORPH_OPEN, square, cv::Point(-1, -1), 1,
                          cv::BORDER_CONSTANT, cv::morphologyDefaultBorderValue());
-        text = ZbarDecoder(opened, mode);
+        text = scanOnce(opened, wanted);
     }
     return text;
 }
 
-std::string GetQR(cv::Mat gray, int mode) {
+std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted) {
     cv::Mat bin;
     const auto otsu =
-        static_cast<int>(cv::threshold(gray, bin, 0, kWhite, cv::THRESH_BINARY | cv::THRESH_OTSU));
-    std::string text = GetQRInBinImg(bin, mode);
+        static_cast<int>(cv::threshold(grey, bin, 0, kWhite, cv::THRESH_BINARY | cv::THRESH_OTSU));
+    std::string text = readCodeInBinary(bin, wanted);
     if (text.empty()) {
-        cv::adaptiveThreshold(gray, bin, kWhite, cv::ADAPTIVE_THRESH_GAUSSIAN_C, cv::THRESH_BINARY,
+        cv::adaptiveThreshold(grey, bin, kWhite, cv::ADAPTIVE_THRESH_GAUSSIAN_C, cv::THRESH_BINARY,
                               kAdaptiveBlock, 0);
-        text = GetQRInBinImg(bin, mode);
+        text = readCodeInBinary(bin, wanted);
     }
     // Begins with Otsu's picture once more.
-    for (const int level : doccam::thresholdLadder(otsu)) {
+    for (const int level : thresholdLadder(otsu)) {
         if (!text.empty()) {
             break;
         }
-        cv::threshold(gray, bin, level, kWhite, cv::THRESH_BINARY);
-        text = GetQRInBinImg(bin, mode);
+        cv::threshold(grey, bin, level, kWhite, cv::THRESH_BINARY);
+        text = readCodeInBinary(bin, wanted);
     }
     return text;
 }
 
-std::string BarQrDecodePro(cv::Mat frame, int mode) {
+std::string readCodeOnFrame(const cv::Mat& frame, CodeKind wanted) {
     std::puts("BarQrDecodePro start\r");
-    cv::Mat gray;
-    cv::cvtColor(frame, gray, cv::COLOR_RGB2GRAY);
-    std::string text = GetQR(gray, mode);
+    cv::Mat grey;
+    cv::cvtColor(frame, grey, cv::COLOR_RGB2GRAY);
+    std::string text = readCodeInGrey(grey, wanted);
     std::puts("BarQrDecodePro end\r");
     return text;
 }
+
+} // namespace doccam

@@ -1,11 +1,8 @@
-// Reading codes for a host: from the live picture, and from a file.
-#include "api/boundary.h"
-#include "api/library_state.h"
-#include "api/poll.h"
-#include "barcode/code_scan.h"
-#include "base/picture_file.h"
+#include "barcode/recognition.h"
 
-#include <doccam/doccam.hpp>
+#include "base/picture_file.h"
+#include "base/poll.h"
+#include "state/library_state.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -16,21 +13,14 @@
 #include <string>
 #include <utility>
 
+namespace doccam {
 namespace {
-
-using doccam::state;
 
 constexpr int kMostWaitsForCode = 199;
 
 bool isPending() {
-    return state().IsRecogBarQr.load(std::memory_order_acquire) != doccam::kNoCodeRequest ||
+    return state().IsRecogBarQr.load(std::memory_order_acquire) != kNoCodeRequest ||
            state().tellingFaults.load(std::memory_order_acquire);
-}
-
-const char* requestCode(int mode) {
-    state().IsRecogBarQr.store(mode, std::memory_order_release);
-    doccam::pollWhile(isPending, kMostWaitsForCode);
-    return state().BarQrContent.current();
 }
 
 // Empty when there is no readable image at path.
@@ -39,7 +29,7 @@ cv::Mat readPicture(const char* path) {
         return {};
     }
     try {
-        return doccam::readPictureFile(path, cv::IMREAD_COLOR);
+        return readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
         // A header may promise more pixels than the image library takes.
         return {};
@@ -67,14 +57,22 @@ const char* keptText(std::string text) {
     return slot.c_str();
 }
 
-const char* readCodeFromFile(const char* path, int mode) {
+} // namespace
+
+const char* requestCode(int mode) {
+    state().IsRecogBarQr.store(mode, std::memory_order_release);
+    pollWhile(isPending, kMostWaitsForCode);
+    return state().BarQrContent.current();
+}
+
+const char* readCodeFromFile(const char* path, CodeKind wanted) {
     std::puts("RecogBarQrCodeFromFile start\r");
     const cv::Mat picture = readPicture(path);
     if (picture.empty()) {
         std::puts("read image file error!!\r");
         return nullptr;
     }
-    doccam::CodeScan scan = doccam::scanForCode(greyOfFile(picture), doccam::codeKind(mode));
+    CodeScan scan = scanForCode(greyOfFile(picture), wanted);
     if (!scan.anySymbol) {
         std::puts("No BarQrCode!!\r");
         return nullptr;
@@ -85,13 +83,4 @@ const char* readCodeFromFile(const char* path, int mode) {
     return result;
 }
 
-} // namespace
-
-const char* RecogBarQrCode(int mode) {
-    return doccam::guarded<const char*>("RecogBarQrCode", "", [mode] { return requestCode(mode); });
-}
-
-const char* RecogBarQrCodeFromFile(const char* path, int mode) {
-    return doccam::guarded<const char*>("RecogBarQrCodeFromFile", nullptr,
-                                        [=] { return readCodeFromFile(path, mode); });
-}
+} // namespace doccam

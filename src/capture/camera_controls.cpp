@@ -1,17 +1,15 @@
-// Picture controls and focus, through the session's descriptor.
-#include "api/library_state.h"
+#include "capture/camera_controls.h"
 
-#include <doccam/doccam.hpp>
+#include "base/pause.h"
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 
 #include <array>
 #include <cstdio>
 
+namespace doccam {
 namespace {
-
-using doccam::LibraryState;
-using doccam::state;
 
 constexpr int kUnknown = -10001;
 
@@ -67,13 +65,13 @@ void store(int* output, int value) {
 
 } // namespace
 
-int GetVideoCtlParam(int selector, int* minimum, int* maximum, int* defaultValue, int* current) {
+int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, int* current) {
     LibraryState& library = state();
     if (!library.bKeep) {
         return -1;
     }
     selectControl(selector, library.qctrl.id);
-    Sleep(50);
+    pauseFor(50);
     if (!queryControl()) {
         return -1;
     }
@@ -84,32 +82,32 @@ int GetVideoCtlParam(int selector, int* minimum, int* maximum, int* defaultValue
     store(maximum, library.qctrl.maximum);
     store(defaultValue, library.qctrl.default_value);
     store(current, library.ctrl.value);
-    Sleep(50);
+    pauseFor(50);
     return 0;
 }
 
-int SetVideoCtlParam(int selector, int value) {
+int setControl(int selector, int value) {
     LibraryState& library = state();
     if (!library.bKeep) {
         return -1;
     }
     // Deliberate: gamma goes into the query record, and the value to the control used last.
     selectControl(selector, selector == kGamma ? library.qctrl.id : library.ctrl.id);
-    Sleep(50);
+    pauseFor(50);
     if (!writeControl(value, "set param error!")) {
         return -1;
     }
-    Sleep(20);
+    pauseFor(20);
     return 0;
 }
 
-int SetVideoCtlDefaultParam(int selector) {
+int resetControl(int selector) {
     LibraryState& library = state();
     if (!library.bKeep) {
         return kUnknown;
     }
     selectControl(selector, library.qctrl.id);
-    Sleep(50);
+    pauseFor(50);
     int value = kUnknown;
     if (queryControl()) {
         if (!readControl("**********************get default param failed**************\n")) {
@@ -117,20 +115,20 @@ int SetVideoCtlDefaultParam(int selector) {
         }
         value = library.qctrl.default_value;
     }
-    Sleep(50);
+    pauseFor(50);
     if (!writeControl(value, "set default param error!")) {
         return -10003;
     }
-    Sleep(10);
+    pauseFor(10);
     return value;
 }
 
-int ManualFocus() {
+int toggleZoomFocus() {
     LibraryState& library = state();
     if (!library.bKeep) {
         return -1;
     }
-    Sleep(30);
+    pauseFor(30);
     library.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
     if (!queryControl()) {
         return 0;
@@ -138,16 +136,16 @@ int ManualFocus() {
     if (!readControl(kFocusUnread)) {
         return -2;
     }
-    Sleep(25);
+    pauseFor(25);
     return writeControl(library.ctrl.value != 0 ? 0 : 1, "set default param error!") ? 0 : -3;
 }
 
-int ManualFocusEx() {
+int refocus() {
     LibraryState& library = state();
     if (!library.bKeep) {
         return -1;
     }
-    Sleep(30);
+    pauseFor(30);
     library.qctrl.id = V4L2_CID_FOCUS_AUTO;
     if (!queryControl()) {
         return 0;
@@ -155,14 +153,16 @@ int ManualFocusEx() {
     if (!readControl(kFocusUnread)) {
         return -2;
     }
-    Sleep(20);
+    pauseFor(20);
     if (!writeControl(0, "set default param error 01!")) {
         return -3;
     }
-    Sleep(50);
+    pauseFor(50);
     if (!writeControl(1, "set default param error 02!")) {
         return -4;
     }
     std::puts("ManualFocus");
     return 0;
 }
+
+} // namespace doccam

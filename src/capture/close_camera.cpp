@@ -1,10 +1,9 @@
 // Closing a session, in a fixed order with fixed waits.
-#include "api/boundary.h"
-#include "api/library_state.h"
+#include "base/pause.h"
 #include "capture/driver_buffers.h"
 #include "capture/session_end.h"
-
-#include <doccam/doccam.hpp>
+#include "decode/mjpeg_frames.h"
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -34,10 +33,10 @@ void switchStreamOff() {
 
 void closeNode() {
     LibraryState& library = state();
-    Sleep(kNodeWait);
+    pauseFor(kNodeWait);
     close(library.cam_fd);
     library.cam_fd = kNoDescriptor;
-    Sleep(kNodeWait);
+    pauseFor(kNodeWait);
 }
 
 void releaseImage(cv::Mat& image, const char* line) {
@@ -56,28 +55,6 @@ void releasePreviewBuffer() {
 
 std::atomic<bool> ending{false};
 
-void closeSession() {
-    state().bKeep = false;
-    Sleep(kStopWait);
-    const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
-    if (!claim.granted()) {
-        // The other caller may be waiting for the callback that calls here.
-        if (!StreamingThread::isCurrentThread()) {
-            EndingClaim::waitUntilFree();
-        }
-        return;
-    }
-    switchStreamOff();
-    retireStreamingThread();
-    unmapDriverBuffers();
-    closeNode();
-    releaseImage(state().srcimage, ">>>>>>>>>>>>> closeCamera 01!");
-    releaseImage(state().roimage, ">>>>>>>>>>>>> closeCamera 02!");
-    releaseImage(state().zoomimage, ">>>>>>>>>>>>> closeCamera 03!");
-    releasePreviewBuffer();
-    av_decode_deinit();
-}
-
 // Ends a session that the host left open when the process exits: no thread may run into the
 // destruction of what it uses. A forked child leaves its parent's camera alone.
 struct ExitGuard {
@@ -90,7 +67,7 @@ struct ExitGuard {
             state().bKeep = false;
             switchStreamOff();
             retireStreamingThread();
-            av_decode_deinit();
+            releaseDecoder();
         }
     }
 
@@ -121,6 +98,28 @@ void EndingClaim::waitUntilFree() {
     ending.wait(true, std::memory_order_acquire);
 }
 
+void closeSession() {
+    state().bKeep = false;
+    pauseFor(kStopWait);
+    const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
+    if (!claim.granted()) {
+        // The other caller may be waiting for the callback that calls here.
+        if (!StreamingThread::isCurrentThread()) {
+            EndingClaim::waitUntilFree();
+        }
+        return;
+    }
+    switchStreamOff();
+    retireStreamingThread();
+    unmapDriverBuffers();
+    closeNode();
+    releaseImage(state().srcimage, ">>>>>>>>>>>>> closeCamera 01!");
+    releaseImage(state().roimage, ">>>>>>>>>>>>> closeCamera 02!");
+    releaseImage(state().zoomimage, ">>>>>>>>>>>>> closeCamera 03!");
+    releasePreviewBuffer();
+    releaseDecoder();
+}
+
 ThreadEnd retireStreamingThread() {
     LibraryState& library = state();
     const std::shared_ptr<StreamingThread> thread = std::move(library.streamingThread);
@@ -143,10 +142,3 @@ ThreadEnd retireStreamingThread() {
 }
 
 } // namespace doccam
-
-int closeCamera() {
-    return doccam::guarded("closeCamera", 0, [] {
-        doccam::closeSession();
-        return 0;
-    });
-}

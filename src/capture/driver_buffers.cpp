@@ -1,9 +1,8 @@
 #include "capture/driver_buffers.h"
 
-#include "api/library_state.h"
+#include "base/pause.h"
 #include "capture/request_failure.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -90,7 +89,7 @@ void unmapBuffer(int index) {
         unmapFrom(index, wholePages(length));
     }
     forget(index);
-    Sleep(kUnmapPause);
+    pauseFor(kUnmapPause);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "capture/format_negotiation.h"
 
-#include "api/library_state.h"
 #include "capture/request_failure.h"
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 

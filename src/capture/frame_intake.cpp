@@ -1,8 +1,8 @@
 #include "capture/frame_intake.h"
 
-#include "api/library_state.h"
 #include "base/shared_work.h"
 #include "decode/mjpeg_frames.h"
+#include "state/library_state.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,10 +1,13 @@
 #include "capture/frame_loop.h"
 
-#include "api/library_state.h"
+#include "barcode/decoding_cascade.h"
+#include "base/pause.h"
+#include "decode/yuyv_to_rgb.h"
+#include "docimage/sheet/edge_overlay.h"
+#include "docimage/turn/quarter_turn.h"
 #include "output/still/still.h"
 #include "preview/preview_stage.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <cstdio>
 #include <cstring>
@@ -47,7 +50,7 @@ FrameLoop::Next FrameLoop::step() {
         tellFaults() == Next::kEnd) {
         return Next::kEnd;
     }
-    Sleep(kFramePause);
+    pauseFor(kFramePause);
     return Next::kFrame;
 }
 
@@ -73,7 +76,7 @@ FrameLoop::Next FrameLoop::decode() {
         return intake_.decodeInto(image) ? Next::kFrame : Next::kEnd;
     }
     if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
-        yuyv_to_rgb888(intake_.bytes(), image.data, image.cols, image.rows);
+        convertYuyv(intake_.bytes(), image.data, image.cols, image.rows);
         return Next::kFrame;
     }
     std::puts("don't suport format");
@@ -115,13 +118,13 @@ bool FrameLoop::dropAfterTurn() {
 void FrameLoop::rotate() {
     switch (library_.RotateAngle.load(std::memory_order_relaxed)) {
     case 1:
-        CamdataRote90(library_.srcimage);
+        turnIntoFrame(library_.srcimage, Quarter::kClockwise, library_.roimage);
         break;
     case 2:
-        library_.srcimage = CamdataRote180(library_.srcimage);
+        turnByHalf(library_.srcimage);
         break;
     case 3:
-        CamdataRote270(library_.srcimage);
+        turnIntoFrame(library_.srcimage, Quarter::kCounterClockwise, library_.roimage);
         break;
     default:
         break;
@@ -185,7 +188,7 @@ FrameLoop::Next FrameLoop::readCode() {
     }
     const bool read = containing(DOCCAM_FAULT_CODE, [this, mode] {
         if (const cv::Mat* image = workingImage()) {
-            library_.BarQrContent.publish(BarQrDecodePro(*image, mode));
+            library_.BarQrContent.publish(readCodeOnFrame(*image, codeKind(mode)));
             if (isMjpeg()) {
                 std::printf("BarQrContent:%s\n", library_.BarQrContent.current());
             }
@@ -203,8 +206,7 @@ void FrameLoop::drawOutline() {
     const int cutType = library_.cutType.load(std::memory_order_relaxed);
     const cv::Mat* image = workingImage();
     if (cutType == kCropToSheet && image != nullptr) {
-        containing(DOCCAM_FAULT_OUTLINE,
-                   [&] { DrawingEdge(image->data, image->cols, image->rows, cutType); });
+        containing(DOCCAM_FAULT_OUTLINE, [&] { outlineSheet(*image, true, library_); });
     }
 }
 
@@ -234,12 +236,8 @@ FrameLoop::Next FrameLoop::deliverPreview() {
     return thread_.abandoned() ? Next::kEnd : Next::kFrame;
 }
 
-} // namespace doccam
-
-void* VideoStreamPro(void* /*arg*/) {
-    using namespace doccam;
-    const std::shared_ptr<StreamingThread> thread = StreamingThread::enter();
-    containing(DOCCAM_FAULT_STREAM_ENDED, [&] { FrameLoop(*thread, state()).run(); });
-    thread->leave();
-    return nullptr;
+void streamFrames(StreamingThread& thread) {
+    containing(DOCCAM_FAULT_STREAM_ENDED, [&] { FrameLoop(thread, state()).run(); });
 }
+
+} // namespace doccam

@@ -1,9 +1,9 @@
 // The per-frame work of the streaming thread.
 #pragma once
 
-#include "api/faults.h"
 #include "capture/frame_intake.h"
 #include "capture/streaming_thread.h"
+#include "state/faults.h"
 
 namespace doccam {
 
@@ -55,5 +55,8 @@ class FrameLoop {
     FaultNotes faults_;
     FrameIntake intake_;
 };
+
+// The streaming thread's work from its first frame to its last.
+void streamFrames(StreamingThread& thread);
 
 } // namespace doccam

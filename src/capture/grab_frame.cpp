@@ -1,9 +1,8 @@
 #include "capture/grab_frame.h"
 
-#include "api/library_state.h"
 #include "base/parallel_copy.h"
-
-#include <doccam/doccam.hpp>
+#include "base/pause.h"
+#include "state/library_state.h"
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -42,7 +41,7 @@ bool isUnplugged(int descriptor) {
         if (ioctl(descriptor, VIDIOC_QUERYCAP, &capability) != 0 && errno == ENODEV) {
             return true;
         }
-        Sleep(kPause);
+        pauseFor(kPause);
     }
     return false;
 }
@@ -102,17 +101,15 @@ int tellFailure(const GrabbedFrame& grabbed) {
     return kGrabFailed;
 }
 
-} // namespace doccam
-
-int grabImage(unsigned char* buffer, int* length) {
-    using doccam::GrabbedFrame;
-    const doccam::LibraryState& library = doccam::state();
+int grabFrame(unsigned char* buffer, int* length) {
+    const LibraryState& library = state();
     const auto bytes = static_cast<std::size_t>(std::max(library.nSize.load(), 0));
-    const GrabbedFrame grabbed =
-        doccam::takeFrame(doccam::dequeueBuffer(library.cam_fd), {buffer, bytes});
+    const GrabbedFrame grabbed = takeFrame(dequeueBuffer(library.cam_fd), {buffer, bytes});
     if (grabbed.failure == GrabbedFrame::Failure::kNone ||
         grabbed.failure == GrabbedFrame::Failure::kRequeue) {
         *length = grabbed.length;
     }
-    return doccam::tellFailure(grabbed);
+    return tellFailure(grabbed);
 }
+
+} // namespace doccam

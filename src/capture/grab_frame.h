@@ -39,6 +39,10 @@ GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame);
 // 0, or one of the codes above after printing why.
 int tellFailure(const GrabbedFrame& grabbed);
 
+// Takes one frame of the session into buffer, which has room for a frame's bytes; its length goes
+// to length. 0, or one of the codes above after printing why.
+int grabFrame(unsigned char* buffer, int* length);
+
 // Why no further frame comes from descriptor after tellFailure() gave result.
 Fault endOfStream(int result, int descriptor);
 

@@ -1,16 +1,18 @@
-// Opening a session: the list of steps, their lines and result codes.
-#include "api/boundary.h"
-#include "api/library_state.h"
+#include "capture/open_camera.h"
+
 #include "base/device_node.h"
 #include "base/frame_size.h"
 #include "base/slack_image.h"
 #include "capture/driver_buffers.h"
 #include "capture/format_negotiation.h"
+#include "capture/frame_loop.h"
+#include "capture/grab_size.h"
 #include "capture/request_failure.h"
 #include "capture/session_end.h"
+#include "decode/mjpeg_frames.h"
 #include "discovery/device_enumeration.h"
-
-#include <doccam/doccam.hpp>
+#include "discovery/frame_sizes.h"
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -20,17 +22,11 @@
 namespace doccam {
 namespace {
 
-constexpr int kInternalError = -14;
-
 bool sizesKnown(int index) {
-    const LibraryState& library = state();
-    const auto none = [&] {
-        return library.mjpegWidthList.empty() && library.yuvWidthList.empty();
-    };
-    if (none()) {
-        getCameraResolutionCount(index);
+    if (!hasSizes()) {
+        enumerateSizes(index);
     }
-    return !none();
+    return hasSizes();
 }
 
 // A frame must have pixels, and its bytes must be countable in nSize.
@@ -41,8 +37,7 @@ bool isPossible(FrameSize size) {
 void chooseGrabSize(FrameSize size) {
     const bool enlarged = size == kEnlargedSize;
     state().isInsert1000M = enlarged;
-    const FrameSize grabbed = enlarged ? kFullSize : size;
-    setGrabSize(grabbed.width, grabbed.height);
+    setGrabSize(state(), enlarged ? kFullSize : size);
 }
 
 void leaveOpenNode() {
@@ -51,7 +46,7 @@ void leaveOpenNode() {
         return;
     }
     if (library.bKeep) {
-        closeCamera();
+        closeSession();
         std::puts("---------openCamera > closeCamera BB---------");
     } else {
         close(library.cam_fd);
@@ -117,7 +112,7 @@ void startThread() {
     const auto thread = std::make_shared<StreamingThread>();
     library.streamingThread = thread;
     library.bKeep = true;
-    if (!thread->start(VideoStreamPro)) {
+    if (!thread->start(streamFrames)) {
         std::puts("create thread error");
     }
 }
@@ -142,6 +137,8 @@ bool keepsDecoder(int code) {
     return code == -10 || code == -11 || code == -12;
 }
 
+} // namespace
+
 int openSession(int index, FrameSize size) {
     if (!cameraExists(index)) {
         return -1;
@@ -154,13 +151,13 @@ int openSession(int index, FrameSize size) {
                      size.height);
         return -2;
     }
-    av_decode_init();
+    createDecoder();
     chooseGrabSize(size);
     leaveOpenNode();
     endEarlierSession();
     if (const int code = startStream(index); code != 0) {
         if (!keepsDecoder(code)) {
-            av_decode_deinit();
+            releaseDecoder();
         }
         return code;
     }
@@ -169,15 +166,4 @@ int openSession(int index, FrameSize size) {
     return 0;
 }
 
-} // namespace
 } // namespace doccam
-
-int openCamera(int index, int width, int height) {
-    const int code = doccam::guarded("openCamera", doccam::kInternalError, [&] {
-        return doccam::openSession(index, {width, height});
-    });
-    if (code == doccam::kInternalError) {
-        av_decode_deinit();
-    }
-    return code;
-}

@@ -26,6 +26,10 @@ class EndingClaim {
     bool granted_;
 };
 
+// Closes the session, in a fixed order with fixed waits, and prints what it releases. Does so also
+// without one. Any thread, a callback's too.
+void closeSession();
+
 enum class ThreadEnd { kEnded, kGivenUp };
 
 // Ends the streaming thread, if there is one; needs the claim. A thread that is stuck in a callback

@@ -9,10 +9,6 @@ namespace {
 // How often a waiting host looks whether the thread has ended or can be given up.
 constexpr std::chrono::milliseconds kSlice{1};
 
-// What start() leaves for the thread that it makes, whose entry takes no argument.
-using Shared = std::shared_ptr<StreamingThread>;
-std::atomic<Shared*> started{nullptr};
-
 thread_local const StreamingThread* current = nullptr;
 
 // The host's signals are for the host's threads: one that interrupted the wait for a frame would
@@ -37,31 +33,36 @@ class SignalsBlocked {
     sigset_t before_{};
 };
 
+// What a new thread is given.
+struct Start {
+    std::shared_ptr<StreamingThread> thread;
+    StreamingThread::Work work;
+};
+
+void* enter(void* argument) {
+    const std::unique_ptr<Start> start(static_cast<Start*>(argument));
+    start->thread->run(start->work);
+    return nullptr;
+}
+
 } // namespace
 
-bool StreamingThread::start(Entry entry) {
-    auto handed = std::make_unique<Shared>(shared_from_this());
+bool StreamingThread::start(Work work) {
+    auto start = std::make_unique<Start>(Start{shared_from_this(), work});
     // Before the thread exists: its first callback may already end the session.
     process_ = getpid();
-    started.store(handed.get(), std::memory_order_release);
     const SignalsBlocked inherited;
-    if (pthread_create(&thread_, nullptr, entry, nullptr) != 0) {
-        started.store(nullptr, std::memory_order_relaxed);
+    if (pthread_create(&thread_, nullptr, enter, start.get()) != 0) {
         process_ = 0;
         return false;
     }
-    static_cast<void>(handed.release());
+    static_cast<void>(start.release());
     return true;
 }
 
-Shared StreamingThread::enter() {
-    const std::unique_ptr<Shared> handed(started.exchange(nullptr, std::memory_order_acq_rel));
-    Shared own = handed ? std::move(*handed) : std::make_shared<StreamingThread>();
-    current = own.get();
-    return own;
-}
-
-void StreamingThread::leave() {
+void StreamingThread::run(Work work) {
+    current = this;
+    work(*this);
     current = nullptr;
     ended_.store(true, std::memory_order_release);
 }

@@ -24,17 +24,13 @@ namespace doccam {
 // then finds out on its way back in, and leaves without touching the state again.
 class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
-    using Entry = void* (*)(void*);
+    using Work = void (*)(StreamingThread&);
 
-    // Starts the thread. False when the system has no thread to give.
-    bool start(Entry entry);
+    // Runs work on a thread of its own. False when the system has no thread to give.
+    bool start(Work work);
 
-    // The object of the calling thread, the first thing it asks for: the one that start() made the
-    // thread for, or a new one for a host that runs the entry on a thread of its own.
-    static std::shared_ptr<StreamingThread> enter();
-
-    // The last thing the thread does.
-    void leave();
+    // Runs work on the calling thread, as of a host that brings its own.
+    void run(Work work);
 
     // True on any streaming thread, as in a callback.
     static bool isCurrentThread();

@@ -1,25 +1,20 @@
-// A libjpeg source over a piece of memory; data that ends early is followed by an end marker.
-#include "decode/jpeg_error_exit.h"
-
-#include <doccam/doccam.hpp>
+#include "decode/jpeg_memory_source.h"
 
 extern "C" {
 #include <jerror.h>
 }
 
-void init_mem_source(jpeg_decompress_struct* /*cinfo*/) {}
+namespace doccam {
 
-void term_source(jpeg_decompress_struct* /*cinfo*/) {}
-
-int fill_mem_input_buffer(jpeg_decompress_struct* cinfo) {
-    static constexpr JOCTET mybuffer[4] = {0xFF, JPEG_EOI};
+int serveEndOfImage(jpeg_decompress_struct* cinfo) {
+    static constexpr JOCTET kEndOfImage[4] = {0xFF, JPEG_EOI};
     WARNMS(cinfo, JWRN_JPEG_EOF);
-    cinfo->src->next_input_byte = mybuffer;
+    cinfo->src->next_input_byte = kEndOfImage;
     cinfo->src->bytes_in_buffer = 2;
     return TRUE;
 }
 
-void skip_input_data(jpeg_decompress_struct* cinfo, long count) {
+void skipInput(jpeg_decompress_struct* cinfo, long count) {
     if (count < 1) {
         return;
     }
@@ -33,8 +28,9 @@ void skip_input_data(jpeg_decompress_struct* cinfo, long count) {
     source.bytes_in_buffer -= left;
 }
 
-void jpeg_mem_src_tj(jpeg_decompress_struct* cinfo, unsigned char* buffer, unsigned long size) {
-    if (buffer == nullptr || size == 0) {
+void readFromMemory(jpeg_decompress_struct* cinfo, std::span<const unsigned char> data,
+                    const SourceCallbacks& callbacks) {
+    if (data.data() == nullptr || data.empty()) {
         ERREXIT(cinfo, JERR_INPUT_EMPTY);
         return;
     }
@@ -43,11 +39,13 @@ void jpeg_mem_src_tj(jpeg_decompress_struct* cinfo, unsigned char* buffer, unsig
             reinterpret_cast<j_common_ptr>(cinfo), JPOOL_PERMANENT, sizeof(jpeg_source_mgr)));
     }
     jpeg_source_mgr& source = *cinfo->src;
-    source.init_source = init_mem_source;
-    source.fill_input_buffer = fill_mem_input_buffer;
-    source.skip_input_data = skip_input_data;
+    source.init_source = callbacks.begin;
+    source.fill_input_buffer = callbacks.fill;
+    source.skip_input_data = callbacks.skip;
     source.resync_to_restart = jpeg_resync_to_restart;
-    source.term_source = term_source;
-    source.bytes_in_buffer = size;
-    source.next_input_byte = buffer;
+    source.term_source = callbacks.end;
+    source.bytes_in_buffer = data.size();
+    source.next_input_byte = data.data();
 }
+
+} // namespace doccam

@@ -1,8 +1,6 @@
 #include "decode/mjpeg_frames.h"
 
-#include "api/library_state.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <cstdio>
 #include <memory>
@@ -54,31 +52,25 @@ void storeFrame(Decoded decoded, int width, int height, cv::Mat& out) {
     }
 }
 
-} // namespace doccam
-
-void av_decode_init() {
-    auto& current = doccam::state().pdecode;
-    if (current.load(std::memory_order_acquire) != nullptr) {
+void createDecoder() {
+    auto& slot = state().pdecode;
+    if (slot.load(std::memory_order_acquire) != nullptr) {
         return;
     }
-    auto decoder = doccam::makeMjpegDecoder();
-    doccam::MjpegDecoder* none = nullptr;
-    if (current.compare_exchange_strong(none, decoder.get(), std::memory_order_acq_rel)) {
+    auto decoder = makeMjpegDecoder();
+    MjpegDecoder* none = nullptr;
+    if (slot.compare_exchange_strong(none, decoder.get(), std::memory_order_acq_rel)) {
         static_cast<void>(decoder.release());
     }
 }
 
-void av_decode_deinit() {
-    const std::unique_ptr<doccam::MjpegDecoder> last(
-        doccam::state().pdecode.exchange(nullptr, std::memory_order_acq_rel));
+void releaseDecoder() {
+    const std::unique_ptr<MjpegDecoder> last(
+        state().pdecode.exchange(nullptr, std::memory_order_acq_rel));
 }
 
-void do_excute_image(unsigned char* data, int length, int width, int height, cv::Mat& out,
-                     cv::Mat& /*spare*/) {
-    if (data == nullptr || length < 1) {
-        return;
-    }
-    const doccam::Decoded decoded = doccam::decodeFrame(
-        {.data = {data, static_cast<std::size_t>(length)}, .wanted = {width, height}});
-    doccam::storeFrame(decoded, width, height, out);
+void decodeInto(const MjpegFrame& frame, cv::Mat& out) {
+    storeFrame(decodeFrame(frame), frame.wanted.width, frame.wanted.height, out);
 }
+
+} // namespace doccam

@@ -7,7 +7,18 @@
 
 namespace doccam {
 
-// The two steps of do_excute_image. First decodes one JPEG. Prints nothing.
+// Creates the process-wide decoder; does nothing if it exists. Host thread, not streaming.
+void createDecoder();
+
+// Releases it; does nothing without one. Not while a frame is being decoded.
+void releaseDecoder();
+
+// Decodes a frame into out, which holds the wanted pixels in one piece, red first; a picture of
+// another size is scaled. On failure out keeps its content. Without a decoder, or data, nothing is
+// done.
+void decodeInto(const MjpegFrame& frame, cv::Mat& out);
+
+// Its two steps. First decodes the JPEG. Prints nothing.
 Decoded decodeFrame(const MjpegFrame& frame);
 
 // The same into a picture of the caller's, beside which storeFrame() may run; and that picture made

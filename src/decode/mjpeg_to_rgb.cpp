@@ -1,24 +1,23 @@
-// Decodes a JPEG in memory row by row with libjpeg, whose errors jump back here: nothing between
-// the jump's ends may have a destructor.
-#include "decode/jpeg_error_exit.h"
+// libjpeg's errors jump back here: nothing between the jump's ends may have a destructor.
+#include "decode/mjpeg_to_rgb.h"
 
-#include <doccam/doccam.hpp>
+#include "decode/jpeg_memory_source.h"
 
 #include <opencv2/core.hpp>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+namespace doccam {
 namespace {
 
 constexpr int kPixelBytes = 3;
-constexpr int kPixelBits = 8 * kPixelBytes;
-
-enum class Finish { kDestroy, kFinishAndDestroy };
 
 struct Session {
     jpeg_decompress_struct decompressor;
-    doccam::JpegErrors errors;
+    JpegErrors errors;
     unsigned char* row;
 };
 
@@ -48,21 +47,21 @@ void readRows(Session& session, unsigned char* target) {
     const int width = static_cast<int>(picture.output_width);
     while (picture.output_scanline < picture.output_height) {
         jpeg_read_scanlines(&picture, &session.row, 1);
-        CovertOneLine(width, kPixelBits, kPixelBits, session.row, target);
+        copyRow(session.row, width, target);
         target += static_cast<std::ptrdiff_t>(width) * kPixelBytes;
     }
 }
 
 // The session belongs to the caller, so that its values are certain after a jump.
-int decode(Session& session, unsigned char* data, unsigned long size, cv::Mat& out, Finish finish) {
+int decode(Session& session, std::span<const unsigned char> data, cv::Mat& out, Finish finish) {
     jpeg_decompress_struct& picture = session.decompressor;
     picture.err = jpeg_std_error(&session.errors.manager);
-    picture.err->error_exit = MyErrorExit;
+    picture.err->error_exit = exitOnJpegError;
     if (setjmp(session.errors.escape) != 0) {
         return abandon(session);
     }
     jpeg_create_decompress(&picture);
-    jpeg_mem_src_tj(&picture, data, size);
+    readFromMemory(&picture, data);
     jpeg_read_header(&picture, TRUE);
     picture.scale_num = 1;
     picture.scale_denom = 1;
@@ -87,30 +86,17 @@ int decode(Session& session, unsigned char* data, unsigned long size, cv::Mat& o
     return 0;
 }
 
-int decodeFrame(unsigned char* data, std::int32_t length, cv::Mat& out, Finish finish) {
-    Session session{};
-    const auto size = static_cast<unsigned long>(length > 0 ? length : 0);
-    return decode(session, data, size, out, finish);
-}
-
 } // namespace
 
-int CovertOneLine(int width, int bitsPerPixel, int /*third*/, unsigned char* src,
-                  unsigned char* dst) {
-    if (bitsPerPixel != kPixelBits) {
-        return -1;
-    }
-    if (width > 0) {
-        std::memcpy(dst, src, static_cast<std::size_t>(width) * kPixelBytes);
-    }
-    return 0;
+int decodeJpeg(unsigned char* data, int length, cv::Mat& out, Finish finish) {
+    Session session{};
+    return decode(session, {data, static_cast<std::size_t>(std::max(length, 0))}, out, finish);
 }
 
-int Mjpeg2RgbConvert(VideoBuf* frame, cv::Mat& out) {
-    const VideoBuf view = frame != nullptr ? *frame : VideoBuf{};
-    return decodeFrame(view.start, view.length, out, Finish::kFinishAndDestroy);
+void copyRow(const unsigned char* pixels, int count, unsigned char* target) {
+    if (count > 0) {
+        std::memcpy(target, pixels, static_cast<std::size_t>(count) * kPixelBytes);
+    }
 }
 
-int Mjpeg2RgbConvertEx(unsigned char* data, int length, cv::Mat& out) {
-    return decodeFrame(data, length, out, Finish::kDestroy);
-}
+} // namespace doccam

@@ -2,8 +2,6 @@
 
 #include "base/shared_work.h"
 
-#include <doccam/doccam.hpp>
-
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -43,10 +41,8 @@ void convertOneByOne(const unsigned char* src, unsigned char* dst, std::size_t p
 }
 
 } // namespace
-} // namespace doccam
 
-void yuyv_to_rgb888(unsigned char* src, unsigned char* dst, int width, int height) {
-    using namespace doccam;
+void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int height) {
     const std::int32_t inFrame = pixelCount(width, height) / 2;
     if (inFrame < 0) {
         return;
@@ -60,3 +56,5 @@ void yuyv_to_rgb888(unsigned char* src, unsigned char* dst, int width, int heigh
     const auto convert = overlap(src, dst, others + 1) ? convertOneByOne : convertApart;
     convert(src + 4, dst + 6, others);
 }
+
+} // namespace doccam

@@ -1,10 +1,14 @@
-// The colour formula of packed YUYV, as the loops that apply it.
+// Packed YUYV to red-first pixels.
 #pragma once
 
 #include <cstddef>
 #include <vector>
 
 namespace doccam {
+
+// Converts width x height pixels to three bytes each, red first but for the first two pixels, which
+// are blue first. Reads 4 and writes 6 bytes past the frame's end.
+void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int height);
 
 // The same loop compiled for one instruction set: count pixel pairs of src, four bytes each, become
 // six bytes each in dst, red first. Values above 250 come out as 255, those below 0 as 0, all

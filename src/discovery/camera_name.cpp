@@ -1,10 +1,9 @@
-// A camera's display name, from the driver's card name.
-#include "api/boundary.h"
-#include "api/library_state.h"
-#include "base/device_node.h"
-#include "discovery/device_enumeration.h"
+#include "discovery/camera_name.h"
 
-#include <doccam/doccam.hpp>
+#include "base/device_node.h"
+#include "base/split_text.h"
+#include "discovery/device_enumeration.h"
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -23,12 +22,14 @@ std::string cardName(int descriptor) {
 }
 
 std::string displayName(const std::string& card, int index) {
-    const std::vector<std::string> pieces = split(card, ":");
+    const std::vector<std::string> pieces = splitText(card, ":");
     if (pieces.empty()) {
         return "USB Camera" + std::to_string(index);
     }
     return pieces.size() >= 2 ? pieces[1] : pieces[0];
 }
+
+} // namespace
 
 const char* cameraName(int index) {
     LibraryState& library = state();
@@ -49,10 +50,4 @@ const char* cameraName(int index) {
     return library.cameraName.c_str();
 }
 
-} // namespace
 } // namespace doccam
-
-const char* getCameraName(int index) {
-    return doccam::guarded<const char*>("getCameraName", nullptr,
-                                        [&] { return doccam::cameraName(index); });
-}

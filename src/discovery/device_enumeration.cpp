@@ -1,8 +1,7 @@
 #include "discovery/device_enumeration.h"
 
-#include "api/boundary.h"
-#include "api/library_state.h"
 #include "base/handles/udev_handles.h"
+#include "state/library_state.h"
 
 #include <cstdio>
 #include <string_view>
@@ -49,6 +48,8 @@ Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* produ
     return Walk::kNotFound;
 }
 
+} // namespace
+
 int enumerateCameras() {
     LibraryState& library = state();
     library.deviceCount = 0;
@@ -78,18 +79,12 @@ int enumerateCameras() {
     return library.deviceCount;
 }
 
-} // namespace
-
 bool cameraExists(int index) {
     LibraryState& library = state();
     if (library.deviceCount < 1) {
-        library.deviceCount = getDeviceCount();
+        library.deviceCount = enumerateCameras();
     }
     return index >= 0 && library.deviceCount >= 1 && index < library.deviceCount;
 }
 
 } // namespace doccam
-
-int getDeviceCount() {
-    return doccam::guarded("getDeviceCount", -1, doccam::enumerateCameras);
-}

@@ -1,11 +1,10 @@
-// The frame sizes that a camera offers in each pixel format.
-#include "api/boundary.h"
-#include "api/library_state.h"
+#include "discovery/frame_sizes.h"
+
 #include "base/device_node.h"
 #include "base/frame_size.h"
+#include "capture/session_end.h"
 #include "discovery/device_enumeration.h"
-
-#include <doccam/doccam.h>
+#include "state/library_state.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -109,13 +108,21 @@ void leaveOpenNode() {
         return;
     }
     if (library.bKeep) {
-        closeCamera();
+        closeSession();
         std::puts("---------getResolutionCount closeCamera BB---------");
     } else {
         close(library.cam_fd);
         std::puts("---------getResolutionCount closeCamera AA---------");
     }
 }
+
+void storeAt(const std::vector<int>& list, int index, int* value) {
+    if (value != nullptr && index >= 0 && static_cast<std::size_t>(index) < list.size()) {
+        *value = list[static_cast<std::size_t>(index)];
+    }
+}
+
+} // namespace
 
 int enumerateSizes(int index) {
     LibraryState& library = state();
@@ -144,34 +151,25 @@ int enumerateSizes(int index) {
     return static_cast<int>(sizes.widths.size());
 }
 
-void storeAt(const std::vector<int>& list, int index, int* value) {
-    if (value != nullptr && index >= 0 && static_cast<std::size_t>(index) < list.size()) {
-        *value = list[static_cast<std::size_t>(index)];
-    }
+bool hasSizes() {
+    return !state().mjpegWidthList.empty() || !state().yuvWidthList.empty();
 }
 
-} // namespace
-} // namespace doccam
-
-int getCameraResolutionCount(int index) {
-    return doccam::guarded("getCameraResolutionCount", 0,
-                           [&] { return doccam::enumerateSizes(index); });
+int selectedSizeCount() {
+    return static_cast<int>(selectedSizes().widths.size());
 }
 
-int getFormatResolutionCount(int /*index*/) {
-    return static_cast<int>(doccam::selectedSizes().widths.size());
-}
-
-int getCameraResolution(int index, int* width, int* height) {
-    const doccam::LibraryState& library = doccam::state();
-    if (library.mjpegWidthList.empty() && library.yuvWidthList.empty()) {
+int sizeAt(int index, int* width, int* height) {
+    if (!hasSizes()) {
         return -2;
     }
-    const doccam::SizeList sizes = doccam::selectedSizes();
+    const SizeList sizes = selectedSizes();
     if (sizes.widths.empty()) {
         return -1;
     }
-    doccam::storeAt(sizes.widths, index, width);
-    doccam::storeAt(sizes.heights, index, height);
+    storeAt(sizes.widths, index, width);
+    storeAt(sizes.heights, index, height);
     return 0;
 }
+
+} // namespace doccam

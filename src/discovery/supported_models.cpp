@@ -1,6 +1,6 @@
 #include "discovery/supported_models.h"
 
-#include "api/library_state.h"
+#include "state/library_state.h"
 #include "supported_models_text.h"
 
 #include <cstdio>

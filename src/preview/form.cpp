@@ -1,8 +1,7 @@
-// The host's display area: declaring it fits the frame into it.
-#include "api/boundary.h"
-#include "preview/view_state.h"
+#include "preview/form.h"
 
-#include <doccam/doccam.hpp>
+#include "base/guarded.h"
+#include "preview/view_state.h"
 
 #include <limits>
 
@@ -28,10 +27,8 @@ void providePreviewBuffer(LibraryState& library, int bytes) {
 }
 
 } // namespace
-} // namespace doccam
 
-void SetWebFormSize(int width, int height) {
-    using namespace doccam;
+void declareForm(int width, int height) {
     LibraryState& library = state();
     library.FormWidth.store(width, std::memory_order_relaxed);
     library.FormHeight.store(height, std::memory_order_relaxed);
@@ -39,20 +36,17 @@ void SetWebFormSize(int width, int height) {
         providePreviewBuffer(library, formBytes(width, height));
         return true;
     });
-    FuncSuitableSize(width, height);
+    fitView({width, height});
 }
 
-void FuncSuitableSize(int formWidth, int formHeight) {
-    using namespace doccam;
+void fitView(FrameSize form) {
     LibraryState& library = state();
-    storeBestFit(library,
-                 bestFit(loadView(library), shownFrameSize(library), {formWidth, formHeight}));
+    storeBestFit(library, bestFit(loadView(library), shownFrameSize(library), form));
 }
 
-void FuncCalculateShowWH() {
-    using namespace doccam;
+void rescaleView() {
     LibraryState& library = state();
     storeFrameSides(library, rescaled(loadView(library), shownFrameSize(library)));
 }
 
-void FuncDisplayCenter(int /*width*/, int /*height*/) {}
+} // namespace doccam

@@ -1,7 +1,6 @@
-// Moving the view while a camera streams. The next frame shows the result.
-#include "preview/view_state.h"
+#include "preview/navigation.h"
 
-#include <doccam/doccam.hpp>
+#include "preview/view_state.h"
 
 namespace doccam {
 namespace {
@@ -40,33 +39,33 @@ int turn(int (*turned)(int)) {
 }
 
 } // namespace
-} // namespace doccam
 
-int Web_SetMoveOffet(int dx, int dy) {
-    using namespace doccam;
+int pan(int dx, int dy) {
     return changeView(storePlace, [&](const View& view) { return panned(view, dx, dy); });
 }
 
-int Web_ZoomIn() {
-    return doccam::zoomTo(doccam::largerScale);
+int zoomIn() {
+    return zoomTo(largerScale);
 }
 
-int Web_ZoomOut() {
-    return doccam::zoomTo(doccam::smallerScale);
+int zoomOut() {
+    return zoomTo(smallerScale);
 }
 
-int Web_TrueSize() {
-    return doccam::zoomTo([](const doccam::View&) { return 100.0; });
+int showTrueSize() {
+    return zoomTo([](const View&) { return kTrueScale; });
 }
 
-int Web_BestSize() {
-    return doccam::zoomTo([](const doccam::View& view) { return view.bestScale; });
+int showBestSize() {
+    return zoomTo([](const View& view) { return view.bestScale; });
 }
 
-int Web_RotateL() {
-    return doccam::turn(doccam::turnedLeft);
+int turnViewLeft() {
+    return turn(turnedLeft);
 }
 
-int Web_RotateR() {
-    return doccam::turn(doccam::turnedRight);
+int turnViewRight() {
+    return turn(turnedRight);
 }
+
+} // namespace doccam

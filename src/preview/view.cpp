@@ -9,7 +9,6 @@
 namespace doccam {
 namespace {
 
-constexpr double kTrueScale = 100.0;
 constexpr double kZoomStep = 4.0;
 constexpr double kLargestScale = 600.0;
 constexpr int kLastTurn = 3;

@@ -46,6 +46,8 @@ View centred(View view);
 // The view at another scale, centred.
 View zoomedTo(double scale, View view, FrameSize turned);
 
+inline constexpr double kTrueScale = 100.0; // a frame pixel is a form pixel
+
 // The scale one step larger, up to 600, and one step smaller, down to the best one.
 double largerScale(const View& view);
 double smallerScale(const View& view);

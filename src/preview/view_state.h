@@ -1,8 +1,8 @@
 // The view as the state record holds it.
 #pragma once
 
-#include "api/library_state.h"
 #include "preview/view.h"
+#include "state/library_state.h"
 
 namespace doccam {
 

@@ -1,7 +1,7 @@
 // The requests by which a camera is looked at before it is opened fail.
-#include "api/library_state.h"
 #include "faults/documented_errors.h"
 #include "faults/sweep_fixture.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

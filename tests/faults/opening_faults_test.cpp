@@ -1,7 +1,7 @@
 // Each step of opening a camera fails, and each step of closing it.
-#include "api/library_state.h"
 #include "faults/documented_errors.h"
 #include "faults/sweep_fixture.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 
 #include <doccam/doccam.hpp>

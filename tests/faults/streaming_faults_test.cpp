@@ -1,7 +1,7 @@
 // Each of the first frames fails.
-#include "api/library_state.h"
 #include "faults/documented_errors.h"
 #include "faults/sweep_fixture.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

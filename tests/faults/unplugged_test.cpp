@@ -1,6 +1,6 @@
 // The camera is unplugged at each of the first frames, with all kinds of work pending.
-#include "api/library_state.h"
 #include "faults/sweep_fixture.h"
+#include "state/library_state.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

@@ -1,9 +1,9 @@
 // Frames of an MJPEG stream, one after the other through one decoder.
-#include "api/library_state.h"
 #include "decode/mjpeg_decoder.h"
 #include "decode/mjpeg_frames.h"
 #include "fuzz_target.h"
 #include "input.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

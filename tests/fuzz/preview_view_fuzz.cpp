@@ -1,10 +1,10 @@
 // Any sequence of forms, zooms, drags and turns, each followed by the picture that it gives.
-#include "api/library_state.h"
 #include "fuzz_target.h"
 #include "input.h"
 #include "preview/picture.h"
 #include "preview/preview_stage.h"
 #include "preview/view_state.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

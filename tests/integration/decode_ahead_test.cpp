@@ -1,6 +1,6 @@
 // The next frame is fetched and decoded while one is shown, when the driver has it.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 
 #include <doccam/doccam.hpp>

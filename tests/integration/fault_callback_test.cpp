@@ -1,6 +1,6 @@
 // What a host with a fault callback survives and hears, and what happens without one.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

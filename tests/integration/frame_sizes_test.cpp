@@ -1,5 +1,5 @@
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 
 #include <doccam/doccam.h>

@@ -1,6 +1,6 @@
 // Codes read from a live stream.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 #include "unit/barcode/code_pictures.h"

@@ -1,6 +1,6 @@
 #include "integration/session_fixture.h"
 
-#include "api/library_state.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

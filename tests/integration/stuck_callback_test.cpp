@@ -1,6 +1,6 @@
 // Callbacks that end their own session, or keep it from ending; what disturbs them.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

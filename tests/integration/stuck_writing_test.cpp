@@ -1,6 +1,6 @@
 // Stills whose file takes no end, as on a pipe that nobody reads.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

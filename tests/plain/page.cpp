@@ -1,8 +1,8 @@
 #include "plain/page.h"
 
-#include "api/library_state.h"
 #include "output/still/crop_geometry.h"
 #include "plain/black_edge.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

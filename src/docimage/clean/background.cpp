@@ -1,11 +1,10 @@
-// Whitening the paper: coloured marks are sharpened, everything grey that is paper becomes white.
+#include "docimage/clean/background.h"
+
 #include "base/strips.h"
 #include "docimage/clean/black_edge.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/clean/paper.h"
 #include "docimage/pixels/work_plane.h"
-
-#include <doccam/doccam.hpp>
 
 #include <opencv2/core.hpp>
 
@@ -14,10 +13,9 @@
 #include <utility>
 #include <vector>
 
+namespace doccam {
 namespace {
 
-using doccam::Strips;
-using doccam::WorkPlane;
 using Row = std::vector<uchar>;
 
 // At a picture's edge the row beyond it is the one on the other side.
@@ -61,7 +59,7 @@ void whitenRows(cv::Mat& page, cv::Range part, Row above, const Row& below,
     Row row = above;
     for (int y = part.start; y < part.end; ++y) {
         std::copy_n(page.ptr(y), row.size(), row.begin());
-        doccam::pageRows().whitenPaper(
+        pageRows().whitenPaper(
             {
                 .above = above.data(),
                 .row = row.data(),
@@ -75,19 +73,17 @@ void whitenRows(cv::Mat& page, cv::Range part, Row above, const Row& below,
     }
 }
 
-void whitenBackground(cv::Mat& page) {
-    const WorkPlane paper = doccam::paperOf(page);
-    const WorkPlane margins = doccam::marginMask(page);
+} // namespace
+
+void whitenBackground(cv::Mat page) {
+    const WorkPlane paper = paperOf(page);
+    const WorkPlane margins = marginMask(page);
     const Strips strips(page.rows);
     const Surroundings surroundings(page, strips);
-    doccam::forEachStrip(strips, [&](cv::Range part, int number) {
+    forEachStrip(strips, [&](cv::Range part, int number) {
         const auto i = static_cast<std::size_t>(number);
         whitenRows(page, part, surroundings.above[i], surroundings.below[i], margins, paper);
     });
 }
 
-} // namespace
-
-void FN_DeleteBackcolor(cv::Mat src) {
-    whitenBackground(src);
-}
+} // namespace doccam

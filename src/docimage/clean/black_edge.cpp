@@ -5,8 +5,6 @@
 #include "docimage/clean/page_kernels.h"
 #include "docimage/sheet/sheet_outline.h"
 
-#include <doccam/doccam.hpp>
-
 #include <opencv2/core.hpp>
 
 #include <utility>
@@ -67,7 +65,3 @@ WorkPlane marginMask(cv::Mat picture) {
 }
 
 } // namespace doccam
-
-void FN_DeleteBlackEdge(cv::Mat src) {
-    doccam::whitenMargins(std::move(src));
-}

@@ -3,9 +3,10 @@
 
 #include "docimage/pixels/work_plane.h"
 
-#include <doccam/doccam.hpp>
-
 #include <opencv2/core/mat.hpp>
+
+struct _IplImage; // NOLINT(bugprone-reserved-identifier): OpenCV's C image
+using IplImage = _IplImage;
 
 namespace doccam {
 

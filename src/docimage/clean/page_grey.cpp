@@ -2,7 +2,7 @@
 
 #include "base/strips.h"
 #include "docimage/clean/page_kernels.h"
-#include "docimage/pixels/gamma_curve.h"
+#include "docimage/pixels/gamma.h"
 #include "docimage/pixels/grey_weights.h"
 
 #include <algorithm>

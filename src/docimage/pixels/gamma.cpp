@@ -1,7 +1,4 @@
-// Lifting dark samples by a gamma curve.
-#include "docimage/pixels/gamma_curve.h"
-
-#include <doccam/doccam.hpp>
+#include "docimage/pixels/gamma.h"
 
 #include <opencv2/core.hpp>
 
@@ -19,13 +16,14 @@ std::array<unsigned char, 256> gammaCurve(float gamma) {
     return curve;
 }
 
-} // namespace doccam
-
-void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma) {
-    dst = src.clone();
-    if (!dst.empty() && (dst.type() == CV_8UC1 || dst.type() == CV_8UC3)) {
-        auto curve = doccam::gammaCurve(fGamma);
+cv::Mat gammaCorrected(const cv::Mat& picture, float gamma) {
+    cv::Mat corrected = picture.clone();
+    if (!corrected.empty() && (corrected.type() == CV_8UC1 || corrected.type() == CV_8UC3)) {
+        auto curve = gammaCurve(gamma);
         const cv::Mat tableView(1, static_cast<int>(curve.size()), CV_8UC1, curve.data());
-        cv::LUT(dst, tableView, dst);
+        cv::LUT(corrected, tableView, corrected);
     }
+    return corrected;
 }
+
+} // namespace doccam

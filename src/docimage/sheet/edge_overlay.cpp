@@ -1,55 +1,51 @@
-// The live outline of the sheet, and the page geometry that its corners give.
-#include "api/library_state.h"
+#include "docimage/sheet/edge_overlay.h"
+
 #include "docimage/clean/outline_search.h"
-#include "docimage/sheet/contour_sequences.h"
 #include "docimage/sheet/min_area_rectangle.h"
 #include "docimage/sheet/outer_outlines.h"
 #include "docimage/sheet/sheet_geometry.h"
 #include "docimage/sheet/sheet_search.h"
 #include "docimage/sheet/sheet_search_kernels.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <opencv2/imgproc.hpp>
 
+#include <array>
+#include <optional>
+#include <span>
+
+namespace doccam {
 namespace {
 
-using doccam::OuterOutlines;
-using doccam::state;
-
-constexpr int kNoOutline = -1;
-constexpr int kNoSheet = -2;
-constexpr int kDraw = 1;
 constexpr int kLineWidth = 6;
 
 const cv::Scalar kGreen(0, 255, 0, 0);
 
-// What a search needs and leaves behind until the next one. Frames come one after the other, and
-// ask for no new memory.
+// What a search needs and leaves for the next one. Frames come one after the other, and ask for no
+// new memory.
 struct Search {
-    doccam::SheetSearch sheets;
-    doccam::ContourSequences sequences;
-    doccam::MinAreaFit fit;
+    SheetSearch sheets;
+    MinAreaFit fit;
 };
 
 thread_local Search search;
 
-// The outlines that may be sheets, the lowest on the picture first. The list of an earlier call
-// points to what this search has overwritten.
-void listLargeOnes(const OuterOutlines& outlines) {
-    state().areaList.clear();
-    state().cvSeqList.clear();
-    search.sequences.reset(outlines.count());
+// Of the outlines that may be sheets the largest; of equal ones the lowest on the picture. None
+// when all are specks.
+std::optional<std::span<const cv::Point>> largestOutline(const OuterOutlines& outlines) {
+    std::optional<std::span<const cv::Point>> largest;
+    int largestArea = kLargestSpeck;
     for (std::size_t i = outlines.count(); i-- > 0;) {
-        const int area = doccam::enclosedArea(outlines[i]);
-        if (area > doccam::kLargestSpeck) {
-            state().areaList.push_back(area);
-            state().cvSeqList.push_back(search.sequences.add(outlines[i]));
+        const int area = enclosedArea(outlines[i]);
+        if (area > largestArea) {
+            largestArea = area;
+            largest = outlines[i];
         }
     }
+    return largest;
 }
 
-void drawOutline(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
+void drawLines(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const cv::Point from = corners[i];
         const cv::Point to = corners[(i + 1) % corners.size()];
@@ -59,39 +55,35 @@ void drawOutline(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
 
 } // namespace
 
-int DrawingEdge(unsigned char* data, int width, int height, int drawFlag) {
-    if (data == nullptr || width < doccam::kReduction || height < doccam::kReduction) {
-        return kNoOutline;
+SheetFound outlineSheet(cv::Mat frame, bool draw, LibraryState& library) {
+    if (frame.data == nullptr || frame.cols < kReduction || frame.rows < kReduction) {
+        return SheetFound::kNoOutline;
     }
-    cv::Mat frameView(height, width, CV_8UC3, data);
-    const OuterOutlines& outlines = search.sheets.outlinesIn(frameView);
+    const OuterOutlines& outlines = search.sheets.outlinesIn(frame);
     if (outlines.empty()) {
-        return kNoOutline;
+        return SheetFound::kNoOutline;
     }
-    listLargeOnes(outlines);
-    const auto largest = doccam::indexOfLargest(state().areaList);
-    if (!largest) {
-        return kNoSheet;
+    const auto outline = largestOutline(outlines);
+    if (!outline) {
+        return SheetFound::kNoSheet;
     }
-    const auto points = doccam::pointsOf(*state().cvSeqList[*largest]);
-    const auto corners = doccam::frameCorners(search.fit.around(points));
-    doccam::storeCorners(doccam::wholePixels(corners), state().CutPoint.data());
-    if (drawFlag == kDraw) {
-        drawOutline(frameView, corners);
+    const auto corners = frameCorners(search.fit.around(*outline));
+    storeCorners(wholePixels(corners), library.CutPoint.data());
+    if (draw) {
+        drawLines(frame, corners);
     }
-    return 0;
+    return SheetFound::kSheet;
 }
 
-float GetAngle(int* points) {
-    if (points == nullptr) {
-        return 0;
-    }
-    const doccam::SheetGeometry sheet = doccam::measureSheet(doccam::cornersFrom(points));
-    state().CutImgStartX = sheet.bounds.x;
-    state().CutImgStartY = sheet.bounds.y;
-    state().CutImgW = sheet.bounds.width;
-    state().CutImgH = sheet.bounds.height;
-    state().CutLastW = sheet.page.width;
-    state().CutLastH = sheet.page.height;
+float storeGeometry(const SheetCorners& corners, LibraryState& library) {
+    const SheetGeometry sheet = measureSheet(corners);
+    library.CutImgStartX = sheet.bounds.x;
+    library.CutImgStartY = sheet.bounds.y;
+    library.CutImgW = sheet.bounds.width;
+    library.CutImgH = sheet.bounds.height;
+    library.CutLastW = sheet.page.width;
+    library.CutLastH = sheet.page.height;
     return sheet.angle;
 }
+
+} // namespace doccam

@@ -2,8 +2,6 @@
 
 #include "docimage/turn/turned_picture.h"
 
-#include <doccam/doccam.hpp>
-
 #include <opencv2/imgproc.hpp>
 
 #include <cmath>
@@ -27,7 +25,7 @@ double radiansOf(float degrees) {
     return kPi * degrees / 180.0;
 }
 
-cv::Size turnedSize(cv::Size picture, double radians) {
+cv::Size canvasSize(cv::Size picture, double radians) {
     const double sine = std::abs(std::sin(radians));
     const double cosine = std::abs(std::cos(radians));
     return {wholePixels(picture.height * sine + picture.width * cosine),
@@ -44,20 +42,19 @@ cv::Mat turnOnto(cv::Size canvas, cv::Size picture, double degrees) {
     return map;
 }
 
-} // namespace doccam
-
-cv::Mat rotateImage(cv::Mat src, float angle) {
-    const doccam::TurnedRegion whole{src, {}, src.size()};
-    if (doccam::TurnedPicture::canRender(whole)) {
-        const doccam::TurnedPicture picture(whole, angle);
-        cv::Mat turned(picture.size(), src.type());
-        picture.render({{}, picture.size()}, turned, doccam::SampleOrder::kKept);
+cv::Mat rotated(const cv::Mat& picture, float degrees) {
+    const TurnedRegion whole{picture, {}, picture.size()};
+    cv::Mat turned;
+    if (TurnedPicture::canRender(whole)) {
+        const TurnedPicture rendered(whole, degrees);
+        turned.create(rendered.size(), picture.type());
+        rendered.render({{}, rendered.size()}, turned, SampleOrder::kKept);
         return turned;
     }
-    const float degrees = -angle;
-    const cv::Size canvas = doccam::turnedSize(src.size(), doccam::radiansOf(degrees));
-    cv::Mat turned;
-    cv::warpAffine(src, turned, doccam::turnOnto(canvas, src.size(), degrees), canvas,
+    const cv::Size canvas = canvasSize(picture.size(), radiansOf(-degrees));
+    cv::warpAffine(picture, turned, turnOnto(canvas, picture.size(), -degrees), canvas,
                    cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(0));
     return turned;
 }
+
+} // namespace doccam

@@ -1,17 +1,11 @@
-// Turning the live frame by quarters: pixels only change place.
-#include "api/library_state.h"
-#include "docimage/turn/pixel_turn.h"
-
-#include <doccam/doccam.hpp>
+#include "docimage/turn/quarter_turn.h"
 
 #include <opencv2/core.hpp>
 
 #include <functional>
 
+namespace doccam {
 namespace {
-
-using doccam::canTurn;
-using doccam::Quarter;
 
 enum class Mirror { kUpsideDown = 0, kLeftRight = 1 };
 
@@ -30,9 +24,9 @@ void transposeAndMirror(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
     mirror(turned, quarter == Quarter::kClockwise ? Mirror::kLeftRight : Mirror::kUpsideDown);
 }
 
-// Into the session's turned frame, whose memory is reused from frame to frame.
-void turnIntoFrame(const cv::Mat& source, Quarter quarter) {
-    cv::Mat& turned = doccam::state().roimage;
+} // namespace
+
+void turnIntoFrame(const cv::Mat& source, Quarter quarter, cv::Mat& turned) {
     if (turned.empty()) {
         return;
     }
@@ -48,22 +42,13 @@ void turnIntoFrame(const cv::Mat& source, Quarter quarter) {
     }
 }
 
-} // namespace
-
-void CamdataRote90(cv::Mat src) {
-    turnIntoFrame(src, Quarter::kClockwise);
-}
-
-cv::Mat CamdataRote180(cv::Mat src) {
-    if (canTurn(src)) {
-        doccam::turnHalf(src);
+void turnByHalf(cv::Mat& image) {
+    if (canTurn(image)) {
+        turnHalf(image);
     } else {
-        mirror(src, Mirror::kUpsideDown);
-        mirror(src, Mirror::kLeftRight);
+        mirror(image, Mirror::kUpsideDown);
+        mirror(image, Mirror::kLeftRight);
     }
-    return src;
 }
 
-void CamdataRote270(cv::Mat src) {
-    turnIntoFrame(src, Quarter::kCounterClockwise);
-}
+} // namespace doccam

@@ -55,7 +55,7 @@ bool TurnedPicture::canRender(const TurnedRegion& region) {
 
 TurnedPicture::TurnedPicture(const TurnedRegion& region, float degrees)
   : source_(region.pixels)
-  , canvas_(turnedSize(region.size, radiansOf(-degrees)))
+  , canvas_(canvasSize(region.size, radiansOf(-degrees)))
   , map_(inverseOf(turnOnto(canvas_, region.size, -degrees)))
   , start_((1 << kPlaceShift) * -region.place + cv::Point(kHalfFraction, kHalfFraction)) {
     for (int x = 0; x < canvas_.width; ++x) {

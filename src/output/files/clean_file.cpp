@@ -1,31 +1,32 @@
-// Whitening the dark margins of image files in place.
+#include "output/files/clean_file.h"
+
 #include "base/picture_file.h"
 #include "docimage/clean/black_edge.h"
 #include "output/files/image_file.h"
-
-#include <doccam/doccam.hpp>
 
 #include <opencv2/imgcodecs.hpp>
 
 #include <string>
 
+namespace doccam {
 namespace {
 
 // A file that cannot be written stays as it is, and nobody is told.
 void rewrite(const char* path, int reading, void (*clean)(cv::Mat)) {
     const std::string file = path != nullptr ? path : "";
-    const cv::Mat picture = doccam::readPictureFile(file, reading);
+    const cv::Mat picture = readPictureFile(file, reading);
     clean(picture);
-    doccam::writeImage(file, picture);
+    writeImage(file, picture);
 }
 
 } // namespace
 
-void FN_DeleteBlackEdgeEx(char* path) {
-    rewrite(path, cv::IMREAD_COLOR, doccam::whitenMargins);
+void whitenMarginsOfFile(const char* path) {
+    rewrite(path, cv::IMREAD_COLOR, whitenMargins);
 }
 
-void FN_DeleteBlackEdgeEx2(char* path) {
-    rewrite(path, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION,
-            doccam::whitenMarginsByBrightness);
+void whitenMarginsOfFileByBrightness(const char* path) {
+    rewrite(path, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION, whitenMarginsByBrightness);
 }
+
+} // namespace doccam

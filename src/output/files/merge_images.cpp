@@ -1,10 +1,9 @@
-// Settling the queue of files to be merged into one picture.
-#include "api/boundary.h"
-#include "api/library_state.h"
+#include "output/files/merge_images.h"
+
 #include "base/picture_file.h"
 #include "output/files/files.h"
-
-#include <doccam/doccam.hpp>
+#include "output/still/save_image.h"
+#include "state/library_state.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -15,10 +14,8 @@
 #include <utility>
 #include <vector>
 
+namespace doccam {
 namespace {
-
-using doccam::fileExists;
-using doccam::state;
 
 using Queue = std::vector<std::string>;
 using Pictures = std::array<cv::Mat, 4>;
@@ -32,7 +29,7 @@ cv::Mat readQuietly(const std::string& path) {
         return {};
     }
     try {
-        return doccam::readPictureFile(path, cv::IMREAD_COLOR);
+        return readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
         return {};
     }
@@ -50,7 +47,12 @@ Pictures readFirst(const Queue& files) {
 // merged picture stays empty and nothing is written.
 void compose(const Pictures& /*pictures*/, std::size_t /*count*/, cv::Mat& /*merged*/) {}
 
-int merge(const char* path, int mergeMode, bool deleteSources) {
+} // namespace
+
+int mergeQueued(const char* path, int mergeMode, bool deleteSources) {
+    if (state().img_filelist.size() < kFewestFiles) {
+        return -1;
+    }
     const Queue files = std::exchange(state().img_filelist, {});
     const Pictures pictures = readFirst(files);
     cv::Mat merged;
@@ -58,24 +60,15 @@ int merge(const char* path, int mergeMode, bool deleteSources) {
         compose(pictures, files.size(), merged);
     }
     if (!merged.empty()) {
-        SaveImage(std::string(path).data(), merged);
+        savePage(path, merged);
     }
     if (path == nullptr || !fileExists(path)) {
         return -2;
     }
     if (deleteSources) {
-        doccam::removeFiles(files);
+        removeFiles(files);
     }
     return 0;
 }
 
-} // namespace
-
-int MergeImages(const char* path, int mergeMode, int /*reserved*/, bool deleteSources) {
-    return doccam::guarded("MergeImages", -2, [=] {
-        if (state().img_filelist.size() < kFewestFiles) {
-            return -1;
-        }
-        return merge(path, mergeMode, deleteSources);
-    });
-}
+} // namespace doccam

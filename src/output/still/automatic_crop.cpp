@@ -1,11 +1,11 @@
 #include "output/still/automatic_crop.h"
 
-#include "api/library_state.h"
+#include "docimage/sheet/edge_overlay.h"
+#include "docimage/turn/free_rotation.h"
 #include "docimage/turn/turned_picture.h"
 #include "output/still/crop_geometry.h"
 #include "output/still/page_preparation.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -115,10 +115,10 @@ cv::Mat pageOfOtherKind(const cv::Mat& picture) {
 cv::Mat straightPage(const cv::Mat& frame) {
     const BorderAmounts borders = shiftCorners(frame.size());
     std::printf("AA->img.cols,img.rows: %d,%d\r\n", frame.cols, frame.rows);
-    const float angle = GetAngle(state().CutPoint.data());
+    const float angle = storeGeometry(cornersFrom(state().CutPoint.data()), state());
     const TurnedRegion region = sheetRegion(frame, borders);
     if (!TurnedPicture::canRender(region)) {
-        return blueFirst(resizedToSteps(pageOfOtherKind(rotateImage(region.pixels, angle))));
+        return blueFirst(resizedToSteps(pageOfOtherKind(rotated(region.pixels, angle))));
     }
     return resizedToSteps(pageOf(TurnedPicture(region, angle)));
 }

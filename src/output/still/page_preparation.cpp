@@ -1,8 +1,8 @@
 #include "output/still/page_preparation.h"
 
-#include "api/library_state.h"
-
-#include <doccam/doccam.hpp>
+#include "docimage/clean/background.h"
+#include "docimage/clean/black_edge.h"
+#include "state/library_state.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -23,10 +23,10 @@ cv::Mat blueFirst(const cv::Mat& frame) {
 
 void cleanAsSet(const cv::Mat& page) {
     if (isOn(state().isDelBlackedge)) {
-        FN_DeleteBlackEdge(page);
+        whitenMargins(page);
     }
     if (isOn(state().isDelBcakColor)) {
-        FN_DeleteBackcolor(page);
+        whitenBackground(page);
     }
 }
 

@@ -1,12 +1,11 @@
-// Saving a finished page: the colour mode of the settings, the file type of the path.
-#include "api/faults.h"
-#include "api/library_state.h"
+#include "output/still/save_image.h"
+
 #include "output/files/files.h"
 #include "output/files/image_file.h"
 #include "output/pdf/pdf_writer.h"
 #include "output/still/page_picture.h"
-
-#include <doccam/doccam.hpp>
+#include "state/faults.h"
+#include "state/library_state.h"
 
 #include <array>
 #include <optional>
@@ -19,10 +18,6 @@ constexpr std::size_t kExtensionLength = 3;
 
 int jpegQuality() {
     return state().jpgQuality.load(std::memory_order_relaxed);
-}
-
-std::string textOf(const char* path) {
-    return path != nullptr ? path : "";
 }
 
 // Throws std::out_of_range for a path shorter than an extension.
@@ -40,8 +35,8 @@ std::string temporaryJpeg(std::string_view path) {
     return homeFolder() + '/' + std::string(path.substr(start, dot - start)) + ".jpg";
 }
 
-// Writes picture as the one page of a PDF at target, by way of a JPEG in the home directory. False
-// when the document could not be made; throws as writeImage().
+} // namespace
+
 bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
     const std::string jpeg = temporaryJpeg(target);
     const bool written = writeImage(jpeg, picture, jpegQuality());
@@ -53,17 +48,11 @@ bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
     return finishDocument(writer, std::array{jpeg});
 }
 
-} // namespace
-} // namespace doccam
-
-int SaveImage(char* path, cv::Mat img) {
-    using namespace doccam;
-    const std::string target = textOf(path);
+void savePage(const std::string& target, const cv::Mat& page) {
     const std::string extension = extensionOf(target);
-    const int mode = state().colorMode.load(std::memory_order_relaxed);
-    const auto picture = pictureInMode(img, mode);
+    const auto picture = pictureInMode(page, state().colorMode.load(std::memory_order_relaxed));
     if (!picture) {
-        return 0;
+        return;
     }
     const auto quality = extension == "jpg" ? std::optional(jpegQuality()) : std::nullopt;
     const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture)
@@ -72,10 +61,6 @@ int SaveImage(char* path, cv::Mat img) {
         reportFault(
             {DOCCAM_FAULT_STILL, DOCCAM_CAUSE_NOT_WRITTEN, target + " could not be written"});
     }
-    return 0;
 }
 
-int TempImgToPdf(char* path, cv::Mat img) {
-    doccam::writeOnePagePdf(doccam::textOf(path), img);
-    return 0;
-}
+} // namespace doccam

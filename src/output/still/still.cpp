@@ -1,10 +1,9 @@
 #include "output/still/still.h"
 
-#include "api/library_state.h"
 #include "output/still/automatic_crop.h"
+#include "output/still/save_image.h"
 #include "output/still/whole_frame.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <cstdio>
 #include <utility>
@@ -18,7 +17,7 @@ Still prepareStill(std::string path, int cropMode, const cv::Mat& frame) {
 }
 
 void saveStill(const Still& still) {
-    SaveImage(std::string(still.path).data(), still.page);
+    savePage(still.path, still.page);
     if (still.ofWholeFrame) {
         std::puts("capture->04");
     }

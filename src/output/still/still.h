@@ -18,7 +18,7 @@ struct Still {
 // thread.
 Still prepareStill(std::string path, int cropMode, const cv::Mat& frame);
 
-// Saves it as SaveImage() does. Uses nothing of the session.
+// Saves it as savePage() does. Uses nothing of the session.
 void saveStill(const Still& still);
 
 } // namespace doccam

@@ -1,9 +1,7 @@
 #include "output/still/whole_frame.h"
 
-#include "api/library_state.h"
 #include "output/still/page_preparation.h"
-
-#include <doccam/doccam.hpp>
+#include "state/library_state.h"
 
 #include <opencv2/imgproc.hpp>
 

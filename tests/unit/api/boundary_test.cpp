@@ -1,4 +1,4 @@
-#include "api/boundary.h"
+#include "base/guarded.h"
 #include "support/printed_text.h"
 
 #include <gtest/gtest.h>

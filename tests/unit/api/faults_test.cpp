@@ -1,4 +1,4 @@
-#include "api/faults.h"
+#include "state/faults.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The settings operations, through the record they write.
-#include "api/library_state.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

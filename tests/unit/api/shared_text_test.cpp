@@ -1,5 +1,5 @@
 // Texts shared by two threads. The thread sanitizer judges these tests, too.
-#include "api/shared_text.h"
+#include "state/shared_text.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // A fresh process-wide MJPEG decoder for each test.
 #pragma once
 
-#include "api/library_state.h"
 #include "decode/mjpeg_decoder.h"
 #include "jpeg_samples.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,5 +1,5 @@
-#include "api/library_state.h"
 #include "discovery/supported_models.h"
+#include "state/library_state.h"
 #include "support/model_tables.h"
 #include "support/scratch_folder.h"
 

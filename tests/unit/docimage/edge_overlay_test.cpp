@@ -1,5 +1,5 @@
-#include "api/library_state.h"
 #include "docimage/sheet/min_area_rectangle.h"
+#include "state/library_state.h"
 #include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>

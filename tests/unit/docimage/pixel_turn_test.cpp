@@ -1,6 +1,6 @@
 // The one-pass turns against the image library's transpositions and mirrors.
-#include "api/library_state.h"
 #include "docimage/turn/pixel_turn.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,7 +1,7 @@
 // Finding and drawing the sheet's outline against the plain steps.
-#include "api/library_state.h"
 #include "cleaning_pictures.h"
 #include "plain/outline.h"
+#include "state/library_state.h"
 #include "support/photographs.h"
 #include "support/same_picture.h"
 

@@ -1,5 +1,5 @@
 // Quarter turns of the live frame.
-#include "api/library_state.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

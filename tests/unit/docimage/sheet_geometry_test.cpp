@@ -1,5 +1,5 @@
-#include "api/library_state.h"
 #include "docimage/sheet/sheet_geometry.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 

@@ -1,4 +1,4 @@
-#include "api/library_state.h"
+#include "state/library_state.h"
 #include "still_request.h"
 #include "support/printed_text.h"
 #include "support/same_picture.h"

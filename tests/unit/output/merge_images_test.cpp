@@ -1,5 +1,5 @@
 // Settling the queue of files to be merged.
-#include "api/library_state.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 

@@ -1,5 +1,5 @@
 // Which cleaning a still gets, and that its result is what is saved.
-#include "api/library_state.h"
+#include "state/library_state.h"
 #include "still_request.h"
 #include "support/same_picture.h"
 #include "support/scratch_folder.h"

@@ -1,7 +1,7 @@
 // PDF files from queued pictures, and the steps behind them.
-#include "api/library_state.h"
 #include "pdf_file.h"
 #include "png_maker.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/refused_writing.h"
 #include "support/scratch_folder.h"

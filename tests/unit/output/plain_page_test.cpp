@@ -1,8 +1,8 @@
 // Cutting sheets out of frames against the plain steps.
-#include "api/library_state.h"
 #include "drawn_sheet.h"
 #include "plain/outline.h"
 #include "plain/page.h"
+#include "state/library_state.h"
 #include "still_request.h"
 #include "support/photographs.h"
 #include "support/scratch_folder.h"

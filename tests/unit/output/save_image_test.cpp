@@ -1,6 +1,6 @@
 // Saving a finished page as an image file.
-#include "api/library_state.h"
 #include "decoded.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 

@@ -1,7 +1,7 @@
 // Taking a still, with the test in the part of the streaming thread.
-#include "api/library_state.h"
 #include "decoded.h"
 #include "environment.h"
+#include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 

@@ -1,6 +1,6 @@
 // From a crooked sheet to a straight, upright page.
-#include "api/library_state.h"
 #include "drawn_sheet.h"
+#include "state/library_state.h"
 #include "still_request.h"
 #include "support/scratch_folder.h"
 

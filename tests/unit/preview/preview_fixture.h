@@ -1,8 +1,8 @@
 // A fresh preview around each test, and its fields as the rules name them.
 #pragma once
 
-#include "api/library_state.h"
 #include "base/frame_size.h"
+#include "state/library_state.h"
 
 #include <gmock/gmock.h>
 

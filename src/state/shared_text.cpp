@@ -1,4 +1,4 @@
-#include "api/shared_text.h"
+#include "state/shared_text.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-// The gate between C++ and the C interface.
+// Turning exceptions into results, where C code calls.
 #pragma once
 
 #include <cstdio>

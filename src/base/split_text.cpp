@@ -1,14 +1,8 @@
-// The helpers that hosts share with the library.
-#include <doccam/doccam.hpp>
+#include "base/split_text.h"
 
-#include <sys/select.h>
+namespace doccam {
 
-void Sleep(int ms) {
-    timeval wait{.tv_sec = 0, .tv_usec = static_cast<suseconds_t>(ms) * 1000};
-    select(0, nullptr, nullptr, nullptr, &wait);
-}
-
-std::vector<std::string> split(std::string text, std::string pattern) {
+std::vector<std::string> splitText(std::string text, const std::string& pattern) {
     if (pattern.empty()) {
         return {std::move(text)};
     }
@@ -22,3 +16,5 @@ std::vector<std::string> split(std::string text, std::string pattern) {
     }
     return pieces;
 }
+
+} // namespace doccam

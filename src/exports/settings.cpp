@@ -1,9 +1,13 @@
-// The settings: each setter stores its value, unchecked, for the next use.
-#include "api/library_state.h"
+// Settings, callbacks and helpers: each setter stores its value, unchecked, for the next use.
+#include "base/pause.h"
+#include "base/split_text.h"
+#include "capture/grab_size.h"
+#include "state/faults.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 
-#include <cstdint>
+#include <utility>
 
 namespace {
 
@@ -27,6 +31,15 @@ int SetDataCallback(FrameCallback callback) {
 int SetWebDataCallback(WebFrameCallback callback) {
     storeOnce(state().pGetVideoWebStream, callback);
     return 0;
+}
+
+int SetFaultCallback(FaultCallback callback) {
+    state().faultCallback.store(callback, std::memory_order_release);
+    return 0;
+}
+
+int doccam_fault_cause() {
+    return doccam::currentCause();
 }
 
 int SetRotate(int angle) {
@@ -67,11 +80,15 @@ void SetDelBackColor(int value) {
 }
 
 void setGrabSize(int width, int height) {
-    state().nWidth.store(width, kRelaxed);
-    state().nHeight.store(height, kRelaxed);
-    // Unsigned: a host's nonsense size wraps instead of being undefined.
-    const auto bytes = static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 3U;
-    state().nSize.store(static_cast<int>(bytes), kRelaxed);
+    doccam::setGrabSize(state(), {width, height});
+}
+
+void Sleep(int ms) {
+    doccam::pauseFor(ms);
+}
+
+std::vector<std::string> split(std::string text, std::string pattern) {
+    return doccam::splitText(std::move(text), pattern);
 }
 
 int HttpUpFile(char* /*file*/, char* /*url*/) {

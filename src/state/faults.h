@@ -24,6 +24,9 @@ void reportException(DoccamFault fault);
 // Tells the host, if it listens: at once, or when the thread's FaultNotes are told.
 void reportFault(Fault fault);
 
+// The cause of the fault that the calling thread's fault callback is being told; none elsewhere.
+DoccamCause currentCause();
+
 // Keeps the faults of the thread that makes it, for a moment at which the host may be called.
 class FaultNotes {
   public:

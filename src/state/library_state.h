@@ -5,7 +5,7 @@
 // values that take effect at their next use; the hand-shakes use release and acquire.
 #pragma once
 
-#include "api/shared_text.h"
+#include "state/shared_text.h"
 
 #include <doccam/doccam.h>
 

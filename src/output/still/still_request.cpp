@@ -1,20 +1,13 @@
-// Taking a still: the host's request, and the streaming thread's answer.
-#include "api/boundary.h"
-#include "api/library_state.h"
-#include "api/poll.h"
-#include "output/files/files.h"
-#include "output/still/still.h"
+#include "output/still/still_request.h"
 
-#include <doccam/doccam.hpp>
+#include "base/poll.h"
+#include "output/files/files.h"
+#include "state/library_state.h"
 
 #include <cstdio>
 
+namespace doccam {
 namespace {
-
-using doccam::fileExists;
-using doccam::pollWhile;
-using doccam::SharedPath;
-using doccam::state;
 
 constexpr int kMostWaitsForStill = 79;
 constexpr int kMostWaitsForFile = 3;
@@ -27,6 +20,8 @@ bool isPending() {
 bool hasStill() {
     return fileExists(state().imgSavePath.load().data());
 }
+
+} // namespace
 
 int requestStill(const char* path) {
     if (!state().bKeep.load(std::memory_order_acquire)) {
@@ -47,13 +42,4 @@ int requestStill(const char* path) {
     return 0;
 }
 
-} // namespace
-
-int captureImage(const char* path) {
-    return doccam::guarded("captureImage", -1, [path] { return requestStill(path); });
-}
-
-int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
-    doccam::saveStill(doccam::prepareStill(path != nullptr ? path : "", cropMode, img));
-    return 0;
-}
+} // namespace doccam

@@ -1,7 +1,7 @@
-#include "api/faults.h"
+#include "state/faults.h"
 
-#include "api/boundary.h"
-#include "api/library_state.h"
+#include "base/guarded.h"
+#include "state/library_state.h"
 
 #include <exception>
 
@@ -67,13 +67,8 @@ void FaultNotes::tell() {
     }
 }
 
+DoccamCause currentCause() {
+    return causeOfThread;
+}
+
 } // namespace doccam
-
-int SetFaultCallback(FaultCallback callback) {
-    doccam::state().faultCallback.store(callback, std::memory_order_release);
-    return 0;
-}
-
-int doccam_fault_cause() {
-    return doccam::causeOfThread;
-}

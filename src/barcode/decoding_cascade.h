@@ -1,0 +1,27 @@
+// Reading a code from a frame: one way of making it binary after the other.
+//
+// Each returns the text of the first code of the wanted kind, empty when none is found, and prints a
+// line for each scan that shows no code at all. Any thread.
+#pragma once
+
+#include "barcode/code_scan.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <string>
+
+namespace doccam {
+
+// One scan.
+std::string scanOnce(const cv::Mat& grey, CodeKind wanted);
+
+// A scan of the picture as it is, then of the picture freed of thin white lines and specks.
+std::string readCodeInBinary(const cv::Mat& bin, CodeKind wanted);
+
+// The same by Otsu's threshold, by local ones, and by fixed ones from Otsu's upwards.
+std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted);
+
+// The same for a red-first frame, between two printed lines.
+std::string readCodeOnFrame(const cv::Mat& frame, CodeKind wanted);
+
+} // namespace doccam

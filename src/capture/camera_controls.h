@@ -1,0 +1,26 @@
+// Picture controls and focus, through the session's descriptor.
+//
+// Controls are named by selectors, 0 to 5: brightness, contrast, saturation, hue, gain, gamma; any
+// other selects the one used before. All of these pause around their requests for the camera's
+// firmware, print or report failures, and return 0 or the fixed code of the failing step. One host
+// thread at a time.
+#pragma once
+
+namespace doccam {
+
+// Reads a control's range, default and value; null outputs are passed over.
+int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, int* current);
+
+// Sets a control; gamma goes to the control used last instead.
+int setControl(int selector, int value);
+
+// Sets a control to its default and returns that.
+int resetControl(int selector);
+
+// Switches the zoom control between 0 and 1, by which some cameras focus.
+int toggleZoomFocus();
+
+// Switches automatic focus off and on again.
+int refocus();
+
+} // namespace doccam

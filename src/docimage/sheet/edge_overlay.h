@@ -1,0 +1,23 @@
+// The live outline of the sheet, and the page geometry that its corners give.
+#pragma once
+
+#include "docimage/sheet/sheet_corners.h"
+
+#include <opencv2/core/mat.hpp>
+
+namespace doccam {
+
+struct LibraryState;
+
+enum class SheetFound { kSheet = 0, kNoOutline = -1, kNoSheet = -2 };
+
+// Finds the sheet in the red-first frame, keeps its corners for the next still, and draws its
+// outline into the frame's own pixels if draw is set. Without a sheet nothing changes. Streaming
+// thread.
+SheetFound outlineSheet(cv::Mat frame, bool draw, LibraryState& library);
+
+// Keeps where a sheet with these corners is to be cut out, and returns the degrees clockwise that
+// straighten it.
+float storeGeometry(const SheetCorners& corners, LibraryState& library);
+
+} // namespace doccam

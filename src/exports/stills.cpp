@@ -1,0 +1,44 @@
+// Taking and saving stills, and merging pictures.
+#include "base/guarded.h"
+#include "output/files/merge_images.h"
+#include "output/still/save_image.h"
+#include "output/still/still.h"
+#include "output/still/still_request.h"
+
+#include <doccam/doccam.hpp>
+
+#include <string>
+
+using doccam::guarded;
+
+namespace {
+
+std::string textOf(const char* path) {
+    return path != nullptr ? path : "";
+}
+
+} // namespace
+
+int captureImage(const char* path) {
+    return guarded("captureImage", -1, [=] { return doccam::requestStill(path); });
+}
+
+int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
+    doccam::saveStill(doccam::prepareStill(textOf(path), cropMode, img));
+    return 0;
+}
+
+int SaveImage(char* path, cv::Mat img) {
+    doccam::savePage(textOf(path), img);
+    return 0;
+}
+
+int TempImgToPdf(char* path, cv::Mat img) {
+    doccam::writeOnePagePdf(textOf(path), img);
+    return 0;
+}
+
+int MergeImages(const char* path, int mergeMode, int /*reserved*/, bool deleteSources) {
+    return guarded("MergeImages", -2,
+                   [=] { return doccam::mergeQueued(path, mergeMode, deleteSources); });
+}

@@ -1,6 +1,6 @@
 #include "docimage/sheet/edge_overlay.h"
 
-#include "docimage/clean/outline_search.h"
+#include "docimage/sheet/frame_corners.h"
 #include "docimage/sheet/min_area_rectangle.h"
 #include "docimage/sheet/outer_outlines.h"
 #include "docimage/sheet/sheet_geometry.h"
@@ -16,6 +16,9 @@
 
 namespace doccam {
 namespace {
+
+// Outlines of this area in pixels of the reduced copy, or less, are no sheet.
+constexpr int kLargestSpeck = 400;
 
 constexpr int kLineWidth = 6;
 

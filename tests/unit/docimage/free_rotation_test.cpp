@@ -94,7 +94,7 @@ TEST(RotateImage, IsTheCInterfacesMapAndWarpToTheBit) {
     for (float angle = -400; angle < 460; angle += 3.37F) {
         SCOPED_TRACE(angle);
         const double degrees = -angle;
-        const cv::Size canvas = turnedSize(picture.size(), CV_PI * degrees / 180.0);
+        const cv::Size canvas = canvasSize(picture.size(), CV_PI * degrees / 180.0);
         const cv::Mat map = mapOfCInterface(canvas, picture.size(), degrees);
         EXPECT_TRUE(test::isSamePicture(turnOnto(canvas, picture.size(), degrees), map));
         cv::Mat expected(canvas, CV_8UC3);

@@ -1,4 +1,4 @@
-#include "docimage/clean/outline_search.h"
+#include "docimage/sheet/frame_corners.h"
 
 #include "docimage/sheet/min_area_rectangle.h"
 #include "docimage/sheet/sheet_search_kernels.h"
@@ -6,14 +6,6 @@
 #include <algorithm>
 
 namespace doccam {
-
-std::optional<std::size_t> indexOfLargest(const std::vector<int>& areas) {
-    const auto largest = std::max_element(areas.begin(), areas.end());
-    if (largest == areas.end() || *largest <= 0) {
-        return std::nullopt;
-    }
-    return static_cast<std::size_t>(largest - areas.begin());
-}
 
 std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box) {
     std::array<cv::Point2f, 4> corners = boxCorners(box);

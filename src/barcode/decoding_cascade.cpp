@@ -1,6 +1,7 @@
 #include "barcode/decoding_cascade.h"
 
 #include "barcode/threshold_ladder.h"
+#include "base/pixel.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -9,7 +10,6 @@
 namespace doccam {
 namespace {
 
-constexpr int kWhite = 255;
 constexpr int kAdaptiveBlock = 33;
 
 } // namespace

@@ -1,7 +1,7 @@
 // Reading a code from a frame: one way of making it binary after the other.
 //
-// Each returns the text of the first code of the wanted kind, empty when none is found, and prints a
-// line for each scan that shows no code at all. Any thread.
+// Each returns the text of the first code of the wanted kind, empty when none is found, and prints
+// a line for each scan that shows no code at all. Any thread.
 #pragma once
 
 #include "barcode/code_scan.h"

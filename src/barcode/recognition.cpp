@@ -20,7 +20,7 @@ constexpr int kMostWaitsForCode = 199;
 
 bool isPending() {
     return state().IsRecogBarQr.load(std::memory_order_acquire) != kNoCodeRequest ||
-           state().tellingFaults.load(std::memory_order_acquire);
+           state().reportingFaults.load(std::memory_order_acquire);
 }
 
 // Empty when there is no readable image at path.

@@ -7,7 +7,7 @@ namespace doccam {
 
 // How many processors the calling thread leaves to others from now on when it shares work; none
 // until it says so.
-void leaveProcessors(int count);
+void reserveCores(int count);
 
 // Runs body for 0 to count - 1, in parts.
 void runShared(int count, const cv::ParallelLoopBody& body);

@@ -55,7 +55,7 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
     }
     beginNext();
     // Whatever slows the codec down slows the frames down.
-    leaveProcessors(nextIsBegun_ ? 1 : 0);
+    reserveCores(nextIsBegun_ ? 1 : 0);
     storeFrame(decoded, image.cols, image.rows, image);
     return true;
 }

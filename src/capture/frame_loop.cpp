@@ -30,7 +30,7 @@ void FrameLoop::run() {
         }
     });
     if (!thread_.abandoned()) {
-        tellFaults();
+        reportFaults();
     }
 }
 
@@ -40,14 +40,14 @@ FrameLoop::Next FrameLoop::step() {
         return Next::kEnd;
     }
     if (!usable) {
-        return tellFaults();
+        return reportFaults();
     }
     if (takeStill() == Next::kEnd || readCode() == Next::kEnd) {
         return Next::kEnd;
     }
     drawOutline();
     if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd ||
-        tellFaults() == Next::kEnd) {
+        reportFaults() == Next::kEnd) {
         return Next::kEnd;
     }
     pauseFor(kFramePause);
@@ -58,7 +58,7 @@ FrameLoop::Next FrameLoop::grab() {
     if (!intake_.take()) {
         return Next::kEnd;
     }
-    const int result = tellFailure(intake_.grabbed());
+    const int result = logGrabFailure(intake_.grabbed());
     if (result != 0) {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
@@ -145,10 +145,10 @@ const cv::Mat* FrameLoop::workingImage() const {
 }
 
 bool FrameLoop::endsUnasked() const {
-    return hostHearsFaults() && library_.bKeep && !thread_.stopRequested();
+    return hasFaultCallback() && library_.bKeep && !thread_.stopRequested();
 }
 
-FrameLoop::Next FrameLoop::tellFaults() {
+FrameLoop::Next FrameLoop::reportFaults() {
     if (faults_.empty()) {
         return Next::kFrame;
     }
@@ -157,10 +157,10 @@ FrameLoop::Next FrameLoop::tellFaults() {
 
 template <typename Lower>
 FrameLoop::Next FrameLoop::answer(Lower&& lower) {
-    library_.tellingFaults.store(!faults_.empty(), std::memory_order_release);
+    library_.reportingFaults.store(!faults_.empty(), std::memory_order_release);
     lower();
-    const Next next = tellFaults();
-    library_.tellingFaults.store(false, std::memory_order_release);
+    const Next next = reportFaults();
+    library_.reportingFaults.store(false, std::memory_order_release);
     return next;
 }
 

@@ -38,7 +38,7 @@ class FrameLoop {
     bool endsUnasked() const;
 
     // Hands noted faults to the host.
-    Next tellFaults();
+    Next reportFaults();
 
     // Takes back the request that lower lowers. A host that waits for the answer hears faults
     // first; one that reopens the camera when it hears them must not find the request again.
@@ -52,7 +52,7 @@ class FrameLoop {
 
     StreamingThread& thread_;
     LibraryState& library_;
-    FaultNotes faults_;
+    DeferredFaults faults_;
     FrameIntake intake_;
 };
 

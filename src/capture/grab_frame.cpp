@@ -83,7 +83,7 @@ GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) 
     return grabbed;
 }
 
-int tellFailure(const GrabbedFrame& grabbed) {
+int logGrabFailure(const GrabbedFrame& grabbed) {
     const int detail = grabbed.detail;
     switch (grabbed.failure) {
     case GrabbedFrame::Failure::kNone:
@@ -109,7 +109,7 @@ int grabFrame(unsigned char* buffer, int* length) {
         grabbed.failure == GrabbedFrame::Failure::kRequeue) {
         *length = grabbed.length;
     }
-    return tellFailure(grabbed);
+    return logGrabFailure(grabbed);
 }
 
 } // namespace doccam

@@ -1,7 +1,7 @@
 // Taking one frame from the driver.
 #pragma once
 
-#include "api/faults.h"
+#include "state/faults.h"
 
 #include <linux/videodev2.h>
 
@@ -37,13 +37,13 @@ struct GrabbedFrame {
 GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame);
 
 // 0, or one of the codes above after printing why.
-int tellFailure(const GrabbedFrame& grabbed);
+int logGrabFailure(const GrabbedFrame& grabbed);
 
 // Takes one frame of the session into buffer, which has room for a frame's bytes; its length goes
 // to length. 0, or one of the codes above after printing why.
 int grabFrame(unsigned char* buffer, int* length);
 
-// Why no further frame comes from descriptor after tellFailure() gave result.
+// Why no further frame comes from descriptor after logGrabFailure() gave result.
 Fault endOfStream(int result, int descriptor);
 
 } // namespace doccam

@@ -2,7 +2,7 @@
 // is stuck in a call that the library cannot end.
 #pragma once
 
-#include "capture/side_thread.h"
+#include "capture/decode_thread.h"
 
 #include <opencv2/core/mat.hpp>
 #include <pthread.h>
@@ -37,7 +37,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
 
     // What the thread begins here works on the library's state as it does itself: while it lasts, a
     // thread outside is not given up either.
-    SideThread& side() { return side_; }
+    DecodeThread& side() { return side_; }
 
     // How long a thread that stays outside holds up its end.
     struct Patience {
@@ -106,7 +106,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     std::atomic<bool> ended_{false};
     std::atomic<Phase> phase_{Phase::kInside};
     bool abandonedInWriting_ = false; // for the side that retires the thread
-    SideThread side_;
+    DecodeThread side_;
     std::vector<cv::Mat> keptImages_;
     std::shared_ptr<unsigned char[]> keptBuffer_;
 };

@@ -1,14 +1,10 @@
 // What libjpeg does here on a fatal error: print the message and jump back.
 #pragma once
 
+#include "base/handles/libjpeg.h"
+
 #include <csetjmp>
 #include <cstddef>
-#include <cstdio>
-
-// Needs the C standard types before it.
-extern "C" {
-#include <jpeglib.h>
-}
 
 namespace doccam {
 

@@ -1,9 +1,5 @@
 #include "decode/jpeg_memory_source.h"
 
-extern "C" {
-#include <jerror.h>
-}
-
 namespace doccam {
 
 int serveEndOfImage(jpeg_decompress_struct* cinfo) {

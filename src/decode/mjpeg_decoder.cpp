@@ -1,5 +1,6 @@
 #include "decode/mjpeg_decoder.h"
 
+#include "base/pixel.h"
 #include "decode/jpeg_header.h"
 #include "decode/picture_scaler.h"
 
@@ -22,7 +23,6 @@ namespace {
 // level and callback of the process belong to the host.
 constexpr int kSilence = 128;
 
-constexpr int kPixelBytes = 3;
 constexpr int kBlock = 16; // pixels that the scaler writes at once
 constexpr std::uintptr_t kAlignment = 64;
 constexpr int kMostPixels = std::numeric_limits<int>::max() / kPixelBytes;
@@ -101,7 +101,7 @@ std::optional<ScaledRows> rowsInPlace(SwsContext& scaler, int width, int height,
     if (!aligned || width % kBlock != 0 || !changesColoursOnly(scaler, width, height)) {
         return std::nullopt;
     }
-    return ScaledRows{out.data, width * kPixelBytes, height};
+    return ScaledRows{out.data, width * kChannels, height};
 }
 
 void copyPacked(const AVFrame& converted, unsigned char* target, std::int64_t bytes) {

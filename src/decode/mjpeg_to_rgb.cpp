@@ -1,6 +1,7 @@
 // libjpeg's errors jump back here: nothing between the jump's ends may have a destructor.
 #include "decode/mjpeg_to_rgb.h"
 
+#include "base/pixel.h"
 #include "decode/jpeg_memory_source.h"
 
 #include <opencv2/core.hpp>
@@ -12,8 +13,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr int kPixelBytes = 3;
 
 struct Session {
     jpeg_decompress_struct decompressor;

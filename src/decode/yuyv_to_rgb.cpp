@@ -24,7 +24,7 @@ bool overlap(const unsigned char* src, const unsigned char* dst, std::size_t pai
 }
 
 void convertApart(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
-    static const YuyvPath fastest = yuyvPaths().back();
+    static const YuyvKernel fastest = allYuyvKernels().back();
     const auto stripes = static_cast<int>((pairs + kStripe - 1) / kStripe);
     shareWork(stripes, [&](const cv::Range& range) {
         const std::size_t first = kStripe * static_cast<std::size_t>(range.start);
@@ -34,7 +34,7 @@ void convertApart(const unsigned char* src, unsigned char* dst, std::size_t pair
 }
 
 void convertOneByOne(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
-    static const YuyvPath plain = yuyvPaths().front();
+    static const YuyvKernel plain = allYuyvKernels().front();
     for (; pairs > 0; --pairs, src += 4, dst += 6) {
         plain.convert(src, dst, 1);
     }

@@ -1,6 +1,8 @@
 // Packed YUYV to red-first pixels.
 #pragma once
 
+#include "base/dispatch.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -13,12 +15,12 @@ void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int he
 // The same loop compiled for one instruction set: count pixel pairs of src, four bytes each, become
 // six bytes each in dst, red first. Values above 250 come out as 255, those below 0 as 0, all
 // others cut off to whole numbers. The two must not overlap.
-struct YuyvPath {
-    const char* instructionSet;
+struct YuyvKernel {
+    InstructionSet instructionSet;
     void (*convert)(const unsigned char* src, unsigned char* dst, std::size_t count);
 };
 
 // The paths that this machine can run, the fastest last. All give the same bytes.
-std::vector<YuyvPath> yuyvPaths();
+std::vector<YuyvKernel> allYuyvKernels();
 
 } // namespace doccam

@@ -13,7 +13,8 @@ int getDeviceCount() {
 }
 
 const char* getCameraName(int index) {
-    return guarded<const char*>("getCameraName", nullptr, [=] { return doccam::cameraName(index); });
+    return guarded<const char*>("getCameraName", nullptr,
+                                [=] { return doccam::cameraName(index); });
 }
 
 int getCameraResolutionCount(int index) {

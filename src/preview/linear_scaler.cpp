@@ -1,5 +1,6 @@
 #include "preview/linear_scaler.h"
 
+#include "base/pixel.h"
 #include "base/strips.h"
 
 #include <opencv2/core.hpp>
@@ -18,7 +19,6 @@
 namespace doccam {
 namespace {
 
-constexpr int kChannels = 3;
 constexpr float kWhole = 2048;
 
 // What source pixels a target pixel stands for, each way.
@@ -76,7 +76,7 @@ void mixRows(const std::int16_t* upper, std::int16_t upperShare, const std::int1
 // row of the target often needs one of them again.
 class LinearScaler::Strip {
   public:
-    using Columns = std::vector<Mixture>;
+    using Columns = std::vector<LinearTap>;
 
     Strip(const cv::Mat& source, const Columns& columns, std::int16_t* memory)
       : source_(source)
@@ -85,7 +85,7 @@ class LinearScaler::Strip {
       , upper_{memory, kNone}
       , lower_{memory + kChannels * columns.size(), kNone} {}
 
-    void fill(const Mixture& rows, uchar* target) {
+    void fill(const LinearTap& rows, uchar* target) {
         if (lower_.number == rows.first) {
             std::swap(upper_, lower_);
         }
@@ -124,14 +124,14 @@ class LinearScaler::Strip {
         }
     }
 
-    static std::int16_t mixture(int first, int second, const Mixture& shares) {
+    static std::int16_t mixture(int first, int second, const LinearTap& shares) {
         return static_cast<std::int16_t>(
             (first * shares.firstShare + second * shares.secondShare) >> 4);
     }
 
     // Mixes a pixel and the next one. Reads kWideRead bytes and writes four samples, the last of no
     // account.
-    static void mixAtOnce(const uchar* pixels, const Mixture& shares, std::int16_t* target) {
+    static void mixAtOnce(const uchar* pixels, const LinearTap& shares, std::int16_t* target) {
 #ifdef __SSE2__
         const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));
         const __m128i second =
@@ -153,7 +153,7 @@ class LinearScaler::Strip {
     // that there is a next pixel, too.
     Columns::const_iterator findEndOfWideReads() const {
         return std::find_if(
-            columns_.begin(), std::prev(columns_.end()), [&](const Mixture& column) {
+            columns_.begin(), std::prev(columns_.end()), [&](const LinearTap& column) {
                 return kChannels * column.first + kWideRead > kChannels * source_.cols;
             });
     }

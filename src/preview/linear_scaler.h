@@ -21,7 +21,7 @@ class LinearScaler {
 
   private:
     // What a place in the target shows of the source, one way: two neighbours, in 2048ths.
-    struct Mixture {
+    struct LinearTap {
         int first = 0;
         int second = 0;
         std::int16_t firstShare = 0;
@@ -33,7 +33,7 @@ class LinearScaler {
     void prepare(cv::Size source, cv::Size target);
 
     cv::Size source_, target_; // that the mixtures are for
-    std::vector<Mixture> columns_, rows_;
+    std::vector<LinearTap> columns_, rows_;
     std::vector<std::int16_t> memory_; // two rows for each strip
 };
 

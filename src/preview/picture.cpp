@@ -1,5 +1,6 @@
 #include "preview/picture.h"
 
+#include "base/pixel.h"
 #include "preview/linear_scaler.h"
 #include "preview/saturated.h"
 
@@ -11,8 +12,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr int kChannels = 3;
 
 int inFramePixels(std::int64_t formPixels, double scale) {
     return truncated(static_cast<double>(formPixels * 100) / scale);

@@ -8,11 +8,11 @@
 namespace doccam {
 namespace {
 
-thread_local FaultNotes* notesOfThread = nullptr;
+thread_local DeferredFaults* notesOfThread = nullptr;
 thread_local DoccamCause causeOfThread = DOCCAM_CAUSE_NONE;
 
 // A fault callback may end a document, whose fault is then told within it.
-void tellHost(const Fault& fault) {
+void callHost(const Fault& fault) {
     if (const FaultCallback callback = state().faultCallback.load(std::memory_order_acquire)) {
         const DoccamCause outer = std::exchange(causeOfThread, fault.cause);
         guarded("the fault callback", 0, [&] {
@@ -25,23 +25,23 @@ void tellHost(const Fault& fault) {
 
 } // namespace
 
-bool hostHearsFaults() {
+bool hasFaultCallback() {
     return state().faultCallback.load(std::memory_order_acquire) != nullptr;
 }
 
 void reportFault(Fault fault) {
-    if (!hostHearsFaults()) {
+    if (!hasFaultCallback()) {
         return;
     }
     if (notesOfThread != nullptr) {
         notesOfThread->add(std::move(fault));
     } else {
-        tellHost(fault);
+        callHost(fault);
     }
 }
 
 void reportException(DoccamFault fault) {
-    if (!hostHearsFaults()) {
+    if (!hasFaultCallback()) {
         throw;
     }
     try {
@@ -53,17 +53,17 @@ void reportException(DoccamFault fault) {
     }
 }
 
-FaultNotes::FaultNotes() {
+DeferredFaults::DeferredFaults() {
     notesOfThread = this;
 }
 
-FaultNotes::~FaultNotes() {
+DeferredFaults::~DeferredFaults() {
     notesOfThread = nullptr;
 }
 
-void FaultNotes::tell() {
+void DeferredFaults::tell() {
     for (const Fault& fault : std::exchange(notes_, {})) {
-        tellHost(fault);
+        callHost(fault);
     }
 }
 

@@ -16,25 +16,25 @@ struct Fault {
 };
 
 // True while the host has a fault callback. Only then are exceptions contained.
-bool hostHearsFaults();
+bool hasFaultCallback();
 
 // Reports the exception in flight, or lets it go on where the host does not hear faults.
 void reportException(DoccamFault fault);
 
-// Tells the host, if it listens: at once, or when the thread's FaultNotes are told.
+// Tells the host, if it listens: at once, or when the thread's DeferredFaults are told.
 void reportFault(Fault fault);
 
 // The cause of the fault that the calling thread's fault callback is being told; none elsewhere.
 DoccamCause currentCause();
 
 // Keeps the faults of the thread that makes it, for a moment at which the host may be called.
-class FaultNotes {
+class DeferredFaults {
   public:
-    FaultNotes();
-    ~FaultNotes();
+    DeferredFaults();
+    ~DeferredFaults();
 
-    FaultNotes(const FaultNotes&) = delete;
-    FaultNotes& operator=(const FaultNotes&) = delete;
+    DeferredFaults(const DeferredFaults&) = delete;
+    DeferredFaults& operator=(const DeferredFaults&) = delete;
 
     void add(Fault fault) { notes_.push_back(std::move(fault)); }
 

@@ -89,7 +89,7 @@ struct LibraryState {
     SharedPath imgSavePath;
     std::atomic<int> IsRecogBarQr{kNoCodeRequest};
     PublishedText BarQrContent;
-    std::atomic<bool> tellingFaults{false}; // a request that failed is answered after the telling
+    std::atomic<bool> reportingFaults{false}; // a request that failed is answered after the telling
 
     // Settings: host writes, stream reads.
     std::atomic<int> cutType{0};

@@ -1,6 +1,6 @@
 // The cause that a fault callback may ask for.
-#include "api/library_state.h"
 #include "integration/session_fixture.h"
+#include "state/library_state.h"
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.hpp>

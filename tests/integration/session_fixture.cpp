@@ -113,7 +113,7 @@ void SessionTest::openSmall(int format) {
 
 void SessionTest::takeStill(const std::string& path) {
     EXPECT_EQ(captureImage(path.c_str()), 0);
-    while (state().isShootPhoto || state().tellingFaults) {
+    while (state().isShootPhoto || state().reportingFaults) {
         std::this_thread::yield();
     }
 }

@@ -1,7 +1,7 @@
 // Stills taken from a live stream.
 #include "integration/session_fixture.h"
-#include "support/photographs.h"
 #include "state/library_state.h"
+#include "support/photographs.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
 

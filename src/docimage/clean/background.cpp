@@ -59,7 +59,7 @@ void whitenRows(cv::Mat& page, cv::Range part, Row above, const Row& below,
     Row row = above;
     for (int y = part.start; y < part.end; ++y) {
         std::copy_n(page.ptr(y), row.size(), row.begin());
-        pageRows().whitenPaper(
+        pageKernels().whitenPaper(
             {
                 .above = above.data(),
                 .row = row.data(),

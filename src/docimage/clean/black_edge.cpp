@@ -36,7 +36,7 @@ void addColours(const cv::Mat& picture, WorkPlane& outline) {
     forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
         std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));
         for (int y = part.start; y < part.end; ++y) {
-            pageRows().markColours(picture.ptr(y), picture.cols, colours.data());
+            pageKernels().markColours(picture.ptr(y), picture.cols, colours.data());
             addMarks(colours, outline.unpaddedRow(y));
         }
     });
@@ -46,7 +46,7 @@ void addColours(const cv::Mat& picture, WorkPlane& outline) {
 
 void whitenMargins(cv::Mat picture) {
     requireColour(picture);
-    whitenAround(sheetOutline(flattenedGrey(picture)), picture);
+    whitenAround(sheetOutline(nearBlackGrey(picture)), picture);
 }
 
 void whitenMarginsByBrightness(cv::Mat picture) {
@@ -56,7 +56,7 @@ void whitenMarginsByBrightness(cv::Mat picture) {
 
 WorkPlane marginMask(cv::Mat picture) {
     requireColour(picture);
-    WorkPlane plane = sheetOutline(liftedGrey(picture));
+    WorkPlane plane = sheetOutline(gammaGrey(picture));
     addColours(picture, plane);
     const Margins margins = findMargins(marksOf(plane));
     plane.clear();

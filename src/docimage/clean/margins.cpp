@@ -1,5 +1,6 @@
 #include "docimage/clean/margins.h"
 
+#include "base/pixel.h"
 #include "base/strips.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 namespace doccam {
 namespace {
 
-constexpr uchar kWhite = 255;
 constexpr int kOutline = 3; // marks that make an outline
 
 // Eight marks at once.

@@ -1,5 +1,6 @@
 #include "docimage/clean/page_grey.h"
 
+#include "base/pixel.h"
 #include "base/strips.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/pixels/gamma.h"
@@ -16,11 +17,10 @@ namespace doccam {
 namespace {
 
 constexpr float kGamma = 0.4F;
-constexpr int kChannels = 3;
 
 // What a sample of a lifted pixel adds to its grey level, the half for rounding included.
-struct LiftedWeights {
-    LiftedWeights() {
+struct GammaWeights {
+    GammaWeights() {
         const auto curve = gammaCurve(kGamma);
         for (std::size_t i = 0; i < curve.size(); ++i) {
             first[i] = kRedWeight * curve[i] + kGreyHalf;
@@ -55,7 +55,7 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     return grey;
 }
 
-void lift(const uchar* pixels, int count, const LiftedWeights& weights, uchar* grey) {
+void lift(const uchar* pixels, int count, const GammaWeights& weights, uchar* grey) {
     for (int x = 0; x < count; ++x, pixels += kChannels) {
         grey[x] = weights.greyOf(pixels);
     }
@@ -63,7 +63,7 @@ void lift(const uchar* pixels, int count, const LiftedWeights& weights, uchar* g
 
 // Dark pixels are few: what lies between them is filled a block at a time. The row holds 255 for
 // the dark ones at first, 0 for others.
-void flatten(const uchar* pixels, int count, const LiftedWeights& weights, uchar* row,
+void flatten(const uchar* pixels, int count, const GammaWeights& weights, uchar* row,
              Levels& levels) {
     constexpr uchar kSheet[kChannels] = {128, 128, 128};
     constexpr int kBlock = 32;
@@ -95,18 +95,18 @@ PageGrey greyOf(const cv::Mat& page) {
     });
 }
 
-PageGrey liftedGrey(const cv::Mat& page) {
-    const LiftedWeights weights;
+PageGrey gammaGrey(const cv::Mat& page) {
+    const GammaWeights weights;
     return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
         lift(pixels, page.cols, weights, grey);
         countLevels(grey, page.cols, levels);
     });
 }
 
-PageGrey flattenedGrey(const cv::Mat& page) {
-    const LiftedWeights weights;
+PageGrey nearBlackGrey(const cv::Mat& page) {
+    const GammaWeights weights;
     return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
-        pageRows().markDark(pixels, page.cols, grey);
+        pageKernels().markDark(pixels, page.cols, grey);
         flatten(pixels, page.cols, weights, grey, levels);
     });
 }

@@ -19,9 +19,9 @@ struct PageGrey {
 PageGrey greyOf(const cv::Mat& page);
 
 // Dark samples lifted first.
-PageGrey liftedGrey(const cv::Mat& page);
+PageGrey gammaGrey(const cv::Mat& page);
 
 // Paper and print are one level, so that only the nearly black, lifted, differs from them.
-PageGrey flattenedGrey(const cv::Mat& page);
+PageGrey nearBlackGrey(const cv::Mat& page);
 
 } // namespace doccam

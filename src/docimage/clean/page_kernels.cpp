@@ -1,7 +1,8 @@
 // Loops that the compiler turns into vector instructions.
 #include "docimage/clean/page_kernels.h"
 
-#include "base/instruction_sets.h"
+#include "base/dispatch.h"
+#include "base/pixel.h"
 #include "docimage/pixels/pixel_colour.h"
 
 #include <algorithm>
@@ -9,9 +10,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr std::ptrdiff_t kChannels = 3;
-constexpr unsigned char kWhite = 255;
 
 // Colours are taken apart a block at a time, and put together again.
 constexpr int kBlock = 64;
@@ -26,17 +24,17 @@ struct Colours {
                                             Colours& colours) {
     for (int i = 0; i < count; ++i) {
         // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.Assign): count pixels are set
-        colours.blue[i] = pixels[kChannels * i];
-        colours.green[i] = pixels[kChannels * i + 1];
-        colours.red[i] = pixels[kChannels * i + 2];
+        colours.blue[i] = pixels[kPixelBytes * i];
+        colours.green[i] = pixels[kPixelBytes * i + 1];
+        colours.red[i] = pixels[kPixelBytes * i + 2];
     }
 }
 
 [[gnu::always_inline]] inline void join(const Colours& colours, int count, unsigned char* pixels) {
     for (int i = 0; i < count; ++i) {
-        pixels[kChannels * i] = colours.blue[i];
-        pixels[kChannels * i + 1] = colours.green[i];
-        pixels[kChannels * i + 2] = colours.red[i];
+        pixels[kPixelBytes * i] = colours.blue[i];
+        pixels[kPixelBytes * i + 1] = colours.green[i];
+        pixels[kPixelBytes * i + 2] = colours.red[i];
     }
 }
 
@@ -50,7 +48,7 @@ struct Colours {
 [[gnu::always_inline]] inline void markColoursOf(const unsigned char* pixels, int count,
                                                  unsigned char* marks) {
     Colours colours;
-    for (; count >= kBlock; count -= kBlock, pixels += kChannels * kBlock, marks += kBlock) {
+    for (; count >= kBlock; count -= kBlock, pixels += kPixelBytes * kBlock, marks += kBlock) {
         separate(pixels, kBlock, colours);
         markBlock(colours, kBlock, marks);
     }
@@ -115,7 +113,7 @@ struct Colours {
 }
 
 // Grey print outside the margins keeps its samples.
-[[gnu::always_inline]] inline void choose(const PaperRow& row, int first, int count,
+[[gnu::always_inline]] inline void choose(const WhitenRowInput& row, int first, int count,
                                           const Channel& coloured, const Channel& colour,
                                           Channel& sample) {
     const unsigned char* const margin = row.margin + first;
@@ -127,11 +125,11 @@ struct Colours {
     }
 }
 
-[[gnu::always_inline]] inline void whitenBlock(const PaperRow& row, int first, int count,
+[[gnu::always_inline]] inline void whitenBlock(const WhitenRowInput& row, int first, int count,
                                                unsigned char* result) {
-    const std::ptrdiff_t begin = kChannels * first;
+    const std::ptrdiff_t begin = kPixelBytes * first;
     alignas(kBlock) unsigned char sharp[kChannels * kBlock];
-    for (int i = 0; i < kChannels * count; ++i) {
+    for (int i = 0; i < kPixelBytes * count; ++i) {
         sharp[i] = sharpened(row.above[begin + i], row.row[begin + i], row.below[begin + i]);
     }
     Colours colours;
@@ -147,7 +145,7 @@ struct Colours {
     join(samples, count, result + begin);
 }
 
-[[gnu::always_inline]] inline void whitenPaperOf(const PaperRow& row, unsigned char* result) {
+[[gnu::always_inline]] inline void whitenPaperOf(const WhitenRowInput& row, unsigned char* result) {
     int first = 0;
     for (; first + kBlock <= row.count; first += kBlock) {
         whitenBlock(row, first, kBlock, result);
@@ -155,7 +153,8 @@ struct Colours {
     whitenBlock(row, first, row.count - first, result);
 }
 
-constexpr PageRows kPlain = {"baseline", markColoursOf, markDarkOf, markPaperOf, whitenPaperOf};
+constexpr PageKernels kBaseline = {InstructionSet::kBaseline, markColoursOf, markDarkOf,
+                                   markPaperOf, whitenPaperOf};
 
 #ifdef __x86_64__
 
@@ -174,12 +173,12 @@ constexpr PageRows kPlain = {"baseline", markColoursOf, markDarkOf, markPaperOf,
     markPaperOf(grey, sums, count, paper);
 }
 
-[[gnu::target("avx2")]] void whitenPaperWithAvx2(const PaperRow& row, unsigned char* result) {
+[[gnu::target("avx2")]] void whitenPaperWithAvx2(const WhitenRowInput& row, unsigned char* result) {
     whitenPaperOf(row, result);
 }
 
-constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markDarkWithAvx2, markPaperWithAvx2,
-                            whitenPaperWithAvx2};
+constexpr PageKernels kAvx2 = {InstructionSet::kAvx2, markColoursWithAvx2, markDarkWithAvx2,
+                               markPaperWithAvx2, whitenPaperWithAvx2};
 
 [[DOCCAM_TARGET_AVX512]] void markColoursWithAvx512(const unsigned char* pixels, int count,
                                                     unsigned char* marks) {
@@ -197,32 +196,28 @@ constexpr PageRows kAvx2 = {"AVX2", markColoursWithAvx2, markDarkWithAvx2, markP
     markPaperOf(grey, sums, count, paper);
 }
 
-[[DOCCAM_TARGET_AVX512]] void whitenPaperWithAvx512(const PaperRow& row, unsigned char* result) {
+[[DOCCAM_TARGET_AVX512]] void whitenPaperWithAvx512(const WhitenRowInput& row,
+                                                    unsigned char* result) {
     whitenPaperOf(row, result);
 }
 
-constexpr PageRows kAvx512 = {"AVX-512", markColoursWithAvx512, markDarkWithAvx512,
-                              markPaperWithAvx512, whitenPaperWithAvx512};
+constexpr PageKernels kAvx512 = {InstructionSet::kAvx512, markColoursWithAvx512, markDarkWithAvx512,
+                                 markPaperWithAvx512, whitenPaperWithAvx512};
 
 #endif
 
 } // namespace
 
-std::vector<PageRows> allPageRows() {
-    std::vector<PageRows> all{kPlain};
+std::vector<PageKernels> allPageKernels() {
 #ifdef __x86_64__
-    if (hasAvx2()) {
-        all.push_back(kAvx2);
-    }
-    if (hasAvx512()) {
-        all.push_back(kAvx512);
-    }
+    return supportedKernels({kBaseline, kAvx2, kAvx512});
+#else
+    return {kBaseline};
 #endif
-    return all;
 }
 
-const PageRows& pageRows() {
-    static const PageRows widest = allPageRows().back();
+const PageKernels& pageKernels() {
+    static const PageKernels widest = allPageKernels().back();
     return widest;
 }
 

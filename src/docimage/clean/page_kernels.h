@@ -2,13 +2,15 @@
 // set.
 #pragma once
 
+#include "base/dispatch.h"
+
 #include <cstdint>
 #include <vector>
 
 namespace doccam {
 
 // A row of a page on its way to white paper. Colours have three samples a pixel, blue first.
-struct PaperRow {
+struct WhitenRowInput {
     const unsigned char* above = nullptr;
     const unsigned char* row = nullptr;
     const unsigned char* below = nullptr;
@@ -19,8 +21,8 @@ struct PaperRow {
 
 inline constexpr int kSurroundings = 179; // pixels, a square's side
 
-struct PageRows {
-    const char* name; // of the instruction set
+struct PageKernels {
+    InstructionSet instructionSet;
 
     // 255 for coloured pixels of three samples, 0 for others.
     void (*markColours)(const unsigned char* pixels, int count, unsigned char* marks);
@@ -36,13 +38,13 @@ struct PageRows {
 
     // Coloured marks sharpened, all else that is paper or margin white. Not into a row that it
     // reads, but for row.
-    void (*whitenPaper)(const PaperRow& row, unsigned char* result);
+    void (*whitenPaper)(const WhitenRowInput& row, unsigned char* result);
 };
 
 // Those that this machine can run, the narrowest vectors first. Their results are the same.
-std::vector<PageRows> allPageRows();
+std::vector<PageKernels> allPageKernels();
 
 // The one with the widest vectors.
-const PageRows& pageRows();
+const PageKernels& pageKernels();
 
 } // namespace doccam

@@ -26,7 +26,7 @@ void reduceEvenly(const cv::Mat& frame, cv::Mat& reduced) {
     forEachStrip(Strips(reduced.rows), [&](cv::Range part, int /*number*/) {
         for (int y = part.start; y < part.end; ++y) {
             const int row = kReduction * y;
-            reducedRows().reduceToGrey(
+            sheetSearchKernels().reduceToGrey(
                 {frame.ptr(row), frame.ptr(row + 1), frame.ptr(row + 2), frame.ptr(row + 3)},
                 reduced.cols, reduced.ptr(y));
         }
@@ -39,8 +39,8 @@ void extendRow(uchar* row, int width) {
     std::memset(row + width, row[width - 1], kBlurReach);
 }
 
-ReducedRows::SumRows rowsAround(const cv::Mat& sums, int y) {
-    ReducedRows::SumRows rows;
+SheetSearchKernels::SumRows rowsAround(const cv::Mat& sums, int y) {
+    SheetSearchKernels::SumRows rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const int near = y + static_cast<int>(i) - kBlurReach;
         rows[i] = sums.ptr<std::uint16_t>(std::clamp(near, 0, sums.rows - 1));
@@ -63,20 +63,20 @@ const cv::Mat& SheetSearch::reduce(const cv::Mat& frame) {
     return reduced_;
 }
 
-const cv::Mat& SheetSearch::liftContrast() {
+const cv::Mat& SheetSearch::flatField() {
     const int width = reduced_.cols;
     const Strips strips(reduced_.rows);
     sums_.create(reduced_.size(), CV_16UC1);
     forEachStrip(strips, [&](cv::Range part, int /*number*/) {
         for (int y = part.start; y < part.end; ++y) {
             extendRow(reduced_.ptr(y), width);
-            reducedRows().blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
+            sheetSearchKernels().blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
         }
     });
     std::array<Levels, Strips::kMost> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
-            reducedRows().lift(rowsAround(sums_, y), width, reduced_.ptr(y));
+            sheetSearchKernels().flatField(rowsAround(sums_, y), width, reduced_.ptr(y));
             countLevels(reduced_.ptr(y), width, levels[static_cast<std::size_t>(number)]);
         }
     });
@@ -89,7 +89,7 @@ const cv::Mat& SheetSearch::liftContrast() {
 
 const OuterOutlines& SheetSearch::outlinesIn(const cv::Mat& frame) {
     reduce(frame);
-    liftContrast();
+    flatField();
     markBrightRegions(reduced_, levels_);
     outlines_.search(reduced_);
     return outlines_;

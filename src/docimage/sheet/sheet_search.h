@@ -21,7 +21,7 @@ class SheetSearch {
     // The reduced grey copy, rests below a multiple of four cut off.
     const cv::Mat& reduce(const cv::Mat& frame);
     // The copy freed of slow changes.
-    const cv::Mat& liftContrast();
+    const cv::Mat& flatField();
 
   private:
     cv::Mat padded_;  // the reduced copy with the pixels around each row that its sums need

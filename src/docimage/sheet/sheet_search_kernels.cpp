@@ -1,9 +1,10 @@
 // Loops that the compiler turns into vector instructions.
 #include "docimage/sheet/sheet_search_kernels.h"
 
-#include "base/instruction_sets.h"
+#include "base/dispatch.h"
+#include "base/pixel.h"
+#include "docimage/pixels/flat_field.h"
 #include "docimage/pixels/grey_weights.h"
-#include "docimage/pixels/lifted_level.h"
 
 #include <cstddef>
 #include <cstring>
@@ -11,7 +12,6 @@
 namespace doccam {
 namespace {
 
-constexpr int kChannels = 3;
 constexpr int kPixel = kReduction * kChannels; // samples in a row of the frame
 
 constexpr int kBlock = 32; // pixels of the reduced copy
@@ -20,7 +20,7 @@ constexpr int kBlockSamples = kBlock * kPixel;
 // The sums of four samples of one colour one below the other.
 using Columns = std::uint16_t[kBlockSamples + kPixel];
 
-[[gnu::always_inline]] inline void addRows(const ReducedRows::FrameRows& rows, int begin,
+[[gnu::always_inline]] inline void addRows(const SheetSearchKernels::FrameRows& rows, int begin,
                                            int samples, Columns& sums) {
     for (int i = 0; i < samples; ++i) {
         sums[i] = static_cast<std::uint16_t>(rows[0][begin + i] + rows[1][begin + i] +
@@ -42,7 +42,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     return (sum + 7 + ((sum >> 4) & 1)) >> 4;
 }
 
-[[gnu::always_inline]] inline void reduceBlock(const ReducedRows::FrameRows& rows, int first,
+[[gnu::always_inline]] inline void reduceBlock(const SheetSearchKernels::FrameRows& rows, int first,
                                                int count, unsigned char* grey) {
     Columns sums, wide;
     addRows(rows, first * kPixel, count * kPixel, sums);
@@ -62,7 +62,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
 }
 
 // The last block begins before the previous one ends, rather than being shorter.
-[[gnu::always_inline]] inline void reduceRows(const ReducedRows::FrameRows& rows, int count,
+[[gnu::always_inline]] inline void reduceRows(const SheetSearchKernels::FrameRows& rows, int count,
                                               unsigned char* grey) {
     if (count < kBlock) {
         reduceBlock(rows, 0, count, grey);
@@ -97,8 +97,9 @@ constexpr int kWeightsShift = 16; // of both ways together
 
 // The first done pixels have been lifted already. All rows are added up for a pixel before the
 // next: row after row, the compiler would take pixels one by one.
-[[gnu::always_inline]] inline void liftBlock(const ReducedRows::SumRows& rows, int first, int count,
-                                             int done, unsigned char* grey) {
+[[gnu::always_inline]] inline void flatFieldBlock(const SheetSearchKernels::SumRows& rows,
+                                                  int first, int count, int done,
+                                                  unsigned char* grey) {
     std::uint32_t sums[kBlock];
     for (int i = 0; i < count; ++i) {
         const int x = first + i;
@@ -112,30 +113,31 @@ constexpr int kWeightsShift = 16; // of both ways together
     }
     for (int i = done; i < count; ++i) {
         const int background = static_cast<int>(sums[i] >> kWeightsShift);
-        grey[first + i] = liftedLevel(grey[first + i], background);
+        grey[first + i] = flatFieldedLevel(grey[first + i], background);
     }
 }
 
-[[gnu::always_inline]] inline void liftRow(const ReducedRows::SumRows& rows, int count,
-                                           unsigned char* grey) {
+[[gnu::always_inline]] inline void flatFieldRow(const SheetSearchKernels::SumRows& rows, int count,
+                                                unsigned char* grey) {
     if (count < kBlock) {
-        liftBlock(rows, 0, count, 0, grey);
+        flatFieldBlock(rows, 0, count, 0, grey);
         return;
     }
     int first = 0;
     for (; first + kBlock <= count; first += kBlock) {
-        liftBlock(rows, first, kBlock, 0, grey);
+        flatFieldBlock(rows, first, kBlock, 0, grey);
     }
     if (first < count) {
-        liftBlock(rows, count - kBlock, kBlock, first - (count - kBlock), grey);
+        flatFieldBlock(rows, count - kBlock, kBlock, first - (count - kBlock), grey);
     }
 }
 
-constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
+constexpr SheetSearchKernels kBaseline = {InstructionSet::kBaseline, reduceRows, blurRow,
+                                          flatFieldRow};
 
 #ifdef __x86_64__
 
-[[gnu::target("avx2")]] void reduceWithAvx2(const ReducedRows::FrameRows& rows, int count,
+[[gnu::target("avx2")]] void reduceWithAvx2(const SheetSearchKernels::FrameRows& rows, int count,
                                             unsigned char* grey) {
     reduceRows(rows, count, grey);
 }
@@ -145,14 +147,15 @@ constexpr ReducedRows kPlain = {"baseline", reduceRows, blurRow, liftRow};
     blurRow(grey, count, sums);
 }
 
-[[gnu::target("avx2")]] void liftWithAvx2(const ReducedRows::SumRows& rows, int count,
-                                          unsigned char* grey) {
-    liftRow(rows, count, grey);
+[[gnu::target("avx2")]] void flatFieldWithAvx2(const SheetSearchKernels::SumRows& rows, int count,
+                                               unsigned char* grey) {
+    flatFieldRow(rows, count, grey);
 }
 
-constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx2};
+constexpr SheetSearchKernels kAvx2 = {InstructionSet::kAvx2, reduceWithAvx2, blurWithAvx2,
+                                      flatFieldWithAvx2};
 
-[[DOCCAM_TARGET_AVX512]] void reduceWithAvx512(const ReducedRows::FrameRows& rows, int count,
+[[DOCCAM_TARGET_AVX512]] void reduceWithAvx512(const SheetSearchKernels::FrameRows& rows, int count,
                                                unsigned char* grey) {
     reduceRows(rows, count, grey);
 }
@@ -162,32 +165,28 @@ constexpr ReducedRows kAvx2 = {"AVX2", reduceWithAvx2, blurWithAvx2, liftWithAvx
     blurRow(grey, count, sums);
 }
 
-[[DOCCAM_TARGET_AVX512]] void liftWithAvx512(const ReducedRows::SumRows& rows, int count,
-                                             unsigned char* grey) {
-    liftRow(rows, count, grey);
+[[DOCCAM_TARGET_AVX512]] void flatFieldWithAvx512(const SheetSearchKernels::SumRows& rows,
+                                                  int count, unsigned char* grey) {
+    flatFieldRow(rows, count, grey);
 }
 
-constexpr ReducedRows kAvx512 = {"AVX-512", reduceWithAvx512, blurWithAvx512, liftWithAvx512};
+constexpr SheetSearchKernels kAvx512 = {InstructionSet::kAvx512, reduceWithAvx512, blurWithAvx512,
+                                        flatFieldWithAvx512};
 
 #endif
 
 } // namespace
 
-std::vector<ReducedRows> allReducedRows() {
-    std::vector<ReducedRows> all{kPlain};
+std::vector<SheetSearchKernels> allSheetSearchKernels() {
 #ifdef __x86_64__
-    if (hasAvx2()) {
-        all.push_back(kAvx2);
-    }
-    if (hasAvx512()) {
-        all.push_back(kAvx512);
-    }
+    return supportedKernels({kBaseline, kAvx2, kAvx512});
+#else
+    return {kBaseline};
 #endif
-    return all;
 }
 
-const ReducedRows& reducedRows() {
-    static const ReducedRows widest = allReducedRows().back();
+const SheetSearchKernels& sheetSearchKernels() {
+    static const SheetSearchKernels widest = allSheetSearchKernels().back();
     return widest;
 }
 

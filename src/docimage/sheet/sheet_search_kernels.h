@@ -2,6 +2,8 @@
 // time, once for each instruction set.
 #pragma once
 
+#include "base/dispatch.h"
+
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -14,11 +16,11 @@ inline constexpr int kReduction = 4;
 // How far the slow changes look, each way, in pixels of the reduced copy.
 inline constexpr int kBlurReach = 9;
 
-struct ReducedRows {
+struct SheetSearchKernels {
     using FrameRows = std::array<const unsigned char*, kReduction>;
     using SumRows = std::array<const std::uint16_t*, 2 * kBlurReach + 1>;
 
-    const char* name; // of the instruction set
+    InstructionSet instructionSet;
 
     // The grey of the means of four by four red-first pixels; count of them.
     void (*reduceToGrey)(const FrameRows& rows, int count, unsigned char* grey);
@@ -28,13 +30,13 @@ struct ReducedRows {
     void (*blurAlong)(const unsigned char* grey, int count, std::uint16_t* sums);
 
     // Frees grey of most of the slow changes, which are the weighted sums of such sums.
-    void (*lift)(const SumRows& rows, int count, unsigned char* grey);
+    void (*flatField)(const SumRows& rows, int count, unsigned char* grey);
 };
 
 // Those that this machine can run, the narrowest vectors first. Their results are the same.
-std::vector<ReducedRows> allReducedRows();
+std::vector<SheetSearchKernels> allSheetSearchKernels();
 
 // The one with the widest vectors.
-const ReducedRows& reducedRows();
+const SheetSearchKernels& sheetSearchKernels();
 
 } // namespace doccam

@@ -1,5 +1,6 @@
 #include "docimage/turn/pixel_turn.h"
 
+#include "base/pixel.h"
 #include "base/shared_work.h"
 #include "docimage/pixels/pixel_tiles.h"
 
@@ -12,8 +13,6 @@
 
 namespace doccam {
 namespace {
-
-constexpr std::ptrdiff_t kPixelBytes = 3;
 
 // The picture is turned in blocks: what a block reads and writes stays in the cache while each line
 // of it is used several times.

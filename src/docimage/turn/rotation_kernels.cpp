@@ -1,7 +1,8 @@
 // Loops that the compiler turns into vector instructions, but for the fetching of pixels.
 #include "docimage/turn/rotation_kernels.h"
 
-#include "base/instruction_sets.h"
+#include "base/dispatch.h"
+#include "base/pixel.h"
 
 #include <cstdint>
 #include <cstring>
@@ -9,7 +10,6 @@
 namespace doccam {
 namespace {
 
-constexpr int kChannels = 3;
 constexpr int kBlock = 64;
 
 // The pixels around the places of a block, each with its samples in the lower three bytes.
@@ -27,7 +27,7 @@ struct Places {
     int across[kBlock], down[kBlock];
 };
 
-[[gnu::always_inline]] inline void findPlaces(const TurnedRow& row, int first, int count,
+[[gnu::always_inline]] inline void findPlaces(const RotationRow& row, int first, int count,
                                               Places& places) {
     const int* const acrossFrom = row.acrossFrom + first;
     const int* const downFrom = row.downFrom + first;
@@ -37,7 +37,7 @@ struct Places {
     }
 }
 
-[[gnu::always_inline]] inline void fetch(const TurnedRow& row, const Places& places, int count,
+[[gnu::always_inline]] inline void fetch(const RotationRow& row, const Places& places, int count,
                                          Neighbours& pixels) {
     int offsets[kBlock];
     for (int i = 0; i < count; ++i) {
@@ -102,7 +102,7 @@ struct Fractions {
     }
 }
 
-[[gnu::always_inline]] inline void blendBlock(const TurnedRow& row, int first, int count,
+[[gnu::always_inline]] inline void blendBlock(const RotationRow& row, int first, int count,
                                               SampleOrder order, unsigned char* target) {
     Places places;
     Neighbours pixels;
@@ -119,7 +119,7 @@ struct Fractions {
          target + std::ptrdiff_t{kChannels} * first);
 }
 
-[[gnu::always_inline]] inline void blendRow(const TurnedRow& row, SampleOrder order,
+[[gnu::always_inline]] inline void blendRow(const RotationRow& row, SampleOrder order,
                                             unsigned char* target) {
     int first = 0;
     for (; first + kBlock <= row.count; first += kBlock) {
@@ -128,33 +128,31 @@ struct Fractions {
     blendBlock(row, first, row.count - first, order, target);
 }
 
-constexpr TurnedRows kPlain = {"baseline", blendRow};
+constexpr RotationKernels kBaseline = {InstructionSet::kBaseline, blendRow};
 
 #ifdef __x86_64__
 
-[[gnu::target("avx2")]] void blendWithAvx2(const TurnedRow& row, SampleOrder order,
+[[gnu::target("avx2")]] void blendWithAvx2(const RotationRow& row, SampleOrder order,
                                            unsigned char* target) {
     blendRow(row, order, target);
 }
 
-constexpr TurnedRows kAvx2 = {"AVX2", blendWithAvx2};
+constexpr RotationKernels kAvx2 = {InstructionSet::kAvx2, blendWithAvx2};
 
 #endif
 
 } // namespace
 
-std::vector<TurnedRows> allTurnedRows() {
-    std::vector<TurnedRows> all{kPlain};
+std::vector<RotationKernels> allRotationKernels() {
 #ifdef __x86_64__
-    if (hasAvx2()) {
-        all.push_back(kAvx2);
-    }
+    return supportedKernels({kBaseline, kAvx2});
+#else
+    return {kBaseline};
 #endif
-    return all;
 }
 
-const TurnedRows& turnedRows() {
-    static const TurnedRows widest = allTurnedRows().back();
+const RotationKernels& rotationKernels() {
+    static const RotationKernels widest = allRotationKernels().back();
     return widest;
 }
 

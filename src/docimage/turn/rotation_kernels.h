@@ -1,6 +1,8 @@
 // Rendering rows of a turned picture, once for each instruction set.
 #pragma once
 
+#include "base/dispatch.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -15,7 +17,7 @@ inline constexpr int kFractionShift = 5;
 
 // Where the pixels of a row lie in the source, and what is there. At each place two pixels more to
 // the right and one more below can be read. The source has fewer bytes than an int can count.
-struct TurnedRow {
+struct RotationRow {
     const unsigned char* source = nullptr; // three samples a pixel
     int step = 0;                          // bytes from row to row of the source
     int across = 0, down = 0;              // of the row's beginning
@@ -24,18 +26,18 @@ struct TurnedRow {
     int count = 0;
 };
 
-struct TurnedRows {
-    const char* name; // of the instruction set
+struct RotationKernels {
+    InstructionSet instructionSet;
 
     // Each pixel is a blend of the four pixels around its place.
-    void (*blend)(const TurnedRow& row, SampleOrder order, unsigned char* target);
+    void (*blend)(const RotationRow& row, SampleOrder order, unsigned char* target);
 };
 
 // Those that this machine can run, the narrowest vectors first. Their results are the same.
-std::vector<TurnedRows> allTurnedRows();
+std::vector<RotationKernels> allRotationKernels();
 
 // The one with the widest vectors.
-const TurnedRows& turnedRows();
+const RotationKernels& rotationKernels();
 
 // A place between two pixels, in 32nds of the way to the second.
 [[gnu::always_inline]] inline std::int16_t fractionOf(int place) {

@@ -1,5 +1,6 @@
 #include "docimage/turn/turned_picture.h"
 
+#include "base/pixel.h"
 #include "base/strips.h"
 #include "docimage/turn/free_rotation.h"
 
@@ -12,7 +13,6 @@
 namespace doccam {
 namespace {
 
-constexpr int kChannels = 3;
 constexpr int kMostSide = 16384;
 constexpr std::size_t kMostBytes = std::numeric_limits<int>::max();
 
@@ -81,25 +81,25 @@ TurnedPicture::Place TurnedPicture::placeOf(int x, int y) const {
 }
 
 // Whether enough pixels to read lie around a place.
-bool TurnedPicture::isAmidst(Place place) const {
+bool TurnedPicture::hasFullNeighbourhood(Place place) const {
     return place.x() >= 0 && place.x() + 2 < source_.cols && place.y() >= 0 &&
            place.y() + 1 < source_.rows;
 }
 
 // A row meets the source at most once.
-cv::Range TurnedPicture::columnsAmidst(const cv::Rect& part, int y) const {
+cv::Range TurnedPicture::columnsWithNeighbourhood(const cv::Rect& part, int y) const {
     cv::Range columns(part.x, part.x + part.width);
-    while (!columns.empty() && !isAmidst(placeOf(columns.start, y))) {
+    while (!columns.empty() && !hasFullNeighbourhood(placeOf(columns.start, y))) {
         ++columns.start;
     }
-    while (!columns.empty() && !isAmidst(placeOf(columns.end - 1, y))) {
+    while (!columns.empty() && !hasFullNeighbourhood(placeOf(columns.end - 1, y))) {
         --columns.end;
     }
     return columns;
 }
 
 void TurnedPicture::renderRow(const cv::Rect& part, int y, SampleOrder order, uchar* row) const {
-    const cv::Range amidst = columnsAmidst(part, y);
+    const cv::Range amidst = columnsWithNeighbourhood(part, y);
     const auto pixelAt = [&](int x) { return row + std::ptrdiff_t{kChannels} * (x - part.x); };
     for (int x = part.x; x < amidst.start; ++x) {
         renderPixel(placeOf(x, y), order, pixelAt(x));
@@ -110,7 +110,7 @@ void TurnedPicture::renderRow(const cv::Rect& part, int y, SampleOrder order, uc
     if (!amidst.empty()) {
         const auto first = static_cast<std::size_t>(amidst.start);
         const Place start = placeOf(amidst.start, y);
-        turnedRows().blend(
+        rotationKernels().blend(
             {
                 .source = source_.data,
                 .step = static_cast<int>(source_.step[0]),

@@ -39,8 +39,8 @@ class TurnedPicture {
     struct Place;
 
     Place placeOf(int x, int y) const;
-    bool isAmidst(Place place) const;
-    cv::Range columnsAmidst(const cv::Rect& part, int y) const;
+    bool hasFullNeighbourhood(Place place) const;
+    cv::Range columnsWithNeighbourhood(const cv::Rect& part, int y) const;
     void renderRow(const cv::Rect& part, int y, SampleOrder order, uchar* row) const;
     void renderPixel(Place place, SampleOrder order, uchar* pixel) const;
 

@@ -1,17 +1,13 @@
 #include "output/files/jpeg_writer.h"
 
+#include "base/handles/libjpeg.h"
+
 #include <algorithm>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdio>
 #include <new>
 #include <utility>
-
-// clang-format off: this header needs <cstdio> and <cstddef> before it
-#include <jpeglib.h>
-// clang-format on
-
-#include <jerror.h>
 
 namespace doccam {
 namespace {

@@ -104,7 +104,7 @@ cv::Mat resizedToSteps(const cv::Mat& page) {
 }
 
 // The same for frames of another kind than the camera's.
-cv::Mat pageOfOtherKind(const cv::Mat& picture) {
+cv::Mat pageFallback(const cv::Mat& picture) {
     cv::Mat page = picture(placeOfPage(picture.size()));
     cv::copyMakeBorder(page, page, kPageBorder, kPageBorder, kPageBorder, kPageBorder,
                        cv::BORDER_CONSTANT, kBlack);
@@ -118,7 +118,7 @@ cv::Mat straightPage(const cv::Mat& frame) {
     const float angle = storeGeometry(cornersFrom(state().CutPoint.data()), state());
     const TurnedRegion region = sheetRegion(frame, borders);
     if (!TurnedPicture::canRender(region)) {
-        return blueFirst(resizedToSteps(pageOfOtherKind(rotated(region.pixels, angle))));
+        return blueFirst(resizedToSteps(pageFallback(rotated(region.pixels, angle))));
     }
     return resizedToSteps(pageOf(TurnedPicture(region, angle)));
 }

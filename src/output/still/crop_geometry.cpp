@@ -11,7 +11,7 @@ int inStepsOfFour(int length) {
 }
 
 // By how much the last negative coordinate lies before the frame.
-int shortBefore(const SheetCorners& corners, int cv::Point::*axis) {
+int overhangLow(const SheetCorners& corners, int cv::Point::*axis) {
     int amount = 0;
     for (const cv::Point corner : corners) {
         amount = corner.*axis < 0 ? -(corner.*axis) : amount;
@@ -20,7 +20,7 @@ int shortBefore(const SheetCorners& corners, int cv::Point::*axis) {
 }
 
 // By how much the last coordinate beyond the frame's length lies behind it.
-int shortBehind(const SheetCorners& corners, int cv::Point::*axis, int length) {
+int overhangHigh(const SheetCorners& corners, int cv::Point::*axis, int length) {
     int amount = 0;
     for (const cv::Point corner : corners) {
         amount = corner.*axis > length ? corner.*axis - length : amount;
@@ -42,12 +42,12 @@ int clipped(int start, int length, int limit) {
 
 FittedCorners fitIntoFrame(SheetCorners corners, cv::Size frame) {
     BorderAmounts borders;
-    borders.left = shortBefore(corners, &cv::Point::x);
+    borders.left = overhangLow(corners, &cv::Point::x);
     shift(corners, &cv::Point::x, borders.left);
-    borders.right = shortBehind(corners, &cv::Point::x, frame.width);
-    borders.top = shortBefore(corners, &cv::Point::y);
+    borders.right = overhangHigh(corners, &cv::Point::x, frame.width);
+    borders.top = overhangLow(corners, &cv::Point::y);
     shift(corners, &cv::Point::y, borders.top);
-    borders.bottom = shortBehind(corners, &cv::Point::y, frame.height);
+    borders.bottom = overhangHigh(corners, &cv::Point::y, frame.height);
     return {borders, corners};
 }
 

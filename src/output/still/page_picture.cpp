@@ -1,11 +1,12 @@
 #include "output/still/page_picture.h"
 
+#include "base/pixel.h"
+
 #include <opencv2/imgproc.hpp>
 
 namespace doccam {
 namespace {
 
-constexpr double kWhite = 255.0;
 constexpr int kNeighbourhood = 179;
 constexpr double kBelowMean = 19.0;
 

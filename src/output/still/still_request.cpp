@@ -14,7 +14,7 @@ constexpr int kMostWaitsForFile = 3;
 
 bool isPending() {
     return state().isShootPhoto.load(std::memory_order_acquire) ||
-           state().tellingFaults.load(std::memory_order_acquire);
+           state().reportingFaults.load(std::memory_order_acquire);
 }
 
 bool hasStill() {

@@ -47,7 +47,7 @@ TEST_F(Containing, TellsTheHostOfAnythingThatIsThrown) {
 
 TEST_F(Containing, HoldsNotesBackUntilTheyAreTold) {
     SetFaultCallback(onFault);
-    FaultNotes notes;
+    DeferredFaults notes;
     reportFault({DOCCAM_FAULT_PREVIEW, DOCCAM_CAUSE_OTHER, "too far"});
     EXPECT_EQ(heardFault, -1);
     EXPECT_FALSE(notes.empty());

@@ -66,7 +66,7 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColour) {
 TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
     const Bytes frame = everyColour();
     Bytes pixels(std::size_t{3} << 24);
-    for (const YuyvPath& path : yuyvPaths()) {
+    for (const YuyvKernel& path : allYuyvKernels()) {
         std::fill(pixels.begin(), pixels.end(), 7);
         path.convert(frame.data(), pixels.data(), std::size_t{1} << 23);
         EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << path.instructionSet;
@@ -75,13 +75,13 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
 
 TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
     const Bytes frame = noise(4 * 200);
-    for (const YuyvPath& path : yuyvPaths()) {
+    for (const YuyvKernel& path : allYuyvKernels()) {
         for (const std::size_t pairs : {0U, 1U, 2U, 63U, 64U, 65U, 127U, 128U, 200U}) {
             Bytes pixels(6 * 200 + 64, 7);
             path.convert(frame.data(), pixels.data(), pairs);
             Bytes plain(pixels.size(), 7);
             for (std::size_t i = 0; i < pairs; ++i) {
-                yuyvPaths().front().convert(&frame[4 * i], &plain[6 * i], 1);
+                allYuyvKernels().front().convert(&frame[4 * i], &plain[6 * i], 1);
             }
             EXPECT_EQ(pixels, plain) << path.instructionSet << ", " << pairs;
         }
@@ -90,7 +90,7 @@ TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
 
 #ifdef __x86_64__
 TEST(YuyvToRgb, HasAPathForTheWidestInstructionSetOfTheMachine) {
-    const std::string fastest = yuyvPaths().back().instructionSet;
+    const std::string fastest = allYuyvKernels().back().instructionSet;
     const bool wide = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
                       __builtin_cpu_supports("avx512vl");
     EXPECT_EQ(fastest, wide ? "AVX-512" : __builtin_cpu_supports("avx2") ? "AVX2" : "baseline");

@@ -12,18 +12,19 @@
 
 namespace {
 
-using doccam::PageRows;
-using doccam::PaperRow;
+using doccam::PageKernels;
+using doccam::WhitenRowInput;
 
-class EachPageRows : public testing::TestWithParam<PageRows> {};
+class EachPageRows : public testing::TestWithParam<PageKernels> {};
 
-std::string named(const testing::TestParamInfo<PageRows>& rows) {
+std::string named(const testing::TestParamInfo<PageKernels>& rows) {
     std::string name = rows.param.name;
     std::erase(name, '-');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(PageRows, EachPageRows, testing::ValuesIn(doccam::allPageRows()), named);
+INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageRows, testing::ValuesIn(doccam::allPageKernels()),
+                         named);
 
 // Whether exactly the pixels that wanted names are marked, of all colours there are.
 template <typename Mark, typename Wanted>
@@ -92,7 +93,7 @@ TEST_P(EachPageRows, MarksForPaperWhatIsAboveTheMeanLess19) {
 }
 
 // What the steps make of a row, pixel by pixel.
-void whitenPlainly(const PaperRow& row, const cv::Mat& sharp, unsigned char* result) {
+void whitenPlainly(const WhitenRowInput& row, const cv::Mat& sharp, unsigned char* result) {
     for (int x = 0; x < row.count; ++x) {
         const auto c = sharp.at<cv::Vec3b>(1, x);
         cv::Vec3b pixel(row.row[3 * x], row.row[3 * x + 1], row.row[3 * x + 2]);
@@ -126,7 +127,8 @@ TEST_P(EachPageRows, WhitensAsTheFilterAndTheRulesDo) {
         cv::filter2D(rows, sharp, CV_8U, cv::Matx33f(0, -2, 0, 0, 5, 0, 0, -1.5F, 0));
         const cv::Mat margin = halfMarked(random, count);
         const cv::Mat paper = halfMarked(random, count);
-        const PaperRow row{rows.ptr(0), rows.ptr(1), rows.ptr(2), margin.ptr(), paper.ptr(), count};
+        const WhitenRowInput row{rows.ptr(0),  rows.ptr(1), rows.ptr(2),
+                                 margin.ptr(), paper.ptr(), count};
         std::vector<unsigned char> expected(static_cast<std::size_t>(3 * count));
         whitenPlainly(row, sharp, expected.data());
         std::vector<unsigned char> actual(expected.size());

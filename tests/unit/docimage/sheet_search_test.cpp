@@ -1,6 +1,6 @@
 // The search on the reduced copy of a frame, step by step, against the image library's steps.
 #include "cleaning_pictures.h"
-#include "docimage/pixels/lifted_level.h"
+#include "docimage/pixels/flat_field.h"
 #include "docimage/sheet/sheet_search.h"
 #include "docimage/sheet/sheet_search_kernels.h"
 #include "plain/outline.h"
@@ -21,26 +21,26 @@ namespace {
 using test::isSamePicture;
 
 TEST(LiftedLevel, AddsSevenTenthsOfTheBackgroundsDistanceFrom127) {
-    EXPECT_EQ(liftedLevel(100, 127), 100);
-    EXPECT_EQ(liftedLevel(100, 27), 169);
-    EXPECT_EQ(liftedLevel(200, 227), 130);
+    EXPECT_EQ(flatFieldedLevel(100, 127), 100);
+    EXPECT_EQ(flatFieldedLevel(100, 27), 169);
+    EXPECT_EQ(flatFieldedLevel(200, 227), 130);
 }
 
 TEST(LiftedLevel, CutsFractionsOff) {
-    EXPECT_EQ(liftedLevel(50, 126), 50);
-    EXPECT_EQ(liftedLevel(50, 128), 49);
+    EXPECT_EQ(flatFieldedLevel(50, 126), 50);
+    EXPECT_EQ(flatFieldedLevel(50, 128), 49);
 }
 
 TEST(LiftedLevel, IsNeverNegative) {
-    EXPECT_EQ(liftedLevel(0, 255), 0);
-    EXPECT_EQ(liftedLevel(90, 255), 0);
-    EXPECT_EQ(liftedLevel(91, 255), 1);
+    EXPECT_EQ(flatFieldedLevel(0, 255), 0);
+    EXPECT_EQ(flatFieldedLevel(90, 255), 0);
+    EXPECT_EQ(flatFieldedLevel(91, 255), 1);
 }
 
 TEST(LiftedLevel, WrapsAroundAbove255) {
-    EXPECT_EQ(liftedLevel(255, 127), 255);
-    EXPECT_EQ(liftedLevel(255, 125), 0);
-    EXPECT_EQ(liftedLevel(255, 0), 87);
+    EXPECT_EQ(flatFieldedLevel(255, 127), 255);
+    EXPECT_EQ(flatFieldedLevel(255, 125), 0);
+    EXPECT_EQ(flatFieldedLevel(255, 0), 87);
 }
 
 // Seven tenths in single precision: ten times that is just under 7.
@@ -49,21 +49,22 @@ TEST(LiftedLevel, IsWhatFractionsGiveForAllLevels) {
         for (int background = 0; background < 256; ++background) {
             const double sum = static_cast<double>(0.7F) * (127 - background) + grey;
             const int level = std::max(static_cast<int>(sum), 0);
-            ASSERT_EQ(liftedLevel(grey, background), static_cast<unsigned char>(level))
+            ASSERT_EQ(flatFieldedLevel(grey, background), static_cast<unsigned char>(level))
                 << grey << ' ' << background;
         }
     }
 }
 
-class EachReducedRows : public testing::TestWithParam<ReducedRows> {};
+class EachReducedRows : public testing::TestWithParam<SheetSearchKernels> {};
 
-std::string named(const testing::TestParamInfo<ReducedRows>& rows) {
+std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
     std::string name = rows.param.name;
     std::erase(name, '-');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(ReducedRows, EachReducedRows, testing::ValuesIn(allReducedRows()), named);
+INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows,
+                         testing::ValuesIn(allSheetSearchKernels()), named);
 
 TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
     for (int count = 1; count <= 150; ++count) {
@@ -96,7 +97,7 @@ TEST_P(EachReducedRows, RoundsMeansAsTheLibraryDoes) {
     EXPECT_TRUE(std::equal(expected.begin<uchar>(), expected.end<uchar>(), grey.begin()));
 }
 
-cv::Mat blurredBy(const ReducedRows& rows, const cv::Mat& grey) {
+cv::Mat blurredBy(const SheetSearchKernels& rows, const cv::Mat& grey) {
     cv::Mat padded;
     cv::copyMakeBorder(grey, padded, 0, 0, kBlurReach, kBlurReach, cv::BORDER_REPLICATE);
     cv::Mat sums(grey.size(), CV_16UC1);
@@ -113,7 +114,7 @@ TEST_P(EachReducedRows, LiftAsTheLibrarysBlurDoes) {
         const cv::Mat expected = plain::lifted(grey);
         const cv::Mat sums = blurredBy(GetParam(), grey);
         for (int y = 0; y < grey.rows; ++y) {
-            ReducedRows::SumRows rows;
+            SheetSearchKernels::SumRows rows;
             for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
                 const int row = std::clamp(y + i - kBlurReach, 0, grey.rows - 1);
                 rows[static_cast<std::size_t>(i)] = sums.ptr<std::uint16_t>(row);
@@ -138,7 +139,7 @@ TEST(SheetSearch, ReducesAndLiftsAsTheLibraryDoesInEverySize) {
             SCOPED_TRACE(frame.size());
             ASSERT_TRUE(isSamePicture(search.reduce(frame), plain::reducedGrey(frame)));
             ASSERT_TRUE(
-                isSamePicture(search.liftContrast(), plain::lifted(plain::reducedGrey(frame))));
+                isSamePicture(search.flatField(), plain::lifted(plain::reducedGrey(frame))));
         }
     }
 }
@@ -154,7 +155,7 @@ TEST(SheetSearch, TurnsAThinWhiteLineOnADarkDeskDark) {
     frame.colRange(120, 124).setTo(cv::Scalar::all(255));
     SheetSearch search;
     search.reduce(frame);
-    const cv::Mat lifted = search.liftContrast();
+    const cv::Mat lifted = search.flatField();
     EXPECT_LT(lifted.at<uchar>(30, 30), lifted.at<uchar>(30, 2));
 }
 

@@ -133,13 +133,13 @@ TEST(RotateImageOfOtherKinds, IsTheLibrarys) {
     }
 }
 
-class EachTurnedRows : public testing::TestWithParam<TurnedRows> {};
+class EachTurnedRows : public testing::TestWithParam<RotationKernels> {};
 
-std::string nameOfRows(const testing::TestParamInfo<TurnedRows>& rows) {
+std::string nameOfRows(const testing::TestParamInfo<RotationKernels>& rows) {
     return rows.param.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(TurnedRows, EachTurnedRows, testing::ValuesIn(allTurnedRows()),
+INSTANTIATE_TEST_SUITE_P(RotationKernels, EachTurnedRows, testing::ValuesIn(allRotationKernels()),
                          nameOfRows);
 
 // Every fraction of a pixel, each way, in rows of every length.
@@ -151,13 +151,13 @@ TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPlace) {
             across.push_back((i << kPlaceShift) + 32 * ((i * 7 + count) % 32) + i % 32);
             down.push_back(32 * ((i * 3 + count / 5) % 32));
         }
-        const TurnedRow row{pixels.data,
-                            static_cast<int>(pixels.step),
-                            1 << kPlaceShift,
-                            0,
-                            across.data(),
-                            down.data(),
-                            count};
+        const RotationRow row{pixels.data,
+                              static_cast<int>(pixels.step),
+                              1 << kPlaceShift,
+                              0,
+                              across.data(),
+                              down.data(),
+                              count};
         std::vector<cv::Vec3b> blended(static_cast<std::size_t>(count) + 1, cv::Vec3b::all(9));
         GetParam().blend(row, SampleOrder::kKept, blended.data()->val);
         for (int i = 0; i < count; ++i) {

@@ -9,14 +9,14 @@
 namespace doccam {
 
 // One piece of work at a time. All but waitUntilIdle() is for one thread, the owner.
-class SideThread {
+class DecodeThread {
   public:
-    SideThread() = default;
+    DecodeThread() = default;
 
-    ~SideThread() { end(); }
+    ~DecodeThread() { end(); }
 
-    SideThread(const SideThread&) = delete;
-    SideThread& operator=(const SideThread&) = delete;
+    DecodeThread(const DecodeThread&) = delete;
+    DecodeThread& operator=(const DecodeThread&) = delete;
 
     // Begins work, which the thread does; the owner does it here and now when the system has no
     // thread to give. finish() comes before the next begin().

@@ -1,6 +1,6 @@
 // The colour formula over many pixels, as loops that the compiler turns into vector instructions,
 // once for each instruction set.
-#include "base/instruction_sets.h"
+#include "base/dispatch.h"
 #include "decode/yuyv_to_rgb.h"
 
 #include <algorithm>
@@ -84,6 +84,8 @@ void convertPlainly(const unsigned char* src, unsigned char* dst, std::size_t co
     convertPairs(src, dst, count);
 }
 
+constexpr YuyvKernel kBaseline = {InstructionSet::kBaseline, convertPlainly};
+
 #ifdef __x86_64__
 
 [[gnu::target("avx2")]] void convertWithAvx2(const unsigned char* src, unsigned char* dst,
@@ -96,21 +98,19 @@ void convertPlainly(const unsigned char* src, unsigned char* dst, std::size_t co
     convertPairs(src, dst, count);
 }
 
+constexpr YuyvKernel kAvx2 = {InstructionSet::kAvx2, convertWithAvx2};
+constexpr YuyvKernel kAvx512 = {InstructionSet::kAvx512, convertWithAvx512};
+
 #endif
 
 } // namespace
 
-std::vector<YuyvPath> yuyvPaths() {
-    std::vector<YuyvPath> paths{{"baseline", convertPlainly}};
+std::vector<YuyvKernel> allYuyvKernels() {
 #ifdef __x86_64__
-    if (hasAvx2()) {
-        paths.push_back({"AVX2", convertWithAvx2});
-    }
-    if (hasAvx512()) {
-        paths.push_back({"AVX-512", convertWithAvx512});
-    }
+    return supportedKernels({kBaseline, kAvx2, kAvx512});
+#else
+    return {kBaseline};
 #endif
-    return paths;
 }
 
 } // namespace doccam

@@ -1,11 +1,11 @@
-#include "capture/side_thread.h"
+#include "capture/decode_thread.h"
 
 #include <system_error>
 #include <utility>
 
 namespace doccam {
 
-void SideThread::begin(std::function<void()> work) {
+void DecodeThread::begin(std::function<void()> work) {
     work_ = std::move(work);
     failure_ = nullptr;
     if (!thread_.joinable()) {
@@ -20,18 +20,18 @@ void SideThread::begin(std::function<void()> work) {
     phase_.notify_all();
 }
 
-void SideThread::finish() {
+void DecodeThread::finish() {
     waitUntilIdle();
     if (std::exception_ptr failure = std::exchange(failure_, nullptr)) {
         std::rethrow_exception(std::move(failure));
     }
 }
 
-void SideThread::waitUntilIdle() const {
+void DecodeThread::waitUntilIdle() const {
     phase_.wait(Phase::kWorking, std::memory_order_acquire);
 }
 
-void SideThread::end() {
+void DecodeThread::end() {
     if (!thread_.joinable()) {
         return;
     }
@@ -42,7 +42,7 @@ void SideThread::end() {
     phase_.store(Phase::kIdle, std::memory_order_relaxed);
 }
 
-void SideThread::run() {
+void DecodeThread::run() {
     for (;;) {
         phase_.wait(Phase::kIdle, std::memory_order_acquire);
         if (phase_.load(std::memory_order_acquire) == Phase::kEnding) {
@@ -54,7 +54,7 @@ void SideThread::run() {
     }
 }
 
-void SideThread::work() {
+void DecodeThread::work() {
     try {
         work_();
     } catch (...) {

@@ -1,4 +1,4 @@
-#include "capture/side_thread.h"
+#include "capture/decode_thread.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 namespace doccam {
 namespace {
 
-TEST(SideThread, WorksWhileItsOwnerGoesOn) {
-    SideThread side;
+TEST(DecodeThread, WorksWhileItsOwnerGoesOn) {
+    DecodeThread side;
     std::atomic<bool> ownerWentOn{false};
     std::thread::id worker;
     side.begin([&] {
@@ -23,8 +23,8 @@ TEST(SideThread, WorksWhileItsOwnerGoesOn) {
     EXPECT_NE(worker, std::this_thread::get_id());
 }
 
-TEST(SideThread, DoesOnePieceOfWorkAfterTheOtherOnOneThread) {
-    SideThread side;
+TEST(DecodeThread, DoesOnePieceOfWorkAfterTheOtherOnOneThread) {
+    DecodeThread side;
     std::thread::id first;
     side.begin([&] { first = std::this_thread::get_id(); });
     side.finish();
@@ -36,8 +36,8 @@ TEST(SideThread, DoesOnePieceOfWorkAfterTheOtherOnOneThread) {
     }
 }
 
-TEST(SideThread, ThrowsWhatTheWorkThrewOnce) {
-    SideThread side;
+TEST(DecodeThread, ThrowsWhatTheWorkThrewOnce) {
+    DecodeThread side;
     side.begin([] { throw std::runtime_error("a frame"); });
     EXPECT_THROW(side.finish(), std::runtime_error);
     side.finish();
@@ -47,9 +47,9 @@ TEST(SideThread, ThrowsWhatTheWorkThrewOnce) {
     side.finish();
 }
 
-TEST(SideThread, EndsBehindItsWorkAndBeginsAnew) {
+TEST(DecodeThread, EndsBehindItsWorkAndBeginsAnew) {
     bool done = false;
-    SideThread side;
+    DecodeThread side;
     for (int i = 0; i < 3; ++i) {
         done = false;
         side.begin([&] { done = true; });
@@ -58,15 +58,15 @@ TEST(SideThread, EndsBehindItsWorkAndBeginsAnew) {
     }
     side.end();
     {
-        SideThread another;
+        DecodeThread another;
         done = false;
         another.begin([&] { done = true; });
     }
     EXPECT_TRUE(done);
 }
 
-TEST(SideThread, LetsAnyThreadWaitUntilItIsIdle) {
-    SideThread side;
+TEST(DecodeThread, LetsAnyThreadWaitUntilItIsIdle) {
+    DecodeThread side;
     side.waitUntilIdle();
     std::atomic<bool> mayEnd{false};
     std::atomic<bool> done{false};

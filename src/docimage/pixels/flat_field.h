@@ -7,7 +7,7 @@ namespace doccam {
 
 // A grey level freed of 0.7 of its background's distance from the middle, fractions cut off. Below
 // 0 it becomes 0; above 255 it wraps around.
-[[gnu::always_inline]] inline unsigned char liftedLevel(int grey, int background) {
+[[gnu::always_inline]] inline unsigned char flatFieldedLevel(int grey, int background) {
     constexpr int kMiddleLevel = 127;
     // 0.7 in single precision, a little less than the true one.
     constexpr int kLift = 11744051;

@@ -14,6 +14,16 @@ struct FrameSize {
     constexpr bool operator==(const FrameSize&) const = default;
 };
 
+// Whether a picture that is turned by so many quarters has its sides exchanged; only 1 and 3 do.
+constexpr bool sidesSwapped(int quarterTurns) {
+    return quarterTurns == 1 || quarterTurns == 3;
+}
+
+// The size of a picture after quarterTurns.
+constexpr FrameSize turned(FrameSize size, int quarterTurns) {
+    return sidesSwapped(quarterTurns) ? FrameSize{size.height, size.width} : size;
+}
+
 // The largest size a supported camera captures, and the size its whole-frame stills are enlarged
 // to when the host asks for that.
 inline constexpr FrameSize kFullSize{3264, 2448};

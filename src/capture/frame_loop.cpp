@@ -170,8 +170,8 @@ FrameLoop::Next FrameLoop::takeStill() {
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
-            const Still still =
-                prepareStill(library_.imgSavePath.load().data(), library_.cutType, *image);
+            const Still still = prepareStill(library_.imgSavePath.load().data(), library_.cutType,
+                                             *image, library_);
             thread_.writing([&] { saveStill(still); });
         }
     });

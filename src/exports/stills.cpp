@@ -4,6 +4,7 @@
 #include "output/still/save_image.h"
 #include "output/still/still.h"
 #include "output/still/still_request.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 
@@ -24,7 +25,7 @@ int captureImage(const char* path) {
 }
 
 int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
-    doccam::saveStill(doccam::prepareStill(textOf(path), cropMode, img));
+    doccam::saveStill(doccam::prepareStill(textOf(path), cropMode, img, doccam::state()));
     return 0;
 }
 

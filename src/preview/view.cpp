@@ -18,7 +18,7 @@ constexpr int multipleOfFour(int side) {
     return side / 4 * 4;
 }
 
-constexpr int difference(int from, int subtracted) {
+constexpr int saturatedDifference(int from, int subtracted) {
     return saturated(std::int64_t{from} - subtracted);
 }
 
@@ -62,7 +62,7 @@ ViewAxis pannedInForm(ViewAxis axis, int distance) {
         axis.formStart = 0;
         return axis;
     }
-    axis.offset = std::min(moved, difference(axis.form, axis.zoom));
+    axis.offset = std::min(moved, saturatedDifference(axis.form, axis.zoom));
     axis.formStart = axis.offset;
     return axis;
 }
@@ -86,11 +86,6 @@ ViewAxis panned(ViewAxis axis, int distance) {
 }
 
 } // namespace
-
-FrameSize turnedSize(FrameSize frame, int quarterTurns) {
-    const bool upended = quarterTurns == 1 || quarterTurns == 3;
-    return upended ? FrameSize{frame.height, frame.width} : frame;
-}
 
 double fittingScale(FrameSize turned, FrameSize form) {
     if (turned.width < form.width && turned.height < form.height) {

@@ -28,9 +28,6 @@ struct View {
     bool operator==(const View&) const = default;
 };
 
-// The frame's size after quarterTurns; only 1 and 3 exchange the sides.
-FrameSize turnedSize(FrameSize frame, int quarterTurns);
-
 // The scale at which the turned frame just fits into the form, at most 100.
 double fittingScale(FrameSize turned, FrameSize form);
 

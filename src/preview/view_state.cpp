@@ -48,8 +48,8 @@ void storeBestFit(LibraryState& library, const View& view) {
 }
 
 FrameSize shownFrameSize(const LibraryState& library) {
-    return turnedSize({library.nWidth.load(kRelaxed), library.nHeight.load(kRelaxed)},
-                      library.RotateAngle.load(kRelaxed));
+    return turned({library.nWidth.load(kRelaxed), library.nHeight.load(kRelaxed)},
+                  library.RotateAngle.load(kRelaxed));
 }
 
 } // namespace doccam

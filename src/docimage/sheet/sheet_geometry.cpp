@@ -14,7 +14,7 @@ constexpr double kSteep = 45.0;
 constexpr double kThreeQuarters = 270.0;
 
 // Wraps around for corners absurdly far apart, as the machine's subtraction does.
-int difference(int a, int b) {
+int wrappedDifference(int a, int b) {
     return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
 }
 
@@ -23,20 +23,20 @@ cv::Rect boundsOf(const SheetCorners& corners) {
         std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
     const auto [top, bottom] =
         std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
-    return {left, top, difference(right, left), difference(bottom, top)};
+    return {left, top, wrappedDifference(right, left), wrappedDifference(bottom, top)};
 }
 
 int distance(cv::Point a, cv::Point b) {
-    const double across = difference(b.x, a.x);
-    const double down = difference(b.y, a.y);
+    const double across = wrappedDifference(b.x, a.x);
+    const double down = wrappedDifference(b.y, a.y);
     const double length = std::sqrt(down * down + across * across);
     return static_cast<int>(std::min<double>(length, std::numeric_limits<int>::max()));
 }
 
 // Of the first edge, 0 to 180 degrees; an upright one counts as 0.
 float edgeAngle(cv::Point from, cv::Point to) {
-    const auto rise = static_cast<float>(difference(from.y, to.y));
-    const auto run = static_cast<float>(difference(to.x, from.x));
+    const auto rise = static_cast<float>(wrappedDifference(from.y, to.y));
+    const auto run = static_cast<float>(wrappedDifference(to.x, from.x));
     if (run == 0) {
         return 0;
     }

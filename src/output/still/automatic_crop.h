@@ -5,10 +5,12 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 // The sheet whose corners were found last, cut out of the red-first frame and straightened, as a
 // page with blue first, prepared as the settings say. Shares no pixels with the frame, but moves
 // the corners into it. Throws cv::Exception when the corners give no region of the frame. Streaming
 // thread.
-cv::Mat pageOfSheet(const cv::Mat& frame);
+cv::Mat pageOfSheet(const cv::Mat& frame, LibraryState& library);
 
 } // namespace doccam

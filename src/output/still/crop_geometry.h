@@ -12,6 +12,9 @@ struct BorderAmounts {
     int right = 0;
     int top = 0;
     int bottom = 0;
+
+    // What they add to a picture's size.
+    cv::Size added() const { return {left + right, top + bottom}; }
 };
 
 struct FittedCorners {

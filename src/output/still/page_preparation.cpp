@@ -21,11 +21,11 @@ cv::Mat blueFirst(const cv::Mat& frame) {
     return page;
 }
 
-void cleanAsSet(const cv::Mat& page) {
-    if (isOn(state().isDelBlackedge)) {
+void cleanAsSet(const cv::Mat& page, const LibraryState& library) {
+    if (isOn(library.isDelBlackedge)) {
         whitenMargins(page);
     }
-    if (isOn(state().isDelBcakColor)) {
+    if (isOn(library.isDelBcakColor)) {
         whitenBackground(page);
     }
 }

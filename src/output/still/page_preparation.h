@@ -5,12 +5,14 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 // A copy of the red-first frame with blue first. Throws cv::Exception unless it has three or four
 // channels.
 cv::Mat blueFirst(const cv::Mat& frame);
 
 // Whitens the blue-first page's dark margins and then its background, in its own pixels, each if
 // its setting is on.
-void cleanAsSet(const cv::Mat& page);
+void cleanAsSet(const cv::Mat& page, const LibraryState& library);
 
 } // namespace doccam

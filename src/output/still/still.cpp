@@ -10,10 +10,11 @@
 
 namespace doccam {
 
-Still prepareStill(std::string path, int cropMode, const cv::Mat& frame) {
+Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library) {
     std::printf("capture->path:%s\n", path.c_str());
     const bool whole = cropMode != kCropToSheet;
-    return {std::move(path), whole ? pageOfWholeFrame(frame) : pageOfSheet(frame), whole};
+    return {std::move(path), whole ? pageOfWholeFrame(frame, library) : pageOfSheet(frame, library),
+            whole};
 }
 
 void saveStill(const Still& still) {

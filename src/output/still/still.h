@@ -7,6 +7,8 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 struct Still {
     std::string path;
     cv::Mat page; // blue first
@@ -16,7 +18,7 @@ struct Still {
 // The red-first frame as the page to be saved at path: the sheet when cropMode says so, else the
 // whole frame. Throws cv::Exception when a sheet's corners give no region of the frame. Streaming
 // thread.
-Still prepareStill(std::string path, int cropMode, const cv::Mat& frame);
+Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library);
 
 // Saves it as savePage() does. Uses nothing of the session.
 void saveStill(const Still& still);

@@ -1,0 +1,83 @@
+#include "output/still/straight_sheet.h"
+
+#include "docimage/turn/free_rotation.h"
+#include "output/still/page_preparation.h"
+
+#include <opencv2/imgproc.hpp>
+
+namespace doccam {
+namespace {
+
+constexpr int kPageBorder = 8;
+
+const cv::Scalar kBlack(0, 0, 0, 0);
+
+// A frame that needs no border is shared, not copied.
+cv::Mat withBorders(cv::Mat frame, const BorderAmounts& borders) {
+    cv::copyMakeBorder(frame, frame, borders.top, borders.bottom, borders.left, borders.right,
+                       cv::BORDER_CONSTANT, kBlack);
+    return frame;
+}
+
+// Around a part of a larger picture OpenCV's borders would show more of that picture.
+bool isWhole(const cv::Mat& frame) {
+    return frame.type() == CV_8UC3 && !frame.empty() && !frame.isSubmatrix();
+}
+
+// Borders are black, as what lies around a turned picture's pixels: the frame need not be copied
+// for them.
+TurnedRegion regionOf(const cv::Mat& frame, const BorderAmounts& borders, const cv::Rect& box) {
+    const cv::Rect shown({borders.left, borders.top}, frame.size());
+    const cv::Rect visible = box & shown;
+    if (isWhole(frame) && !visible.empty()) {
+        TurnedRegion region{frame(visible - shown.tl()), visible.tl() - box.tl(), box.size()};
+        if (TurnedPicture::canRender(region)) {
+            return region;
+        }
+    }
+    return {withBorders(frame, borders)(box), {}, box.size()};
+}
+
+} // namespace
+
+StraightSheet::StraightSheet(const cv::Mat& frame, const BorderAmounts& borders,
+                             const cv::Rect& box, float degrees) {
+    const TurnedRegion region = regionOf(frame, borders, box);
+    if (TurnedPicture::canRender(region)) {
+        rendered_.emplace(region, degrees);
+    } else {
+        turned_ = rotated(region.pixels, degrees);
+    }
+}
+
+cv::Size StraightSheet::size() const {
+    return rendered_ ? rendered_->size() : turned_.size();
+}
+
+cv::Mat StraightSheet::cut(const cv::Rect& place) const {
+    CV_Assert((place & cv::Rect({}, size())) == place);
+    return rendered_ ? render(place) : copy(place);
+}
+
+// The border shows what surrounds the page in the picture; only beyond the picture it is black.
+cv::Mat StraightSheet::render(const cv::Rect& place) const {
+    const cv::Rect bordered =
+        place + cv::Size(2 * kPageBorder, 2 * kPageBorder) - cv::Point(kPageBorder, kPageBorder);
+    const cv::Rect shown = bordered & cv::Rect({}, size());
+    cv::Mat page(bordered.size(), CV_8UC3);
+    if (shown != bordered) {
+        page.setTo(kBlack);
+    }
+    cv::Mat partView = page(shown - bordered.tl());
+    rendered_->render(shown, partView, SampleOrder::kReversed);
+    return page;
+}
+
+cv::Mat StraightSheet::copy(const cv::Rect& place) const {
+    cv::Mat page = turned_(place);
+    cv::copyMakeBorder(page, page, kPageBorder, kPageBorder, kPageBorder, kPageBorder,
+                       cv::BORDER_CONSTANT, kBlack);
+    return blueFirst(page);
+}
+
+} // namespace doccam

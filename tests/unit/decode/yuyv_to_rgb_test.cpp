@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr int kLargestInt = std::numeric_limits<int>::max();
+constexpr int kMax = std::numeric_limits<int>::max();
 
 int wrongPixels(const unsigned char* pixels, int first) {
     int wrong = 0;
@@ -69,7 +69,7 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
     for (const YuyvKernel& path : allYuyvKernels()) {
         std::fill(pixels.begin(), pixels.end(), 7);
         path.convert(frame.data(), pixels.data(), std::size_t{1} << 23);
-        EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << path.instructionSet;
+        EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << nameOf(path.instructionSet);
     }
 }
 
@@ -83,14 +83,14 @@ TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
             for (std::size_t i = 0; i < pairs; ++i) {
                 allYuyvKernels().front().convert(&frame[4 * i], &plain[6 * i], 1);
             }
-            EXPECT_EQ(pixels, plain) << path.instructionSet << ", " << pairs;
+            EXPECT_EQ(pixels, plain) << nameOf(path.instructionSet) << ", " << pairs;
         }
     }
 }
 
 #ifdef __x86_64__
 TEST(YuyvToRgb, HasAPathForTheWidestInstructionSetOfTheMachine) {
-    const std::string fastest = allYuyvKernels().back().instructionSet;
+    const std::string fastest = nameOf(allYuyvKernels().back().instructionSet);
     const bool wide = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
                       __builtin_cpu_supports("avx512vl");
     EXPECT_EQ(fastest, wide ? "AVX-512" : __builtin_cpu_supports("avx2") ? "AVX2" : "baseline");
@@ -152,8 +152,7 @@ TEST(YuyvToRgb, DoesNothingForASizeWhosePixelCountIsNegative) {
     yuyv_to_rgb888(source, target, -64, 48);
     yuyv_to_rgb888(source, target, 65536, 32768); // wraps to the lowest number
     EXPECT_THAT(target, testing::Each(7));
-    yuyv_to_rgb888(source, target, kLargestInt,
-                   kLargestInt); // wraps to 1: the pair behind the frame
+    yuyv_to_rgb888(source, target, kMax, kMax); // wraps to 1: the pair behind the frame
     EXPECT_THAT(target, testing::Each(255));
 }
 

@@ -58,13 +58,12 @@ TEST(LiftedLevel, IsWhatFractionsGiveForAllLevels) {
 class EachReducedRows : public testing::TestWithParam<SheetSearchKernels> {};
 
 std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
-    std::string name = rows.param.name;
+    std::string name = nameOf(rows.param.instructionSet);
     std::erase(name, '-');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows,
-                         testing::ValuesIn(allSheetSearchKernels()), named);
+INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows, testing::ValuesIn(allSheetSearchKernels()), named);
 
 TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
     for (int count = 1; count <= 150; ++count) {
@@ -119,7 +118,7 @@ TEST_P(EachReducedRows, LiftAsTheLibrarysBlurDoes) {
                 const int row = std::clamp(y + i - kBlurReach, 0, grey.rows - 1);
                 rows[static_cast<std::size_t>(i)] = sums.ptr<std::uint16_t>(row);
             }
-            GetParam().lift(rows, grey.cols, grey.ptr(y));
+            GetParam().flatField(rows, grey.cols, grey.ptr(y));
         }
         ASSERT_TRUE(isSamePicture(grey, expected)) << size;
     }

@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr int kMax = std::numeric_limits<int>::max();
+constexpr int kLargestInt = std::numeric_limits<int>::max();
 
 int wrongPixels(const unsigned char* pixels, int first) {
     int wrong = 0;
@@ -152,7 +152,8 @@ TEST(YuyvToRgb, DoesNothingForASizeWhosePixelCountIsNegative) {
     yuyv_to_rgb888(source, target, -64, 48);
     yuyv_to_rgb888(source, target, 65536, 32768); // wraps to the lowest number
     EXPECT_THAT(target, testing::Each(7));
-    yuyv_to_rgb888(source, target, kMax, kMax); // wraps to 1: the pair behind the frame
+    yuyv_to_rgb888(source, target, kLargestInt,
+                   kLargestInt); // wraps to 1: the pair behind the frame
     EXPECT_THAT(target, testing::Each(255));
 }
 

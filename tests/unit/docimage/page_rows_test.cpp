@@ -23,7 +23,8 @@ std::string named(const testing::TestParamInfo<PageKernels>& rows) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageRows, testing::ValuesIn(doccam::allPageKernels()), named);
+INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageRows, testing::ValuesIn(doccam::allPageKernels()),
+                         named);
 
 // Whether exactly the pixels that wanted names are marked, of all colours there are.
 template <typename Mark, typename Wanted>
@@ -126,7 +127,8 @@ TEST_P(EachPageRows, WhitensAsTheFilterAndTheRulesDo) {
         cv::filter2D(rows, sharp, CV_8U, cv::Matx33f(0, -2, 0, 0, 5, 0, 0, -1.5F, 0));
         const cv::Mat margin = halfMarked(random, count);
         const cv::Mat paper = halfMarked(random, count);
-        const WhitenRowInput row{rows.ptr(0), rows.ptr(1), rows.ptr(2), margin.ptr(), paper.ptr(), count};
+        const WhitenRowInput row{rows.ptr(0),  rows.ptr(1), rows.ptr(2),
+                                 margin.ptr(), paper.ptr(), count};
         std::vector<unsigned char> expected(static_cast<std::size_t>(3 * count));
         whitenPlainly(row, sharp, expected.data());
         std::vector<unsigned char> actual(expected.size());

@@ -63,7 +63,8 @@ std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows, testing::ValuesIn(allSheetSearchKernels()), named);
+INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows,
+                         testing::ValuesIn(allSheetSearchKernels()), named);
 
 TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
     for (int count = 1; count <= 150; ++count) {

@@ -152,12 +152,12 @@ TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPlace) {
             down.push_back(32 * ((i * 3 + count / 5) % 32));
         }
         const RotationRow row{pixels.data,
-                            static_cast<int>(pixels.step),
-                            1 << kPlaceShift,
-                            0,
-                            across.data(),
-                            down.data(),
-                            count};
+                              static_cast<int>(pixels.step),
+                              1 << kPlaceShift,
+                              0,
+                              across.data(),
+                              down.data(),
+                              count};
         std::vector<cv::Vec3b> blended(static_cast<std::size_t>(count) + 1, cv::Vec3b::all(9));
         GetParam().blend(row, SampleOrder::kKept, blended.data()->val);
         for (int i = 0; i < count; ++i) {

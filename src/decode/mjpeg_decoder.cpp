@@ -44,7 +44,8 @@ bool isPossible(cv::Size size) {
 
 std::int64_t maximumPixels(FrameSize wanted) {
     constexpr int kMaximumReduction = 4;
-    return std::max(kMaximumReduction * wanted.area(), kEnlargedSize.area());
+    const std::int64_t area = std::min<std::int64_t>(wanted.area(), kMostPixels);
+    return std::max(kMaximumReduction * area, kEnlargedSize.area());
 }
 
 // The codec's own check of the size complains on the terminal.

@@ -6,6 +6,7 @@
 #include <doccam/doccam.hpp>
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
@@ -283,14 +284,22 @@ TEST_F(HeardFaults, MayThrowInTheirCallback) {
 }
 
 TEST_F(HeardFaults, AskTheDriverForNoReasonWhenNobodyHears) {
+    static std::atomic<pid_t> streaming{0};
+    streaming = 0;
     SetFaultCallback(nullptr);
+    SetDataCallback([](unsigned char*, int, int) {
+        streaming = gettid();
+        streaming.notify_all();
+    });
     addCallFault("VIDIOC_DQBUF", EIO, 3);
+    addFrameFault(FaultKind::kStall, 1);
     openSmall(kMjpegFormat);
     const int asked = virtualcam::callCount("VIDIOC_QUERYCAP");
-    while (virtualcam::callCount("VIDIOC_DQBUF") < 3) {
+    virtualcam::resume(earlier_);
+    streaming.wait(0);
+    while (std::filesystem::exists("/proc/self/task/" + std::to_string(streaming))) {
         std::this_thread::yield();
     }
-    closeCamera();
     EXPECT_EQ(virtualcam::callCount("VIDIOC_QUERYCAP"), asked);
 }
 

@@ -58,6 +58,7 @@ TEST(PictureFeed, WakesAWaitingViewer) {
     PictureFeed feed;
     PictureFeed::Shown seen;
     std::thread viewer([&] { seen = feed.next(0, kLong); });
+    EXPECT_TRUE(feed.awaitViewer());
     feed.publish(picture(7));
     viewer.join();
     ASSERT_NE(seen.picture, nullptr);
@@ -91,6 +92,7 @@ TEST(PictureFeed, LetsTheEncoderGoWhenItCloses) {
 TEST(PictureFeed, LetsAllViewersGoWhenItCloses) {
     PictureFeed feed;
     std::thread viewer([&] { EXPECT_EQ(feed.next(0, kLong).picture, nullptr); });
+    EXPECT_TRUE(feed.awaitViewer());
     feed.close();
     viewer.join();
     EXPECT_TRUE(feed.closed());

@@ -68,6 +68,7 @@ TEST(DecodeThread, EndsBehindItsWorkAndBeginsAnew) {
 TEST(DecodeThread, LetsAnyThreadWaitUntilItIsIdle) {
     DecodeThread side;
     side.waitUntilIdle();
+    std::atomic<bool> asked{false};
     std::atomic<bool> mayEnd{false};
     std::atomic<bool> done{false};
     side.begin([&] {
@@ -76,9 +77,12 @@ TEST(DecodeThread, LetsAnyThreadWaitUntilItIsIdle) {
     });
     bool doneBefore = false;
     std::thread host([&] {
+        asked = true;
+        asked.notify_all();
         side.waitUntilIdle();
         doneBefore = done;
     });
+    asked.wait(false);
     mayEnd = true;
     mayEnd.notify_all();
     host.join();

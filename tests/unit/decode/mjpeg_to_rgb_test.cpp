@@ -167,15 +167,20 @@ TEST_P(Mjpeg2Rgb, IgnoresLeftOverBytesBehindThePicture) {
 }
 
 TEST_P(Mjpeg2Rgb, NeverLeavesTheBoundsOfCorruptFrames) {
+    constexpr int kRowsAround = 8;
+    const cv::Mat rows = untouched(64, kRowsAround);
     const Bytes good = sample();
     PrintedText warnings(PrintedText::Stream::kError);
     PrintedText printed;
     for (std::size_t i = 0; i < good.size(); ++i) {
         Bytes bad = good;
         bad[i] = static_cast<unsigned char>(~bad[i]);
-        cv::Mat out = untouched(64, 48);
+        const cv::Mat around = untouched(64, 48 + 2 * kRowsAround);
+        cv::Mat out = around.rowRange(kRowsAround, kRowsAround + 48);
         const int result = decode(bad, out);
         EXPECT_TRUE(result == 0 || result == -1);
+        EXPECT_TRUE(same(around.rowRange(0, kRowsAround), rows));
+        EXPECT_TRUE(same(around.rowRange(kRowsAround + 48, around.rows), rows));
     }
 }
 

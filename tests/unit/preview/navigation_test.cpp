@@ -8,20 +8,7 @@
 namespace doccam::test {
 namespace {
 
-class Navigation : public Preview {
-  protected:
-    // 1000 x 750 in a form of 800 x 600: 80 % fits, 100 % overflows by 200 x 150.
-    static void streamLargeFrame() {
-        stream({1000, 750});
-        SetWebFormSize(800, 600);
-    }
-
-    // 402 x 302 in the same form: fits at 100 %, with 398 x 298 to spare.
-    static void streamSmallFrame() {
-        stream({402, 302});
-        SetWebFormSize(800, 600);
-    }
-};
+using Navigation = Preview;
 
 TEST_F(Navigation, IsRefusedWhileNothingStreams) {
     streamLargeFrame();

@@ -54,6 +54,16 @@ void Preview::stream(FrameSize frame) {
     state().bKeep = true;
 }
 
+void Preview::streamLargeFrame() {
+    stream({1000, 750});
+    SetWebFormSize(800, 600);
+}
+
+void Preview::streamSmallFrame() {
+    stream({402, 302});
+    SetWebFormSize(800, 600);
+}
+
 void Preview::setFields(const PreviewFields& fields) {
     LibraryState& library = state();
     library.FormWidth = fields.FormWidth;

@@ -40,6 +40,12 @@ class Preview : public testing::Test {
     // As after opening a camera with frames of this size.
     static void stream(FrameSize frame);
 
+    // 1000 x 750 in a form of 800 x 600: 80 % fits, 100 % overflows by 200 x 150.
+    static void streamLargeFrame();
+
+    // 402 x 302 in the same form: fits at 100 %, with 398 x 298 to spare.
+    static void streamSmallFrame();
+
     // Sets the fields that a view consists of, for states that no operation leads to directly.
     static void setFields(const PreviewFields& fields);
 };

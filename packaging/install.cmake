@@ -32,6 +32,7 @@ endforeach()
 
 if(DOCCAM_BUILD_HOSTS OR DOCCAM_BUILD_TESTS)
     install(FILES packaging/man/doccam.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES packaging/systemd/doccam.service DESTINATION lib/systemd/user)
     install(FILES packaging/completions/doccam.bash RENAME doccam
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
     install(FILES packaging/completions/_doccam

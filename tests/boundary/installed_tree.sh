@@ -70,6 +70,11 @@ run "$work/cpp_again.png" " 89 50" "$work/cpp/build/consumer"
 echo '#include <doccam/doccam.h>' |
     c++ -std=c++20 "${warnings[@]}" "${c_flags[@]}" -x c++ -fsyntax-only -
 
+# The service starts what is installed; where systemd is not, nobody can say more of it.
+service=$work/prefix/lib/systemd/user/doccam.service
+program=$(sed -n 's/^ExecStart=\([^ ]*\) .*/\1/p' "$service")
+[ -x "$work/prefix/bin/$program" ] || fail "the service starts \"$program\", which is not installed"
+
 # The command line finds its virtual camera in the tree.
 LD_LIBRARY_PATH=$libraries "$work/prefix/bin/doccam" --virtual capture --size 640x480 "$work/still.png"
 [ -s "$work/still.png" ]

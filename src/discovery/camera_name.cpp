@@ -1,8 +1,8 @@
 #include "discovery/camera_name.h"
 
 #include "base/device_node.h"
-#include "base/split_text.h"
 #include "discovery/device_enumeration.h"
+#include "discovery/split_text.h"
 #include "state/library_state.h"
 
 #include <sys/ioctl.h>

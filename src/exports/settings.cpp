@@ -1,7 +1,7 @@
 // Settings, callbacks and helpers: each setter stores its value, unchecked, for the next use.
 #include "base/pause.h"
-#include "base/split_text.h"
 #include "capture/grab_size.h"
+#include "discovery/split_text.h"
 #include "state/faults.h"
 #include "state/library_state.h"
 

@@ -1,7 +1,7 @@
 // Faults that the host wants to hear of, and stages that survive them.
 #pragma once
 
-#include <doccam/doccam.h>
+#include <doccam/types.h>
 
 #include <string>
 #include <utility>

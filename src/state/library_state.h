@@ -7,7 +7,7 @@
 
 #include "state/shared_text.h"
 
-#include <doccam/doccam.h>
+#include <doccam/types.h>
 
 #include <hpdf.h>
 #include <linux/videodev2.h>

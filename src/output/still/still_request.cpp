@@ -1,6 +1,6 @@
 #include "output/still/still_request.h"
 
-#include "base/poll.h"
+#include "base/pause.h"
 #include "output/files/files.h"
 #include "state/library_state.h"
 

@@ -1,7 +1,8 @@
 // Closing a session, in a fixed order with fixed waits.
+#include "capture/session_end.h"
+
 #include "base/pause.h"
 #include "capture/driver_buffers.h"
-#include "capture/session_end.h"
 #include "decode/mjpeg_frames.h"
 #include "state/library_state.h"
 

@@ -1,4 +1,4 @@
-#include "base/split_text.h"
+#include "discovery/split_text.h"
 
 namespace doccam {
 

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# The library's rooms know nothing of its exported names: no object but those of exports/ wants one,
+# and no source but those of exports/ includes a public header, but for the types that both sides
+# share. A folder of src and apps holds twelve subjects at most, a source and its header being one.
+#   rooms.sh OBJECTS SOURCE
+set -euo pipefail
+objects=$1 source=$2
+failed=0
+
+exported=$(grep -v '^#' "$source/tests/boundary/exported_names.txt" | LC_ALL=C sort)
+for room in $(cd "$source/src" && find . -name '*.cpp' -not -path './exports/*' -printf '%P\n'); do
+    wanted=$(nm --undefined-only -P "$objects/$room.o" | awk '{print $1}' | LC_ALL=C sort |
+        LC_ALL=C comm -12 - <(echo "$exported"))
+    [ -z "$wanted" ] || { echo "rooms: $room calls" $wanted >&2; failed=1; }
+done
+
+public=$(grep -rnE '#include <doccam/' "$source/src" --include='*.h' --include='*.cpp' |
+    grep -v "^$source/src/exports/" | grep -v '<doccam/types.h>' || true)
+[ -z "$public" ] || { echo "rooms: public headers in rooms:" >&2; echo "$public" >&2; failed=1; }
+
+while read -r folder; do
+    count=$(find "$folder" -maxdepth 1 -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.js' \) -printf '%f\n' |
+        sed 's/\.[^.]*$//' | sort -u | wc -l)
+    [ "$count" -le 12 ] || { echo "rooms: $count subjects in ${folder#"$source"/}" >&2; failed=1; }
+done < <(find "$source/src" "$source/apps" -type d)
+exit "$failed"

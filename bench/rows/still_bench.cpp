@@ -62,18 +62,19 @@ Contest still(const Picture& picture) {
         throw std::runtime_error("no sheet on picture " + picture.name);
     }
     LibraryState& library = state();
-    library.isDelBlackedge = 1;
-    library.isDelBcakColor = 1;
-    library.jpgQuality = kQuality;
+    library.settings.isDelBlackedge = 1;
+    library.settings.isDelBcakColor = 1;
+    library.settings.jpgQuality = kQuality;
     const cv::Mat frame = picture.pixels;
     // A still is a new file.
     const auto prepare = [corners = outline.corners](const std::string& file) {
         fs::remove(file);
-        std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
+        std::copy(corners.begin(), corners.end(), state().sheet.CutPoint.begin());
     };
     return {
         .ours = [=] { capture(stills->ours().data(), kFormat, kCropToSheet, frame); },
-        .peer = [=] { plain::saveCleanPage(frame, state().CutPoint.data(), stills->plain()); },
+        .peer =
+            [=] { plain::saveCleanPage(frame, state().sheet.CutPoint.data(), stills->plain()); },
         .same = [=] { return stills->areSame(); },
         .beforeOurs = [=] { prepare(stills->ours()); },
         .beforePeer = [=] { prepare(stills->plain()); },

@@ -19,8 +19,8 @@ namespace {
 constexpr int kMostWaitsForCode = 199;
 
 bool isPending() {
-    return state().IsRecogBarQr.load(std::memory_order_acquire) != kNoCodeRequest ||
-           state().reportingFaults.load(std::memory_order_acquire);
+    return state().session.IsRecogBarQr.load(std::memory_order_acquire) != kNoCodeRequest ||
+           state().session.reportingFaults.load(std::memory_order_acquire);
 }
 
 // Empty when there is no readable image at path.
@@ -60,9 +60,9 @@ const char* keptText(std::string text) {
 } // namespace
 
 const char* requestCode(int mode) {
-    state().IsRecogBarQr.store(mode, std::memory_order_release);
+    state().session.IsRecogBarQr.store(mode, std::memory_order_release);
     pollWhile(isPending, kMostWaitsForCode);
-    return state().BarQrContent.current();
+    return state().session.BarQrContent.current();
 }
 
 const char* readCodeFromFile(const char* path, CodeKind wanted) {

@@ -26,18 +26,18 @@ void selectControl(int selector, std::uint32_t& identifier) {
 }
 
 int request(unsigned long code, void* record) {
-    return ioctl(state().cam_fd, code, record);
+    return ioctl(state().session.cam_fd, code, record);
 }
 
 bool queryControl() {
-    return request(VIDIOC_QUERYCTRL, &state().qctrl) == 0;
+    return request(VIDIOC_QUERYCTRL, &state().session.qctrl) == 0;
 }
 
 // Reads the queried control; says on standard error when it cannot.
 bool readControl(const char* complaint) {
     LibraryState& library = state();
-    library.ctrl.id = library.qctrl.id;
-    if (request(VIDIOC_G_CTRL, &library.ctrl) < 0) {
+    library.session.ctrl.id = library.session.qctrl.id;
+    if (request(VIDIOC_G_CTRL, &library.session.ctrl) < 0) {
         std::perror(complaint);
         return false;
     }
@@ -46,8 +46,8 @@ bool readControl(const char* complaint) {
 
 bool writeControl(int value, const char* complaint) {
     LibraryState& library = state();
-    library.ctrl.value = value;
-    if (request(VIDIOC_S_CTRL, &library.ctrl) == -1) {
+    library.session.ctrl.value = value;
+    if (request(VIDIOC_S_CTRL, &library.session.ctrl) == -1) {
         std::puts(complaint);
         return false;
     }
@@ -67,10 +67,10 @@ void store(int* output, int value) {
 
 int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, int* current) {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return -1;
     }
-    selectControl(selector, library.qctrl.id);
+    selectControl(selector, library.session.qctrl.id);
     pauseFor(50);
     if (!queryControl()) {
         return -1;
@@ -78,21 +78,22 @@ int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, in
     if (!readControl("**********************get ctrl failed**************\n")) {
         return -2;
     }
-    store(minimum, library.qctrl.minimum);
-    store(maximum, library.qctrl.maximum);
-    store(defaultValue, library.qctrl.default_value);
-    store(current, library.ctrl.value);
+    store(minimum, library.session.qctrl.minimum);
+    store(maximum, library.session.qctrl.maximum);
+    store(defaultValue, library.session.qctrl.default_value);
+    store(current, library.session.ctrl.value);
     pauseFor(50);
     return 0;
 }
 
 int setControl(int selector, int value) {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return -1;
     }
     // Deliberate: gamma goes into the query record, and the value to the control used last.
-    selectControl(selector, selector == kGamma ? library.qctrl.id : library.ctrl.id);
+    selectControl(selector,
+                  selector == kGamma ? library.session.qctrl.id : library.session.ctrl.id);
     pauseFor(50);
     if (!writeControl(value, "set param error!")) {
         return -1;
@@ -103,17 +104,17 @@ int setControl(int selector, int value) {
 
 int resetControl(int selector) {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return kUnknown;
     }
-    selectControl(selector, library.qctrl.id);
+    selectControl(selector, library.session.qctrl.id);
     pauseFor(50);
     int value = kUnknown;
     if (queryControl()) {
         if (!readControl("**********************get default param failed**************\n")) {
             return -10002;
         }
-        value = library.qctrl.default_value;
+        value = library.session.qctrl.default_value;
     }
     pauseFor(50);
     if (!writeControl(value, "set default param error!")) {
@@ -125,11 +126,11 @@ int resetControl(int selector) {
 
 int toggleZoomFocus() {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return -1;
     }
     pauseFor(30);
-    library.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
+    library.session.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
     if (!queryControl()) {
         return 0;
     }
@@ -137,16 +138,17 @@ int toggleZoomFocus() {
         return -2;
     }
     pauseFor(25);
-    return writeControl(library.ctrl.value != 0 ? 0 : 1, "set default param error!") ? 0 : -3;
+    return writeControl(library.session.ctrl.value != 0 ? 0 : 1, "set default param error!") ? 0
+                                                                                             : -3;
 }
 
 int refocus() {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return -1;
     }
     pauseFor(30);
-    library.qctrl.id = V4L2_CID_FOCUS_AUTO;
+    library.session.qctrl.id = V4L2_CID_FOCUS_AUTO;
     if (!queryControl()) {
         return 0;
     }

@@ -28,24 +28,24 @@ v4l2_buffer bufferRecord(int index) {
 int mapBuffer(int index) {
     LibraryState& library = state();
     v4l2_buffer record = bufferRecord(index);
-    if (ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record) != 0) {
+    if (ioctl(library.session.cam_fd, VIDIOC_QUERYBUF, &record) != 0) {
         return requestFailed("ioctl(VIDIOC_QUERYBUF) failed %d(%s)", -10);
     }
     std::printf("buffer.length: %d", static_cast<int>(record.length));
     std::printf("buffer.m.offset: %d", static_cast<int>(record.m.offset));
-    void* mapping = mmap(nullptr, record.length, PROT_READ | PROT_WRITE, MAP_SHARED, library.cam_fd,
-                         static_cast<off_t>(record.m.offset));
+    void* mapping = mmap(nullptr, record.length, PROT_READ | PROT_WRITE, MAP_SHARED,
+                         library.session.cam_fd, static_cast<off_t>(record.m.offset));
     if (mapping == MAP_FAILED) {
         const int error = errno;
         std::puts("MAP_FAILED!!!!!!!!!!!!!!!!!!!!!!!!!!!!");
         errno = error;
         return requestFailed("mmap() failed %d(%s)", -11);
     }
-    library.video_buffer_ptr[index] = static_cast<unsigned char*>(mapping);
-    library.mappedLength[static_cast<std::size_t>(index)] = record.length;
+    library.session.video_buffer_ptr[index] = static_cast<unsigned char*>(mapping);
+    library.session.mappedLength[static_cast<std::size_t>(index)] = record.length;
 
     record = bufferRecord(index);
-    if (ioctl(library.cam_fd, VIDIOC_QBUF, &record) != 0) {
+    if (ioctl(library.session.cam_fd, VIDIOC_QBUF, &record) != 0) {
         return requestFailed("ioctl(VIDIOC_QBUF) failed %d(%s)", -12);
     }
     return 0;
@@ -53,19 +53,19 @@ int mapBuffer(int index) {
 
 // The pointer stays, as that of a buffer which was mapped once.
 void forget(int index) {
-    state().mappedLength[static_cast<std::size_t>(index)] = 0;
+    state().session.mappedLength[static_cast<std::size_t>(index)] = 0;
 }
 
 bool wasEverMapped(int index) {
-    return state().video_buffer_ptr[index] != nullptr;
+    return state().session.video_buffer_ptr[index] != nullptr;
 }
 
 // Unmaps what is mapped of the buffer from an offset on.
 void unmapFrom(int index, std::size_t offset) {
     LibraryState& library = state();
-    const std::size_t mapped = library.mappedLength[static_cast<std::size_t>(index)];
+    const std::size_t mapped = library.session.mappedLength[static_cast<std::size_t>(index)];
     if (offset < mapped) {
-        munmap(library.video_buffer_ptr[index] + offset, mapped - offset);
+        munmap(library.session.video_buffer_ptr[index] + offset, mapped - offset);
     }
 }
 
@@ -78,10 +78,10 @@ std::size_t wholePages(std::size_t length) {
 void unmapBuffer(int index) {
     LibraryState& library = state();
     v4l2_buffer record = bufferRecord(index);
-    ioctl(library.cam_fd, VIDIOC_QUERYBUF, &record);
-    const std::size_t length =
-        std::min<std::size_t>(record.length, library.mappedLength[static_cast<std::size_t>(index)]);
-    if (wasEverMapped(index) && munmap(library.video_buffer_ptr[index], length) == -1) {
+    ioctl(library.session.cam_fd, VIDIOC_QUERYBUF, &record);
+    const std::size_t length = std::min<std::size_t>(
+        record.length, library.session.mappedLength[static_cast<std::size_t>(index)]);
+    if (wasEverMapped(index) && munmap(library.session.video_buffer_ptr[index], length) == -1) {
         std::puts("munmap fail!!!");
         // An unplugged camera no longer tells the length; the mapping is still there.
         unmapFrom(index, 0);
@@ -97,18 +97,18 @@ void unmapBuffer(int index) {
 int mapDriverBuffers() {
     LibraryState& library = state();
     v4l2_requestbuffers request{};
-    request.count = static_cast<std::uint32_t>(library.buffer_count);
+    request.count = static_cast<std::uint32_t>(library.session.buffer_count);
     request.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     request.memory = V4L2_MEMORY_MMAP;
-    if (ioctl(library.cam_fd, VIDIOC_REQBUFS, &request) != 0) {
+    if (ioctl(library.session.cam_fd, VIDIOC_REQBUFS, &request) != 0) {
         return requestFailed("ioctl(VIDIOC_REQBUFS) failed %d(%s)", -8);
     }
     std::printf("req.count: %d", static_cast<int>(request.count));
-    if (request.count < static_cast<std::uint32_t>(library.buffer_count)) {
+    if (request.count < static_cast<std::uint32_t>(library.session.buffer_count)) {
         std::puts("request buffer failed");
         return -9;
     }
-    for (int index = 0; index < library.buffer_count; ++index) {
+    for (int index = 0; index < library.session.buffer_count; ++index) {
         if (const int code = mapBuffer(index); code != 0) {
             return code;
         }
@@ -117,14 +117,14 @@ int mapDriverBuffers() {
 }
 
 void unmapLostBuffers() {
-    for (int index = 0; index < state().buffer_count; ++index) {
+    for (int index = 0; index < state().session.buffer_count; ++index) {
         unmapFrom(index, 0);
         forget(index);
     }
 }
 
 void unmapDriverBuffers() {
-    for (int index = 0; index < state().buffer_count; ++index) {
+    for (int index = 0; index < state().session.buffer_count; ++index) {
         unmapBuffer(index);
     }
 }

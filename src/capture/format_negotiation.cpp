@@ -53,9 +53,10 @@ v4l2_format wantedFormat() {
     const LibraryState& library = state();
     v4l2_format format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    format.fmt.pix.pixelformat = library.CameraFormat == 0 ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
-    format.fmt.pix.width = static_cast<std::uint32_t>(library.nWidth.load());
-    format.fmt.pix.height = static_cast<std::uint32_t>(library.nHeight.load());
+    format.fmt.pix.pixelformat =
+        library.settings.CameraFormat == 0 ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
+    format.fmt.pix.width = static_cast<std::uint32_t>(library.session.nWidth.load());
+    format.fmt.pix.height = static_cast<std::uint32_t>(library.session.nHeight.load());
     return format;
 }
 
@@ -64,9 +65,9 @@ void noteFormat(const v4l2_format& format) {
     const v4l2_pix_format& picture = format.fmt.pix;
     std::printf("fmt.type:\t\t%d", static_cast<int>(format.type));
     const auto letter = [&](int i) { return static_cast<char>(picture.pixelformat >> (8 * i)); };
-    std::snprintf(library.pix_format, sizeof library.pix_format, "%c%c%c%c", letter(0), letter(1),
-                  letter(2), letter(3));
-    std::printf("pix.pixelformat:\t%s", library.pix_format);
+    std::snprintf(library.session.pix_format, sizeof library.session.pix_format, "%c%c%c%c",
+                  letter(0), letter(1), letter(2), letter(3));
+    std::printf("pix.pixelformat:\t%s", library.session.pix_format);
     std::printf("pix.width:\t\t%d", static_cast<int>(picture.width));
     std::printf("pix.height:\t\t%d", static_cast<int>(picture.height));
     std::printf("pix.field:\t\t%d", static_cast<int>(picture.field));
@@ -75,14 +76,14 @@ void noteFormat(const v4l2_format& format) {
 } // namespace
 
 void printCamera() {
-    const int descriptor = state().cam_fd;
+    const int descriptor = state().session.cam_fd;
     printDriver(descriptor);
     printFormats(descriptor);
     printFrameRate(descriptor);
 }
 
 int negotiateFormat() {
-    const int descriptor = state().cam_fd;
+    const int descriptor = state().session.cam_fd;
     v4l2_format format = wantedFormat();
     if (ioctl(descriptor, VIDIOC_TRY_FMT, &format) != 0) {
         return requestFailed("ioctl(VIDIOC_TRY_FMT) failed %d(%s)", -5);

@@ -17,7 +17,8 @@ constexpr std::size_t kReadSlack = kCodecPadding + 16;
 
 // Images keep their size across some failed opens; the frame must then fill the larger of the two.
 std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
-    return std::max(frame, library.srcimage.total() * library.srcimage.elemSize()) + kReadSlack;
+    return std::max(frame, library.session.srcimage.total() * library.session.srcimage.elemSize()) +
+           kReadSlack;
 }
 
 } // namespace
@@ -25,7 +26,7 @@ std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
 FrameIntake::FrameIntake(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
   , library_(library)
-  , capacity_(static_cast<std::size_t>(std::max(library.nSize.load(), 0)))
+  , capacity_(static_cast<std::size_t>(std::max(library.session.nSize.load(), 0)))
   , reserved_(bytesToReserve(library, capacity_))
   , frame_(std::make_unique<RawFrame>(reserved_))
   , sidePicture_(av_frame_alloc()) {}
@@ -62,7 +63,7 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
 
 bool FrameIntake::fetch(RawFrame& frame) {
     DequeuedBuffer dequeued;
-    const int descriptor = library_.cam_fd;
+    const int descriptor = library_.session.cam_fd;
     if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
         return false;
     }
@@ -78,8 +79,8 @@ bool FrameIntake::fetch(RawFrame& frame) {
 }
 
 bool FrameIntake::fetchNextIfThere() {
-    if (hasNext_ || !sidePicture_ || !library_.bKeep || thread_.stopRequested() ||
-        !hasFilledBuffer(library_.cam_fd)) {
+    if (hasNext_ || !sidePicture_ || !library_.session.bKeep || thread_.stopRequested() ||
+        !hasFilledBuffer(library_.session.cam_fd)) {
         return true;
     }
     if (!next_) {

@@ -26,7 +26,7 @@ FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
-        while (library_.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
+        while (library_.session.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
         }
     });
     if (!thread_.abandoned()) {
@@ -63,7 +63,7 @@ FrameLoop::Next FrameLoop::grab() {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
         if (endsUnasked()) {
-            reportFault(endOfStream(result, library_.cam_fd));
+            reportFault(endOfStream(result, library_.session.cam_fd));
         }
         return Next::kEnd;
     }
@@ -71,11 +71,11 @@ FrameLoop::Next FrameLoop::grab() {
 }
 
 FrameLoop::Next FrameLoop::decode() {
-    cv::Mat& image = library_.srcimage;
+    cv::Mat& image = library_.session.srcimage;
     if (isMjpeg()) {
         return intake_.decodeInto(image) ? Next::kFrame : Next::kEnd;
     }
-    if (std::strstr(library_.pix_format, "YUYV") != nullptr) {
+    if (std::strstr(library_.session.pix_format, "YUYV") != nullptr) {
         convertYuyv(intake_.bytes(), image.data, image.cols, image.rows);
         return Next::kFrame;
     }
@@ -100,14 +100,14 @@ FrameLoop::Next FrameLoop::prepareFrame(bool& usable) {
 }
 
 bool FrameLoop::isMjpeg() const {
-    return std::strstr(library_.pix_format, "MJPG") != nullptr;
+    return std::strstr(library_.session.pix_format, "MJPG") != nullptr;
 }
 
 // The frames right after a turn would be shown with the geometry of before.
 bool FrameLoop::dropAfterTurn() {
-    int left = library_.RotateFlag;
+    int left = library_.settings.RotateFlag;
     while (left > 0) {
-        if (library_.RotateFlag.compare_exchange_weak(left, left - 1)) {
+        if (library_.settings.RotateFlag.compare_exchange_weak(left, left - 1)) {
             std::puts("RotateFlag--");
             return true;
         }
@@ -116,15 +116,16 @@ bool FrameLoop::dropAfterTurn() {
 }
 
 void FrameLoop::rotate() {
-    switch (library_.RotateAngle.load(std::memory_order_relaxed)) {
+    switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
     case 1:
-        turnIntoFrame(library_.srcimage, Quarter::kClockwise, library_.roimage);
+        turnIntoFrame(library_.session.srcimage, Quarter::kClockwise, library_.session.roimage);
         break;
     case 2:
-        turnByHalf(library_.srcimage);
+        turnByHalf(library_.session.srcimage);
         break;
     case 3:
-        turnIntoFrame(library_.srcimage, Quarter::kCounterClockwise, library_.roimage);
+        turnIntoFrame(library_.session.srcimage, Quarter::kCounterClockwise,
+                      library_.session.roimage);
         break;
     default:
         break;
@@ -132,20 +133,20 @@ void FrameLoop::rotate() {
 }
 
 const cv::Mat* FrameLoop::workingImage() const {
-    switch (library_.RotateAngle.load(std::memory_order_relaxed)) {
+    switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
     case 0:
     case 2:
-        return &library_.srcimage;
+        return &library_.session.srcimage;
     case 1:
     case 3:
-        return &library_.roimage;
+        return &library_.session.roimage;
     default:
         return nullptr;
     }
 }
 
 bool FrameLoop::endsUnasked() const {
-    return hasFaultCallback() && library_.bKeep && !thread_.stopRequested();
+    return hasFaultCallback() && library_.session.bKeep && !thread_.stopRequested();
 }
 
 FrameLoop::Next FrameLoop::reportFaults() {
@@ -157,61 +158,63 @@ FrameLoop::Next FrameLoop::reportFaults() {
 
 template <typename Lower>
 FrameLoop::Next FrameLoop::answer(Lower&& lower) {
-    library_.reportingFaults.store(!faults_.empty(), std::memory_order_release);
+    library_.session.reportingFaults.store(!faults_.empty(), std::memory_order_release);
     lower();
     const Next next = reportFaults();
-    library_.reportingFaults.store(false, std::memory_order_release);
+    library_.session.reportingFaults.store(false, std::memory_order_release);
     return next;
 }
 
 FrameLoop::Next FrameLoop::takeStill() {
-    if (!library_.isShootPhoto.load(std::memory_order_acquire)) {
+    if (!library_.session.isShootPhoto.load(std::memory_order_acquire)) {
         return Next::kFrame;
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
-            const Still still = prepareStill(library_.imgSavePath.load().data(), library_.cutType,
-                                             *image, library_);
+            const Still still = prepareStill(library_.session.imgSavePath.load().data(),
+                                             library_.settings.cutType, *image, library_);
             thread_.writing([&] { saveStill(still); });
         }
     });
     if (thread_.abandoned()) {
         return Next::kEnd;
     }
-    return answer([this] { library_.isShootPhoto.store(false, std::memory_order_release); });
+    return answer(
+        [this] { library_.session.isShootPhoto.store(false, std::memory_order_release); });
 }
 
 FrameLoop::Next FrameLoop::readCode() {
-    const int mode = library_.IsRecogBarQr.load(std::memory_order_acquire);
+    const int mode = library_.session.IsRecogBarQr.load(std::memory_order_acquire);
     if (mode == kNoCodeRequest) {
         return Next::kFrame;
     }
     const bool read = containing(DOCCAM_FAULT_CODE, [this, mode] {
         if (const cv::Mat* image = workingImage()) {
-            library_.BarQrContent.publish(readCodeOnFrame(*image, codeKind(mode)));
+            library_.session.BarQrContent.publish(readCodeOnFrame(*image, codeKind(mode)));
             if (isMjpeg()) {
-                std::printf("BarQrContent:%s\n", library_.BarQrContent.current());
+                std::printf("BarQrContent:%s\n", library_.session.BarQrContent.current());
             }
         }
     });
     if (!read) {
-        library_.BarQrContent.publish({});
+        library_.session.BarQrContent.publish({});
     }
     return answer(
-        [this] { library_.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release); });
+        [this] { library_.session.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release); });
 }
 
 // After the still, which must not show the outline, and for the next one, which needs the corners.
 void FrameLoop::drawOutline() {
-    const int cutType = library_.cutType.load(std::memory_order_relaxed);
+    const int cutType = library_.settings.cutType.load(std::memory_order_relaxed);
     const cv::Mat* image = workingImage();
     if (cutType == kCropToSheet && image != nullptr) {
-        containing(DOCCAM_FAULT_OUTLINE, [&] { outlineSheet(*image, true, library_); });
+        containing(DOCCAM_FAULT_OUTLINE, [&] { outlineSheet(*image, true, library_.sheet); });
     }
 }
 
 FrameLoop::Next FrameLoop::deliverFrame() {
-    const FrameCallback callback = library_.pGetVideoStream.load(std::memory_order_acquire);
+    const FrameCallback callback =
+        library_.settings.pGetVideoStream.load(std::memory_order_acquire);
     const cv::Mat* image = workingImage();
     if (callback == nullptr || image == nullptr) {
         return Next::kFrame;
@@ -223,7 +226,8 @@ FrameLoop::Next FrameLoop::deliverFrame() {
 }
 
 FrameLoop::Next FrameLoop::deliverPreview() {
-    const WebFrameCallback callback = library_.pGetVideoWebStream.load(std::memory_order_acquire);
+    const WebFrameCallback callback =
+        library_.settings.pGetVideoWebStream.load(std::memory_order_acquire);
     if (callback == nullptr) {
         return Next::kFrame;
     }

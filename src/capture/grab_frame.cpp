@@ -67,16 +67,16 @@ GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) 
     if (dequeued.error != 0) {
         return {kDequeue, dequeued.error};
     }
-    if (record.index >= static_cast<unsigned>(library.buffer_count) ||
-        library.mappedLength[record.index] == 0) {
+    if (record.index >= static_cast<unsigned>(library.session.buffer_count) ||
+        library.session.mappedLength[record.index] == 0) {
         return {kBufferIndex, static_cast<int>(record.index)};
     }
     // A driver may name a length beyond what was mapped or can be a frame.
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
-                                         library.mappedLength[record.index], frame.size()});
-    copyInParallel({library.video_buffer_ptr[record.index], copied}, frame.data());
+                                         library.session.mappedLength[record.index], frame.size()});
+    copyInParallel({library.session.video_buffer_ptr[record.index], copied}, frame.data());
     GrabbedFrame grabbed{.length = static_cast<int>(copied)};
-    if (ioctl(library.cam_fd, VIDIOC_QBUF, &record) != 0) {
+    if (ioctl(library.session.cam_fd, VIDIOC_QBUF, &record) != 0) {
         grabbed.failure = kRequeue;
         grabbed.detail = errno;
     }
@@ -103,8 +103,8 @@ int logGrabFailure(const GrabbedFrame& grabbed) {
 
 int grabFrame(unsigned char* buffer, int* length) {
     const LibraryState& library = state();
-    const auto bytes = static_cast<std::size_t>(std::max(library.nSize.load(), 0));
-    const GrabbedFrame grabbed = takeFrame(dequeueBuffer(library.cam_fd), {buffer, bytes});
+    const auto bytes = static_cast<std::size_t>(std::max(library.session.nSize.load(), 0));
+    const GrabbedFrame grabbed = takeFrame(dequeueBuffer(library.session.cam_fd), {buffer, bytes});
     if (grabbed.failure == GrabbedFrame::Failure::kNone ||
         grabbed.failure == GrabbedFrame::Failure::kRequeue) {
         *length = grabbed.length;

@@ -5,9 +5,13 @@
 
 namespace doccam {
 
-struct LibraryState;
+namespace record {
+
+struct Session;
+
+} // namespace record
 
 // Sets the size and the bytes of such a frame with three a pixel. A nonsense size wraps around.
-void setGrabSize(LibraryState& library, FrameSize size);
+void setGrabSize(record::Session& session, FrameSize size);
 
 } // namespace doccam

@@ -36,20 +36,20 @@ bool isPossible(FrameSize size) {
 
 void chooseGrabSize(FrameSize size) {
     const bool enlarged = size == kEnlargedSize;
-    state().isInsert1000M = enlarged;
-    setGrabSize(state(), enlarged ? kFullSize : size);
+    state().session.isInsert1000M = enlarged;
+    setGrabSize(state().session, enlarged ? kFullSize : size);
 }
 
 void leaveOpenNode() {
     LibraryState& library = state();
-    if (library.cam_fd == kNoDescriptor) {
+    if (library.session.cam_fd == kNoDescriptor) {
         return;
     }
-    if (library.bKeep) {
+    if (library.session.bKeep) {
         closeSession();
         std::puts("---------openCamera > closeCamera BB---------");
     } else {
-        close(library.cam_fd);
+        close(library.session.cam_fd);
         std::puts("---------openCamera > closeCamera AA---------");
     }
     std::puts("---------openCamera closeCamera!---------");
@@ -58,11 +58,12 @@ void leaveOpenNode() {
 // A callback of the thread that was given up may still read them; the next session takes others.
 void leavePixelsBehind() {
     LibraryState& library = state();
-    for (cv::Mat* image : {&library.srcimage, &library.roimage, &library.zoomimage}) {
+    for (cv::Mat* image :
+         {&library.session.srcimage, &library.session.roimage, &library.session.zoomimage}) {
         image->release();
     }
-    library.WEB_BUF = nullptr;
-    library.previewPixels.reset();
+    library.view.WEB_BUF = nullptr;
+    library.view.previewPixels.reset();
 }
 
 // What an earlier session could not release: its thread and its mappings outlive a descriptor that
@@ -77,31 +78,33 @@ void endEarlierSession() {
 
 int openNode(int index) {
     LibraryState& library = state();
-    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
-    if (library.cam_fd == kNoDescriptor) {
+    library.session.cam_fd =
+        openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str());
+    if (library.session.cam_fd == kNoDescriptor) {
         std::puts("打开相机节点失败");
         return -3;
     }
-    library.sessionProcess = getpid();
+    library.session.sessionProcess = getpid();
     return 0;
 }
 
 // The size asked for decides, whatever the driver settled on; images that are there keep theirs.
 void allocateImages() {
     LibraryState& library = state();
-    if (library.srcimage.empty()) {
-        library.srcimage = makeSlackImage(library.nHeight, library.nWidth);
+    if (library.session.srcimage.empty()) {
+        library.session.srcimage = makeSlackImage(library.session.nHeight, library.session.nWidth);
     }
-    if (library.roimage.empty()) {
+    if (library.session.roimage.empty()) {
         // Black, not whatever lay there: a turn in the middle of a frame shows it before it is
         // filled.
-        library.roimage = cv::Mat::zeros(library.nWidth, library.nHeight, CV_8UC3);
+        library.session.roimage =
+            cv::Mat::zeros(library.session.nWidth, library.session.nHeight, CV_8UC3);
     }
 }
 
 int switchStreamOn() {
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    if (ioctl(state().cam_fd, VIDIOC_STREAMON, &type) != 0) {
+    if (ioctl(state().session.cam_fd, VIDIOC_STREAMON, &type) != 0) {
         return requestFailed("ioctl(VIDIOC_STREAMON) failed %d(%s)\n", -13);
     }
     return 0;
@@ -110,8 +113,8 @@ int switchStreamOn() {
 void startThread() {
     LibraryState& library = state();
     const auto thread = std::make_shared<StreamingThread>();
-    library.streamingThread = thread;
-    library.bKeep = true;
+    library.session.streamingThread = thread;
+    library.session.bKeep = true;
     if (!thread->start(streamFrames)) {
         std::puts("create thread error");
     }

@@ -25,18 +25,19 @@ constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
 
 // In a forked child the descriptor is the parent's too, and the stream is the parent's alone.
 void switchStreamOff() {
-    if (state().sessionProcess != kNoProcess && state().sessionProcess != getpid()) {
+    if (state().session.sessionProcess != kNoProcess &&
+        state().session.sessionProcess != getpid()) {
         return;
     }
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    ioctl(state().cam_fd, VIDIOC_STREAMOFF, &type);
+    ioctl(state().session.cam_fd, VIDIOC_STREAMOFF, &type);
 }
 
 void closeNode() {
     LibraryState& library = state();
     pauseFor(kNodeWait);
-    close(library.cam_fd);
-    library.cam_fd = kNoDescriptor;
+    close(library.session.cam_fd);
+    library.session.cam_fd = kNoDescriptor;
     pauseFor(kNodeWait);
 }
 
@@ -48,8 +49,8 @@ void releaseImage(cv::Mat& image, const char* line) {
 }
 
 void releasePreviewBuffer() {
-    if (state().WEB_BUF.exchange(nullptr) != nullptr) {
-        state().previewPixels.reset();
+    if (state().view.WEB_BUF.exchange(nullptr) != nullptr) {
+        state().view.previewPixels.reset();
         std::puts(">>>>>>>>>>>>> closeCamera 04!");
     }
 }
@@ -63,9 +64,9 @@ struct ExitGuard {
 
     ~ExitGuard() {
         const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
-        const auto& thread = state().streamingThread;
+        const auto& thread = state().session.streamingThread;
         if (claim.granted() && thread && thread->ofThisProcess()) {
-            state().bKeep = false;
+            state().session.bKeep = false;
             switchStreamOff();
             retireStreamingThread();
             releaseDecoder();
@@ -100,7 +101,7 @@ void EndingClaim::waitUntilFree() {
 }
 
 void closeSession() {
-    state().bKeep = false;
+    state().session.bKeep = false;
     pauseFor(kStopWait);
     const EndingClaim claim(EndingClaim::IfTaken::kGoWithout);
     if (!claim.granted()) {
@@ -114,16 +115,16 @@ void closeSession() {
     retireStreamingThread();
     unmapDriverBuffers();
     closeNode();
-    releaseImage(state().srcimage, ">>>>>>>>>>>>> closeCamera 01!");
-    releaseImage(state().roimage, ">>>>>>>>>>>>> closeCamera 02!");
-    releaseImage(state().zoomimage, ">>>>>>>>>>>>> closeCamera 03!");
+    releaseImage(state().session.srcimage, ">>>>>>>>>>>>> closeCamera 01!");
+    releaseImage(state().session.roimage, ">>>>>>>>>>>>> closeCamera 02!");
+    releaseImage(state().session.zoomimage, ">>>>>>>>>>>>> closeCamera 03!");
     releasePreviewBuffer();
     releaseDecoder();
 }
 
 ThreadEnd retireStreamingThread() {
     LibraryState& library = state();
-    const std::shared_ptr<StreamingThread> thread = std::move(library.streamingThread);
+    const std::shared_ptr<StreamingThread> thread = std::move(library.session.streamingThread);
     if (!thread) {
         return ThreadEnd::kEnded;
     }
@@ -131,13 +132,14 @@ ThreadEnd retireStreamingThread() {
     if (!thread->abandoned()) {
         return ThreadEnd::kEnded;
     }
-    for (const cv::Mat& image : {library.srcimage, library.roimage, library.zoomimage}) {
+    for (const cv::Mat& image :
+         {library.session.srcimage, library.session.roimage, library.session.zoomimage}) {
         thread->keepAlive(image);
     }
-    thread->keepAlive(library.previewPixels);
+    thread->keepAlive(library.view.previewPixels);
     if (thread->abandonedInWriting()) {
         // It is still being served, and not for the next session to serve again.
-        library.isShootPhoto.store(false, std::memory_order_release);
+        library.session.isShootPhoto.store(false, std::memory_order_release);
     }
     return ThreadEnd::kGivenUp;
 }

@@ -10,7 +10,7 @@ namespace doccam {
 namespace {
 
 MjpegDecoder* current() {
-    return state().pdecode.load(std::memory_order_acquire);
+    return state().session.pdecode.load(std::memory_order_acquire);
 }
 
 } // namespace
@@ -53,7 +53,7 @@ void storeFrame(Decoded decoded, int width, int height, cv::Mat& out) {
 }
 
 void createDecoder() {
-    auto& slot = state().pdecode;
+    auto& slot = state().session.pdecode;
     if (slot.load(std::memory_order_acquire) != nullptr) {
         return;
     }
@@ -66,7 +66,7 @@ void createDecoder() {
 
 void releaseDecoder() {
     const std::unique_ptr<MjpegDecoder> last(
-        state().pdecode.exchange(nullptr, std::memory_order_acq_rel));
+        state().session.pdecode.exchange(nullptr, std::memory_order_acq_rel));
 }
 
 void decodeInto(const MjpegFrame& frame, cv::Mat& out) {

@@ -36,18 +36,19 @@ const char* cameraName(int index) {
     if (!cameraExists(index)) {
         return nullptr;
     }
-    if (library.cam_fd != kNoDescriptor) {
-        close(library.cam_fd);
+    if (library.session.cam_fd != kNoDescriptor) {
+        close(library.session.cam_fd);
     }
-    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
-    if (library.cam_fd == kNoDescriptor) {
+    library.session.cam_fd =
+        openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str());
+    if (library.session.cam_fd == kNoDescriptor) {
         return nullptr;
     }
-    const std::string card = cardName(library.cam_fd);
-    close(library.cam_fd);
-    library.cam_fd = kNoDescriptor;
-    library.cameraName = displayName(card, index);
-    return library.cameraName.c_str();
+    const std::string card = cardName(library.session.cam_fd);
+    close(library.session.cam_fd);
+    library.session.cam_fd = kNoDescriptor;
+    library.discovery.cameraName = displayName(card, index);
+    return library.discovery.cameraName.c_str();
 }
 
 } // namespace doccam

@@ -23,9 +23,9 @@ void remember(udev_device* device) {
     const char* number = udev_device_get_sysnum(device);
     char node[100];
     std::snprintf(node, sizeof node, "/dev/video%s", number != nullptr ? number : "");
-    library.devices[static_cast<std::size_t>(library.deviceCount)] = node;
+    library.discovery.devices[static_cast<std::size_t>(library.discovery.deviceCount)] = node;
     std::printf("node:%s\n", node);
-    ++library.deviceCount;
+    ++library.discovery.deviceCount;
 }
 
 // Takes the first video device of one model, if there is one. A second device of the model, such
@@ -52,7 +52,7 @@ Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* produ
 
 int enumerateCameras() {
     LibraryState& library = state();
-    library.deviceCount = 0;
+    library.discovery.deviceCount = 0;
     UdevContext context(udev_new());
     if (!context) {
         return -1;
@@ -64,27 +64,28 @@ int enumerateCameras() {
     }
     udev_enumerate_add_match_subsystem(enumerator.get(), "video4linux");
     udev_enumerate_scan_devices(enumerator.get());
-    library.devices[0].clear();
-    for (std::size_t row = 0; row < library.gpyVendor.size(); ++row) {
-        if (library.gpyVendor[row] == nullptr) {
+    library.discovery.devices[0].clear();
+    for (std::size_t row = 0; row < library.discovery.gpyVendor.size(); ++row) {
+        if (library.discovery.gpyVendor[row] == nullptr) {
             break;
         }
-        if (findModel(enumerator.get(), library.gpyVendor[row], library.gpyProduct[row]) ==
-            Walk::kDeviceVanished) {
+        if (findModel(enumerator.get(), library.discovery.gpyVendor[row],
+                      library.discovery.gpyProduct[row]) == Walk::kDeviceVanished) {
             static_cast<void>(enumerator.release());
             static_cast<void>(context.release());
             return 0;
         }
     }
-    return library.deviceCount;
+    return library.discovery.deviceCount;
 }
 
 bool cameraExists(int index) {
     LibraryState& library = state();
-    if (library.deviceCount < 1) {
-        library.deviceCount = enumerateCameras();
+    if (library.discovery.deviceCount < 1) {
+        library.discovery.deviceCount = enumerateCameras();
     }
-    return index >= 0 && library.deviceCount >= 1 && index < library.deviceCount;
+    return index >= 0 && library.discovery.deviceCount >= 1 &&
+           index < library.discovery.deviceCount;
 }
 
 } // namespace doccam

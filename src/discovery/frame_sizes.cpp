@@ -24,17 +24,18 @@ struct SizeList {
 
 SizeList selectedSizes() {
     LibraryState& library = state();
-    if (library.CameraFormat.load(std::memory_order_relaxed) != 0) {
-        return {library.yuvWidthList, library.yuvHeightList};
+    if (library.settings.CameraFormat.load(std::memory_order_relaxed) != 0) {
+        return {library.discovery.yuvWidthList, library.discovery.yuvHeightList};
     }
-    return {library.mjpegWidthList, library.mjpegHeightList};
+    return {library.discovery.mjpegWidthList, library.discovery.mjpegHeightList};
 }
 
 void clearLists() {
     LibraryState& library = state();
-    for (auto* list : {&library.formatList, &library.yuvWidthList, &library.yuvHeightList,
-                       &library.mjpegWidthList, &library.mjpegHeightList,
-                       &library.otherfmtWidthList, &library.otherfmtHeightList}) {
+    for (auto* list : {&library.discovery.formatList, &library.discovery.yuvWidthList,
+                       &library.discovery.yuvHeightList, &library.discovery.mjpegWidthList,
+                       &library.discovery.mjpegHeightList, &library.discovery.otherfmtWidthList,
+                       &library.discovery.otherfmtHeightList}) {
         list->clear();
     }
 }
@@ -44,14 +45,14 @@ SizeList noteFormat(std::uint32_t pixelFormat) {
     LibraryState& library = state();
     switch (pixelFormat) {
     case V4L2_PIX_FMT_MJPEG:
-        library.formatList.push_back(0);
-        return {library.mjpegWidthList, library.mjpegHeightList};
+        library.discovery.formatList.push_back(0);
+        return {library.discovery.mjpegWidthList, library.discovery.mjpegHeightList};
     case V4L2_PIX_FMT_YUYV:
-        library.formatList.push_back(1);
-        return {library.yuvWidthList, library.yuvHeightList};
+        library.discovery.formatList.push_back(1);
+        return {library.discovery.yuvWidthList, library.discovery.yuvHeightList};
     default:
-        library.formatList.push_back(2);
-        return {library.otherfmtWidthList, library.otherfmtHeightList};
+        library.discovery.formatList.push_back(2);
+        return {library.discovery.otherfmtWidthList, library.discovery.otherfmtHeightList};
     }
 }
 
@@ -104,14 +105,14 @@ void appendEnlargedSize(SizeList sizes) {
 
 void leaveOpenNode() {
     LibraryState& library = state();
-    if (library.cam_fd == kNoDescriptor) {
+    if (library.session.cam_fd == kNoDescriptor) {
         return;
     }
-    if (library.bKeep) {
+    if (library.session.bKeep) {
         closeSession();
         std::puts("---------getResolutionCount closeCamera BB---------");
     } else {
-        close(library.cam_fd);
+        close(library.session.cam_fd);
         std::puts("---------getResolutionCount closeCamera AA---------");
     }
 }
@@ -130,18 +131,19 @@ int enumerateSizes(int index) {
         return 0;
     }
     leaveOpenNode();
-    library.cam_fd = openDeviceNode(library.devices[static_cast<std::size_t>(index)].c_str());
-    if (library.cam_fd == kNoDescriptor) {
+    library.session.cam_fd =
+        openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str());
+    if (library.session.cam_fd == kNoDescriptor) {
         std::puts("open camera error!!");
         return 0;
     }
     v4l2_capability capability{};
-    ioctl(library.cam_fd, VIDIOC_QUERYCAP, &capability);
+    ioctl(library.session.cam_fd, VIDIOC_QUERYCAP, &capability);
     clearLists();
-    listFormats(library.cam_fd);
-    close(library.cam_fd);
-    library.cam_fd = kNoDescriptor;
-    library.isInsert1000M = false;
+    listFormats(library.session.cam_fd);
+    close(library.session.cam_fd);
+    library.session.cam_fd = kNoDescriptor;
+    library.session.isInsert1000M = false;
 
     const SizeList sizes = selectedSizes();
     if (sizes.widths.empty()) {
@@ -152,7 +154,7 @@ int enumerateSizes(int index) {
 }
 
 bool hasSizes() {
-    return !state().mjpegWidthList.empty() || !state().yuvWidthList.empty();
+    return !state().discovery.mjpegWidthList.empty() || !state().discovery.yuvWidthList.empty();
 }
 
 int selectedSizeCount() {

@@ -71,8 +71,8 @@ const std::vector<ModelId>& configuredModels() {
 [[maybe_unused]] const bool loaded = [] {
     const auto& models = configuredModels();
     for (std::size_t row = 0; row < models.size(); ++row) {
-        state().gpyVendor[row] = models[row].vendor.data();
-        state().gpyProduct[row] = models[row].product.data();
+        state().discovery.gpyVendor[row] = models[row].vendor.data();
+        state().discovery.gpyProduct[row] = models[row].product.data();
     }
     return true;
 }();

@@ -14,7 +14,7 @@
 using doccam::state;
 
 void CamdataRote90(cv::Mat src) {
-    doccam::turnIntoFrame(src, doccam::Quarter::kClockwise, state().roimage);
+    doccam::turnIntoFrame(src, doccam::Quarter::kClockwise, state().session.roimage);
 }
 
 cv::Mat CamdataRote180(cv::Mat src) {
@@ -23,7 +23,7 @@ cv::Mat CamdataRote180(cv::Mat src) {
 }
 
 void CamdataRote270(cv::Mat src) {
-    doccam::turnIntoFrame(src, doccam::Quarter::kCounterClockwise, state().roimage);
+    doccam::turnIntoFrame(src, doccam::Quarter::kCounterClockwise, state().session.roimage);
 }
 
 cv::Mat rotateImage(cv::Mat src, float angle) {
@@ -33,11 +33,12 @@ cv::Mat rotateImage(cv::Mat src, float angle) {
 int DrawingEdge(unsigned char* data, int width, int height, int drawFlag) {
     const bool possible = data != nullptr && width > 0 && height > 0;
     const cv::Mat frameView = possible ? cv::Mat(height, width, CV_8UC3, data) : cv::Mat();
-    return static_cast<int>(doccam::outlineSheet(frameView, drawFlag == 1, state()));
+    return static_cast<int>(doccam::outlineSheet(frameView, drawFlag == 1, state().sheet));
 }
 
 float GetAngle(int* points) {
-    return points != nullptr ? doccam::storeGeometry(doccam::cornersFrom(points), state()) : 0;
+    return points != nullptr ? doccam::storeGeometry(doccam::cornersFrom(points), state().sheet)
+                             : 0;
 }
 
 void GammaCorrection(cv::Mat& src, cv::Mat& dst, float fGamma) {

@@ -27,12 +27,12 @@ int pdf_end() {
 
 int AddImageFileToPDF(const char* path) {
     return guarded("AddImageFileToPDF", -1,
-                   [=] { return doccam::enqueueFile(state().pdf_filelist, path); });
+                   [=] { return doccam::enqueueFile(state().documents.pdf_filelist, path); });
 }
 
 int AddImagePath(const char* path) {
     return guarded("AddImagePath", -1,
-                   [=] { return doccam::enqueueFile(state().img_filelist, path); });
+                   [=] { return doccam::enqueueFile(state().documents.img_filelist, path); });
 }
 
 int CombineToPDF(const char* path, bool deleteSources) {

@@ -49,9 +49,9 @@ int Web_RotateR() {
 }
 
 void VideoZoomToWeb(cv::Mat frame, unsigned char* out) {
-    doccam::renderPicture(frame, doccam::loadView(doccam::state()), out);
+    doccam::renderPicture(frame, doccam::loadView(doccam::state().view), out);
 }
 
 void VideoZoomToWebEx(cv::Mat frame, cv::Mat out) {
-    doccam::renderInto(frame, doccam::loadView(doccam::state()), out);
+    doccam::renderInto(frame, doccam::loadView(doccam::state().view), out);
 }

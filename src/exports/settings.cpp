@@ -24,17 +24,17 @@ void storeOnce(std::atomic<Callback>& slot, Callback callback) {
 } // namespace
 
 int SetDataCallback(FrameCallback callback) {
-    storeOnce(state().pGetVideoStream, callback);
+    storeOnce(state().settings.pGetVideoStream, callback);
     return 0;
 }
 
 int SetWebDataCallback(WebFrameCallback callback) {
-    storeOnce(state().pGetVideoWebStream, callback);
+    storeOnce(state().settings.pGetVideoWebStream, callback);
     return 0;
 }
 
 int SetFaultCallback(FaultCallback callback) {
-    state().faultCallback.store(callback, std::memory_order_release);
+    state().settings.faultCallback.store(callback, std::memory_order_release);
     return 0;
 }
 
@@ -43,44 +43,44 @@ int doccam_fault_cause() {
 }
 
 int SetRotate(int angle) {
-    state().RotateAngle.store(angle, kRelaxed);
+    state().settings.RotateAngle.store(angle, kRelaxed);
     return 0;
 }
 
 void SetVideoFormat(int format) {
-    state().CameraFormat.store(format > 1 ? 1 : format, kRelaxed);
+    state().settings.CameraFormat.store(format > 1 ? 1 : format, kRelaxed);
 }
 
 void SetCutType(int value) {
-    state().cutType.store(value, kRelaxed);
+    state().settings.cutType.store(value, kRelaxed);
 }
 
 void SetColorMode(int value) {
-    state().colorMode.store(value, kRelaxed);
+    state().settings.colorMode.store(value, kRelaxed);
 }
 
 void SetFileFormat(int value) {
-    state().fileFormat.store(value, kRelaxed);
+    state().settings.fileFormat.store(value, kRelaxed);
 }
 
 int GetFileFormat() {
-    return state().fileFormat.load(kRelaxed);
+    return state().settings.fileFormat.load(kRelaxed);
 }
 
 void SetJpgQuality(int value) {
-    state().jpgQuality.store(value, kRelaxed);
+    state().settings.jpgQuality.store(value, kRelaxed);
 }
 
 void SetDelBlackedge(int value) {
-    state().isDelBlackedge.store(value, kRelaxed);
+    state().settings.isDelBlackedge.store(value, kRelaxed);
 }
 
 void SetDelBackColor(int value) {
-    state().isDelBcakColor.store(value, kRelaxed);
+    state().settings.isDelBcakColor.store(value, kRelaxed);
 }
 
 void setGrabSize(int width, int height) {
-    doccam::setGrabSize(state(), {width, height});
+    doccam::setGrabSize(state().session, {width, height});
 }
 
 void Sleep(int ms) {

@@ -16,24 +16,24 @@ int formBytes(int width, int height) {
 }
 
 // Only the session's first form sizes the buffer: the streaming thread may be writing into it.
-void providePreviewBuffer(LibraryState& library, int bytes) {
-    if (bytes == 0 || library.WEB_BUF.load(std::memory_order_relaxed) != nullptr) {
+void providePreviewBuffer(record::View& view, int bytes) {
+    if (bytes == 0 || view.WEB_BUF.load(std::memory_order_relaxed) != nullptr) {
         return;
     }
     const auto count = static_cast<std::size_t>(bytes);
-    library.previewPixels = std::make_shared<unsigned char[]>(count);
-    library.previewBytes.store(count, std::memory_order_relaxed);
-    library.WEB_BUF.store(library.previewPixels.get(), std::memory_order_release);
+    view.previewPixels = std::make_shared<unsigned char[]>(count);
+    view.previewBytes.store(count, std::memory_order_relaxed);
+    view.WEB_BUF.store(view.previewPixels.get(), std::memory_order_release);
 }
 
 } // namespace
 
 void declareForm(int width, int height) {
     LibraryState& library = state();
-    library.FormWidth.store(width, std::memory_order_relaxed);
-    library.FormHeight.store(height, std::memory_order_relaxed);
+    library.view.FormWidth.store(width, std::memory_order_relaxed);
+    library.view.FormHeight.store(height, std::memory_order_relaxed);
     guarded("SetWebFormSize", false, [&] {
-        providePreviewBuffer(library, formBytes(width, height));
+        providePreviewBuffer(library.view, formBytes(width, height));
         return true;
     });
     fitView({width, height});
@@ -41,12 +41,12 @@ void declareForm(int width, int height) {
 
 void fitView(FrameSize form) {
     LibraryState& library = state();
-    storeBestFit(library, bestFit(loadView(library), shownFrameSize(library), form));
+    storeBestFit(library.view, bestFit(loadView(library.view), shownFrameSize(library), form));
 }
 
 void rescaleView() {
     LibraryState& library = state();
-    storeFrameSides(library, rescaled(loadView(library), shownFrameSize(library)));
+    storeFrameSides(library.view, rescaled(loadView(library.view), shownFrameSize(library)));
 }
 
 } // namespace doccam

@@ -10,15 +10,15 @@ constexpr int kNotStreaming = -1;
 // Frames that may still be on their way in the old orientation.
 constexpr int kFramesPerTurn = 2;
 
-using Store = void (*)(LibraryState&, const View&);
+using Store = void (*)(record::View&, const View&);
 
 template <typename Change>
 int changeView(Store store, Change&& change) {
     LibraryState& library = state();
-    if (!library.bKeep) {
+    if (!library.session.bKeep) {
         return kNotStreaming;
     }
-    store(library, change(loadView(library)));
+    store(library.view, change(loadView(library.view)));
     return 0;
 }
 
@@ -32,8 +32,8 @@ int zoomTo(Scale&& scaleOf) {
 int turn(int (*turned)(int)) {
     return changeView(storeBestFit, [&](const View& view) {
         LibraryState& library = state();
-        library.RotateFlag = kFramesPerTurn;
-        library.RotateAngle = turned(library.RotateAngle);
+        library.settings.RotateFlag = kFramesPerTurn;
+        library.settings.RotateAngle = turned(library.settings.RotateAngle);
         return centred(bestFit(view, shownFrameSize(library), {view.x.form, view.y.form}));
     });
 }

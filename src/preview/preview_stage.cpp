@@ -21,9 +21,9 @@ PreviewPicture pictureOf(const View& view, unsigned char* pixels) {
 
 bool showInForm(LibraryState& library, const View& view, const cv::Mat* frame,
                 const DeliverPicture& deliver) {
-    unsigned char* const pixels = library.WEB_BUF.load(std::memory_order_acquire);
+    unsigned char* const pixels = library.view.WEB_BUF.load(std::memory_order_acquire);
     if (pixels == nullptr ||
-        !canShow(view, frame, library.previewBytes.load(std::memory_order_relaxed))) {
+        !canShow(view, frame, library.view.previewBytes.load(std::memory_order_relaxed))) {
         return true;
     }
     if (frame != nullptr) {
@@ -35,7 +35,7 @@ bool showInForm(LibraryState& library, const View& view, const cv::Mat* frame,
 // The host is told the view's size whatever size the destination has, and may read that much.
 bool showInDestination(LibraryState& library, const View& view, const cv::Mat* frame,
                        const DeliverPicture& deliver) {
-    const cv::Mat destination = library.zoomimage;
+    const cv::Mat destination = library.session.zoomimage;
     if (destination.empty() ||
         !canShow(view, frame, destination.total() * destination.elemSize())) {
         return true;
@@ -49,7 +49,7 @@ bool showInDestination(LibraryState& library, const View& view, const cv::Mat* f
 } // namespace
 
 bool showPreview(LibraryState& library, const cv::Mat* frame, const DeliverPicture& deliver) {
-    const View view = loadView(library);
+    const View view = loadView(library.view);
     return showInForm(library, view, frame, deliver) &&
            showInDestination(library, view, frame, deliver);
 }

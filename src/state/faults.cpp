@@ -13,7 +13,8 @@ thread_local DoccamCause causeOfThread = DOCCAM_CAUSE_NONE;
 
 // A fault callback may end a document, whose fault is then told within it.
 void callHost(const Fault& fault) {
-    if (const FaultCallback callback = state().faultCallback.load(std::memory_order_acquire)) {
+    if (const FaultCallback callback =
+            state().settings.faultCallback.load(std::memory_order_acquire)) {
         const DoccamCause outer = std::exchange(causeOfThread, fault.cause);
         guarded("the fault callback", 0, [&] {
             callback(fault.kind, fault.message.c_str());
@@ -26,7 +27,7 @@ void callHost(const Fault& fault) {
 } // namespace
 
 bool hasFaultCallback() {
-    return state().faultCallback.load(std::memory_order_acquire) != nullptr;
+    return state().settings.faultCallback.load(std::memory_order_acquire) != nullptr;
 }
 
 void reportFault(Fault fault) {

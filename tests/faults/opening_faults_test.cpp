@@ -59,7 +59,7 @@ class OpeningFaults : public SweepTest, public testing::WithParamInterface<Step>
         inject(fault);
         EXPECT_EQ(openForOneFrame(format), GetParam().code);
         expectStruck(fault);
-        EXPECT_EQ(state().bKeep, GetParam().code == 0);
+        EXPECT_EQ(state().session.bKeep, GetParam().code == 0);
         if (GetParam().code == 0) {
             expectTheFrameSent(format);
             EXPECT_EQ(closeCamera(), 0);
@@ -113,8 +113,8 @@ TEST_P(ClosingFaults, LeaveAHealthyLibrary) {
             inject(fault);
             EXPECT_EQ(closeCamera(), 0);
             expectStruck(fault);
-            EXPECT_FALSE(state().bKeep);
-            EXPECT_EQ(state().cam_fd, kNoDescriptor);
+            EXPECT_FALSE(state().session.bKeep);
+            EXPECT_EQ(state().session.cam_fd, kNoDescriptor);
             expectHeld(0, 0);
             expectHealthySession(kMjpegFormat);
             expectHealthySession(kYuyvFormat);

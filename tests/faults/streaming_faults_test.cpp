@@ -46,7 +46,7 @@ TEST_P(StreamingFaults, EndTheStreamAndLeaveAHealthyLibrary) {
         EXPECT_EQ(reasonOfTheEnd(), "the driver failed to hand over a frame");
         EXPECT_EQ(framesSeen(), frame - 1);
         expectStruck(fault);
-        EXPECT_TRUE(state().bKeep);
+        EXPECT_TRUE(state().session.bKeep);
         EXPECT_EQ(closeCamera(), 0);
         expectHeld(0, 0);
         // After a failure in either format the next session takes each format in turn.

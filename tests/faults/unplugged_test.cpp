@@ -17,7 +17,7 @@ namespace {
 constexpr int kReadQr = 1;
 
 bool workIsPending() {
-    return state().isShootPhoto && state().IsRecogBarQr != kNoCodeRequest;
+    return state().session.isShootPhoto && state().session.IsRecogBarQr != kNoCodeRequest;
 }
 
 // The host's threads that wait for a still and for a code.
@@ -73,8 +73,8 @@ void ignorePreview(unsigned char* /*pixels*/, int /*width*/, int /*height*/, int
 // Asks for everything and pulls the camera out while the library waits for its callback.
 void unplugAtTheLastFrame(unsigned char* /*pixels*/, int /*width*/, int /*height*/) {
     if (framesUntilUnplugged == 1) {
-        state().isShootPhoto = true;
-        state().IsRecogBarQr = kReadQr;
+        state().session.isShootPhoto = true;
+        state().session.IsRecogBarQr = kReadQr;
         virtualcam::unplug(unpluggedCamera);
     }
     --framesUntilUnplugged;
@@ -108,7 +108,7 @@ class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
 
     // The node and its buffers are the session's until the host closes it.
     void closeAndPlugAgain() {
-        EXPECT_TRUE(state().bKeep);
+        EXPECT_TRUE(state().session.bKeep);
         expectHeld(1, 5);
         EXPECT_EQ(closeCamera(), 0);
         expectHeld(0, 0);
@@ -121,8 +121,8 @@ class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
     // The first frame of the next session answers what is still asked for.
     void expectHealthyLibrary() {
         expectHealthySession(kMjpegFormat);
-        EXPECT_FALSE(state().isShootPhoto);
-        EXPECT_EQ(state().IsRecogBarQr, kNoCodeRequest);
+        EXPECT_FALSE(state().session.isShootPhoto);
+        EXPECT_EQ(state().session.IsRecogBarQr, kNoCodeRequest);
         EXPECT_TRUE(std::filesystem::remove(still_));
         expectHealthySession(kYuyvFormat);
     }
@@ -152,10 +152,10 @@ TEST_P(Unplugged, WhileAFrameIsWaitedForLeavesAHostThatGoesOnAndAHealthyLibrary)
 }
 
 TEST_P(Unplugged, WhileAFrameIsShownLeavesAHealthyLibrary) {
-    state().imgSavePath.store(still_.c_str());
+    state().session.imgSavePath.store(still_.c_str());
     for (int frame = 1; frame <= kFrames; frame += kStep) {
         SCOPED_TRACE(frame);
-        state().pGetVideoStream = unplugAtTheLastFrame;
+        state().settings.pGetVideoStream = unplugAtTheLastFrame;
         framesUntilUnplugged = frame;
         unpluggedCamera = earlier_;
         addFrameFault(virtualcam::FaultKind::kStall, frame + 1); // no frame is fetched ahead
@@ -167,7 +167,7 @@ TEST_P(Unplugged, WhileAFrameIsShownLeavesAHealthyLibrary) {
         expectTheEnd();
         EXPECT_EQ(framesUntilUnplugged, 0);
         closeAndPlugAgain();
-        state().pGetVideoStream = nullptr;
+        state().settings.pGetVideoStream = nullptr;
         watchFrames();
         expectHealthyLibrary();
     }

@@ -16,7 +16,7 @@ constexpr std::int64_t kMostPixels = 1 << 18;
 
 // Decoding takes time in proportion to the size that a frame's header announces.
 void limitPictures() {
-    MjpegDecoder& decoder = *state().pdecode;
+    MjpegDecoder& decoder = *state().session.pdecode;
     decoder.context->max_pixels = kMostPixels;
 }
 

@@ -24,19 +24,19 @@ class Session {
   public:
     Session(int width, int height) {
         setGrabSize(width, height);
-        library_.bKeep = true;
+        library_.session.bKeep = true;
     }
 
     ~Session() {
-        library_.bKeep = false;
-        library_.WEB_BUF = nullptr;
-        library_.previewPixels.reset();
-        library_.previewBytes = 0;
-        library_.RotateAngle = 0;
-        library_.RotateFlag = 0;
-        library_.FormWidth = 0;
-        library_.FormHeight = 0;
-        storeBestFit(library_, {});
+        library_.session.bKeep = false;
+        library_.view.WEB_BUF = nullptr;
+        library_.view.previewPixels.reset();
+        library_.view.previewBytes = 0;
+        library_.settings.RotateAngle = 0;
+        library_.settings.RotateFlag = 0;
+        library_.view.FormWidth = 0;
+        library_.view.FormHeight = 0;
+        storeBestFit(library_.view, {});
     }
 
     Session(const Session&) = delete;
@@ -103,7 +103,7 @@ void showPicture() {
     const FrameSize shown = shownFrameSize(state());
     const cv::Mat frame(shown.height, shown.width, CV_8UC3, cv::Scalar(1, 2, 3));
     showPreview(state(), &frame, draw);
-    const std::size_t bytes = pictureBytes(loadView(state()));
+    const std::size_t bytes = pictureBytes(loadView(state().view));
     if (bytes <= kMostPixels * 3) {
         test::Bytes pixels(bytes);
         test::allowImageErrors([&] { VideoZoomToWeb(frame, pixels.data()); });

@@ -157,7 +157,7 @@ TEST_F(CameraControls, DefaultOfAnUnknownControlWritesTheFailureValueToTheContro
     ASSERT_EQ(SetVideoCtlParam(3, 1), 0);
     addCallFault("VIDIOC_QUERYCTRL", EINVAL);
     EXPECT_EQ(SetVideoCtlDefaultParam(0), -10001);
-    EXPECT_EQ(state().ctrl.id, static_cast<std::uint32_t>(V4L2_CID_HUE));
+    EXPECT_EQ(state().session.ctrl.id, static_cast<std::uint32_t>(V4L2_CID_HUE));
     EXPECT_EQ(value(V4L2_CID_HUE), described(V4L2_CID_HUE).minimum);
 }
 

@@ -53,22 +53,22 @@ TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
     // The loop shall see the end of the session before the stream is switched off.
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
-    state().previewPixels = std::make_shared<unsigned char[]>(12);
-    state().WEB_BUF = state().previewPixels.get();
-    state().zoomimage.create(4, 4, CV_8UC3);
+    state().view.previewPixels = std::make_shared<unsigned char[]>(12);
+    state().view.WEB_BUF = state().view.previewPixels.get();
+    state().session.zoomimage.create(4, 4, CV_8UC3);
     PrintedText printed;
     EXPECT_EQ(closeCamera(), 0);
     EXPECT_EQ(printed.take(), ">>>>>>>>>>>>> closeCamera 01!\n>>>>>>>>>>>>> closeCamera 02!\n"
                               ">>>>>>>>>>>>> closeCamera 03!\n>>>>>>>>>>>>> closeCamera 04!\n");
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
-    EXPECT_TRUE(state().srcimage.empty());
-    EXPECT_TRUE(state().roimage.empty());
-    EXPECT_TRUE(state().zoomimage.empty());
-    EXPECT_EQ(state().WEB_BUF, nullptr);
-    EXPECT_EQ(state().pdecode, nullptr);
-    EXPECT_EQ(state().cam_fd, -1);
-    EXPECT_FALSE(state().bKeep);
+    EXPECT_TRUE(state().session.srcimage.empty());
+    EXPECT_TRUE(state().session.roimage.empty());
+    EXPECT_TRUE(state().session.zoomimage.empty());
+    EXPECT_EQ(state().view.WEB_BUF, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
+    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_FALSE(state().session.bKeep);
 }
 
 TEST_F(CloseCamera, ReturnsZeroTwiceInARow) {
@@ -120,8 +120,8 @@ TEST_F(CloseCamera, KeepsSettingsCallbacksAndSizes) {
     SetColorMode(2);
     openSmall(kMjpegFormat);
     closeCamera();
-    EXPECT_EQ(state().colorMode, 2);
-    EXPECT_NE(state().pGetVideoStream.load(), nullptr);
+    EXPECT_EQ(state().settings.colorMode, 2);
+    EXPECT_NE(state().settings.pGetVideoStream.load(), nullptr);
     EXPECT_GT(getFormatResolutionCount(0), 0);
     openSmall(kMjpegFormat);
     waitForFrames(1);

@@ -15,15 +15,15 @@ TEST_F(DeviceEnumeration, FindsCamerasInTheOrderOfTheModelTable) {
     PrintedText printed;
     EXPECT_EQ(getDeviceCount(), 2);
     EXPECT_EQ(printed.take(), "node:/dev/video2\nnode:/dev/video0\n");
-    EXPECT_EQ(state().devices[0], "/dev/video2");
-    EXPECT_EQ(state().devices[1], "/dev/video0");
+    EXPECT_EQ(state().discovery.devices[0], "/dev/video2");
+    EXPECT_EQ(state().discovery.devices[1], "/dev/video0");
 }
 
 TEST_F(DeviceEnumeration, FindsOnlyTheFirstOfTwoCamerasOfOneModel) {
     bed_.remove(earlier_);
     bed_.add(fastCamera("0c45", "6366"));
     EXPECT_EQ(getDeviceCount(), 1);
-    EXPECT_EQ(state().devices[0], bed_.path(later_));
+    EXPECT_EQ(state().discovery.devices[0], bed_.path(later_));
 }
 
 TEST_F(DeviceEnumeration, PassesOverCamerasOfOtherModels) {
@@ -38,7 +38,7 @@ TEST_F(DeviceEnumeration, PassesOverCamerasOfOtherModels) {
 TEST_F(DeviceEnumeration, SeesPluggingOnlyWhenAskedToEnumerate) {
     ASSERT_NE(getCameraName(1), nullptr);
     bed_.unplug(later_);
-    EXPECT_EQ(state().deviceCount, 2);
+    EXPECT_EQ(state().discovery.deviceCount, 2);
     EXPECT_EQ(getDeviceCount(), 1);
     bed_.plug(later_);
     EXPECT_EQ(getCameraName(1), nullptr);
@@ -51,15 +51,15 @@ TEST_F(DeviceEnumeration, NeverClearsMoreThanTheFirstOfItsPaths) {
     bed_.remove(earlier_);
     bed_.remove(later_);
     EXPECT_EQ(getDeviceCount(), 0);
-    EXPECT_EQ(state().devices[0], "");
-    EXPECT_EQ(state().devices[1], "/dev/video0");
+    EXPECT_EQ(state().discovery.devices[0], "");
+    EXPECT_EQ(state().discovery.devices[1], "/dev/video0");
 }
 
 TEST_F(DeviceEnumeration, NamesTheSecondPieceOfTheCardName) {
     ASSERT_EQ(getDeviceCount(), 2);
     EXPECT_STREQ(getCameraName(0), " Sheet Cam");
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
-    EXPECT_EQ(state().cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd, -1);
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
@@ -93,7 +93,7 @@ TEST_F(DeviceEnumeration, NamesNoCameraOutsideTheFoundOnes) {
 TEST_F(DeviceEnumeration, NamesNoCameraWhoseNodeCannotBeOpened) {
     addCallFault("open", EACCES);
     EXPECT_EQ(getCameraName(0), nullptr);
-    EXPECT_EQ(state().cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd, -1);
     EXPECT_STREQ(getCameraName(0), " Sheet Cam");
 }
 
@@ -105,8 +105,8 @@ TEST_F(DeviceEnumeration, NamesACameraAlsoWhenTheCapabilityQueryFails) {
 TEST_F(DeviceEnumeration, NamingTakesAStreamingSessionsDescriptorAway) {
     openSmall(kMjpegFormat);
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
-    EXPECT_EQ(state().cam_fd, -1);
-    EXPECT_TRUE(state().bKeep);
+    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_TRUE(state().session.bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 

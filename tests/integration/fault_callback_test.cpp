@@ -73,10 +73,10 @@ class HeardFaults : public SessionTest {
     // Makes the first frame's still one of a sheet that lies left of the frame.
     void requestStillOfASheetOutside() {
         constexpr int kCorners[] = {-10, 5, 300, -4, 310, 400, -2, 410};
-        std::copy(std::begin(kCorners), std::end(kCorners), state().CutPoint.begin());
+        std::copy(std::begin(kCorners), std::end(kCorners), state().sheet.CutPoint.begin());
         SetCutType(1);
-        state().imgSavePath.store(still_.c_str());
-        state().isShootPhoto = true;
+        state().session.imgSavePath.store(still_.c_str());
+        state().session.isShootPhoto = true;
     }
 
     ScratchFolder folder_;
@@ -91,7 +91,7 @@ TEST_F(HeardFaults, AreSurvivedByTheStream) {
     EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
     EXPECT_THAT(lastMessage(), HasSubstr("-215:Assertion failed"));
     waitForFrames(3);
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
     EXPECT_FALSE(std::filesystem::exists(still_));
     SetCutType(0);
     virtualcam::setSleepScale(1);
@@ -148,13 +148,13 @@ TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
 TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {
     // A frame without pixels takes the place of the turned one.
     SetRotate(1);
-    SetDataCallback([](unsigned char*, int, int) { state().roimage.release(); });
+    SetDataCallback([](unsigned char*, int, int) { state().session.roimage.release(); });
     openSmall(kMjpegFormat);
     while (heard == 0) {
         RecogBarQrCode(1);
     }
     EXPECT_EQ(heardLast, DOCCAM_FAULT_CODE);
-    EXPECT_EQ(state().IsRecogBarQr, kNoCodeRequest);
+    EXPECT_EQ(state().session.IsRecogBarQr, kNoCodeRequest);
 }
 
 TEST_F(HeardFaults, OfAPreviewCallbackLeaveTheStreamGoingOn) {
@@ -219,7 +219,7 @@ TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
     waitForFaults(1);
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
     SetFaultCallback(onFault);
     SetCutType(0);
     watchFrames();
@@ -229,7 +229,7 @@ TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
 
 TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
     SetRotate(1);
-    SetDataCallback([](unsigned char*, int, int) { state().roimage.release(); });
+    SetDataCallback([](unsigned char*, int, int) { state().session.roimage.release(); });
     openSmall(kMjpegFormat);
     while (heard == 0) {
         EXPECT_STREQ(RecogBarQrCode(1), "");
@@ -280,7 +280,7 @@ TEST_F(HeardFaults, MayThrowInTheirCallback) {
     openSmall(kMjpegFormat);
     waitForFaults(1);
     waitForFrames(3);
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
 }
 
 TEST_F(HeardFaults, AskTheDriverForNoReasonWhenNobodyHears) {

@@ -76,8 +76,8 @@ TEST_F(FaultCause, OfAnUnknownPixelFormatIsTheFormat) {
     camera.formats = {{virtualcam::fourcc("GREY"), {{640, 480}}, {}, {30}}};
     bed_.add(camera);
     getDeviceCount();
-    state().yuvWidthList = {640};
-    state().yuvHeightList = {480};
+    state().discovery.yuvWidthList = {640};
+    state().discovery.yuvHeightList = {480};
     openSmall(kYuyvFormat);
     EXPECT_EQ(awaitedCause(), DOCCAM_CAUSE_PIXEL_FORMAT);
 }

@@ -115,12 +115,12 @@ TEST_F(FrameLoop, HandsOverNothingForARotationThatIsNone) {
 TEST_F(FrameLoop, DropsTheTwoFramesAfterATurn) {
     addFrameFault(FaultKind::kStall, 4);
     watchFrames();
-    state().RotateFlag = 2;
+    state().settings.RotateFlag = 2;
     PrintedText printed;
     openSmall(kYuyvFormat);
     waitForFrames(1);
     EXPECT_THAT(ofTheLoop(printed.take()), EndsWith("RotateFlag--\nRotateFlag--\n"));
-    EXPECT_EQ(state().RotateFlag, 0);
+    EXPECT_EQ(state().settings.RotateFlag, 0);
     while (!virtualcam::waitedFor(earlier_)) {
         std::this_thread::yield();
     }
@@ -154,7 +154,7 @@ TEST_F(FrameLoop, EndsWhenTheCameraIsUnplugged) {
     const std::string text = untilEnd(printed);
     EXPECT_THAT(text, HasSubstr("ioctl(VIDIOC_DQBUF) failed "));
     EXPECT_THAT(text, EndsWith(")grabImage error!!!!!!!!!!\ncam get image ret = -1\n"));
-    EXPECT_TRUE(state().bKeep);
+    EXPECT_TRUE(state().session.bKeep);
     EXPECT_EQ(framesSeen(), 2);
 }
 
@@ -182,8 +182,8 @@ TEST_F(FrameLoop, EndsOnAFormatItDoesNotKnow) {
     camera.formats = {{virtualcam::fourcc("GREY"), {{640, 480}}, {}, {30}}};
     bed_.add(camera);
     // Known from a camera that was there before.
-    state().yuvWidthList = {640};
-    state().yuvHeightList = {480};
+    state().discovery.yuvWidthList = {640};
+    state().discovery.yuvHeightList = {480};
     PrintedText printed;
     ASSERT_EQ(openCamera(0, 640, 480), 0);
     EXPECT_THAT(untilEnd(printed), EndsWith("don't suport format\n"));
@@ -223,12 +223,12 @@ TEST_F(FrameLoop, BuffersLargerThanAFrameAreCopiedWithinBounds) {
     openSmall(kMjpegFormat);
     untilEnd(printed);
     EXPECT_EQ(lastSeen().size(), cv::Size(640, 480));
-    const auto bytes = static_cast<std::size_t>(state().nSize);
+    const auto bytes = static_cast<std::size_t>(state().session.nSize);
     std::vector<unsigned char> buffer(bytes + kLonger, kUntouched);
     int length = 0;
     EXPECT_EQ(grabImage(buffer.data(), &length), 0);
-    EXPECT_EQ(length, state().nSize);
-    EXPECT_TRUE(std::all_of(buffer.begin() + state().nSize, buffer.end(),
+    EXPECT_EQ(length, state().session.nSize);
+    EXPECT_TRUE(std::all_of(buffer.begin() + state().session.nSize, buffer.end(),
                             [](unsigned char byte) { return byte == kUntouched; }));
 }
 
@@ -238,7 +238,7 @@ TEST_F(FrameLoop, GrabImageTakesOneFrameOfTheOpenCamera) {
     addFrameFault(FaultKind::kIndex, 1, 9);
     openSmall(kYuyvFormat);
     untilEnd(printed);
-    std::vector<unsigned char> buffer(static_cast<std::size_t>(state().nSize));
+    std::vector<unsigned char> buffer(static_cast<std::size_t>(state().session.nSize));
     int length = 0;
     EXPECT_EQ(grabImage(buffer.data(), &length), 0);
     EXPECT_EQ(length, 640 * 480 * 2);

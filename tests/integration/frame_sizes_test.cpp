@@ -80,11 +80,11 @@ TEST_F(FrameSizes, KeepTheDriversOrderAndAreListedPerFormat) {
     EXPECT_THAT(printed.take(),
                 EndsWith("width,height:1280,960\nwidth,height:640,480\nwidth,height:320,240\n"
                          "width,height:160,120\nwidth,height:176,144\n"));
-    EXPECT_THAT(state().formatList, ElementsAre(0, 1, 2, 2));
-    EXPECT_THAT(state().mjpegWidthList, ElementsAre(1280, 640));
-    EXPECT_THAT(state().mjpegHeightList, ElementsAre(960, 480));
-    EXPECT_THAT(state().otherfmtWidthList, ElementsAre(160, 176));
-    EXPECT_THAT(state().otherfmtHeightList, ElementsAre(120, 144));
+    EXPECT_THAT(state().discovery.formatList, ElementsAre(0, 1, 2, 2));
+    EXPECT_THAT(state().discovery.mjpegWidthList, ElementsAre(1280, 640));
+    EXPECT_THAT(state().discovery.mjpegHeightList, ElementsAre(960, 480));
+    EXPECT_THAT(state().discovery.otherfmtWidthList, ElementsAre(160, 176));
+    EXPECT_THAT(state().discovery.otherfmtHeightList, ElementsAre(120, 144));
     SetVideoFormat(kMjpegFormat);
     EXPECT_THAT(listed(), ElementsAre(std::pair(1280, 960), std::pair(640, 480)));
 }
@@ -96,7 +96,7 @@ TEST_F(FrameSizes, RangesAddNothing) {
     PrintedText printed;
     EXPECT_EQ(getCameraResolutionCount(0), 0);
     EXPECT_EQ(printed.take(), "node:/dev/video0\n");
-    EXPECT_THAT(state().formatList, ElementsAre(1));
+    EXPECT_THAT(state().discovery.formatList, ElementsAre(1));
 }
 
 TEST_F(FrameSizes, OfACameraWithMjpegOnlyAreNoneForYuyv) {
@@ -109,7 +109,7 @@ TEST_F(FrameSizes, OfACameraWithMjpegOnlyAreNoneForYuyv) {
     EXPECT_EQ(height, 8);
     // The driver settles on what it has; the frames are MJPEG.
     EXPECT_EQ(openCamera(0, 640, 480), 0);
-    EXPECT_STREQ(state().pix_format, "MJPG");
+    EXPECT_STREQ(state().session.pix_format, "MJPG");
 }
 
 TEST_F(FrameSizes, AreUnknownBeforeTheFirstEnumeration) {
@@ -158,7 +158,7 @@ TEST_F(FrameSizes, EnumeratingStopsARunningSession) {
     EXPECT_GT(getCameraResolutionCount(0), 0);
     EXPECT_THAT(printed.take(),
                 HasSubstr("---------getResolutionCount closeCamera BB---------\nwidth,height:"));
-    EXPECT_FALSE(state().bKeep);
+    EXPECT_FALSE(state().session.bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
 }
@@ -172,7 +172,7 @@ TEST_F(FrameSizes, EnumeratingClosesANodeThatAFailedOpenLeft) {
     EXPECT_THAT(printed.take(),
                 testing::StartsWith("---------getResolutionCount closeCamera AA---------\n"));
     EXPECT_EQ(virtualcam::openHandles(), 0);
-    EXPECT_EQ(state().cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd, -1);
 }
 
 TEST_F(FrameSizes, SurviveAClose) {
@@ -183,9 +183,9 @@ TEST_F(FrameSizes, SurviveAClose) {
 
 TEST_F(FrameSizes, EnumeratingForgetsTheEnlargedSizeOfTheSessionBefore) {
     ASSERT_EQ(openCamera(0, 3672, 2856), 0);
-    EXPECT_TRUE(state().isInsert1000M);
+    EXPECT_TRUE(state().session.isInsert1000M);
     getCameraResolutionCount(0);
-    EXPECT_FALSE(state().isInsert1000M);
+    EXPECT_FALSE(state().session.isInsert1000M);
 }
 
 } // namespace

@@ -28,7 +28,7 @@ class LiveCode : public SessionTest {
   protected:
     LiveCode() {
         virtualcam::setSleepScale(1);
-        state().BarQrContent.publish("of before");
+        state().session.BarQrContent.publish("of before");
         const virtualcam::SceneSettings drawn = virtualcam::scene(earlier_);
         qrText_ = drawn.qrText;
         barText_ = drawn.code128Text;
@@ -62,7 +62,7 @@ class LiveCode : public SessionTest {
     // A host's thread that asks for a code; it has asked when this returns.
     static std::thread ask(int mode, std::string& answer) {
         std::thread host([mode, &answer] { answer = RecogBarQrCode(mode); });
-        while (state().IsRecogBarQr == kNoCodeRequest) {
+        while (state().session.IsRecogBarQr == kNoCodeRequest) {
             std::this_thread::yield();
         }
         return host;
@@ -148,7 +148,7 @@ TEST_F(LiveCode, IsTheEmptyTextWhereTheFrameShowsNone) {
     virtualcam::moveSheet(earlier_, 3, 0, 0);
     openSmall(kYuyvFormat);
     for (const int mode : {kBar, kQr}) {
-        state().BarQrContent.publish("of before");
+        state().session.BarQrContent.publish("of before");
         EXPECT_STREQ(RecogBarQrCode(mode), "");
     }
 }
@@ -158,7 +158,7 @@ TEST_F(LiveCode, StaysTheOldOneForARotationThatIsNone) {
     openLarge(kMjpegFormat);
     PrintedText printed;
     EXPECT_STREQ(RecogBarQrCode(kQr), "of before");
-    EXPECT_EQ(state().IsRecogBarQr, kNoCodeRequest);
+    EXPECT_EQ(state().session.IsRecogBarQr, kNoCodeRequest);
     EXPECT_THAT(printed.take(), Not(HasSubstr("BarQr")));
 }
 
@@ -183,7 +183,7 @@ TEST_F(LiveCode, IsReadAfterTheStillOfTheSameFrame) {
     const ScratchFolder folder;
     PrintedText printed;
     std::thread photographer([&] { captureImage(folder.file("page.jpg").c_str()); });
-    while (!state().isShootPhoto) {
+    while (!state().session.isShootPhoto) {
         std::this_thread::yield();
     }
     std::string answer;
@@ -203,7 +203,8 @@ TEST_F(LiveCode, IsReadAfterTheStillOfTheSameFrame) {
 TEST_F(LiveCode, IsThereWhenTheCallbackSeesTheFrame) {
     static std::atomic<int> requestSeen;
     requestSeen = 0;
-    SetDataCallback([](unsigned char*, int, int) { requestSeen = state().IsRecogBarQr.load(); });
+    SetDataCallback(
+        [](unsigned char*, int, int) { requestSeen = state().session.IsRecogBarQr.load(); });
     openWithoutAFrame(kYuyvFormat);
     std::string answer;
     std::thread host = ask(kQr, answer);
@@ -216,7 +217,7 @@ TEST_F(LiveCode, IsThereWhenTheCallbackSeesTheFrame) {
 TEST_F(LiveCode, IsNotReadFromTheFramesDroppedAfterATurn) {
     watchFrames();
     openWithoutAFrame(kYuyvFormat);
-    state().RotateFlag = 2;
+    state().settings.RotateFlag = 2;
     std::string answer;
     PrintedText printed;
     std::thread host = ask(kQr, answer);
@@ -231,7 +232,7 @@ TEST_F(LiveCode, IsTheOldOneAfterTheFullWaitWhereNoCameraIsOpen) {
     std::string answer;
     EXPECT_EQ(waitsOf(kQr, answer), std::vector<long>(199, 50000));
     EXPECT_EQ(answer, "of before");
-    EXPECT_EQ(state().IsRecogBarQr, kQr);
+    EXPECT_EQ(state().session.IsRecogBarQr, kQr);
 }
 
 TEST_F(LiveCode, IsReadFromALaterFrameWhenTheWaitWasTooShort) {
@@ -240,11 +241,11 @@ TEST_F(LiveCode, IsReadFromALaterFrameWhenTheWaitWasTooShort) {
     std::string answer;
     EXPECT_EQ(waitsOf(kQr, answer).size(), 199U);
     EXPECT_EQ(answer, "of before");
-    EXPECT_EQ(state().IsRecogBarQr, kQr);
+    EXPECT_EQ(state().session.IsRecogBarQr, kQr);
 
     letOneFrameThrough();
     waitUntilSilent();
-    while (state().IsRecogBarQr != kNoCodeRequest) {
+    while (state().session.IsRecogBarQr != kNoCodeRequest) {
         std::this_thread::yield();
     }
     EXPECT_EQ(RecogBarQrCode(kNoCodeRequest), qrText_);
@@ -286,7 +287,7 @@ TEST_F(LiveCode, ReadTooLateIsTheOldOneOfTheNextRequestThatTimesOut) {
     RecogBarQrCode(kQr);
     letOneFrameThrough();
     waitUntilSilent();
-    while (state().IsRecogBarQr != kNoCodeRequest) {
+    while (state().session.IsRecogBarQr != kNoCodeRequest) {
         std::this_thread::yield();
     }
     EXPECT_EQ(RecogBarQrCode(kBar), qrText_);

@@ -63,14 +63,14 @@ TEST_F(OpenCamera, PrintsEachStepToTheLetter) {
 
     v4l2_format format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    ioctl(state().cam_fd, VIDIOC_G_FMT, &format);
+    ioctl(state().session.cam_fd, VIDIOC_G_FMT, &format);
     std::string buffers;
     for (unsigned i = 0; i < 5; ++i) {
         v4l2_buffer buffer{};
         buffer.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
         buffer.memory = V4L2_MEMORY_MMAP;
         buffer.index = i;
-        ioctl(state().cam_fd, VIDIOC_QUERYBUF, &buffer);
+        ioctl(state().session.cam_fd, VIDIOC_QUERYBUF, &buffer);
         buffers += "buffer.length: " + std::to_string(buffer.length) +
                    "buffer.m.offset: " + std::to_string(buffer.m.offset);
     }
@@ -83,34 +83,34 @@ TEST_F(OpenCamera, PrintsEachStepToTheLetter) {
 
 TEST_F(OpenCamera, AsksForYuyvUnlessMjpegIsSet) {
     ASSERT_EQ(openCamera(0, 640, 480), 0);
-    EXPECT_STREQ(state().pix_format, "YUYV");
+    EXPECT_STREQ(state().session.pix_format, "YUYV");
     closeCamera();
     openSmall(kMjpegFormat);
-    EXPECT_STREQ(state().pix_format, "MJPG");
+    EXPECT_STREQ(state().session.pix_format, "MJPG");
     closeCamera();
     openSmall(-3);
-    EXPECT_STREQ(state().pix_format, "YUYV");
+    EXPECT_STREQ(state().session.pix_format, "YUYV");
 }
 
 TEST_F(OpenCamera, CapturesTheEnlargedSizeAtTheFullOne) {
     SetVideoFormat(kMjpegFormat);
     ASSERT_EQ(openCamera(0, 3672, 2856), 0);
-    EXPECT_TRUE(state().isInsert1000M);
-    EXPECT_EQ(state().nWidth, 3264);
-    EXPECT_EQ(state().nHeight, 2448);
-    EXPECT_EQ(state().nSize, 3264 * 2448 * 3);
+    EXPECT_TRUE(state().session.isInsert1000M);
+    EXPECT_EQ(state().session.nWidth, 3264);
+    EXPECT_EQ(state().session.nHeight, 2448);
+    EXPECT_EQ(state().session.nSize, 3264 * 2448 * 3);
     closeCamera();
     ASSERT_EQ(openCamera(0, 3264, 2448), 0);
-    EXPECT_FALSE(state().isInsert1000M);
+    EXPECT_FALSE(state().session.isInsert1000M);
 }
 
 TEST_F(OpenCamera, AllocatesImagesOfTheAskedSizeWhateverTheDriverSettlesOn) {
     SetVideoFormat(kMjpegFormat);
     addFrameFault(FaultKind::kStall, 1);
     ASSERT_EQ(openCamera(0, 700, 500), 0);
-    EXPECT_EQ(state().srcimage.size(), cv::Size(700, 500));
-    EXPECT_EQ(state().roimage.size(), cv::Size(500, 700));
-    EXPECT_FALSE(state().srcimage.isSubmatrix());
+    EXPECT_EQ(state().session.srcimage.size(), cv::Size(700, 500));
+    EXPECT_EQ(state().session.roimage.size(), cv::Size(500, 700));
+    EXPECT_FALSE(state().session.srcimage.isSubmatrix());
 }
 
 TEST_F(OpenCamera, EnumeratesSizesOnlyWhenNoneIsKnown) {
@@ -130,7 +130,7 @@ TEST_F(OpenCamera, FindsNoCameraOutsideTheFoundOnes) {
     PrintedText printed;
     EXPECT_EQ(openCamera(0, 640, 480), -1);
     EXPECT_EQ(printed.take(), "");
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
 }
 
 TEST_F(OpenCamera, FailsWhenNoSizeIsKnown) {
@@ -147,7 +147,7 @@ TEST_F(OpenCamera, RefusesSizesThatNoPictureHas) {
          {std::pair(0, 480), std::pair(640, -1), std::pair(46341, 46341), std::pair(1 << 30, 4)}) {
         EXPECT_EQ(openCamera(0, width, height), -2) << width << " x " << height;
     }
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
@@ -157,7 +157,7 @@ TEST_F(OpenCamera, FailsWhenTheNodeCannotBeOpened) {
     PrintedText printed;
     EXPECT_EQ(openCamera(0, 640, 480), -3);
     EXPECT_EQ(printed.take(), "打开相机节点失败\n");
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
 }
 
 struct RequestFailure {
@@ -184,9 +184,9 @@ TEST_P(OpenCameraFailures, PrintTheirLineAndLeaveTheDescriptorToTheNextOpen) {
     const std::string reason = std::to_string(EBUSY) + "(" + strerror(EBUSY) + ")";
     EXPECT_THAT(printed.take(),
                 EndsWith(failure.line + reason + (failure.code == -13 ? "\n" : "")));
-    EXPECT_EQ(state().pdecode == nullptr, failure.releasesDecoder);
-    EXPECT_FALSE(state().bKeep);
-    EXPECT_NE(state().cam_fd, -1);
+    EXPECT_EQ(state().session.pdecode == nullptr, failure.releasesDecoder);
+    EXPECT_FALSE(state().session.bKeep);
+    EXPECT_NE(state().session.cam_fd, -1);
 
     PrintedText again;
     EXPECT_EQ(openCamera(0, 640, 480), 0);
@@ -217,7 +217,7 @@ TEST_F(OpenCamera, FailsWhenTheFormatCannotBeReadBack) {
     PrintedText printed;
     EXPECT_EQ(openCamera(0, 640, 480), -7);
     EXPECT_THAT(printed.take(), EndsWith("set format failed!\n"));
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
 }
 
 TEST_F(OpenCamera, FailsWhenTheDriverGrantsTooFewBuffers) {
@@ -226,7 +226,7 @@ TEST_F(OpenCamera, FailsWhenTheDriverGrantsTooFewBuffers) {
     PrintedText printed;
     EXPECT_EQ(openCamera(0, 640, 480), -9);
     EXPECT_THAT(printed.take(), EndsWith("req.count: 4request buffer failed\n"));
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
 }
 
 TEST_F(OpenCamera, LeavesBuffersBeyondTheAskedOnesAlone) {
@@ -245,7 +245,7 @@ TEST_F(OpenCamera, RestartsARunningSession) {
     EXPECT_EQ(openCamera(0, 1280, 960), 0);
     EXPECT_THAT(printed.take(), HasSubstr("---------openCamera > closeCamera BB---------\n"
                                           "---------openCamera closeCamera!---------\nDriver"));
-    EXPECT_EQ(state().srcimage.cols, 1280);
+    EXPECT_EQ(state().session.srcimage.cols, 1280);
     EXPECT_EQ(virtualcam::openHandles(), 1);
     EXPECT_EQ(virtualcam::liveMappings(), 5);
 }
@@ -253,18 +253,18 @@ TEST_F(OpenCamera, RestartsARunningSession) {
 TEST_F(OpenCamera, ARestartedSessionDecodesNoMjpegUntilTheNextOpenFromClosed) {
     openSmall(kMjpegFormat);
     openSmall(kMjpegFormat);
-    EXPECT_EQ(state().pdecode, nullptr);
+    EXPECT_EQ(state().session.pdecode, nullptr);
     closeCamera();
     openSmall(kMjpegFormat);
-    EXPECT_NE(state().pdecode, nullptr);
+    EXPECT_NE(state().session.pdecode, nullptr);
 }
 
 TEST_F(OpenCamera, GivesImagesOfTheNewSizeAfterAClose) {
     openSmall(kYuyvFormat);
     closeCamera();
     ASSERT_EQ(openCamera(0, 1280, 960), 0);
-    EXPECT_EQ(state().srcimage.size(), cv::Size(1280, 960));
-    EXPECT_EQ(state().roimage.size(), cv::Size(960, 1280));
+    EXPECT_EQ(state().session.srcimage.size(), cv::Size(1280, 960));
+    EXPECT_EQ(state().session.roimage.size(), cv::Size(960, 1280));
 }
 
 TEST_F(OpenCamera, KeepsTheSizeOfImagesThatAFailedOpenLeft) {
@@ -279,7 +279,7 @@ TEST_F(OpenCamera, KeepsTheSizeOfImagesThatAFailedOpenLeft) {
 
 TEST_F(OpenCamera, KeepsItsNodeFromProgramsThatTheHostStarts) {
     openSmall(kMjpegFormat);
-    EXPECT_EQ(fcntl(state().cam_fd, F_GETFD), FD_CLOEXEC);
+    EXPECT_EQ(fcntl(state().session.cam_fd, F_GETFD), FD_CLOEXEC);
 }
 
 } // namespace

@@ -36,27 +36,29 @@ void onFrame(unsigned char* pixels, int width, int height) {
 
 void resetLibrary() {
     LibraryState& library = state();
-    library.deviceCount = 0;
-    for (auto* list : {&library.formatList, &library.yuvWidthList, &library.yuvHeightList,
-                       &library.mjpegWidthList, &library.mjpegHeightList,
-                       &library.otherfmtWidthList, &library.otherfmtHeightList}) {
+    library.discovery.deviceCount = 0;
+    for (auto* list : {&library.discovery.formatList, &library.discovery.yuvWidthList,
+                       &library.discovery.yuvHeightList, &library.discovery.mjpegWidthList,
+                       &library.discovery.mjpegHeightList, &library.discovery.otherfmtWidthList,
+                       &library.discovery.otherfmtHeightList}) {
         list->clear();
     }
     for (auto* setting :
-         {&library.cutType, &library.colorMode, &library.fileFormat, &library.isDelBlackedge,
-          &library.isDelBcakColor, &library.RotateAngle, &library.RotateFlag}) {
+         {&library.settings.cutType, &library.settings.colorMode, &library.settings.fileFormat,
+          &library.settings.isDelBlackedge, &library.settings.isDelBcakColor,
+          &library.settings.RotateAngle, &library.settings.RotateFlag}) {
         *setting = 0;
     }
-    std::fill_n(library.video_buffer_ptr.get(), kBufferCount, nullptr);
-    library.jpgQuality = 85;
-    library.CameraFormat = 1;
-    library.isShootPhoto = false;
-    library.isInsert1000M = false;
-    library.IsRecogBarQr = kNoCodeRequest;
-    library.qctrl = {};
-    library.ctrl = {};
-    library.pGetVideoStream = nullptr;
-    library.pGetVideoWebStream = nullptr;
+    std::fill_n(library.session.video_buffer_ptr.get(), kBufferCount, nullptr);
+    library.settings.jpgQuality = 85;
+    library.settings.CameraFormat = 1;
+    library.session.isShootPhoto = false;
+    library.session.isInsert1000M = false;
+    library.session.IsRecogBarQr = kNoCodeRequest;
+    library.session.qctrl = {};
+    library.session.ctrl = {};
+    library.settings.pGetVideoStream = nullptr;
+    library.settings.pGetVideoWebStream = nullptr;
 }
 
 void watchFrames() {
@@ -100,7 +102,8 @@ SessionTest::SessionTest(const Formats& formats)
 
 SessionTest::~SessionTest() {
     virtualcam::setSleepScale(0.01);
-    if (state().cam_fd != kNoDescriptor || state().bKeep || state().streamingThread) {
+    if (state().session.cam_fd != kNoDescriptor || state().session.bKeep ||
+        state().session.streamingThread) {
         closeCamera();
     }
     closeCamera();
@@ -113,7 +116,7 @@ void SessionTest::openSmall(int format) {
 
 void SessionTest::takeStill(const std::string& path) {
     EXPECT_EQ(captureImage(path.c_str()), 0);
-    while (state().isShootPhoto || state().reportingFaults) {
+    while (state().session.isShootPhoto || state().session.reportingFaults) {
         std::this_thread::yield();
     }
 }

@@ -85,18 +85,18 @@ TEST_F(Still, ThatIsNotTakenEndsAfterSeventyNineWaitsWithoutAFile) {
     std::ofstream(path) << "old";
     EXPECT_EQ(waitsOf(path), std::vector<long>(79, 50000));
     EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_TRUE(state().isShootPhoto);
+    EXPECT_TRUE(state().session.isShootPhoto);
 
     // The request stands: the next frame answers it.
     virtualcam::resume(earlier_);
-    while (state().isShootPhoto) {
+    while (state().session.isShootPhoto) {
         std::this_thread::yield();
     }
 }
 
 TEST_F(Still, IsRefusedWithoutASession) {
     EXPECT_EQ(captureImage(folder_.file("page.jpg").c_str()), -1);
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
 }
 
 TEST_F(Still, OfTheEnlargedSessionHasTheEnlargedSize) {

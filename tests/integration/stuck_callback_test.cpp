@@ -84,7 +84,7 @@ TEST_F(StuckCallback, MayCloseTheCameraItself) {
     openSmall(kMjpegFormat);
     waitUntil(left, 1);
     EXPECT_EQ(entered, 1);
-    EXPECT_FALSE(state().bKeep);
+    EXPECT_FALSE(state().session.bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
 }
@@ -100,7 +100,7 @@ TEST_F(StuckCallback, MayCloseTheCameraWhileItsHostDoes) {
             std::this_thread::yield();
         }
         EXPECT_EQ(closeCamera(), 0);
-        EXPECT_FALSE(state().bKeep);
+        EXPECT_FALSE(state().session.bKeep);
         EXPECT_EQ(virtualcam::openHandles(), 0);
         EXPECT_EQ(virtualcam::liveMappings(), 0);
         waitUntil(left, 1);
@@ -111,7 +111,7 @@ TEST_F(StuckCallback, MayCloseAndReopenTheCamera) {
     SetDataCallback(closesAndReopens);
     openSmall(kYuyvFormat);
     waitUntil(left, 5);
-    EXPECT_TRUE(state().bKeep);
+    EXPECT_TRUE(state().session.bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 1);
 }
 

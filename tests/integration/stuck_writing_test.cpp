@@ -31,8 +31,8 @@ class StuckWriting : public SessionTest {
 
     // captureImage() would remove the pipe first.
     void requestStill() const {
-        state().imgSavePath.store(pipe_);
-        state().isShootPhoto = true;
+        state().session.imgSavePath.store(pipe_);
+        state().session.isShootPhoto = true;
     }
 
     // The pipe holds less than the file has.

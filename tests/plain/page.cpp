@@ -17,7 +17,8 @@ namespace {
 const cv::Scalar kBlack(0, 0, 0, 0);
 
 cv::Mat pageOf(const cv::Mat& picture) {
-    cv::Mat page = picture(centredPage({state().CutLastW, state().CutLastH}, picture.size()));
+    cv::Mat page =
+        picture(centredPage({state().sheet.CutLastW, state().sheet.CutLastH}, picture.size()));
     cv::copyMakeBorder(page, page, 8, 8, 8, 8, cv::BORDER_CONSTANT, kBlack);
     cv::Mat resized;
     cv::resize(page, resized, inStepsOfFour(page.size()), 0, 0, cv::INTER_LINEAR);
@@ -51,9 +52,9 @@ cv::Mat straightPage(cv::Mat frame, int* corners) {
     cv::copyMakeBorder(frame, frame, fitted.borders.top, fitted.borders.bottom, fitted.borders.left,
                        fitted.borders.right, cv::BORDER_CONSTANT, kBlack);
     const LibraryState& library = state();
-    const cv::Rect box =
-        enlargedBox({library.CutImgStartX, library.CutImgStartY, library.CutImgW, library.CutImgH},
-                    frame.size());
+    const cv::Rect box = enlargedBox({library.sheet.CutImgStartX, library.sheet.CutImgStartY,
+                                      library.sheet.CutImgW, library.sheet.CutImgH},
+                                     frame.size());
     cv::Mat page = pageOf(turned(frame(box), angle));
     cv::cvtColor(page, page, cv::COLOR_RGB2BGR);
     return page;

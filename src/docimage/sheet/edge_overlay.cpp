@@ -6,7 +6,7 @@
 #include "docimage/sheet/sheet_geometry.h"
 #include "docimage/sheet/sheet_search.h"
 #include "docimage/sheet/sheet_search_kernels.h"
-#include "state/library_state.h"
+#include "state/sheet.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -58,7 +58,7 @@ void drawLines(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
 
 } // namespace
 
-SheetFound outlineSheet(cv::Mat frame, bool draw, LibraryState& library) {
+SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
     if (frame.data == nullptr || frame.cols < kReduction || frame.rows < kReduction) {
         return SheetFound::kNoOutline;
     }
@@ -71,21 +71,21 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, LibraryState& library) {
         return SheetFound::kNoSheet;
     }
     const auto corners = frameCorners(search.fit.around(*outline));
-    storeCorners(wholePixels(corners), library.CutPoint.data());
+    storeCorners(wholePixels(corners), kept.CutPoint.data());
     if (draw) {
         drawLines(frame, corners);
     }
     return SheetFound::kSheet;
 }
 
-float storeGeometry(const SheetCorners& corners, LibraryState& library) {
+float storeGeometry(const SheetCorners& corners, record::Sheet& kept) {
     const SheetGeometry sheet = measureSheet(corners);
-    library.CutImgStartX = sheet.bounds.x;
-    library.CutImgStartY = sheet.bounds.y;
-    library.CutImgW = sheet.bounds.width;
-    library.CutImgH = sheet.bounds.height;
-    library.CutLastW = sheet.page.width;
-    library.CutLastH = sheet.page.height;
+    kept.CutImgStartX = sheet.bounds.x;
+    kept.CutImgStartY = sheet.bounds.y;
+    kept.CutImgW = sheet.bounds.width;
+    kept.CutImgH = sheet.bounds.height;
+    kept.CutLastW = sheet.page.width;
+    kept.CutLastH = sheet.page.height;
     return sheet.angle;
 }
 

@@ -5,19 +5,23 @@
 
 #include <opencv2/core/mat.hpp>
 
-namespace doccam {
+namespace doccam::record {
 
-struct LibraryState;
+struct Sheet;
+
+} // namespace doccam::record
+
+namespace doccam {
 
 enum class SheetFound { kSheet = 0, kNoOutline = -1, kNoSheet = -2 };
 
 // Finds the sheet in the red-first frame, keeps its corners for the next still, and draws its
 // outline into the frame's own pixels if draw is set. Without a sheet nothing changes. Streaming
 // thread.
-SheetFound outlineSheet(cv::Mat frame, bool draw, LibraryState& library);
+SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept);
 
 // Keeps where a sheet with these corners is to be cut out, and returns the degrees clockwise that
 // straighten it.
-float storeGeometry(const SheetCorners& corners, LibraryState& library);
+float storeGeometry(const SheetCorners& corners, record::Sheet& kept);
 
 } // namespace doccam

@@ -50,10 +50,10 @@ void compose(const Pictures& /*pictures*/, std::size_t /*count*/, cv::Mat& /*mer
 } // namespace
 
 int mergeQueued(const char* path, int mergeMode, bool deleteSources) {
-    if (state().img_filelist.size() < kFewestFiles) {
+    if (state().documents.img_filelist.size() < kFewestFiles) {
         return -1;
     }
-    const Queue files = std::exchange(state().img_filelist, {});
+    const Queue files = std::exchange(state().documents.img_filelist, {});
     const Pictures pictures = readFirst(files);
     cv::Mat merged;
     if (mergeMode != 0 && files.size() <= kMostComposed) {

@@ -14,26 +14,26 @@ namespace doccam {
 void startDocument(const char* path) {
     if (path != nullptr) {
         LibraryState& library = state();
-        library.pdfWriter = std::make_shared<PdfWriter>(path);
-        library.pdf = library.pdfWriter->document();
-        library.outPdfPath = path;
+        library.documents.pdfWriter = std::make_shared<PdfWriter>(path);
+        library.documents.pdf = library.documents.pdfWriter->document();
+        library.documents.outPdfPath = path;
     }
 }
 
 void addPageToDocument(const char* picture) {
-    if (picture != nullptr && state().pdfWriter) {
-        state().pdfWriter->addPage(picture);
+    if (picture != nullptr && state().documents.pdfWriter) {
+        state().documents.pdfWriter->addPage(picture);
     }
 }
 
 void endDocument() {
-    if (const auto writer = std::exchange(state().pdfWriter, nullptr)) {
+    if (const auto writer = std::exchange(state().documents.pdfWriter, nullptr)) {
         finishDocument(*writer, {});
     }
 }
 
 void failDocument(HPDF_STATUS number, HPDF_STATUS detail) {
-    if (const auto& writer = state().pdfWriter) {
+    if (const auto& writer = state().documents.pdfWriter) {
         writer->fail(number, detail);
     } else {
         printPdfError(number, detail);
@@ -49,10 +49,10 @@ int enqueueFile(std::vector<std::string>& queue, const char* path) {
 }
 
 int combineQueued(const char* path, bool deleteSources) {
-    if (path == nullptr || state().pdf_filelist.empty()) {
+    if (path == nullptr || state().documents.pdf_filelist.empty()) {
         return -1;
     }
-    const auto files = std::exchange(state().pdf_filelist, {});
+    const auto files = std::exchange(state().documents.pdf_filelist, {});
     PdfWriter writer(path);
     std::vector<std::string> present;
     std::copy_if(files.begin(), files.end(), std::back_inserter(present),

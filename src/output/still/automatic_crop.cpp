@@ -4,7 +4,8 @@
 #include "output/still/crop_geometry.h"
 #include "output/still/page_preparation.h"
 #include "output/still/straight_sheet.h"
-#include "state/library_state.h"
+#include "state/settings.h"
+#include "state/sheet.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -14,26 +15,26 @@ namespace doccam {
 namespace {
 
 // Moves the kept corners into the frame and returns the borders that they need around it.
-FittedCorners fitKeptCorners(cv::Size frame, LibraryState& library) {
-    const FittedCorners fitted = fitIntoFrame(cornersFrom(library.CutPoint.data()), frame);
-    storeCorners(fitted.corners, library.CutPoint.data());
+FittedCorners fitKeptCorners(cv::Size frame, record::Sheet& kept) {
+    const FittedCorners fitted = fitIntoFrame(cornersFrom(kept.CutPoint.data()), frame);
+    storeCorners(fitted.corners, kept.CutPoint.data());
     std::printf("AA->img.cols,img.rows: %d,%d\r\n", frame.width, frame.height);
     return fitted;
 }
 
 // The sheet's box in a frame that has its borders; its size is kept.
-cv::Rect boxAroundSheet(cv::Size bordered, LibraryState& library) {
-    const cv::Rect box = enlargedBox(
-        {library.CutImgStartX, library.CutImgStartY, library.CutImgW, library.CutImgH}, bordered);
-    library.CutImgW = box.width;
-    library.CutImgH = box.height;
+cv::Rect boxAroundSheet(cv::Size bordered, record::Sheet& kept) {
+    const cv::Rect box =
+        enlargedBox({kept.CutImgStartX, kept.CutImgStartY, kept.CutImgW, kept.CutImgH}, bordered);
+    kept.CutImgW = box.width;
+    kept.CutImgH = box.height;
     CV_Assert((box & cv::Rect({}, bordered)) == box);
     return box;
 }
 
 // The page's place in the picture of the straight sheet.
-cv::Rect placeOfPage(cv::Size picture, const LibraryState& library) {
-    const cv::Rect place = centredPage({library.CutLastW, library.CutLastH}, picture);
+cv::Rect placeOfPage(cv::Size picture, const record::Sheet& kept) {
+    const cv::Rect place = centredPage({kept.CutLastW, kept.CutLastH}, picture);
     std::printf("BB->img.cols,img.rows: %d,%d\r\n", picture.width, picture.height);
     std::printf("cx,cy,cw,ch: %d,%d,%d,%d\r\n", place.x, place.y, place.width, place.height);
     return place;
@@ -51,13 +52,13 @@ cv::Mat resizedToSteps(const cv::Mat& page) {
 
 } // namespace
 
-cv::Mat pageOfSheet(const cv::Mat& frame, LibraryState& library) {
-    const FittedCorners fitted = fitKeptCorners(frame.size(), library);
-    const float degrees = storeGeometry(fitted.corners, library);
-    const cv::Rect box = boxAroundSheet(frame.size() + fitted.borders.added(), library);
+cv::Mat pageOfSheet(const cv::Mat& frame, record::Sheet& kept, const record::Settings& settings) {
+    const FittedCorners fitted = fitKeptCorners(frame.size(), kept);
+    const float degrees = storeGeometry(fitted.corners, kept);
+    const cv::Rect box = boxAroundSheet(frame.size() + fitted.borders.added(), kept);
     const StraightSheet sheet(frame, fitted.borders, box, degrees);
-    const cv::Mat page = resizedToSteps(sheet.cut(placeOfPage(sheet.size(), library)));
-    cleanAsSet(page, library);
+    const cv::Mat page = resizedToSteps(sheet.cut(placeOfPage(sheet.size(), kept)));
+    cleanAsSet(page, settings);
     return page;
 }
 

@@ -3,14 +3,19 @@
 
 #include <opencv2/core/mat.hpp>
 
-namespace doccam {
+namespace doccam::record {
 
-struct LibraryState;
+struct Settings;
+struct Sheet;
+
+} // namespace doccam::record
+
+namespace doccam {
 
 // The sheet whose corners were found last, cut out of the red-first frame and straightened, as a
 // page with blue first, prepared as the settings say. Shares no pixels with the frame, but moves
 // the corners into it. Throws cv::Exception when the corners give no region of the frame. Streaming
 // thread.
-cv::Mat pageOfSheet(const cv::Mat& frame, LibraryState& library);
+cv::Mat pageOfSheet(const cv::Mat& frame, record::Sheet& kept, const record::Settings& settings);
 
 } // namespace doccam

@@ -2,7 +2,7 @@
 
 #include "docimage/clean/background.h"
 #include "docimage/clean/black_edge.h"
-#include "state/library_state.h"
+#include "state/settings.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -21,11 +21,11 @@ cv::Mat blueFirst(const cv::Mat& frame) {
     return page;
 }
 
-void cleanAsSet(const cv::Mat& page, const LibraryState& library) {
-    if (isOn(library.isDelBlackedge)) {
+void cleanAsSet(const cv::Mat& page, const record::Settings& settings) {
+    if (isOn(settings.isDelBlackedge)) {
         whitenMargins(page);
     }
-    if (isOn(library.isDelBcakColor)) {
+    if (isOn(settings.isDelBcakColor)) {
         whitenBackground(page);
     }
 }

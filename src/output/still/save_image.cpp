@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t kExtensionLength = 3;
 
 int jpegQuality() {
-    return state().jpgQuality.load(std::memory_order_relaxed);
+    return state().settings.jpgQuality.load(std::memory_order_relaxed);
 }
 
 // Throws std::out_of_range for a path shorter than an extension.
@@ -50,7 +50,8 @@ bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
 
 void savePage(const std::string& target, const cv::Mat& page) {
     const std::string extension = extensionOf(target);
-    const auto picture = pictureInMode(page, state().colorMode.load(std::memory_order_relaxed));
+    const auto picture =
+        pictureInMode(page, state().settings.colorMode.load(std::memory_order_relaxed));
     if (!picture) {
         return;
     }

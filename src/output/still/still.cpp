@@ -12,9 +12,11 @@ namespace doccam {
 
 Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library) {
     std::printf("capture->path:%s\n", path.c_str());
-    const bool whole = cropMode != kCropToSheet;
-    return {std::move(path), whole ? pageOfWholeFrame(frame, library) : pageOfSheet(frame, library),
-            whole};
+    if (cropMode == kCropToSheet) {
+        return {std::move(path), pageOfSheet(frame, library.sheet, library.settings), false};
+    }
+    const bool enlarge = library.session.isInsert1000M.load(std::memory_order_relaxed);
+    return {std::move(path), pageOfWholeFrame(frame, library.settings, enlarge), true};
 }
 
 void saveStill(const Still& still) {

@@ -2,7 +2,7 @@
 
 #include "base/frame_size.h"
 #include "output/still/page_preparation.h"
-#include "state/library_state.h"
+#include "state/settings.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -19,13 +19,13 @@ cv::Mat enlarged(const cv::Mat& page, FrameSize size) {
 
 } // namespace
 
-cv::Mat pageOfWholeFrame(const cv::Mat& frame, const LibraryState& library) {
+cv::Mat pageOfWholeFrame(const cv::Mat& frame, const record::Settings& settings, bool enlarge) {
     std::puts("capture->01");
     const cv::Mat page = blueFirst(frame);
     std::puts("capture->02");
-    cleanAsSet(page, library);
-    if (library.isInsert1000M.load(std::memory_order_relaxed)) {
-        const int turns = library.RotateAngle.load(std::memory_order_relaxed);
+    cleanAsSet(page, settings);
+    if (enlarge) {
+        const int turns = settings.RotateAngle.load(std::memory_order_relaxed);
         return enlarged(page, turned(kEnlargedSize, turns));
     }
     std::puts("capture->03");

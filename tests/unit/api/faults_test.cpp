@@ -1,5 +1,7 @@
 #include "state/faults.h"
 
+#include <doccam/doccam.h>
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>

@@ -29,8 +29,8 @@ class Settings : public testing::Test {
     void TearDown() override { forgetCallbacks(); }
 
     static void forgetCallbacks() {
-        state().pGetVideoStream = nullptr;
-        state().pGetVideoWebStream = nullptr;
+        state().settings.pGetVideoStream = nullptr;
+        state().settings.pGetVideoWebStream = nullptr;
     }
 };
 
@@ -38,41 +38,41 @@ TEST_F(Settings, KeepTheFirstFrameCallback) {
     EXPECT_EQ(SetDataCallback(firstFrames), 0);
     EXPECT_EQ(SetDataCallback(otherFrames), 0);
     EXPECT_EQ(SetDataCallback(nullptr), 0);
-    EXPECT_EQ(state().pGetVideoStream, &firstFrames);
-    EXPECT_EQ(state().pGetVideoWebStream, nullptr);
+    EXPECT_EQ(state().settings.pGetVideoStream, &firstFrames);
+    EXPECT_EQ(state().settings.pGetVideoWebStream, nullptr);
 }
 
 TEST_F(Settings, KeepTheFirstPreviewCallback) {
     EXPECT_EQ(SetWebDataCallback(firstPreviews), 0);
     EXPECT_EQ(SetWebDataCallback(otherPreviews), 0);
     EXPECT_EQ(SetWebDataCallback(nullptr), 0);
-    EXPECT_EQ(state().pGetVideoWebStream, &firstPreviews);
-    EXPECT_EQ(state().pGetVideoStream, nullptr);
+    EXPECT_EQ(state().settings.pGetVideoWebStream, &firstPreviews);
+    EXPECT_EQ(state().settings.pGetVideoStream, nullptr);
 }
 
 TEST_F(Settings, TakeACallbackAfterANullOne) {
     SetDataCallback(nullptr);
     SetDataCallback(otherFrames);
-    EXPECT_EQ(state().pGetVideoStream, &otherFrames);
+    EXPECT_EQ(state().settings.pGetVideoStream, &otherFrames);
 }
 
 TEST_F(Settings, KeepOneOfTwoCallbacksThatAreRegisteredAtOnce) {
     std::thread other([] { SetDataCallback(otherFrames); });
     SetDataCallback(firstFrames);
-    const FrameCallback kept = state().pGetVideoStream;
+    const FrameCallback kept = state().settings.pGetVideoStream;
     other.join();
-    EXPECT_EQ(state().pGetVideoStream, kept);
+    EXPECT_EQ(state().settings.pGetVideoStream, kept);
 }
 
 TEST_F(Settings, FoldFormatsAboveOneToYuyv) {
     SetVideoFormat(5);
-    EXPECT_EQ(state().CameraFormat, 1);
+    EXPECT_EQ(state().settings.CameraFormat, 1);
     SetVideoFormat(0);
-    EXPECT_EQ(state().CameraFormat, 0);
+    EXPECT_EQ(state().settings.CameraFormat, 0);
     SetVideoFormat(-3);
-    EXPECT_EQ(state().CameraFormat, -3);
+    EXPECT_EQ(state().settings.CameraFormat, -3);
     SetVideoFormat(1);
-    EXPECT_EQ(state().CameraFormat, 1);
+    EXPECT_EQ(state().settings.CameraFormat, 1);
 }
 
 TEST_F(Settings, StoreAnyValueUnchecked) {
@@ -84,14 +84,14 @@ TEST_F(Settings, StoreAnyValueUnchecked) {
         SetJpgQuality(value);
         SetDelBlackedge(value);
         SetDelBackColor(value);
-        EXPECT_EQ(state().RotateAngle, value);
-        EXPECT_EQ(state().cutType, value);
-        EXPECT_EQ(state().colorMode, value);
-        EXPECT_EQ(state().fileFormat, value);
+        EXPECT_EQ(state().settings.RotateAngle, value);
+        EXPECT_EQ(state().settings.cutType, value);
+        EXPECT_EQ(state().settings.colorMode, value);
+        EXPECT_EQ(state().settings.fileFormat, value);
         EXPECT_EQ(GetFileFormat(), value);
-        EXPECT_EQ(state().jpgQuality, value);
-        EXPECT_EQ(state().isDelBlackedge, value);
-        EXPECT_EQ(state().isDelBcakColor, value);
+        EXPECT_EQ(state().settings.jpgQuality, value);
+        EXPECT_EQ(state().settings.isDelBlackedge, value);
+        EXPECT_EQ(state().settings.isDelBcakColor, value);
     }
 }
 
@@ -103,29 +103,29 @@ TEST_F(Settings, GoEachToAFieldOfTheirOwn) {
     SetJpgQuality(15);
     SetDelBlackedge(16);
     SetDelBackColor(17);
-    EXPECT_EQ(state().RotateAngle, 11);
-    EXPECT_EQ(state().cutType, 12);
-    EXPECT_EQ(state().colorMode, 13);
-    EXPECT_EQ(state().fileFormat, 14);
-    EXPECT_EQ(state().jpgQuality, 15);
-    EXPECT_EQ(state().isDelBlackedge, 16);
-    EXPECT_EQ(state().isDelBcakColor, 17);
+    EXPECT_EQ(state().settings.RotateAngle, 11);
+    EXPECT_EQ(state().settings.cutType, 12);
+    EXPECT_EQ(state().settings.colorMode, 13);
+    EXPECT_EQ(state().settings.fileFormat, 14);
+    EXPECT_EQ(state().settings.jpgQuality, 15);
+    EXPECT_EQ(state().settings.isDelBlackedge, 16);
+    EXPECT_EQ(state().settings.isDelBcakColor, 17);
 }
 
 TEST_F(Settings, DeriveTheFrameBytesFromTheGrabSize) {
     setGrabSize(3264, 2448);
-    EXPECT_EQ(state().nWidth, 3264);
-    EXPECT_EQ(state().nHeight, 2448);
-    EXPECT_EQ(state().nSize, 23970816);
+    EXPECT_EQ(state().session.nWidth, 3264);
+    EXPECT_EQ(state().session.nHeight, 2448);
+    EXPECT_EQ(state().session.nSize, 23970816);
 }
 
 TEST_F(Settings, WrapTheFrameBytesOfANonsenseGrabSize) {
     setGrabSize(65536, 65536);
-    EXPECT_EQ(state().nSize, 0);
+    EXPECT_EQ(state().session.nSize, 0);
     setGrabSize(kMax, kMax);
-    EXPECT_EQ(state().nSize, 3);
+    EXPECT_EQ(state().session.nSize, 3);
     setGrabSize(-2, 5);
-    EXPECT_EQ(state().nSize, -30);
+    EXPECT_EQ(state().session.nSize, -30);
 }
 
 TEST_F(Settings, HaveAnUploadHookThatDoesNothing) {

@@ -29,9 +29,9 @@ TEST_F(MjpegRecord, IsKeptByASecondInitialisation) {
 
 TEST_F(MjpegRecord, CanBeReleasedTwice) {
     av_decode_deinit();
-    EXPECT_EQ(state().pdecode.load(), nullptr);
+    EXPECT_EQ(state().session.pdecode.load(), nullptr);
     av_decode_deinit();
-    EXPECT_EQ(state().pdecode.load(), nullptr);
+    EXPECT_EQ(state().session.pdecode.load(), nullptr);
 }
 
 TEST_F(MjpegRecord, HoldsItsEightFieldsInOrder) {

@@ -21,7 +21,7 @@ class MjpegFixture : public testing::Test {
 
     void TearDown() override { av_decode_deinit(); }
 
-    static MjpegDecoder& decoder() { return *state().pdecode.load(); }
+    static MjpegDecoder& decoder() { return *state().session.pdecode.load(); }
 
     // An image of one colour, to see whether it was written to.
     static cv::Mat untouched(int width, int height) {

@@ -70,8 +70,8 @@ TEST(SupportedModels, BuiltInTableIsTheConfiguredOneRowByRow) {
     ASSERT_THAT(parsed.error, IsEmpty());
     ASSERT_THAT(parsed.models, SizeIs(9));
     for (std::size_t row = 0; row < parsed.models.size(); ++row) {
-        EXPECT_STREQ(state().gpyVendor[row], parsed.models[row].vendor.data());
-        EXPECT_STREQ(state().gpyProduct[row], parsed.models[row].product.data());
+        EXPECT_STREQ(state().discovery.gpyVendor[row], parsed.models[row].vendor.data());
+        EXPECT_STREQ(state().discovery.gpyProduct[row], parsed.models[row].product.data());
     }
 }
 

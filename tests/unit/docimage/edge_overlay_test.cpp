@@ -24,12 +24,12 @@ constexpr int kUntouched = -12345;
 
 class DrawingEdgeTest : public testing::Test {
   protected:
-    DrawingEdgeTest() { state().CutPoint.fill(kUntouched); }
+    DrawingEdgeTest() { state().sheet.CutPoint.fill(kUntouched); }
 
-    ~DrawingEdgeTest() override { state().CutPoint.fill(0); }
+    ~DrawingEdgeTest() override { state().sheet.CutPoint.fill(0); }
 
     static std::vector<int> corners() {
-        return {state().CutPoint.begin(), state().CutPoint.begin() + 8};
+        return {state().sheet.CutPoint.begin(), state().sheet.CutPoint.begin() + 8};
     }
 
     static int detect(cv::Mat& frame, int drawFlag = kNoFlag) {
@@ -56,7 +56,7 @@ TEST_F(DrawingEdgeTest, KeepsTheCornersOfASheetInFramePixels) {
     cv::Mat frame = deskWithSheet();
     EXPECT_EQ(detect(frame), 0);
     EXPECT_THAT(corners(), ElementsAre(476, 356, 160, 356, 160, 120, 476, 120));
-    EXPECT_EQ(state().CutPoint[8], kUntouched);
+    EXPECT_EQ(state().sheet.CutPoint[8], kUntouched);
 }
 
 TEST_F(DrawingEdgeTest, ReturnsMinus1WithoutAnyOutline) {
@@ -117,9 +117,9 @@ TEST_F(DrawingEdgeTest, DrawsNothingForAFlagOtherThan1) {
     cv::Mat frame = deskWithSheet();
     const cv::Mat before = frame.clone();
     for (const int flag : {0, 2, -1}) {
-        state().CutPoint.fill(kUntouched);
+        state().sheet.CutPoint.fill(kUntouched);
         EXPECT_EQ(detect(frame, flag), 0);
-        EXPECT_NE(state().CutPoint[0], kUntouched) << flag;
+        EXPECT_NE(state().sheet.CutPoint[0], kUntouched) << flag;
     }
     EXPECT_TRUE(test::isSamePicture(frame, before));
 }
@@ -160,7 +160,7 @@ TEST_F(DrawingEdgeTest, FindsTheTiltedSheetWithinOneReducedPixel) {
         ASSERT_EQ(detect(frame), 0);
         for (std::size_t i = 0; i < 4; ++i) {
             const cv::Point2f found(
-                cv::Point(state().CutPoint[2 * i], state().CutPoint[2 * i + 1]));
+                cv::Point(state().sheet.CutPoint[2 * i], state().sheet.CutPoint[2 * i + 1]));
             const bool near = std::any_of(outline.begin(), outline.end(), [&](cv::Point2f corner) {
                 return cv::norm(found - corner) < 8;
             });
@@ -173,7 +173,7 @@ TEST_F(DrawingEdgeTest, LeavesTheRestBelowAMultipleOfFourOut) {
     cv::Mat frame = desk({643, 482});
     lay(frame, {160, 120, 320, 240});
     EXPECT_EQ(detect(frame, 1), 0);
-    EXPECT_NEAR(state().CutPoint[0], 476, 4);
+    EXPECT_NEAR(state().sheet.CutPoint[0], 476, 4);
 }
 
 TEST_F(DrawingEdgeTest, RefusesNullAndFramesUnderFourPixels) {

@@ -22,10 +22,10 @@ void expectPlainOutline(const cv::Mat& frame) {
     cv::Mat actual = frame.clone();
     cv::Mat expected = frame.clone();
     const plain::Outline outline = plain::drawEdge(expected, kDraw);
-    state().CutPoint.fill(0);
+    state().sheet.CutPoint.fill(0);
     ASSERT_EQ(DrawingEdge(actual.data, actual.cols, actual.rows, kDraw), outline.result);
     for (std::size_t i = 0; i < outline.corners.size(); ++i) {
-        EXPECT_EQ(state().CutPoint[i], outline.corners[i]) << i;
+        EXPECT_EQ(state().sheet.CutPoint[i], outline.corners[i]) << i;
     }
     EXPECT_TRUE(test::isSamePicture(actual, expected));
 }

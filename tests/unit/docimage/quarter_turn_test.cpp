@@ -46,46 +46,46 @@ using Rows = std::vector<std::string>;
 
 class QuarterTurn : public testing::Test {
   protected:
-    void SetUp() override { state().roimage = cv::Mat(4, 2, CV_8UC3, cv::Scalar::all(0)); }
+    void SetUp() override { state().session.roimage = cv::Mat(4, 2, CV_8UC3, cv::Scalar::all(0)); }
 
-    void TearDown() override { state().roimage.release(); }
+    void TearDown() override { state().session.roimage.release(); }
 
     cv::Mat frame_ = pictureOf({"ABCD", "EFGH"});
 };
 
 TEST_F(QuarterTurn, TurnsClockwiseIntoTheTurnedFrame) {
     CamdataRote90(frame_);
-    EXPECT_EQ(lettersOf(state().roimage), (Rows{"EA", "FB", "GC", "HD"}));
+    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"EA", "FB", "GC", "HD"}));
     EXPECT_EQ(lettersOf(frame_), (Rows{"ABCD", "EFGH"}));
 }
 
 TEST_F(QuarterTurn, TurnsCounterClockwiseIntoTheTurnedFrame) {
     CamdataRote270(frame_);
-    EXPECT_EQ(lettersOf(state().roimage), (Rows{"DH", "CG", "BF", "AE"}));
+    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"DH", "CG", "BF", "AE"}));
     EXPECT_EQ(lettersOf(frame_), (Rows{"ABCD", "EFGH"}));
 }
 
 TEST_F(QuarterTurn, ReusesTheTurnedFramesMemory) {
-    const uchar* const pixels = state().roimage.data;
+    const uchar* const pixels = state().session.roimage.data;
     CamdataRote90(frame_);
-    EXPECT_EQ(state().roimage.data, pixels);
+    EXPECT_EQ(state().session.roimage.data, pixels);
     CamdataRote270(frame_);
-    EXPECT_EQ(state().roimage.data, pixels);
+    EXPECT_EQ(state().session.roimage.data, pixels);
 }
 
 TEST_F(QuarterTurn, LeavesAnEmptyTurnedFrameEmpty) {
-    state().roimage.release();
+    state().session.roimage.release();
     CamdataRote90(frame_);
-    EXPECT_TRUE(state().roimage.empty());
+    EXPECT_TRUE(state().session.roimage.empty());
     CamdataRote270(frame_);
-    EXPECT_TRUE(state().roimage.empty());
+    EXPECT_TRUE(state().session.roimage.empty());
 }
 
 TEST_F(QuarterTurn, ReallocatesATurnedFrameOfAnotherSize) {
     CamdataRote90(pictureOf({"ABC"}));
-    EXPECT_EQ(lettersOf(state().roimage), (Rows{"A", "B", "C"}));
+    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"A", "B", "C"}));
     CamdataRote270(frame_);
-    EXPECT_EQ(lettersOf(state().roimage), (Rows{"DH", "CG", "BF", "AE"}));
+    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"DH", "CG", "BF", "AE"}));
 }
 
 TEST_F(QuarterTurn, TurnsByHalfInTheCallersPixels) {
@@ -96,10 +96,10 @@ TEST_F(QuarterTurn, TurnsByHalfInTheCallersPixels) {
 }
 
 TEST_F(QuarterTurn, TurnsByHalfWithoutATurnedFrame) {
-    state().roimage.release();
+    state().session.roimage.release();
     CamdataRote180(frame_);
     EXPECT_EQ(lettersOf(frame_), (Rows{"HGFE", "DCBA"}));
-    EXPECT_TRUE(state().roimage.empty());
+    EXPECT_TRUE(state().session.roimage.empty());
 }
 
 TEST_F(QuarterTurn, PassesTheImageLibrarysExceptionOn) {

@@ -75,18 +75,18 @@ TEST(SheetGeometry, SurvivesCornersAbsurdlyFarApart) {
 TEST(GetAngle, KeepsBoundsAndPageForTheStill) {
     int points[] = {1000, 1000, 760, 820, 1060, 420, 1300, 600};
     EXPECT_NEAR(GetAngle(points), 323.13, 0.05);
-    EXPECT_EQ(state().CutImgStartX, 760);
-    EXPECT_EQ(state().CutImgStartY, 420);
-    EXPECT_EQ(state().CutImgW, 540);
-    EXPECT_EQ(state().CutImgH, 580);
-    EXPECT_EQ(state().CutLastW, 300);
-    EXPECT_EQ(state().CutLastH, 500);
+    EXPECT_EQ(state().sheet.CutImgStartX, 760);
+    EXPECT_EQ(state().sheet.CutImgStartY, 420);
+    EXPECT_EQ(state().sheet.CutImgW, 540);
+    EXPECT_EQ(state().sheet.CutImgH, 580);
+    EXPECT_EQ(state().sheet.CutLastW, 300);
+    EXPECT_EQ(state().sheet.CutLastH, 500);
 }
 
 TEST(GetAngle, KeepsNothingForNull) {
-    state().CutImgW = 77;
+    state().sheet.CutImgW = 77;
     EXPECT_EQ(GetAngle(nullptr), 0.0F);
-    EXPECT_EQ(state().CutImgW, 77);
+    EXPECT_EQ(state().sheet.CutImgW, 77);
 }
 
 } // namespace

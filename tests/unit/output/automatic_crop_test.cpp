@@ -20,10 +20,10 @@ using testing::HasSubstr;
 
 class AutomaticCrop : public testing::Test {
   protected:
-    ~AutomaticCrop() override { state().CutPoint.fill(0); }
+    ~AutomaticCrop() override { state().sheet.CutPoint.fill(0); }
 
     static void setCorners(const std::array<int, 8>& corners) {
-        std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
+        std::copy(corners.begin(), corners.end(), state().sheet.CutPoint.begin());
     }
 
     // The still as a reader of the file sees it, blue first.
@@ -69,27 +69,28 @@ TEST_F(AutomaticCrop, Saves20PixelsMoreThanThePageWhenNothingClipsIt) {
 
 TEST_F(AutomaticCrop, IsNotEnlargedInASessionOfTheLargestSize) {
     setCorners(kUpright);
-    state().isInsert1000M = true;
+    state().session.isInsert1000M = true;
     EXPECT_EQ(taken(plainFrame()).size(), cv::Size(416, 316));
-    state().isInsert1000M = false;
+    state().session.isInsert1000M = false;
 }
 
 TEST_F(AutomaticCrop, KeepsTheEnlargedBox) {
     setCorners(kUpright);
     taken(plainFrame());
-    EXPECT_EQ(state().CutImgStartX, 100);
-    EXPECT_EQ(state().CutImgStartY, 100);
-    EXPECT_EQ(state().CutImgW, 404);
-    EXPECT_EQ(state().CutImgH, 304);
-    EXPECT_EQ(state().CutLastW, 400);
-    EXPECT_EQ(state().CutLastH, 300);
+    EXPECT_EQ(state().sheet.CutImgStartX, 100);
+    EXPECT_EQ(state().sheet.CutImgStartY, 100);
+    EXPECT_EQ(state().sheet.CutImgW, 404);
+    EXPECT_EQ(state().sheet.CutImgH, 304);
+    EXPECT_EQ(state().sheet.CutLastW, 400);
+    EXPECT_EQ(state().sheet.CutLastH, 300);
 }
 
 TEST_F(AutomaticCrop, LeavesTheShiftedCornersBehind) {
     setCorners({500, 400, -12, 400, -12, -6, 500, -6});
     taken(plainFrame());
-    EXPECT_THAT(std::vector<int>(state().CutPoint.begin(), state().CutPoint.begin() + 8),
-                ElementsAre(512, 406, 0, 406, 0, 0, 512, 0));
+    EXPECT_THAT(
+        std::vector<int>(state().sheet.CutPoint.begin(), state().sheet.CutPoint.begin() + 8),
+        ElementsAre(512, 406, 0, 406, 0, 0, 512, 0));
 }
 
 TEST_F(AutomaticCrop, ThrowsWhenACornerStaysOutsideThePaddedFrame) {
@@ -99,9 +100,10 @@ TEST_F(AutomaticCrop, ThrowsWhenACornerStaysOutsideThePaddedFrame) {
     test::PrintedText printed;
     EXPECT_THROW(capture(path_.data(), test::kFormat, kCropToSheet, frame), cv::Exception);
     EXPECT_THAT(printed.take(), HasSubstr("AA->img.cols,img.rows: 640,480\r\n"));
-    EXPECT_EQ(state().CutImgStartX, -8);
-    EXPECT_THAT(std::vector<int>(state().CutPoint.begin(), state().CutPoint.begin() + 8),
-                ElementsAre(-8, 9, 302, 0, 312, 404, 0, 414));
+    EXPECT_EQ(state().sheet.CutImgStartX, -8);
+    EXPECT_THAT(
+        std::vector<int>(state().sheet.CutPoint.begin(), state().sheet.CutPoint.begin() + 8),
+        ElementsAre(-8, 9, 302, 0, 312, 404, 0, 414));
     EXPECT_FALSE(std::filesystem::exists(path_));
     EXPECT_TRUE(test::isSamePicture(frame, before));
     EXPECT_EQ(frame.u->refcount, 1);
@@ -177,7 +179,7 @@ INSTANTIATE_TEST_SUITE_P(AutomaticCrop, WholeFrameMode,
 TEST_P(WholeFrameMode, SavesTheFrameAtItsOwnSize) {
     setCorners(kUpright);
     EXPECT_EQ(taken(plainFrame(), GetParam()).size(), cv::Size(640, 480));
-    EXPECT_EQ(state().CutPoint[0], kUpright[0]);
+    EXPECT_EQ(state().sheet.CutPoint[0], kUpright[0]);
 }
 
 } // namespace

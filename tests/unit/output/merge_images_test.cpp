@@ -72,9 +72,9 @@ class OpenedFiles {
 
 class MergedQueue : public testing::Test {
   protected:
-    void SetUp() override { state().img_filelist.clear(); }
+    void SetUp() override { state().documents.img_filelist.clear(); }
 
-    void TearDown() override { state().img_filelist.clear(); }
+    void TearDown() override { state().documents.img_filelist.clear(); }
 
     std::string queuePicture(const std::string& name) {
         const std::string path = scratch_.file(name);
@@ -113,7 +113,7 @@ TEST_F(MergedQueue, ReturnsMinusOneAndKeepsASingleFileQueued) {
     writeText(target_, "old");
     const std::string file = queuePicture("a.png");
     EXPECT_EQ(MergeImages(target_.c_str(), 1, 0, true), -1);
-    EXPECT_THAT(state().img_filelist, ElementsAre(file));
+    EXPECT_THAT(state().documents.img_filelist, ElementsAre(file));
     EXPECT_THAT(files(), ElementsAre("a.png", "merged.jpg"));
 }
 
@@ -121,7 +121,7 @@ TEST_F(MergedQueue, ReturnsMinusTwoAndKeepsTheSourcesWithoutAFileAtThePath) {
     queuePicture("a.png");
     queuePicture("b.png");
     EXPECT_EQ(MergeImages(target_.c_str(), 1, 0, true), -2);
-    EXPECT_THAT(state().img_filelist, IsEmpty());
+    EXPECT_THAT(state().documents.img_filelist, IsEmpty());
     EXPECT_THAT(files(), ElementsAre("a.png", "b.png"));
 }
 
@@ -130,7 +130,7 @@ TEST_F(MergedQueue, ReturnsZeroAndDeletesTheSourcesWithAFileAtThePath) {
     queuePicture("a.png");
     queuePicture("b.png");
     EXPECT_EQ(MergeImages(target_.c_str(), 1, 0, true), 0);
-    EXPECT_THAT(state().img_filelist, IsEmpty());
+    EXPECT_THAT(state().documents.img_filelist, IsEmpty());
     EXPECT_THAT(files(), ElementsAre("merged.jpg"));
     EXPECT_EQ(contentOf(target_), "old");
 }
@@ -140,7 +140,7 @@ TEST_F(MergedQueue, KeepsTheSourcesUnlessToldToDeleteThem) {
     queuePicture("a.png");
     queuePicture("b.png");
     EXPECT_EQ(MergeImages(target_.c_str(), 1, 0, false), 0);
-    EXPECT_THAT(state().img_filelist, IsEmpty());
+    EXPECT_THAT(state().documents.img_filelist, IsEmpty());
     EXPECT_THAT(files(), ElementsAre("a.png", "b.png", "merged.jpg"));
     EXPECT_EQ(contentOf(target_), "old");
 }
@@ -211,7 +211,7 @@ TEST_F(MergedQueue, DoesNotReportFilesThatCannotBeRead) {
     EXPECT_EQ(MergeImages(target_.c_str(), 1, 0, true), 0);
     EXPECT_EQ(errors.take(), "");
     EXPECT_EQ(output.take(), "");
-    EXPECT_THAT(state().img_filelist, IsEmpty());
+    EXPECT_THAT(state().documents.img_filelist, IsEmpty());
     EXPECT_THAT(files(), ElementsAre("merged.jpg"));
 }
 
@@ -227,7 +227,7 @@ TEST_F(MergedQueue, ReturnsMinusTwoForANullPath) {
     queuePicture("a.png");
     queuePicture("b.png");
     EXPECT_EQ(MergeImages(nullptr, 1, 0, true), -2);
-    EXPECT_THAT(state().img_filelist, IsEmpty());
+    EXPECT_THAT(state().documents.img_filelist, IsEmpty());
     EXPECT_THAT(files(), ElementsAre("a.png", "b.png"));
 }
 

@@ -24,16 +24,16 @@ cv::Mat frameWithSheet() {
 class PageCleaning : public testing::TestWithParam<int> {
   protected:
     ~PageCleaning() override {
-        state().isDelBlackedge = 0;
-        state().isDelBcakColor = 0;
-        state().CutPoint.fill(0);
+        state().settings.isDelBlackedge = 0;
+        state().settings.isDelBcakColor = 0;
+        state().sheet.CutPoint.fill(0);
     }
 
     cv::Mat taken(int blackEdge, int backColour) {
         cv::Mat frame = frameWithSheet();
         DrawingEdge(frame.data, frame.cols, frame.rows, 0);
-        state().isDelBlackedge = blackEdge;
-        state().isDelBcakColor = backColour;
+        state().settings.isDelBlackedge = blackEdge;
+        state().settings.isDelBcakColor = backColour;
         const cv::Mat before = frame.clone();
         capture(path_.data(), test::kFormat, GetParam(), frame);
         EXPECT_EQ(cv::norm(frame, before, cv::NORM_INF), 0);
@@ -78,15 +78,15 @@ TEST_P(PageCleaning, WhitensTheEdgeBeforeTheBackground) {
 TEST(WholeFrameCleaning, ComesBeforeTheEnlargement) {
     const test::ScratchFolder folder;
     std::string path = folder.file("still.png");
-    state().isDelBlackedge = 1;
-    state().isInsert1000M = true;
+    state().settings.isDelBlackedge = 1;
+    state().session.isInsert1000M = true;
     cv::Mat cleaned;
     cv::cvtColor(frameWithSheet(), cleaned, cv::COLOR_RGB2BGR);
     FN_DeleteBlackEdge(cleaned);
     cv::resize(cleaned, cleaned, {3672, 2856}, 0, 0, cv::INTER_LINEAR);
     capture(path.data(), test::kFormat, test::kWholeFrame, frameWithSheet());
-    state().isDelBlackedge = 0;
-    state().isInsert1000M = false;
+    state().settings.isDelBlackedge = 0;
+    state().session.isInsert1000M = false;
     EXPECT_TRUE(test::isSamePicture(cv::imread(path), cleaned));
 }
 

@@ -25,8 +25,8 @@ using Sizes = std::vector<std::string>;
 class Pdf : public testing::Test {
   protected:
     void TearDown() override {
-        state().pdf_filelist.clear();
-        state().img_filelist.clear();
+        state().documents.pdf_filelist.clear();
+        state().documents.img_filelist.clear();
         EXPECT_EQ(pdf_end(), 0);
     }
 
@@ -107,7 +107,7 @@ TEST_F(Pdf, DeletesTheQueuedFilesOnDemand) {
     EXPECT_EQ(CombineToPDF(out_.c_str(), true), 0);
     EXPECT_FALSE(fs::exists(a));
     EXPECT_FALSE(fs::exists(b));
-    EXPECT_TRUE(state().pdf_filelist.empty());
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
     EXPECT_EQ(CombineToPDF(out_.c_str(), true), -1);
 }
 
@@ -116,7 +116,7 @@ TEST_F(Pdf, KeepsTheQueuedFilesOtherwise) {
     queue({a});
     EXPECT_EQ(CombineToPDF(out_.c_str(), false), 0);
     EXPECT_TRUE(fs::exists(a));
-    EXPECT_TRUE(state().pdf_filelist.empty());
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
 }
 
 TEST_F(Pdf, ReturnsMinusTwoAndEmptiesTheQueueWhenNothingIsWritten) {
@@ -126,7 +126,7 @@ TEST_F(Pdf, ReturnsMinusTwoAndEmptiesTheQueueWhenNothingIsWritten) {
     EXPECT_EQ(CombineToPDF(scratch_.file("missing/out.pdf").c_str(), true), -2);
     EXPECT_EQ(printed.take(), "ERROR: error_no=1017, detail_no=2\n");
     EXPECT_TRUE(fs::exists(a));
-    EXPECT_TRUE(state().pdf_filelist.empty());
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
 }
 
 TEST_F(Pdf, LosesNoSourceToAnOlderFileAfterARefusedPage) {
@@ -141,7 +141,7 @@ TEST_F(Pdf, LosesNoSourceToAnOlderFileAfterARefusedPage) {
     EXPECT_EQ(readText(out_), "old");
     EXPECT_TRUE(fs::exists(a));
     EXPECT_TRUE(fs::exists(bad));
-    EXPECT_TRUE(state().pdf_filelist.empty());
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
 }
 
 TEST_F(Pdf, LosesNoSourceToAnOlderFileOnAFullDisk) {
@@ -184,18 +184,18 @@ TEST_F(Pdf, LeavesTheQueuesAloneForAMissingFile) {
     const std::string missing = scratch_.file("missing.jpg");
     EXPECT_EQ(AddImageFileToPDF(missing.c_str()), -1);
     EXPECT_EQ(AddImagePath(missing.c_str()), -1);
-    EXPECT_TRUE(state().pdf_filelist.empty());
-    EXPECT_TRUE(state().img_filelist.empty());
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
+    EXPECT_TRUE(state().documents.img_filelist.empty());
 }
 
 TEST_F(Pdf, QueuesMergeFilesApart) {
     const std::string a = jpeg("a.jpg", 40, 30);
     EXPECT_EQ(AddImagePath(a.c_str()), 0);
     EXPECT_EQ(AddImagePath(a.c_str()), 0);
-    EXPECT_EQ(state().img_filelist, (std::vector<std::string>{a, a}));
-    EXPECT_TRUE(state().pdf_filelist.empty());
+    EXPECT_EQ(state().documents.img_filelist, (std::vector<std::string>{a, a}));
+    EXPECT_TRUE(state().documents.pdf_filelist.empty());
     EXPECT_EQ(CombineToPDF(out_.c_str(), true), -1);
-    EXPECT_EQ(state().img_filelist.size(), 2U);
+    EXPECT_EQ(state().documents.img_filelist.size(), 2U);
 }
 
 TEST_F(Pdf, RefusesNullPaths) {
@@ -203,7 +203,7 @@ TEST_F(Pdf, RefusesNullPaths) {
     EXPECT_EQ(AddImagePath(nullptr), -1);
     queue({jpeg("a.jpg", 40, 30)});
     EXPECT_EQ(CombineToPDF(nullptr, true), -1);
-    EXPECT_EQ(state().pdf_filelist.size(), 1U);
+    EXPECT_EQ(state().documents.pdf_filelist.size(), 1U);
     EXPECT_EQ(pdf_start(out_.c_str()), 0);
     EXPECT_EQ(pdf_start(nullptr), 0);
     EXPECT_EQ(pdf_addPage(nullptr), 0);
@@ -213,8 +213,8 @@ TEST_F(Pdf, RefusesNullPaths) {
 
 TEST_F(Pdf, TakesTheStepsOneByOne) {
     EXPECT_EQ(pdf_start(out_.c_str()), 0);
-    EXPECT_NE(state().pdf, nullptr);
-    EXPECT_EQ(state().outPdfPath, out_);
+    EXPECT_NE(state().documents.pdf, nullptr);
+    EXPECT_EQ(state().documents.outPdfPath, out_);
     EXPECT_EQ(pdf_addPage(jpeg("a.jpg", 40, 30).c_str()), 0);
     EXPECT_FALSE(fs::exists(out_));
     EXPECT_EQ(pdf_end(), 0);

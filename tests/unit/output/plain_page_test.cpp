@@ -28,20 +28,20 @@ std::string bytesOf(const std::string& path) {
 class PlainPage : public testing::Test {
   protected:
     ~PlainPage() override {
-        state().CutPoint.fill(0);
-        state().isDelBlackedge = 0;
-        state().isDelBcakColor = 0;
+        state().sheet.CutPoint.fill(0);
+        state().settings.isDelBlackedge = 0;
+        state().settings.isDelBcakColor = 0;
     }
 
     void expectPlainPage(const cv::Mat& frame, const std::array<int, 8>& corners) {
         std::array<int, 8> moved = corners;
         const cv::Mat expected = plain::straightPage(frame, moved.data());
-        std::copy(corners.begin(), corners.end(), state().CutPoint.begin());
+        std::copy(corners.begin(), corners.end(), state().sheet.CutPoint.begin());
         capture(page_.data(), test::kFormat, kCropToSheet, frame);
         const cv::Mat actual = cv::imread(page_);
         ASSERT_EQ(actual.size(), expected.size());
         EXPECT_EQ(cv::norm(actual, expected, cv::NORM_INF), 0);
-        EXPECT_TRUE(std::equal(moved.begin(), moved.end(), state().CutPoint.begin()));
+        EXPECT_TRUE(std::equal(moved.begin(), moved.end(), state().sheet.CutPoint.begin()));
     }
 
     void expectPlainStill(const cv::Mat& frame) {
@@ -50,9 +50,9 @@ class PlainPage : public testing::Test {
         ASSERT_EQ(outline.result, 0);
         std::array<int, 8> moved = outline.corners;
         plain::saveCleanPage(frame, moved.data(), plain_);
-        std::copy(outline.corners.begin(), outline.corners.end(), state().CutPoint.begin());
-        state().isDelBlackedge = 1;
-        state().isDelBcakColor = 1;
+        std::copy(outline.corners.begin(), outline.corners.end(), state().sheet.CutPoint.begin());
+        state().settings.isDelBlackedge = 1;
+        state().settings.isDelBcakColor = 1;
         capture(still_.data(), test::kFormat, kCropToSheet, frame);
         EXPECT_EQ(bytesOf(still_), bytesOf(plain_));
         EXPECT_FALSE(bytesOf(still_).empty());

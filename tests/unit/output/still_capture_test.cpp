@@ -28,17 +28,17 @@ constexpr std::size_t kWaitsForFile = 3;
 
 class StillCapture : public testing::Test {
   protected:
-    void SetUp() override { state().bKeep = true; }
+    void SetUp() override { state().session.bKeep = true; }
 
     void TearDown() override {
-        state().bKeep = false;
-        state().isShootPhoto = false;
-        state().isInsert1000M = false;
-        state().imgSavePath.store("");
+        state().session.bKeep = false;
+        state().session.isShootPhoto = false;
+        state().session.isInsert1000M = false;
+        state().session.imgSavePath.store("");
         SetRotate(0);
     }
 
-    static std::string requested() { return state().imgSavePath.load().data(); }
+    static std::string requested() { return state().session.imgSavePath.load().data(); }
 
     ScratchFolder scratch_;
     std::string target_ = scratch_.file("still.png");
@@ -46,20 +46,20 @@ class StillCapture : public testing::Test {
 };
 
 TEST_F(StillCapture, ReturnsMinusOneAndChangesNothingWithoutACamera) {
-    state().bKeep = false;
-    state().imgSavePath.store("before");
+    state().session.bKeep = false;
+    state().session.imgSavePath.store("before");
     writeText(target_, "old");
     PrintedText printed;
     EXPECT_EQ(captureImage(target_.c_str()), -1);
     EXPECT_EQ(captureImage(nullptr), -1);
     EXPECT_EQ(printed.take(), "");
     EXPECT_EQ(requested(), "before");
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
     EXPECT_EQ(readText(target_), "old");
 }
 
 TEST_F(StillCapture, RefusesAPathThatDoesNotFit) {
-    state().imgSavePath.store("before");
+    state().session.imgSavePath.store("before");
     const Pauses pauses;
     const std::string folder = scratch_.path().string() + "/" + std::string(200, 'd');
     fs::create_directory(folder);
@@ -73,7 +73,7 @@ TEST_F(StillCapture, RefusesAPathThatDoesNotFit) {
     }
     EXPECT_EQ(readText(tooLong), "old");
     EXPECT_EQ(requested(), "before");
-    EXPECT_FALSE(state().isShootPhoto);
+    EXPECT_FALSE(state().session.isShootPhoto);
     EXPECT_TRUE(pauses.lengths.empty());
 }
 
@@ -88,7 +88,7 @@ TEST_F(StillCapture, PublishesThePathBeforeTheRequestAndDeletesTheOldFile) {
     writeText(target_, "old");
     const Pauses pauses([this](int before) {
         if (before == 0) {
-            EXPECT_TRUE(state().isShootPhoto);
+            EXPECT_TRUE(state().session.isShootPhoto);
             EXPECT_EQ(requested(), target_);
             EXPECT_FALSE(fs::exists(target_));
         }
@@ -101,14 +101,14 @@ TEST_F(StillCapture, WaitsAtMostSeventyNineTimesAndLeavesTheRequest) {
     const Pauses pauses;
     EXPECT_EQ(captureImage(target_.c_str()), 0);
     EXPECT_EQ(pauses.lengths, std::vector<long>(kWaitsForStill, kPause));
-    EXPECT_TRUE(state().isShootPhoto);
+    EXPECT_TRUE(state().session.isShootPhoto);
 }
 
 TEST_F(StillCapture, WaitsThreeTimesMoreWhenTheFileIsThere) {
     const Pauses pauses([this](int before) {
         if (before == 4) {
             writeText(target_, "still");
-            state().isShootPhoto = false;
+            state().session.isShootPhoto = false;
         }
     });
     EXPECT_EQ(captureImage(target_.c_str()), 0);
@@ -119,7 +119,7 @@ TEST_F(StillCapture, StopsWaitingWhenTheFileGoesAway) {
     const Pauses pauses([this](int before) {
         if (before == 0) {
             writeText(target_, "still");
-            state().isShootPhoto = false;
+            state().session.isShootPhoto = false;
         } else if (before == 1) {
             fs::remove(target_);
         }
@@ -129,7 +129,7 @@ TEST_F(StillCapture, StopsWaitingWhenTheFileGoesAway) {
 }
 
 TEST_F(StillCapture, ReturnsAtOnceWhenNoFileWasWritten) {
-    const Pauses pauses([](int) { state().isShootPhoto = false; });
+    const Pauses pauses([](int) { state().session.isShootPhoto = false; });
     EXPECT_EQ(captureImage(target_.c_str()), 0);
     EXPECT_EQ(pauses.lengths.size(), 1U);
 }
@@ -147,12 +147,12 @@ TEST_F(StillCapture, WaitsForBothWhenAFileAppearsWithoutAnAnswer) {
 TEST_F(StillCapture, IsTakenByTheStreamingThread) {
     std::binary_semaphore taken(0);
     std::thread stream([&] {
-        while (!state().isShootPhoto.load(std::memory_order_acquire)) {
+        while (!state().session.isShootPhoto.load(std::memory_order_acquire)) {
             std::this_thread::yield();
         }
-        auto path = state().imgSavePath.load();
+        auto path = state().session.imgSavePath.load();
         capture(path.data(), 0, 0, frame_);
-        state().isShootPhoto.store(false, std::memory_order_release);
+        state().session.isShootPhoto.store(false, std::memory_order_release);
         taken.release();
     });
     PrintedText printed;
@@ -187,7 +187,7 @@ TEST_F(StillCapture, LeavesTheFramesPixelsAlone) {
     const cv::Mat before = frame_.clone();
     const PrintedText printed;
     for (const bool enlarge : {false, true}) {
-        state().isInsert1000M = enlarge;
+        state().session.isInsert1000M = enlarge;
         for (const int mode : {0, 1, 2, 3}) {
             SetColorMode(mode);
             capture(target_.data(), 0, 0, frame_);
@@ -198,7 +198,7 @@ TEST_F(StillCapture, LeavesTheFramesPixelsAlone) {
 }
 
 TEST_F(StillCapture, EnlargesTheFrameOfTheLargestSize) {
-    state().isInsert1000M = true;
+    state().session.isInsert1000M = true;
     frame_.colRange(0, 16).setTo(cv::Scalar(0, 0, 0));
     for (const int turns : {0, 1, 2, 3, 4, -1}) {
         SetRotate(turns);

@@ -63,7 +63,7 @@ cv::Mat turnedBack(const cv::Mat& page, int quartersClockwise) {
 
 class StraightPage : public testing::TestWithParam<Sheet> {
   protected:
-    ~StraightPage() override { state().CutPoint.fill(0); }
+    ~StraightPage() override { state().sheet.CutPoint.fill(0); }
 
     cv::Mat taken(cv::Mat frame) {
         EXPECT_EQ(DrawingEdge(frame.data, frame.cols, frame.rows, 0), 0);
@@ -109,7 +109,7 @@ TEST(StraightPageAt45Degrees, IsStraightEitherWay) {
         EXPECT_LT(test::placeOfMark(upright).y, 0.35);
         EXPECT_NEAR(upright.cols, 640 + kAdded, kPlay);
     }
-    state().CutPoint.fill(0);
+    state().sheet.CutPoint.fill(0);
 }
 
 } // namespace

@@ -39,7 +39,7 @@ TEST_F(ChangingView, NeverEndsTheHostNorOverrunsItsBuffer) {
     for (bool last = false; !last;) {
         last = host.done();
         ++frames;
-        const int angle = state().RotateAngle;
+        const int angle = state().settings.RotateAngle;
         const cv::Mat* const frame = angle == 0 || angle == 2   ? &upright
                                      : angle == 1 || angle == 3 ? &upended
                                                                 : nullptr;
@@ -76,7 +76,7 @@ TEST_F(ChangingView, DoesNotUndoTheFormThatAnotherThreadDeclares) {
         const int width = 100 + round % 2;
         const int height = 90 + round % 3;
         SetWebFormSize(width, height);
-        undone += state().FormWidth != width || state().FormHeight != height ? 1 : 0;
+        undone += state().view.FormWidth != width || state().view.FormHeight != height ? 1 : 0;
     }
     stop = true;
     navigating.join();

@@ -59,8 +59,8 @@ TEST_F(Form, KeepsTheFrameUpsideDownAndUnknownTurnsAtItsSides) {
     for (const int angle : {2, 4, 7, -1}) {
         SetRotate(angle);
         SetWebFormSize(800, 600);
-        EXPECT_EQ(state().ZoomWidth, 800) << angle;
-        EXPECT_EQ(state().ZoomHeight, 450) << angle;
+        EXPECT_EQ(state().view.ZoomWidth, 800) << angle;
+        EXPECT_EQ(state().view.ZoomHeight, 450) << angle;
     }
 }
 
@@ -86,18 +86,18 @@ TEST_F(Form, LargerThanTheFrameShowsItAtTrueSizeInTheMiddle) {
 TEST_F(Form, AsWideAsTheFrameAndHigherShowsItAtTrueSize) {
     stream({800, 500});
     SetWebFormSize(800, 600);
-    EXPECT_EQ(state().pZoomScale, 100.0);
-    EXPECT_EQ(state().ZoomWidth, 800);
-    EXPECT_EQ(state().ZoomHeight, 500);
-    EXPECT_EQ(state().FormStartX, 0);
-    EXPECT_EQ(state().FormStartY, 50);
+    EXPECT_EQ(state().view.pZoomScale, 100.0);
+    EXPECT_EQ(state().view.ZoomWidth, 800);
+    EXPECT_EQ(state().view.ZoomHeight, 500);
+    EXPECT_EQ(state().view.FormStartX, 0);
+    EXPECT_EQ(state().view.FormStartY, 50);
 }
 
 TEST_F(Form, AsWideAsTheFrameAndLowerIsFilledInHeight) {
     stream({800, 500});
     SetWebFormSize(800, 250);
-    EXPECT_EQ(state().pZoomScale, 50.0);
-    EXPECT_EQ(state().FormStartX, 200);
+    EXPECT_EQ(state().view.pZoomScale, 50.0);
+    EXPECT_EQ(state().view.FormStartX, 200);
 }
 
 // Only sizes as large as these tell the two rules apart: their aspect ratios are equal as doubles,
@@ -114,44 +114,44 @@ TEST_F(Form, OfTheFramesAspectRatioIsFilledInWidth) {
 TEST_F(Form, OfTheFramesAspectRatioIsFilledWhole) {
     stream({1600, 1200});
     SetWebFormSize(800, 600);
-    EXPECT_EQ(state().pZoomScale, 50.0);
-    EXPECT_EQ(state().ShowWidth, 800);
-    EXPECT_EQ(state().ShowHeight, 600);
+    EXPECT_EQ(state().view.pZoomScale, 50.0);
+    EXPECT_EQ(state().view.ShowWidth, 800);
+    EXPECT_EQ(state().view.ShowHeight, 600);
 }
 
 TEST_F(Form, OfOddSizeShowsAPictureOfMultiplesOfFour) {
     stream({3264, 2448});
     SetWebFormSize(801, 2000);
-    EXPECT_EQ(state().ZoomWidth, 801);
-    EXPECT_EQ(state().ShowWidth, 800);
-    EXPECT_EQ(state().ZoomHeight, 600);
+    EXPECT_EQ(state().view.ZoomWidth, 801);
+    EXPECT_EQ(state().view.ShowWidth, 800);
+    EXPECT_EQ(state().view.ZoomHeight, 600);
     SetWebFormSize(2000, 603);
-    EXPECT_EQ(state().ShowHeight, 600);
-    EXPECT_EQ(state().ShowWidth, 804);
+    EXPECT_EQ(state().view.ShowHeight, 600);
+    EXPECT_EQ(state().view.ShowWidth, 804);
 }
 
 TEST_F(Form, OfTheFirstDeclarationSizesTheBuffer) {
     stream({1920, 1080});
-    EXPECT_EQ(state().WEB_BUF, nullptr);
-    EXPECT_EQ(state().previewBytes, 0U);
+    EXPECT_EQ(state().view.WEB_BUF, nullptr);
+    EXPECT_EQ(state().view.previewBytes, 0U);
     SetWebFormSize(801, 600);
-    const unsigned char* const buffer = state().WEB_BUF;
+    const unsigned char* const buffer = state().view.WEB_BUF;
     ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(state().previewPixels.get(), buffer);
-    EXPECT_EQ(state().previewBytes, 801U * 600U * 3U);
-    EXPECT_TRUE(
-        std::all_of(buffer, buffer + state().previewBytes, [](int byte) { return byte == 0; }));
+    EXPECT_EQ(state().view.previewPixels.get(), buffer);
+    EXPECT_EQ(state().view.previewBytes, 801U * 600U * 3U);
+    EXPECT_TRUE(std::all_of(buffer, buffer + state().view.previewBytes,
+                            [](int byte) { return byte == 0; }));
 }
 
 TEST_F(Form, EnlargedLaterKeepsTheFirstBuffer) {
     stream({1920, 1080});
     SetWebFormSize(400, 300);
-    const unsigned char* const buffer = state().WEB_BUF;
+    const unsigned char* const buffer = state().view.WEB_BUF;
     SetWebFormSize(1600, 1200);
-    EXPECT_EQ(state().WEB_BUF, buffer);
-    EXPECT_EQ(state().previewBytes, 400U * 300U * 3U);
-    EXPECT_EQ(state().FormWidth, 1600);
-    EXPECT_EQ(state().ShowWidth, 1600);
+    EXPECT_EQ(state().view.WEB_BUF, buffer);
+    EXPECT_EQ(state().view.previewBytes, 400U * 300U * 3U);
+    EXPECT_EQ(state().view.FormWidth, 1600);
+    EXPECT_EQ(state().view.ShowWidth, 1600);
 }
 
 TEST_F(Form, DeclaredAnewReturnsToTheBestFitInTheMiddle) {
@@ -171,10 +171,10 @@ TEST_F(Form, WithoutPixelsHasNoBuffer) {
                                  FrameSize{-800, -600}, FrameSize{-800, 600}, FrameSize{800, -1},
                                  FrameSize{kLowest, kLowest}, FrameSize{kLowest, kHuge}}) {
         SetWebFormSize(form.width, form.height);
-        EXPECT_EQ(state().WEB_BUF, nullptr) << form.width << ' ' << form.height;
-        EXPECT_EQ(state().FormWidth, form.width);
-        EXPECT_EQ(state().FormHeight, form.height);
-        EXPECT_TRUE(state().ShowWidth < 1 || state().ShowHeight < 1);
+        EXPECT_EQ(state().view.WEB_BUF, nullptr) << form.width << ' ' << form.height;
+        EXPECT_EQ(state().view.FormWidth, form.width);
+        EXPECT_EQ(state().view.FormHeight, form.height);
+        EXPECT_TRUE(state().view.ShowWidth < 1 || state().view.ShowHeight < 1);
     }
 }
 
@@ -183,7 +183,7 @@ TEST_F(Form, OfMoreBytesThanAnIntCountsHasNoBuffer) {
     for (const FrameSize form : {FrameSize{26755, 26755}, FrameSize{40000, 40000},
                                  FrameSize{65536, 65536}, FrameSize{kHuge, kHuge}}) {
         SetWebFormSize(form.width, form.height);
-        EXPECT_EQ(state().WEB_BUF, nullptr) << form.width;
+        EXPECT_EQ(state().view.WEB_BUF, nullptr) << form.width;
     }
 }
 
@@ -192,41 +192,41 @@ TEST_F(Form, ThatIsPossibleGetsItsBufferAfterImpossibleOnes) {
     SetWebFormSize(0, 0);
     SetWebFormSize(kHuge, kHuge);
     SetWebFormSize(800, 600);
-    EXPECT_NE(state().WEB_BUF, nullptr);
-    EXPECT_EQ(state().previewBytes, 800U * 600U * 3U);
-    EXPECT_EQ(state().pZoomScale, 100.0 * 800 / 1920);
+    EXPECT_NE(state().view.WEB_BUF, nullptr);
+    EXPECT_EQ(state().view.previewBytes, 800U * 600U * 3U);
+    EXPECT_EQ(state().view.pZoomScale, 100.0 * 800 / 1920);
 }
 
 TEST_F(Form, DeclaredBeforeACameraIsOpenShowsNothing) {
     SetWebFormSize(800, 600);
-    EXPECT_NE(state().WEB_BUF, nullptr);
-    EXPECT_EQ(state().ShowWidth, 0);
-    EXPECT_EQ(state().ShowHeight, 0);
+    EXPECT_NE(state().view.WEB_BUF, nullptr);
+    EXPECT_EQ(state().view.ShowWidth, 0);
+    EXPECT_EQ(state().view.ShowHeight, 0);
     SetWebFormSize(0, 0);
-    EXPECT_EQ(state().ShowWidth, 0);
-    EXPECT_EQ(state().ShowHeight, 0);
+    EXPECT_EQ(state().view.ShowWidth, 0);
+    EXPECT_EQ(state().view.ShowHeight, 0);
 }
 
 TEST_F(Form, OfASuitableSizeIsCentredInTheDeclaredOne) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     FuncSuitableSize(960, 600);
-    EXPECT_EQ(state().pZoomScale, 50.0);
-    EXPECT_EQ(state().pBestScale, 50.0);
-    EXPECT_EQ(state().FormWidth, 800);
-    EXPECT_EQ(state().ZoomWidth, 960);
-    EXPECT_EQ(state().ZoomStartX, -80);
-    EXPECT_EQ(state().FormStartX, -80);
-    EXPECT_EQ(state().VideoOffsetX, -80);
-    EXPECT_EQ(state().ShowWidth, 800);
-    EXPECT_EQ(state().ZoomStartY, 30);
+    EXPECT_EQ(state().view.pZoomScale, 50.0);
+    EXPECT_EQ(state().view.pBestScale, 50.0);
+    EXPECT_EQ(state().view.FormWidth, 800);
+    EXPECT_EQ(state().view.ZoomWidth, 960);
+    EXPECT_EQ(state().view.ZoomStartX, -80);
+    EXPECT_EQ(state().view.FormStartX, -80);
+    EXPECT_EQ(state().view.VideoOffsetX, -80);
+    EXPECT_EQ(state().view.ShowWidth, 800);
+    EXPECT_EQ(state().view.ZoomStartY, 30);
 }
 
 TEST_F(Form, IsNotTouchedWhenTheZoomedSizeIsRecomputed) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     PreviewFields expected = currentFields();
-    state().pZoomScale = expected.pZoomScale = 33.33;
+    state().view.pZoomScale = expected.pZoomScale = 33.33;
     expected.ZoomWidth = 639;
     expected.ZoomHeight = 359;
     FuncCalculateShowWH();
@@ -237,9 +237,9 @@ TEST_F(Form, HasAZoomedSizeForEveryScale) {
     stream({1920, 1080});
     for (const double scale : {std::numeric_limits<double>::quiet_NaN(), 1e300, -1e300,
                                std::numeric_limits<double>::infinity()}) {
-        state().pZoomScale = scale;
+        state().view.pZoomScale = scale;
         FuncCalculateShowWH();
-        EXPECT_EQ(state().ZoomWidth, scale > 0 ? kHuge : scale < 0 ? kLowest : 0) << scale;
+        EXPECT_EQ(state().view.ZoomWidth, scale > 0 ? kHuge : scale < 0 ? kLowest : 0) << scale;
     }
 }
 

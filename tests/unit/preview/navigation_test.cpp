@@ -12,7 +12,7 @@ using Navigation = Preview;
 
 TEST_F(Navigation, IsRefusedWhileNothingStreams) {
     streamLargeFrame();
-    state().bKeep = false;
+    state().session.bKeep = false;
     const PreviewFields before = currentFields();
     for (const std::function<int()>& operation :
          {std::function<int()>(Web_ZoomIn), std::function<int()>(Web_ZoomOut),
@@ -37,18 +37,18 @@ TEST_F(Navigation, ReturnsZeroWhileStreaming) {
 
 TEST_F(Navigation, ZoomsInByFourPercentagePoints) {
     streamLargeFrame();
-    state().pZoomScale = 50.0;
+    state().view.pZoomScale = 50.0;
     Web_ZoomIn();
-    EXPECT_EQ(state().pZoomScale, 54.0);
+    EXPECT_EQ(state().view.pZoomScale, 54.0);
 }
 
 TEST_F(Navigation, ZoomsInUpToSixHundredPercent) {
     streamLargeFrame();
-    state().pZoomScale = 598.0;
+    state().view.pZoomScale = 598.0;
     Web_ZoomIn();
-    EXPECT_EQ(state().pZoomScale, 600.0);
+    EXPECT_EQ(state().view.pZoomScale, 600.0);
     Web_ZoomIn();
-    EXPECT_EQ(state().pZoomScale, 600.0);
+    EXPECT_EQ(state().view.pZoomScale, 600.0);
 }
 
 TEST_F(Navigation, ZoomsOutToTheBestFitAtMost) {
@@ -56,22 +56,22 @@ TEST_F(Navigation, ZoomsOutToTheBestFitAtMost) {
     const PreviewFields fitted = currentFields();
     Web_ZoomOut();
     EXPECT_EQ(currentFields(), fitted);
-    state().pZoomScale = 54.0;
-    state().pBestScale = 52.5;
+    state().view.pZoomScale = 54.0;
+    state().view.pBestScale = 52.5;
     Web_ZoomOut();
-    EXPECT_EQ(state().pZoomScale, 52.5);
-    state().pZoomScale = 56.5;
+    EXPECT_EQ(state().view.pZoomScale, 52.5);
+    state().view.pZoomScale = 56.5;
     Web_ZoomOut();
-    EXPECT_EQ(state().pZoomScale, 52.5);
-    state().pZoomScale = 60.0;
+    EXPECT_EQ(state().view.pZoomScale, 52.5);
+    state().view.pZoomScale = 60.0;
     Web_ZoomOut();
-    EXPECT_EQ(state().pZoomScale, 56.0);
+    EXPECT_EQ(state().view.pZoomScale, 56.0);
 }
 
 TEST_F(Navigation, ShowsALargerFrameAtTrueSizeFromItsMiddle) {
     stream({1921, 1081});
     SetWebFormSize(801, 603);
-    const double best = state().pBestScale;
+    const double best = state().view.pBestScale;
     Web_TrueSize();
     EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 801,
                                               .FormHeight = 603,
@@ -91,7 +91,7 @@ TEST_F(Navigation, ShowsALargerFrameAtTrueSizeFromItsMiddle) {
 
 TEST_F(Navigation, PlacesASmallerFrameByThePicturesOwnMargin) {
     streamSmallFrame();
-    EXPECT_EQ(state().FormStartX, 199);
+    EXPECT_EQ(state().view.FormStartX, 199);
     Web_BestSize();
     EXPECT_EQ(currentFields(), (PreviewFields{.FormWidth = 800,
                                               .FormHeight = 600,
@@ -122,27 +122,27 @@ TEST_F(Navigation, ZoomsDirectionsThatFitAndThatOverflowEachTheirOwnWay) {
     stream({1000, 300});
     SetWebFormSize(800, 600);
     Web_TrueSize();
-    EXPECT_EQ(state().FormStartX, 0);
-    EXPECT_EQ(state().ZoomStartX, -100);
-    EXPECT_EQ(state().ShowWidth, 800);
-    EXPECT_EQ(state().FormStartY, 150);
-    EXPECT_EQ(state().ZoomStartY, 150);
-    EXPECT_EQ(state().ShowHeight, 300);
+    EXPECT_EQ(state().view.FormStartX, 0);
+    EXPECT_EQ(state().view.ZoomStartX, -100);
+    EXPECT_EQ(state().view.ShowWidth, 800);
+    EXPECT_EQ(state().view.FormStartY, 150);
+    EXPECT_EQ(state().view.ZoomStartY, 150);
+    EXPECT_EQ(state().view.ShowHeight, 300);
 }
 
 TEST_F(Navigation, TurnsLeftRoundFromZeroAndRightRoundFromThree) {
     streamLargeFrame();
     for (const int angle : {3, 2, 1, 0}) {
-        state().RotateFlag = 0;
+        state().settings.RotateFlag = 0;
         Web_RotateL();
-        EXPECT_EQ(state().RotateAngle, angle);
-        EXPECT_EQ(state().RotateFlag, 2);
+        EXPECT_EQ(state().settings.RotateAngle, angle);
+        EXPECT_EQ(state().settings.RotateFlag, 2);
     }
     for (const int angle : {1, 2, 3, 0}) {
-        state().RotateFlag = 0;
+        state().settings.RotateFlag = 0;
         Web_RotateR();
-        EXPECT_EQ(state().RotateAngle, angle);
-        EXPECT_EQ(state().RotateFlag, 2);
+        EXPECT_EQ(state().settings.RotateAngle, angle);
+        EXPECT_EQ(state().settings.RotateFlag, 2);
     }
 }
 
@@ -151,7 +151,7 @@ TEST_F(Navigation, TurnsFromAnglesThatAreNone) {
     const auto turned = [](int angle, int (*operation)()) {
         SetRotate(angle);
         operation();
-        return state().RotateAngle.load();
+        return state().settings.RotateAngle.load();
     };
     EXPECT_EQ(turned(7, Web_RotateL), 6);
     EXPECT_EQ(turned(7, Web_RotateR), 0);
@@ -193,7 +193,8 @@ TEST_F(Navigation, OfImpossibleFormsShowsNothing) {
             SetWebFormSize(side, side);
             EXPECT_EQ(operation(), 0);
             EXPECT_EQ(Web_SetMoveOffet(kHuge, kLowest), 0);
-            EXPECT_TRUE(state().ShowWidth < 1 && state().ShowHeight < 1) << currentFields();
+            EXPECT_TRUE(state().view.ShowWidth < 1 && state().view.ShowHeight < 1)
+                << currentFields();
         }
     }
 }

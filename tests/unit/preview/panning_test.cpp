@@ -30,29 +30,29 @@ TEST_F(Panning, DragsASmallPictureWithinTheForm) {
 TEST_F(Panning, LeavesTheOffsetOfASmallPictureDraggedPastTheNearEdge) {
     streamSmallFrame();
     Web_SetMoveOffet(-200, -150);
-    EXPECT_EQ(state().FormStartX, 0);
-    EXPECT_EQ(state().FormStartY, 0);
-    EXPECT_EQ(state().ZoomStartX, 0);
-    EXPECT_EQ(state().VideoOffsetX, 199);
-    EXPECT_EQ(state().VideoOffsetY, 149);
+    EXPECT_EQ(state().view.FormStartX, 0);
+    EXPECT_EQ(state().view.FormStartY, 0);
+    EXPECT_EQ(state().view.ZoomStartX, 0);
+    EXPECT_EQ(state().view.VideoOffsetX, 199);
+    EXPECT_EQ(state().view.VideoOffsetY, 149);
     Web_SetMoveOffet(-199, -149);
-    EXPECT_EQ(state().VideoOffsetX, 0);
-    EXPECT_EQ(state().VideoOffsetY, 0);
-    EXPECT_EQ(state().FormStartX, 0);
+    EXPECT_EQ(state().view.VideoOffsetX, 0);
+    EXPECT_EQ(state().view.VideoOffsetY, 0);
+    EXPECT_EQ(state().view.FormStartX, 0);
 }
 
 TEST_F(Panning, StopsASmallPictureAtTheFarEdge) {
     streamSmallFrame();
     Web_SetMoveOffet(200, 150);
-    EXPECT_EQ(state().VideoOffsetX, 398);
-    EXPECT_EQ(state().FormStartX, 398);
-    EXPECT_EQ(state().VideoOffsetY, 298);
-    EXPECT_EQ(state().FormStartY, 298);
+    EXPECT_EQ(state().view.VideoOffsetX, 398);
+    EXPECT_EQ(state().view.FormStartX, 398);
+    EXPECT_EQ(state().view.VideoOffsetY, 298);
+    EXPECT_EQ(state().view.FormStartY, 298);
     Web_SetMoveOffet(kHuge, kHuge);
-    EXPECT_EQ(state().FormStartX, 398);
+    EXPECT_EQ(state().view.FormStartX, 398);
     Web_SetMoveOffet(kLowest, kLowest);
-    EXPECT_EQ(state().FormStartX, 0);
-    EXPECT_EQ(state().VideoOffsetX, 398);
+    EXPECT_EQ(state().view.FormStartX, 0);
+    EXPECT_EQ(state().view.VideoOffsetX, 398);
 }
 
 // From offset 0, as after a drag to the frame's beginning.
@@ -67,8 +67,8 @@ TEST_P(DragOverALargerFrame, StaysOnItOrJumpsToItsEnd) {
     streamLargeFrame();
     Web_TrueSize();
     Web_SetMoveOffet(100, 75);
-    ASSERT_EQ(state().VideoOffsetX, 0);
-    ASSERT_EQ(state().VideoOffsetY, 0);
+    ASSERT_EQ(state().view.VideoOffsetX, 0);
+    ASSERT_EQ(state().view.VideoOffsetY, 0);
 
     PreviewFields expected = currentFields();
     expected.VideoOffsetX = expected.ZoomStartX = GetParam().offset;
@@ -86,13 +86,13 @@ TEST_F(Panning, DragsOverALargerFrameUpAndDownAlike) {
     streamLargeFrame();
     Web_TrueSize();
     Web_SetMoveOffet(0, -10);
-    EXPECT_EQ(state().VideoOffsetY, -85);
-    EXPECT_EQ(state().ZoomStartY, -85);
+    EXPECT_EQ(state().view.VideoOffsetY, -85);
+    EXPECT_EQ(state().view.ZoomStartY, -85);
     Web_SetMoveOffet(0, 100);
-    EXPECT_EQ(state().VideoOffsetY, 0);
+    EXPECT_EQ(state().view.VideoOffsetY, 0);
     Web_SetMoveOffet(0, 151);
-    EXPECT_EQ(state().VideoOffsetY, -150);
-    EXPECT_EQ(state().VideoOffsetX, -100);
+    EXPECT_EQ(state().view.VideoOffsetY, -150);
+    EXPECT_EQ(state().view.VideoOffsetX, -100);
 }
 
 TEST_F(Panning, CannotDragAFrameThatFillsTheForm) {

@@ -9,13 +9,13 @@ namespace {
 
 void forgetSession() {
     LibraryState& library = state();
-    library.bKeep = false;
+    library.session.bKeep = false;
     setGrabSize(0, 0);
-    library.pGetVideoWebStream = nullptr;
-    library.WEB_BUF = nullptr;
-    library.previewPixels.reset();
-    library.previewBytes = 0;
-    library.zoomimage.release();
+    library.settings.pGetVideoWebStream = nullptr;
+    library.view.WEB_BUF = nullptr;
+    library.view.previewPixels.reset();
+    library.view.previewBytes = 0;
+    library.session.zoomimage.release();
 }
 
 } // namespace
@@ -33,10 +33,12 @@ std::ostream& operator<<(std::ostream& out, const PreviewFields& fields) {
 
 PreviewFields currentFields() {
     const LibraryState& library = state();
-    return {library.FormWidth,  library.FormHeight, library.FormStartX,   library.FormStartY,
-            library.ShowWidth,  library.ShowHeight, library.ZoomWidth,    library.ZoomHeight,
-            library.ZoomStartX, library.ZoomStartY, library.VideoOffsetX, library.VideoOffsetY,
-            library.pZoomScale, library.pBestScale, library.RotateAngle,  library.RotateFlag};
+    return {library.view.FormWidth,     library.view.FormHeight,   library.view.FormStartX,
+            library.view.FormStartY,    library.view.ShowWidth,    library.view.ShowHeight,
+            library.view.ZoomWidth,     library.view.ZoomHeight,   library.view.ZoomStartX,
+            library.view.ZoomStartY,    library.view.VideoOffsetX, library.view.VideoOffsetY,
+            library.view.pZoomScale,    library.view.pBestScale,   library.settings.RotateAngle,
+            library.settings.RotateFlag};
 }
 
 void Preview::SetUp() {
@@ -51,7 +53,7 @@ void Preview::TearDown() {
 
 void Preview::stream(FrameSize frame) {
     setGrabSize(frame.width, frame.height);
-    state().bKeep = true;
+    state().session.bKeep = true;
 }
 
 void Preview::streamLargeFrame() {
@@ -66,22 +68,22 @@ void Preview::streamSmallFrame() {
 
 void Preview::setFields(const PreviewFields& fields) {
     LibraryState& library = state();
-    library.FormWidth = fields.FormWidth;
-    library.FormHeight = fields.FormHeight;
-    library.FormStartX = fields.FormStartX;
-    library.FormStartY = fields.FormStartY;
-    library.ShowWidth = fields.ShowWidth;
-    library.ShowHeight = fields.ShowHeight;
-    library.ZoomWidth = fields.ZoomWidth;
-    library.ZoomHeight = fields.ZoomHeight;
-    library.ZoomStartX = fields.ZoomStartX;
-    library.ZoomStartY = fields.ZoomStartY;
-    library.VideoOffsetX = fields.VideoOffsetX;
-    library.VideoOffsetY = fields.VideoOffsetY;
-    library.pZoomScale = fields.pZoomScale;
-    library.pBestScale = fields.pBestScale;
-    library.RotateAngle = fields.RotateAngle;
-    library.RotateFlag = fields.RotateFlag;
+    library.view.FormWidth = fields.FormWidth;
+    library.view.FormHeight = fields.FormHeight;
+    library.view.FormStartX = fields.FormStartX;
+    library.view.FormStartY = fields.FormStartY;
+    library.view.ShowWidth = fields.ShowWidth;
+    library.view.ShowHeight = fields.ShowHeight;
+    library.view.ZoomWidth = fields.ZoomWidth;
+    library.view.ZoomHeight = fields.ZoomHeight;
+    library.view.ZoomStartX = fields.ZoomStartX;
+    library.view.ZoomStartY = fields.ZoomStartY;
+    library.view.VideoOffsetX = fields.VideoOffsetX;
+    library.view.VideoOffsetY = fields.VideoOffsetY;
+    library.view.pZoomScale = fields.pZoomScale;
+    library.view.pBestScale = fields.pBestScale;
+    library.settings.RotateAngle = fields.RotateAngle;
+    library.settings.RotateFlag = fields.RotateFlag;
 }
 
 } // namespace doccam::test

@@ -26,7 +26,8 @@ class PreviewStage : public Preview {
     }
 
     static std::vector<unsigned char> bufferPixels() {
-        return {state().previewPixels.get(), state().previewPixels.get() + state().previewBytes};
+        return {state().view.previewPixels.get(),
+                state().view.previewPixels.get() + state().view.previewBytes};
     }
 };
 
@@ -37,7 +38,7 @@ TEST_F(PreviewStage, DeliversThePictureAndItsPlaceInTheForm) {
     const cv::Mat frame = noisyFrame({640, 480});
     const std::vector<PreviewPicture> pictures = shown(frame);
     ASSERT_EQ(pictures.size(), 1U);
-    EXPECT_EQ(pictures[0].pixels, state().WEB_BUF);
+    EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
     EXPECT_EQ(pictures[0].width, 640);
     EXPECT_EQ(pictures[0].height, 480);
     EXPECT_EQ(pictures[0].startX, 90);
@@ -49,11 +50,11 @@ TEST_F(PreviewStage, DeliversThePictureAndItsPlaceInTheForm) {
 TEST_F(PreviewStage, LeavesTheBufferBeyondThePicture) {
     stream({640, 480});
     SetWebFormSize(101, 77);
-    unsigned char* const pixels = state().WEB_BUF;
-    std::fill_n(pixels, state().previewBytes.load(), static_cast<unsigned char>(0xA5));
+    unsigned char* const pixels = state().view.WEB_BUF;
+    std::fill_n(pixels, state().view.previewBytes.load(), static_cast<unsigned char>(0xA5));
     ASSERT_EQ(shown(noisyFrame({640, 480})).size(), 1U);
-    ASSERT_EQ(state().ShowWidth, 100);
-    ASSERT_EQ(state().ShowHeight, 72);
+    ASSERT_EQ(state().view.ShowWidth, 100);
+    ASSERT_EQ(state().view.ShowHeight, 72);
     const std::vector<unsigned char> buffer = bufferPixels();
     EXPECT_TRUE(std::all_of(buffer.begin() + std::ptrdiff_t{100} * 72 * 3, buffer.end(),
                             [](int byte) { return byte == 0xA5; }));
@@ -67,12 +68,12 @@ TEST_F(PreviewStage, WithoutAnyDestinationDeliversNothing) {
 TEST_F(PreviewStage, FillsAPreparedImageWithoutAForm) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().WEB_BUF = nullptr;
-    state().zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().view.WEB_BUF = nullptr;
+    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     const cv::Mat frame = noisyFrame({640, 480});
     const std::vector<PreviewPicture> pictures = shown(frame);
     ASSERT_EQ(pictures.size(), 1U);
-    EXPECT_EQ(pictures[0].pixels, state().zoomimage.data);
+    EXPECT_EQ(pictures[0].pixels, state().session.zoomimage.data);
     const std::vector<unsigned char> expected = plainPicture(frame, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), pictures[0].pixels));
 }
@@ -80,30 +81,30 @@ TEST_F(PreviewStage, FillsAPreparedImageWithoutAForm) {
 TEST_F(PreviewStage, DeliversTheFormsPictureBeforeThePreparedImage) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().zoomimage = cv::Mat::zeros(480, 640, CV_8UC3);
+    state().session.zoomimage = cv::Mat::zeros(480, 640, CV_8UC3);
     const std::vector<PreviewPicture> pictures = shown(noisyFrame({640, 480}));
     ASSERT_EQ(pictures.size(), 2U);
-    EXPECT_EQ(pictures[0].pixels, state().WEB_BUF);
-    EXPECT_EQ(pictures[1].pixels, state().zoomimage.data);
+    EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
+    EXPECT_EQ(pictures[1].pixels, state().session.zoomimage.data);
     EXPECT_EQ(pictures[1].width, 320);
     EXPECT_EQ(pictures[1].height, 240);
-    EXPECT_NE(cv::countNonZero(state().zoomimage.reshape(1)), 0);
+    EXPECT_NE(cv::countNonZero(state().session.zoomimage.reshape(1)), 0);
 }
 
 TEST_F(PreviewStage, LeavesOutAPreparedImageSmallerThanTheHostIsTold) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().zoomimage = cv::Mat::zeros(239, 320, CV_8UC3);
+    state().session.zoomimage = cv::Mat::zeros(239, 320, CV_8UC3);
     const std::vector<PreviewPicture> pictures = shown(noisyFrame({640, 480}));
     ASSERT_EQ(pictures.size(), 1U);
-    EXPECT_EQ(pictures[0].pixels, state().WEB_BUF);
-    EXPECT_EQ(cv::countNonZero(state().zoomimage.reshape(1)), 0);
+    EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
+    EXPECT_EQ(cv::countNonZero(state().session.zoomimage.reshape(1)), 0);
 }
 
 TEST_F(PreviewStage, EndsAtOnceWhenTheStateIsNoLongerItsOwn) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     const cv::Mat frame = noisyFrame({640, 480});
     int delivered = 0;
     EXPECT_FALSE(showPreview(state(), &frame, [&](const PreviewPicture&) {
@@ -116,12 +117,12 @@ TEST_F(PreviewStage, EndsAtOnceWhenTheStateIsNoLongerItsOwn) {
 TEST_F(PreviewStage, WithoutAFrameDeliversWhatWasThere) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     shown(noisyFrame({640, 480}));
     const std::vector<unsigned char> before = bufferPixels();
     const std::vector<PreviewPicture> pictures = shown(nullptr);
     ASSERT_EQ(pictures.size(), 2U);
-    EXPECT_EQ(pictures[0].pixels, state().WEB_BUF);
+    EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
     EXPECT_EQ(pictures[0].width, 320);
     EXPECT_EQ(bufferPixels(), before);
 }
@@ -139,9 +140,9 @@ TEST_F(PreviewStage, LeavesOutAFrameWhileTheViewBelongsToAnother) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     Web_TrueSize();
-    state().ZoomStartX = -1121;
+    state().view.ZoomStartX = -1121;
     EXPECT_TRUE(shown(noisyFrame({1920, 1080})).empty());
-    state().ZoomStartX = -1120;
+    state().view.ZoomStartX = -1120;
     EXPECT_EQ(shown(noisyFrame({1920, 1080})).size(), 1U);
     EXPECT_TRUE(shown(cv::Mat()).empty());
 }
@@ -199,7 +200,7 @@ TEST_F(PreviewStage, LeavesOutACutWithoutPixels) {
     for (int times = 0; times < 200; ++times) {
         Web_ZoomIn();
     }
-    ASSERT_EQ(state().ShowWidth, 4);
+    ASSERT_EQ(state().view.ShowWidth, 4);
     EXPECT_TRUE(shown(noisyFrame({640, 480})).empty());
 }
 

@@ -19,8 +19,8 @@ class Rendering : public Preview {
   protected:
     // Renders frame through the set view; the bytes behind the picture are checked.
     static std::vector<unsigned char> rendered(const cv::Mat& frame) {
-        const auto picture = static_cast<std::size_t>(state().ShowWidth) *
-                             static_cast<std::size_t>(state().ShowHeight) * 3;
+        const auto picture = static_cast<std::size_t>(state().view.ShowWidth) *
+                             static_cast<std::size_t>(state().view.ShowHeight) * 3;
         std::vector<unsigned char> out(picture + kBeyond, kUntouched);
         VideoZoomToWeb(frame, out.data());
         EXPECT_EQ(
@@ -31,7 +31,7 @@ class Rendering : public Preview {
     }
 
     static cv::Mat asImage(std::vector<unsigned char>& picture) {
-        return {state().ShowHeight, state().ShowWidth, CV_8UC3, picture.data()};
+        return {state().view.ShowHeight, state().view.ShowWidth, CV_8UC3, picture.data()};
     }
 
     // True size, the visible part beginning at frame pixel (200, 60).
@@ -92,9 +92,9 @@ TEST_F(Rendering, AtSixHundredPercentMagnifiesTheCut) {
     for (int times = 0; times < 200; ++times) {
         Web_ZoomIn();
     }
-    ASSERT_EQ(state().pZoomScale, 600.0);
-    ASSERT_EQ(state().ZoomStartX, -1720);
-    ASSERT_EQ(state().ZoomStartY, -1290);
+    ASSERT_EQ(state().view.pZoomScale, 600.0);
+    ASSERT_EQ(state().view.ZoomStartX, -1720);
+    ASSERT_EQ(state().view.ZoomStartY, -1290);
 
     const cv::Rect cut(286, 215, 66, 50);
     cv::Mat frame = noisyFrame({640, 480});
@@ -169,14 +169,14 @@ TEST_F(Rendering, OfAPartThatTheFrameDoesNotHaveRaises) {
     for (const double scale :
          {0.0, -100.0, 1e-300, 1e300, 99.0, std::numeric_limits<double>::quiet_NaN(),
           std::numeric_limits<double>::infinity()}) {
-        state().pZoomScale = scale;
+        state().view.pZoomScale = scale;
         EXPECT_THROW(VideoZoomToWeb(noisyFrame({1000, 660}), out.data()), cv::Exception) << scale;
     }
-    state().pZoomScale = 100.0;
+    state().view.pZoomScale = 100.0;
     for (const int start : {-max - 1, -max, -max + 1}) {
-        state().ZoomStartX = start;
+        state().view.ZoomStartX = start;
         EXPECT_THROW(VideoZoomToWeb(noisyFrame({1300, 900}), out.data()), cv::Exception) << start;
-        state().ZoomStartX = start / 100;
+        state().view.ZoomStartX = start / 100;
         EXPECT_THROW(VideoZoomToWeb(noisyFrame({1300, 900}), out.data()), cv::Exception) << start;
     }
     EXPECT_EQ(out, before);
@@ -186,10 +186,10 @@ TEST_F(Rendering, OfNoPictureRaises) {
     unsigned char out = kUntouched;
     for (const int side : {0, -4, std::numeric_limits<int>::min()}) {
         showTrueSizePart();
-        state().ShowWidth = side;
+        state().view.ShowWidth = side;
         EXPECT_THROW(VideoZoomToWeb(noisyFrame({1300, 900}), &out), cv::Exception);
         showTrueSizePart();
-        state().ShowHeight = side;
+        state().view.ShowHeight = side;
         EXPECT_THROW(VideoZoomToWeb(noisyFrame({1300, 900}), &out), cv::Exception);
     }
     EXPECT_EQ(out, kUntouched);

@@ -91,24 +91,24 @@ class StreamingPreview : public Preview {
         }
         LibraryState& library = state();
         stream(kFrame);
-        std::strcpy(library.pix_format, "YUYV");
-        library.video_buffer_ptr[0] = raw_.data();
-        library.mappedLength[0] = raw_.size();
-        library.srcimage = makeSlackImage(kFrame.height, kFrame.width);
-        library.roimage.create(kFrame.width, kFrame.height, CV_8UC3);
-        library.pGetVideoWebStream = recordPicture;
+        std::strcpy(library.session.pix_format, "YUYV");
+        library.session.video_buffer_ptr[0] = raw_.data();
+        library.session.mappedLength[0] = raw_.size();
+        library.session.srcimage = makeSlackImage(kFrame.height, kFrame.width);
+        library.session.roimage.create(kFrame.width, kFrame.height, CV_8UC3);
+        library.settings.pGetVideoWebStream = recordPicture;
         calls.clear();
         drawn = 0;
     }
 
     void TearDown() override {
         LibraryState& library = state();
-        library.pGetVideoStream = nullptr;
-        library.video_buffer_ptr[0] = nullptr;
-        library.mappedLength[0] = 0;
-        library.pix_format[0] = '\0';
-        library.srcimage.release();
-        library.roimage.release();
+        library.settings.pGetVideoStream = nullptr;
+        library.session.video_buffer_ptr[0] = nullptr;
+        library.session.mappedLength[0] = 0;
+        library.session.pix_format[0] = '\0';
+        library.session.srcimage.release();
+        library.session.roimage.release();
         nextFrame = nullptr;
         Preview::TearDown();
     }
@@ -124,7 +124,7 @@ class StreamingPreview : public Preview {
 
     static Call formPicture() {
         const PreviewFields fields = currentFields();
-        return {state().WEB_BUF, fields.ShowWidth, fields.ShowHeight, fields.FormStartX,
+        return {state().view.WEB_BUF, fields.ShowWidth, fields.ShowHeight, fields.FormStartX,
                 fields.FormStartY};
     }
 
@@ -140,32 +140,35 @@ TEST_F(StreamingPreview, CallsWithTheFormsPictureOfEachFrame) {
     SetWebFormSize(160, 160);
     streamFrames(2);
     ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
-    EXPECT_EQ(calls[0], (Call{state().WEB_BUF, 160, 120, 0, 20}));
-    const std::vector<unsigned char> expected = plainPicture(state().srcimage, currentFields());
+    EXPECT_EQ(calls[0], (Call{state().view.WEB_BUF, 160, 120, 0, 20}));
+    const std::vector<unsigned char> expected =
+        plainPicture(state().session.srcimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
 }
 
 TEST_F(StreamingPreview, CallsTwiceForAFrameWhenAnImageIsPreparedToo) {
     SetWebFormSize(160, 120);
-    state().zoomimage.create(240, 320, CV_8UC3);
+    state().session.zoomimage.create(240, 320, CV_8UC3);
     streamFrames(1);
-    EXPECT_THAT(calls, ElementsAre(formPicture(), Call{state().zoomimage.data, 160, 120, 0, 0}));
+    EXPECT_THAT(calls,
+                ElementsAre(formPicture(), Call{state().session.zoomimage.data, 160, 120, 0, 0}));
 }
 
 TEST_F(StreamingPreview, FollowsTheFrameItself) {
     SetWebFormSize(160, 120);
-    state().pGetVideoStream = recordFrame;
+    state().settings.pGetVideoStream = recordFrame;
     streamFrames(1);
-    EXPECT_THAT(calls, ElementsAre(Call{state().srcimage.data, 320, 240, -1, -1}, formPicture()));
+    EXPECT_THAT(calls,
+                ElementsAre(Call{state().session.srcimage.data, 320, 240, -1, -1}, formPicture()));
 }
 
 TEST_F(StreamingPreview, IsSilentWithoutACallback) {
     SetWebFormSize(160, 120);
-    state().pGetVideoStream = recordFrame;
-    state().pGetVideoWebStream = nullptr;
+    state().settings.pGetVideoStream = recordFrame;
+    state().settings.pGetVideoWebStream = nullptr;
     streamFrames(2);
     EXPECT_EQ(calls.size(), 2U);
-    const unsigned char* const pixels = state().WEB_BUF;
+    const unsigned char* const pixels = state().view.WEB_BUF;
     EXPECT_TRUE(std::all_of(pixels, pixels + kPictureBytes, [](int byte) { return byte == 0; }));
 }
 
@@ -177,7 +180,8 @@ TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
     EXPECT_EQ(streamFrames(2), "");
     ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
     EXPECT_EQ(calls[0].width, 120);
-    const std::vector<unsigned char> expected = plainPicture(state().roimage, currentFields());
+    const std::vector<unsigned char> expected =
+        plainPicture(state().session.roimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
 }
 
@@ -206,7 +210,7 @@ TEST_F(StreamingPreview, SkipsTurnedFramesUntilTheFormIsDeclaredAnew) {
 
 TEST_F(StreamingPreview, OutlivesAHostThatNeverStopsChangingTheView) {
     SetWebFormSize(BusyHost::kFormWidth, BusyHost::kFormHeight);
-    state().pGetVideoWebStream = draw;
+    state().settings.pGetVideoWebStream = draw;
     std::atomic<int> frames{0};
     {
         BusyHost host(frames);
@@ -218,8 +222,8 @@ TEST_F(StreamingPreview, OutlivesAHostThatNeverStopsChangingTheView) {
         VideoStreamPro(nullptr);
     }
     EXPECT_GT(drawn, 0U);
-    state().RotateFlag = 0;
-    state().pGetVideoWebStream = recordPicture;
+    state().settings.RotateFlag = 0;
+    state().settings.pGetVideoWebStream = recordPicture;
     streamFrames(1);
     EXPECT_THAT(calls, ElementsAre(formPicture()));
 }

@@ -1,0 +1,25 @@
+// The cameras and frame sizes found last.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace doccam::record {
+
+inline constexpr int kModelRows = 9;
+
+// Host threads only.
+struct Discovery {
+    int deviceCount = 0;
+    std::array<std::string, 10> devices;
+    std::string cameraName;                          // what getCameraName returned last
+    std::array<const char*, kModelRows> gpyVendor{}; // null past the configured rows
+    std::array<const char*, kModelRows> gpyProduct{};
+    std::vector<int> formatList; // 0 MJPEG, 1 YUYV, 2 other, in the driver's order
+    std::vector<int> yuvWidthList, yuvHeightList;
+    std::vector<int> mjpegWidthList, mjpegHeightList;
+    std::vector<int> otherfmtWidthList, otherfmtHeightList;
+};
+
+} // namespace doccam::record

@@ -1,0 +1,15 @@
+// Where the sheet was found last, and where a still is to cut it out.
+#pragma once
+
+#include <array>
+
+namespace doccam::record {
+
+// The streaming thread only. CutPoint holds x0 y0 ... x3 y3 and room for more.
+struct Sheet {
+    std::array<int, 40> CutPoint{};
+    int CutImgStartX = 0, CutImgStartY = 0, CutImgW = 0, CutImgH = 0;
+    int CutLastW = 0, CutLastH = 0;
+};
+
+} // namespace doccam::record

@@ -2,18 +2,25 @@
 #include "command_line.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "pictures/reading.h"
 
 #include <opencv2/core/utils/logger.hpp>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <exception>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace doccam::host;
+
+// An interrupted command is gone within a second.
+constexpr std::chrono::milliseconds kPatience{600};
 
 // Of the words that no option and no command has taken, the first that is no option itself; empty
 // when there is none.
@@ -50,13 +57,17 @@ int run(Context& context, int argc, char** argv) {
         return *code;
     }
     if (context.options.virtualCamera) {
+        if (!context.virtualCamera.photo.empty()) {
+            requirePicture(context.virtualCamera.photo); // the cameras decode whatever it is
+        }
         moveUnderVirtualCamera(context.virtualCamera, argv);
     }
     if (!context.options.verbose) {
         cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     }
     divertLibraryLines(context.options.verbose);
-    context.interrupt = std::make_unique<Interrupt>();
+    context.interrupt =
+        std::make_unique<Interrupt>(context.endsItself ? std::nullopt : std::optional(kPatience));
     const int code = context.run();
     finishOutput();
     return code;

@@ -180,6 +180,27 @@ void addRequests(const Seeds& seeds) {
     seeds.add("json_command", "deep", std::string(1, '\5') + R"({"ids": )" + std::string(500, '['));
 }
 
+void addFiles(const Seeds& seeds) {
+    for (const char* type : {"jpg", "png", "bmp", "tif", "webp", "ppm"}) {
+        seeds.add("picture_header", type, encoded(std::string(".").append(type), page()));
+    }
+    Bytes progressive;
+    cv::imencode(".jpg", page(), progressive, {cv::IMWRITE_JPEG_PROGRESSIVE, 1});
+    seeds.add("picture_header", "progressive_jpg", progressive);
+    seeds.add("model_rows", "rows", std::string("0c45:6366 # one\n\n# none\n1d6c:0103\n"));
+    seeds.add("model_rows", "upper_case", std::string("0C45:6366\n"));
+    seeds.add("model_rows", "no_end_of_line", std::string("0c45:6366"));
+    seeds.add("scenario", "formats",
+              std::string(R"({"cameras": [{"formats": [{"fourcc": "MJPG", "sizes": [[640, 480]]},)"
+                          R"({"fourcc": "YUYV", "stepwise": {"from": [2, 2], "to": [8, 8],)"
+                          R"("step": [2, 2]}, "rates": [15]}], "intervalMs": 0}]})"));
+    seeds.add("scenario", "faults",
+              std::string(R"({"cameras": [{"faults": [{"fault": "call", "request": "DQBUF",)"
+                          R"("at": 2, "errno": "EIO"}], "scene": {"angle": 9, "sheet": 1},)"
+                          R"("controls": [{"name": "hue", "remove": true}]}]})"));
+    seeds.add("scenario", "deep", "{\"cameras\": " + std::string(500, '['));
+}
+
 void addViews(const Seeds& seeds) {
     const Bytes form = joined({{0}, sides(120, 90)});
     const Bytes dragFar = {5, 0, 0, 0, 0x80, 0xff, 0xff, 0xff, 0x7f};
@@ -206,5 +227,6 @@ int main(int count, char** arguments) {
     addTexts(seeds);
     addViews(seeds);
     addRequests(seeds);
+    addFiles(seeds);
     return 0;
 }

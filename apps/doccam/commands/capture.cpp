@@ -3,9 +3,9 @@
 #include "commands/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
-#include "host/pdf_file.h"
 #include "host/result.h"
-#include "host/written_file.h"
+#include "pictures/pdf_file.h"
+#include "pictures/written_file.h"
 
 #include <filesystem>
 #include <memory>

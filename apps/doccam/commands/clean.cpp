@@ -1,13 +1,16 @@
 // doccam clean: whitens margins and paper of picture files.
 #include "commands/commands.h"
 #include "commands/option_checks.h"
+#include "host/apart.h"
 #include "host/confinement/confinement.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/output_file.h"
-#include "host/picture_file.h"
 #include "host/result.h"
-#include "host/written_file.h"
+#include "pictures/picture_limits.h"
+#include "pictures/reading.h"
+#include "pictures/writing.h"
+#include "pictures/written_file.h"
 
 #include <doccam/doccam.hpp>
 
@@ -46,9 +49,10 @@ fs::path targetOf(const fs::path& file, const CleanOptions& options) {
 }
 
 // The library does this to files only.
-cv::Mat withoutDimMargins(const cv::Mat& page, const OutputFile& target) {
+cv::Mat withoutDimMargins(cv::Mat page, const OutputFile& target) {
     std::string work = target.part("work.png");
     writePicture(target, work, page, 0);
+    page.release();
     FN_DeleteBlackEdgeEx2(work.data());
     return readPicture(work, cv::IMREAD_COLOR);
 }
@@ -57,7 +61,7 @@ cv::Mat withoutDimMargins(const cv::Mat& page, const OutputFile& target) {
 cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& target) {
     const bool both = options.edges == options.background;
     if (options.brightSheet) {
-        page = withoutDimMargins(page, target);
+        page = withoutDimMargins(std::move(page), target);
     } else if (both || options.edges) {
         FN_DeleteBlackEdge(page);
     }
@@ -67,17 +71,30 @@ cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& tar
     return page;
 }
 
-WrittenFile cleanFile(const std::string& file, const CleanOptions& options) {
-    const cv::Mat page = readPicture(file, cv::IMREAD_COLOR);
-    OutputFile target(targetOf(file, options), options.force);
-    const std::string draft = target.draft();
+void writeCleaned(const std::string& file, const CleanOptions& options, const OutputFile& target) {
     try {
-        writePicture(target, draft, cleaned(page, options, target), options.quality);
+        const cv::Mat page = cleaned(readPicture(file, cv::IMREAD_COLOR), options, target);
+        writePicture(target, target.draft(), page, options.quality);
     } catch (const cv::Exception& error) {
         throw Failure(kUsage, "The picture " + file + " cannot be cleaned: " + error.err +
                                   "; leave it out.");
     }
-    target.publish(draft);
+}
+
+WrittenFile cleanFile(const Context& context, const std::string& file,
+                      const CleanOptions& options) {
+    requirePicture(file);
+    OutputFile target(targetOf(file, options), options.force);
+    const Bounds bounds{.bytes = pictureLimits().workingBytes(),
+                        .confined = context.options.confined};
+    const Apart made = runApart(*context.interrupt, bounds, [&](const Report& /*report*/) {
+        writeCleaned(file, options, target);
+    });
+    if (made.end != ApartEnd::kDone) {
+        throw Failure(kUsage, "The picture " + file +
+                                  " cannot be cleaned; look whether it is sound, or leave it out.");
+    }
+    target.publish(target.draft());
     return describeFile(target.target().string());
 }
 
@@ -94,12 +111,12 @@ Reach reachOf(const CleanOptions& options) {
 
 int clean(const Context& context, const CleanOptions& options) {
     if (context.options.confined) {
-        confine(reachOf(options), *context.interrupt);
+        confineFiles(reachOf(options), *context.interrupt);
     }
     Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();
-        const WrittenFile written = cleanFile(file, options);
+        const WrittenFile written = cleanFile(context, file, options);
         result.add(asJson(written), asText(written));
     }
     return kDone;

@@ -1,10 +1,12 @@
 // doccam pdf: image files as the pages of one PDF.
 #include "commands/commands.h"
+#include "host/apart.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/own_output.h"
-#include "host/pdf_file.h"
-#include "host/written_file.h"
+#include "pictures/pdf_file.h"
+#include "pictures/picture_limits.h"
+#include "pictures/written_file.h"
 
 #include <memory>
 #include <string>
@@ -19,12 +21,26 @@ struct PdfOptions {
     bool force = false;
 };
 
+// Each page's pixels are held until the PDF is written.
+std::string draftApart(const Context& context, const OutputFile& file,
+                       const std::vector<std::string>& images) {
+    const Bounds bounds{.bytes = pictureLimits().workingBytes() * images.size()};
+    const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
+        report(draftPdf(file, images, *context.interrupt));
+    });
+    if (made.reports.empty()) {
+        throw Failure(kUsage, "The pictures for " + file.target().string() +
+                                  " cannot be put into a PDF; look whether they are sound.");
+    }
+    return made.reports.front();
+}
+
 int pdf(const Context& context, const PdfOptions& options) {
     if (!isPdfName(options.target)) {
         throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
     }
     OutputFile file(options.target, options.force);
-    publishPdf(file, options.images, *context.interrupt);
+    file.publish(draftApart(context, file, options.images));
     const WrittenFile written = describeFile(file.target().string());
     if (context.options.json) {
         Json object = asJson(written);

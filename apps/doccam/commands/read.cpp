@@ -7,6 +7,7 @@
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/result.h"
+#include "pictures/picture_limits.h"
 
 #include <chrono>
 #include <memory>
@@ -43,19 +44,30 @@ std::string asText(const Code& code) {
 int readFiles(const Context& context, const ReadOptions& options) {
     const bool several = options.files.size() > 1;
     if (context.options.confined) {
-        confine({.read = {options.files.begin(), options.files.end()}}, *context.interrupt);
+        confineFiles({.read = {options.files.begin(), options.files.end()}}, *context.interrupt);
     }
+    const std::string inTime = " in the " + std::to_string(pictureLimits().reading.count()) +
+                               " seconds that a file gets (DOCCAM_READ_SECONDS)";
+    std::vector<std::string> unfinished;
     Result result(context.options.json, Json::array());
     for (const std::string& file : options.files) {
         context.interrupt->check();
-        for (const Code& code : codesInFile(file, kindsOf(options.kind))) {
+        const FileCodes found = codesInFile(file, kindsOf(options.kind), context);
+        for (const Code& code : found.codes) {
             result.add(asJson(file, code), (several ? file + ": " : "") + asText(code));
+        }
+        if (!found.complete) {
+            unfinished.push_back(file);
         }
     }
     if (result.value.empty()) {
         throw Failure(kNothingFound, "No code was found in " + options.files.front() +
                                          (several ? " and the other files" : "") +
+                                         (unfinished.empty() ? "" : inTime) +
                                          "; take the picture closer or larger.");
+    }
+    for (const std::string& file : unfinished) {
+        complain("Not all codes of " + file + " may have been found" + inTime + ".");
     }
     return kDone;
 }

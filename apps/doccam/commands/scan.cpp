@@ -5,8 +5,8 @@
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/own_output.h"
-#include "host/pdf_file.h"
-#include "host/written_file.h"
+#include "pictures/pdf_file.h"
+#include "pictures/written_file.h"
 #include "scan/scanning.h"
 
 #include <memory>
@@ -104,6 +104,7 @@ void addScanCommand(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("scan", "Make a PDF of sheet after sheet");
     addOptions(*command, *options);
     command->callback([&context, options] {
+        context.endsItself = true;
         context.virtualCamera.sheetFrames = options->plan.automatic ? kSheetFrames : 0;
         context.run = [&context, options] { return scan(context, *options); };
     });

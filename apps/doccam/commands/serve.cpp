@@ -46,6 +46,7 @@ void addServeCommand(CLI::App& app, Context& context) {
                     "  doccam serve --port 8080 --size 1600x1200\n"
                     "  doccam serve --listen 0.0.0.0    (for a phone in the same network)");
     command->callback([&context, arguments] {
+        context.endsItself = true;
         context.run = [&context, arguments] { return run(context, *arguments); };
     });
 }

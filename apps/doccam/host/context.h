@@ -26,6 +26,9 @@ struct Context {
     // cameras. Returns an exit code; may throw Failure.
     std::function<int()> run;
 
+    // A command that has to end in its own way, however long that takes: scan and serve.
+    bool endsItself = false;
+
     // Set before run is called.
     std::unique_ptr<Interrupt> interrupt;
 };

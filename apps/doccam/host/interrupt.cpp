@@ -1,6 +1,7 @@
 #include "host/interrupt.h"
 
 #include "host/failure.h"
+#include "host/work_folders.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -39,8 +40,9 @@ sigset_t heldBack() {
 
 } // namespace
 
-Interrupt::Interrupt()
-  : signals_(heldBack())
+Interrupt::Interrupt(std::optional<std::chrono::milliseconds> patience)
+  : patience_(patience)
+  , signals_(heldBack())
   , asked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
   , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
   , ended_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -68,6 +70,10 @@ void Interrupt::waitOnNewThread() {
 void Interrupt::watch() const {
     std::optional<Clock::time_point> first;
     std::array<pollfd, 2> events{{{watched_, POLLIN, 0}, {ended_, POLLIN, 0}}};
+    if (raised()) { // on the thread before this one
+        first = Clock::now();
+        endUnlessEndedSoon();
+    }
     while (poll(events.data(), events.size(), -1) > 0 && events[1].revents == 0) {
         signalfd_siginfo signal{};
         if (read(watched_, &signal, sizeof signal) != sizeof signal) {
@@ -76,10 +82,20 @@ void Interrupt::watch() const {
         if (!first) {
             first = Clock::now();
             eventfd_write(asked_, 1);
+            endUnlessEndedSoon();
         } else if (Clock::now() - *first >= kSoonestRepeat) {
             pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
             raise(static_cast<int>(signal.ssi_signo));
         }
+    }
+}
+
+// A driver, a library or a pipe may hold up whoever would heed the signal.
+void Interrupt::endUnlessEndedSoon() const {
+    pollfd ended{ended_, POLLIN, 0};
+    if (patience_ && poll(&ended, 1, static_cast<int>(patience_->count())) == 0) {
+        removeWorkFolders();
+        _exit(kInterrupted);
     }
 }
 

@@ -1,17 +1,21 @@
 // Ctrl-C and its relatives, as a descriptor to wait for instead of a handler.
 #pragma once
 
+#include <chrono>
 #include <csignal>
+#include <optional>
 #include <thread>
 
 namespace doccam::host {
 
 // While one exists, SIGINT, SIGTERM and SIGHUP are held back, but for those that were ignored
-// before, as under nohup. The first is told here; one that comes half a second later or more ends
-// the process at once. Make it before the process has threads, which inherit what is held back.
+// before, as under nohup. The first is told here. A process with patience that has not ended by
+// then ends at once, with kInterrupted and without its work folders; without patience it goes on
+// until a signal comes half a second after the first or later. Make it before the process has
+// threads, which inherit what is held back.
 class Interrupt {
   public:
-    Interrupt();
+    explicit Interrupt(std::optional<std::chrono::milliseconds> patience = std::nullopt);
     ~Interrupt();
     Interrupt(const Interrupt&) = delete;
     Interrupt& operator=(const Interrupt&) = delete;
@@ -31,7 +35,9 @@ class Interrupt {
   private:
     void watch() const;
     void endThread();
+    void endUnlessEndedSoon() const;
 
+    const std::optional<std::chrono::milliseconds> patience_;
     const sigset_t signals_;
     const int asked_;
     const int watched_;

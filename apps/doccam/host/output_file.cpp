@@ -7,9 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <vector>
 
 namespace doccam::host {
 namespace {
@@ -50,15 +48,8 @@ void refuseOddTargets(const fs::path& target, bool force) {
     }
 }
 
-fs::path makeWorkFolder(const fs::path& target) {
-    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    const std::string pattern = (folder / ".doccam-XXXXXX").string();
-    std::vector<char> name(pattern.c_str(), pattern.c_str() + pattern.size() + 1);
-    if (mkdtemp(name.data()) == nullptr) {
-        failToWrite(target, "its folder cannot be used (" + std::string(std::strerror(errno)) +
-                                "); choose another folder.");
-    }
-    return name.data();
+fs::path folderOf(const fs::path& target) {
+    return target.has_parent_path() ? target.parent_path() : fs::path(".");
 }
 
 // Some file systems cannot rename without replacing; a second name does the same there.
@@ -76,16 +67,15 @@ OutputFile::OutputFile(const fs::path& target, bool force)
   , place_(force ? resolved(target) : target)
   , force_(force) {
     refuseOddTargets(place_, force_);
-    work_ = makeWorkFolder(place_);
-}
-
-OutputFile::~OutputFile() {
-    std::error_code ignored;
-    fs::remove_all(work_, ignored);
+    work_.emplace(folderOf(place_));
+    if (work_->path().empty()) {
+        failToWrite(target_, "its folder cannot be used (" + std::string(std::strerror(errno)) +
+                                 "); choose another folder.");
+    }
 }
 
 std::string OutputFile::part(const std::string& name) const {
-    return (work_ / name).string();
+    return (work_->path() / name).string();
 }
 
 std::string OutputFile::draft() const {

@@ -1,7 +1,10 @@
 // A file that appears whole or not at all, and replaces nothing unasked.
 #pragma once
 
+#include "host/work_folders.h"
+
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace doccam::host {
@@ -12,7 +15,6 @@ class OutputFile {
     // Throws Failure when something is at target already and force is not set, when what is there
     // is no regular file, or when target's folder cannot be written to.
     OutputFile(const std::filesystem::path& target, bool force);
-    ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
@@ -35,7 +37,7 @@ class OutputFile {
   private:
     std::filesystem::path target_;
     std::filesystem::path place_; // target_ itself, or the file that a link there names
-    std::filesystem::path work_;
+    std::optional<WorkFolder> work_;
     bool force_;
 };
 

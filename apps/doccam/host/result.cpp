@@ -11,6 +11,7 @@ Result::Result(bool json, Json initial)
 Result::~Result() {
     if (json_) {
         printJson(value);
+        std::fflush(out());
     }
 }
 
@@ -22,6 +23,7 @@ void Result::add(const Json& row, const std::string& line) {
 void Result::tell(const std::string& line) const {
     if (!json_) {
         printLine(line);
+        std::fflush(out());
     }
 }
 

@@ -1,6 +1,6 @@
 #include "scan/page_stack.h"
 
-#include "host/written_file.h"
+#include "pictures/written_file.h"
 
 #include <filesystem>
 

@@ -1,7 +1,8 @@
-#include "host/pdf_file.h"
+#include "pictures/pdf_file.h"
 
 #include "host/failure.h"
-#include "host/picture_file.h"
+#include "pictures/reading.h"
+#include "pictures/writing.h"
 
 #include <doccam/doccam.h>
 
@@ -36,8 +37,11 @@ std::string typeOf(const std::string& image) {
 
 // Whether a JPEG is to be shown otherwise than it is stored, as a camera that was held on its side
 // notes.
-bool isTurned(const std::string& image) {
+bool isTurned(const std::string& image, const PictureHeader& header) {
     const cv::Mat shown = readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8);
+    if (!header.exif) {
+        return false;
+    }
     const cv::Mat stored =
         readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8 | cv::IMREAD_IGNORE_ORIENTATION);
     return shown.size() != stored.size() || cv::norm(shown, stored, cv::NORM_INF) > 0;
@@ -53,10 +57,11 @@ void giveName(const std::string& image, const std::string& name) {
 }
 
 std::string pageOf(const OutputFile& file, const std::string& image, std::size_t number) {
+    const PictureHeader header = requirePicture(image);
     const std::string type = typeOf(image);
     std::string page =
         file.part("page" + std::to_string(number) + (type == ".jpg" ? type : ".png"));
-    if (type == ".jpg" && !isTurned(image)) {
+    if (type == ".jpg" && !isTurned(image, header)) {
         giveName(image, page);
         return page;
     }
@@ -75,8 +80,8 @@ bool isPdfName(const std::string& name) {
     return lowerCase(std::filesystem::path(name).extension().string()) == ".pdf";
 }
 
-void publishPdf(OutputFile& file, const std::vector<std::string>& images,
-                const Interrupt& interrupt) {
+std::string draftPdf(const OutputFile& file, const std::vector<std::string>& images,
+                     const Interrupt& interrupt) {
     std::vector<std::string> pages;
     for (const std::string& image : images) {
         interrupt.check();
@@ -85,13 +90,18 @@ void publishPdf(OutputFile& file, const std::vector<std::string>& images,
     for (const std::string& page : pages) {
         AddImageFileToPDF(page.c_str());
     }
-    const std::string draft = file.part("draft.pdf");
+    std::string draft = file.part("draft.pdf");
     if (CombineToPDF(draft.c_str(), false) != DOCCAM_OK) {
         throw Failure(kFileFailed, file.target().string() +
                                        " could not be written; look whether its images are sound "
                                        "and the disk is not full.");
     }
-    file.publish(draft);
+    return draft;
+}
+
+void publishPdf(OutputFile& file, const std::vector<std::string>& images,
+                const Interrupt& interrupt) {
+    file.publish(draftPdf(file, images, interrupt));
 }
 
 } // namespace doccam::host

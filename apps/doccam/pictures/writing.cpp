@@ -1,34 +1,12 @@
-#include "host/picture_file.h"
-
-#include "host/failure.h"
+#include "pictures/writing.h"
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <filesystem>
 #include <fstream>
 #include <vector>
 
 namespace doccam::host {
-namespace {
-
-// A header may promise more pixels than the image library takes.
-cv::Mat readOrNothing(const std::string& file, int flags) {
-    try {
-        return cv::imread(file, flags);
-    } catch (const cv::Exception&) {
-        return {};
-    }
-}
-
-} // namespace
-
-cv::Mat readPicture(const std::string& file, int flags) {
-    cv::Mat picture = readOrNothing(file, flags);
-    if (picture.empty()) {
-        throw Failure(kUsage, "The file " + file +
-                                  " is no readable picture; give JPEG, PNG, TIFF or BMP files.");
-    }
-    return picture;
-}
 
 // Encoded in memory, because not every encoder of the image library notices a full disk.
 void writePicture(const OutputFile& target, const std::string& path, const cv::Mat& picture,

@@ -1,7 +1,8 @@
-#include "host/written_file.h"
+#include "pictures/written_file.h"
 
 #include "host/failure.h"
-#include "host/pdf_file.h"
+#include "pictures/pdf_file.h"
+#include "pictures/reading.h"
 
 #include <opencv2/imgcodecs.hpp>
 
@@ -22,9 +23,9 @@ WrittenFile describeFile(const std::string& path) {
     std::error_code ignored;
     file.bytes = std::filesystem::file_size(path, ignored);
     if (!isPdfName(path)) {
-        const cv::Mat picture = cv::imread(path, cv::IMREAD_UNCHANGED);
-        file.width = picture.cols;
-        file.height = picture.rows;
+        const cv::Size size = sizeOfWritten(path);
+        file.width = size.width;
+        file.height = size.height;
     }
     return file;
 }

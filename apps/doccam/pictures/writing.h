@@ -1,4 +1,4 @@
-// Picture files, of the types that OpenCV knows.
+// Writing pictures into a work folder.
 #pragma once
 
 #include "host/output_file.h"
@@ -8,9 +8,6 @@
 #include <string>
 
 namespace doccam::host {
-
-// The picture, read with flags of cv::imread. Throws Failure for a file that is no readable one.
-cv::Mat readPicture(const std::string& file, int flags);
 
 // Writes the picture at path, a part of target's, as the type that path's extension names; quality
 // counts for JPEG. Throws Failure when not all of it could be written.

@@ -1,0 +1,223 @@
+#include "host/apart.h"
+
+#include "host/confinement/confinement.h"
+#include "host/failure.h"
+
+#include <fcntl.h>
+#include <opencv2/core.hpp>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+namespace doccam::host {
+namespace {
+
+// Before each message on the pipe: its kind, a report or the exit code of a Failure, and its
+// length.
+struct MessageHead {
+    std::int32_t kind = 0;
+    std::uint32_t length = 0;
+};
+
+constexpr std::int32_t kReport = -1;
+
+class Descriptor {
+  public:
+    explicit Descriptor(int number)
+      : number_(number) {}
+
+    ~Descriptor() { close(number_); }
+
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+[[noreturn]] void failToStart() {
+    throw Failure(kFileFailed, std::string("No process can be started to read the files (") +
+                                   std::strerror(errno) + "); close other programs and try again.");
+}
+
+void send(int pipe, std::int32_t kind, const std::string& text) {
+    const MessageHead head{kind, static_cast<std::uint32_t>(text.size())};
+    std::string message(reinterpret_cast<const char*>(&head), sizeof head);
+    message += text;
+    for (std::size_t sent = 0; sent < message.size();) {
+        const ssize_t count = write(pipe, message.data() + sent, message.size() - sent);
+        if (count <= 0 && errno != EINTR) {
+            _exit(kDone);
+        }
+        sent += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+}
+
+// Memory of the process's own that may be written to, as RLIMIT_DATA counts it.
+std::uint64_t bytesInUse() {
+    std::uint64_t pages = 0;
+    std::ifstream statistics("/proc/self/statm");
+    for (int field = 0; field < 6; ++field) {
+        statistics >> pages;
+    }
+    return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+void limit(__rlimit_resource resource, std::uint64_t value) {
+    rlimit limits{};
+    getrlimit(resource, &limits);
+    limits.rlim_cur = std::min<rlim_t>(value, limits.rlim_max);
+    setrlimit(resource, &limits);
+}
+
+// A thread's stack counts as memory in use, whether it is touched or not.
+void apply(const Bounds& bounds, std::uint64_t before) {
+    constexpr int kMaximumThreads = 4;
+    cv::setNumThreads(std::min(cv::getNumThreads(), kMaximumThreads));
+    limit(RLIMIT_CORE, 0);
+    if (bounds.processor) {
+        std::signal(SIGXCPU, SIG_DFL);
+        limit(RLIMIT_CPU, static_cast<std::uint64_t>(bounds.processor->count()));
+    }
+    // A sanitizer's shadow is memory too.
+    if (!DOCCAM_SANITIZED) {
+        limit(RLIMIT_DATA, before + bounds.bytes);
+    }
+    if (bounds.confined) {
+        confineCalls({});
+    }
+}
+
+[[noreturn]] void workInCopy(int pipe, pid_t parent, const Bounds& bounds, std::uint64_t before,
+                             const std::function<void(const Report&)>& work) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) {
+        _exit(kDone);
+    }
+    try {
+        apply(bounds, before);
+        work([pipe](const std::string& text) { send(pipe, kReport, text); });
+    } catch (const Failure& failure) {
+        send(pipe, failure.code(), failure.what());
+    } catch (const std::exception&) {
+        std::fflush(stdout);
+        std::abort();
+    }
+    std::fflush(stdout);
+    _exit(kDone);
+}
+
+// The messages of the copy, up to its end.
+class Messages {
+  public:
+    explicit Messages(int pipe)
+      : pipe_(pipe) {}
+
+    // Adds what there is; false at the end.
+    bool read() {
+        std::array<char, 65536> chunk{};
+        const ssize_t count = ::read(pipe_, chunk.data(), chunk.size());
+        bytes_.append(chunk.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        return count > 0 || (count < 0 && errno == EINTR);
+    }
+
+    // The reports. Throws the Failure that is among the messages.
+    std::vector<std::string> reports() const {
+        std::vector<std::string> all;
+        MessageHead head;
+        for (std::size_t at = 0; bytes_.size() - at >= sizeof head; at += head.length) {
+            std::memcpy(&head, bytes_.data() + at, sizeof head);
+            at += sizeof head;
+            if (head.length > bytes_.size() - at) {
+                break;
+            }
+            const std::string text = bytes_.substr(at, head.length);
+            if (head.kind != kReport) {
+                throw Failure(static_cast<ExitCode>(head.kind), text);
+            }
+            all.push_back(text);
+        }
+        return all;
+    }
+
+  private:
+    int pipe_;
+    std::string bytes_;
+};
+
+// The running copy; it does not outlive this.
+class Copy {
+  public:
+    explicit Copy(pid_t process)
+      : process_(process) {}
+
+    ~Copy() {
+        if (process_ > 0) {
+            kill(process_, SIGKILL);
+            await();
+        }
+    }
+
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+
+    ApartEnd await() {
+        int status = 0;
+        while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+        }
+        process_ = -1;
+        if (!WIFSIGNALED(status)) {
+            return WEXITSTATUS(status) == 0 ? ApartEnd::kDone : ApartEnd::kCrashed;
+        }
+        return WTERMSIG(status) == SIGXCPU ? ApartEnd::kOutOfTime : ApartEnd::kCrashed;
+    }
+
+  private:
+    pid_t process_;
+};
+
+} // namespace
+
+Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
+               const std::function<void(const Report&)>& work) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        failToStart();
+    }
+    const Descriptor from(ends[0]);
+    std::optional<Descriptor> to(std::in_place, ends[1]);
+    std::fflush(stdout);
+    const std::uint64_t before = bytesInUse();
+    const pid_t parent = getpid();
+    const pid_t process = fork();
+    if (process < 0) {
+        failToStart();
+    }
+    if (process == 0) {
+        workInCopy(to->number(), parent, bounds, before, work);
+    }
+    to.reset();
+    Copy copy(process);
+    Messages messages(from.number());
+    std::array<pollfd, 2> events{{{from.number(), POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
+    do {
+        poll(events.data(), events.size(), -1);
+        interrupt.check();
+    } while ((events[0].revents & (POLLIN | POLLHUP)) == 0 || messages.read());
+    const ApartEnd end = copy.await();
+    return {end, messages.reports()};
+}
+
+} // namespace doccam::host

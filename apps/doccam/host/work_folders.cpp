@@ -1,0 +1,192 @@
+#include "host/work_folders.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <cstdlib>
+#include <mutex>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kPrefix = ".doccam-";
+constexpr const char* kOwner = "owner"; // the file in it that its owner has locked
+constexpr std::size_t kRandomLetters = 6;
+constexpr int kAttempts = 10;
+
+std::timed_mutex listing;
+
+// Absolute, whatever becomes of the current folder. Never destroyed: a signal may come while the
+// process ends.
+std::vector<fs::path>& ownFolders() {
+    static auto& folders = *new std::vector<fs::path>;
+    return folders;
+}
+
+bool isOwnedBy(const struct stat& status, mode_t type) {
+    return (status.st_mode & S_IFMT) == type && status.st_uid == geteuid();
+}
+
+// Takes the lock of the folder that is open, which only this user can have put there. With flags
+// O_CREAT | O_EXCL the file that is locked is made first. Negative when a process has the lock, the
+// folder is none of ours or gone by now, or the file system has no locks.
+int lockOwner(int folder, int flags) {
+    const int owner = openat(folder, kOwner, O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, 0600);
+
+    struct stat status {};
+
+    if (owner >= 0 && (flock(owner, LOCK_EX | LOCK_NB) != 0 || fstat(owner, &status) != 0 ||
+                       !isOwnedBy(status, S_IFREG) || status.st_nlink == 0)) {
+        close(owner);
+        return -1;
+    }
+    return owner;
+}
+
+int openFolder(const fs::path& path) {
+    return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+bool hasWorkFoldersName(const std::string& name) {
+    const std::string prefix = kPrefix;
+    return name.size() == prefix.size() + kRandomLetters && name.starts_with(prefix) &&
+           std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end(),
+                       [](unsigned char letter) { return std::isalnum(letter) != 0; });
+}
+
+bool isOwnPrivateFolder(int folder) {
+    struct stat status {};
+
+    return fstat(folder, &status) == 0 && isOwnedBy(status, S_IFDIR) &&
+           (status.st_mode & 0777) == 0700;
+}
+
+// Locks of other machines cannot be seen through these.
+bool isShared(const fs::path& folder) {
+    constexpr std::array<unsigned long, 9> kNetworks{
+        0x6969,     // NFS
+        0x517B,     // SMB
+        0xFE534D42, // SMB 2
+        0xFF534D42, // CIFS
+        0x65735546, // FUSE
+        0x01021997, // 9P
+        0x00C36400, // Ceph
+        0x5346414F, // AFS
+        0x73757245  // Coda
+    };
+
+    struct statfs status {};
+
+    return statfs(folder.c_str(), &status) != 0 ||
+           std::find(kNetworks.begin(), kNetworks.end(),
+                     static_cast<unsigned long>(status.f_type) & 0xFFFFFFFFUL) != kNetworks.end();
+}
+
+void removeAll(const fs::path& path) {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+}
+
+// Work folders have no folders in them. Whoever may write to the place might exchange what stands
+// under the name, so only what is open counts.
+void removeContent(int folder) {
+    DIR* const listed = fdopendir(fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    if (listed == nullptr) {
+        return;
+    }
+    while (const dirent* entry = readdir(listed)) {
+        unlinkat(folder, entry->d_name, 0);
+    }
+    closedir(listed);
+}
+
+void removeIfAbandoned(const fs::path& path) {
+    const int folder = openFolder(path);
+    if (folder < 0) {
+        return;
+    }
+    if (const int owner = isOwnPrivateFolder(folder) ? lockOwner(folder, 0) : -1; owner >= 0) {
+        removeContent(folder);
+        rmdir(path.c_str());
+        close(owner);
+    }
+    close(folder);
+}
+
+void removeAbandoned(const fs::path& place) {
+    if (isShared(place)) {
+        return;
+    }
+    std::error_code error;
+    for (fs::directory_iterator entry(place, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (hasWorkFoldersName(entry->path().filename().string())) {
+            removeIfAbandoned(entry->path());
+        }
+    }
+}
+
+fs::path makeFolder(const fs::path& place) {
+    std::string name = (place / (kPrefix + std::string(kRandomLetters, 'X'))).string();
+    return mkdtemp(name.data()) != nullptr ? fs::path(name) : fs::path();
+}
+
+} // namespace
+
+WorkFolder::WorkFolder(const fs::path& place) {
+    removeAbandoned(place);
+    const std::lock_guard guard(listing);
+    // Somebody else may take it for abandoned before the lock is there.
+    for (int attempt = 0; attempt < kAttempts && lock_ < 0; ++attempt) {
+        path_ = makeFolder(place);
+        if (path_.empty()) {
+            return;
+        }
+        std::error_code ignored;
+        ownFolders().push_back(fs::absolute(path_, ignored));
+        const int folder = openFolder(path_);
+        lock_ = lockOwner(folder, O_CREAT | O_EXCL);
+        close(folder);
+        if (lock_ < 0 && fs::exists(path_, ignored)) {
+            return; // there are no locks here
+        }
+    }
+}
+
+WorkFolder::~WorkFolder() {
+    if (path_.empty()) {
+        return;
+    }
+    std::error_code ignored;
+    const fs::path listed = fs::absolute(path_, ignored);
+    removeAll(path_);
+    const std::lock_guard guard(listing);
+    auto& own = ownFolders();
+    own.erase(std::remove(own.begin(), own.end(), listed), own.end());
+    if (lock_ >= 0) {
+        close(lock_);
+    }
+}
+
+void removeWorkFolders() {
+    constexpr std::chrono::milliseconds kWait{100};
+    const std::unique_lock lock(listing, kWait);
+    if (lock.owns_lock()) {
+        for (const fs::path& folder : ownFolders()) {
+            removeAll(folder);
+        }
+    }
+}
+
+} // namespace doccam::host

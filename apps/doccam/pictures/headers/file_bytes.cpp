@@ -1,0 +1,78 @@
+#include "pictures/headers/file_bytes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace doccam::host {
+
+// A pipe without a writer would hold up an ordinary open().
+FileBytes::FileBytes(const std::string& path)
+  : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+    struct stat status {};
+
+    if (isOpen() && (fstat(file_, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(file_);
+        file_ = -1;
+    }
+    size_ = isOpen() ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+FileBytes::~FileBytes() {
+    if (isOpen()) {
+        close(file_);
+    }
+}
+
+bool FileBytes::load(std::uint64_t offset) {
+    if (offset >= size_) {
+        return false;
+    }
+    windowStart_ = offset;
+    const ssize_t count = pread(file_, window_.data(), window_.size(), static_cast<off_t>(offset));
+    windowSize_ = count > 0 ? static_cast<std::size_t>(count) : 0;
+    return windowSize_ > 0;
+}
+
+std::optional<std::uint8_t> FileBytes::at(std::uint64_t offset) {
+    const bool loaded = offset >= windowStart_ && offset - windowStart_ < windowSize_;
+    if (!loaded && !load(offset)) {
+        return std::nullopt;
+    }
+    return window_[static_cast<std::size_t>(offset - windowStart_)];
+}
+
+std::optional<std::uint64_t> FileBytes::bigEndian(std::uint64_t offset, unsigned count) {
+    std::uint64_t number = 0;
+    for (unsigned i = 0; i < count; ++i) {
+        const auto byte = at(offset + i);
+        if (!byte) {
+            return std::nullopt;
+        }
+        number = number << 8 | *byte;
+    }
+    return number;
+}
+
+std::optional<std::uint64_t> FileBytes::littleEndian(std::uint64_t offset, unsigned count) {
+    std::uint64_t number = 0;
+    for (unsigned i = 0; i < count; ++i) {
+        const auto byte = at(offset + i);
+        if (!byte) {
+            return std::nullopt;
+        }
+        number |= std::uint64_t{*byte} << 8 * i;
+    }
+    return number;
+}
+
+bool FileBytes::startsWith(std::uint64_t offset, const std::string& text) {
+    for (const char letter : text) {
+        if (at(offset++) != static_cast<std::uint8_t>(letter)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace doccam::host

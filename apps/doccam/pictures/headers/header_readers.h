@@ -1,0 +1,19 @@
+// The headers of the picture types, each for content that begins as the type's does.
+#pragma once
+
+#include "pictures/headers/picture_header.h"
+
+namespace doccam::host {
+
+std::optional<PictureHeader> readJpegHeader(FileBytes& file);
+std::optional<PictureHeader> readPngHeader(FileBytes& file);
+std::optional<PictureHeader> readTiffHeader(FileBytes& file);
+std::optional<PictureHeader> readBmpHeader(FileBytes& file);
+std::optional<PictureHeader> readWebpHeader(FileBytes& file);
+std::optional<PictureHeader> readPnmHeader(FileBytes& file);
+
+// A header of one page that is decoded without working memory. None when a side is 0
+// or longer than OpenCV takes.
+std::optional<PictureHeader> plainHeader(std::uint64_t width, std::uint64_t height);
+
+} // namespace doccam::host

@@ -1,0 +1,163 @@
+// JPEG: the frame header, and how many scans the picture comes in.
+#include "pictures/headers/header_readers.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace doccam::host {
+namespace {
+
+constexpr std::uint8_t kStartOfScan = 0xDA;
+constexpr std::uint8_t kEndOfImage = 0xD9;
+constexpr std::uint8_t kApp1 = 0xE1;
+constexpr unsigned kMaximumSampling = 4;
+constexpr std::uint64_t kBlockSide = 8;
+constexpr std::uint64_t kBlockBytes = kBlockSide * kBlockSide * 2;
+
+bool isFrameHeader(std::uint8_t marker) {
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+bool isProgressive(std::uint8_t marker) {
+    return marker == 0xC2 || marker == 0xCA;
+}
+
+bool standsAlone(std::uint8_t marker) {
+    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+}
+
+std::uint64_t unitsIn(std::uint64_t pixels, std::uint64_t unit) {
+    return (pixels + unit - 1) / unit;
+}
+
+struct Sampling {
+    unsigned across = 0;
+    unsigned down = 0;
+};
+
+// libjpeg keeps all coefficients of a picture that comes in several scans.
+std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sampling>& parts) {
+    const auto less = [](unsigned Sampling::*side) {
+        return [side](const Sampling& a, const Sampling& b) { return a.*side < b.*side; };
+    };
+    const auto across =
+        std::max_element(parts.begin(), parts.end(), less(&Sampling::across))->across;
+    const auto down = std::max_element(parts.begin(), parts.end(), less(&Sampling::down))->down;
+    const std::uint64_t unitsAcross = unitsIn(header.width, across * kBlockSide);
+    const std::uint64_t unitsDown = unitsIn(header.height, down * kBlockSide);
+    std::uint64_t blocks = 0;
+    for (const Sampling& part : parts) {
+        blocks += unitsAcross * part.across * unitsDown * part.down;
+    }
+    return blocks * kBlockBytes;
+}
+
+// Goes from marker to marker as libjpeg does.
+class Markers {
+  public:
+    explicit Markers(FileBytes& file)
+      : file_(file) {}
+
+    // The next marker; none at the end of the file.
+    std::optional<std::uint8_t> next() {
+        bool afterFill = false;
+        while (const auto byte = file_.at(at_)) {
+            ++at_;
+            // A zero after 0xFF makes it an ordinary byte of a scan.
+            if (afterFill && *byte != 0xFF && *byte != 0) {
+                return byte;
+            }
+            afterFill = *byte == 0xFF;
+        }
+        return std::nullopt;
+    }
+
+    // Where the segment of the marker that was found last begins, at its length.
+    std::uint64_t segment() const { return at_; }
+
+    // Passes over the segment. False when it ends early.
+    bool skipSegment() {
+        const auto length = file_.bigEndian(at_, 2);
+        at_ += std::max<std::uint64_t>(length.value_or(0), 2);
+        return length.has_value();
+    }
+
+  private:
+    FileBytes& file_;
+    std::uint64_t at_ = 0;
+};
+
+class JpegHeader {
+  public:
+    explicit JpegHeader(FileBytes& file)
+      : file_(file)
+      , markers_(file) {}
+
+    std::optional<PictureHeader> read() {
+        while (const auto marker = markers_.next()) {
+            if (*marker == kEndOfImage || (!standsAlone(*marker) && !take(*marker))) {
+                break;
+            }
+        }
+        if (!header_ || scans_ == 0) {
+            return std::nullopt;
+        }
+        if (inScans_) {
+            header_->decoderBytes = coefficientBytes(*header_, parts_);
+            header_->passes = scans_;
+        }
+        header_->exif = exif_;
+        return header_;
+    }
+
+  private:
+    // False for a segment over which libjpeg gives up.
+    bool take(std::uint8_t marker) {
+        if (isFrameHeader(marker)) {
+            if (header_ || !readFrame()) {
+                return false;
+            }
+            inScans_ = isProgressive(marker);
+        } else if (marker == kStartOfScan) {
+            const auto parts = file_.at(markers_.segment() + 2);
+            inScans_ = inScans_ || parts.value_or(0) < parts_.size();
+            ++scans_;
+        }
+        exif_ = exif_ || (marker == kApp1 && file_.startsWith(markers_.segment() + 2, "Exif"));
+        return markers_.skipSegment();
+    }
+
+    bool readFrame() {
+        const std::uint64_t at = markers_.segment();
+        const auto height = file_.bigEndian(at + 3, 2);
+        const auto width = file_.bigEndian(at + 5, 2);
+        const auto count = file_.at(at + 7);
+        header_ = plainHeader(width.value_or(0), height.value_or(0));
+        for (unsigned i = 0; i < count.value_or(0); ++i) {
+            const unsigned factors = file_.at(at + 9 + std::uint64_t{3} * i).value_or(0);
+            const Sampling part{factors >> 4, factors & 15};
+            if (part.across < 1 || part.across > kMaximumSampling || part.down < 1 ||
+                part.down > kMaximumSampling) {
+                return false;
+            }
+            parts_.push_back(part);
+        }
+        return header_ && !parts_.empty();
+    }
+
+    FileBytes& file_;
+    Markers markers_;
+    std::optional<PictureHeader> header_;
+    std::vector<Sampling> parts_;
+    std::uint64_t scans_ = 0;
+    bool inScans_ = false;
+    bool exif_ = false;
+};
+
+} // namespace
+
+std::optional<PictureHeader> readJpegHeader(FileBytes& file) {
+    return JpegHeader(file).read();
+}
+
+} // namespace doccam::host

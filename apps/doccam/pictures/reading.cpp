@@ -1,0 +1,63 @@
+#include "pictures/reading.h"
+
+#include "host/failure.h"
+#include "pictures/picture_limits.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <new>
+
+namespace doccam::host {
+namespace {
+
+[[noreturn]] void failToRead(const std::string& file) {
+    throw Failure(kUsage, "The file " + file +
+                              " is no readable picture; give JPEG, PNG, TIFF, BMP, WebP or PNM "
+                              "files.");
+}
+
+std::optional<PictureHeader> headerOf(const std::string& path) {
+    FileBytes file(path);
+    return file.isOpen() ? readPictureHeader(file) : std::nullopt;
+}
+
+// Damaged data may throw, and so does a lack of memory.
+cv::Mat decode(const std::string& file, int flags) {
+    try {
+        return cv::imread(file, flags);
+    } catch (const cv::Exception&) {
+        return {};
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+} // namespace
+
+PictureHeader requirePicture(const std::string& file) {
+    const auto header = headerOf(file);
+    if (!header) {
+        failToRead(file);
+    }
+    refuseBeyond(pictureLimits(), *header, file);
+    return *header;
+}
+
+cv::Mat readPicture(const std::string& file, int flags) {
+    requirePicture(file);
+    cv::Mat picture = decode(file, flags);
+    if (picture.empty()) {
+        failToRead(file);
+    }
+    return picture;
+}
+
+// The library writes types too that are not read elsewhere.
+cv::Size sizeOfWritten(const std::string& file) {
+    if (const auto header = headerOf(file)) {
+        return {static_cast<int>(header->width), static_cast<int>(header->height)};
+    }
+    return decode(file, cv::IMREAD_UNCHANGED).size();
+}
+
+} // namespace doccam::host

@@ -1,0 +1,105 @@
+// Small picture files that ask for much: what each of them costs.
+#include "bombs.h"
+#include "measured_run.h"
+
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+
+#include <cctype>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace doccam::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Le;
+using testing::MatchesRegex;
+
+constexpr long kMegabytes = 1000;
+
+using Words = std::vector<std::string>;
+
+// The commands that read pictures, each as it costs most.
+std::vector<Words> commandsOn(const std::string& name) {
+    return {{"pdf", "all.pdf", name},
+            {"clean", name},
+            {"clean", "--bright-sheet", name},
+            {"read", name}};
+}
+
+std::string nameOf(const testing::TestParamInfo<Bomb>& info) {
+    std::string name;
+    for (const char letter : info.param.name) {
+        name += std::isalnum(static_cast<unsigned char>(letter)) != 0 ? letter : '_';
+    }
+    return name;
+}
+
+class FileBomb : public testing::TestWithParam<Bomb> {
+  protected:
+    MeasuredRun program_;
+};
+
+TEST_P(FileBomb, IsRefusedBeforeADecoderSeesIt) {
+    constexpr long kProgramAlone = 150;
+    program_.write(GetParam().name, GetParam().bytes);
+    for (const Words& words : commandsOn(GetParam().name)) {
+        const Cost cost = program_.run(words);
+        EXPECT_EQ(cost.status, kUsage) << words.front();
+        EXPECT_THAT(cost.err, MatchesRegex("doccam: [^\n]*[.]\n")) << words.front();
+        EXPECT_THAT(cost.err, HasSubstr(GetParam().name));
+        EXPECT_THAT(cost.megabytes, Le(kProgramAlone)) << words.front();
+        EXPECT_THAT(program_.files(), ElementsAre(GetParam().name));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachType, FileBomb, testing::ValuesIn(bombs()), nameOf);
+
+class LargePicture : public FileBomb {};
+
+// What comes out does not matter here.
+TEST_P(LargePicture, CostsNoMoreThanAGigabyte) {
+    program_.write(GetParam().name, GetParam().bytes);
+    for (const Words& words : commandsOn(GetParam().name)) {
+        const Cost cost = program_.run(words, "DOCCAM_READ_SECONDS=1");
+        EXPECT_NE(cost.status, -1) << words.front();
+        EXPECT_THAT(cost.megabytes, Le(kMegabytes)) << words.front();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(WithinTheLimits, LargePicture, testing::ValuesIn(bombsWithinLimits()),
+                         nameOf);
+
+TEST(FileLimits, AreSetByTheEnvironment) {
+    const MeasuredRun program;
+    program.write("a.png", claimingPng({.width = 2000, .height = 1000}));
+    const Words words{"clean", "a.png"};
+    const Cost refused = program.run(words, "DOCCAM_MAX_MEGAPIXELS=1");
+    EXPECT_EQ(refused.status, kUsage);
+    EXPECT_THAT(refused.err, HasSubstr("DOCCAM_MAX_MEGAPIXELS"));
+    EXPECT_EQ(program.run(words, "DOCCAM_MAX_MEGAPIXELS=many").status, kUsage);
+    EXPECT_EQ(program.run(words, "DOCCAM_MAX_MEGAPIXELS=2").status, kDone);
+}
+
+// As GDAL or GDCM would read them, or without a header that is looked at.
+TEST(FileTypes, ThatAreNotLookedAtAreNotDecodedEither) {
+    for (const std::string name : {"a.hdr", "a.jp2", "a.pam", "a.pfm", "a.ras"}) {
+        const MeasuredRun program;
+        const bool real = name == "a.hdr" || name == "a.pfm";
+        const cv::Mat picture(256, 256, real ? CV_32FC3 : CV_8UC3, cv::Scalar::all(1));
+        ASSERT_TRUE(cv::imwrite(program.file(name), picture)) << name;
+        EXPECT_EQ(program.run({"pdf", "all.pdf", name}).status, kUsage) << name;
+    }
+}
+
+TEST(CodeSearch, EndsWithItsTime) {
+    const MeasuredRun program;
+    program.write("a.png", claimingPng({.width = 10000, .height = 10000}));
+    const Cost cost = program.run({"read", "a.png"}, "DOCCAM_READ_SECONDS=1");
+    EXPECT_EQ(cost.status, kNothingFound);
+    EXPECT_THAT(cost.err, HasSubstr("DOCCAM_READ_SECONDS"));
+}
+
+} // namespace

@@ -1,0 +1,126 @@
+// A signal, or a kill, while the program is at work on files.
+#include "bombs.h"
+#include "hosts/running_program.h"
+#include "measured_run.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+using namespace doccam::test;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+// Whether the program's first thread holds SIGTERM back: a watcher waits for it from then on.
+bool holdsSignalsBack(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string word; status >> word;) {
+        if (word == "SigBlk:") {
+            unsigned long signals = 0;
+            status >> std::hex >> signals;
+            return (signals >> (SIGTERM - 1) & 1) != 0;
+        }
+    }
+    return false;
+}
+
+class FileSignals : public testing::Test {
+  protected:
+    RunningProgram start(const std::vector<std::string>& words,
+                         const std::string& out = "/dev/null") const {
+        std::vector<std::string> command{"/usr/bin/env", "DOCCAM_READ_SECONDS=1000",
+                                         DOCCAM_PROGRAM};
+        command.insert(command.end(), words.begin(), words.end());
+        return {command, program_.file("."), out};
+    }
+
+    void writeLargePicture() const {
+        program_.write("a.png", claimingPng({.width = 10000, .height = 10000, .colour = 2}));
+    }
+
+    // Until the program has a work folder, which it has before it looks at pixels.
+    void awaitWork() const {
+        while (program_.files().front().find(".doccam-") != 0) {
+            std::this_thread::yield();
+        }
+    }
+
+    MeasuredRun program_;
+};
+
+TEST_F(FileSignals, EndTheCleaningOfAPictureAndLeaveNothing) {
+    writeLargePicture();
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        RunningProgram cleaning = start({"clean", "a.png"});
+        awaitWork();
+        cleaning.signalGroup(number);
+        EXPECT_EQ(cleaning.finish(), kInterrupted);
+        EXPECT_THAT(program_.files(), ElementsAre("a.png"));
+    }
+}
+
+TEST_F(FileSignals, EndTheMakingOfAPdfAndLeaveNothing) {
+    writeLargePicture();
+    RunningProgram making = start({"pdf", "all.pdf", "a.png"});
+    awaitWork();
+    making.signal(SIGTERM);
+    EXPECT_EQ(making.finish(), kInterrupted);
+    EXPECT_THAT(program_.files(), ElementsAre("a.png"));
+}
+
+TEST_F(FileSignals, EndTheSearchForCodesInOnePicture) {
+    writeLargePicture();
+    RunningProgram reading = start({"read", "a.png"});
+    while (!holdsSignalsBack(reading.process())) {
+        std::this_thread::yield();
+    }
+    reading.signal(SIGTERM);
+    EXPECT_EQ(reading.finish(), kInterrupted);
+}
+
+// As one that a pager reads, which waits for the user.
+TEST_F(FileSignals, EndAProgramWhoseOutputNobodyReads) {
+    const std::string pipe = program_.file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int end = open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const std::array<char, 4096> fill{};
+    while (write(end, fill.data(), fill.size()) > 0) {
+    }
+    RunningProgram listing = start({"list", "--json"}, pipe);
+    while (!holdsSignalsBack(listing.process())) {
+        std::this_thread::yield();
+    }
+    listing.signal(SIGTERM);
+    EXPECT_EQ(listing.finish(), kInterrupted);
+    close(end);
+}
+
+TEST_F(FileSignals, WorkFolderOfAKilledProgramIsRemovedByTheNext) {
+    writeLargePicture();
+    program_.write("b.png", claimingPng({.width = 8, .height = 8}));
+    RunningProgram cleaning = start({"clean", "a.png"});
+    awaitWork();
+    while (!fs::exists(program_.file(program_.files().front()) + "/owner")) {
+        std::this_thread::yield();
+    }
+    cleaning.signalGroup(SIGKILL);
+    cleaning.finish();
+    ASSERT_THAT(program_.files(), Contains(StartsWith(".doccam-")));
+    ASSERT_EQ(program_.run({"clean", "b.png"}).status, kDone);
+    EXPECT_THAT(program_.files(), ElementsAre("a.png", "b-clean.png", "b.png"));
+}
+
+} // namespace

@@ -1,0 +1,39 @@
+// The program itself on files in a folder of its own, and what it cost.
+#pragma once
+
+#include "support/scratch_folder.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::test {
+
+// As docs/command-line.md has them.
+enum Status { kDone = 0, kNothingFound = 1, kUsage = 2, kNoCamera = 3, kInterrupted = 130 };
+
+struct Cost {
+    int status = -1;    // -1 after a signal
+    long megabytes = 0; // at most at a time, of any of its processes
+    std::string err;
+};
+
+class MeasuredRun {
+  public:
+    // A file in the folder.
+    void write(const std::string& name, const std::string& bytes) const;
+
+    std::string file(const std::string& name) const { return folder_.file(name); }
+
+    // Runs doccam with these words in the folder and waits for its end. setting is one variable of
+    // its environment, NAME=VALUE.
+    Cost run(const std::vector<std::string>& words, const std::string& setting = "") const;
+
+    // The names of all files, hidden ones too, in their order.
+    std::vector<std::string> files() const;
+
+  private:
+    ScratchFolder folder_;
+    ScratchFolder aside_;
+};
+
+} // namespace doccam::test

@@ -1,0 +1,88 @@
+#include "host/work_folders.h"
+#include "support/scratch_folder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+namespace {
+
+namespace fs = std::filesystem;
+using doccam::host::WorkFolder;
+
+class WorkFolders : public testing::Test {
+  protected:
+    std::ptrdiff_t entries() const {
+        return std::distance(fs::directory_iterator(place_.path()), {});
+    }
+
+    // A process makes a folder with a file in it, and is gone.
+    void abandonOne() const {
+        const pid_t process = fork();
+        if (process == 0) {
+            const WorkFolder folder(place_.path());
+            std::ofstream(folder.path() / "draft.png") << "half";
+            _exit(folder.path().empty() ? 1 : 0);
+        }
+        int status = 0;
+        waitpid(process, &status, 0);
+        ASSERT_EQ(status, 0);
+        ASSERT_EQ(entries(), 1);
+    }
+
+    doccam::test::ScratchFolder place_;
+};
+
+TEST_F(WorkFolders, OfDeadProcessesAreRemoved) {
+    abandonOne();
+    { const WorkFolder folder(place_.path()); }
+    EXPECT_EQ(entries(), 0);
+}
+
+TEST_F(WorkFolders, OfLivingProcessesStay) {
+    std::optional<WorkFolder> first(std::in_place, place_.path());
+    const WorkFolder second(place_.path());
+    EXPECT_TRUE(fs::exists(first->path()));
+    first.reset();
+    EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(WorkFolders, OfNobodyKnownStay) {
+    const fs::path lookalike = place_.path() / ".doccam-letter";
+    fs::create_directory(lookalike);
+    std::ofstream(lookalike / "letter.txt") << "mine";
+    fs::permissions(lookalike, fs::perms::owner_all);
+    { const WorkFolder folder(place_.path()); }
+    EXPECT_TRUE(fs::exists(lookalike / "letter.txt"));
+}
+
+TEST_F(WorkFolders, ThatOthersMayEnterStay) {
+    abandonOne();
+    fs::permissions(fs::directory_iterator(place_.path())->path(), fs::perms(0755));
+    { const WorkFolder folder(place_.path()); }
+    EXPECT_EQ(entries(), 1);
+}
+
+TEST_F(WorkFolders, BehindALinkStay) {
+    abandonOne();
+    const fs::path abandoned = fs::directory_iterator(place_.path())->path();
+    const doccam::test::ScratchFolder other;
+    fs::create_directory_symlink(abandoned, other.path() / ".doccam-linked");
+    { const WorkFolder folder(other.path()); }
+    EXPECT_TRUE(fs::exists(abandoned / "draft.png"));
+}
+
+TEST_F(WorkFolders, OfTheProcessAreAllRemovedBeforeItEndsAtOnce) {
+    const WorkFolder first(place_.path());
+    const WorkFolder second(place_.path());
+    doccam::host::removeWorkFolders();
+    EXPECT_EQ(entries(), 0);
+}
+
+} // namespace

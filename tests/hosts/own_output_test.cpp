@@ -19,6 +19,16 @@ TEST(HarmlessText, ShowsWhatWouldSteerATerminal) {
     EXPECT_EQ(doccam::host::harmless("\x1B[2J\x07\x7F"), "\\x1b[2J\\x07\\x7f");
 }
 
+TEST(HarmlessText, ShowsTheSecondSetOfControlCharacters) {
+    EXPECT_EQ(doccam::host::harmless("\xC2\x9B"
+                                     "2J\xC2\xA0"),
+              "\\xc2\\x9b2J\xC2\xA0");
+}
+
+TEST(HarmlessText, ShowsBytesThatAreNoLetters) {
+    EXPECT_EQ(doccam::host::harmless("a\x9B\xE2\x82"), "a\\x9b\\xe2\\x82");
+}
+
 TEST(Complaint, IsOneLineWhateverItQuotes) {
     testing::internal::CaptureStderr();
     doccam::host::complain("a\nb\x1B[2J.");

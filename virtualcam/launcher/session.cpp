@@ -42,6 +42,15 @@ std::vector<CameraDescription> camerasOf(const Options& options) {
     return cameras;
 }
 
+// umockdev ends the process where it cannot make its folder.
+void requireTemporaryFolder() {
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    if (error || access(folder.c_str(), W_OK | X_OK) != 0) {
+        throw std::runtime_error("no temporary files can be made where TMPDIR says");
+    }
+}
+
 void exportAbsolute(const char* name, const std::string& path) {
     if (!path.empty()) {
         setenv(name, fs::absolute(path).c_str(), 1);
@@ -110,6 +119,7 @@ sigset_t awaitedSignals() {
 } // namespace
 
 int runSession(const Options& options) {
+    requireTemporaryFolder();
     // The tree has a thread of its own, which must not be the one that gets them.
     const sigset_t signals = awaitedSignals();
     sigset_t before;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 namespace doccam::host {
 namespace {
@@ -33,6 +34,23 @@ void redirect(int descriptor, int target) {
     if (target < 0 || dup2(target, descriptor) < 0) {
         failToSetApart();
     }
+}
+
+// The bytes of the letter in UTF-8 that text begins with; 0 for one that may steer a terminal, and
+// for bytes that are no UTF-8.
+std::size_t harmlessLetter(std::string_view text) {
+    const auto first = static_cast<unsigned char>(text.front());
+    if (first < 0x80) {
+        return std::iscntrl(first) == 0 || first == '\n' || first == '\t' ? 1 : 0;
+    }
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    const bool whole =
+        first >= 0xC2 && first <= 0xF4 && text.size() >= length &&
+        std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length),
+                    [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; });
+    // U+0080 to U+009F are control characters once more.
+    const bool control = first == 0xC2 && whole && static_cast<unsigned char>(text[1]) < 0xA0;
+    return whole && !control ? length : 0;
 }
 
 } // namespace
@@ -80,11 +98,12 @@ void complain(const std::string& message) {
 std::string harmless(const std::string& text) {
     constexpr const char* kDigits = "0123456789abcdef";
     std::string shown;
-    for (const char letter : text) {
-        const auto code = static_cast<unsigned char>(letter);
-        if (std::iscntrl(code) == 0 || letter == '\n' || letter == '\t') {
-            shown += letter;
+    for (std::size_t at = 0; at < text.size();) {
+        if (const std::size_t length = harmlessLetter(std::string_view(text).substr(at))) {
+            shown.append(text, at, length);
+            at += length;
         } else {
+            const auto code = static_cast<unsigned char>(text[at++]);
             shown += {'\\', 'x', kDigits[code / 16], kDigits[code % 16]};
         }
     }

@@ -27,8 +27,8 @@ std::FILE* err();
 // Prints the message on err() under the program's name, on one line and harmless to a terminal.
 void complain(const std::string& message);
 
-// Control characters but for newline and tab as \xNN: what a code or a device says of itself must
-// not steer the terminal that shows it.
+// Control characters but for newline and tab, and bytes that are no UTF-8, as \xNN: what a code or
+// a device says of itself must not steer the terminal that shows it.
 std::string harmless(const std::string& text);
 
 // Prints one line, on a terminal made harmless, or value as indented JSON. Bytes that are no UTF-8

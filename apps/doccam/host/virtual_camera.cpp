@@ -2,12 +2,14 @@
 
 #include "host/failure.h"
 
+#include <link.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
 namespace doccam::host {
@@ -17,6 +19,25 @@ namespace fs = std::filesystem;
 
 // Set for the process under the launcher, which would otherwise start another one.
 constexpr const char* kUnderLauncher = "DOCCAM_UNDER_VIRTUALCAM";
+constexpr const char* kPreload = "/libdoccam-virtualcam.so";
+
+// Whether this process has the cameras, whatever its environment says.
+bool hasVirtualCameras() {
+    const auto isPreload = [](dl_phdr_info* library, std::size_t /*size*/, void* /*unused*/) {
+        return std::string_view(library->dlpi_name).ends_with(kPreload) ? 1 : 0;
+    };
+    return dl_iterate_phdr(isPreload, nullptr) != 0;
+}
+
+// The launcher keeps the device tree there.
+void requireTemporaryFolder() {
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    if (error || access(folder.c_str(), W_OK | X_OK) != 0) {
+        throw Failure(kUsage, "No temporary files can be made where TMPDIR says; let it name a "
+                              "folder that can be written to.");
+    }
+}
 
 fs::path ownPath() {
     return fs::read_symlink("/proc/self/exe");
@@ -62,8 +83,14 @@ std::vector<std::string> launcherCommand(const VirtualCameraRequest& request, ch
 
 void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv) {
     if (std::getenv(kUnderLauncher) != nullptr) {
+        if (!hasVirtualCameras()) {
+            throw Failure(kNoCamera, std::string("The virtual cameras are not there, although ") +
+                                         kUnderLauncher +
+                                         " is set; unset it and start doccam again.");
+        }
         return;
     }
+    requireTemporaryFolder();
     std::vector<std::string> command = launcherCommand(request, argv);
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);

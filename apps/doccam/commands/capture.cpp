@@ -1,6 +1,6 @@
 // doccam capture: stills, one file each.
 #include "commands/commands.h"
-#include "commands/still_options.h"
+#include "commands/options/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/result.h"

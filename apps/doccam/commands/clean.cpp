@@ -1,6 +1,6 @@
 // doccam clean: whitens margins and paper of picture files.
 #include "commands/commands.h"
-#include "commands/option_checks.h"
+#include "commands/options/option_checks.h"
 #include "host/apart.h"
 #include "host/confinement/confinement.h"
 #include "host/context.h"

@@ -2,7 +2,7 @@
 #include "camera/controls.h"
 
 #include "commands/commands.h"
-#include "commands/still_options.h"
+#include "commands/options/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/result.h"

@@ -1,6 +1,6 @@
 // doccam focus: has the camera focus.
 #include "commands/commands.h"
-#include "commands/still_options.h"
+#include "commands/options/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/own_output.h"

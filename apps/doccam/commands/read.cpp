@@ -1,8 +1,8 @@
 // doccam read: bar codes and QR codes, of picture files or of what lies before the camera.
 #include "codes/code_reading.h"
 #include "commands/commands.h"
-#include "commands/option_checks.h"
-#include "commands/still_options.h"
+#include "commands/options/option_checks.h"
+#include "commands/options/still_options.h"
 #include "host/confinement/confinement.h"
 #include "host/context.h"
 #include "host/failure.h"

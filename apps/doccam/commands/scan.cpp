@@ -1,7 +1,7 @@
 // doccam scan: sheet after sheet becomes the pages of one PDF.
 #include "commands/commands.h"
-#include "commands/option_checks.h"
-#include "commands/still_options.h"
+#include "commands/options/option_checks.h"
+#include "commands/options/still_options.h"
 #include "host/context.h"
 #include "host/failure.h"
 #include "host/own_output.h"

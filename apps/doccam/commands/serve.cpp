@@ -2,8 +2,8 @@
 #include "serve/serve.h"
 
 #include "commands/commands.h"
-#include "commands/option_checks.h"
-#include "commands/still_options.h"
+#include "commands/options/option_checks.h"
+#include "commands/options/still_options.h"
 #include "host/context.h"
 
 #include <memory>

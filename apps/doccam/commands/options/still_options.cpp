@@ -1,6 +1,6 @@
-#include "commands/still_options.h"
+#include "commands/options/still_options.h"
 
-#include "commands/option_checks.h"
+#include "commands/options/option_checks.h"
 #include "host/context.h"
 
 #include <map>

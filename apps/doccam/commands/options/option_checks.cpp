@@ -1,4 +1,4 @@
-#include "commands/option_checks.h"
+#include "commands/options/option_checks.h"
 
 #include <algorithm>
 #include <charconv>

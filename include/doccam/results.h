@@ -77,7 +77,7 @@ typedef enum DoccamResult {
     DOCCAM_QUEUE_NO_FILE = -1, /* no such file; nothing was queued */
 
     DOCCAM_PDF_NOTHING_QUEUED = -1, /* the queue is empty, or path is null */
-    DOCCAM_PDF_NOT_WRITTEN = -2,    /* no file is at path */
+    DOCCAM_PDF_NOT_WRITTEN = -2,    /* no file is at path, or an error was printed */
 
     DOCCAM_MERGE_TOO_FEW_QUEUED = -1, /* fewer than two files; they stay queued */
     DOCCAM_MERGE_NO_PICTURE = -2,     /* no file is at path */

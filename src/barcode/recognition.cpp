@@ -77,10 +77,9 @@ const char* readCodeFromFile(const char* path, CodeKind wanted) {
         std::puts("No BarQrCode!!\r");
         return nullptr;
     }
-    const char* result = keptText(std::move(scan.text));
-    std::printf("resultStr:%s\r\n", result);
+    std::printf("resultStr:%s\r\n", scan.text.c_str());
     std::puts("RecogBarQrCodeFromFile end\r");
-    return result;
+    return keptText(std::move(scan.text));
 }
 
 } // namespace doccam

@@ -55,7 +55,18 @@ void releasePreviewBuffer() {
     }
 }
 
-std::atomic<bool> ending{false};
+// The process of the caller that ends the session. A child forked meanwhile has no such caller.
+std::atomic<pid_t> ending{kNoProcess};
+
+bool claimEnding() {
+    const pid_t self = getpid();
+    for (pid_t holder = ending.load(std::memory_order_acquire); holder != self;) {
+        if (ending.compare_exchange_weak(holder, self, std::memory_order_acq_rel)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 // Ends a session that the host left open when the process exits: no thread may run into the
 // destruction of what it uses. A forked child leaves its parent's camera alone.
@@ -82,22 +93,22 @@ const ExitGuard exitGuard;
 } // namespace
 
 EndingClaim::EndingClaim(IfTaken answer)
-  : granted_(!ending.exchange(true, std::memory_order_acq_rel)) {
+  : granted_(claimEnding()) {
     while (!granted_ && answer == IfTaken::kWait) {
         waitUntilFree();
-        granted_ = !ending.exchange(true, std::memory_order_acq_rel);
+        granted_ = claimEnding();
     }
 }
 
 EndingClaim::~EndingClaim() {
     if (granted_) {
-        ending.store(false, std::memory_order_release);
+        ending.store(kNoProcess, std::memory_order_release);
         ending.notify_all();
     }
 }
 
 void EndingClaim::waitUntilFree() {
-    ending.wait(true, std::memory_order_acquire);
+    ending.wait(getpid(), std::memory_order_acquire);
 }
 
 void closeSession() {

@@ -229,8 +229,16 @@ TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
 
 TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
     SetRotate(1);
-    SetDataCallback([](unsigned char*, int, int) { state().session.roimage.release(); });
+    static std::atomic<bool> emptied;
+    emptied = false;
+    SetDataCallback([](unsigned char*, int, int) {
+        state().session.roimage.release();
+        emptied = true;
+        emptied.notify_all();
+    });
     openSmall(kMjpegFormat);
+    // The first frame still shows a code.
+    emptied.wait(false);
     while (heard == 0) {
         EXPECT_STREQ(RecogBarQrCode(1), "");
     }

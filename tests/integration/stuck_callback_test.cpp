@@ -4,6 +4,9 @@
 
 #include <doccam/doccam.hpp>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <csignal>
 #include <numeric>
@@ -129,6 +132,30 @@ TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
     released = true;
     released.notify_all();
     waitUntil(left, 3);
+}
+
+TEST_F(StuckCallback, DoesNotHoldAChildThatIsForkedWhileItsParentCloses) {
+    SetDataCallback(waitsForItsHost);
+    openSmall(kMjpegFormat);
+    waitUntil(entered, 1);
+    virtualcam::clearCalls();
+    std::thread closing([] { closeCamera(); });
+    while (virtualcam::callCount("STREAMOFF") == 0) {
+        std::this_thread::yield();
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(60);
+        closeCamera();
+        _exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    released = true;
+    released.notify_all();
+    closing.join();
+    waitUntil(left, 1);
 }
 
 void keepsThePreview(unsigned char* pixels, int width, int height, int, int) {

@@ -248,7 +248,11 @@ TEST_F(RealDriver, AForkedChildThatClosesLeavesTheStreamToItsParent) {
 
 TEST_F(RealDriver, AProgramThatTheHostStartsDoesNotHoldTheCamera) {
     stream(0, kMjpegFormat, {640, 480});
-    EXPECT_NE(std::system("ls -l /proc/self/fd | grep /dev/video"), 0);
+    const std::string look = "ls -l /proc/" + std::to_string(getpid()) + "/fd | grep -q /dev/video";
+    EXPECT_EQ(std::system(look.c_str()), 0) << "the host holds it";
+    const int found = std::system("ls -l /proc/self/fd | grep -q /dev/video");
+    ASSERT_TRUE(WIFEXITED(found));
+    EXPECT_EQ(WEXITSTATUS(found), 1) << "a program does not";
 }
 
 TEST_F(RealDriver, ACameraUnpluggedInMidStreamIsGone) {

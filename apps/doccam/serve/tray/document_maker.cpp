@@ -44,9 +44,7 @@ std::string DocumentMaker::write() {
     for (const std::string& picture : pages_.copyPictures(copies.folder)) {
         AddImageFileToPDF(picture.c_str());
     }
-    CombineToPDF(path.c_str(), false);
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored)) {
+    if (CombineToPDF(path.c_str(), false) != DOCCAM_OK) {
         throw TrayError("the PDF could not be made; take a page first, and see that the disk is "
                         "not full");
     }

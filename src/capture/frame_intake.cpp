@@ -49,8 +49,7 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
     if (isBegun_ && !fetchNextIfThere()) {
         return false;
     }
-    wanted_ = {image.cols, image.rows};
-    const Decoded decoded = decode();
+    const Decoded decoded = decode({image.cols, image.rows});
     if (!fetchNextIfThere()) {
         return false;
     }
@@ -105,11 +104,15 @@ MjpegFrame FrameIntake::mjpegIn(const RawFrame& frame) const {
     return {.data = {frame.bytes.data(), length}, .padded = true, .wanted = wanted_};
 }
 
-Decoded FrameIntake::decode() {
-    if (!std::exchange(isBegun_, false)) {
+Decoded FrameIntake::decode(FrameSize wanted) {
+    const bool isBegun = std::exchange(isBegun_, false);
+    if (isBegun) {
+        thread_.side().finish();
+    }
+    wanted_ = wanted; // the side reads it
+    if (!isBegun) {
         return decodeFrame(mjpegIn(*frame_));
     }
-    thread_.side().finish();
     if (sideResult_ == Decoded::kPicture) {
         adoptPicture(*sidePicture_);
     }

@@ -52,7 +52,7 @@ class FrameIntake {
     bool fetch(RawFrame& frame);
     bool fetchNextIfThere();
     void beginNext();
-    Decoded decode();
+    Decoded decode(FrameSize wanted);
     MjpegFrame mjpegIn(const RawFrame& frame) const;
 
     StreamingThread& thread_;

@@ -8,6 +8,7 @@
 #include <opencv2/imgproc.hpp>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 
@@ -38,6 +39,11 @@ Outcome launch(const std::string& arguments) {
     return run(std::string(DOCCAM_VIRTUALCAM_LAUNCHER) + " " + arguments);
 }
 
+// v4l2-ctl prints a sign for each, and the rate among them when a second has passed.
+std::ptrdiff_t framesIn(const Outcome& outcome) {
+    return std::count(outcome.text.begin(), outcome.text.end(), '<');
+}
+
 class VirtualCameraLauncher : public testing::Test {
   protected:
     std::string scenario(const std::string& text) {
@@ -58,15 +64,15 @@ TEST_F(VirtualCameraLauncher, ShowsBothCamerasAndTheirFormatsToV4l2CtlAndStreams
         AllOf(HasSubstr("Doc Cam: Doc Cam (usb-0000:00:14.0-1):\n\t/dev/video0\n\t/dev/video1"),
               HasSubstr("/dev/video2\n\t/dev/video3"),
               HasSubstr("'MJPG' (Motion-JPEG, compressed)"), HasSubstr("'YUYV' (YUYV 4:2:2)"),
-              HasSubstr("Size: Discrete 640x480"), HasSubstr("Size: Discrete 3264x2448"),
-              HasSubstr("<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<")));
+              HasSubstr("Size: Discrete 640x480"), HasSubstr("Size: Discrete 3264x2448")));
+    EXPECT_EQ(framesIn(outcome), 30);
 }
 
 TEST_F(VirtualCameraLauncher, StreamsToV4l2CtlThroughLibv4l2) {
     const Outcome outcome =
         launch("--interval 0 -- v4l2-ctl --wrapper --stream-mmap --stream-count=5");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.text, HasSubstr("<<<<<"));
+    EXPECT_EQ(framesIn(outcome), 5);
 }
 
 TEST_F(VirtualCameraLauncher, LetsFfmpegGrabBothFormats) {
@@ -112,7 +118,7 @@ TEST_F(VirtualCameraLauncher, SendsForeignProgramsAwayWhenTheCameraIsUnplugged) 
     const Outcome outcome = launch(scenario(R"({"cameras": [{"intervalMs": 0,
                             "faults": [{"fault": "unplug", "at": 4}]}]})") +
                                    "-- v4l2-ctl --stream-mmap --stream-count=30");
-    EXPECT_THAT(outcome.text, AllOf(HasSubstr("<<<"), Not(HasSubstr("<<<<"))));
+    EXPECT_EQ(framesIn(outcome), 3);
 }
 
 TEST_F(VirtualCameraLauncher, PassesTheExitStatusOn) {

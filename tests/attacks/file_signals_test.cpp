@@ -24,17 +24,31 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-// Whether the program's first thread holds SIGTERM back: a watcher waits for it from then on.
-bool holdsSignalsBack(pid_t process) {
+// The value of a field in the status of a process; 0 when it has gone.
+unsigned long statusOf(pid_t process, const std::string& field, int base) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string word; status >> word;) {
-        if (word == "SigBlk:") {
-            unsigned long signals = 0;
-            status >> std::hex >> signals;
-            return (signals >> (SIGTERM - 1) & 1) != 0;
+    for (std::string word, value; status >> word;) {
+        if (word == field + ":") {
+            status >> value;
+            return std::stoul(value, nullptr, base);
         }
     }
-    return false;
+    return 0;
+}
+
+// Whether the program's first thread holds SIGTERM back: a watcher waits for it from then on.
+bool holdsSignalsBack(pid_t process) {
+    return (statusOf(process, "SigBlk", 16) >> (SIGTERM - 1) & 1) != 0;
+}
+
+// Whether the program, or a process that it has started, has the pixels of a large picture.
+bool hasPixels(pid_t process) {
+    constexpr unsigned long kKilobytes = 150000;
+    const std::string number = std::to_string(process);
+    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    pid_t child = 0;
+    return statusOf(process, "VmHWM", 10) > kKilobytes ||
+           (children >> child && statusOf(child, "VmHWM", 10) > kKilobytes);
 }
 
 class FileSignals : public testing::Test {
@@ -84,7 +98,7 @@ TEST_F(FileSignals, EndTheMakingOfAPdfAndLeaveNothing) {
 TEST_F(FileSignals, EndTheSearchForCodesInOnePicture) {
     writeLargePicture();
     RunningProgram reading = start({"read", "a.png"});
-    while (!holdsSignalsBack(reading.process())) {
+    while (!hasPixels(reading.process())) {
         std::this_thread::yield();
     }
     reading.signal(SIGTERM);

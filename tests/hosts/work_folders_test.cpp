@@ -1,7 +1,9 @@
 #include "host/work_folders.h"
 #include "support/scratch_folder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -76,6 +79,29 @@ TEST_F(WorkFolders, BehindALinkStay) {
     fs::create_directory_symlink(abandoned, other.path() / ".doccam-linked");
     { const WorkFolder folder(other.path()); }
     EXPECT_TRUE(fs::exists(abandoned / "draft.png"));
+}
+
+TEST_F(WorkFolders, TakeTheUnfinishedFilesOfDeadProcessesAlong) {
+    const pid_t dead = fork();
+    if (dead == 0) {
+        _exit(0);
+    }
+    waitpid(dead, nullptr, 0);
+    const std::string abandoned = place_.file(".doccam-" + std::to_string(dead) + "-0");
+    const std::string locked = place_.file(".doccam-" + std::to_string(dead) + "-1");
+    const std::string living = place_.file(".doccam-" + std::to_string(getpid()) + "-0");
+    const std::string other = place_.file(".doccam-" + std::to_string(dead) + "-a");
+    for (const std::string& name : {abandoned, locked, living, other}) {
+        std::ofstream(name) << "half";
+    }
+    const int lock = open(locked.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(lock, LOCK_EX), 0);
+    { const WorkFolder folder(place_.path()); }
+    EXPECT_FALSE(fs::exists(abandoned));
+    for (const std::string& name : {locked, living, other}) {
+        EXPECT_TRUE(fs::exists(name)) << name;
+    }
+    close(lock);
 }
 
 TEST_F(WorkFolders, OfTheProcessAreAllRemovedBeforeItEndsAtOnce) {

@@ -10,9 +10,14 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
+#include <charconv>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 namespace doccam::host {
@@ -124,6 +129,44 @@ void removeIfAbandoned(const fs::path& path) {
     close(folder);
 }
 
+// Whose process a file is that the library writes before it is renamed: .doccam-PROCESS-NUMBER. 0
+// for any other name.
+pid_t processOf(const std::string& name) {
+    const std::string_view rest = std::string_view(name).substr(std::strlen(kPrefix));
+    pid_t process = 0;
+    unsigned number = 0;
+    const char* const end = rest.data() + rest.size();
+    const auto first = std::from_chars(rest.data(), end, process);
+    if (first.ec != std::errc() || first.ptr == end || *first.ptr != '-') {
+        return 0;
+    }
+    const auto second = std::from_chars(first.ptr + 1, end, number);
+    return second.ec == std::errc() && second.ptr == end && process > 0 ? process : 0;
+}
+
+// A process may have the number of a dead one, or live where its number is not seen: the lock
+// tells.
+void removeIfAbandoned(const fs::path& path, pid_t process) {
+    if (kill(process, 0) == 0 || errno != ESRCH) {
+        return;
+    }
+    const int file = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0) {
+        return;
+    }
+
+    struct stat opened {};
+
+    struct stat named {};
+
+    if (fstat(file, &opened) == 0 && isOwnedBy(opened, S_IFREG) && opened.st_nlink == 1 &&
+        flock(file, LOCK_EX | LOCK_NB) == 0 && lstat(path.c_str(), &named) == 0 &&
+        named.st_dev == opened.st_dev && named.st_ino == opened.st_ino) {
+        unlink(path.c_str());
+    }
+    close(file);
+}
+
 void removeAbandoned(const fs::path& place) {
     if (isShared(place)) {
         return;
@@ -131,8 +174,14 @@ void removeAbandoned(const fs::path& place) {
     std::error_code error;
     for (fs::directory_iterator entry(place, error), end; !error && entry != end;
          entry.increment(error)) {
-        if (hasWorkFoldersName(entry->path().filename().string())) {
+        const std::string name = entry->path().filename().string();
+        if (!name.starts_with(kPrefix)) {
+            continue;
+        }
+        if (hasWorkFoldersName(name)) {
             removeIfAbandoned(entry->path());
+        } else if (const pid_t process = processOf(name); process > 0) {
+            removeIfAbandoned(entry->path(), process);
         }
     }
 }

@@ -11,7 +11,8 @@ namespace doccam::host {
 // owner lives, so that others can tell a folder whose owner was killed. Any thread.
 class WorkFolder {
   public:
-    // Makes it, and removes those that dead processes of this user have left in the same place.
+    // Makes it, and removes those that dead processes of this user have left in the same place, and
+    // the library's own unfinished files with them.
     // When it cannot be made, path() is empty and errno says why.
     explicit WorkFolder(const std::filesystem::path& place);
     // Removes it with all that is in it.

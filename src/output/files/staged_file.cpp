@@ -1,8 +1,7 @@
 #include "output/files/staged_file.h"
 
-#include "base/handles/standard_file.h"
-
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 namespace doccam {
 namespace {
@@ -64,6 +64,15 @@ void takeOver(int file, const struct stat& existing) {
         return;
     }
     fchmod(file, existing.st_mode & 0777);
+}
+
+// Others can tell by the lock that the file's owner lives. Not every file system has locks. False
+// when somebody has taken the file for abandoned before it was locked.
+bool lockOrLose(int file) {
+    struct stat status {};
+
+    const bool lost = flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return !lost && fstat(file, &status) == 0 && status.st_nlink > 0;
 }
 
 bool folderRefuses(int error) {
@@ -123,12 +132,16 @@ StagedFile::~StagedFile() {
 void StagedFile::stage() {
     for (int i = 0; i < kMostNames; ++i) {
         const std::string name = temporaryName(target_);
-        if (const StandardFile file{std::fopen(name.c_str(), "wbxe")}) {
+        if (StandardFile file{std::fopen(name.c_str(), "wbxe")}) {
+            if (!lockOrLose(fileno(file.get()))) {
+                continue;
+            }
             path_ = name;
             staged_ = true;
             if (const auto existing = statusOf(target_)) {
                 takeOver(fileno(file.get()), *existing);
             }
+            locked_ = std::move(file);
             return;
         }
         if (folderRefuses(errno)) {

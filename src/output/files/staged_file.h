@@ -1,6 +1,8 @@
 // A file that appears under its name complete or not at all.
 #pragma once
 
+#include "base/handles/standard_file.h"
+
 #include <string>
 
 namespace doccam {
@@ -33,6 +35,7 @@ class StagedFile {
 
     std::string target_;
     std::string path_;
+    StandardFile locked_;    // the temporary file, open for as long as it is ours
     bool staged_ = false;    // path_ is a temporary file of ours
     bool existed_ = false;   // the target was there at the start
     bool committed_ = false; // path_ is none of our business any more

@@ -4,11 +4,14 @@
 #include "support/refused_writing.h"
 #include "support/scratch_folder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -82,6 +85,14 @@ TEST_F(StagedFileTest, LeavesNothingWithoutACommit) {
         writeText(file.path(), "half");
     }
     EXPECT_EQ(files(), Names{});
+}
+
+TEST_F(StagedFileTest, IsLockedForAsLongAsItIsNotCommitted) {
+    const StagedFile file(target_);
+    const int other = open(file.path().c_str(), O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), -1);
+    EXPECT_EQ(errno, EWOULDBLOCK);
+    close(other);
 }
 
 TEST_F(StagedFileTest, LeavesTheOldFileWithoutACommit) {

@@ -78,8 +78,22 @@ std::string claimingJpeg(const JpegClaim& claim) {
     for (const char place : {'\x00', '\x10'}) {
         jpeg += segment('\xC4', std::string{place, '\x01'} + std::string(16, '\0'));
     }
-    for (unsigned number = 0; number < claim.scans; ++number) {
-        jpeg += scan(claim, number);
+    if (!claim.hidden) {
+        for (unsigned number = 0; number < claim.scans; ++number) {
+            jpeg += scan(claim, number);
+        }
+        return jpeg + "\xFF\xD9";
+    }
+    // Where it expects a restart, libjpeg drops a reserved marker and finds the scans after it.
+    constexpr std::size_t kMaximumSegment = 65000;
+    jpeg += segment('\xDD', bigEndian(1, 2)) + scan(claim, 0);
+    std::string hidden;
+    for (unsigned number = 1; number < claim.scans; ++number) {
+        hidden += scan(claim, number) + std::string(2, '\0');
+        if (hidden.size() > kMaximumSegment || number + 1 == claim.scans) {
+            jpeg += segment('\x02', hidden);
+            hidden.clear();
+        }
     }
     return jpeg + "\xFF\xD9";
 }
@@ -191,6 +205,8 @@ std::vector<Bomb> bombs() {
         {"progressive.jpg", claimingJpeg({.width = 32768, .height = 32768})},
         {"coefficients.jpg", claimingJpeg({.width = 9990, .height = 9990})},
         {"scans.jpg", claimingJpeg({.width = 9000, .height = 9000, .scans = 3000})},
+        {"hidden_scans.jpg",
+         claimingJpeg({.width = 9000, .height = 9000, .scans = 3000, .hidden = true})},
         {"one_bit.png", claimingPng({.width = 32000, .height = 32000, .depth = 1})},
         {"interlaced.png",
          claimingPng({.width = 20000, .height = 20000, .depth = 1, .interlaced = true})},

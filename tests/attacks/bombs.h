@@ -18,6 +18,7 @@ struct JpegClaim {
     unsigned height = 0;
     bool progressive = true;
     unsigned scans = 1;
+    bool hidden = false; // the scans after the first stand in what looks like segments to pass over
 };
 
 std::string claimingJpeg(const JpegClaim& claim);

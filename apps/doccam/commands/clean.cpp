@@ -85,7 +85,9 @@ WrittenFile cleanFile(const Context& context, const std::string& file,
                       const CleanOptions& options) {
     requirePicture(file);
     OutputFile target(targetOf(file, options), options.force);
-    const Bounds bounds{.bytes = pictureLimits().workingBytes(),
+    const PictureLimits limits = pictureLimits();
+    const Bounds bounds{.bytes = limits.workingBytes(),
+                        .processor = limits.working,
                         .confined = context.options.confined};
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& /*report*/) {
         writeCleaned(file, options, target);

@@ -24,7 +24,9 @@ struct PdfOptions {
 // Each page's pixels are held until the PDF is written.
 std::string draftApart(const Context& context, const OutputFile& file,
                        const std::vector<std::string>& images) {
-    const Bounds bounds{.bytes = pictureLimits().workingBytes() * images.size()};
+    const PictureLimits limits = pictureLimits();
+    const Bounds bounds{.bytes = limits.workingBytes() * images.size(),
+                        .processor = limits.working * images.size()};
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
         report(draftPdf(file, images, *context.interrupt));
     });

@@ -26,6 +26,10 @@ bool standsAlone(std::uint8_t marker) {
     return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
 }
 
+bool isReserved(std::uint8_t marker) {
+    return marker > 0x01 && marker < 0xC0;
+}
+
 std::uint64_t unitsIn(std::uint64_t pixels, std::uint64_t unit) {
     return (pixels + unit - 1) / unit;
 }
@@ -95,7 +99,12 @@ class JpegHeader {
 
     std::optional<PictureHeader> read() {
         while (const auto marker = markers_.next()) {
-            if (*marker == kEndOfImage || (!standsAlone(*marker) && !take(*marker))) {
+            if (isReserved(*marker) && scans_ > 0) {
+                // libjpeg drops it when it looks for the next restart, and not what follows.
+                continue;
+            }
+            if (*marker == kEndOfImage || isReserved(*marker) ||
+                (!standsAlone(*marker) && !take(*marker))) {
                 break;
             }
         }

@@ -94,6 +94,16 @@ TEST(FileTypes, ThatAreNotLookedAtAreNotDecodedEither) {
     }
 }
 
+// The library that OpenCV reads them with ends the process over a damaged one.
+TEST(FileTypes, OfMedicalScansAreRefused) {
+    const MeasuredRun program;
+    program.write("scan.png", std::string(128, '\0') + "DICM" + std::string(4000, '\x55'));
+    for (const std::string command : {"read", "clean"}) {
+        EXPECT_EQ(program.run({command, "scan.png"}).status, kUsage) << command;
+    }
+    EXPECT_EQ(program.run({"pdf", "all.pdf", "scan.png"}).status, kUsage);
+}
+
 TEST(CodeSearch, EndsWithItsTime) {
     const MeasuredRun program;
     program.write("a.png", claimingPng({.width = 10000, .height = 10000}));

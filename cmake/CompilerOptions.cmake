@@ -22,7 +22,7 @@ if(DOCCAM_SANITIZE)
 endif()
 
 # doccam_sanitized_program(NAME): under a sanitizer the program is not told of other people's code,
-# and under the thread sanitizer the image library works in the calling thread.
+# and under the thread sanitizer OpenCV works in the calling thread.
 function(doccam_sanitized_program name)
     if(NOT DOCCAM_SANITIZE)
         return()

@@ -86,7 +86,7 @@ Contest againstVideoCapture(const Picture& picture) {
     const auto frame = std::make_shared<cv::Mat>();
     const auto read = [=] {
         if (!capture->read(*frame)) {
-            throw std::runtime_error("no frame from the image library's capture");
+            throw std::runtime_error("no frame from OpenCV's capture");
         }
     };
     return {

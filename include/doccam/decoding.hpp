@@ -10,7 +10,7 @@
 struct jpeg_common_struct;
 struct jpeg_decompress_struct;
 
-// --- MJPEG through the codec library -------------------------------------------------------------
+// --- MJPEG through libav -------------------------------------------------------------------------
 
 // Creates the process-wide MJPEG decoder; does nothing if it exists. Host thread, not streaming.
 DOCCAM_API void av_decode_init();

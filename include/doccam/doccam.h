@@ -162,7 +162,7 @@ DOCCAM_API int ManualFocusEx(void);
 
 /*
  * Takes a still of the next frame and saves it at path, replacing a file that is there. The
- * extension selects the type: jpg, pdf, or whatever else the image library writes (png, bmp, tif).
+ * extension selects the type: jpg, pdf, or whatever else OpenCV writes (png, bmp, tif).
  * Waits up to 4 seconds for it. Returns 0 also when the still could not be taken or saved: look
  * whether the file exists. An extension that names no type, a pdf path without a dot in its last
  * part, a path of less than three bytes, and a sheet whose corners lie outside the frame end the

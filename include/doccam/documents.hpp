@@ -53,12 +53,12 @@ DOCCAM_API int SaveImage(char* path, cv::Mat img);
 // directory, which stays there. Returns 0. Throws cv::Exception when path names no file type.
 DOCCAM_API int TempImgToPdf(char* path, cv::Mat img);
 
-// The PDF library's error callback: prints the two codes and marks the document as spoilt.
+// libharu's error callback: prints the two codes and marks the document as spoilt.
 DOCCAM_API void error_handler(unsigned long error_no, unsigned long detail_no, void* user_data);
 
 // --- Cleaning ------------------------------------------------------------------------------------
 
-struct _IplImage; // NOLINT(bugprone-reserved-identifier): the image library's C image
+struct _IplImage; // NOLINT(bugprone-reserved-identifier): OpenCV's C image
 using IplImage = _IplImage;
 
 // Makes dst a copy of src with every sample s, taken as 0 to 1, raised to the power fGamma. Images

@@ -31,7 +31,7 @@ cv::Mat readPicture(const char* path) {
     try {
         return readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
-        // A header may promise more pixels than the image library takes.
+        // A header may promise more pixels than OpenCV takes.
         return {};
     }
 }

@@ -7,7 +7,7 @@
 namespace doccam {
 namespace {
 
-// The image library's own allocation, but for the extra bytes at the end.
+// OpenCV's own allocation, but for the extra bytes at the end.
 class SlackAllocator final : public cv::MatAllocator {
   public:
     cv::UMatData* allocate(int dims, const int* sizes, int type, void* data, std::size_t* step,
@@ -57,7 +57,7 @@ cv::Mat makeSlackImage(int rows, int columns) {
     image.create(rows, columns, CV_8UC3);
     // Black, not whatever lay there: the first frame may be one that cannot be decoded.
     image.setTo(cv::Scalar::all(0));
-    // Later reallocations by the image library take its own allocator again.
+    // Later reallocations by OpenCV take its own allocator again.
     image.allocator = nullptr;
     return image;
 }

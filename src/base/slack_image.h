@@ -9,7 +9,7 @@ namespace doccam {
 inline constexpr int kImageSlack = 6;
 
 // A rows x columns image of 8-bit, three-channel pixels with kImageSlack bytes behind them. It is
-// an image of its own, not a view into a larger one, whose surroundings the image library's border
+// an image of its own, not a view into a larger one, whose surroundings OpenCV's border
 // functions would look at. Throws cv::Exception for a size below 1 or when memory is short.
 cv::Mat makeSlackImage(int rows, int columns);
 

@@ -1,4 +1,4 @@
-// Decodes MJPEG frames with the codec library.
+// Decodes MJPEG frames with libav.
 #pragma once
 
 #include "base/frame_size.h"

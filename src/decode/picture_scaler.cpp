@@ -16,7 +16,7 @@ struct SourceFormat {
     bool fullRange;
 };
 
-// The scaler library warns on the terminal about the full-range twins of pixel formats, and takes
+// libswscale warns on the terminal about the full-range twins of pixel formats, and takes
 // the plain format with a range instead.
 SourceFormat sourceFormat(const AVFrame& picture) {
     switch (picture.format) {

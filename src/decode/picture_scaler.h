@@ -9,7 +9,7 @@ namespace doccam {
 
 // A bicubic scaler from pictures like source (its size and pixel format) to width x height pixels,
 // three bytes each, red first, which shares its rows among as many threads where it can. Null when
-// the scaler library cannot do it. Prints nothing.
+// libswscale cannot do it. Prints nothing.
 CodecScaler makeScaler(const AVFrame& source, int width, int height, int threads);
 
 // True when picture has every pixel that scaler reads: its pixel format, and at least its size.
@@ -28,7 +28,7 @@ struct ScaledRows {
 };
 
 // Scales the top-left part of picture, which must cover the scaler's source, into target, which has
-// as many rows as the scaler makes. All of its rows at once: given fewer, the scaler library may
+// as many rows as the scaler makes. All of its rows at once: given fewer, libswscale may
 // read before its own tables.
 void scalePicture(SwsContext& scaler, const AVFrame& picture, ScaledRows target);
 

@@ -8,7 +8,7 @@
 
 namespace doccam {
 
-// Makes the same pixels as the image library's bilinear resizing. Its memory is kept from one
+// Makes the same pixels as OpenCV's bilinear resizing. Its memory is kept from one
 // picture to the next. One thread.
 class LinearScaler {
   public:

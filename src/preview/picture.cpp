@@ -26,7 +26,7 @@ bool liesInside(int first, int count, int side) {
     return first >= 0 && count >= 1 && std::int64_t{first} + count <= side;
 }
 
-// The image library adds the sides up in int, and would let a far rectangle pass.
+// OpenCV adds the sides up in int, and would let a far rectangle pass.
 cv::Mat cutOut(const cv::Mat& frame, const cv::Rect& part) {
     CV_Assert(doccam::liesInside(part, frame));
     return frame(part);

@@ -23,7 +23,7 @@ inline void require(bool holds) {
     }
 }
 
-// For operations that are documented to throw the image library's exception.
+// For operations that are documented to throw OpenCV's exception.
 template <typename Action>
 void allowImageErrors(Action&& action) {
     try {

@@ -1,4 +1,4 @@
-// Keeps the image library's work in the calling thread: the thread sanitizer does not see how its
+// Keeps OpenCV's work in the calling thread: the thread sanitizer does not see how its
 // workers hand over.
 #include <opencv2/core/utility.hpp>
 

@@ -16,7 +16,7 @@ const char* __lsan_default_suppressions() {
     return "leak:libudev.so\n";
 }
 
-// The image library registers the codecs of the GIS library, which takes two of its own locks in
+// OpenCV registers the codecs of the GIS library, which takes two of its own locks in
 // both orders while it does so; no thread of ours takes part. The code reader has the system's
 // loader load and unload character sets, under a lock of the loader that the sanitizer cannot see.
 // Nor can it see the locks of the library that the mocked device tree is built on, or those that

@@ -1,4 +1,4 @@
-// Owned handles of the code-reading library.
+// Owned handles of zbar.
 #pragma once
 
 #include <zbar.h>

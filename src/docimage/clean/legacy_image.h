@@ -1,4 +1,4 @@
-// The image library's C image, for the one operation whose signature has it.
+// OpenCV's C image, for the one operation whose signature has it.
 #pragma once
 
 #include "docimage/pixels/work_plane.h"

@@ -1,4 +1,4 @@
-// How colours weigh in a grey level: the image library's weights, so that levels are the same.
+// How colours weigh in a grey level: OpenCV's weights, so that levels are the same.
 #pragma once
 
 namespace doccam {

@@ -31,7 +31,7 @@ void addLevels(const Levels& more, Levels& levels) {
 }
 
 // Of equally good levels the lowest counts, which rounding decides: the order of the operations is
-// the image library's.
+// OpenCV's.
 int otsuLevel(const Levels& levels) {
     constexpr double kLeast = std::numeric_limits<float>::epsilon();
     const double scale = 1.0 / std::accumulate(levels.begin(), levels.end(), 0);

@@ -15,7 +15,7 @@ void countLevels(const unsigned char* pixels, int count, Levels& levels);
 
 void addLevels(const Levels& more, Levels& levels);
 
-// The threshold by Otsu's method: the levels above it are bright. The same as the image library's
+// The threshold by Otsu's method: the levels above it are bright. The same as OpenCV's
 // for a picture with these levels; 0 when there are fewer than two.
 int otsuLevel(const Levels& levels);
 

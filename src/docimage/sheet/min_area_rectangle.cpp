@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-// The image library's own routine names the same rectangle by another angle from version to
+// OpenCV's own routine names the same rectangle by another angle from version to
 // version, and its first corner with it. Pages would come out sideways, so it is computed here, in
 // single precision and with ties decided by a fixed order of the vertices.
 namespace doccam {

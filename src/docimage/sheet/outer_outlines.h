@@ -10,7 +10,7 @@
 
 namespace doccam {
 
-// The same outlines, points and order of points as the image library's external contours without
+// The same outlines, points and order of points as OpenCV's external contours without
 // approximation. Memory is kept from one search to the next.
 class OuterOutlines {
   public:

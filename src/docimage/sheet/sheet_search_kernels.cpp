@@ -77,7 +77,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// From the farthest pixels inwards, in parts of 256, both ways: the image library's bell curve with
+// From the farthest pixels inwards, in parts of 256, both ways: OpenCV's bell curve with
 // an aperture of 21, whose outermost pixels weigh nothing.
 constexpr int kWeights[kBlurReach] = {2, 2, 4, 6, 11, 15, 20, 25, 28};
 constexpr int kMiddleWeight = 30;

@@ -23,7 +23,7 @@ int inPlaceUnits(double pixels) {
     return cv::saturate_cast<int>(pixels * kPlaceUnits);
 }
 
-// The same steps in the same order as in the image library, which rounding makes visible.
+// The same steps in the same order as in OpenCV, which rounding makes visible.
 cv::Matx23d inverseOf(const cv::Mat& map) {
     const cv::Matx23d m = map;
     const double determinant = m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0);

@@ -17,7 +17,7 @@ struct TurnedRegion {
 };
 
 // The region turned about its centre on a canvas that holds it whole, with black around it: the
-// same pixels as the image library's bilinear ones.
+// same pixels as OpenCV's bilinear ones.
 class TurnedPicture {
   public:
     // Whether a region with such pixels can be rendered: 8-bit with three channels, not empty, and

@@ -1,5 +1,5 @@
-// Makes JPEG files of pictures as the image library does, but hands the codec the rows as they are,
-// where the image library turns each of them red first.
+// Makes JPEG files of pictures as OpenCV does, but hands the codec the rows as they are,
+// where OpenCV turns each of them red first.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -9,7 +9,7 @@
 
 namespace doccam {
 
-// The file's bytes: those of the image library. quality is held to 0 to 100. Nothing for what is
+// The file's bytes: those of OpenCV. quality is held to 0 to 100. Nothing for what is
 // not 8-bit with one channel or three, blue first, and for a picture too large to be a JPEG.
 std::optional<std::vector<unsigned char>> jpegOf(const cv::Mat& picture, int quality);
 

@@ -15,7 +15,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// The PDF library counts bytes in 32 bits.
+// libharu counts bytes in 32 bits.
 constexpr std::size_t kMostBytes = std::size_t{1} << 30;
 constexpr unsigned kBitsPerSample = 8;
 

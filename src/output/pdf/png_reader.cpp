@@ -7,7 +7,7 @@
 namespace doccam {
 namespace {
 
-// The PDF library mangles 16-bit samples, fails on interlaced pictures or frees memory twice over
+// libharu mangles 16-bit samples, fails on interlaced pictures or frees memory twice over
 // them, and reads beyond the rows of a transparent palette picture with packed samples.
 bool isSimple(png_const_structp png, png_const_infop info) {
     const int depth = png_get_bit_depth(png, info);

@@ -26,7 +26,7 @@ class PngReader {
     // Reads the pixels and the end; after readHeader. False when something is missing or damaged.
     bool readPixels();
 
-    // True when the PDF library's own PNG reader, which also takes every warning for an error, can
+    // True when libharu's own PNG reader, which also takes every warning for an error, can
     // be given the file. After readPixels.
     bool isPlain() const { return plain_; }
 

@@ -1,4 +1,4 @@
-// Convex hulls against the image library's.
+// Convex hulls against OpenCV's.
 #include "docimage/sheet/convex_hull.h"
 #include "drawn_shapes.h"
 

@@ -1,4 +1,4 @@
-// Counting levels, and Otsu's threshold against the image library's.
+// Counting levels, and Otsu's threshold against OpenCV's.
 #include "docimage/pixels/levels.h"
 
 #include <gtest/gtest.h>

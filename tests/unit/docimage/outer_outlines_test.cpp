@@ -1,4 +1,4 @@
-// The outer outlines of regions and the line along them, against the image library's contours.
+// The outer outlines of regions and the line along them, against OpenCV's contours.
 #include "docimage/clean/outline_brush.h"
 #include "docimage/sheet/outer_outlines.h"
 #include "support/same_picture.h"

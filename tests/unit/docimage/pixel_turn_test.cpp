@@ -1,4 +1,4 @@
-// The one-pass turns against the image library's transpositions and mirrors.
+// The one-pass turns against OpenCV's transpositions and mirrors.
 #include "docimage/turn/pixel_turn.h"
 #include "state/library_state.h"
 

@@ -1,4 +1,4 @@
-// The search on the reduced copy of a frame, step by step, against the image library's steps.
+// The search on the reduced copy of a frame, step by step, against OpenCV's steps.
 #include "cleaning_pictures.h"
 #include "docimage/pixels/flat_field.h"
 #include "docimage/sheet/sheet_search.h"

@@ -1,4 +1,4 @@
-// Turned pictures and parts of them against the image library's.
+// Turned pictures and parts of them against OpenCV's.
 #include "cleaning_pictures.h"
 #include "docimage/turn/rotation_kernels.h"
 #include "docimage/turn/turned_picture.h"

@@ -1,4 +1,4 @@
-// JPEG files, byte by byte those of the image library.
+// JPEG files, byte by byte those of OpenCV.
 #include "output/files/jpeg_writer.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Scaled pictures against the image library's.
+// Scaled pictures against OpenCV's.
 #include "preview/linear_scaler.h"
 
 #include <gtest/gtest.h>

@@ -129,8 +129,8 @@ class LinearScaler::Strip {
             (first * shares.firstShare + second * shares.secondShare) >> 4);
     }
 
-    // Mixes a pixel and the next one. Reads kWideRead bytes and writes four samples, the last of no
-    // account.
+    // Mixes a pixel and the next one. Reads kWideRead bytes and writes four samples; the fourth is
+    // scratch.
     static void mixAtOnce(const uchar* pixels, const LinearTap& shares, std::int16_t* target) {
 #ifdef __SSE2__
         const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));

@@ -15,7 +15,7 @@ namespace {
 constexpr int kTileRowBytes = 3 * kTile;
 
 using Bytes [[gnu::vector_size(16)]] = unsigned char;
-using Pixels [[gnu::vector_size(16)]] = std::uint32_t; // four, the top byte of each of no account
+using Pixels [[gnu::vector_size(16)]] = std::uint32_t; // four; the top byte of each is scratch
 
 using Tile = std::array<Pixels, kTile>;
 

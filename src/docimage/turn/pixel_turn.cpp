@@ -20,8 +20,8 @@ constexpr int kBlockRows = 512;
 constexpr int kBlockColumns = 128;
 constexpr int kCacheLine = 64;
 
-// A column of tiles is turned while the memory for the next ones is fetched. The processor does not
-// foresee such a path through memory, and would wait for each line.
+// A column of tiles is turned while the memory for the next ones is fetched: the prefetcher cannot
+// predict this stride.
 constexpr int kRowsPerFetch = kBlockRows * kTile / kBlockColumns;
 
 // Copies count pixels that lie step bytes apart to places side by side.

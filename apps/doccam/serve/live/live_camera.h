@@ -107,7 +107,7 @@ class LiveCamera {
     std::optional<host::CameraSession> session_;
     std::string name_; // of the camera that was opened first: the one to look for
     host::PageSettings settings_;
-    int settingsVersion_ = 0; // tells a page which of two tidings is the later
+    int settingsVersion_ = 0; // orders settings updates
     PictureControls controls_;
     host::Size form_{1280, 960};
     Clock::time_point lastLook_, lastCount_;

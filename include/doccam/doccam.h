@@ -184,7 +184,7 @@ DOCCAM_API int AddImagePath(const char* path);
  * point, and empties the queue. With deleteSources the queued files are deleted afterwards.
  * 0: a file is at path; -1: the queue was empty; -2: no file is at path, or an error was printed,
  * as for a picture that is damaged or a full disk: then nothing is deleted, and a file that was at
- * path before stays as it was.
+ * path before stays as it was. Do not queue path itself: as a source it would be deleted.
  */
 DOCCAM_API int CombineToPDF(const char* path, bool deleteSources);
 

@@ -21,14 +21,6 @@ constexpr long kMegabytes = 1000;
 
 using Words = std::vector<std::string>;
 
-// The commands that read pictures, each as it costs most.
-std::vector<Words> commandsOn(const std::string& name) {
-    return {{"pdf", "all.pdf", name},
-            {"clean", name},
-            {"clean", "--bright-sheet", name},
-            {"read", name}};
-}
-
 std::string nameOf(const testing::TestParamInfo<Bomb>& info) {
     std::string name;
     for (const char letter : info.param.name) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -34,7 +35,19 @@ namespace {
     _exit(127);
 }
 
+double seconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
 } // namespace
+
+std::vector<std::vector<std::string>> commandsOn(const std::string& name) {
+    return {{"pdf", "all.pdf", name},
+            {"clean", name},
+            {"clean", "--bright-sheet", name},
+            {"read", name},
+            {"--virtual=" + name, "list"}};
+}
 
 void MeasuredRun::write(const std::string& name, const std::string& bytes) const {
     std::ofstream(file(name), std::ios::binary) << bytes;
@@ -44,6 +57,7 @@ Cost MeasuredRun::run(const std::vector<std::string>& words, const std::string& 
     std::vector<std::string> command{DOCCAM_PROGRAM};
     command.insert(command.end(), words.begin(), words.end());
     const std::string err = aside_.file("err");
+    const auto start = std::chrono::steady_clock::now();
     const pid_t process = fork();
     if (process == 0) {
         startAs(command, folder_.path(), err, setting);
@@ -53,8 +67,10 @@ Cost MeasuredRun::run(const std::vector<std::string>& words, const std::string& 
     if (wait4(process, &status, 0, &used) != process) {
         throw std::runtime_error("the program cannot be started");
     }
+    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - start;
     std::ifstream said(err);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, used.ru_maxrss / 1024,
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, used.ru_maxrss * 1024 / 1000000,
+            seconds(used.ru_utime) + seconds(used.ru_stime), wall.count(),
             std::string(std::istreambuf_iterator<char>(said), {})};
 }
 

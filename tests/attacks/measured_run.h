@@ -14,8 +14,13 @@ enum Status { kDone = 0, kNothingFound = 1, kUsage = 2, kNoCamera = 3, kInterrup
 struct Cost {
     int status = -1;    // -1 after a signal
     long megabytes = 0; // at most at a time, of any of its processes
+    double processorSeconds = 0;
+    double wallSeconds = 0;
     std::string err;
 };
+
+// The commands that read the picture of that name, each as it costs most.
+std::vector<std::vector<std::string>> commandsOn(const std::string& name);
 
 class MeasuredRun {
   public:

@@ -68,6 +68,9 @@ int run(Context& context, int argc, char** argv) {
     divertLibraryLines(context.options.verbose);
     context.interrupt =
         std::make_unique<Interrupt>(context.endsItself ? std::nullopt : std::optional(kPatience));
+    if (!context.endsItself) {
+        context.interrupt->check();
+    }
     const int code = context.run();
     finishOutput();
     return code;
@@ -76,6 +79,7 @@ int run(Context& context, int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    holdSignalsBack();
     holdStandardStreams();
     // A reader that ends early is a failed write, not the end in the middle of the work.
     std::signal(SIGPIPE, SIG_IGN);

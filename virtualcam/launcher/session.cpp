@@ -88,20 +88,21 @@ void prepareEnvironment(const Options& options) {
     _exit(127);
 }
 
-// The terminal's interrupt reaches the program by itself; what others send to the launcher is for
-// the program too, and the launcher stays to clean up.
-void passOn(const siginfo_t& signal, pid_t child) {
-    if (signal.si_signo != SIGCHLD && signal.si_code <= 0) {
+// The terminal's interrupt reaches the program by itself, unless it came before there was one; what
+// others send to the launcher is for the program too, and the launcher stays to clean up.
+void passOn(const siginfo_t& signal, const sigset_t& early, pid_t child) {
+    if (signal.si_signo != SIGCHLD &&
+        (signal.si_code <= 0 || sigismember(&early, signal.si_signo) == 1)) {
         kill(child, signal.si_signo);
     }
 }
 
-int await(pid_t child, const sigset_t& signals) {
+int await(pid_t child, const sigset_t& signals, const sigset_t& early) {
     int status = 0;
     while (waitpid(child, &status, WNOHANG) == 0) {
         siginfo_t signal{};
         if (sigwaitinfo(&signals, &signal) > 0) {
-            passOn(signal, child);
+            passOn(signal, early, child);
         }
     }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
@@ -131,6 +132,8 @@ int runSession(const Options& options) {
         tree.add(camera, place, {2 * place, 2 * place + 1});
         ++place;
     }
+    sigset_t early;
+    sigpending(&early);
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error("cannot start a process");
@@ -142,7 +145,7 @@ int runSession(const Options& options) {
     }
     try {
         const PlugControl control(tree, cameras);
-        return await(child, signals);
+        return await(child, signals, early);
     } catch (...) {
         kill(child, SIGTERM);
         throw;

@@ -26,7 +26,14 @@ bool isIgnored(int signal) {
     return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-sigset_t heldBack() {
+bool isReadable(int descriptor) {
+    pollfd state{descriptor, POLLIN, 0};
+    return poll(&state, 1, 0) > 0 && (state.revents & POLLIN) != 0;
+}
+
+} // namespace
+
+sigset_t holdSignalsBack() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -38,13 +45,11 @@ sigset_t heldBack() {
     return signals;
 }
 
-} // namespace
-
 Interrupt::Interrupt(std::optional<std::chrono::milliseconds> patience)
   : patience_(patience)
-  , signals_(heldBack())
-  , asked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+  , signals_(holdSignalsBack())
   , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
+  , asked_(eventfd(isReadable(watched_) ? 1 : 0, EFD_CLOEXEC | EFD_NONBLOCK))
   , ended_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
   , thread_([this] { watch(); }) {}
 
@@ -70,7 +75,7 @@ void Interrupt::waitOnNewThread() {
 void Interrupt::watch() const {
     std::optional<Clock::time_point> first;
     std::array<pollfd, 2> events{{{watched_, POLLIN, 0}, {ended_, POLLIN, 0}}};
-    if (raised()) { // on the thread before this one
+    if (raised()) { // before there was this thread
         first = Clock::now();
         endUnlessEndedSoon();
     }
@@ -101,8 +106,7 @@ void Interrupt::endUnlessEndedSoon() const {
 
 // Never read, so that every later look sees it too.
 bool Interrupt::raised() const {
-    pollfd state{asked_, POLLIN, 0};
-    return poll(&state, 1, 0) > 0 && (state.revents & POLLIN) != 0;
+    return isReadable(asked_);
 }
 
 void Interrupt::check() const {

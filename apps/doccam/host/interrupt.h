@@ -8,8 +8,12 @@
 
 namespace doccam::host {
 
-// While one exists, SIGINT, SIGTERM and SIGHUP are held back, but for those that were ignored
-// before, as under nohup. The first is told here. A process with patience that has not ended by
+// Holds SIGINT, SIGTERM and SIGHUP back, also from the programs that this process becomes, but for
+// those that are ignored, as under nohup. Returns those held back.
+sigset_t holdSignalsBack();
+
+// Waits for the signals that holdSignalsBack holds back, and for those that came since that was
+// called. The first is told here. A process with patience that has not ended by
 // then ends at once, with kInterrupted and without its work folders; without patience it goes on
 // until a signal comes half a second after the first or later. Make it before the process has
 // threads, which inherit what is held back.
@@ -39,8 +43,8 @@ class Interrupt {
 
     const std::optional<std::chrono::milliseconds> patience_;
     const sigset_t signals_;
-    const int asked_;
     const int watched_;
+    const int asked_;
     const int ended_;
     std::thread thread_;
 };

@@ -58,7 +58,7 @@ std::vector<Time> timed(const Picture& picture) {
     std::vector<unsigned char> raw(driver.size());
     const auto decoder = makeMjpegDecoder();
     cv::Mat frame(kHeight, kWidth, CV_8UC3);
-    cv::Mat& turned = state().session.roimage;
+    cv::Mat& turned = state().session.frames->roimage;
     turned.create(kWidth, kHeight, CV_8UC3);
     const View form{.x = {.form = 800}, .y = {.form = 600}};
     const View view = bestFit(form, {kHeight, kWidth}, {800, 600});

@@ -10,7 +10,7 @@ namespace doccam::bench {
 namespace {
 
 Contest quarterTurn(const Picture& picture) {
-    state().session.roimage.create(kWidth, kHeight, CV_8UC3);
+    state().session.frames->roimage.create(kWidth, kHeight, CV_8UC3);
     const cv::Mat turned(kWidth, kHeight, CV_8UC3);
     const cv::Mat frame = picture.pixels;
     return {
@@ -20,7 +20,7 @@ Contest quarterTurn(const Picture& picture) {
                 cv::transpose(frame, turned);
                 cv::flip(turned, turned, 1);
             },
-        .same = [turned] { return samePixels(state().session.roimage, turned); },
+        .same = [turned] { return samePixels(state().session.frames->roimage, turned); },
     };
 }
 

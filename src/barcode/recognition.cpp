@@ -2,7 +2,7 @@
 
 #include "base/pause.h"
 #include "base/picture_file.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -16,11 +16,11 @@
 namespace doccam {
 namespace {
 
-constexpr int kMostWaitsForCode = 199;
+constexpr int kMaximumWaitsForCode = 199;
 
-bool isPending() {
-    return state().session.IsRecogBarQr.load(std::memory_order_acquire) != kNoCodeRequest ||
-           state().session.reportingFaults.load(std::memory_order_acquire);
+bool isPending(const record::Session& session) {
+    return session.IsRecogBarQr.load(std::memory_order_acquire) != record::kNoCodeRequest ||
+           session.reportingFaults.load(std::memory_order_acquire);
 }
 
 // Empty when there is no readable image at path.
@@ -59,10 +59,10 @@ const char* keptText(std::string text) {
 
 } // namespace
 
-const char* requestCode(int mode) {
-    state().session.IsRecogBarQr.store(mode, std::memory_order_release);
-    pollWhile(isPending, kMostWaitsForCode);
-    return state().session.BarQrContent.current();
+const char* requestCode(record::Session& session, int mode) {
+    session.IsRecogBarQr.store(mode, std::memory_order_release);
+    pollWhile([&] { return isPending(session); }, kMaximumWaitsForCode);
+    return session.BarQrContent.current();
 }
 
 const char* readCodeFromFile(const char* path, CodeKind wanted) {

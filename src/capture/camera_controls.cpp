@@ -1,7 +1,7 @@
 #include "capture/camera_controls.h"
 
 #include "base/pause.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <sys/ioctl.h>
 
@@ -25,29 +25,27 @@ void selectControl(int selector, std::uint32_t& identifier) {
     }
 }
 
-int request(unsigned long code, void* record) {
-    return ioctl(state().session.cam_fd, code, record);
+int request(const record::Session& session, unsigned long code, void* record) {
+    return ioctl(session.cam_fd.get(), code, record);
 }
 
-bool queryControl() {
-    return request(VIDIOC_QUERYCTRL, &state().session.qctrl) == 0;
+bool queryControl(record::Session& session) {
+    return request(session, VIDIOC_QUERYCTRL, &session.qctrl) == 0;
 }
 
-// Reads the queried control; says on standard error when it cannot.
-bool readControl(const char* complaint) {
-    LibraryState& library = state();
-    library.session.ctrl.id = library.session.qctrl.id;
-    if (request(VIDIOC_G_CTRL, &library.session.ctrl) < 0) {
+// Reads the queried control; prints the complaint on standard error when it cannot.
+bool readControl(record::Session& session, const char* complaint) {
+    session.ctrl.id = session.qctrl.id;
+    if (request(session, VIDIOC_G_CTRL, &session.ctrl) < 0) {
         std::perror(complaint);
         return false;
     }
     return true;
 }
 
-bool writeControl(int value, const char* complaint) {
-    LibraryState& library = state();
-    library.session.ctrl.value = value;
-    if (request(VIDIOC_S_CTRL, &library.session.ctrl) == -1) {
+bool writeControl(record::Session& session, int value, const char* complaint) {
+    session.ctrl.value = value;
+    if (request(session, VIDIOC_S_CTRL, &session.ctrl) == -1) {
         std::puts(complaint);
         return false;
     }
@@ -65,102 +63,98 @@ void store(int* output, int value) {
 
 } // namespace
 
-int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, int* current) {
-    LibraryState& library = state();
-    if (!library.session.bKeep) {
+int controlRange(record::Session& session, int selector, int* minimum, int* maximum,
+                 int* defaultValue, int* current) {
+    if (!session.bKeep) {
         return -1;
     }
-    selectControl(selector, library.session.qctrl.id);
+    selectControl(selector, session.qctrl.id);
     pauseFor(50);
-    if (!queryControl()) {
+    if (!queryControl(session)) {
         return -1;
     }
-    if (!readControl("**********************get ctrl failed**************\n")) {
+    if (!readControl(session, "**********************get ctrl failed**************\n")) {
         return -2;
     }
-    store(minimum, library.session.qctrl.minimum);
-    store(maximum, library.session.qctrl.maximum);
-    store(defaultValue, library.session.qctrl.default_value);
-    store(current, library.session.ctrl.value);
+    store(minimum, session.qctrl.minimum);
+    store(maximum, session.qctrl.maximum);
+    store(defaultValue, session.qctrl.default_value);
+    store(current, session.ctrl.value);
     pauseFor(50);
     return 0;
 }
 
-int setControl(int selector, int value) {
-    LibraryState& library = state();
-    if (!library.session.bKeep) {
+int setControl(record::Session& session, int selector, int value) {
+    if (!session.bKeep) {
         return -1;
     }
     // Deliberate: gamma goes into the query record, and the value to the control used last.
-    selectControl(selector,
-                  selector == kGamma ? library.session.qctrl.id : library.session.ctrl.id);
+    selectControl(selector, selector == kGamma ? session.qctrl.id : session.ctrl.id);
     pauseFor(50);
-    if (!writeControl(value, "set param error!")) {
+    if (!writeControl(session, value, "set param error!")) {
         return -1;
     }
     pauseFor(20);
     return 0;
 }
 
-int resetControl(int selector) {
-    LibraryState& library = state();
-    if (!library.session.bKeep) {
+int resetControl(record::Session& session, int selector) {
+    if (!session.bKeep) {
         return kUnknown;
     }
-    selectControl(selector, library.session.qctrl.id);
+    selectControl(selector, session.qctrl.id);
     pauseFor(50);
     int value = kUnknown;
-    if (queryControl()) {
-        if (!readControl("**********************get default param failed**************\n")) {
+    if (queryControl(session)) {
+        if (!readControl(session,
+                         "**********************get default param failed**************\n")) {
             return -10002;
         }
-        value = library.session.qctrl.default_value;
+        value = session.qctrl.default_value;
     }
     pauseFor(50);
-    if (!writeControl(value, "set default param error!")) {
+    if (!writeControl(session, value, "set default param error!")) {
         return -10003;
     }
     pauseFor(10);
     return value;
 }
 
-int toggleZoomFocus() {
-    LibraryState& library = state();
-    if (!library.session.bKeep) {
+int toggleZoomFocus(record::Session& session) {
+    if (!session.bKeep) {
         return -1;
     }
     pauseFor(30);
-    library.session.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
-    if (!queryControl()) {
+    session.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
+    if (!queryControl(session)) {
         return 0;
     }
-    if (!readControl(kFocusUnread)) {
+    if (!readControl(session, kFocusUnread)) {
         return -2;
     }
     pauseFor(25);
-    return writeControl(library.session.ctrl.value != 0 ? 0 : 1, "set default param error!") ? 0
-                                                                                             : -3;
+    const int opposite = session.ctrl.value != 0 ? 0 : 1;
+    return writeControl(session, opposite, "set default param error!") ? 0 : -3;
 }
 
-int refocus() {
-    LibraryState& library = state();
-    if (!library.session.bKeep) {
+int refocus(record::Session& session) {
+    if (!session.bKeep) {
         return -1;
     }
     pauseFor(30);
-    library.session.qctrl.id = V4L2_CID_FOCUS_AUTO;
-    if (!queryControl()) {
+    session.qctrl.id = V4L2_CID_FOCUS_AUTO;
+    if (!queryControl(session)) {
         return 0;
     }
-    if (!readControl(kFocusUnread)) {
+    if (!readControl(session, kFocusUnread)) {
         return -2;
     }
     pauseFor(20);
-    if (!writeControl(0, "set default param error 01!")) {
+    if (!writeControl(session, 0, "set default param error 01!")) {
         return -3;
     }
     pauseFor(50);
-    if (!writeControl(1, "set default param error 02!")) {
+    if (!writeControl(session, 1, "set default param error 02!")) {
         return -4;
     }
     std::puts("ManualFocus");

@@ -8,19 +8,26 @@
 
 namespace doccam {
 
+namespace record {
+
+struct Session;
+
+} // namespace record
+
 // Reads a control's range, default and value; null outputs are passed over.
-int controlRange(int selector, int* minimum, int* maximum, int* defaultValue, int* current);
+int controlRange(record::Session& session, int selector, int* minimum, int* maximum,
+                 int* defaultValue, int* current);
 
 // Sets a control; gamma goes to the control used last instead.
-int setControl(int selector, int value);
+int setControl(record::Session& session, int selector, int value);
 
 // Sets a control to its default and returns that.
-int resetControl(int selector);
+int resetControl(record::Session& session, int selector);
 
 // Switches the zoom control between 0 and 1, by which some cameras focus.
-int toggleZoomFocus();
+int toggleZoomFocus(record::Session& session);
 
 // Switches automatic focus off and on again.
-int refocus();
+int refocus(record::Session& session);
 
 } // namespace doccam

@@ -2,7 +2,7 @@
 
 #include "base/pause.h"
 #include "capture/request_failure.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -25,47 +25,45 @@ v4l2_buffer bufferRecord(int index) {
     return record;
 }
 
-int mapBuffer(int index) {
-    LibraryState& library = state();
+int mapBuffer(record::Session& session, int index) {
     v4l2_buffer record = bufferRecord(index);
-    if (ioctl(library.session.cam_fd, VIDIOC_QUERYBUF, &record) != 0) {
+    if (ioctl(session.cam_fd.get(), VIDIOC_QUERYBUF, &record) != 0) {
         return requestFailed("ioctl(VIDIOC_QUERYBUF) failed %d(%s)", -10);
     }
     std::printf("buffer.length: %d", static_cast<int>(record.length));
     std::printf("buffer.m.offset: %d", static_cast<int>(record.m.offset));
     void* mapping = mmap(nullptr, record.length, PROT_READ | PROT_WRITE, MAP_SHARED,
-                         library.session.cam_fd, static_cast<off_t>(record.m.offset));
+                         session.cam_fd.get(), static_cast<off_t>(record.m.offset));
     if (mapping == MAP_FAILED) {
         const int error = errno;
         std::puts("MAP_FAILED!!!!!!!!!!!!!!!!!!!!!!!!!!!!");
         errno = error;
         return requestFailed("mmap() failed %d(%s)", -11);
     }
-    library.session.video_buffer_ptr[index] = static_cast<unsigned char*>(mapping);
-    library.session.mappedLength[static_cast<std::size_t>(index)] = record.length;
+    session.video_buffer_ptr[index] = static_cast<unsigned char*>(mapping);
+    session.mappedLength[static_cast<std::size_t>(index)] = record.length;
 
     record = bufferRecord(index);
-    if (ioctl(library.session.cam_fd, VIDIOC_QBUF, &record) != 0) {
+    if (ioctl(session.cam_fd.get(), VIDIOC_QBUF, &record) != 0) {
         return requestFailed("ioctl(VIDIOC_QBUF) failed %d(%s)", -12);
     }
     return 0;
 }
 
 // The pointer stays, as that of a buffer which was mapped once.
-void forget(int index) {
-    state().session.mappedLength[static_cast<std::size_t>(index)] = 0;
+void forget(record::Session& session, int index) {
+    session.mappedLength[static_cast<std::size_t>(index)] = 0;
 }
 
-bool wasEverMapped(int index) {
-    return state().session.video_buffer_ptr[index] != nullptr;
+bool wasEverMapped(const record::Session& session, int index) {
+    return session.video_buffer_ptr[index] != nullptr;
 }
 
 // Unmaps what is mapped of the buffer from an offset on.
-void unmapFrom(int index, std::size_t offset) {
-    LibraryState& library = state();
-    const std::size_t mapped = library.session.mappedLength[static_cast<std::size_t>(index)];
+void unmapFrom(const record::Session& session, int index, std::size_t offset) {
+    const std::size_t mapped = session.mappedLength[static_cast<std::size_t>(index)];
     if (offset < mapped) {
-        munmap(library.session.video_buffer_ptr[index] + offset, mapped - offset);
+        munmap(session.video_buffer_ptr[index] + offset, mapped - offset);
     }
 }
 
@@ -74,58 +72,56 @@ std::size_t wholePages(std::size_t length) {
     return (length + page - 1) / page * page;
 }
 
-// The length is the driver's to tell; it must not reach beyond what was mapped.
-void unmapBuffer(int index) {
-    LibraryState& library = state();
+// The driver reports the length; it must not reach past what was mapped.
+void unmapBuffer(record::Session& session, int index) {
     v4l2_buffer record = bufferRecord(index);
-    ioctl(library.session.cam_fd, VIDIOC_QUERYBUF, &record);
-    const std::size_t length = std::min<std::size_t>(
-        record.length, library.session.mappedLength[static_cast<std::size_t>(index)]);
-    if (wasEverMapped(index) && munmap(library.session.video_buffer_ptr[index], length) == -1) {
+    ioctl(session.cam_fd.get(), VIDIOC_QUERYBUF, &record);
+    const std::size_t length =
+        std::min<std::size_t>(record.length, session.mappedLength[static_cast<std::size_t>(index)]);
+    if (wasEverMapped(session, index) && munmap(session.video_buffer_ptr[index], length) == -1) {
         std::puts("munmap fail!!!");
-        // An unplugged camera no longer tells the length; the mapping is still there.
-        unmapFrom(index, 0);
+        // An unplugged camera no longer reports the length; the mapping is still there.
+        unmapFrom(session, index, 0);
     } else {
-        unmapFrom(index, wholePages(length));
+        unmapFrom(session, index, wholePages(length));
     }
-    forget(index);
+    forget(session, index);
     pauseFor(kUnmapPause);
 }
 
 } // namespace
 
-int mapDriverBuffers() {
-    LibraryState& library = state();
+int mapDriverBuffers(record::Session& session) {
     v4l2_requestbuffers request{};
-    request.count = static_cast<std::uint32_t>(library.session.buffer_count);
+    request.count = static_cast<std::uint32_t>(session.buffer_count);
     request.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     request.memory = V4L2_MEMORY_MMAP;
-    if (ioctl(library.session.cam_fd, VIDIOC_REQBUFS, &request) != 0) {
+    if (ioctl(session.cam_fd.get(), VIDIOC_REQBUFS, &request) != 0) {
         return requestFailed("ioctl(VIDIOC_REQBUFS) failed %d(%s)", -8);
     }
     std::printf("req.count: %d", static_cast<int>(request.count));
-    if (request.count < static_cast<std::uint32_t>(library.session.buffer_count)) {
+    if (request.count < static_cast<std::uint32_t>(session.buffer_count)) {
         std::puts("request buffer failed");
         return -9;
     }
-    for (int index = 0; index < library.session.buffer_count; ++index) {
-        if (const int code = mapBuffer(index); code != 0) {
+    for (int index = 0; index < session.buffer_count; ++index) {
+        if (const int code = mapBuffer(session, index); code != 0) {
             return code;
         }
     }
     return 0;
 }
 
-void unmapLostBuffers() {
-    for (int index = 0; index < state().session.buffer_count; ++index) {
-        unmapFrom(index, 0);
-        forget(index);
+void unmapLostBuffers(record::Session& session) {
+    for (int index = 0; index < session.buffer_count; ++index) {
+        unmapFrom(session, index, 0);
+        forget(session, index);
     }
 }
 
-void unmapDriverBuffers() {
-    for (int index = 0; index < state().session.buffer_count; ++index) {
-        unmapBuffer(index);
+void unmapDriverBuffers(record::Session& session) {
+    for (int index = 0; index < session.buffer_count; ++index) {
+        unmapBuffer(session, index);
     }
 }
 

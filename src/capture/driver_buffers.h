@@ -3,15 +3,21 @@
 
 namespace doccam {
 
+namespace record {
+
+struct Session;
+
+} // namespace record
+
 // Asks the open camera for buffers, maps and queues them, printing what it does. 0, or openCamera's
 // result code for the request that failed. What was mapped before a failure stays mapped.
-int mapDriverBuffers();
+int mapDriverBuffers(record::Session& session);
 
 // Unmaps, silently, what an earlier session left mapped: the driver keeps its device busy for as
 // long as a buffer is mapped.
-void unmapLostBuffers();
+void unmapLostBuffers(record::Session& session);
 
-// Unmaps all buffers, printing a line for each that was not mapped.
-void unmapDriverBuffers();
+// Unmaps all buffers, printing a line for each that is mapped no more.
+void unmapDriverBuffers(record::Session& session);
 
 } // namespace doccam

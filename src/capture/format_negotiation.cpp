@@ -1,15 +1,16 @@
 #include "capture/format_negotiation.h"
 
 #include "capture/request_failure.h"
-#include "state/library_state.h"
+#include "state/session.h"
+#include "state/settings.h"
 
 #include <sys/ioctl.h>
 
 namespace doccam {
 namespace {
 
-// More formats than any driver lists; ends the loop over one that never says stop.
-constexpr unsigned kMostFormats = 4096;
+// More formats than any driver lists; ends the loop over a driver that never stops.
+constexpr unsigned kMaximumFormats = 4096;
 
 void printDriver(int descriptor) {
     v4l2_capability capability{};
@@ -32,7 +33,7 @@ void printFormats(int descriptor) {
     v4l2_fmtdesc format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     int failed = 0;
-    for (format.index = 0; failed == 0 && format.index < kMostFormats; ++format.index) {
+    for (format.index = 0; failed == 0 && format.index < kMaximumFormats; ++format.index) {
         failed = ioctl(descriptor, VIDIOC_ENUM_FMT, &format);
         format.description[sizeof format.description - 1] = 0;
         std::printf("index %d, format %s", static_cast<int>(format.index),
@@ -49,25 +50,23 @@ void printFrameRate(int descriptor) {
                 static_cast<int>(interval.numerator), static_cast<int>(interval.denominator));
 }
 
-v4l2_format wantedFormat() {
-    const LibraryState& library = state();
+v4l2_format wantedFormat(const record::Session& session, const record::Settings& settings) {
     v4l2_format format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     format.fmt.pix.pixelformat =
-        library.settings.CameraFormat == 0 ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
-    format.fmt.pix.width = static_cast<std::uint32_t>(library.session.nWidth.load());
-    format.fmt.pix.height = static_cast<std::uint32_t>(library.session.nHeight.load());
+        settings.CameraFormat == 0 ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
+    format.fmt.pix.width = static_cast<std::uint32_t>(session.nWidth.load());
+    format.fmt.pix.height = static_cast<std::uint32_t>(session.nHeight.load());
     return format;
 }
 
-void noteFormat(const v4l2_format& format) {
-    LibraryState& library = state();
+void recordFormat(record::Session& session, const v4l2_format& format) {
     const v4l2_pix_format& picture = format.fmt.pix;
     std::printf("fmt.type:\t\t%d", static_cast<int>(format.type));
     const auto letter = [&](int i) { return static_cast<char>(picture.pixelformat >> (8 * i)); };
-    std::snprintf(library.session.pix_format, sizeof library.session.pix_format, "%c%c%c%c",
-                  letter(0), letter(1), letter(2), letter(3));
-    std::printf("pix.pixelformat:\t%s", library.session.pix_format);
+    std::snprintf(session.pix_format, sizeof session.pix_format, "%c%c%c%c", letter(0), letter(1),
+                  letter(2), letter(3));
+    std::printf("pix.pixelformat:\t%s", session.pix_format);
     std::printf("pix.width:\t\t%d", static_cast<int>(picture.width));
     std::printf("pix.height:\t\t%d", static_cast<int>(picture.height));
     std::printf("pix.field:\t\t%d", static_cast<int>(picture.field));
@@ -75,16 +74,15 @@ void noteFormat(const v4l2_format& format) {
 
 } // namespace
 
-void printCamera() {
-    const int descriptor = state().session.cam_fd;
+void printCamera(int descriptor) {
     printDriver(descriptor);
     printFormats(descriptor);
     printFrameRate(descriptor);
 }
 
-int negotiateFormat() {
-    const int descriptor = state().session.cam_fd;
-    v4l2_format format = wantedFormat();
+int negotiateFormat(record::Session& session, const record::Settings& settings) {
+    const int descriptor = session.cam_fd.get();
+    v4l2_format format = wantedFormat(session, settings);
     if (ioctl(descriptor, VIDIOC_TRY_FMT, &format) != 0) {
         return requestFailed("ioctl(VIDIOC_TRY_FMT) failed %d(%s)", -5);
     }
@@ -95,7 +93,7 @@ int negotiateFormat() {
         std::puts("set format failed!");
         return -7;
     }
-    noteFormat(format);
+    recordFormat(session, format);
     return 0;
 }
 

@@ -3,11 +3,18 @@
 
 namespace doccam {
 
-// Prints what the open camera says of itself: driver, formats, frame rate.
-void printCamera();
+namespace record {
 
-// Asks the open camera for the grab size in the chosen format and notes what it settled on. 0, or
-// openCamera's result code for the request that failed.
-int negotiateFormat();
+struct Session;
+struct Settings;
+
+} // namespace record
+
+// Prints the driver, formats and frame rate of the camera open at descriptor.
+void printCamera(int descriptor);
+
+// Asks the open camera for the grab size in the set format and records the format it settled on. 0,
+// or openCamera's result code for the request that failed.
+int negotiateFormat(record::Session& session, const record::Settings& settings);
 
 } // namespace doccam

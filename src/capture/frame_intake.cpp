@@ -2,7 +2,7 @@
 
 #include "base/shared_work.h"
 #include "decode/mjpeg_frames.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,22 +12,21 @@
 namespace doccam {
 namespace {
 
-// Room behind the frame for a pixel pair and for what a decoder may read beyond its data.
+// Room past the frame for a pixel pair and for what a decoder may read beyond its data.
 constexpr std::size_t kReadSlack = kCodecPadding + 16;
 
 // Images keep their size across some failed opens; the frame must then fill the larger of the two.
-std::size_t bytesToReserve(const LibraryState& library, std::size_t frame) {
-    return std::max(frame, library.session.srcimage.total() * library.session.srcimage.elemSize()) +
-           kReadSlack;
+std::size_t bytesToReserve(const cv::Mat& image, std::size_t frame) {
+    return std::max(frame, image.total() * image.elemSize()) + kReadSlack;
 }
 
 } // namespace
 
-FrameIntake::FrameIntake(StreamingThread& thread, LibraryState& library)
+FrameIntake::FrameIntake(StreamingThread& thread, const record::Session& session)
   : thread_(thread)
-  , library_(library)
-  , capacity_(static_cast<std::size_t>(std::max(library.session.nSize.load(), 0)))
-  , reserved_(bytesToReserve(library, capacity_))
+  , session_(session)
+  , capacity_(static_cast<std::size_t>(std::max(session.nSize.load(), 0)))
+  , reserved_(bytesToReserve(thread.frames().srcimage, capacity_))
   , frame_(std::make_unique<RawFrame>(reserved_))
   , sidePicture_(av_frame_alloc()) {}
 
@@ -56,18 +55,18 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
     beginNext();
     // Whatever slows the codec down slows the frames down.
     reserveCores(nextIsBegun_ ? 1 : 0);
-    storeFrame(decoded, image.cols, image.rows, image);
+    storeFrame(session_.pdecode, decoded, wanted_, image);
     return true;
 }
 
 bool FrameIntake::fetch(RawFrame& frame) {
     DequeuedBuffer dequeued;
-    const int descriptor = library_.session.cam_fd;
+    const int descriptor = session_.cam_fd.get();
     if (!thread_.outside([&] { dequeued = dequeueBuffer(descriptor); })) {
         return false;
     }
     unsigned char* const bytes = frame.bytes.data();
-    frame.grabbed = takeFrame(dequeued, {bytes, capacity_});
+    frame.grabbed = takeFrame(session_, dequeued, {bytes, capacity_});
     // A short frame is followed by zeros, not by what a longer one left.
     const int length = frame.grabbed.length;
     if (length < frame.dirtyLength) {
@@ -78,8 +77,8 @@ bool FrameIntake::fetch(RawFrame& frame) {
 }
 
 bool FrameIntake::fetchNextIfThere() {
-    if (hasNext_ || !sidePicture_ || !library_.session.bKeep || thread_.stopRequested() ||
-        !hasFilledBuffer(library_.session.cam_fd)) {
+    if (hasNext_ || !sidePicture_ || !session_.bKeep || thread_.stopRequested() ||
+        !hasFilledBuffer(session_.cam_fd.get())) {
         return true;
     }
     if (!next_) {
@@ -95,7 +94,7 @@ void FrameIntake::beginNext() {
     }
     nextIsBegun_ = true;
     thread_.side().begin([this, next = next_.get()] {
-        sideResult_ = decodeFrameInto(*sidePicture_, mjpegIn(*next));
+        sideResult_ = decodeFrameInto(session_.pdecode, *sidePicture_, mjpegIn(*next));
     });
 }
 
@@ -111,10 +110,10 @@ Decoded FrameIntake::decode(FrameSize wanted) {
     }
     wanted_ = wanted; // the side reads it
     if (!isBegun) {
-        return decodeFrame(mjpegIn(*frame_));
+        return decodeFrame(session_.pdecode, mjpegIn(*frame_));
     }
     if (sideResult_ == Decoded::kPicture) {
-        adoptPicture(*sidePicture_);
+        adoptPicture(session_.pdecode, *sidePicture_);
     }
     return sideResult_;
 }

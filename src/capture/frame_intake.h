@@ -14,14 +14,18 @@
 
 namespace doccam {
 
-struct LibraryState;
+namespace record {
+
+struct Session;
+
+} // namespace record
 
 // A codec decodes a frame on one thread, and everything else that is done with a frame takes less
 // time. So the thread's side decodes the next MJPEG frame meanwhile, but only one that the driver
-// already has: no frame waits for the next one. Whatever happens to it is told when its turn comes.
+// already has: no frame waits for the next one. What becomes of it is reported in its turn.
 class FrameIntake {
   public:
-    FrameIntake(StreamingThread& thread, LibraryState& library);
+    FrameIntake(StreamingThread& thread, const record::Session& session);
     ~FrameIntake();
     FrameIntake(const FrameIntake&) = delete;
     FrameIntake& operator=(const FrameIntake&) = delete;
@@ -29,10 +33,10 @@ class FrameIntake {
     // Takes the next frame, for which it waits. False when the thread has been given up meanwhile.
     bool take();
 
-    // What has become of the frame taken last.
+    // What became of the frame taken last.
     const GrabbedFrame& grabbed() const { return frame_->grabbed; }
 
-    // Its bytes, behind which a pair of pixels more may be read.
+    // Its bytes; one pair of pixels past their end may be read.
     unsigned char* bytes() const { return frame_->bytes.data(); }
 
     // Decodes the frame taken last into image, as do_excute_image does. False when the thread has
@@ -44,7 +48,7 @@ class FrameIntake {
         explicit RawFrame(std::size_t reserved)
           : bytes(reserved) {}
 
-        ZeroedBytes bytes;   // and the zeros that a decoder reads behind the frame
+        ZeroedBytes bytes;   // and the zeros that a decoder reads past the frame
         int dirtyLength = 0; // bytes that earlier frames may have left
         GrabbedFrame grabbed;
     };
@@ -56,7 +60,7 @@ class FrameIntake {
     MjpegFrame mjpegIn(const RawFrame& frame) const;
 
     StreamingThread& thread_;
-    LibraryState& library_;
+    const record::Session& session_;
     std::size_t capacity_; // of a frame
     std::size_t reserved_;
     FrameSize wanted_; // of the decoded frames

@@ -21,8 +21,9 @@ constexpr int kFramePause = 3;
 
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
+  , frames_(thread.frames())
   , library_(library)
-  , intake_(thread, library) {}
+  , intake_(thread, library.session) {}
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
@@ -62,8 +63,8 @@ FrameLoop::Next FrameLoop::grab() {
     if (result != 0) {
         std::puts("grabImage error!!!!!!!!!!");
         std::printf("cam get image ret = %d\n", result);
-        if (endsUnasked()) {
-            reportFault(endOfStream(result, library_.session.cam_fd));
+        if (endsUnexpectedly()) {
+            reportFault(endOfStream(result, library_.session.cam_fd.get()));
         }
         return Next::kEnd;
     }
@@ -71,7 +72,7 @@ FrameLoop::Next FrameLoop::grab() {
 }
 
 FrameLoop::Next FrameLoop::decode() {
-    cv::Mat& image = library_.session.srcimage;
+    cv::Mat& image = frames_.srcimage;
     if (isMjpeg()) {
         return intake_.decodeInto(image) ? Next::kFrame : Next::kEnd;
     }
@@ -80,7 +81,7 @@ FrameLoop::Next FrameLoop::decode() {
         return Next::kFrame;
     }
     std::puts("don't suport format");
-    if (endsUnasked()) {
+    if (endsUnexpectedly()) {
         reportFault({DOCCAM_FAULT_STREAM_ENDED, DOCCAM_CAUSE_PIXEL_FORMAT,
                      "the pixel format is neither MJPEG nor YUYV"});
     }
@@ -103,7 +104,7 @@ bool FrameLoop::isMjpeg() const {
     return std::strstr(library_.session.pix_format, "MJPG") != nullptr;
 }
 
-// The frames right after a turn would be shown with the geometry of before.
+// The first frames after a turn would be shown with the geometry of the old orientation.
 bool FrameLoop::dropAfterTurn() {
     int left = library_.settings.RotateFlag;
     while (left > 0) {
@@ -118,14 +119,13 @@ bool FrameLoop::dropAfterTurn() {
 void FrameLoop::rotate() {
     switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
     case 1:
-        turnIntoFrame(library_.session.srcimage, Quarter::kClockwise, library_.session.roimage);
+        turnIntoFrame(frames_.srcimage, Quarter::kClockwise, frames_.roimage);
         break;
     case 2:
-        turnByHalf(library_.session.srcimage);
+        turnByHalf(frames_.srcimage);
         break;
     case 3:
-        turnIntoFrame(library_.session.srcimage, Quarter::kCounterClockwise,
-                      library_.session.roimage);
+        turnIntoFrame(frames_.srcimage, Quarter::kCounterClockwise, frames_.roimage);
         break;
     default:
         break;
@@ -136,16 +136,16 @@ const cv::Mat* FrameLoop::workingImage() const {
     switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
     case 0:
     case 2:
-        return &library_.session.srcimage;
+        return &frames_.srcimage;
     case 1:
     case 3:
-        return &library_.session.roimage;
+        return &frames_.roimage;
     default:
         return nullptr;
     }
 }
 
-bool FrameLoop::endsUnasked() const {
+bool FrameLoop::endsUnexpectedly() const {
     return hasFaultCallback() && library_.session.bKeep && !thread_.stopRequested();
 }
 
@@ -153,13 +153,13 @@ FrameLoop::Next FrameLoop::reportFaults() {
     if (faults_.empty()) {
         return Next::kFrame;
     }
-    return thread_.outside([this] { faults_.tell(); }) ? Next::kFrame : Next::kEnd;
+    return thread_.outside([this] { faults_.report(); }) ? Next::kFrame : Next::kEnd;
 }
 
-template <typename Lower>
-FrameLoop::Next FrameLoop::answer(Lower&& lower) {
+template <typename ClearFlag>
+FrameLoop::Next FrameLoop::completeRequest(ClearFlag&& clearFlag) {
     library_.session.reportingFaults.store(!faults_.empty(), std::memory_order_release);
-    lower();
+    clearFlag();
     const Next next = reportFaults();
     library_.session.reportingFaults.store(false, std::memory_order_release);
     return next;
@@ -171,15 +171,15 @@ FrameLoop::Next FrameLoop::takeStill() {
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
-            const Still still = prepareStill(library_.session.imgSavePath.load().data(),
+            const Still still = prepareStill(library_.session.imgSavePath.load(),
                                              library_.settings.cutType, *image, library_);
-            thread_.writing([&] { saveStill(still); });
+            thread_.writing([&] { saveStill(still, library_.settings); });
         }
     });
     if (thread_.abandoned()) {
         return Next::kEnd;
     }
-    return answer(
+    return completeRequest(
         [this] { library_.session.isShootPhoto.store(false, std::memory_order_release); });
 }
 
@@ -199,7 +199,7 @@ FrameLoop::Next FrameLoop::readCode() {
     if (!read) {
         library_.session.BarQrContent.publish({});
     }
-    return answer(
+    return completeRequest(
         [this] { library_.session.IsRecogBarQr.store(kNoCodeRequest, std::memory_order_release); });
 }
 
@@ -236,7 +236,8 @@ FrameLoop::Next FrameLoop::deliverPreview() {
             callback(picture.pixels, picture.width, picture.height, picture.startX, picture.startY);
         });
     };
-    containing(DOCCAM_FAULT_PREVIEW, [&] { showPreview(library_, workingImage(), deliver); });
+    containing(DOCCAM_FAULT_PREVIEW,
+               [&] { showPreview(library_.view, frames_.zoomimage, workingImage(), deliver); });
     return thread_.abandoned() ? Next::kEnd : Next::kFrame;
 }
 

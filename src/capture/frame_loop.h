@@ -11,6 +11,7 @@ struct LibraryState;
 
 class FrameLoop {
   public:
+    // library without its frames, which are the thread's.
     FrameLoop(StreamingThread& thread, LibraryState& library);
 
     // Works frame after frame until the session ends, the driver fails or the thread is given up.
@@ -23,7 +24,7 @@ class FrameLoop {
     Next grab();
     Next decode();
 
-    // Whether the frame is there, decoded and turned, for the stages to come.
+    // Decodes and turns the frame; usable tells whether the later stages have one.
     Next prepareFrame(bool& usable);
     bool dropAfterTurn();
     void rotate();
@@ -33,24 +34,25 @@ class FrameLoop {
     Next deliverFrame();
     Next deliverPreview();
 
-    // True when a host that hears faults has not ended the stream itself. Only then may the driver
-    // be asked for the reason.
-    bool endsUnasked() const;
+    // True when the host has a fault callback and has not ended the stream itself. Only then may
+    // the driver be asked for the reason.
+    bool endsUnexpectedly() const;
 
-    // Hands noted faults to the host.
+    // Reports deferred faults to the host.
     Next reportFaults();
 
-    // Takes back the request that lower lowers. A host that waits for the answer hears faults
-    // first; one that reopens the camera when it hears them must not find the request again.
-    template <typename Lower>
-    Next answer(Lower&& lower);
+    // Completes the request that clearFlag clears. Its faults are reported before a waiting host
+    // sees it completed; a host that reopens the camera on such a report must not find it pending.
+    template <typename ClearFlag>
+    Next completeRequest(ClearFlag&& clearFlag);
 
     bool isMjpeg() const;
 
-    // The image that a stage works on, null for a rotation that is none.
+    // The image that a stage works on, null for an undefined rotation.
     const cv::Mat* workingImage() const;
 
     StreamingThread& thread_;
+    Frames& frames_;
     LibraryState& library_;
     DeferredFaults faults_;
     FrameIntake intake_;

@@ -2,7 +2,7 @@
 
 #include "base/parallel_copy.h"
 #include "base/pause.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -23,7 +23,7 @@ DequeuedBuffer dequeueBuffer(int descriptor) {
     DequeuedBuffer dequeued;
     dequeued.record.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     dequeued.record.memory = V4L2_MEMORY_MMAP;
-    dequeued.record.index = kBufferCount;
+    dequeued.record.index = record::kBufferCount;
     if (ioctl(descriptor, VIDIOC_DQBUF, &dequeued.record) != 0) {
         dequeued.error = errno;
     }
@@ -34,9 +34,9 @@ namespace {
 
 // A driver ends its streams before it takes its nodes away.
 bool isUnplugged(int descriptor) {
-    constexpr int kMostAsks = 20;
+    constexpr int kMaximumAsks = 20;
     constexpr int kPause = 10;
-    for (int asks = 0; asks < kMostAsks; ++asks) {
+    for (int asks = 0; asks < kMaximumAsks; ++asks) {
         v4l2_capability capability{};
         if (ioctl(descriptor, VIDIOC_QUERYCAP, &capability) != 0 && errno == ENODEV) {
             return true;
@@ -60,23 +60,23 @@ Fault endOfStream(int result, int descriptor) {
                : fault(DOCCAM_CAUSE_DRIVER, "the driver failed to hand over a frame");
 }
 
-GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame) {
+GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
+                       std::span<unsigned char> frame) {
     using enum GrabbedFrame::Failure;
-    LibraryState& library = state();
     v4l2_buffer& record = dequeued.record;
     if (dequeued.error != 0) {
         return {kDequeue, dequeued.error};
     }
-    if (record.index >= static_cast<unsigned>(library.session.buffer_count) ||
-        library.session.mappedLength[record.index] == 0) {
+    if (record.index >= static_cast<unsigned>(session.buffer_count) ||
+        session.mappedLength[record.index] == 0) {
         return {kBufferIndex, static_cast<int>(record.index)};
     }
-    // A driver may name a length beyond what was mapped or can be a frame.
+    // A driver may report a length past what was mapped or what a frame can have.
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
-                                         library.session.mappedLength[record.index], frame.size()});
-    copyInParallel({library.session.video_buffer_ptr[record.index], copied}, frame.data());
+                                         session.mappedLength[record.index], frame.size()});
+    copyInParallel({session.video_buffer_ptr[record.index], copied}, frame.data());
     GrabbedFrame grabbed{.length = static_cast<int>(copied)};
-    if (ioctl(library.session.cam_fd, VIDIOC_QBUF, &record) != 0) {
+    if (ioctl(session.cam_fd.get(), VIDIOC_QBUF, &record) != 0) {
         grabbed.failure = kRequeue;
         grabbed.detail = errno;
     }
@@ -101,10 +101,10 @@ int logGrabFailure(const GrabbedFrame& grabbed) {
     return kGrabFailed;
 }
 
-int grabFrame(unsigned char* buffer, int* length) {
-    const LibraryState& library = state();
-    const auto bytes = static_cast<std::size_t>(std::max(library.session.nSize.load(), 0));
-    const GrabbedFrame grabbed = takeFrame(dequeueBuffer(library.session.cam_fd), {buffer, bytes});
+int grabFrame(const record::Session& session, unsigned char* buffer, int* length) {
+    const auto bytes = static_cast<std::size_t>(std::max(session.nSize.load(), 0));
+    const GrabbedFrame grabbed =
+        takeFrame(session, dequeueBuffer(session.cam_fd.get()), {buffer, bytes});
     if (grabbed.failure == GrabbedFrame::Failure::kNone ||
         grabbed.failure == GrabbedFrame::Failure::kRequeue) {
         *length = grabbed.length;

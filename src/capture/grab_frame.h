@@ -9,6 +9,12 @@
 
 namespace doccam {
 
+namespace record {
+
+struct Session;
+
+} // namespace record
+
 inline constexpr int kGrabFailed = -1;
 inline constexpr int kGrabImpossibleBuffer = -100;
 
@@ -34,14 +40,15 @@ struct GrabbedFrame {
 };
 
 // Copies as much of the frame as fits into frame, and gives the buffer back to the driver.
-GrabbedFrame takeFrame(DequeuedBuffer dequeued, std::span<unsigned char> frame);
+GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
+                       std::span<unsigned char> frame);
 
 // 0, or one of the codes above after printing why.
 int logGrabFailure(const GrabbedFrame& grabbed);
 
 // Takes one frame of the session into buffer, which has room for a frame's bytes; its length goes
 // to length. 0, or one of the codes above after printing why.
-int grabFrame(unsigned char* buffer, int* length);
+int grabFrame(const record::Session& session, unsigned char* buffer, int* length);
 
 // Why no further frame comes from descriptor after logGrabFailure() gave result.
 Fault endOfStream(int result, int descriptor);

@@ -1,16 +1,13 @@
 #include "capture/open_camera.h"
 
-#include "base/device_node.h"
-#include "base/frame_size.h"
 #include "base/slack_image.h"
 #include "capture/driver_buffers.h"
 #include "capture/format_negotiation.h"
-#include "capture/frame_loop.h"
-#include "capture/grab_size.h"
 #include "capture/request_failure.h"
-#include "capture/session_end.h"
+#include "capture/session.h"
 #include "decode/mjpeg_frames.h"
 #include "discovery/device_enumeration.h"
+#include "discovery/device_node.h"
 #include "discovery/frame_sizes.h"
 #include "state/library_state.h"
 
@@ -22,11 +19,11 @@
 namespace doccam {
 namespace {
 
-bool sizesKnown(int index) {
-    if (!hasSizes()) {
-        enumerateSizes(index);
+bool sizesKnown(LibraryState& library, int index) {
+    if (!hasSizes(library.discovery)) {
+        countSizes(library, index);
     }
-    return hasSizes();
+    return hasSizes(library.discovery);
 }
 
 // A frame must have pixels, and its bytes must be countable in nSize.
@@ -34,119 +31,71 @@ bool isPossible(FrameSize size) {
     return size.width > 0 && size.height > 0 && size.area() <= std::numeric_limits<int>::max() / 3;
 }
 
-void chooseGrabSize(FrameSize size) {
+void chooseGrabSize(record::Session& session, FrameSize size) {
     const bool enlarged = size == kEnlargedSize;
-    state().session.isInsert1000M = enlarged;
-    setGrabSize(state().session, enlarged ? kFullSize : size);
+    session.isInsert1000M = enlarged;
+    setGrabSize(session, enlarged ? kFullSize : size);
 }
 
-void leaveOpenNode() {
-    LibraryState& library = state();
-    if (library.session.cam_fd == kNoDescriptor) {
-        return;
-    }
-    if (library.session.bKeep) {
-        closeSession();
-        std::puts("---------openCamera > closeCamera BB---------");
-    } else {
-        close(library.session.cam_fd);
-        std::puts("---------openCamera > closeCamera AA---------");
-    }
-    std::puts("---------openCamera closeCamera!---------");
-}
-
-// A callback of the thread that was given up may still read them; the next session takes others.
-void leavePixelsBehind() {
-    LibraryState& library = state();
-    for (cv::Mat* image :
-         {&library.session.srcimage, &library.session.roimage, &library.session.zoomimage}) {
-        image->release();
-    }
-    library.view.WEB_BUF = nullptr;
-    library.view.previewPixels.reset();
-}
-
-// What an earlier session could not release: its thread and its mappings outlive a descriptor that
-// getCameraName took away, its mappings a failed open. They would keep the camera busy.
-void endEarlierSession() {
-    const EndingClaim claim(EndingClaim::IfTaken::kWait);
-    if (retireStreamingThread() == ThreadEnd::kGivenUp) {
-        leavePixelsBehind();
-    }
-    unmapLostBuffers();
-}
-
-int openNode(int index) {
-    LibraryState& library = state();
-    library.session.cam_fd =
-        openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str());
-    if (library.session.cam_fd == kNoDescriptor) {
+int openNode(record::Session& session, const std::string& path) {
+    session.cam_fd.reset(openDeviceNode(path.c_str()));
+    if (!session.cam_fd.isOpen()) {
         std::puts("打开相机节点失败");
         return -3;
     }
-    library.session.sessionProcess = getpid();
+    session.sessionProcess = getpid();
     return 0;
 }
 
-// The size asked for decides, whatever the driver settled on; images that are there keep theirs.
-void allocateImages() {
-    LibraryState& library = state();
-    if (library.session.srcimage.empty()) {
-        library.session.srcimage = makeSlackImage(library.session.nHeight, library.session.nWidth);
+// The requested size decides, whatever the driver settled on; images that exist keep theirs.
+void allocateImages(const record::Session& session) {
+    Frames& frames = *session.frames;
+    if (frames.srcimage.empty()) {
+        frames.srcimage = makeSlackImage(session.nHeight, session.nWidth);
     }
-    if (library.session.roimage.empty()) {
-        // Black, not whatever lay there: a turn in the middle of a frame shows it before it is
-        // filled.
-        library.session.roimage =
-            cv::Mat::zeros(library.session.nWidth, library.session.nHeight, CV_8UC3);
+    if (frames.roimage.empty()) {
+        // Black, since a turn in the middle of a frame shows it before it is filled.
+        frames.roimage = cv::Mat::zeros(session.nWidth, session.nHeight, CV_8UC3);
     }
 }
 
-int switchStreamOn() {
+int switchStreamOn(const record::Session& session) {
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    if (ioctl(state().session.cam_fd, VIDIOC_STREAMON, &type) != 0) {
+    if (ioctl(session.cam_fd.get(), VIDIOC_STREAMON, &type) != 0) {
         return requestFailed("ioctl(VIDIOC_STREAMON) failed %d(%s)\n", -13);
     }
     return 0;
 }
 
-void startThread() {
-    LibraryState& library = state();
-    const auto thread = std::make_shared<StreamingThread>();
-    library.session.streamingThread = thread;
-    library.session.bKeep = true;
-    if (!thread->start(streamFrames)) {
-        std::puts("create thread error");
+int startStream(LibraryState& library, int index) {
+    record::Session& session = library.session;
+    const auto& node = library.discovery.devices[static_cast<std::size_t>(index)];
+    if (const int code = openNode(session, node); code != 0) {
+        return code;
     }
+    printCamera(session.cam_fd.get());
+    if (const int code = negotiateFormat(session, library.settings); code != 0) {
+        return code;
+    }
+    if (const int code = mapDriverBuffers(session); code != 0) {
+        return code;
+    }
+    allocateImages(session);
+    return switchStreamOn(session);
 }
 
-int startStream(int index) {
-    if (const int code = openNode(index); code != 0) {
-        return code;
-    }
-    printCamera();
-    if (const int code = negotiateFormat(); code != 0) {
-        return code;
-    }
-    if (const int code = mapDriverBuffers(); code != 0) {
-        return code;
-    }
-    allocateImages();
-    return switchStreamOn();
-}
-
-// A failure while the buffers are being mapped leaves everything as it stands.
+// A failure while the buffers are being mapped leaves everything as it is.
 bool keepsDecoder(int code) {
     return code == -10 || code == -11 || code == -12;
 }
 
 } // namespace
 
-int openSession(int index, FrameSize size) {
-    if (!cameraExists(index)) {
+int openSession(LibraryState& library, int index, FrameSize size) {
+    if (!cameraExists(library.discovery, index)) {
         return -1;
     }
-    if (!sizesKnown(index)) {
+    if (!sizesKnown(library, index)) {
         return -2;
     }
     if (!isPossible(size)) {
@@ -154,19 +103,40 @@ int openSession(int index, FrameSize size) {
                      size.height);
         return -2;
     }
-    createDecoder();
-    chooseGrabSize(size);
-    leaveOpenNode();
-    endEarlierSession();
-    if (const int code = startStream(index); code != 0) {
+    record::Session& session = library.session;
+    createDecoder(session.pdecode);
+    chooseGrabSize(session, size);
+    if (releaseNode(library, "openCamera >")) {
+        std::puts("---------openCamera closeCamera!---------");
+    }
+    endLostSession(library);
+    if (const int code = startStream(library, index); code != 0) {
         if (!keepsDecoder(code)) {
-            releaseDecoder();
+            releaseDecoder(session.pdecode);
         }
         return code;
     }
-    startThread();
+    startStreaming(session);
     std::puts("ovisto->openCamera OK");
     return 0;
+}
+
+int countSizes(LibraryState& library, int index) {
+    if (!cameraExists(library.discovery, index)) {
+        return 0;
+    }
+    releaseNode(library, "getResolutionCount");
+    UniqueFd& node = library.session.cam_fd;
+    node.reset(openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str()));
+    if (!node.isOpen()) {
+        std::puts("open camera error!!");
+        return 0;
+    }
+    listSizes(node.get(), library.discovery);
+    node.reset();
+    library.session.isInsert1000M = false;
+    appendEnlargedSize(library.discovery, library.settings);
+    return selectedSizeCount(library.discovery, library.settings);
 }
 
 } // namespace doccam

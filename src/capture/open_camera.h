@@ -5,8 +5,14 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 // Opens the camera at index for frames of size and starts the streaming thread. 0 or the fixed code
 // of the failing step, whose clean-up is fixed as well. Host thread.
-int openSession(int index, FrameSize size);
+int openSession(LibraryState& library, int index, FrameSize size);
+
+// Lists the frame sizes of the camera at index, which ends an open session, and prints each. How
+// many there are for the set format; 0 on any failure. Host thread.
+int countSizes(LibraryState& library, int index);
 
 } // namespace doccam

@@ -1,18 +1,14 @@
 #include "capture/streaming_thread.h"
 
 #include <csignal>
-#include <thread>
 
 namespace doccam {
 namespace {
 
-// How often a waiting host looks whether the thread has ended or can be given up.
-constexpr std::chrono::milliseconds kSlice{1};
-
 thread_local const StreamingThread* current = nullptr;
 
 // The host's signals are for the host's threads: one that interrupted the wait for a frame would
-// end the stream. Those that tell of a thread's own fault, or measure it, stay.
+// end the stream. Those that report a thread's own fault, or profile it, stay.
 class SignalsBlocked {
   public:
     SignalsBlocked() {
@@ -64,37 +60,51 @@ void StreamingThread::run(Work work) {
     current = this;
     work(*this);
     current = nullptr;
-    ended_.store(true, std::memory_order_release);
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    changed_.notify_all();
 }
 
 bool StreamingThread::isCurrentThread() {
     return current != nullptr;
 }
 
+// Either this sees the request to stop and wakes the host, or the host sees the new phase.
+void StreamingThread::leave(Phase to) {
+    phase_.store(to, std::memory_order_seq_cst);
+    if (stop_.load(std::memory_order_seq_cst)) {
+        const std::lock_guard lock(mutex_);
+        changed_.notify_all();
+    }
+}
+
 void StreamingThread::retire(Patience patience) {
     if (!ofThisProcess()) {
         return;
     }
-    stop_.store(true, std::memory_order_release);
+    stop_.store(true, std::memory_order_seq_cst);
     if (current == this) {
         giveUp(Phase::kInCall);
         return;
     }
     const auto start = std::chrono::steady_clock::now();
-    while (!ended_.load(std::memory_order_acquire)) {
-        const auto waited = std::chrono::steady_clock::now() - start;
-        if ((waited >= patience.inCall && giveUp(Phase::kInCall)) ||
-            (waited >= patience.inWriting && giveUp(Phase::kWriting))) {
-            return;
-        }
-        std::this_thread::sleep_for(kSlice);
+    const auto ended = [this] { return ended_; };
+    const auto endedOrInCall = [&] { return ended_ || giveUp(Phase::kInCall); };
+    const auto endedOrOutside = [&] { return endedOrInCall() || giveUp(Phase::kWriting); };
+    std::unique_lock lock(mutex_);
+    if (!changed_.wait_until(lock, start + patience.inCall, ended) &&
+        !changed_.wait_until(lock, start + patience.inWriting, endedOrInCall)) {
+        changed_.wait(lock, endedOrOutside);
     }
-    pthread_join(thread_, nullptr);
+    if (ended_) {
+        lock.unlock();
+        pthread_join(thread_, nullptr);
+    }
 }
 
 bool StreamingThread::giveUp(Phase in) {
     Phase expected = in;
-    if (!phase_.compare_exchange_strong(expected, Phase::kAbandoned, std::memory_order_acq_rel)) {
+    if (!phase_.compare_exchange_strong(expected, Phase::kAbandoned)) {
         return false;
     }
     abandonedInWriting_ = in == Phase::kWriting;

@@ -3,17 +3,18 @@
 #pragma once
 
 #include "capture/decode_thread.h"
+#include "state/frames.h"
 
-#include <opencv2/core/mat.hpp>
 #include <pthread.h>
 #include <sys/types.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <utility>
-#include <vector>
 
 namespace doccam {
 
@@ -21,16 +22,23 @@ namespace doccam {
 //
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
 // the driver, runs a callback of the host or writes a file. Only outside can it be given up: it
-// then finds out on its way back in, and leaves without touching the state again.
+// then finds out on its way back in, and leaves without touching the state again. It takes the lock
+// only once it has been asked to stop.
 class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
     using Work = void (*)(StreamingThread&);
 
+    // For a thread that writes frames and keeps them until it ends.
+    explicit StreamingThread(std::shared_ptr<Frames> frames)
+      : frames_(std::move(frames)) {}
+
     // Runs work on a thread of its own. False when the system has no thread to give.
     bool start(Work work);
 
-    // Runs work on the calling thread, as of a host that brings its own.
+    // Runs work on the calling thread, for a host that brings its own.
     void run(Work work);
+
+    Frames& frames() { return *frames_; }
 
     // True on any streaming thread, as in a callback.
     static bool isCurrentThread();
@@ -49,20 +57,15 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
     void retire(Patience patience);
 
-    // True when retire() had to give the thread up: what it still uses must stay.
+    // True when retire() had to give the thread up.
     bool abandoned() const { return phase_.load(std::memory_order_acquire) == Phase::kAbandoned; }
 
-    // True when it was writing a file when it was given up.
+    // True when it was writing a file when it was given up. For the caller of retire().
     bool abandonedInWriting() const { return abandonedInWriting_; }
-
-    // Keeps what a call outside may still read until the thread and the host have let go of it.
-    void keepAlive(cv::Mat pixels) { keptImages_.push_back(std::move(pixels)); }
-
-    void keepAlive(std::shared_ptr<unsigned char[]> pixels) { keptBuffer_ = std::move(pixels); }
 
     bool stopRequested() const { return stop_.load(std::memory_order_acquire); }
 
-    // The process that started the thread; in a forked child there is no such thread.
+    // True in the process that started the thread; a forked child has no such thread.
     bool ofThisProcess() const { return process_ == getpid(); }
 
     // Runs call outside. False when the thread has been given up meanwhile.
@@ -71,7 +74,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
         return runAs(Phase::kInCall, std::forward<Call>(call));
     }
 
-    // Runs write outside. It may hang for good, as on a pipe that nobody reads or a dead network
+    // Runs write outside. It may hang forever, as on a pipe that nobody reads or a dead network
     // disk, and must use nothing that the end of a session releases. False when the thread has been
     // given up meanwhile.
     template <typename Write>
@@ -84,7 +87,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
 
     template <typename Call>
     bool runAs(Phase phase, Call&& call) {
-        phase_.store(phase, std::memory_order_release);
+        leave(phase);
         try {
             std::forward<Call>(call)();
         } catch (...) {
@@ -94,21 +97,24 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
         return comeBack(phase);
     }
 
+    void leave(Phase to);
+
     bool comeBack(Phase from) {
         return phase_.compare_exchange_strong(from, Phase::kInside, std::memory_order_acq_rel);
     }
 
     bool giveUp(Phase in);
 
+    const std::shared_ptr<Frames> frames_;
     pthread_t thread_{};
     pid_t process_ = 0; // 0: never started
     std::atomic<bool> stop_{false};
-    std::atomic<bool> ended_{false};
     std::atomic<Phase> phase_{Phase::kInside};
-    bool abandonedInWriting_ = false; // for the side that retires the thread
+    std::mutex mutex_; // for the two below
+    std::condition_variable changed_;
+    bool ended_ = false;
+    bool abandonedInWriting_ = false;
     DecodeThread side_;
-    std::vector<cv::Mat> keptImages_;
-    std::shared_ptr<unsigned char[]> keptBuffer_;
 };
 
 } // namespace doccam

@@ -1,59 +1,42 @@
 #include "decode/mjpeg_frames.h"
 
-#include "state/library_state.h"
-
 #include <cstdio>
 #include <memory>
 
 namespace doccam {
 
-namespace {
-
-MjpegDecoder* current() {
-    return state().session.pdecode.load(std::memory_order_acquire);
-}
-
-} // namespace
-
-Decoded decodeFrame(const MjpegFrame& frame) {
-    MjpegDecoder* const decoder = current();
+Decoded decodeFrame(const DecoderSlot& slot, const MjpegFrame& frame) {
+    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
     if (frame.data.empty() || decoder == nullptr) {
         return Decoded::kNothing;
     }
     return decoder->picture ? decodePicture(*decoder, frame, *decoder->picture) : Decoded::kError;
 }
 
-Decoded decodeFrameInto(AVFrame& picture, const MjpegFrame& frame) {
-    MjpegDecoder* const decoder = current();
+Decoded decodeFrameInto(const DecoderSlot& slot, AVFrame& picture, const MjpegFrame& frame) {
+    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
     return frame.data.empty() || decoder == nullptr ? Decoded::kNothing
                                                     : decodePicture(*decoder, frame, picture);
 }
 
-void adoptPicture(AVFrame& picture) {
-    MjpegDecoder* const decoder = current();
+void adoptPicture(const DecoderSlot& slot, AVFrame& picture) {
+    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
     if (decoder != nullptr && decoder->picture) {
         av_frame_unref(decoder->picture.get());
         av_frame_move_ref(decoder->picture.get(), &picture);
     }
 }
 
-void storeFrame(Decoded decoded, int width, int height, cv::Mat& out) {
-    switch (decoded) {
-    case Decoded::kPicture:
-        if (MjpegDecoder* const decoder = current(); decoder != nullptr && decoder->picture) {
-            convertPicture(*decoder, width, height, out);
-        }
-        break;
-    case Decoded::kNothing:
-        break;
-    case Decoded::kError:
+void storeFrame(const DecoderSlot& slot, Decoded decoded, FrameSize wanted, cv::Mat& out) {
+    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
+    if (decoded == Decoded::kError) {
         std::puts("decode error.");
-        break;
+    } else if (decoded == Decoded::kPicture && decoder != nullptr && decoder->picture) {
+        convertPicture(*decoder, wanted.width, wanted.height, out);
     }
 }
 
-void createDecoder() {
-    auto& slot = state().session.pdecode;
+void createDecoder(DecoderSlot& slot) {
     if (slot.load(std::memory_order_acquire) != nullptr) {
         return;
     }
@@ -64,13 +47,12 @@ void createDecoder() {
     }
 }
 
-void releaseDecoder() {
-    const std::unique_ptr<MjpegDecoder> last(
-        state().session.pdecode.exchange(nullptr, std::memory_order_acq_rel));
+void releaseDecoder(DecoderSlot& slot) {
+    const std::unique_ptr<MjpegDecoder> last(slot.exchange(nullptr, std::memory_order_acq_rel));
 }
 
-void decodeInto(const MjpegFrame& frame, cv::Mat& out) {
-    storeFrame(decodeFrame(frame), frame.wanted.width, frame.wanted.height, out);
+void decodeInto(const DecoderSlot& slot, const MjpegFrame& frame, cv::Mat& out) {
+    storeFrame(slot, decodeFrame(slot, frame), frame.wanted, out);
 }
 
 } // namespace doccam

@@ -1,12 +1,13 @@
 #include "discovery/camera_name.h"
 
-#include "base/device_node.h"
+#include "base/unique_fd.h"
 #include "discovery/device_enumeration.h"
+#include "discovery/device_node.h"
 #include "discovery/split_text.h"
-#include "state/library_state.h"
+#include "state/discovery.h"
 
+#include <linux/videodev2.h>
 #include <sys/ioctl.h>
-#include <unistd.h>
 
 #include <cstring>
 
@@ -31,24 +32,19 @@ std::string displayName(const std::string& card, int index) {
 
 } // namespace
 
-const char* cameraName(int index) {
-    LibraryState& library = state();
-    if (!cameraExists(index)) {
+const char* cameraName(record::Discovery& discovery, UniqueFd& node, int index) {
+    if (!cameraExists(discovery, index)) {
         return nullptr;
     }
-    if (library.session.cam_fd != kNoDescriptor) {
-        close(library.session.cam_fd);
-    }
-    library.session.cam_fd =
-        openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str());
-    if (library.session.cam_fd == kNoDescriptor) {
+    node.reset();
+    node.reset(openDeviceNode(discovery.devices[static_cast<std::size_t>(index)].c_str()));
+    if (!node.isOpen()) {
         return nullptr;
     }
-    const std::string card = cardName(library.session.cam_fd);
-    close(library.session.cam_fd);
-    library.session.cam_fd = kNoDescriptor;
-    library.discovery.cameraName = displayName(card, index);
-    return library.discovery.cameraName.c_str();
+    const std::string card = cardName(node.get());
+    node.reset();
+    discovery.cameraName = displayName(card, index);
+    return discovery.cameraName.c_str();
 }
 
 } // namespace doccam

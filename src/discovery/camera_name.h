@@ -3,8 +3,17 @@
 
 namespace doccam {
 
-// The name of the camera at index, null when there is none or its node cannot be opened. Takes the
-// descriptor of an open session away. The text stays until the next call. Host thread.
-const char* cameraName(int index);
+class UniqueFd;
+
+namespace record {
+
+struct Discovery;
+
+} // namespace record
+
+// The name of the camera at index, null when there is none or its node cannot be opened. Opens it
+// by way of node, which closes the descriptor of an open session. The text stays until the next
+// call. Host thread.
+const char* cameraName(record::Discovery& discovery, UniqueFd& node, int index);
 
 } // namespace doccam

@@ -1,7 +1,7 @@
 #include "discovery/device_enumeration.h"
 
 #include "base/handles/udev_handles.h"
-#include "state/library_state.h"
+#include "state/discovery.h"
 
 #include <cstdio>
 #include <string_view>
@@ -18,19 +18,19 @@ bool isModel(udev_device* device, std::string_view vendor, std::string_view prod
            product == deviceProduct;
 }
 
-void remember(udev_device* device) {
-    LibraryState& library = state();
+void remember(record::Discovery& discovery, udev_device* device) {
     const char* number = udev_device_get_sysnum(device);
     char node[100];
     std::snprintf(node, sizeof node, "/dev/video%s", number != nullptr ? number : "");
-    library.discovery.devices[static_cast<std::size_t>(library.discovery.deviceCount)] = node;
+    discovery.devices[static_cast<std::size_t>(discovery.deviceCount)] = node;
     std::printf("node:%s\n", node);
-    ++library.discovery.deviceCount;
+    ++discovery.deviceCount;
 }
 
 // Takes the first video device of one model, if there is one. A second device of the model, such
 // as a camera's metadata node, is never looked at.
-Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* product) {
+Walk findModel(record::Discovery& discovery, udev_enumerate* enumerator, const char* vendor,
+               const char* product) {
     for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator); entry != nullptr;
          entry = udev_list_entry_get_next(entry)) {
         UdevDevice device(udev_device_new_from_syspath(udev_enumerate_get_udev(enumerator),
@@ -39,7 +39,7 @@ Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* produ
             return Walk::kDeviceVanished;
         }
         if (isModel(device.get(), vendor, product)) {
-            remember(device.get());
+            remember(discovery, device.get());
             // Hosts may rely on the found camera's device object staying alive: it is not released.
             static_cast<void>(device.release());
             return Walk::kFound;
@@ -50,9 +50,8 @@ Walk findModel(udev_enumerate* enumerator, const char* vendor, const char* produ
 
 } // namespace
 
-int enumerateCameras() {
-    LibraryState& library = state();
-    library.discovery.deviceCount = 0;
+int enumerateCameras(record::Discovery& discovery) {
+    discovery.deviceCount = 0;
     UdevContext context(udev_new());
     if (!context) {
         return -1;
@@ -64,28 +63,26 @@ int enumerateCameras() {
     }
     udev_enumerate_add_match_subsystem(enumerator.get(), "video4linux");
     udev_enumerate_scan_devices(enumerator.get());
-    library.discovery.devices[0].clear();
-    for (std::size_t row = 0; row < library.discovery.gpyVendor.size(); ++row) {
-        if (library.discovery.gpyVendor[row] == nullptr) {
+    discovery.devices[0].clear();
+    for (std::size_t row = 0; row < discovery.gpyVendor.size(); ++row) {
+        if (discovery.gpyVendor[row] == nullptr) {
             break;
         }
-        if (findModel(enumerator.get(), library.discovery.gpyVendor[row],
-                      library.discovery.gpyProduct[row]) == Walk::kDeviceVanished) {
+        if (findModel(discovery, enumerator.get(), discovery.gpyVendor[row],
+                      discovery.gpyProduct[row]) == Walk::kDeviceVanished) {
             static_cast<void>(enumerator.release());
             static_cast<void>(context.release());
             return 0;
         }
     }
-    return library.discovery.deviceCount;
+    return discovery.deviceCount;
 }
 
-bool cameraExists(int index) {
-    LibraryState& library = state();
-    if (library.discovery.deviceCount < 1) {
-        library.discovery.deviceCount = enumerateCameras();
+bool cameraExists(record::Discovery& discovery, int index) {
+    if (discovery.deviceCount < 1) {
+        discovery.deviceCount = enumerateCameras(discovery);
     }
-    return index >= 0 && library.discovery.deviceCount >= 1 &&
-           index < library.discovery.deviceCount;
+    return index >= 0 && discovery.deviceCount >= 1 && index < discovery.deviceCount;
 }
 
 } // namespace doccam

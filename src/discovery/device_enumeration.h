@@ -3,11 +3,17 @@
 
 namespace doccam {
 
+namespace record {
+
+struct Discovery;
+
+} // namespace record
+
 // Looks for supported cameras and prints the node of each. How many there are; -1 when libudev
 // cannot be used. Host thread.
-int enumerateCameras();
+int enumerateCameras(record::Discovery& discovery);
 
 // True when index names a found camera; enumerates first if none is known yet.
-bool cameraExists(int index);
+bool cameraExists(record::Discovery& discovery, int index);
 
 } // namespace doccam

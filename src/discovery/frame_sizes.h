@@ -3,18 +3,29 @@
 
 namespace doccam {
 
-// Lists the sizes of the camera at index, which ends an open session, and prints each. How many
-// there are for the selected format; 0 on any failure. Host thread.
-int enumerateSizes(int index);
+namespace record {
+
+struct Discovery;
+struct Settings;
+
+} // namespace record
+
+// Lists the formats and sizes of the camera open at descriptor, in place of those listed before,
+// and prints each size. Host thread.
+void listSizes(int descriptor, record::Discovery& discovery);
+
+// Appends the enlarged size to those of the selected format if they end at the full size.
+void appendEnlargedSize(record::Discovery& discovery, const record::Settings& settings);
 
 // Whether any size is known, for MJPEG or YUYV.
-bool hasSizes();
+bool hasSizes(const record::Discovery& discovery);
 
 // How many sizes are known for the selected format.
-int selectedSizeCount();
+int selectedSizeCount(record::Discovery& discovery, const record::Settings& settings);
 
 // Stores the size at index of the selected format; one past the end stores nothing. 0; -2 when no
 // size is known at all, -1 when none is for the selected format.
-int sizeAt(int index, int* width, int* height);
+int sizeAt(record::Discovery& discovery, const record::Settings& settings, int index, int* width,
+           int* height);
 
 } // namespace doccam

@@ -2,6 +2,7 @@
 #include "barcode/decoding_cascade.h"
 #include "barcode/recognition.h"
 #include "base/guarded.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 
@@ -9,7 +10,8 @@ using doccam::codeKind;
 using doccam::guarded;
 
 const char* RecogBarQrCode(int mode) {
-    return guarded<const char*>("RecogBarQrCode", "", [=] { return doccam::requestCode(mode); });
+    return guarded<const char*>("RecogBarQrCode", "",
+                                [=] { return doccam::requestCode(doccam::state().session, mode); });
 }
 
 const char* RecogBarQrCodeFromFile(const char* path, int mode) {

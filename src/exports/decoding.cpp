@@ -3,22 +3,26 @@
 #include "decode/mjpeg_frames.h"
 #include "decode/mjpeg_to_rgb.h"
 #include "decode/yuyv_to_rgb.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 
+using doccam::state;
+
 void av_decode_init() {
-    doccam::createDecoder();
+    doccam::createDecoder(state().session.pdecode);
 }
 
 void av_decode_deinit() {
-    doccam::releaseDecoder();
+    doccam::releaseDecoder(state().session.pdecode);
 }
 
 void do_excute_image(unsigned char* data, int length, int width, int height, cv::Mat& out,
                      cv::Mat& /*spare*/) {
     if (data != nullptr && length > 0) {
         const auto bytes = static_cast<std::size_t>(length);
-        doccam::decodeInto({.data = {data, bytes}, .wanted = {width, height}}, out);
+        doccam::decodeInto(state().session.pdecode,
+                           {.data = {data, bytes}, .wanted = {width, height}}, out);
     }
 }
 

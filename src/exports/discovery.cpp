@@ -1,30 +1,36 @@
 // Finding cameras and their frame sizes.
 #include "base/guarded.h"
+#include "capture/open_camera.h"
 #include "discovery/camera_name.h"
 #include "discovery/device_enumeration.h"
 #include "discovery/frame_sizes.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.h>
 
 using doccam::guarded;
+using doccam::state;
 
 int getDeviceCount() {
-    return guarded("getDeviceCount", -1, doccam::enumerateCameras);
+    return guarded("getDeviceCount", -1,
+                   [] { return doccam::enumerateCameras(state().discovery); });
 }
 
 const char* getCameraName(int index) {
-    return guarded<const char*>("getCameraName", nullptr,
-                                [=] { return doccam::cameraName(index); });
+    return guarded<const char*>("getCameraName", nullptr, [=] {
+        return doccam::cameraName(state().discovery, state().session.cam_fd, index);
+    });
 }
 
 int getCameraResolutionCount(int index) {
-    return guarded("getCameraResolutionCount", 0, [=] { return doccam::enumerateSizes(index); });
+    return guarded("getCameraResolutionCount", 0,
+                   [=] { return doccam::countSizes(state(), index); });
 }
 
 int getFormatResolutionCount(int /*index*/) {
-    return doccam::selectedSizeCount();
+    return doccam::selectedSizeCount(state().discovery, state().settings);
 }
 
 int getCameraResolution(int index, int* width, int* height) {
-    return doccam::sizeAt(index, width, height);
+    return doccam::sizeAt(state().discovery, state().settings, index, width, height);
 }

@@ -14,7 +14,7 @@
 using doccam::state;
 
 void CamdataRote90(cv::Mat src) {
-    doccam::turnIntoFrame(src, doccam::Quarter::kClockwise, state().session.roimage);
+    doccam::turnIntoFrame(src, doccam::Quarter::kClockwise, state().session.frames->roimage);
 }
 
 cv::Mat CamdataRote180(cv::Mat src) {
@@ -23,7 +23,7 @@ cv::Mat CamdataRote180(cv::Mat src) {
 }
 
 void CamdataRote270(cv::Mat src) {
-    doccam::turnIntoFrame(src, doccam::Quarter::kCounterClockwise, state().session.roimage);
+    doccam::turnIntoFrame(src, doccam::Quarter::kCounterClockwise, state().session.frames->roimage);
 }
 
 cv::Mat rotateImage(cv::Mat src, float angle) {

@@ -9,19 +9,21 @@ using doccam::guarded;
 using doccam::state;
 
 void error_handler(unsigned long error_no, unsigned long detail_no, void* /*user_data*/) {
-    doccam::failDocument(error_no, detail_no);
+    doccam::failDocument(state().documents, error_no, detail_no);
 }
 
 int pdf_start(const char* path) {
-    return guarded("pdf_start", 0, [=] { return doccam::startDocument(path), 0; });
+    return guarded("pdf_start", 0,
+                   [=] { return doccam::startDocument(state().documents, path), 0; });
 }
 
 int pdf_addPage(const char* imagePath) {
-    return guarded("pdf_addPage", 0, [=] { return doccam::addPageToDocument(imagePath), 0; });
+    return guarded("pdf_addPage", 0,
+                   [=] { return doccam::addPageToDocument(state().documents, imagePath), 0; });
 }
 
 int pdf_end() {
-    doccam::endDocument();
+    doccam::endDocument(state().documents);
     return 0;
 }
 
@@ -36,5 +38,6 @@ int AddImagePath(const char* path) {
 }
 
 int CombineToPDF(const char* path, bool deleteSources) {
-    return guarded("CombineToPDF", -2, [=] { return doccam::combineQueued(path, deleteSources); });
+    return guarded("CombineToPDF", -2,
+                   [=] { return doccam::combineQueued(state().documents, path, deleteSources); });
 }

@@ -1,10 +1,12 @@
 // Opening and closing a camera, and the thread that takes its frames.
+#include "capture/session.h"
+
 #include "base/guarded.h"
 #include "capture/frame_loop.h"
 #include "capture/grab_frame.h"
 #include "capture/open_camera.h"
-#include "capture/session_end.h"
 #include "decode/mjpeg_frames.h"
+#include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
 
@@ -12,32 +14,33 @@
 
 namespace {
 
+using doccam::state;
 constexpr int kInternalError = -14;
 
 } // namespace
 
 int openCamera(int index, int width, int height) {
     const int code = doccam::guarded("openCamera", kInternalError, [=] {
-        return doccam::openSession(index, {width, height});
+        return doccam::openSession(state(), index, {width, height});
     });
     if (code == kInternalError) {
-        doccam::releaseDecoder();
+        doccam::releaseDecoder(state().session.pdecode);
     }
     return code;
 }
 
 int closeCamera() {
     return doccam::guarded("closeCamera", 0, [] {
-        doccam::closeSession();
+        doccam::closeSession(state());
         return 0;
     });
 }
 
 int grabImage(unsigned char* buffer, int* length) {
-    return doccam::grabFrame(buffer, length);
+    return doccam::grabFrame(state().session, buffer, length);
 }
 
 void* VideoStreamPro(void* /*arg*/) {
-    std::make_shared<doccam::StreamingThread>()->run(doccam::streamFrames);
+    std::make_shared<doccam::StreamingThread>(state().session.frames)->run(doccam::streamFrames);
     return nullptr;
 }

@@ -1,6 +1,6 @@
 // Settings, callbacks and helpers: each setter stores its value, unchecked, for the next use.
 #include "base/pause.h"
-#include "capture/grab_size.h"
+#include "capture/session.h"
 #include "discovery/split_text.h"
 #include "state/faults.h"
 #include "state/library_state.h"

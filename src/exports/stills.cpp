@@ -11,6 +11,7 @@
 #include <string>
 
 using doccam::guarded;
+using doccam::state;
 
 namespace {
 
@@ -21,25 +22,27 @@ std::string textOf(const char* path) {
 } // namespace
 
 int captureImage(const char* path) {
-    return guarded("captureImage", -1, [=] { return doccam::requestStill(path); });
+    return guarded("captureImage", -1, [=] { return doccam::requestStill(state().session, path); });
 }
 
 int capture(char* path, int /*format*/, int cropMode, cv::Mat img) {
-    doccam::saveStill(doccam::prepareStill(textOf(path), cropMode, img, doccam::state()));
+    doccam::saveStill(doccam::prepareStill(textOf(path), cropMode, img, state()), state().settings);
     return 0;
 }
 
 int SaveImage(char* path, cv::Mat img) {
-    doccam::savePage(textOf(path), img);
+    doccam::savePage(textOf(path), img, state().settings);
     return 0;
 }
 
 int TempImgToPdf(char* path, cv::Mat img) {
-    doccam::writeOnePagePdf(textOf(path), img);
+    doccam::writeOnePagePdf(textOf(path), img, state().settings);
     return 0;
 }
 
 int MergeImages(const char* path, int mergeMode, int /*reserved*/, bool deleteSources) {
-    return guarded("MergeImages", -2,
-                   [=] { return doccam::mergeQueued(path, mergeMode, deleteSources); });
+    return guarded("MergeImages", -2, [=] {
+        return doccam::mergeQueued(state().documents, state().settings, path, mergeMode,
+                                   deleteSources);
+    });
 }

@@ -16,36 +16,34 @@ int formBytes(int width, int height) {
 }
 
 // Only the session's first form sizes the buffer: the streaming thread may be writing into it.
-void providePreviewBuffer(record::View& view, int bytes) {
+void providePreviewBuffer(LibraryState& library, int bytes) {
+    record::View& view = library.view;
     if (bytes == 0 || view.WEB_BUF.load(std::memory_order_relaxed) != nullptr) {
         return;
     }
     const auto count = static_cast<std::size_t>(bytes);
-    view.previewPixels = std::make_shared<unsigned char[]>(count);
+    library.session.frames->preview = std::make_unique<unsigned char[]>(count);
     view.previewBytes.store(count, std::memory_order_relaxed);
-    view.WEB_BUF.store(view.previewPixels.get(), std::memory_order_release);
+    view.WEB_BUF.store(library.session.frames->preview.get(), std::memory_order_release);
 }
 
 } // namespace
 
-void declareForm(int width, int height) {
-    LibraryState& library = state();
+void declareForm(LibraryState& library, int width, int height) {
     library.view.FormWidth.store(width, std::memory_order_relaxed);
     library.view.FormHeight.store(height, std::memory_order_relaxed);
     guarded("SetWebFormSize", false, [&] {
-        providePreviewBuffer(library.view, formBytes(width, height));
+        providePreviewBuffer(library, formBytes(width, height));
         return true;
     });
-    fitView({width, height});
+    fitView(library, {width, height});
 }
 
-void fitView(FrameSize form) {
-    LibraryState& library = state();
+void fitView(LibraryState& library, FrameSize form) {
     storeBestFit(library.view, bestFit(loadView(library.view), shownFrameSize(library), form));
 }
 
-void rescaleView() {
-    LibraryState& library = state();
+void rescaleView(LibraryState& library) {
     storeFrameSides(library.view, rescaled(loadView(library.view), shownFrameSize(library)));
 }
 

@@ -5,14 +5,16 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 // Declares the form and fits the frame into it. The session's first form that can hold a picture
 // sizes the preview buffer. Host thread.
-void declareForm(int width, int height);
+void declareForm(LibraryState& library, int width, int height);
 
 // Fits the frame into form, centred in the declared one.
-void fitView(FrameSize form);
+void fitView(LibraryState& library, FrameSize form);
 
 // Computes the whole frame's sides anew from the scale.
-void rescaleView();
+void rescaleView(LibraryState& library);
 
 } // namespace doccam

@@ -13,8 +13,7 @@ constexpr int kFramesPerTurn = 2;
 using Store = void (*)(record::View&, const View&);
 
 template <typename Change>
-int changeView(Store store, Change&& change) {
-    LibraryState& library = state();
+int changeView(LibraryState& library, Store store, Change&& change) {
     if (!library.session.bKeep) {
         return kNotStreaming;
     }
@@ -23,15 +22,14 @@ int changeView(Store store, Change&& change) {
 }
 
 template <typename Scale>
-int zoomTo(Scale&& scaleOf) {
-    return changeView(storeScale, [&](const View& view) {
-        return zoomedTo(scaleOf(view), view, shownFrameSize(state()));
+int zoomTo(LibraryState& library, Scale&& scaleOf) {
+    return changeView(library, storeScale, [&](const View& view) {
+        return zoomedTo(scaleOf(view), view, shownFrameSize(library));
     });
 }
 
-int turn(int (*turned)(int)) {
-    return changeView(storeBestFit, [&](const View& view) {
-        LibraryState& library = state();
+int turn(LibraryState& library, int (*turned)(int)) {
+    return changeView(library, storeBestFit, [&](const View& view) {
         library.settings.RotateFlag = kFramesPerTurn;
         library.settings.RotateAngle = turned(library.settings.RotateAngle);
         return centred(bestFit(view, shownFrameSize(library), {view.x.form, view.y.form}));
@@ -40,32 +38,32 @@ int turn(int (*turned)(int)) {
 
 } // namespace
 
-int pan(int dx, int dy) {
-    return changeView(storePlace, [&](const View& view) { return panned(view, dx, dy); });
+int pan(LibraryState& library, int dx, int dy) {
+    return changeView(library, storePlace, [&](const View& view) { return panned(view, dx, dy); });
 }
 
-int zoomIn() {
-    return zoomTo(largerScale);
+int zoomIn(LibraryState& library) {
+    return zoomTo(library, largerScale);
 }
 
-int zoomOut() {
-    return zoomTo(smallerScale);
+int zoomOut(LibraryState& library) {
+    return zoomTo(library, smallerScale);
 }
 
-int showTrueSize() {
-    return zoomTo([](const View&) { return kTrueScale; });
+int showTrueSize(LibraryState& library) {
+    return zoomTo(library, [](const View&) { return kTrueScale; });
 }
 
-int showBestSize() {
-    return zoomTo([](const View& view) { return view.bestScale; });
+int showBestSize(LibraryState& library) {
+    return zoomTo(library, [](const View& view) { return view.bestScale; });
 }
 
-int turnViewLeft() {
-    return turn(turnedLeft);
+int turnViewLeft(LibraryState& library) {
+    return turn(library, turnedLeft);
 }
 
-int turnViewRight() {
-    return turn(turnedRight);
+int turnViewRight(LibraryState& library) {
+    return turn(library, turnedRight);
 }
 
 } // namespace doccam

@@ -5,16 +5,18 @@
 
 namespace doccam {
 
+struct LibraryState;
+
 // Drags the picture by form pixels.
-int pan(int dx, int dy);
+int pan(LibraryState& library, int dx, int dy);
 
-int zoomIn();
-int zoomOut();
-int showTrueSize();
-int showBestSize();
+int zoomIn(LibraryState& library);
+int zoomOut(LibraryState& library);
+int showTrueSize(LibraryState& library);
+int showBestSize(LibraryState& library);
 
-// Turn the frames by a quarter, too, and drop those that are still on their way as they were.
-int turnViewLeft();
-int turnViewRight();
+// Also turn the frames by a quarter, and drop those still on their way in the old orientation.
+int turnViewLeft(LibraryState& library);
+int turnViewRight(LibraryState& library);
 
 } // namespace doccam

@@ -19,11 +19,11 @@ PreviewPicture pictureOf(const View& view, unsigned char* pixels) {
     return {pixels, view.x.show, view.y.show, view.x.formStart, view.y.formStart};
 }
 
-bool showInForm(LibraryState& library, const View& view, const cv::Mat* frame,
+bool showInForm(const record::View& kept, const View& view, const cv::Mat* frame,
                 const DeliverPicture& deliver) {
-    unsigned char* const pixels = library.view.WEB_BUF.load(std::memory_order_acquire);
+    unsigned char* const pixels = kept.WEB_BUF.load(std::memory_order_acquire);
     if (pixels == nullptr ||
-        !canShow(view, frame, library.view.previewBytes.load(std::memory_order_relaxed))) {
+        !canShow(view, frame, kept.previewBytes.load(std::memory_order_relaxed))) {
         return true;
     }
     if (frame != nullptr) {
@@ -33,9 +33,8 @@ bool showInForm(LibraryState& library, const View& view, const cv::Mat* frame,
 }
 
 // The host is told the view's size whatever size the destination has, and may read that much.
-bool showInDestination(LibraryState& library, const View& view, const cv::Mat* frame,
+bool showInDestination(const cv::Mat& destination, const View& view, const cv::Mat* frame,
                        const DeliverPicture& deliver) {
-    const cv::Mat destination = library.session.zoomimage;
     if (destination.empty() ||
         !canShow(view, frame, destination.total() * destination.elemSize())) {
         return true;
@@ -48,10 +47,11 @@ bool showInDestination(LibraryState& library, const View& view, const cv::Mat* f
 
 } // namespace
 
-bool showPreview(LibraryState& library, const cv::Mat* frame, const DeliverPicture& deliver) {
-    const View view = loadView(library.view);
-    return showInForm(library, view, frame, deliver) &&
-           showInDestination(library, view, frame, deliver);
+bool showPreview(const record::View& kept, const cv::Mat& destination, const cv::Mat* frame,
+                 const DeliverPicture& deliver) {
+    const View view = loadView(kept);
+    return showInForm(kept, view, frame, deliver) &&
+           showInDestination(destination, view, frame, deliver);
 }
 
 } // namespace doccam

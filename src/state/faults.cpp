@@ -8,10 +8,10 @@
 namespace doccam {
 namespace {
 
-thread_local DeferredFaults* notesOfThread = nullptr;
+thread_local DeferredFaults* deferredOfThread = nullptr;
 thread_local DoccamCause causeOfThread = DOCCAM_CAUSE_NONE;
 
-// A fault callback may end a document, whose fault is then told within it.
+// A fault callback may end a document, whose own fault is then reported inside it.
 void callHost(const Fault& fault) {
     if (const FaultCallback callback =
             state().settings.faultCallback.load(std::memory_order_acquire)) {
@@ -34,8 +34,8 @@ void reportFault(Fault fault) {
     if (!hasFaultCallback()) {
         return;
     }
-    if (notesOfThread != nullptr) {
-        notesOfThread->add(std::move(fault));
+    if (deferredOfThread != nullptr) {
+        deferredOfThread->add(std::move(fault));
     } else {
         callHost(fault);
     }
@@ -55,15 +55,15 @@ void reportException(DoccamFault fault) {
 }
 
 DeferredFaults::DeferredFaults() {
-    notesOfThread = this;
+    deferredOfThread = this;
 }
 
 DeferredFaults::~DeferredFaults() {
-    notesOfThread = nullptr;
+    deferredOfThread = nullptr;
 }
 
-void DeferredFaults::tell() {
-    for (const Fault& fault : std::exchange(notes_, {})) {
+void DeferredFaults::report() {
+    for (const Fault& fault : std::exchange(faults_, {})) {
         callHost(fault);
     }
 }

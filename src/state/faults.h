@@ -1,4 +1,4 @@
-// Faults that the host wants to hear of, and stages that survive them.
+// Faults for the host's fault callback, and stages that survive them.
 #pragma once
 
 #include <doccam/types.h>
@@ -18,16 +18,16 @@ struct Fault {
 // True while the host has a fault callback. Only then are exceptions contained.
 bool hasFaultCallback();
 
-// Reports the exception in flight, or lets it go on where the host does not hear faults.
+// Reports the exception in flight; rethrows it when the host has no fault callback.
 void reportException(DoccamFault fault);
 
-// Tells the host, if it listens: at once, or when the thread's DeferredFaults are told.
+// Calls the fault callback, if any: at once, or when the thread's DeferredFaults are reported.
 void reportFault(Fault fault);
 
-// The cause of the fault that the calling thread's fault callback is being told; none elsewhere.
+// The cause of the fault that the calling thread's fault callback is running for; none elsewhere.
 DoccamCause currentCause();
 
-// Keeps the faults of the thread that makes it, for a moment at which the host may be called.
+// Collects the faults of the thread that makes it until the host may be called.
 class DeferredFaults {
   public:
     DeferredFaults();
@@ -36,19 +36,19 @@ class DeferredFaults {
     DeferredFaults(const DeferredFaults&) = delete;
     DeferredFaults& operator=(const DeferredFaults&) = delete;
 
-    void add(Fault fault) { notes_.push_back(std::move(fault)); }
+    void add(Fault fault) { faults_.push_back(std::move(fault)); }
 
-    bool empty() const { return notes_.empty(); }
+    bool empty() const { return faults_.empty(); }
 
-    // Tells the host each of them, and forgets them.
-    void tell();
+    // Reports each of them to the host, and forgets them.
+    void report();
 
   private:
-    std::vector<Fault> notes_;
+    std::vector<Fault> faults_;
 };
 
-// Runs stage. Where the host hears faults, an exception ends only the stage, and is reported. True
-// when there was none.
+// Runs stage. When the host has a fault callback, an exception ends only the stage and is reported.
+// True when there was none.
 template <typename Stage>
 bool containing(DoccamFault fault, Stage&& stage) {
     try {

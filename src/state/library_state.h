@@ -15,7 +15,6 @@ using record::kBufferCount;
 using record::kCropToSheet;
 using record::kModelRows;
 using record::kNoCodeRequest;
-using record::kNoDescriptor;
 using record::kNoProcess;
 
 // Field names are fixed.

@@ -4,25 +4,14 @@
 
 namespace doccam {
 
-void SharedPath::store(std::string_view text) {
-    const unsigned start = version_.load(std::memory_order_relaxed);
-    version_.store(start + 1, std::memory_order_seq_cst);
-    for (std::size_t i = 0; i < kCapacity; ++i) {
-        bytes_[i].store(i < text.size() ? text[i] : '\0', std::memory_order_release);
-    }
-    version_.store(start + 2, std::memory_order_release);
+void SharedPath::store(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    path_ = path;
 }
 
-SharedPath::Text SharedPath::load() const {
-    Text copy{};
-    unsigned before = 0;
-    do {
-        before = version_.load(std::memory_order_acquire);
-        for (std::size_t i = 0; i < kCapacity; ++i) {
-            copy[i] = bytes_[i].load(std::memory_order_acquire);
-        }
-    } while ((before & 1U) != 0 || before != version_.load(std::memory_order_relaxed));
-    return copy;
+std::string SharedPath::load() const {
+    const std::lock_guard lock(mutex_);
+    return path_;
 }
 
 void PublishedText::publish(std::string text) {

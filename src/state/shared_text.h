@@ -1,38 +1,33 @@
-// Texts that a host thread and the streaming thread exchange without a lock.
+// Texts that a host thread and the streaming thread exchange.
 #pragma once
 
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
 
 namespace doccam {
 
-// A path of up to 254 bytes. One thread stores, another may load at any time and gets one of the
-// stored paths whole, never a mixture.
+// A path of up to 254 bytes. Any thread may store and load; load() gives one of the stored paths.
 class SharedPath {
   public:
-    static constexpr std::size_t kCapacity = 255;
-    using Text = std::array<char, kCapacity>;
+    static constexpr std::size_t kMaximumLength = 254;
 
-    // True when text fits with its terminating zero.
-    static bool fits(std::string_view text) { return text.size() < kCapacity; }
+    static bool fits(std::string_view path) { return path.size() <= kMaximumLength; }
 
-    // Fills the field with zero bytes and copies text, which must fit.
-    void store(std::string_view text);
-
-    // A zero-terminated copy.
-    Text load() const;
+    // Throws std::bad_alloc when memory is short; the last path then stays.
+    void store(std::string_view path);
+    std::string load() const;
 
   private:
-    // Odd while a store is under way.
-    std::atomic<unsigned> version_{0};
-    std::array<std::atomic<char>, kCapacity> bytes_{};
+    mutable std::mutex mutex_; // a request takes it, a frame without one does not
+    std::string path_;
 };
 
-// A text of any length. One thread publishes; other threads may read the last text. A pointer from
-// current() is valid until the text after the next one is published.
+// A text of any length. One thread publishes, without a lock; other threads may read the last text.
+// A pointer from current() is valid until the text after the next one is published.
 class PublishedText {
   public:
     void publish(std::string text);

@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
 
 namespace doccam::record {
 
@@ -20,9 +19,8 @@ struct View {
     std::atomic<double> pZoomScale{50.0}; // percent
     std::atomic<double> pBestScale{50.0};
 
-    std::atomic<unsigned char*> WEB_BUF{nullptr};   // the pixels
-    std::shared_ptr<unsigned char[]> previewPixels; // owns them; host only
-    std::atomic<std::size_t> previewBytes{0};       // their size; host sets it first
+    std::atomic<unsigned char*> WEB_BUF{nullptr}; // the frames own the pixels
+    std::atomic<std::size_t> previewBytes{0};     // their size; host sets it first
 };
 
 } // namespace doccam::record

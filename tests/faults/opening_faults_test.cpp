@@ -114,7 +114,7 @@ TEST_P(ClosingFaults, LeaveAHealthyLibrary) {
             EXPECT_EQ(closeCamera(), 0);
             expectStruck(fault);
             EXPECT_FALSE(state().session.bKeep);
-            EXPECT_EQ(state().session.cam_fd, kNoDescriptor);
+            EXPECT_EQ(state().session.cam_fd.get(), UniqueFd::kNone);
             expectHeld(0, 0);
             expectHealthySession(kMjpegFormat);
             expectHealthySession(kYuyvFormat);

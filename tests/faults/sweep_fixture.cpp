@@ -174,7 +174,7 @@ void SweepTest::expectHealthySession(int format) {
     expectTheFrameSent(format);
     EXPECT_EQ(closeCamera(), 0);
     expectHeld(0, 0);
-    EXPECT_EQ(state().session.cam_fd, kNoDescriptor);
+    EXPECT_EQ(state().session.cam_fd.get(), UniqueFd::kNone);
     virtualcam::clearFaults(earlier_);
     virtualcam::resume(earlier_);
     virtualcam::setScene(earlier_, usual);

@@ -25,9 +25,8 @@ void decode(std::span<const unsigned char> frame, bool padded, cv::Mat& picture)
     test::Bytes data = test::exactCopy(frame);
     if (padded) {
         data.resize(frame.size() + kCodecPadding);
-        const Decoded decoded =
-            decodeFrame({{data.data(), frame.size()}, true, {picture.cols, picture.rows}});
-        storeFrame(decoded, picture.cols, picture.rows, picture);
+        decodeInto(state().session.pdecode,
+                   {{data.data(), frame.size()}, true, {picture.cols, picture.rows}}, picture);
         return;
     }
     cv::Mat spare;

@@ -30,7 +30,7 @@ class Session {
     ~Session() {
         library_.session.bKeep = false;
         library_.view.WEB_BUF = nullptr;
-        library_.view.previewPixels.reset();
+        library_.session.frames->preview.reset();
         library_.view.previewBytes = 0;
         library_.settings.RotateAngle = 0;
         library_.settings.RotateFlag = 0;
@@ -102,7 +102,7 @@ bool draw(const PreviewPicture& picture) {
 void showPicture() {
     const FrameSize shown = shownFrameSize(state());
     const cv::Mat frame(shown.height, shown.width, CV_8UC3, cv::Scalar(1, 2, 3));
-    showPreview(state(), &frame, draw);
+    showPreview(state().view, state().session.frames->zoomimage, &frame, draw);
     const std::size_t bytes = pictureBytes(loadView(state().view));
     if (bytes <= kMostPixels * 3) {
         test::Bytes pixels(bytes);

@@ -53,21 +53,21 @@ TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
     // The loop shall see the end of the session before the stream is switched off.
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
-    state().view.previewPixels = std::make_shared<unsigned char[]>(12);
-    state().view.WEB_BUF = state().view.previewPixels.get();
-    state().session.zoomimage.create(4, 4, CV_8UC3);
+    state().session.frames->preview = std::make_unique<unsigned char[]>(12);
+    state().view.WEB_BUF = state().session.frames->preview.get();
+    state().session.frames->zoomimage.create(4, 4, CV_8UC3);
     PrintedText printed;
     EXPECT_EQ(closeCamera(), 0);
     EXPECT_EQ(printed.take(), ">>>>>>>>>>>>> closeCamera 01!\n>>>>>>>>>>>>> closeCamera 02!\n"
                               ">>>>>>>>>>>>> closeCamera 03!\n>>>>>>>>>>>>> closeCamera 04!\n");
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);
-    EXPECT_TRUE(state().session.srcimage.empty());
-    EXPECT_TRUE(state().session.roimage.empty());
-    EXPECT_TRUE(state().session.zoomimage.empty());
+    EXPECT_TRUE(state().session.frames->srcimage.empty());
+    EXPECT_TRUE(state().session.frames->roimage.empty());
+    EXPECT_TRUE(state().session.frames->zoomimage.empty());
     EXPECT_EQ(state().view.WEB_BUF, nullptr);
     EXPECT_EQ(state().session.pdecode, nullptr);
-    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd.get(), -1);
     EXPECT_FALSE(state().session.bKeep);
 }
 

@@ -139,7 +139,7 @@ TEST_F(DecodingAhead, LetsTheHostCloseTheCameraInACallback) {
         SetVideoFormat(kMjpegFormat);
         ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
         waitUntilShown(frame);
-        EXPECT_EQ(state().session.cam_fd, -1);
+        EXPECT_EQ(state().session.cam_fd.get(), -1);
         EXPECT_EQ(state().session.pdecode.load(), nullptr);
     }
 }

@@ -59,7 +59,7 @@ TEST_F(DeviceEnumeration, NamesTheSecondPieceOfTheCardName) {
     ASSERT_EQ(getDeviceCount(), 2);
     EXPECT_STREQ(getCameraName(0), " Sheet Cam");
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
-    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd.get(), -1);
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
@@ -93,7 +93,7 @@ TEST_F(DeviceEnumeration, NamesNoCameraOutsideTheFoundOnes) {
 TEST_F(DeviceEnumeration, NamesNoCameraWhoseNodeCannotBeOpened) {
     addCallFault("open", EACCES);
     EXPECT_EQ(getCameraName(0), nullptr);
-    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd.get(), -1);
     EXPECT_STREQ(getCameraName(0), " Sheet Cam");
 }
 
@@ -105,7 +105,7 @@ TEST_F(DeviceEnumeration, NamesACameraAlsoWhenTheCapabilityQueryFails) {
 TEST_F(DeviceEnumeration, NamingTakesAStreamingSessionsDescriptorAway) {
     openSmall(kMjpegFormat);
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
-    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd.get(), -1);
     EXPECT_TRUE(state().session.bKeep);
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }

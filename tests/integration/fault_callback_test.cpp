@@ -148,7 +148,7 @@ TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
 TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {
     // A frame without pixels takes the place of the turned one.
     SetRotate(1);
-    SetDataCallback([](unsigned char*, int, int) { state().session.roimage.release(); });
+    SetDataCallback([](unsigned char*, int, int) { state().session.frames->roimage.release(); });
     openSmall(kMjpegFormat);
     while (heard == 0) {
         RecogBarQrCode(1);
@@ -232,7 +232,7 @@ TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
     static std::atomic<bool> emptied;
     emptied = false;
     SetDataCallback([](unsigned char*, int, int) {
-        state().session.roimage.release();
+        state().session.frames->roimage.release();
         emptied = true;
         emptied.notify_all();
     });

@@ -172,7 +172,7 @@ TEST_F(FrameSizes, EnumeratingClosesANodeThatAFailedOpenLeft) {
     EXPECT_THAT(printed.take(),
                 testing::StartsWith("---------getResolutionCount closeCamera AA---------\n"));
     EXPECT_EQ(virtualcam::openHandles(), 0);
-    EXPECT_EQ(state().session.cam_fd, -1);
+    EXPECT_EQ(state().session.cam_fd.get(), -1);
 }
 
 TEST_F(FrameSizes, SurviveAClose) {

@@ -97,7 +97,7 @@ TEST_F(LivePreview, PausesOnceAFrameHoweverManyPicturesItShows) {
         openSmall(kYuyvFormat);
         SetWebFormSize(320, 240);
         if (prepared) {
-            state().session.zoomimage.create(240, 320, CV_8UC3);
+            state().session.frames->zoomimage.create(240, 320, CV_8UC3);
         }
         const int before = shown;
         const auto wait = [this] {

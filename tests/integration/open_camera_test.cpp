@@ -63,14 +63,14 @@ TEST_F(OpenCamera, PrintsEachStepToTheLetter) {
 
     v4l2_format format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
-    ioctl(state().session.cam_fd, VIDIOC_G_FMT, &format);
+    ioctl(state().session.cam_fd.get(), VIDIOC_G_FMT, &format);
     std::string buffers;
     for (unsigned i = 0; i < 5; ++i) {
         v4l2_buffer buffer{};
         buffer.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
         buffer.memory = V4L2_MEMORY_MMAP;
         buffer.index = i;
-        ioctl(state().session.cam_fd, VIDIOC_QUERYBUF, &buffer);
+        ioctl(state().session.cam_fd.get(), VIDIOC_QUERYBUF, &buffer);
         buffers += "buffer.length: " + std::to_string(buffer.length) +
                    "buffer.m.offset: " + std::to_string(buffer.m.offset);
     }
@@ -108,9 +108,9 @@ TEST_F(OpenCamera, AllocatesImagesOfTheAskedSizeWhateverTheDriverSettlesOn) {
     SetVideoFormat(kMjpegFormat);
     addFrameFault(FaultKind::kStall, 1);
     ASSERT_EQ(openCamera(0, 700, 500), 0);
-    EXPECT_EQ(state().session.srcimage.size(), cv::Size(700, 500));
-    EXPECT_EQ(state().session.roimage.size(), cv::Size(500, 700));
-    EXPECT_FALSE(state().session.srcimage.isSubmatrix());
+    EXPECT_EQ(state().session.frames->srcimage.size(), cv::Size(700, 500));
+    EXPECT_EQ(state().session.frames->roimage.size(), cv::Size(500, 700));
+    EXPECT_FALSE(state().session.frames->srcimage.isSubmatrix());
 }
 
 TEST_F(OpenCamera, EnumeratesSizesOnlyWhenNoneIsKnown) {
@@ -186,7 +186,7 @@ TEST_P(OpenCameraFailures, PrintTheirLineAndLeaveTheDescriptorToTheNextOpen) {
                 EndsWith(failure.line + reason + (failure.code == -13 ? "\n" : "")));
     EXPECT_EQ(state().session.pdecode == nullptr, failure.releasesDecoder);
     EXPECT_FALSE(state().session.bKeep);
-    EXPECT_NE(state().session.cam_fd, -1);
+    EXPECT_NE(state().session.cam_fd.get(), -1);
 
     PrintedText again;
     EXPECT_EQ(openCamera(0, 640, 480), 0);
@@ -245,7 +245,7 @@ TEST_F(OpenCamera, RestartsARunningSession) {
     EXPECT_EQ(openCamera(0, 1280, 960), 0);
     EXPECT_THAT(printed.take(), HasSubstr("---------openCamera > closeCamera BB---------\n"
                                           "---------openCamera closeCamera!---------\nDriver"));
-    EXPECT_EQ(state().session.srcimage.cols, 1280);
+    EXPECT_EQ(state().session.frames->srcimage.cols, 1280);
     EXPECT_EQ(virtualcam::openHandles(), 1);
     EXPECT_EQ(virtualcam::liveMappings(), 5);
 }
@@ -263,8 +263,8 @@ TEST_F(OpenCamera, GivesImagesOfTheNewSizeAfterAClose) {
     openSmall(kYuyvFormat);
     closeCamera();
     ASSERT_EQ(openCamera(0, 1280, 960), 0);
-    EXPECT_EQ(state().session.srcimage.size(), cv::Size(1280, 960));
-    EXPECT_EQ(state().session.roimage.size(), cv::Size(960, 1280));
+    EXPECT_EQ(state().session.frames->srcimage.size(), cv::Size(1280, 960));
+    EXPECT_EQ(state().session.frames->roimage.size(), cv::Size(960, 1280));
 }
 
 TEST_F(OpenCamera, KeepsTheSizeOfImagesThatAFailedOpenLeft) {
@@ -279,7 +279,7 @@ TEST_F(OpenCamera, KeepsTheSizeOfImagesThatAFailedOpenLeft) {
 
 TEST_F(OpenCamera, KeepsItsNodeFromProgramsThatTheHostStarts) {
     openSmall(kMjpegFormat);
-    EXPECT_EQ(fcntl(state().session.cam_fd, F_GETFD), FD_CLOEXEC);
+    EXPECT_EQ(fcntl(state().session.cam_fd.get(), F_GETFD), FD_CLOEXEC);
 }
 
 } // namespace

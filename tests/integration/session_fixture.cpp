@@ -102,7 +102,7 @@ SessionTest::SessionTest(const Formats& formats)
 
 SessionTest::~SessionTest() {
     virtualcam::setSleepScale(0.01);
-    if (state().session.cam_fd != kNoDescriptor || state().session.bKeep ||
+    if (state().session.cam_fd.get() != UniqueFd::kNone || state().session.bKeep ||
         state().session.streamingThread) {
         closeCamera();
     }

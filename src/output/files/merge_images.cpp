@@ -3,7 +3,7 @@
 #include "base/picture_file.h"
 #include "output/files/files.h"
 #include "output/still/save_image.h"
-#include "state/library_state.h"
+#include "state/documents.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -49,18 +49,19 @@ void compose(const Pictures& /*pictures*/, std::size_t /*count*/, cv::Mat& /*mer
 
 } // namespace
 
-int mergeQueued(const char* path, int mergeMode, bool deleteSources) {
-    if (state().documents.img_filelist.size() < kFewestFiles) {
+int mergeQueued(record::Documents& documents, const record::Settings& settings, const char* path,
+                int mergeMode, bool deleteSources) {
+    if (documents.img_filelist.size() < kFewestFiles) {
         return -1;
     }
-    const Queue files = std::exchange(state().documents.img_filelist, {});
+    const Queue files = std::exchange(documents.img_filelist, {});
     const Pictures pictures = readFirst(files);
     cv::Mat merged;
     if (mergeMode != 0 && files.size() <= kMostComposed) {
         compose(pictures, files.size(), merged);
     }
     if (!merged.empty()) {
-        savePage(path, merged);
+        savePage(path, merged, settings);
     }
     if (path == nullptr || !fileExists(path)) {
         return -2;

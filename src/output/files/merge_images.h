@@ -3,8 +3,16 @@
 
 namespace doccam {
 
+namespace record {
+
+struct Documents;
+struct Settings;
+
+} // namespace record
+
 // Reads the queued files, empties the queue and, with deleteSources, deletes them once a file is at
 // path. Composes nothing. 0; -1 for fewer than two files, -2 when no file is at path.
-int mergeQueued(const char* path, int mergeMode, bool deleteSources);
+int mergeQueued(record::Documents& documents, const record::Settings& settings, const char* path,
+                int mergeMode, bool deleteSources);
 
 } // namespace doccam

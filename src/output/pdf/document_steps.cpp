@@ -2,7 +2,7 @@
 
 #include "output/files/files.h"
 #include "output/pdf/pdf_writer.h"
-#include "state/library_state.h"
+#include "state/documents.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,29 +11,28 @@
 
 namespace doccam {
 
-void startDocument(const char* path) {
+void startDocument(record::Documents& documents, const char* path) {
     if (path != nullptr) {
-        LibraryState& library = state();
-        library.documents.pdfWriter = std::make_shared<PdfWriter>(path);
-        library.documents.pdf = library.documents.pdfWriter->document();
-        library.documents.outPdfPath = path;
+        documents.pdfWriter = std::make_shared<PdfWriter>(path);
+        documents.pdf = documents.pdfWriter->document();
+        documents.outPdfPath = path;
     }
 }
 
-void addPageToDocument(const char* picture) {
-    if (picture != nullptr && state().documents.pdfWriter) {
-        state().documents.pdfWriter->addPage(picture);
+void addPageToDocument(record::Documents& documents, const char* picture) {
+    if (picture != nullptr && documents.pdfWriter) {
+        documents.pdfWriter->addPage(picture);
     }
 }
 
-void endDocument() {
-    if (const auto writer = std::exchange(state().documents.pdfWriter, nullptr)) {
+void endDocument(record::Documents& documents) {
+    if (const auto writer = std::exchange(documents.pdfWriter, nullptr)) {
         finishDocument(*writer, {});
     }
 }
 
-void failDocument(HPDF_STATUS number, HPDF_STATUS detail) {
-    if (const auto& writer = state().documents.pdfWriter) {
+void failDocument(record::Documents& documents, HPDF_STATUS number, HPDF_STATUS detail) {
+    if (const auto& writer = documents.pdfWriter) {
         writer->fail(number, detail);
     } else {
         printPdfError(number, detail);
@@ -48,16 +47,16 @@ int enqueueFile(std::vector<std::string>& queue, const char* path) {
     return 0;
 }
 
-int combineQueued(const char* path, bool deleteSources) {
-    if (path == nullptr || state().documents.pdf_filelist.empty()) {
+int combineQueued(record::Documents& documents, const char* path, bool deleteSources) {
+    if (path == nullptr || documents.pdf_filelist.empty()) {
         return -1;
     }
-    const auto files = std::exchange(state().documents.pdf_filelist, {});
+    const auto files = std::exchange(documents.pdf_filelist, {});
     PdfWriter writer(path);
     std::vector<std::string> present;
     std::copy_if(files.begin(), files.end(), std::back_inserter(present),
                  [](const std::string& file) { return fileExists(file.c_str()); });
-    // A file that stood at path before is not what was asked for: its pages may not be lost.
+    // An older file at path does not hold these pages, whose sources must not be lost.
     if (!finishDocument(writer, present) || !fileExists(path)) {
         return -2;
     }

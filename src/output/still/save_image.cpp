@@ -5,7 +5,7 @@
 #include "output/pdf/pdf_writer.h"
 #include "output/still/page_picture.h"
 #include "state/faults.h"
-#include "state/library_state.h"
+#include "state/settings.h"
 
 #include <array>
 #include <optional>
@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t kExtensionLength = 3;
 
-int jpegQuality() {
-    return state().settings.jpgQuality.load(std::memory_order_relaxed);
+int jpegQuality(const record::Settings& settings) {
+    return settings.jpgQuality.load(std::memory_order_relaxed);
 }
 
 // Throws std::out_of_range for a path shorter than an extension.
@@ -37,9 +37,10 @@ std::string temporaryJpeg(std::string_view path) {
 
 } // namespace
 
-bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
+bool writeOnePagePdf(const std::string& target, const cv::Mat& picture,
+                     const record::Settings& settings) {
     const std::string jpeg = temporaryJpeg(target);
-    const bool written = writeImage(jpeg, picture, jpegQuality());
+    const bool written = writeImage(jpeg, picture, jpegQuality(settings));
     PdfWriter writer(target);
     if (!written && fileExists(jpeg.c_str())) {
         // A picture left by an earlier page of that name must not pass for this one.
@@ -48,15 +49,14 @@ bool writeOnePagePdf(const std::string& target, const cv::Mat& picture) {
     return finishDocument(writer, std::array{jpeg});
 }
 
-void savePage(const std::string& target, const cv::Mat& page) {
+void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings) {
     const std::string extension = extensionOf(target);
-    const auto picture =
-        pictureInMode(page, state().settings.colorMode.load(std::memory_order_relaxed));
+    const auto picture = pictureInMode(page, settings.colorMode.load(std::memory_order_relaxed));
     if (!picture) {
         return;
     }
-    const auto quality = extension == "jpg" ? std::optional(jpegQuality()) : std::nullopt;
-    const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture)
+    const auto quality = extension == "jpg" ? std::optional(jpegQuality(settings)) : std::nullopt;
+    const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture, settings)
                                             : writeImage(target, *picture, quality);
     if (!written) {
         reportFault(

@@ -19,8 +19,8 @@ Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, Library
     return {std::move(path), pageOfWholeFrame(frame, library.settings, enlarge), true};
 }
 
-void saveStill(const Still& still) {
-    savePage(still.path, still.page);
+void saveStill(const Still& still, const record::Settings& settings) {
+    savePage(still.path, still.page, settings);
     if (still.ofWholeFrame) {
         std::puts("capture->04");
     }

@@ -9,6 +9,12 @@ namespace doccam {
 
 struct LibraryState;
 
+namespace record {
+
+struct Settings;
+
+} // namespace record
+
 struct Still {
     std::string path;
     cv::Mat page; // blue first
@@ -21,6 +27,6 @@ struct Still {
 Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library);
 
 // Saves it as savePage() does. Uses nothing of the session.
-void saveStill(const Still& still);
+void saveStill(const Still& still, const record::Settings& settings);
 
 } // namespace doccam

@@ -2,43 +2,43 @@
 
 #include "base/pause.h"
 #include "output/files/files.h"
-#include "state/library_state.h"
+#include "state/session.h"
 
 #include <cstdio>
 
 namespace doccam {
 namespace {
 
-constexpr int kMostWaitsForStill = 79;
-constexpr int kMostWaitsForFile = 3;
+constexpr int kMaximumWaitsForStill = 79;
+constexpr int kMaximumWaitsForFile = 3;
 
-bool isPending() {
-    return state().session.isShootPhoto.load(std::memory_order_acquire) ||
-           state().session.reportingFaults.load(std::memory_order_acquire);
+bool isPending(const record::Session& session) {
+    return session.isShootPhoto.load(std::memory_order_acquire) ||
+           session.reportingFaults.load(std::memory_order_acquire);
 }
 
-bool hasStill() {
-    return fileExists(state().session.imgSavePath.load().data());
+bool hasStill(const record::Session& session) {
+    return fileExists(session.imgSavePath.load().c_str());
 }
 
 } // namespace
 
-int requestStill(const char* path) {
-    if (!state().session.bKeep.load(std::memory_order_acquire)) {
+int requestStill(record::Session& session, const char* path) {
+    if (!session.bKeep.load(std::memory_order_acquire)) {
         return -1;
     }
     if (path == nullptr || !SharedPath::fits(path)) {
         std::puts("captureImage->path missing or too long");
         return -1;
     }
-    state().session.imgSavePath.store(path);
+    session.imgSavePath.store(path);
     if (fileExists(path)) {
         std::remove(path);
     }
-    state().session.isShootPhoto.store(true, std::memory_order_release);
-    pollWhile(isPending, kMostWaitsForStill);
+    session.isShootPhoto.store(true, std::memory_order_release);
+    pollWhile([&] { return isPending(session); }, kMaximumWaitsForStill);
     // Deliberately while the file is there, not until it is.
-    pollWhile(hasStill, kMostWaitsForFile);
+    pollWhile([&] { return hasStill(session); }, kMaximumWaitsForFile);
     return 0;
 }
 

@@ -53,7 +53,7 @@ TEST_F(Containing, HoldsNotesBackUntilTheyAreTold) {
     reportFault({DOCCAM_FAULT_PREVIEW, DOCCAM_CAUSE_OTHER, "too far"});
     EXPECT_EQ(heardFault, -1);
     EXPECT_FALSE(notes.empty());
-    notes.tell();
+    notes.report();
     EXPECT_EQ(heardFault, DOCCAM_FAULT_PREVIEW);
     EXPECT_TRUE(notes.empty());
 }

@@ -1,46 +1,28 @@
 // Texts shared by two threads. The thread sanitizer judges these tests, too.
 #include "state/shared_text.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <thread>
 
 namespace doccam::test {
 namespace {
 
-using testing::Each;
-
-std::string text(const SharedPath& path) {
-    return path.load().data();
-}
-
 TEST(SharedPath, IsEmptyAtFirst) {
-    EXPECT_THAT(SharedPath().load(), Each('\0'));
+    EXPECT_EQ(SharedPath().load(), "");
 }
 
-TEST(SharedPath, GivesBackWhatWasStored) {
+TEST(SharedPath, GivesBackWhatWasStoredLast) {
     SharedPath path;
+    path.store(std::string(254, 'a'));
     path.store("/tmp/page.jpg");
-    EXPECT_EQ(text(path), "/tmp/page.jpg");
+    EXPECT_EQ(path.load(), "/tmp/page.jpg");
 }
 
 TEST(SharedPath, FitsUpTo254Bytes) {
     EXPECT_TRUE(SharedPath::fits(std::string(254, 'a')));
     EXPECT_FALSE(SharedPath::fits(std::string(255, 'a')));
-    SharedPath path;
-    path.store(std::string(254, 'a'));
-    EXPECT_EQ(text(path), std::string(254, 'a'));
-}
-
-TEST(SharedPath, LeavesNothingOfALongerTextBehind) {
-    SharedPath path;
-    path.store(std::string(254, 'a'));
-    path.store("b");
-    const SharedPath::Text copy = path.load();
-    EXPECT_EQ(copy[0], 'b');
-    EXPECT_EQ(std::count(copy.begin(), copy.end(), '\0'), 254);
 }
 
 TEST(SharedPath, GivesWholeTextsWhileAnotherThreadStores) {
@@ -55,7 +37,7 @@ TEST(SharedPath, GivesWholeTextsWhileAnotherThreadStores) {
     });
     int mixtures = 0;
     do {
-        const std::string copy = text(path);
+        const std::string copy = path.load();
         mixtures += copy == std::string(254, 'a') || copy == std::string(100, 'b') ? 0 : 1;
     } while (!done);
     writer.join();

@@ -1,7 +1,7 @@
 // A fresh process-wide MJPEG decoder for each test.
 #pragma once
 
-#include "decode/mjpeg_decoder.h"
+#include "decode/mjpeg_frames.h"
 #include "jpeg_samples.h"
 #include "state/library_state.h"
 
@@ -20,6 +20,8 @@ class MjpegFixture : public testing::Test {
     }
 
     void TearDown() override { av_decode_deinit(); }
+
+    static DecoderSlot& slot() { return state().session.pdecode; }
 
     static MjpegDecoder& decoder() { return *state().session.pdecode.load(); }
 

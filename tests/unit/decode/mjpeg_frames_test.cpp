@@ -206,7 +206,8 @@ TEST_F(MjpegFrames, DecodesPaddedMemoryInPlaceAndKeepsNoReference) {
         memory.resize(frame.size() + kCodecPadding, 0);
         const Bytes before = memory;
         cv::Mat out = untouched(160, 120);
-        storeFrame(decodeFrame({{memory.data(), frame.size()}, true, {160, 120}}), 160, 120, out);
+        storeFrame(slot(), decodeFrame(slot(), {{memory.data(), frame.size()}, true, {160, 120}}),
+                   {160, 120}, out);
         EXPECT_TRUE(same(out, expected));
         EXPECT_EQ(memory, before);
     }
@@ -216,8 +217,8 @@ TEST_F(MjpegFrames, RefusesPaddedCorruptFramesAsItDoesOthers) {
     const Bytes memory(4000 + kCodecPadding, 0);
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
-    storeFrame(decodeFrame({{memory.data(), 4000}, true, {64, 48}}), 64, 48, out);
-    storeFrame(decodeFrame({{}, true, {64, 48}}), 64, 48, out);
+    storeFrame(slot(), decodeFrame(slot(), {{memory.data(), 4000}, true, {64, 48}}), {64, 48}, out);
+    storeFrame(slot(), decodeFrame(slot(), {{}, true, {64, 48}}), {64, 48}, out);
     EXPECT_EQ(printed.take(), "decode error.\n");
     EXPECT_TRUE(same(out, untouched(64, 48)));
 }

@@ -106,24 +106,26 @@ TEST(PixelTurn, TakesPicturesOfThreeBytePixelsOnly) {
 
 class TurnedFrame : public testing::Test {
   protected:
-    void TearDown() override { state().session.roimage.release(); }
+    void TearDown() override { state().session.frames->roimage.release(); }
 };
 
 TEST_F(TurnedFrame, TakesPicturesOfOtherPixels) {
     const cv::Mat grey = cv::Mat_<uchar>({2, 3}, {1, 2, 3, 4, 5, 6});
-    state().session.roimage.create(1, 1, CV_8UC3);
+    state().session.frames->roimage.create(1, 1, CV_8UC3);
     CamdataRote90(grey);
-    EXPECT_TRUE(same(state().session.roimage, plainlyTurned(grey, Quarter::kClockwise)));
+    EXPECT_TRUE(same(state().session.frames->roimage, plainlyTurned(grey, Quarter::kClockwise)));
     CamdataRote270(grey);
-    EXPECT_TRUE(same(state().session.roimage, plainlyTurned(grey, Quarter::kCounterClockwise)));
+    EXPECT_TRUE(
+        same(state().session.frames->roimage, plainlyTurned(grey, Quarter::kCounterClockwise)));
 }
 
 TEST_F(TurnedFrame, IsTurnedOnItself) {
     for (const int rows : {20, 30}) {
         const cv::Mat before = noisy(rows, 20);
-        state().session.roimage = before.clone();
-        CamdataRote90(state().session.roimage);
-        EXPECT_TRUE(same(state().session.roimage, plainlyTurned(before, Quarter::kClockwise)));
+        state().session.frames->roimage = before.clone();
+        CamdataRote90(state().session.frames->roimage);
+        EXPECT_TRUE(
+            same(state().session.frames->roimage, plainlyTurned(before, Quarter::kClockwise)));
     }
 }
 

@@ -46,46 +46,48 @@ using Rows = std::vector<std::string>;
 
 class QuarterTurn : public testing::Test {
   protected:
-    void SetUp() override { state().session.roimage = cv::Mat(4, 2, CV_8UC3, cv::Scalar::all(0)); }
+    void SetUp() override {
+        state().session.frames->roimage = cv::Mat(4, 2, CV_8UC3, cv::Scalar::all(0));
+    }
 
-    void TearDown() override { state().session.roimage.release(); }
+    void TearDown() override { state().session.frames->roimage.release(); }
 
     cv::Mat frame_ = pictureOf({"ABCD", "EFGH"});
 };
 
 TEST_F(QuarterTurn, TurnsClockwiseIntoTheTurnedFrame) {
     CamdataRote90(frame_);
-    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"EA", "FB", "GC", "HD"}));
+    EXPECT_EQ(lettersOf(state().session.frames->roimage), (Rows{"EA", "FB", "GC", "HD"}));
     EXPECT_EQ(lettersOf(frame_), (Rows{"ABCD", "EFGH"}));
 }
 
 TEST_F(QuarterTurn, TurnsCounterClockwiseIntoTheTurnedFrame) {
     CamdataRote270(frame_);
-    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"DH", "CG", "BF", "AE"}));
+    EXPECT_EQ(lettersOf(state().session.frames->roimage), (Rows{"DH", "CG", "BF", "AE"}));
     EXPECT_EQ(lettersOf(frame_), (Rows{"ABCD", "EFGH"}));
 }
 
 TEST_F(QuarterTurn, ReusesTheTurnedFramesMemory) {
-    const uchar* const pixels = state().session.roimage.data;
+    const uchar* const pixels = state().session.frames->roimage.data;
     CamdataRote90(frame_);
-    EXPECT_EQ(state().session.roimage.data, pixels);
+    EXPECT_EQ(state().session.frames->roimage.data, pixels);
     CamdataRote270(frame_);
-    EXPECT_EQ(state().session.roimage.data, pixels);
+    EXPECT_EQ(state().session.frames->roimage.data, pixels);
 }
 
 TEST_F(QuarterTurn, LeavesAnEmptyTurnedFrameEmpty) {
-    state().session.roimage.release();
+    state().session.frames->roimage.release();
     CamdataRote90(frame_);
-    EXPECT_TRUE(state().session.roimage.empty());
+    EXPECT_TRUE(state().session.frames->roimage.empty());
     CamdataRote270(frame_);
-    EXPECT_TRUE(state().session.roimage.empty());
+    EXPECT_TRUE(state().session.frames->roimage.empty());
 }
 
 TEST_F(QuarterTurn, ReallocatesATurnedFrameOfAnotherSize) {
     CamdataRote90(pictureOf({"ABC"}));
-    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"A", "B", "C"}));
+    EXPECT_EQ(lettersOf(state().session.frames->roimage), (Rows{"A", "B", "C"}));
     CamdataRote270(frame_);
-    EXPECT_EQ(lettersOf(state().session.roimage), (Rows{"DH", "CG", "BF", "AE"}));
+    EXPECT_EQ(lettersOf(state().session.frames->roimage), (Rows{"DH", "CG", "BF", "AE"}));
 }
 
 TEST_F(QuarterTurn, TurnsByHalfInTheCallersPixels) {
@@ -96,10 +98,10 @@ TEST_F(QuarterTurn, TurnsByHalfInTheCallersPixels) {
 }
 
 TEST_F(QuarterTurn, TurnsByHalfWithoutATurnedFrame) {
-    state().session.roimage.release();
+    state().session.frames->roimage.release();
     CamdataRote180(frame_);
     EXPECT_EQ(lettersOf(frame_), (Rows{"HGFE", "DCBA"}));
-    EXPECT_TRUE(state().session.roimage.empty());
+    EXPECT_TRUE(state().session.frames->roimage.empty());
 }
 
 TEST_F(QuarterTurn, PassesTheImageLibrarysExceptionOn) {

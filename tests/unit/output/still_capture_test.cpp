@@ -38,7 +38,7 @@ class StillCapture : public testing::Test {
         SetRotate(0);
     }
 
-    static std::string requested() { return state().session.imgSavePath.load().data(); }
+    static std::string requested() { return state().session.imgSavePath.load(); }
 
     ScratchFolder scratch_;
     std::string target_ = scratch_.file("still.png");

@@ -43,16 +43,18 @@ TEST_F(ChangingView, NeverEndsTheHostNorOverrunsItsBuffer) {
         const cv::Mat* const frame = angle == 0 || angle == 2   ? &upright
                                      : angle == 1 || angle == 3 ? &upended
                                                                 : nullptr;
-        showPreview(state(), frame, [&](const PreviewPicture& picture) {
-            EXPECT_GE(picture.width, 4);
-            EXPECT_GE(picture.height, 4);
-            EXPECT_EQ(picture.width % 4, 0);
-            EXPECT_EQ(picture.height % 4, 0);
-            EXPECT_LE(picture.width * picture.height, BusyHost::kFormWidth * BusyHost::kFormHeight);
-            sum += bytesSum(picture);
-            ++pictures;
-            return true;
-        });
+        showPreview(state().view, state().session.frames->zoomimage, frame,
+                    [&](const PreviewPicture& picture) {
+                        EXPECT_GE(picture.width, 4);
+                        EXPECT_GE(picture.height, 4);
+                        EXPECT_EQ(picture.width % 4, 0);
+                        EXPECT_EQ(picture.height % 4, 0);
+                        EXPECT_LE(picture.width * picture.height,
+                                  BusyHost::kFormWidth * BusyHost::kFormHeight);
+                        sum += bytesSum(picture);
+                        ++pictures;
+                        return true;
+                    });
     }
     EXPECT_GT(pictures, 0U);
     EXPECT_GT(sum, 0U);

@@ -137,7 +137,7 @@ TEST_F(Form, OfTheFirstDeclarationSizesTheBuffer) {
     SetWebFormSize(801, 600);
     const unsigned char* const buffer = state().view.WEB_BUF;
     ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(state().view.previewPixels.get(), buffer);
+    EXPECT_EQ(state().session.frames->preview.get(), buffer);
     EXPECT_EQ(state().view.previewBytes, 801U * 600U * 3U);
     EXPECT_TRUE(std::all_of(buffer, buffer + state().view.previewBytes,
                             [](int byte) { return byte == 0; }));

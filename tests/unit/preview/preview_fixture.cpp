@@ -13,9 +13,9 @@ void forgetSession() {
     setGrabSize(0, 0);
     library.settings.pGetVideoWebStream = nullptr;
     library.view.WEB_BUF = nullptr;
-    library.view.previewPixels.reset();
+    library.session.frames->preview.reset();
     library.view.previewBytes = 0;
-    library.session.zoomimage.release();
+    library.session.frames->zoomimage.release();
 }
 
 } // namespace

@@ -18,16 +18,17 @@ class PreviewStage : public Preview {
 
     std::vector<PreviewPicture> shown(const cv::Mat* frame) {
         std::vector<PreviewPicture> pictures;
-        EXPECT_TRUE(showPreview(state(), frame, [&](const PreviewPicture& picture) {
-            pictures.push_back(picture);
-            return true;
-        }));
+        EXPECT_TRUE(showPreview(state().view, state().session.frames->zoomimage, frame,
+                                [&](const PreviewPicture& picture) {
+                                    pictures.push_back(picture);
+                                    return true;
+                                }));
         return pictures;
     }
 
     static std::vector<unsigned char> bufferPixels() {
-        return {state().view.previewPixels.get(),
-                state().view.previewPixels.get() + state().view.previewBytes};
+        return {state().session.frames->preview.get(),
+                state().session.frames->preview.get() + state().view.previewBytes};
     }
 };
 
@@ -69,11 +70,11 @@ TEST_F(PreviewStage, FillsAPreparedImageWithoutAForm) {
     stream({640, 480});
     SetWebFormSize(320, 240);
     state().view.WEB_BUF = nullptr;
-    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().session.frames->zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     const cv::Mat frame = noisyFrame({640, 480});
     const std::vector<PreviewPicture> pictures = shown(frame);
     ASSERT_EQ(pictures.size(), 1U);
-    EXPECT_EQ(pictures[0].pixels, state().session.zoomimage.data);
+    EXPECT_EQ(pictures[0].pixels, state().session.frames->zoomimage.data);
     const std::vector<unsigned char> expected = plainPicture(frame, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), pictures[0].pixels));
 }
@@ -81,43 +82,44 @@ TEST_F(PreviewStage, FillsAPreparedImageWithoutAForm) {
 TEST_F(PreviewStage, DeliversTheFormsPictureBeforeThePreparedImage) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().session.zoomimage = cv::Mat::zeros(480, 640, CV_8UC3);
+    state().session.frames->zoomimage = cv::Mat::zeros(480, 640, CV_8UC3);
     const std::vector<PreviewPicture> pictures = shown(noisyFrame({640, 480}));
     ASSERT_EQ(pictures.size(), 2U);
     EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
-    EXPECT_EQ(pictures[1].pixels, state().session.zoomimage.data);
+    EXPECT_EQ(pictures[1].pixels, state().session.frames->zoomimage.data);
     EXPECT_EQ(pictures[1].width, 320);
     EXPECT_EQ(pictures[1].height, 240);
-    EXPECT_NE(cv::countNonZero(state().session.zoomimage.reshape(1)), 0);
+    EXPECT_NE(cv::countNonZero(state().session.frames->zoomimage.reshape(1)), 0);
 }
 
 TEST_F(PreviewStage, LeavesOutAPreparedImageSmallerThanTheHostIsTold) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().session.zoomimage = cv::Mat::zeros(239, 320, CV_8UC3);
+    state().session.frames->zoomimage = cv::Mat::zeros(239, 320, CV_8UC3);
     const std::vector<PreviewPicture> pictures = shown(noisyFrame({640, 480}));
     ASSERT_EQ(pictures.size(), 1U);
     EXPECT_EQ(pictures[0].pixels, state().view.WEB_BUF);
-    EXPECT_EQ(cv::countNonZero(state().session.zoomimage.reshape(1)), 0);
+    EXPECT_EQ(cv::countNonZero(state().session.frames->zoomimage.reshape(1)), 0);
 }
 
 TEST_F(PreviewStage, EndsAtOnceWhenTheStateIsNoLongerItsOwn) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().session.frames->zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     const cv::Mat frame = noisyFrame({640, 480});
     int delivered = 0;
-    EXPECT_FALSE(showPreview(state(), &frame, [&](const PreviewPicture&) {
-        ++delivered;
-        return false;
-    }));
+    EXPECT_FALSE(showPreview(state().view, state().session.frames->zoomimage, &frame,
+                             [&](const PreviewPicture&) {
+                                 ++delivered;
+                                 return false;
+                             }));
     EXPECT_EQ(delivered, 1);
 }
 
 TEST_F(PreviewStage, WithoutAFrameDeliversWhatWasThere) {
     stream({640, 480});
     SetWebFormSize(320, 240);
-    state().session.zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
+    state().session.frames->zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
     shown(noisyFrame({640, 480}));
     const std::vector<unsigned char> before = bufferPixels();
     const std::vector<PreviewPicture> pictures = shown(nullptr);

@@ -94,8 +94,8 @@ class StreamingPreview : public Preview {
         std::strcpy(library.session.pix_format, "YUYV");
         library.session.video_buffer_ptr[0] = raw_.data();
         library.session.mappedLength[0] = raw_.size();
-        library.session.srcimage = makeSlackImage(kFrame.height, kFrame.width);
-        library.session.roimage.create(kFrame.width, kFrame.height, CV_8UC3);
+        library.session.frames->srcimage = makeSlackImage(kFrame.height, kFrame.width);
+        library.session.frames->roimage.create(kFrame.width, kFrame.height, CV_8UC3);
         library.settings.pGetVideoWebStream = recordPicture;
         calls.clear();
         drawn = 0;
@@ -107,8 +107,8 @@ class StreamingPreview : public Preview {
         library.session.video_buffer_ptr[0] = nullptr;
         library.session.mappedLength[0] = 0;
         library.session.pix_format[0] = '\0';
-        library.session.srcimage.release();
-        library.session.roimage.release();
+        library.session.frames->srcimage.release();
+        library.session.frames->roimage.release();
         nextFrame = nullptr;
         Preview::TearDown();
     }
@@ -142,24 +142,24 @@ TEST_F(StreamingPreview, CallsWithTheFormsPictureOfEachFrame) {
     ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
     EXPECT_EQ(calls[0], (Call{state().view.WEB_BUF, 160, 120, 0, 20}));
     const std::vector<unsigned char> expected =
-        plainPicture(state().session.srcimage, currentFields());
+        plainPicture(state().session.frames->srcimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
 }
 
 TEST_F(StreamingPreview, CallsTwiceForAFrameWhenAnImageIsPreparedToo) {
     SetWebFormSize(160, 120);
-    state().session.zoomimage.create(240, 320, CV_8UC3);
+    state().session.frames->zoomimage.create(240, 320, CV_8UC3);
     streamFrames(1);
-    EXPECT_THAT(calls,
-                ElementsAre(formPicture(), Call{state().session.zoomimage.data, 160, 120, 0, 0}));
+    EXPECT_THAT(calls, ElementsAre(formPicture(),
+                                   Call{state().session.frames->zoomimage.data, 160, 120, 0, 0}));
 }
 
 TEST_F(StreamingPreview, FollowsTheFrameItself) {
     SetWebFormSize(160, 120);
     state().settings.pGetVideoStream = recordFrame;
     streamFrames(1);
-    EXPECT_THAT(calls,
-                ElementsAre(Call{state().session.srcimage.data, 320, 240, -1, -1}, formPicture()));
+    EXPECT_THAT(calls, ElementsAre(Call{state().session.frames->srcimage.data, 320, 240, -1, -1},
+                                   formPicture()));
 }
 
 TEST_F(StreamingPreview, IsSilentWithoutACallback) {
@@ -181,7 +181,7 @@ TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
     ASSERT_THAT(calls, ElementsAre(formPicture(), formPicture()));
     EXPECT_EQ(calls[0].width, 120);
     const std::vector<unsigned char> expected =
-        plainPicture(state().session.roimage, currentFields());
+        plainPicture(state().session.frames->roimage, currentFields());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
 }
 

@@ -1,4 +1,4 @@
-#include "base/device_node.h"
+#include "discovery/device_node.h"
 
 #include <fcntl.h>
 

@@ -1,0 +1,173 @@
+#include "capture/session.h"
+
+#include "base/pause.h"
+#include "capture/driver_buffers.h"
+#include "capture/frame_loop.h"
+#include "capture/streaming_thread.h"
+#include "decode/mjpeg_frames.h"
+#include "state/library_state.h"
+
+#include <pthread.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <mutex>
+#include <new>
+#include <utility>
+
+namespace doccam {
+namespace {
+
+constexpr int kStopWait = 550;
+constexpr int kNodeWait = 100;
+
+// How long a callback, or the writing of a still, may hold up the close. Long enough for any that
+// is merely slow.
+constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
+                                              .inWriting = std::chrono::seconds(9)};
+
+// Held by the one caller that ends the session: a host may close the camera while its own callback
+// does the same.
+std::mutex ending;
+
+// A forked child has no thread that could unlock it.
+[[maybe_unused]] const int unlockedInChildren =
+    pthread_atfork(nullptr, nullptr, [] { new (&ending) std::mutex; });
+
+// In a forked child the descriptor is the parent's too, and the stream is the parent's alone.
+void switchStreamOff(const record::Session& session) {
+    if (session.sessionProcess != kNoProcess && session.sessionProcess != getpid()) {
+        return;
+    }
+    int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    ioctl(session.cam_fd.get(), VIDIOC_STREAMOFF, &type);
+}
+
+// Needs ending to be held.
+void endStreaming(record::Session& session) {
+    const std::shared_ptr<StreamingThread> thread = std::move(session.streamingThread);
+    if (!thread) {
+        return;
+    }
+    thread->retire(kPatience);
+    if (thread->abandonedInWriting()) {
+        // This still is being written; the next session must not take it again.
+        session.isShootPhoto.store(false, std::memory_order_release);
+    }
+}
+
+void closeNode(record::Session& session) {
+    pauseFor(kNodeWait);
+    session.cam_fd.reset();
+    pauseFor(kNodeWait);
+}
+
+// A thread that was given up keeps its frames; the record gets new ones.
+void leaveFramesToStuckThread(LibraryState& library) {
+    if (library.session.frames.use_count() > 1) {
+        library.view.WEB_BUF = nullptr;
+        library.session.frames = std::make_shared<Frames>();
+    }
+}
+
+void releaseFrames(LibraryState& library) {
+    const auto report = [](bool released, const char* line) {
+        if (released) {
+            std::puts(line);
+        }
+    };
+    const Frames& frames = *library.session.frames;
+    report(!frames.srcimage.empty(), ">>>>>>>>>>>>> closeCamera 01!");
+    report(!frames.roimage.empty(), ">>>>>>>>>>>>> closeCamera 02!");
+    report(!frames.zoomimage.empty(), ">>>>>>>>>>>>> closeCamera 03!");
+    report(library.view.WEB_BUF.exchange(nullptr) != nullptr, ">>>>>>>>>>>>> closeCamera 04!");
+    leaveFramesToStuckThread(library);
+    *library.session.frames = {};
+}
+
+// Ends a session that the host left open when the process exits: no thread may run into the
+// destruction of what it uses. A forked child leaves its parent's camera alone.
+struct ExitGuard {
+    ExitGuard() { state(); }
+
+    ~ExitGuard() {
+        const std::unique_lock lock(ending, std::try_to_lock);
+        record::Session& session = state().session;
+        if (lock && session.streamingThread && session.streamingThread->ofThisProcess()) {
+            session.bKeep = false;
+            switchStreamOff(session);
+            endStreaming(session);
+            releaseDecoder(session.pdecode);
+        }
+    }
+
+    ExitGuard(const ExitGuard&) = delete;
+    ExitGuard& operator=(const ExitGuard&) = delete;
+};
+
+const ExitGuard exitGuard;
+
+} // namespace
+
+void setGrabSize(record::Session& session, FrameSize size) {
+    constexpr auto kRelaxed = std::memory_order_relaxed;
+    session.nWidth.store(size.width, kRelaxed);
+    session.nHeight.store(size.height, kRelaxed);
+    const auto bytes =
+        static_cast<std::uint32_t>(size.width) * static_cast<std::uint32_t>(size.height) * 3U;
+    session.nSize.store(static_cast<int>(bytes), kRelaxed);
+}
+
+void startStreaming(record::Session& session) {
+    const auto thread = std::make_shared<StreamingThread>(session.frames);
+    session.streamingThread = thread;
+    session.bKeep = true;
+    if (!thread->start(streamFrames)) {
+        std::puts("create thread error");
+    }
+}
+
+void closeSession(LibraryState& library) {
+    record::Session& session = library.session;
+    session.bKeep = false;
+    pauseFor(kStopWait);
+    std::unique_lock lock(ending, std::try_to_lock);
+    if (!lock) {
+        // The other caller may be waiting for the callback that calls here.
+        if (!StreamingThread::isCurrentThread()) {
+            lock.lock();
+        }
+        return;
+    }
+    switchStreamOff(session);
+    endStreaming(session);
+    unmapDriverBuffers(session);
+    closeNode(session);
+    releaseFrames(library);
+    releaseDecoder(session.pdecode);
+}
+
+bool releaseNode(LibraryState& library, const char* caller) {
+    if (!library.session.cam_fd.isOpen()) {
+        return false;
+    }
+    const bool streaming = library.session.bKeep;
+    if (streaming) {
+        closeSession(library);
+    } else {
+        library.session.cam_fd.reset();
+    }
+    std::printf("---------%s closeCamera %s---------\n", caller, streaming ? "BB" : "AA");
+    return true;
+}
+
+void endLostSession(LibraryState& library) {
+    const std::lock_guard lock(ending);
+    endStreaming(library.session);
+    leaveFramesToStuckThread(library);
+    unmapLostBuffers(library.session);
+}
+
+} // namespace doccam

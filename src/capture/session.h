@@ -1,0 +1,36 @@
+// The life of the camera session: its size, the start and the end of its thread, and its close.
+#pragma once
+
+#include "base/frame_size.h"
+
+namespace doccam {
+
+struct LibraryState;
+
+namespace record {
+
+struct Session;
+
+} // namespace record
+
+// Sets the size of the frames that a session asks for, and the bytes of one at three a pixel. A
+// nonsense size wraps around.
+void setGrabSize(record::Session& session, FrameSize size);
+
+// Starts the streaming thread; without one to start it prints a line and the session has no frames.
+void startStreaming(record::Session& session);
+
+// Closes the session, in a fixed order with fixed waits, and prints what it releases. Does so also
+// without one. One caller at a time does the work; another waits for it, but a callback returns.
+// A thread that is stuck in a callback or in the writing of a file is given up. Any thread.
+void closeSession(LibraryState& library);
+
+// Releases the node that a session or a failed open holds: closes the session or, without one, the
+// descriptor alone, and prints which in the caller's name. False when no node is open.
+bool releaseNode(LibraryState& library, const char* caller);
+
+// Ends, silently, what a session left behind that lost its node or was never complete: its thread,
+// and its mappings, which would keep the camera busy. Frames stay unless a stuck callback has them.
+void endLostSession(LibraryState& library);
+
+} // namespace doccam

@@ -1,0 +1,60 @@
+// Descriptors with one owner, on real pipes.
+#include "base/unique_fd.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace doccam::test {
+namespace {
+
+bool isOpen(int descriptor) {
+    return fcntl(descriptor, F_GETFD) != -1;
+}
+
+class UniqueFdTest : public testing::Test {
+  protected:
+    UniqueFdTest() { EXPECT_EQ(pipe(ends_.data()), 0); }
+
+    ~UniqueFdTest() override {
+        for (const int end : ends_) {
+            if (isOpen(end)) {
+                close(end);
+            }
+        }
+    }
+
+    std::array<int, 2> ends_{};
+};
+
+TEST_F(UniqueFdTest, HoldsNoneAtFirst) {
+    const UniqueFd descriptor;
+    EXPECT_FALSE(descriptor.isOpen());
+    EXPECT_EQ(descriptor.get(), -1);
+}
+
+TEST_F(UniqueFdTest, ClosesWhatItHoldsWhenItEnds) {
+    {
+        UniqueFd descriptor;
+        descriptor.reset(ends_[0]);
+        EXPECT_EQ(descriptor.get(), ends_[0]);
+        EXPECT_TRUE(isOpen(ends_[0]));
+    }
+    EXPECT_FALSE(isOpen(ends_[0]));
+    EXPECT_TRUE(isOpen(ends_[1]));
+}
+
+TEST_F(UniqueFdTest, ClosesWhatAnotherReplaces) {
+    UniqueFd descriptor;
+    descriptor.reset(ends_[0]);
+    descriptor.reset(ends_[1]);
+    EXPECT_FALSE(isOpen(ends_[0]));
+    EXPECT_TRUE(isOpen(ends_[1]));
+    descriptor.reset();
+    EXPECT_FALSE(isOpen(ends_[1]));
+    EXPECT_FALSE(descriptor.isOpen());
+}
+
+} // namespace
+} // namespace doccam::test

@@ -23,7 +23,10 @@ class Scan : public HostProgramTest {
         const std::string command =
             "cd " + file(".") + " && pdftoppm -png -r 72 " + pdf + " page && mv page-* ../home";
         EXPECT_EQ(std::system(command.c_str()), 0); // NOLINT(cert-env33-c): the shell is wanted
+        // Under a sanitizer reading takes longer than a file gets by default.
+        setenv("DOCCAM_READ_SECONDS", "1000", 1);
         const Outcome outcome = run("read --kind qr --json ../home/page-*");
+        unsetenv("DOCCAM_READ_SECONDS");
         std::vector<std::string> texts;
         for (const auto& code : outcome.json()) {
             texts.push_back(code["text"]);

@@ -1,5 +1,6 @@
 #include "discovery/supported_models.h"
 
+#include "discovery/harmless_text.h"
 #include "state/library_state.h"
 #include "supported_models_text.h"
 
@@ -61,7 +62,8 @@ const std::vector<ModelId>& configuredModels() {
             if (read.error.empty()) {
                 return read.models;
             }
-            std::fprintf(stderr, "doccam: %s; using the built-in table\n", read.error.c_str());
+            std::fprintf(stderr, "doccam: %s; using the built-in table\n",
+                         harmlessText(read.error).c_str());
         }
         return parseModels(kBuiltInModels).models;
     }();

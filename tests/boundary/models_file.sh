@@ -33,5 +33,8 @@ grep -q "^doccam: $work/malformed:2: expected vvvv:pppp" "$work/said" || fail "n
 host "$work/missing" || fail "a missing table left no camera"
 [ "$(grep -c "^doccam: $work/missing: " "$work/said")" -eq 1 ] || fail "no line names the file"
 
+host "$work/$(printf '\033[2J')" || fail "a table with an odd name left no camera"
+grep -qF "doccam: $work/\\x1b[2J: " "$work/said" || fail "a name reached the terminal as it is"
+
 host '' || fail "an empty name left no camera"
 ! grep -q '^doccam: ' "$work/said" || fail "an empty name was taken for a file's"

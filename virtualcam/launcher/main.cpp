@@ -1,4 +1,5 @@
 // doccam-virtualcam: runs a program with virtual cameras attached.
+#include "discovery/harmless_text.h"
 #include "launcher/options.h"
 #include "launcher/session.h"
 
@@ -19,7 +20,7 @@ int main(int argc, char** argv) {
     try {
         return runSession(*options);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "doccam-virtualcam: %s\n", error.what());
+        std::fprintf(stderr, "doccam-virtualcam: %s\n", doccam::harmlessText(error.what()).c_str());
         return 2;
     }
 }

@@ -1,6 +1,7 @@
 #include "launcher/session.h"
 
 #include "bed/udev_tree.h"
+#include "discovery/harmless_text.h"
 #include "launcher/plug_control.h"
 #include "picture/jpeg.h"
 #include "scenario.h"
@@ -84,7 +85,8 @@ void prepareEnvironment(const Options& options) {
     }
     arguments.push_back(nullptr);
     execvp(arguments[0], arguments.data());
-    std::fprintf(stderr, "doccam-virtualcam: %s: %s\n", arguments[0], std::strerror(errno));
+    const char* const why = std::strerror(errno);
+    std::fprintf(stderr, "doccam-virtualcam: %s: %s\n", harmlessText(arguments[0]).c_str(), why);
     _exit(127);
 }
 

@@ -71,6 +71,9 @@ std::string scan(const JpegClaim& claim, unsigned number) {
 std::string claimingJpeg(const JpegClaim& claim) {
     const char frame = claim.progressive ? '\xC2' : '\xC0';
     std::string jpeg = "\xFF\xD8";
+    for (unsigned number = 0; number < claim.empty; ++number) {
+        jpeg += segment('\xE1', "");
+    }
     jpeg += segment('\xDB', std::string(1, '\0') + std::string(64, '\x01'));
     jpeg += segment(frame, "\x08" + bigEndian(claim.height, 2) + bigEndian(claim.width, 2) +
                                std::string("\x03\x01\x11\x00\x02\x11\x00\x03\x11\x00", 10));
@@ -207,6 +210,8 @@ std::vector<Bomb> bombs() {
         {"scans.jpg", claimingJpeg({.width = 9000, .height = 9000, .scans = 3000})},
         {"hidden_scans.jpg",
          claimingJpeg({.width = 9000, .height = 9000, .scans = 3000, .hidden = true})},
+        {"segments.jpg",
+         claimingJpeg({.width = 2000, .height = 2000, .progressive = false, .empty = 240000})},
         {"one_bit.png", claimingPng({.width = 32000, .height = 32000, .depth = 1})},
         {"interlaced.png",
          claimingPng({.width = 20000, .height = 20000, .depth = 1, .interlaced = true})},

@@ -18,6 +18,7 @@ struct JpegClaim {
     unsigned height = 0;
     bool progressive = true;
     unsigned scans = 1;
+    unsigned empty = 0;  // segments before the first scan that hold nothing
     bool hidden = false; // the scans after the first stand in what looks like segments to pass over
 };
 

@@ -11,6 +11,7 @@ constexpr std::uint8_t kStartOfScan = 0xDA;
 constexpr std::uint8_t kEndOfImage = 0xD9;
 constexpr std::uint8_t kApp1 = 0xE1;
 constexpr unsigned kMaximumSampling = 4;
+constexpr std::uint64_t kMaximumSegments = 10000; // libjpeg goes over all kept ones for each
 constexpr std::uint64_t kBlockSide = 8;
 constexpr std::uint64_t kBlockBytes = kBlockSide * kBlockSide * 2;
 
@@ -108,7 +109,7 @@ class JpegHeader {
                 break;
             }
         }
-        if (!header_ || scans_ == 0) {
+        if (!header_ || scans_ == 0 || segments_ > kMaximumSegments) {
             return std::nullopt;
         }
         if (inScans_) {
@@ -133,7 +134,7 @@ class JpegHeader {
             ++scans_;
         }
         exif_ = exif_ || (marker == kApp1 && file_.startsWith(markers_.segment() + 2, "Exif"));
-        return markers_.skipSegment();
+        return ++segments_ <= kMaximumSegments && markers_.skipSegment();
     }
 
     bool readFrame() {
@@ -159,6 +160,7 @@ class JpegHeader {
     std::optional<PictureHeader> header_;
     std::vector<Sampling> parts_;
     std::uint64_t scans_ = 0;
+    std::uint64_t segments_ = 0;
     bool inScans_ = false;
     bool exif_ = false;
 };

@@ -1,10 +1,13 @@
 // doccam: document cameras from the command line.
 #include "command_line.h"
+#include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "pictures/picture_limits.h"
 #include "pictures/reading.h"
 
 #include <opencv2/core/utils/logger.hpp>
+#include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -51,14 +54,29 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
     }
 }
 
+// The cameras decode whatever it is, without bounds of their own.
+void tryPhoto(const Context& context) {
+    const std::string& photo = context.virtualCamera.photo;
+    const PictureLimits limits = pictureLimits();
+    const Interrupt interrupt(kPatience);
+    const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 2};
+    const Apart tried = runApart(
+        interrupt, bounds, [&](const Report& /*report*/) { readPicture(photo, cv::IMREAD_COLOR); });
+    if (tried.end != ApartEnd::kDone) {
+        throw Failure(kUsage, "The photo " + photo +
+                                  " takes too much memory or time to decode; give --virtual= "
+                                  "another one.");
+    }
+}
+
 int run(Context& context, int argc, char** argv) {
     const std::unique_ptr<CLI::App> app = makeCommandLine(context);
     if (const std::optional<int> code = parse(*app, argc, argv)) {
         return *code;
     }
     if (context.options.virtualCamera) {
-        if (!context.virtualCamera.photo.empty()) {
-            requirePicture(context.virtualCamera.photo); // the cameras decode whatever it is
+        if (!context.virtualCamera.photo.empty() && virtualCameraFolders().empty()) {
+            tryPhoto(context);
         }
         moveUnderVirtualCamera(context.virtualCamera, argv);
     }

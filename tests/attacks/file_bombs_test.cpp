@@ -96,6 +96,16 @@ TEST(FileTypes, OfMedicalScansAreRefused) {
     EXPECT_EQ(program.run({"pdf", "all.pdf", "scan.png"}).status, kUsage);
 }
 
+// The virtual cameras decode without bounds what has been decoded within them.
+TEST(FileTypes, OfAPhotoForVirtualCamerasAreDecodedApartFirst) {
+    const MeasuredRun program;
+    const std::string png = claimingPng({.width = 100, .height = 100});
+    program.write("a.png", png.substr(0, png.size() - 20));
+    const Cost cost = program.run({"--virtual=a.png", "list"});
+    EXPECT_EQ(cost.status, kUsage);
+    EXPECT_THAT(cost.err, MatchesRegex("doccam: [^\n]*a.png[^\n]*[.]\n"));
+}
+
 TEST(CodeSearch, EndsWithItsTime) {
     const MeasuredRun program;
     program.write("a.png", claimingPng({.width = 10000, .height = 10000}));

@@ -89,6 +89,7 @@ FileCodes codesInFile(const std::string& path, const std::vector<CodeKind>& kind
     const PictureLimits limits = pictureLimits();
     const Bounds bounds{.bytes = limits.workingBytes(),
                         .processor = limits.reading,
+                        .wall = limits.reading + limits.waiting,
                         .confined = context.options.confined};
     const Apart search = runApart(*context.interrupt, bounds,
                                   [&](const Report& report) { reportCodes(path, kinds, report); });

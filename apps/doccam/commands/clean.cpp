@@ -71,10 +71,14 @@ cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& tar
     return page;
 }
 
-void writeCleaned(const std::string& file, const CleanOptions& options, const OutputFile& target) {
+// Reports the picture's width and height.
+void writeCleaned(const std::string& file, const CleanOptions& options, const OutputFile& target,
+                  const Report& report) {
     try {
         const cv::Mat page = cleaned(readPicture(file, cv::IMREAD_COLOR), options, target);
         writePicture(target, target.draft(), page, options.quality);
+        report(std::to_string(page.cols));
+        report(std::to_string(page.rows));
     } catch (const cv::Exception& error) {
         throw Failure(kUsage, "The picture " + file + " cannot be cleaned: " + error.err +
                                   "; leave it out.");
@@ -89,15 +93,16 @@ WrittenFile cleanFile(const Context& context, const std::string& file,
     const Bounds bounds{.bytes = limits.workingBytes(),
                         .processor = limits.working,
                         .confined = context.options.confined};
-    const Apart made = runApart(*context.interrupt, bounds, [&](const Report& /*report*/) {
-        writeCleaned(file, options, target);
+    const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
+        writeCleaned(file, options, target, report);
     });
-    if (made.end != ApartEnd::kDone) {
+    if (made.end != ApartEnd::kDone || made.reports.size() != 2) {
         throw Failure(kUsage, "The picture " + file +
                                   " cannot be cleaned; look whether it is sound, or leave it out.");
     }
     target.publish(target.draft());
-    return describeFile(target.target().string());
+    return describeFile(target.target().string(),
+                        {std::atoi(made.reports[0].c_str()), std::atoi(made.reports[1].c_str())});
 }
 
 // A target that is a link is written where it leads.

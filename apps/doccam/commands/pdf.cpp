@@ -30,7 +30,7 @@ std::string draftApart(const Context& context, const OutputFile& file,
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
         report(draftPdf(file, images, *context.interrupt));
     });
-    if (made.reports.empty()) {
+    if (made.end != ApartEnd::kDone || made.reports.empty()) {
         throw Failure(kUsage, "The pictures for " + file.target().string() +
                                   " cannot be put into a PDF; look whether they are sound.");
     }

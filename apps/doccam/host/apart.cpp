@@ -30,6 +30,9 @@ struct MessageHead {
 };
 
 constexpr std::int32_t kReport = -1;
+constexpr std::size_t kMaximumBytes = 1 << 20; // of all messages together
+
+using Clock = std::chrono::steady_clock;
 
 class Descriptor {
   public:
@@ -75,9 +78,11 @@ std::uint64_t bytesInUse() {
     return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
+// For good: at the hard limit of its time a process ends in another way than at the other one.
 void limit(__rlimit_resource resource, std::uint64_t value) {
     rlimit limits{};
     getrlimit(resource, &limits);
+    limits.rlim_max = std::min<rlim_t>(value + 1, limits.rlim_max);
     limits.rlim_cur = std::min<rlim_t>(value, limits.rlim_max);
     setrlimit(resource, &limits);
 }
@@ -119,11 +124,13 @@ void apply(const Bounds& bounds, std::uint64_t before) {
     _exit(kDone);
 }
 
-// The messages of the copy, up to its end.
+// The messages of the copy, which may be anything once a decoder has met the wrong file.
 class Messages {
   public:
     explicit Messages(int pipe)
       : pipe_(pipe) {}
+
+    int pipe() const { return pipe_; }
 
     // Adds what there is; false at the end.
     bool read() {
@@ -133,9 +140,14 @@ class Messages {
         return count > 0 || (count < 0 && errno == EINTR);
     }
 
-    // The reports. Throws the Failure that is among the messages.
-    std::vector<std::string> reports() const {
-        std::vector<std::string> all;
+    bool areTooLong() const { return bytes_.size() > kMaximumBytes; }
+
+    // The reports, after that end. Throws the Failure that is among the messages.
+    Apart after(ApartEnd end) const {
+        if (areTooLong()) {
+            return {ApartEnd::kCrashed, {}};
+        }
+        Apart apart{end, {}};
         MessageHead head;
         for (std::size_t at = 0; bytes_.size() - at >= sizeof head; at += head.length) {
             std::memcpy(&head, bytes_.data() + at, sizeof head);
@@ -144,12 +156,18 @@ class Messages {
                 break;
             }
             const std::string text = bytes_.substr(at, head.length);
-            if (head.kind != kReport) {
+            if (head.kind >= kNothingFound && head.kind <= kFileFailed) {
                 throw Failure(static_cast<ExitCode>(head.kind), text);
             }
-            all.push_back(text);
+            if (head.kind == kInterrupted) {
+                throw Interruption();
+            }
+            if (head.kind != kReport) {
+                return {ApartEnd::kCrashed, {}};
+            }
+            apart.reports.push_back(text);
         }
-        return all;
+        return apart;
     }
 
   private:
@@ -184,9 +202,48 @@ class Copy {
         return WTERMSIG(status) == SIGXCPU ? ApartEnd::kOutOfTime : ApartEnd::kCrashed;
     }
 
+    // Ends it, and waits for it no longer: a disk that does not answer holds it up.
+    void giveUp() {
+        kill(process_, SIGKILL);
+        process_ = -1;
+    }
+
   private:
     pid_t process_;
 };
+
+int millisecondsUntil(std::optional<Clock::time_point> end) {
+    using std::chrono::milliseconds;
+    if (!end) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<milliseconds>(*end - Clock::now());
+    return static_cast<int>(std::max(left, milliseconds(0)).count());
+}
+
+// Reads the messages until the copy has ended, or has to.
+ApartEnd follow(Copy& copy, Messages& messages, const Interrupt& interrupt,
+                std::optional<Clock::time_point> end) {
+    std::array<pollfd, 2> events{
+        {{messages.pipe(), POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
+    while (true) {
+        const int ready = poll(events.data(), events.size(), millisecondsUntil(end));
+        interrupt.check();
+        if (ready == 0) {
+            copy.giveUp();
+            return ApartEnd::kOutOfTime;
+        }
+        if (ready < 0 || (events[0].revents & (POLLIN | POLLHUP)) == 0) {
+            continue;
+        }
+        if (!messages.read()) {
+            return copy.await();
+        }
+        if (messages.areTooLong()) {
+            return ApartEnd::kCrashed;
+        }
+    }
+}
 
 } // namespace
 
@@ -211,13 +268,8 @@ Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
     to.reset();
     Copy copy(process);
     Messages messages(from.number());
-    std::array<pollfd, 2> events{{{from.number(), POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
-    do {
-        poll(events.data(), events.size(), -1);
-        interrupt.check();
-    } while ((events[0].revents & (POLLIN | POLLHUP)) == 0 || messages.read());
-    const ApartEnd end = copy.await();
-    return {end, messages.reports()};
+    const auto end = bounds.wall ? std::optional(Clock::now() + *bounds.wall) : std::nullopt;
+    return messages.after(follow(copy, messages, interrupt, end));
 }
 
 } // namespace doccam::host

@@ -12,7 +12,8 @@ namespace doccam::host {
 struct PictureLimits {
     std::uint64_t megapixels = 100;   // of all pages of a file
     std::chrono::seconds reading{10}; // of processor time, for the codes of a file
-    std::chrono::seconds working{20}; // of processor time, for whatever else is done with a file
+    std::chrono::seconds waiting{5};  // of the clock beyond that, as for a disk
+    std::chrono::seconds working{18}; // of processor time, for whatever else is done with a file
     static constexpr std::uint64_t kReducedPixels = 25000000; // codes are sought in no more
 
     // A picture and what its decoder needs beside it take no more memory than this.

@@ -19,15 +19,12 @@ void refuseUnknownType(const std::string& name) {
 }
 
 WrittenFile describeFile(const std::string& path) {
-    WrittenFile file{path};
+    return describeFile(path, isPdfName(path) ? cv::Size() : sizeOfWritten(path));
+}
+
+WrittenFile describeFile(const std::string& path, cv::Size size) {
     std::error_code ignored;
-    file.bytes = std::filesystem::file_size(path, ignored);
-    if (!isPdfName(path)) {
-        const cv::Size size = sizeOfWritten(path);
-        file.width = size.width;
-        file.height = size.height;
-    }
-    return file;
+    return {path, size.width, size.height, std::filesystem::file_size(path, ignored)};
 }
 
 std::string asText(const WrittenFile& file) {

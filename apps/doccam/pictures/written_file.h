@@ -3,6 +3,8 @@
 
 #include "host/own_output.h"
 
+#include <opencv2/core.hpp>
+
 #include <cstdint>
 #include <string>
 
@@ -18,7 +20,11 @@ struct WrittenFile {
 // Throws Failure unless name's extension is one that pictures or PDFs are written as.
 void refuseUnknownType(const std::string& name);
 
+// What this process has made itself, of frames: it may be decoded for its size.
 WrittenFile describeFile(const std::string& path);
+
+// A picture of that size, or a PDF, which has none.
+WrittenFile describeFile(const std::string& path, cv::Size size);
 
 // "page.jpg  3264x2448  1234567 bytes"
 std::string asText(const WrittenFile& file);

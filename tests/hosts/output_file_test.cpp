@@ -82,6 +82,15 @@ TEST_F(OutputFileTest, KeepsALinkAndReplacesWhatItNames) {
     EXPECT_EQ(read(real), "new");
 }
 
+TEST_F(OutputFileTest, KeepsThePermissionsOfWhatItReplaces) {
+    write(target_, "old");
+    fs::permissions(target_, fs::perms::owner_read | fs::perms::owner_write);
+    OutputFile file(target_, true);
+    write(file.draft(), "new");
+    file.publish(file.draft());
+    EXPECT_EQ(fs::status(target_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 TEST_F(OutputFileTest, NeverReplacesWhatIsNoRegularFile) {
     fs::create_directory(target_);
     EXPECT_THROW(OutputFile(target_, true), Failure);

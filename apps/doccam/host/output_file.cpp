@@ -1,9 +1,8 @@
 #include "host/output_file.h"
 
+#include "base/files/file_placement.h"
+#include "base/handles/standard_file.h"
 #include "host/failure.h"
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -52,12 +51,13 @@ fs::path folderOf(const fs::path& target) {
     return target.has_parent_path() ? target.parent_path() : fs::path(".");
 }
 
-// Some file systems cannot rename without replacing; a second name does the same there.
-int renameWithoutReplacing(const char* from, const char* to) {
-    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
-        return 0;
+bool replaceKeepingOwner(const std::string& path, const std::string& place) {
+    if (const auto existing = statusOf(place)) {
+        if (const StandardFile file{std::fopen(path.c_str(), "r+be")}) {
+            takeOver(fileno(file.get()), *existing);
+        }
     }
-    return errno == EINVAL || errno == ENOSYS ? link(from, to) : -1;
+    return replaceFile(path, place);
 }
 
 } // namespace
@@ -83,9 +83,7 @@ std::string OutputFile::draft() const {
 }
 
 void OutputFile::publish(const std::string& path) {
-    const int result = force_ ? std::rename(path.c_str(), place_.c_str())
-                              : renameWithoutReplacing(path.c_str(), place_.c_str());
-    if (result == 0) {
+    if (force_ ? replaceKeepingOwner(path, place_) : placeNewFile(path, place_)) {
         return;
     }
     if (errno == EEXIST) {

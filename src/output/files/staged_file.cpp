@@ -1,16 +1,16 @@
 #include "output/files/staged_file.h"
 
+#include "base/files/file_placement.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
 #include <utility>
 
 namespace doccam {
@@ -18,31 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;
-constexpr int kMostNames = 100;
-
-std::optional<struct stat> statusOf(const std::string& path) {
-    struct stat status {};
-
-    if (stat(path.c_str(), &status) != 0) {
-        return std::nullopt;
-    }
-    return status;
-}
-
-// Where the chain of symbolic links that starts at path ends, whether or not a file is there.
-std::string endOfLinks(const std::string& path) {
-    fs::path end = path;
-    std::error_code notALink;
-    for (int i = 0; i < kMostLinks; ++i) {
-        const fs::path next = fs::read_symlink(end, notALink);
-        if (notALink) {
-            break;
-        }
-        end = next.is_absolute() ? next : end.parent_path() / next;
-    }
-    return end.string();
-}
+constexpr int kMaximumNames = 100;
 
 // Links of the process file system lead elsewhere than their text says.
 bool isSameFile(const struct stat& left, const std::string& right) {
@@ -58,14 +34,6 @@ std::string temporaryName(const std::string& target) {
     return (fs::path(target).parent_path() / name).string();
 }
 
-// The existing file's owner and permissions, as far as this process may give them.
-void takeOver(int file, const struct stat& existing) {
-    if (fchown(file, existing.st_uid, existing.st_gid) != 0 && errno != EPERM) {
-        return;
-    }
-    fchmod(file, existing.st_mode & 0777);
-}
-
 // Others can tell by the lock that the file's owner lives. Not every file system has locks. False
 // when somebody has taken the file for abandoned before it was locked.
 bool lockOrLose(int file) {
@@ -77,26 +45,6 @@ bool lockOrLose(int file) {
 
 bool folderRefuses(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
-}
-
-bool renameRefused(int error) {
-    return error == EACCES || error == EPERM || error == EBUSY || error == EXDEV;
-}
-
-bool copyContent(const std::string& from, const std::string& to) {
-    const StandardFile source(std::fopen(from.c_str(), "rbe"));
-    StandardFile sink(source ? std::fopen(to.c_str(), "wbe") : nullptr);
-    if (!sink) {
-        return false;
-    }
-    std::array<char, 65536> chunk{};
-    for (std::size_t count = 0;
-         (count = std::fread(chunk.data(), 1, chunk.size(), source.get())) > 0;) {
-        if (std::fwrite(chunk.data(), 1, count, sink.get()) != count) {
-            return false;
-        }
-    }
-    return std::ferror(source.get()) == 0 && closeChecked(std::move(sink));
 }
 
 } // namespace
@@ -130,7 +78,7 @@ StagedFile::~StagedFile() {
 }
 
 void StagedFile::stage() {
-    for (int i = 0; i < kMostNames; ++i) {
+    for (int i = 0; i < kMaximumNames; ++i) {
         const std::string name = temporaryName(target_);
         if (StandardFile file{std::fopen(name.c_str(), "wbxe")}) {
             if (!lockOrLose(fileno(file.get()))) {
@@ -166,12 +114,7 @@ bool StagedFile::commit() {
         committed_ = true;
         return true;
     }
-    if (std::rename(path_.c_str(), target_.c_str()) == 0) {
-        committed_ = true;
-        return true;
-    }
-    // Somebody else's file in a shared folder, or a mounted one: its content can be replaced only.
-    return renameRefused(errno) && existed_ && copyContent(path_, target_);
+    return replaceFile(path_, target_);
 }
 
 } // namespace doccam

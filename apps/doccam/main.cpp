@@ -60,8 +60,10 @@ void tryPhoto(const Context& context) {
     const PictureLimits limits = pictureLimits();
     const Interrupt interrupt(kPatience);
     const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 2};
-    const Apart tried = runApart(
-        interrupt, bounds, [&](const Report& /*report*/) { readPicture(photo, cv::IMREAD_COLOR); });
+    const Apart tried = runApart(interrupt, bounds, [&](const Report& /*report*/) {
+        divertLibraryLines(context.options.verbose);
+        readPicture(photo, cv::IMREAD_COLOR);
+    });
     if (tried.end != ApartEnd::kDone) {
         throw Failure(kUsage, "The photo " + photo +
                                   " takes too much memory or time to decode; give --virtual= "

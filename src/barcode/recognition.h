@@ -2,14 +2,9 @@
 #pragma once
 
 #include "barcode/code_scan.h"
+#include "state/parts.h"
 
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // Asks the streaming thread to read a code from its next frame, waits about ten seconds for the
 // answer at most, and returns the text read last. Valid until the next one but one. Host thread.

@@ -6,13 +6,9 @@
 // thread at a time.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // Reads a control's range, default and value; null outputs are passed over.
 int controlRange(record::Session& session, int selector, int* minimum, int* maximum,

@@ -1,13 +1,9 @@
 // The driver's capture buffers, mapped into the process.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // Asks the open camera for buffers, maps and queues them, printing what it does. 0, or openCamera's
 // result code for the request that failed. What was mapped before a failure stays mapped.

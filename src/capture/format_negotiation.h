@@ -1,14 +1,9 @@
 // Agreeing with the driver on what it streams.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Session;
-struct Settings;
-
-} // namespace record
 
 // Prints the driver, formats and frame rate of the camera open at descriptor.
 void printCamera(int descriptor);

@@ -6,6 +6,7 @@
 #include "capture/grab_frame.h"
 #include "capture/streaming_thread.h"
 #include "decode/mjpeg_decoder.h"
+#include "state/parts.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -13,12 +14,6 @@
 #include <memory>
 
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // A codec decodes a frame on one thread, and everything else that is done with a frame takes less
 // time. So the thread's side decodes the next MJPEG frame meanwhile, but only one that the driver

@@ -4,10 +4,9 @@
 #include "capture/frame_intake.h"
 #include "capture/streaming_thread.h"
 #include "state/faults.h"
+#include "state/parts.h"
 
 namespace doccam {
-
-struct LibraryState;
 
 class FrameLoop {
   public:

@@ -2,18 +2,13 @@
 #pragma once
 
 #include "state/faults.h"
+#include "state/parts.h"
 
 #include <linux/videodev2.h>
 
 #include <span>
 
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 inline constexpr int kGrabFailed = -1;
 inline constexpr int kGrabImpossibleBuffer = -100;

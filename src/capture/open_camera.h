@@ -2,10 +2,9 @@
 #pragma once
 
 #include "base/frame_size.h"
+#include "state/parts.h"
 
 namespace doccam {
-
-struct LibraryState;
 
 // Opens the camera at index for frames of size and starts the streaming thread. 0 or the fixed code
 // of the failing step, whose clean-up is fixed as well. Host thread.

@@ -2,16 +2,9 @@
 #pragma once
 
 #include "base/frame_size.h"
+#include "state/parts.h"
 
 namespace doccam {
-
-struct LibraryState;
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // Sets the size of the frames that a session asks for, and the bytes of one at three a pixel. A
 // nonsense size wraps around.

@@ -1,15 +1,11 @@
 // A camera's display name, from the driver's card name.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
 
 class UniqueFd;
-
-namespace record {
-
-struct Discovery;
-
-} // namespace record
 
 // The name of the camera at index, null when there is none or its node cannot be opened. Opens it
 // by way of node, which closes the descriptor of an open session. The text stays until the next

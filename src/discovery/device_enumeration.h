@@ -1,13 +1,9 @@
 // Which supported cameras are attached.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Discovery;
-
-} // namespace record
 
 // Looks for supported cameras and prints the node of each. How many there are; -1 when libudev
 // cannot be used. Host thread.

@@ -1,14 +1,9 @@
 // The frame sizes that a camera offers in each pixel format.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Discovery;
-struct Settings;
-
-} // namespace record
 
 // Lists the formats and sizes of the camera open at descriptor, in place of those listed before,
 // and prints each size. Host thread.

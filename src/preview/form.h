@@ -2,10 +2,9 @@
 #pragma once
 
 #include "base/frame_size.h"
+#include "state/parts.h"
 
 namespace doccam {
-
-struct LibraryState;
 
 // Declares the form and fits the frame into it. The session's first form that can hold a picture
 // sizes the preview buffer. Host thread.

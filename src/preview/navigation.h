@@ -3,9 +3,9 @@
 // Each returns 0, or -1 and changes nothing while no camera streams. Any thread.
 #pragma once
 
-namespace doccam {
+#include "state/parts.h"
 
-struct LibraryState;
+namespace doccam {
 
 // Drags the picture by form pixels.
 int pan(LibraryState& library, int dx, int dy);

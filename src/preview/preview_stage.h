@@ -1,17 +1,13 @@
 // The preview's share of the work on each frame.
 #pragma once
 
+#include "state/parts.h"
+
 #include <opencv2/core/mat.hpp>
 
 #include <functional>
 
 namespace doccam {
-
-namespace record {
-
-struct View;
-
-} // namespace record
 
 // What the host is shown, and where in its form.
 struct PreviewPicture {

@@ -1,14 +1,9 @@
 // Settling the queue of files to be merged into one picture.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Documents;
-struct Settings;
-
-} // namespace record
 
 // Reads the queued files, empties the queue and, with deleteSources, deletes them once a file is at
 // path. Composes nothing. 0; -1 for fewer than two files, -2 when no file is at path.

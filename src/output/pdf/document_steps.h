@@ -3,18 +3,14 @@
 // One thread at a time.
 #pragma once
 
+#include "state/parts.h"
+
 #include <hpdf.h>
 
 #include <string>
 #include <vector>
 
 namespace doccam {
-
-namespace record {
-
-struct Documents;
-
-} // namespace record
 
 // Begins the document for the file at path and drops one that was begun; nothing for null.
 void startDocument(record::Documents& documents, const char* path);

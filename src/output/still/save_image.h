@@ -1,17 +1,13 @@
 // Saving a finished page: the colour mode of the settings, the file type of the path.
 #pragma once
 
+#include "state/parts.h"
+
 #include <opencv2/core/mat.hpp>
 
 #include <string>
 
 namespace doccam {
-
-namespace record {
-
-struct Settings;
-
-} // namespace record
 
 // Saves the blue-first page at target in the set colour mode, by the type that the last three
 // characters of target name; nothing for a mode that is none. A file that could not be written is

@@ -1,19 +1,13 @@
 // A still: the page that a frame gives, and its saving.
 #pragma once
 
+#include "state/parts.h"
+
 #include <opencv2/core/mat.hpp>
 
 #include <string>
 
 namespace doccam {
-
-struct LibraryState;
-
-namespace record {
-
-struct Settings;
-
-} // namespace record
 
 struct Still {
     std::string path;

@@ -1,13 +1,9 @@
 // The host's request for a still.
 #pragma once
 
+#include "state/parts.h"
+
 namespace doccam {
-
-namespace record {
-
-struct Session;
-
-} // namespace record
 
 // Deletes a file at path, asks the streaming thread for a still there, and waits about four seconds
 // for it at most. 0, also when no still was taken; -1, and nothing is asked for, while no camera

@@ -3,6 +3,7 @@
 extern "C" {
 __attribute__((visibility("default"))) const char* __lsan_default_options();
 __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
+__attribute__((visibility("default"))) const char* __tsan_default_options();
 __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
 }
 
@@ -14,6 +15,11 @@ const char* __lsan_default_options() {
 // A found camera's device object is never released.
 const char* __lsan_default_suppressions() {
     return "leak:libudev.so\n";
+}
+
+// Files are read in a forked copy of the process, which may start threads.
+const char* __tsan_default_options() {
+    return "die_after_fork=0";
 }
 
 // OpenCV registers the codecs of the GIS library, which takes two of its own locks in

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What is installed is hardened: what its files show, and how it was compiled: hardening.sh BUILD
+# Checks that installed files are hardened, by their contents and their compile commands: hardening.sh BUILD
 set -euo pipefail
 build=$1
 work=$(mktemp -d)
@@ -29,13 +29,14 @@ for file in "${files[@]}"; do
         fail "$file: looks for libraries in places of its own"
     fi
     if command -v hardening-check >/dev/null; then
-        # Not every file calls what can be fortified, and the start files lack the flow's property.
+        # Not every file calls a function that can be fortified, and the C runtime's start files lack the
+        # control-flow property.
         hardening-check --quiet --nofortify --nocfprotection --nobranchprotection "$file" || failed=1
     fi
 done
 shows "$(find "$work/prefix" -name 'libdoccam.so.*.*')" 'fortified call' '__[a-z]+_chk@' --dyn-syms
 
-# What a file does not show stands in the commands. The virtual camera redirects what fortifying does.
+# The rest shows only in the compile commands. The virtual camera interposes fortified functions itself.
 needed='-fstack-protector-strong -fstack-clash-protection -D_FORTIFY_SOURCE=2'
 [ "$(uname -m)" = x86_64 ] && needed="$needed -fcf-protection=full"
 commands=$(grep '"command"' "$build/compile_commands.json" | grep -E -- '-o (src|apps|virtualcam)/')

@@ -1,4 +1,4 @@
-/* A host that ends, or lets go of the library, with its session still open. */
+/* A host that exits, or unloads the library, with its session still open. */
 #include <doccam/doccam.h>
 
 #include <dlfcn.h>
@@ -56,9 +56,9 @@ static void openFirstCamera(void* library) {
 }
 
 /*
- * The exit of a forked child must not stop its parent's stream. The parent's threads rest
- * meanwhile: what those of other libraries had locked would stay locked in the child, whose exit
- * wants it.
+ * The exit of a forked child must not stop its parent's stream. The fork happens while the parent's
+ * threads are idle: a lock that another library's thread held would stay locked in the child and
+ * hang its exit.
  */
 static int forkAndGoOn(void) {
     atomic_store(&held, 1);

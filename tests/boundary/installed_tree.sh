@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# An installed tree is all that a host needs: one in C and one in C++ are built outside of it, each with
-# pkg-config and with CMake, and take a picture with the virtual camera. So does the installed command
+# Checks that the installed tree suffices: a host in C and one in C++ are built outside it, each with
+# pkg-config and with CMake, and take a picture with the virtual camera, as does the installed command
 # line: installed_tree.sh BUILD SOURCE LAUNCHER
 set -euo pipefail
 build=$1 source=$2 launcher=$3
@@ -17,18 +17,18 @@ fail() {
     exit 1
 }
 
-# run PICTURE FIRST_BYTES HOST: the host writes PICTURE, which begins with FIRST_BYTES.
+# run PICTURE FIRST_BYTES HOST: runs HOST, which must write PICTURE, beginning with FIRST_BYTES.
 run() {
     LD_LIBRARY_PATH=$libraries "$launcher" -- "$3" "$1"
     [ "$(head -c 2 "$1" | od -An -tx1)" = "$2" ] || fail "$3 wrote no picture"
 }
 
-# flags PACKAGE: what pkg-config gives, one a line.
+# flags PACKAGE: pkg-config's output, one flag per line.
 flags() {
     pkg-config --cflags --libs "$1" | xargs -n1
 }
 
-# configure FOLDER LANGUAGE TARGET OPTIONS...: a project of one host that links TARGET.
+# configure FOLDER LANGUAGE TARGET OPTIONS...: configures a project whose one host links TARGET.
 configure() {
     local folder=$1 language=$2 target=$3 host=host.c
     shift 3
@@ -49,7 +49,7 @@ CMAKE
 
 mapfile -t c_flags < <(flags doccam)
 mapfile -t cpp_flags < <(flags doccam-opencv)
-# A host in C has nothing to do with OpenCV.
+# A host in C must not need OpenCV.
 [[ ${c_flags[*]} != *opencv* ]] || fail "doccam.pc names OpenCV: ${c_flags[*]}"
 
 cc -std=c99 "${warnings[@]}" "$source/examples/host.c" "${c_flags[@]}" -o "$work/c_host"
@@ -66,11 +66,11 @@ configure "$work/cpp" CXX doccam::opencv
 cmake --build "$work/cpp/build" >/dev/null
 run "$work/cpp_again.png" " 89 50" "$work/cpp/build/consumer"
 
-# The C interface alone is C++, too.
+# The C header also compiles as C++.
 echo '#include <doccam/doccam.h>' |
     c++ -std=c++20 "${warnings[@]}" "${c_flags[@]}" -x c++ -fsyntax-only -
 
-# The service starts what is installed; where systemd is not, nobody can say more of it.
+# The service starts the installed program; without systemd no more can be checked.
 service=$work/prefix/lib/systemd/user/doccam.service
 program=$(sed -n 's/^ExecStart=\([^ ]*\) .*/\1/p' "$service")
 [ -x "$work/prefix/bin/$program" ] || fail "the service starts \"$program\", which is not installed"

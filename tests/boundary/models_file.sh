@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# A table of models replaces the built-in one when the library loads; a malformed one does not, and
-# says where it is malformed: models_file.sh BUILD SOURCE LAUNCHER
+# Checks that a table of models replaces the built-in one when the library loads, and that a malformed
+# one is reported with its line instead: models_file.sh BUILD SOURCE LAUNCHER
 set -euo pipefail
 build=$1 source=$2 launcher=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cc -std=c99 -I"$source/include" "$source/examples/host.c" -L"$build" -ldoccam -o "$work/host"
 
-host() { # host TABLE: runs the host with a table of models, its words in $work/said
+host() { # host TABLE: runs the host with a table of models, its output in $work/said
     DOCCAM_MODELS=$1 LD_LIBRARY_PATH=$build "$launcher" -- "$work/host" "$work/page.jpg" \
         >/dev/null 2>"$work/said" || return $?
 }

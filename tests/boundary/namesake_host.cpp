@@ -1,4 +1,4 @@
-// A host with functions of its own that are called as some of the library's are.
+// A host that defines functions of the same names as some of the library's.
 #include <doccam/doccam.h>
 
 #include <opencv2/core/mat.hpp>

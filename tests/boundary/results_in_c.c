@@ -17,7 +17,8 @@ static void expect(int holds, const char* what) {
     }
 }
 
-/* Every operation that exists, some that do not, and all results from far below to above them. */
+/* All operations and some that do not exist, with results from far below to far above the valid
+ * ones. */
 static void expectTextsForEverything(void) {
     for (int operation = -2; operation <= DOCCAM_VIEW + 2; ++operation) {
         for (int result = -10100; result <= 100; ++result) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The library's rooms know nothing of its exported names: no object but those of exports/ wants one,
-# and no source but those of exports/ includes a public header, but for the types that both sides
-# share. A folder of src and apps holds twelve subjects at most, a source and its header being one.
+# Checks that only exports/ uses exported names and includes public headers, apart from the shared
+# types, and that a folder of src or apps holds at most twelve subjects, a subject being a source and
+# its header.
 #   rooms.sh OBJECTS SOURCE
 set -euo pipefail
 objects=$1 source=$2

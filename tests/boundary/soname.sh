@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The library lies in the build folder's root and is known as libdoccam.so.1: soname.sh BUILD
+# Checks that the library is in the build folder's root, with the soname libdoccam.so.1: soname.sh BUILD
 set -euo pipefail
 
 [ -e "$1/libdoccam.so" ]

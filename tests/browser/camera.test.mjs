@@ -1,4 +1,4 @@
-// A camera that comes and goes, and viewers that do not keep up.
+// A camera that is unplugged and replugged, and viewers that cannot keep up.
 import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import fs from 'node:fs';
@@ -38,7 +38,7 @@ check('an unplugged camera is told, and the picture comes back by itself', async
   await page.context().close();
 });
 
-// Asks for the preview and then reads nothing of it.
+// Requests the preview and reads nothing of it.
 async function stalledViewer() {
   const socket = net.connect(host.port, '127.0.0.1');
   socket.on('error', () => {});
@@ -50,8 +50,8 @@ async function stalledViewer() {
 
 const viewersAre = (count) => until(async () => (await host.state()).viewers === count);
 
-// How the page and the camera fare while there are two viewers: the longest run of looks in which
-// no new picture was drawn, and the best frame rate.
+// While there are two viewers: the longest run of polls without a new picture, and the best frame
+// rate.
 async function watchBoth(page) {
   let longest = 0;
   let best = 0;
@@ -75,7 +75,7 @@ check('a stalled viewer slows neither the other one nor the camera', async () =>
   const alone = (await host.state()).rate.framesPerSecond;
   const socket = await stalledViewer();
   await viewersAre(2);
-  // Ends when the stalled one is sent away, after seconds without a byte taken.
+  // Ends when the stalled viewer is disconnected, after seconds without reading a byte.
   const { longest, best } = await watchBoth(page);
   assert.ok(longest < 10, `no new picture in ${longest} looks one after the other`);
   assert.ok(best > alone / 2, `${best} frames a second beside it, ${alone} without`);

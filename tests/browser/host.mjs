@@ -1,4 +1,4 @@
-// A running doccam serve on a virtual camera, and a browser to look at it with.
+// A running doccam serve on a virtual camera, and a browser to view it.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import fs from 'node:fs';
@@ -13,7 +13,7 @@ const build = process.env.DOCCAM_BUILD;
 export const output = process.env.DOCCAM_BROWSER_OUTPUT;
 const { chromium } = createRequire(path.join(output, 'package.json'))('playwright-core');
 
-// A page that took a code for markup would not show it as it is.
+// A page that interpreted a code's text as markup would not show it verbatim.
 export const kQrText = 'https://example.org/?a=1&b="<b>sheet</b>"';
 export const kBarText = 'DOC-BROWSER-1';
 
@@ -27,15 +27,15 @@ const scenarioWith = ({ scene = {}, faults = [] }) => ({
   }],
 });
 
-const kTestPatience = 300000; // for what should have ended long before
+const kTestPatience = 300000; // far beyond what any test needs
 const kPatience = 90000;
 
-// A test that fails rather than hang.
+// A test that fails instead of hanging.
 export const check = (name, body) => test(name, { timeout: kTestPatience }, body);
 
 export const delay = (ms) => new Promise((resolve) => { setTimeout(resolve, ms); });
 
-// Waits for a condition; fails when it does not come true.
+// Waits for a condition.
 export async function until(condition) {
   for (const end = Date.now() + kPatience; !await condition(); await delay(50)) {
     if (Date.now() > end) {
@@ -44,7 +44,7 @@ export async function until(condition) {
   }
 }
 
-// The program under the virtual camera that the options describe, with a folder for what it writes.
+// Starts the program under the virtual camera that the options describe, with a folder for its files.
 export function spawnHost({ args = [], stderr = 'inherit', state, ...camera } = {}) {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'doccam-browser-'));
   state ??= path.join(folder, 'state');
@@ -58,7 +58,7 @@ export function spawnHost({ args = [], stderr = 'inherit', state, ...camera } = 
   return { child, folder, control, ended: once(child, 'exit') };
 }
 
-// Starts the server; plug() and unplug() steer its camera, stop() ends it.
+// Starts the server; plug() and unplug() control its camera, stop() ends it.
 export async function startHost(options) {
   const { child, folder, control, ended } = spawnHost(options);
   const address = await firstAddress(child);
@@ -120,10 +120,10 @@ export function startBrowser() {
   });
 }
 
-// What went wrong in the windows of this file's tests.
+// Errors in the windows of this file's tests.
 export const problems = [];
 
-// The browser tells each answer that is an error; other problems stay.
+// The browser logs every error response; only other problems count.
 export function forgetRefusals() {
   const others = problems.filter((text) => !/status of 409/.test(text));
   problems.splice(0, problems.length, ...others);
@@ -139,7 +139,7 @@ function countPictures() {
   };
 }
 
-// A window that shows the host's page with a living picture.
+// A window that shows the host's page with a live picture.
 export async function openPage(browser, host, options = {}) {
   const context = await browser.newContext({
     viewport: { width: 1400, height: 760 }, acceptDownloads: true, ...options,
@@ -156,13 +156,13 @@ export async function openPage(browser, host, options = {}) {
 
 export const picturesOf = (page) => page.evaluate(() => window.drawnPictures);
 
-// Waits until so many more pictures are drawn.
+// Waits until count more pictures are drawn.
 export async function morePictures(page, count) {
   const before = await picturesOf(page);
   await page.waitForFunction((wanted) => window.drawnPictures >= wanted, before + count);
 }
 
-// Waits until the picture has the size of the place that the page has for it.
+// Waits until the picture has the size of its place on the page.
 export const pictureFits = (page) => page.waitForFunction(() => {
   const canvas = document.getElementById('preview');
   return canvas.width === canvas.clientWidth && canvas.height === canvas.clientHeight;

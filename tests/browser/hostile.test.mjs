@@ -1,4 +1,4 @@
-// Requests that are not the page's.
+// Requests that the page would never make.
 import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import http from 'node:http';
@@ -9,7 +9,7 @@ import { browser, host, shareHost } from './session.mjs';
 
 shareHost();
 
-// One request as written; the status, or the reason why there was none, and the body.
+// Sends one request verbatim; returns the status, or the reason why there was none, and the body.
 function send(path, { method = 'GET', headers = {}, body, name = '127.0.0.1', to = host } = {}) {
   return new Promise((resolve) => {
     const request = http.request({
@@ -189,7 +189,7 @@ const connect = () => {
   return socket;
 };
 
-// What the server answers to bytes that are no proper request, until it closes.
+// Everything the server sends in response to malformed bytes until it closes.
 async function answerTo(bytes) {
   const socket = connect();
   let answer = '';
@@ -225,7 +225,7 @@ check('clients that drip their requests keep nobody out', async () => {
   }
 });
 
-// The status of the answer to a request for something that goes on, and the connection.
+// Requests an endless response; returns its status and the connection.
 async function attend(path) {
   const socket = connect();
   socket.write(`GET ${path} HTTP/1.1\r\nHost: 127.0.0.1:${host.port}\r\n` +

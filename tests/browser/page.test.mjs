@@ -1,4 +1,4 @@
-// The page at work: view, codes, settings, looks.
+// The page in use: view, codes, settings, layout.
 import assert from 'node:assert/strict';
 
 import {
@@ -8,7 +8,7 @@ import { browser, host, page, shareWindow } from './session.mjs';
 
 shareWindow();
 
-// Whether the picture leaves that place of the canvas (parts of its sides) to the surround.
+// Whether that point of the canvas, in fractions of its sides, shows the surround.
 const surroundIs = ([[x, y], wanted]) => {
   const canvas = document.getElementById('preview');
   const [red, green, blue] = canvas.getContext('2d')
@@ -26,7 +26,7 @@ const profile = () => page.evaluate(() => {
   return Array.from({ length: canvas.width }, (_, x) => row[4 * x]);
 });
 
-// By how many pixels after shows what before showed further left.
+// By how many pixels the content of before has moved to the right in after.
 function shiftBetween(before, after) {
   let best = { shift: 0, difference: Infinity };
   const reach = Math.floor(before.length / 3);
@@ -42,7 +42,7 @@ function shiftBetween(before, after) {
   return best.shift;
 }
 
-// Waits until the picture shows what before showed so many pixels further left.
+// Waits until the content of before has moved to the right by that many pixels.
 const movedTo = (before, pixels) =>
   until(async () => Math.abs(shiftBetween(before, await profile()) - pixels) <= 4);
 
@@ -86,7 +86,7 @@ check('a window without access says what to do, and is let in with the address',
   assert.match(await other.textContent('#refusal'), /Open the address that doccam serve printed/);
   assert.ok(await other.isHidden('#capture'));
   await screenshot(other, 'refused');
-  await other.goto(`${host.origin}/#token=${host.token}`); // loads nothing by itself
+  await other.goto(`${host.origin}/#token=${host.token}`); // changing only the fragment loads nothing
   await other.waitForSelector('#capture:visible');
   await context.close();
 });
@@ -202,7 +202,7 @@ check('Tab alone reaches everything, and the focus is seen', async () => {
   assert.ok(wanted.length > 15);
   await page.focus('#preview');
   const reached = new Set();
-  for (let i = 0; i <= wanted.length; ++i) { // the way round leads over the body
+  for (let i = 0; i <= wanted.length; ++i) { // tabbing round passes the body
     await page.keyboard.press('Tab');
     const [html, outline] = await page.evaluate(() => [document.activeElement.outerHTML,
       getComputedStyle(document.activeElement).outlineStyle]);
@@ -257,7 +257,7 @@ check('a picture control changes the camera and is reset', async () => {
   await until(async () => await value() === 0);
 });
 
-// What sticks out of the window sideways or is too small for a finger.
+// Elements that overflow the window sideways or are too small for a finger.
 function misfits() {
   return [...document.querySelectorAll('button, a, select, input, canvas, p, h2')]
     .filter((element) => element.checkVisibility() && !element.matches('.unseen'))

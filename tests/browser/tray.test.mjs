@@ -20,7 +20,7 @@ const takePage = async () => {
   await page.click('#capture');
   await page.waitForFunction((wanted) =>
     document.querySelectorAll('#pages li').length === wanted, items + 1);
-  // The news of a page may come before the answer, until which no other page is taken.
+  // The page's event may precede the response, and until the response no other page can be taken.
   await page.waitForSelector('#capture:not([aria-disabled=true])');
 };
 
@@ -36,7 +36,7 @@ check('pages are taken, ordered, turned, deleted and made one PDF', async () => 
     .every((image) => image.complete && image.naturalWidth > 0));
   await showForTheReadme();
 
-  // The third by hand to the front, then by key one place back.
+  // Drags the third page to the front, then moves it back one place by key.
   await page.locator('#pages li').nth(2).dragTo(page.locator('#pages li').nth(0));
   await ordered(third, first, second);
   await page.locator('#pages li').nth(0).focus();
@@ -73,7 +73,7 @@ check('pages are taken, ordered, turned, deleted and made one PDF', async () => 
     /^Page 2 of 2/.test(document.activeElement.getAttribute('aria-label'))));
 });
 
-// docs/browser.png is this picture.
+// Makes docs/browser.png.
 async function showForTheReadme() {
   await page.evaluate(() => document.querySelector('aside').scrollTo(0, 0));
   await page.setViewportSize({ width: 900, height: 560 });

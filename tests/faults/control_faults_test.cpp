@@ -14,7 +14,7 @@ struct Control {
     const char* request;
     int at;
     int code;
-    int writes; // that the camera is asked for, the failing one included
+    int writes; // requested of the camera, including the failing one
     int (*call)();
 };
 
@@ -48,7 +48,7 @@ int readAndReset() {
 
 class ControlFaults : public SweepTest, public testing::WithParamInterface<Control> {};
 
-TEST_P(ControlFaults, GiveTheirCodeAndLeaveTheStreamGoingOn) {
+TEST_P(ControlFaults, ReturnTheirCodeAndKeepTheStreamRunning) {
     const Control& control = GetParam();
     int round = 0;
     for (const int error : kControlErrors) {

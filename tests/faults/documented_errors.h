@@ -8,11 +8,11 @@
 
 namespace doccam::test {
 
-// Those that any request may give.
+// Those that any request may return.
 inline const std::vector<int> kGeneric{EAGAIN, EBADF,  EBUSY,  EFAULT, EINVAL, ENODEV,
                                        ENOMEM, ENOTTY, ENOSPC, EPERM,  EIO,    ENXIO};
 
-// These, and a request's own.
+// The generic errors and a request's own.
 inline std::vector<int> genericAnd(const std::vector<int>& own) {
     std::vector<int> all = kGeneric;
     std::copy_if(own.begin(), own.end(), std::back_inserter(all), [](int error) {

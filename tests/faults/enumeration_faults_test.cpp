@@ -1,4 +1,4 @@
-// The requests by which a camera is looked at before it is opened fail.
+// Failures of the requests that examine a camera before it is opened.
 #include "faults/documented_errors.h"
 #include "faults/sweep_fixture.h"
 #include "state/library_state.h"
@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kNoSizes = -2;
 
-// A call that fails, and how many sizes are known then in each format.
-struct Look {
+// A failing call, and how many sizes are then known in each format.
+struct FailingCall {
     const char* request;
     int at;
     std::vector<int> errors;
@@ -27,13 +27,13 @@ struct Look {
     int sizes(int format) const { return format == kMjpegFormat ? mjpegSizes : yuyvSizes; }
 };
 
-void PrintTo(const Look& look, std::ostream* out) {
-    *out << look.request << " " << look.at;
+void PrintTo(const FailingCall& failing, std::ostream* out) {
+    *out << failing.request << " " << failing.at;
 }
 
-class EnumerationFaults : public SweepTest, public testing::WithParamInterface<Look> {
+class EnumerationFaults : public SweepTest, public testing::WithParamInterface<FailingCall> {
   protected:
-    // No size is known, as in a process that has just begun.
+    // Back to no known sizes, as in a fresh process.
     static void forgetSizes() {
         resetLibrary();
         watchFrames();
@@ -85,25 +85,26 @@ TEST_P(EnumerationFaults, KeepACameraWithoutSizesFromOpening) {
     }
 }
 
-// The camera lists MJPEG before YUYV, one size each, and says after each list that it has ended.
+// The camera lists MJPEG before YUYV, one size each, and ends each list with an error.
 INSTANTIATE_TEST_SUITE_P(EachRequest, EnumerationFaults,
-                         testing::Values(Look{"open", 1, kOpenErrors, 0, 0},
-                                         Look{"VIDIOC_QUERYCAP", 1, kGeneric, 1, 1},
-                                         Look{"VIDIOC_ENUM_FMT", 1, kGeneric, 0, 0},
-                                         Look{"VIDIOC_ENUM_FMT", 2, kGeneric, 1, 0},
-                                         Look{"VIDIOC_ENUM_FMT", 3, kGeneric, 1, 1},
-                                         Look{"VIDIOC_ENUM_FRAMESIZES", 1, kGeneric, 0, 1},
-                                         Look{"VIDIOC_ENUM_FRAMESIZES", 2, kGeneric, 1, 1},
-                                         Look{"VIDIOC_ENUM_FRAMESIZES", 3, kGeneric, 1, 0},
-                                         Look{"VIDIOC_ENUM_FRAMESIZES", 4, kGeneric, 1, 1},
-                                         Look{"close", 1, kCloseErrors, 1, 1}),
-                         [](const auto& look) {
-                             return shortName(look.param.request) + std::to_string(look.param.at);
+                         testing::Values(FailingCall{"open", 1, kOpenErrors, 0, 0},
+                                         FailingCall{"VIDIOC_QUERYCAP", 1, kGeneric, 1, 1},
+                                         FailingCall{"VIDIOC_ENUM_FMT", 1, kGeneric, 0, 0},
+                                         FailingCall{"VIDIOC_ENUM_FMT", 2, kGeneric, 1, 0},
+                                         FailingCall{"VIDIOC_ENUM_FMT", 3, kGeneric, 1, 1},
+                                         FailingCall{"VIDIOC_ENUM_FRAMESIZES", 1, kGeneric, 0, 1},
+                                         FailingCall{"VIDIOC_ENUM_FRAMESIZES", 2, kGeneric, 1, 1},
+                                         FailingCall{"VIDIOC_ENUM_FRAMESIZES", 3, kGeneric, 1, 0},
+                                         FailingCall{"VIDIOC_ENUM_FRAMESIZES", 4, kGeneric, 1, 1},
+                                         FailingCall{"close", 1, kCloseErrors, 1, 1}),
+                         [](const auto& failing) {
+                             return shortName(failing.param.request) +
+                                    std::to_string(failing.param.at);
                          });
 
 class NameFaults : public SweepTest {};
 
-TEST_F(NameFaults, OfANodeThatDoesNotOpenLeaveNoName) {
+TEST_F(NameFaults, OfOpeningTheNodeLeaveNoName) {
     for (const int error : kOpenErrors) {
         const CallFault fault{"open", error, 1};
         SCOPED_TRACE(described(fault));
@@ -129,7 +130,7 @@ TEST_F(NameFaults, OfTheQueryLeaveAnEmptyName) {
 
 class NoCamera : public SweepTest {};
 
-TEST_F(NoCamera, GivesItsCodeUntilOneIsPlugged) {
+TEST_F(NoCamera, IsReportedUntilOneIsPluggedIn) {
     bed_.unplug(earlier_);
     bed_.unplug(later_);
     EXPECT_EQ(open(kMjpegFormat), -1);

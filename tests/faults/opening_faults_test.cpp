@@ -19,7 +19,7 @@ using testing::HasSubstr;
 
 constexpr int kBuffers = 5;
 
-// How many buffers stay mapped when the at-th call of a step fails.
+// The number of buffers left mapped when the at-th call of a step fails.
 int noBuffer(int /*at*/) {
     return 0;
 }
@@ -38,7 +38,7 @@ int allBuffers(int /*at*/) {
 
 struct Step {
     const char* request;
-    int times; // how often a session calls it in this part of its life
+    int times; // calls of it in this part of a session
     std::vector<int> errors;
     int code = 0; // what openCamera returns when it fails
     int nodes = 0;
@@ -71,7 +71,7 @@ class OpeningFaults : public SweepTest, public testing::WithParamInterface<Step>
     }
 };
 
-TEST_P(OpeningFaults, GiveTheirCodeAndLeaveAHealthyLibrary) {
+TEST_P(OpeningFaults, ReturnTheirCodeAndLeaveAHealthyLibrary) {
     getCameraResolutionCount(kIndexOfEarlier);
     int round = 0;
     for (const int error : GetParam().errors) {
@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(EachStep, ClosingFaults,
                                          Step{"close", 1, kCloseErrors}),
                          nameOf);
 
-TEST_F(SweepTest, TellsOfABufferThatCannotBeUnmapped) {
+TEST_F(SweepTest, ReportsABufferThatCannotBeUnmapped) {
     ASSERT_EQ(open(kYuyvFormat), 0);
     inject({"munmap", EINVAL, 3});
     PrintedText printed;

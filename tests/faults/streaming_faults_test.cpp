@@ -15,7 +15,7 @@ namespace {
 struct Failure {
     const char* request;
     int error;
-    int callsBefore; // calls of the request before the first frame
+    int callsBefore; // calls of it before the first frame
 };
 
 void PrintTo(const Failure& failure, std::ostream* out) {
@@ -49,7 +49,7 @@ TEST_P(StreamingFaults, EndTheStreamAndLeaveAHealthyLibrary) {
         EXPECT_TRUE(state().session.bKeep);
         EXPECT_EQ(closeCamera(), 0);
         expectHeld(0, 0);
-        // After a failure in either format the next session takes each format in turn.
+        // After failures in either format the next session takes each format in turn.
         expectHealthySession(round / 2 % 2);
         ++round;
     }

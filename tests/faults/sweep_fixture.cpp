@@ -29,15 +29,15 @@ void onFault(int fault, const char* message) {
             const std::lock_guard lock(reasonMutex);
             reason = message;
         }
-        tellThatTheStreamEnded();
+        notifyStreamEnded();
         ends.fetch_add(1);
         ends.notify_all();
     }
 }
 
-// The memory that a camera delivers into is its own; the thread of the mocked device tree makes
-// its event descriptors when it gets to it. The library has neither.
-bool isOfTheMock(const fs::path& descriptor) {
+// Not the library's: the memory a virtual camera delivers into, and the event descriptors that the
+// mocked device tree's thread creates at its own pace.
+bool belongsToTheMock(const fs::path& descriptor) {
     std::error_code gone;
     const std::string target = fs::read_symlink(descriptor, gone).string();
     return target.starts_with("/memfd:virtual camera") || target == "anon_inode:[eventfd]";
@@ -46,7 +46,7 @@ bool isOfTheMock(const fs::path& descriptor) {
 int descriptors() {
     int count = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator("/proc/self/fd")) {
-        count += isOfTheMock(entry.path()) ? 0 : 1;
+        count += belongsToTheMock(entry.path()) ? 0 : 1;
     }
     return count;
 }
@@ -59,7 +59,7 @@ std::vector<virtualcam::FormatDescription> oneSmallSize(virtualcam::Size size) {
     return formats;
 }
 
-// Nothing that an earlier session has left can be taken for a picture of this one.
+// Another scene, so that no earlier session's picture passes for one of this session.
 virtualcam::SceneSettings otherScene() {
     virtualcam::SceneSettings scene;
     scene.angle = 40;

@@ -1,4 +1,4 @@
-// A session that fails in one place, and what must be left of it.
+// A session that fails in one place, and what must remain afterwards.
 #pragma once
 
 #include "integration/session_fixture.h"
@@ -10,25 +10,25 @@ namespace doccam::test {
 
 constexpr int kFrames = 50;
 
-// Of slow builds some frames are enough.
+// In slow builds only some of the frames.
 constexpr int kStep = kSanitized ? 12 : 1;
 
-// The at-th call of a request gives the error.
+// The at-th call of a request returns the error.
 struct CallFault {
     std::string request;
     int error;
     int at;
 };
 
-// For messages: "VIDIOC_QBUF EIO at 3".
+// As in "VIDIOC_QBUF EIO at 3".
 std::string described(const CallFault& fault);
 
-// The request and the error in a test's name: "QBUF", "EIO".
+// A request or error as part of a test's name: "QBUF", "EIO".
 std::string shortName(const std::string& request);
 std::string errorName(int error);
 
-// Before each failing session the cameras are healthy and none is open. They offer one small size,
-// so that sessions by the thousand take little time. The host hears of the end of the stream.
+// Before each failing session the cameras are healthy and closed. They offer one small size, so
+// that thousands of sessions run quickly. A fault callback reports the end of the stream.
 class SweepTest : public SessionTest {
   protected:
     static constexpr int kWidth = 160;
@@ -37,29 +37,29 @@ class SweepTest : public SessionTest {
     SweepTest();
     ~SweepTest() override;
 
-    // The result code.
+    // Returns openCamera's result.
     static int open(int format);
 
-    // Opens, and stops the camera behind the first frame; the result code.
+    // Opens a camera that stops after its first frame; returns openCamera's result.
     int openForOneFrame(int format);
 
-    // Waits for that frame, and expects the host to see what the camera has sent.
+    // Waits for that frame, and expects it to be the one the camera sent.
     void expectTheFrameSent(int format) const;
 
-    // Sets the fault, counted from now on.
+    // Arms the fault, counting calls from now on.
     void inject(const CallFault& fault);
 
-    // Expects that the fault has struck where it was set.
+    // Expects the fault to have struck.
     static void expectStruck(const CallFault& fault);
 
-    // Waits until the stream has ended by itself; the reason that the host was told.
+    // Waits until the stream has ended by itself; returns the reason reported to the host.
     static std::string reasonOfTheEnd();
 
-    // Expects the process to hold so many nodes, but for them no descriptor that it did not hold
-    // before the test, and so many mapped buffers.
+    // Expects the process to hold that many nodes and mapped buffers, and no other descriptor that
+    // was not open before the test.
     void expectHeld(int nodes, int mappings) const;
 
-    // Expects a session to work that opens now, and nothing to be left of it.
+    // Expects a new session to work and to leave nothing behind.
     void expectHealthySession(int format);
 
   private:

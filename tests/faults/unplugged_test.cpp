@@ -25,7 +25,7 @@ class WaitingHost {
   public:
     explicit WaitingHost(const std::string& still)
       : still_(still) {
-        // They wait for seconds unless they are told to hurry.
+        // They would wait for seconds.
         virtualcam::setSleepScale(0.1);
         shooting_ = std::thread([this] { stillCode_ = captureImage(still_.c_str()); });
         reading_ = std::thread([this] { codeText_ = RecogBarQrCode(kReadQr); });
@@ -39,7 +39,7 @@ class WaitingHost {
     WaitingHost(const WaitingHost&) = delete;
     WaitingHost& operator=(const WaitingHost&) = delete;
 
-    // Both give up in no time, and are told of nothing.
+    // Both time out soon, without a result.
     void expectReturn() {
         join();
         EXPECT_EQ(stillCode_, 0);
@@ -70,7 +70,7 @@ std::atomic<virtualcam::CameraId> unpluggedCamera{0};
 void ignorePreview(unsigned char* /*pixels*/, int /*width*/, int /*height*/, int /*x*/, int /*y*/) {
 }
 
-// Asks for everything and pulls the camera out while the library waits for its callback.
+// Requests everything and unplugs the camera while the library waits for its callback.
 void unplugAtTheLastFrame(unsigned char* /*pixels*/, int /*width*/, int /*height*/) {
     if (framesUntilUnplugged == 1) {
         state().session.isShootPhoto = true;
@@ -84,7 +84,7 @@ void unplugAtTheLastFrame(unsigned char* /*pixels*/, int /*width*/, int /*height
 struct Case {
     const char* name;
     int format;
-    bool heard; // the host has a callback for faults
+    bool hasCallback; // the host has a fault callback
 };
 
 void PrintTo(const Case& unplugging, std::ostream* out) {
@@ -95,18 +95,18 @@ class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
   protected:
     Unplugged() {
         SetWebDataCallback(ignorePreview);
-        if (!GetParam().heard) {
+        if (!GetParam().hasCallback) {
             SetFaultCallback(nullptr);
         }
     }
 
     void expectTheEnd() {
-        if (GetParam().heard) {
+        if (GetParam().hasCallback) {
             EXPECT_EQ(reasonOfTheEnd(), "the camera was unplugged");
         }
     }
 
-    // The node and its buffers are the session's until the host closes it.
+    // The session owns the node and its buffers until the host closes it.
     void closeAndPlugAgain() {
         EXPECT_TRUE(state().session.bKeep);
         expectHeld(1, 5);
@@ -118,7 +118,7 @@ class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
         EXPECT_EQ(getDeviceCount(), 2);
     }
 
-    // The first frame of the next session answers what is still asked for.
+    // The first frame of the next session answers the requests still pending.
     void expectHealthyLibrary() {
         expectHealthySession(kMjpegFormat);
         EXPECT_FALSE(state().session.isShootPhoto);
@@ -131,7 +131,7 @@ class Unplugged : public SweepTest, public testing::WithParamInterface<Case> {
     const std::string still_ = folder_.file("still.bmp");
 };
 
-TEST_P(Unplugged, WhileAFrameIsWaitedForLeavesAHostThatGoesOnAndAHealthyLibrary) {
+TEST_P(Unplugged, WhileTheLoopWaitsLeavesARunningHostAndAHealthyLibrary) {
     for (int frame = 1; frame <= kFrames; frame += kStep) {
         SCOPED_TRACE(frame);
         addFrameFault(virtualcam::FaultKind::kStall, frame);
@@ -176,8 +176,8 @@ TEST_P(Unplugged, WhileAFrameIsShownLeavesAHealthyLibrary) {
 INSTANTIATE_TEST_SUITE_P(EachFrame, Unplugged,
                          testing::Values(Case{"Mjpeg", kMjpegFormat, true},
                                          Case{"Yuyv", kYuyvFormat, true},
-                                         Case{"MjpegUnheard", kMjpegFormat, false},
-                                         Case{"YuyvUnheard", kYuyvFormat, false}),
+                                         Case{"MjpegWithoutCallback", kMjpegFormat, false},
+                                         Case{"YuyvWithoutCallback", kYuyvFormat, false}),
                          [](const auto& unplugging) { return std::string(unplugging.param.name); });
 
 } // namespace

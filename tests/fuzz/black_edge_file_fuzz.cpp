@@ -1,4 +1,4 @@
-// An image file whose dark margins are whitened in place.
+// Whitening the dark margins of an image file in place.
 #include "fuzz_target.h"
 #include "input.h"
 #include "scratch_file.h"

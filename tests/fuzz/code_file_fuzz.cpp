@@ -1,4 +1,4 @@
-// A code in an image file.
+// Reading a code from an image file.
 #include "fuzz_target.h"
 #include "input.h"
 #include "scratch_file.h"

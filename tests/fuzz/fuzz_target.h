@@ -1,4 +1,4 @@
-// One operation fed with arbitrary bytes: what every fuzz target defines, and what they share.
+// What every fuzz target defines, and what they share.
 #pragma once
 
 #include <opencv2/core.hpp>
@@ -16,7 +16,7 @@ namespace doccam::test {
 
 using Bytes = std::vector<unsigned char>;
 
-// Makes the input a finding unless what the operation promises holds.
+// Reports the input as a finding unless the operation's promise holds.
 inline void require(bool holds) {
     if (!holds) {
         std::abort();
@@ -33,7 +33,7 @@ void allowImageErrors(Action&& action) {
     }
 }
 
-// A copy with nothing readable behind its last byte.
+// A copy in which reading past the last byte is detected.
 inline Bytes exactCopy(std::span<const unsigned char> bytes) {
     return {bytes.begin(), bytes.end()};
 }

@@ -1,4 +1,4 @@
-// The head of an HTTP request, and what doccam serve makes of it.
+// Parsing the head of an HTTP request, and passing it on.
 #include "fuzz_target.h"
 #include "serve/access/admission.h"
 
@@ -23,7 +23,7 @@ void judgeHead(const RequestHead& head) {
     }
 }
 
-// What is handed on is a head again, and says the same.
+// The head passed on must parse again, to the same content.
 void handOn(const RequestHead& head) {
     const std::string plain = plainHead(head);
     test::require(headLength(plain) == plain.size());

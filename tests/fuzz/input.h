@@ -1,4 +1,4 @@
-// Reads numbers and pieces off the front of a fuzz input. What is missing counts as zero.
+// Reads numbers and pieces off the front of a fuzz input. Missing bytes count as zero.
 #pragma once
 
 #include <algorithm>
@@ -30,10 +30,10 @@ class Input {
         return static_cast<int>(low | word() << 16);
     }
 
-    // 1 to most, of two bytes.
-    int side(int most) { return 1 + static_cast<int>(word()) % most; }
+    // 1 to limit, from two bytes.
+    int side(int limit) { return 1 + static_cast<int>(word()) % limit; }
 
-    // The next count bytes, or as many as there are.
+    // The next count bytes, or as many as are left.
     std::span<const unsigned char> take(std::size_t count) {
         const auto piece = rest_.first(std::min(count, rest_.size()));
         rest_ = rest_.subspan(piece.size());

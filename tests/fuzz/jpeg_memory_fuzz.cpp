@@ -1,4 +1,4 @@
-// One JPEG in memory, into a picture of any size.
+// Decoding a JPEG in memory into a picture of any size.
 #include "fuzz_target.h"
 #include "input.h"
 
@@ -6,15 +6,15 @@
 
 namespace {
 
-constexpr int kMostSide = 256;
+constexpr int kMaxSide = 256;
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace doccam::test;
     Input input(data, size);
-    const int width = input.side(kMostSide);
-    const int height = input.side(kMostSide);
+    const int width = input.side(kMaxSide);
+    const int height = input.side(kMaxSide);
     cv::Mat picture(height, width, CV_8UC3);
     Bytes jpeg = exactCopy(input.takeRest());
     VideoBuf frame{jpeg.data(), static_cast<std::int32_t>(jpeg.size())};

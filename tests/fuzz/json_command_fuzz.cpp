@@ -1,4 +1,4 @@
-// The body of a command to doccam serve: a byte that chooses the command, then its JSON.
+// A command to doccam serve: a byte that selects the command, then its JSON body.
 #include "fuzz_target.h"
 #include "input.h"
 #include "serve/commands/requests.h"
@@ -12,8 +12,8 @@ namespace {
 using namespace doccam;
 using namespace doccam::serve;
 
-constexpr int kLeast = -150;
-constexpr int kGreatest = 150;
+constexpr int kMinSteps = -150;
+constexpr int kMaxSteps = 150;
 constexpr std::size_t kLongest = 100;
 
 void readSettings(const Json& object) {
@@ -35,8 +35,8 @@ void readField(unsigned which, const Json& object) {
     case 1:
         return readForm(object);
     case 2: {
-        const int steps = integer(object, "steps", kLeast, kGreatest);
-        return test::require(steps >= kLeast && steps <= kGreatest);
+        const int steps = integer(object, "steps", kMinSteps, kMaxSteps);
+        return test::require(steps >= kMinSteps && steps <= kMaxSteps);
     }
     case 3:
         return test::require(std::abs(quarterTurn(object)) == 1);

@@ -1,4 +1,4 @@
-// Frames of an MJPEG stream, one after the other through one decoder.
+// Frames of an MJPEG stream, one after another through one decoder.
 #include "decode/mjpeg_decoder.h"
 #include "decode/mjpeg_frames.h"
 #include "fuzz_target.h"
@@ -11,16 +11,16 @@ namespace {
 
 using namespace doccam;
 
-constexpr int kMostSide = 256;
-constexpr std::int64_t kMostPixels = 1 << 18;
+constexpr int kMaxSide = 256;
+constexpr std::int64_t kMaxPixels = 1 << 18;
 
-// Decoding takes time in proportion to the size that a frame's header announces.
+// Decoding time grows with the size that a frame's header announces.
 void limitPictures() {
     MjpegDecoder& decoder = *state().session.pdecode;
-    decoder.context->max_pixels = kMostPixels;
+    decoder.context->max_pixels = kMaxPixels;
 }
 
-// The loop pads its frames; do_excute_image takes them as they are.
+// The loop pads its frames; do_excute_image takes unpadded ones.
 void decode(std::span<const unsigned char> frame, bool padded, cv::Mat& picture) {
     test::Bytes data = test::exactCopy(frame);
     if (padded) {
@@ -38,8 +38,8 @@ void decode(std::span<const unsigned char> frame, bool padded, cv::Mat& picture)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     test::Input input(data, size);
-    const int width = input.side(kMostSide);
-    const int height = input.side(kMostSide);
+    const int width = input.side(kMaxSide);
+    const int height = input.side(kMaxSide);
     cv::Mat picture(height, width, CV_8UC3);
     av_decode_init();
     limitPictures();

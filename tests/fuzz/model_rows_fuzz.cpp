@@ -1,4 +1,4 @@
-// The file of supported models as the doctor reads and changes it.
+// The file of supported models as the doctor reads and edits it.
 #include "doctor/model_table.h"
 #include "fuzz_target.h"
 

@@ -12,9 +12,9 @@ namespace {
 
 using namespace doccam;
 
-constexpr std::int64_t kMostPixels = 1 << 18;
+constexpr std::int64_t kMaxPixels = 1 << 18;
 
-// What a PNG's header, which is its first chunk, says; zero for a file that ends before.
+// The size in a PNG's header, its first chunk; zero for a file that ends earlier.
 cv::Size pngSize(std::span<const unsigned char> file) {
     constexpr std::size_t kWidthAt = 16;
     constexpr std::size_t kHeaderEnd = 24;
@@ -27,9 +27,9 @@ cv::Size pngSize(std::span<const unsigned char> file) {
     return {side(kWidthAt), side(kWidthAt + 4)};
 }
 
-// Reading takes time and memory in proportion to the size that a file announces.
+// Time and memory grow with the size that a file announces.
 bool isSmall(cv::Size size) {
-    return std::int64_t{size.width} * size.height <= kMostPixels;
+    return std::int64_t{size.width} * size.height <= kMaxPixels;
 }
 
 void addPage(test::Input& input, std::size_t length) {

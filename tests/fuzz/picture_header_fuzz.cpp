@@ -1,4 +1,4 @@
-// What a picture file says of itself, and whether OpenCV sees the same picture.
+// Reading a picture file's header, compared with OpenCV.
 #include "fuzz_target.h"
 #include "pictures/headers/picture_header.h"
 #include "scratch_file.h"

@@ -1,4 +1,4 @@
-// Runs a fuzz target on kept inputs, without libFuzzer: replay FOLDER...
+// Runs a fuzz target on stored inputs, without libFuzzer: replay FOLDER...
 #include "fuzz_target.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) 
     return files;
 }
 
-// Named first, so that a crash can be told from the output.
+// Prints the name first, so that it is known after a crash.
 void replay(const std::filesystem::path& path) {
     std::fprintf(stderr, "%s\n", path.c_str());
     std::ifstream file(path, std::ios::binary);

@@ -15,7 +15,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                                       (!format.sizes.empty() || format.range));
             }
         }
-    } catch (const std::exception&) { // as documented for a file that describes none
+    } catch (const std::exception&) { // as documented for an invalid file
         return 0;
     }
     return 0;

@@ -1,4 +1,4 @@
-// The files that a target hands to operations which take a path.
+// Files for operations that take a path.
 #pragma once
 
 #include <span>
@@ -6,7 +6,7 @@
 
 namespace doccam::test {
 
-// The path of name in a folder that lives as long as the process.
+// The path of name in a folder that exists until the process ends.
 std::string scratchPath(const std::string& name);
 
 // Writes bytes to the file and returns its path.

@@ -10,7 +10,7 @@ std::string textOf(std::span<const unsigned char> bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-// Looks for the pattern at one position after the other.
+// Tries the pattern at one position after the other.
 std::vector<std::string> plainSplit(const std::string& text, const std::string& pattern) {
     const std::string ended = text + pattern;
     std::vector<std::string> pieces;

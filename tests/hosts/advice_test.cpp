@@ -45,25 +45,25 @@ TEST(Advice, NamesACameraThatWorks) {
     EXPECT_THAT(advice[0].remedy, IsEmpty());
 }
 
-TEST(Advice, SendsForACameraAndItsDriverWhereNoNodeIs) {
+TEST(Advice, AsksForACameraAndItsDriverWhenThereIsNoNode) {
     EXPECT_THAT(adviceOn({}),
                 ElementsAre(says(Level::kTrouble, "no video node", "modprobe uvcvideo")));
 }
 
-TEST(Advice, StartsTheDeviceManagerBeforeItMissesNodes) {
+TEST(Advice, SuggestsStartingUdevBeforeReportingMissingNodes) {
     Findings findings;
     findings.deviceManager = false;
     EXPECT_THAT(adviceOn(findings), ElementsAre(says(Level::kTrouble, "does not answer", "udevd")));
 }
 
-TEST(Advice, LetsOneJoinTheNodesGroup) {
+TEST(Advice, SuggestsJoiningTheNodesGroup) {
     Node node = goodNode();
     node.openError = EACCES;
     EXPECT_THAT(adviceOnNode(node),
                 ElementsAre(says(Level::kTrouble, "group video", "usermod -aG video")));
 }
 
-TEST(Advice, NeverLetsOneJoinRootsGroup) {
+TEST(Advice, NeverSuggestsJoiningRootsGroup) {
     Node node = goodNode();
     node.openError = EACCES;
     node.group = "root";
@@ -82,7 +82,7 @@ TEST(Advice, ShowsTheRowOfAModelThatIsNotSupported) {
                           Field(&Advice::remedy, HasSubstr("doctor --add 0c45:6366")))));
 }
 
-TEST(Advice, OffersAFileToEditOnlyWhereOneIsInForce) {
+TEST(Advice, OffersAFileToEditOnlyIfOneIsInUse) {
     Findings findings;
     findings.nodes = {goodNode()};
     findings.nodes[0].supported = false;
@@ -93,7 +93,7 @@ TEST(Advice, OffersAFileToEditOnlyWhereOneIsInForce) {
     EXPECT_THAT(adviceOn(findings).at(0).remedy, HasSubstr("to /etc/models by hand"));
 }
 
-TEST(Advice, MakesNoTroubleOfACameraThatIsNotSupported) {
+TEST(Advice, ReportsNoTroubleForAnUnsupportedCamera) {
     Node node = goodNode();
     node.supported = false;
     node.openError = EACCES;
@@ -102,7 +102,7 @@ TEST(Advice, MakesNoTroubleOfACameraThatIsNotSupported) {
                             says(Level::kNote, "may not be opened", "usermod")));
 }
 
-TEST(Advice, PassesOverANodeThatIsNoUsbDevice) {
+TEST(Advice, IgnoresANodeThatIsNoUsbDevice) {
     Node node = goodNode();
     node.supported = false;
     node.vendor = node.product = "";
@@ -120,7 +120,7 @@ TEST(Advice, NamesWhoUsesTheNode) {
         ElementsAre(says(Level::kTrouble, "cheese (process 42), ffmpeg (process 77)", "End")));
 }
 
-TEST(Advice, SendsToRootForAProcessThatCannotBeSeen) {
+TEST(Advice, SuggestsRootForAProcessThatCannotBeSeen) {
     Node node = goodNode();
     node.openError = EBUSY;
     EXPECT_THAT(adviceOnNode(node), ElementsAre(says(Level::kTrouble, "cannot be seen", "sudo")));
@@ -141,7 +141,7 @@ TEST(Advice, NamesAnyOtherRequestThatFails) {
                 ElementsAre(says(Level::kTrouble, "VIDIOC_REQBUFS for mjpeg 640x480", "dmesg")));
 }
 
-TEST(Advice, CountsFramesThatAreShortAndThoseWithoutJpeg) {
+TEST(Advice, CountsShortFramesAndThoseWithoutJpeg) {
     Node node = goodNode();
     node.trial.shortFrames = 2;
     node.trial.framesWithoutJpeg = 1;
@@ -157,7 +157,7 @@ TEST(Advice, NoticesASilentCamera) {
     EXPECT_THAT(adviceOnNode(node), ElementsAre(says(Level::kTrouble, "no frames", "cable")));
 }
 
-TEST(Advice, NotesTheSecondCameraOfAModel) {
+TEST(Advice, MentionsTheSecondCameraOfAModel) {
     Node node = goodNode();
     node.secondOfModel = true;
     EXPECT_THAT(adviceOnNode(node), ElementsAre(says(Level::kNote, "second camera", "Unplug"),

@@ -88,7 +88,7 @@ TEST_F(Capture, NamesTheSizesWhenTheWantedOneIsNotOffered) {
     EXPECT_THAT(outcome.err, HasSubstr("choose one of 1280x960"));
 }
 
-TEST_F(Capture, FindsNoSheetOnAnEmptyDeskInACorner) {
+TEST_F(Capture, FindsNoSheetWhenOnlyACornerIsVisible) {
     // Only a corner of the sheet is in the picture, too small to be one.
     const Outcome outcome =
         runWith(camera(R"("scene": {"sheetHeight": 0.02, "noise": 0})"), "capture --crop a.jpg");
@@ -120,7 +120,7 @@ TEST_F(Capture, SurvivesAnUnplugAndLeavesNoFile) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(Capture, TellsWhatIsDoneWhenTheCameraIsUnplugged) {
+TEST_F(Capture, ReportsFinishedStillsWhenTheCameraIsUnplugged) {
     std::vector<std::string> words{"capture", "--json", "a.jpg"};
     for (int still = 0; still < 200; ++still) {
         words.push_back("still" + std::to_string(still) + ".jpg");
@@ -144,8 +144,8 @@ TEST_F(Capture, SaysThatTheCameraIsSilent) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
-// Slower than any camera, as on a machine that hardly gets to it. The library itself waits for a
-// still for four seconds.
+// Slower than any camera, as on an overloaded machine. The library itself waits four seconds for
+// a still.
 TEST_F(Capture, WaitsForAStillAsLongAsFramesCome) {
     const Outcome outcome =
         runWith(R"({"intervalMs": 11000, "formats": [{"fourcc": "YUYV", "sizes": [[640, 480]]}]})",

@@ -24,14 +24,14 @@ TEST_F(Codes, OfOneKindAreReadFromSeveralFiles) {
     EXPECT_EQ(outcome.out, "a.png: bar: DOC-0042-2026\nb.png: bar: DOC-0049-2026\n");
 }
 
-TEST_F(Codes, AreReadBeforeTheCameraAsJson) {
+TEST_F(Codes, AreReadFromTheCameraAsJson) {
     const Outcome outcome = runWith(camera(), "read --kind qr --json");
     EXPECT_EQ(outcome.status, kDone) << outcome.err;
     EXPECT_EQ(outcome.json(), Json::parse(R"([{"source": "camera 0", "kind": "qr",
                                "text": "https://example.org/sheet/0042"}])"));
 }
 
-TEST_F(Codes, AreMissedWhereThereAreNone) {
+TEST_F(Codes, AreReportedMissing) {
     const Outcome live =
         runWith(camera(R"("scene": {"centreX": 9, "noise": 0})"), "read --wait 0 --json");
     EXPECT_EQ(live.status, kNothingFound);
@@ -39,7 +39,7 @@ TEST_F(Codes, AreMissedWhereThereAreNone) {
     EXPECT_THAT(live.err, isOneSentence());
 }
 
-TEST_F(Codes, AreNotReadBeforeACameraThatHasGone) {
+TEST_F(Codes, AreNotReadFromAnUnpluggedCamera) {
     const Outcome outcome = runWith(
         camera(R"("scene": {"centreX": 9, "noise": 0}, "faults": [{"fault": "unplug", "at": 4}])"),
         "read --wait 3600 --json");
@@ -48,13 +48,13 @@ TEST_F(Codes, AreNotReadBeforeACameraThatHasGone) {
     EXPECT_EQ(outcome.json(), Json::array());
 }
 
-TEST_F(Codes, OfTheFilesBeforeAnUnreadableOneAreTold) {
+TEST_F(Codes, OfTheFilesBeforeAnUnreadableOneArePrinted) {
     const Outcome outcome = run("read --kind qr --json " + drawSheet("sheet.png") + " missing.png");
     EXPECT_EQ(outcome.status, kUsage);
     EXPECT_EQ(outcome.json().size(), 1U);
 }
 
-TEST_F(Codes, AreNotSoughtInWhatIsNoPicture) {
+TEST_F(Codes, AreNotSoughtInAFileThatIsNoPicture) {
     std::ofstream(file("text.png")) << "no picture";
     for (const std::string name : {"text.png", "missing.png"}) {
         const Outcome outcome = run("read " + name);

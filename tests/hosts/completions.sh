@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The completions of all three shells offer what the program has, no more and no less:
+# Checks that the completions of all three shells offer exactly what the program has:
 # completions.sh PROGRAM FOLDER
 set -euo pipefail
 program=$1 folder=$2
@@ -14,23 +14,23 @@ differ() { # differ WHAT EXPECTED FOUND
 }
 sorted() { tr ' ' '\n' | grep -v '^$' | LC_ALL=C sort -u; }
 
-words_of_help() { # the options at the beginning of the lines of a help text
+words_of_help() { # the options at the start of a help text's lines
     sed -nE '/^Options:/,/^$/p' | grep -oE '^ +(-h,)?--[a-z-]+(,--[a-z-]+)*' | tr ',' ' ' | sorted
 }
 commands=$("$program" --help | sed -nE '/^Subcommands:/,/^$/s/^  ([a-z]+) .*/\1/p' | sorted)
 global=$("$program" --help | words_of_help)
-options_of() { # of a command, with those that are understood everywhere
+options_of() { # of a command, including the common ones
     { echo "$global" | grep -v -- --version; "$program" "$1" --help | words_of_help; } | sorted
 }
 
-bash_offers() { # what bash completes behind the words
+bash_offers() { # what bash completes after the words
     COMP_WORDS=("$@")
     COMP_CWORD=$(($# - 1))
     COMPREPLY=()
     _doccam
     printf '%s\n' "${COMPREPLY[@]}" | sorted
 }
-compopt() { :; } # there is no completion under way
+compopt() { :; } # no completion is running
 source "$folder/doccam.bash"
 differ 'bash, commands' "$commands" "$(bash_offers doccam '')"
 differ 'bash, global options' "$global" "$(bash_offers doccam -)"
@@ -50,7 +50,7 @@ if command -v fish >/dev/null; then
     done
 fi
 
-# What zsh is told, without its way of asking: each array and each command's line.
+# The data of zsh's completion, without running it: each array and each command's line.
 zsh_array() { sed -n "/local -a $1=(/,/^    )/p" "$folder/_doccam"; }
 zsh_words() { grep -oE "(-h,)?--[a-z-]+(,--[a-z-]+)*[]=}'\[]" | tr -d "]='}[" | tr ',' ' ' | sorted; }
 differ 'zsh, commands' "$commands" "$(zsh_array commands | sed -nE "s/^ *'([a-z]+):.*/\1/p" | sorted)"

@@ -21,14 +21,14 @@ class Confined : public HostProgramTest {
         }
     }
 
-    // doccam serve, without any camera; its pages lie in the test's folder.
+    // doccam serve without a camera, with its pages in the test's folder.
     RunningProgram serving(const std::string& options) const {
         const std::string command =
             "exec env TMPDIR=" + file("") + " " DOCCAM_PROGRAM " " + options + " serve >&2";
         return {{"/bin/sh", "-c", command}, file(""), "/dev/null"};
     }
 
-    // How the kernel filters the calls of each thread: 0 not at all, 2 by a filter.
+    // The seccomp mode of each thread: 0 off, 2 filtered.
     static std::vector<int> filtersOf(pid_t process) {
         std::vector<int> filters;
         for (const auto& thread :
@@ -50,7 +50,7 @@ TEST_F(Confined, IsEveryThreadOfTheServer) {
     EXPECT_THAT(filtersOf(server.process()), Each(2));
 }
 
-TEST_F(Confined, ServerTakesItsFolderAwayAtItsEnd) {
+TEST_F(Confined, ServerRemovesItsFolderAtTheEnd) {
     RunningProgram server = serving("");
     ASSERT_TRUE(server.says("http://"));
     EXPECT_THAT(files(), ElementsAre(StartsWith("doccam-pages-")));
@@ -59,7 +59,7 @@ TEST_F(Confined, ServerTakesItsFolderAwayAtItsEnd) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(Confined, IsNothingWhenItIsNotWanted) {
+TEST_F(Confined, IsNothingWhenSwitchedOff) {
     RunningProgram server = serving("--no-confinement");
     ASSERT_TRUE(server.says("http://"));
     EXPECT_THAT(filtersOf(server.process()), Each(0));

@@ -33,8 +33,7 @@ using namespace doccam::host;
 using doccam::test::ScratchFolder;
 namespace fs = std::filesystem;
 
-// The exit status of a child that runs body, -1 when a signal ends it. Its outcomes are errors of
-// the system, 0 for a success.
+// The exit status of a child that runs body, -1 after a signal. body returns errno, 0 for success.
 int inChild(const std::function<int()>& body) {
     const pid_t child = fork();
     if (child == 0) {
@@ -63,7 +62,7 @@ class Confinement : public testing::Test {
         }
     }
 
-    // What action comes to in a process that is confined to reach.
+    // The result of action in a process confined to reach.
     static int confined(const Reach& reach, const std::function<int()>& action) {
         return inChild([&] {
             Interrupt interrupt;
@@ -101,7 +100,7 @@ TEST_F(FileConfinement, OpensNoFileOutsideItsFolders) {
     EXPECT_EQ(fs::file_size(secret_), 6);
 }
 
-TEST_F(FileConfinement, ReadsTheFilesItNamesAndNoMore) {
+TEST_F(FileConfinement, ReadsOnlyTheFilesItNames) {
     const Reach reach{.read = {secret_}};
     EXPECT_EQ(confined(reach, [&] { return openError(secret_); }), 0);
     EXPECT_EQ(confined(reach, [&] { return openError(secret_, O_WRONLY); }), EACCES);
@@ -162,7 +161,7 @@ TEST_F(Confinement, MakesNoSocket) {
     }
 }
 
-TEST_F(Confinement, ConnectsNoSocketThatWasThereBefore) {
+TEST_F(Confinement, ConnectsNoExistingSocket) {
     const int before = socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr address{AF_UNIX, {}};
     const auto connects = [&] { return errorOf(connect(before, &address, sizeof address)); };
@@ -171,7 +170,7 @@ TEST_F(Confinement, ConnectsNoSocketThatWasThereBefore) {
     close(before);
 }
 
-TEST_F(Confinement, TakesConnectionsThatArriveAtItsSocket) {
+TEST_F(Confinement, AcceptsConnectionsOnItsSocket) {
     std::array<int, 2> ends{};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
     const auto talks = [&] {
@@ -184,7 +183,7 @@ TEST_F(Confinement, TakesConnectionsThatArriveAtItsSocket) {
     close(ends[1]);
 }
 
-TEST_F(Confinement, LeavesVirtualCamerasTheSocketThatTheyAreSteeredBy) {
+TEST_F(Confinement, LeavesVirtualCamerasTheirControlSocket) {
     fs::create_directory(own_);
     setenv("UMOCKDEV_DIR", own_.c_str(), 1);
     setenv("DOCCAM_VIRTUALCAM_CONTROL", folder_.file("control").c_str(), 1);
@@ -224,7 +223,7 @@ TEST_F(Confinement, LeavesOtherProcessesAlone) {
     EXPECT_EQ(confined({}, [&] { return errorOf(syscall(SYS_pidfd_open, parent, 0)); }), EPERM);
 }
 
-TEST_F(Confinement, KnowsNoWayToMorePrivileges) {
+TEST_F(Confinement, GainsNoPrivileges) {
     EXPECT_EQ(confined({}, [] { return errorOf(unshare(CLONE_NEWUSER)); }), ENOSYS);
     EXPECT_EQ(confined({}, [] { return errorOf(syscall(SYS_bpf, 0, nullptr, 0)); }), ENOSYS);
     EXPECT_EQ(confined({}, [] { return errorOf(syscall(SYS_io_uring_setup, 1, nullptr)); }),
@@ -232,13 +231,13 @@ TEST_F(Confinement, KnowsNoWayToMorePrivileges) {
     EXPECT_EQ(confined({}, [] { return errorOf(syscall(SYS_keyctl, 0, 0)); }), ENOSYS);
 }
 
-TEST_F(Confinement, TypesNothingIntoATerminal) {
+TEST_F(Confinement, InjectsNothingIntoATerminal) {
     char letter = 'x';
     EXPECT_EQ(confined({.cameras = true}, [&] { return errorOf(ioctl(0, TIOCSTI, &letter)); }),
               ENOSYS);
 }
 
-TEST_F(Confinement, RunsNoMemoryThatItWrites) {
+TEST_F(Confinement, MakesNoWritableMemoryExecutable) {
     const auto maps = [] {
         const void* memory = mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC,
                                   MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -248,7 +247,7 @@ TEST_F(Confinement, RunsNoMemoryThatItWrites) {
     EXPECT_EQ(confined({}, maps), ENOSYS);
 }
 
-TEST_F(Confinement, HoldsForThreadsThatWereThereBefore) {
+TEST_F(Confinement, HoldsForExistingThreads) {
     const auto tries = [] {
         std::atomic<bool> held{false};
         std::atomic<int> error{0};
@@ -266,7 +265,7 @@ TEST_F(Confinement, HoldsForThreadsThatWereThereBefore) {
     EXPECT_EQ(inChild(tries), EPERM);
 }
 
-TEST_F(Confinement, StillTakesSignalsAndEndsAtAnAbort) {
+TEST_F(Confinement, StillReceivesSignalsAndEndsAtAnAbort) {
     const auto aborts = [] {
         std::abort();
         return 0;

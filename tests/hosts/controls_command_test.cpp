@@ -25,32 +25,32 @@ TEST_F(Controls, AreSetEachByItsName) {
     EXPECT_EQ(controls[2]["value"], 32);
 }
 
-TEST_F(Controls, AreResetButForThoseThatAreGivenAValue) {
+TEST_F(Controls, AreResetExceptThoseGivenAValue) {
     const Json controls =
         runWith(camera(), "controls hue=9 brightness=7 brightness --reset --json").json();
     EXPECT_EQ(controls[1]["value"], 7);
     EXPECT_EQ(controls[2]["value"], 0);
 }
 
-TEST_F(Controls, KeepToTheirRange) {
+TEST_F(Controls, StayWithinTheirRange) {
     const Outcome outcome = runWith(camera(), "controls brightness=65");
     EXPECT_EQ(outcome.status, kUsage);
     EXPECT_THAT(outcome.err, isOneSentence());
     EXPECT_THAT(outcome.err, HasSubstr("from -64 to 64"));
 }
 
-TEST_F(Controls, ThatTheCameraLacksAreLeftOutUnlessAskedFor) {
+TEST_F(Controls, ThatTheCameraLacksAreSkippedUnlessRequested) {
     const std::string without = camera(R"("controls": [{"name": "Hue", "remove": true}])");
     EXPECT_THAT(runWith(without, "controls").out, Not(HasSubstr("hue")));
     EXPECT_EQ(runWith(without, "controls hue").status, kNothingFound);
 }
 
-TEST_F(Controls, FocusIsAskedOfACameraThatHasIt) {
+TEST_F(Controls, FocusIsRequestedFromACameraThatHasIt) {
     EXPECT_EQ(runWith(camera(), "focus").status, kDone);
     EXPECT_EQ(runWith(camera(), "focus --switch").status, kDone);
 }
 
-TEST_F(Controls, FocusThatIsRefusedIsAFailure) {
+TEST_F(Controls, RefusedFocusIsAFailure) {
     const Outcome outcome = runWith(
         camera(
             R"("faults": [{"fault": "call", "request": "VIDIOC_S_CTRL", "errno": "EIO", "onwards": true}])"),

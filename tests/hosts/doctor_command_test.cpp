@@ -12,7 +12,7 @@ using testing::HasSubstr;
 
 class Doctor : public HostProgramTest {
   protected:
-    // What the doctor says of a camera with these faults, and with what status.
+    // The doctor's output and status for a camera with these faults.
     Outcome examine(const std::string& faults) const {
         return runWith(camera("\"faults\": [" + faults + "]"), "doctor");
     }
@@ -31,7 +31,7 @@ std::string refusal(const std::string& request, const std::string& error) {
 
 const std::string kForeign = camera(R"("vendor": "abcd", "product": "0001", "card": "Odd Cam")");
 
-TEST_F(Doctor, FindsAGoodCameraWell) {
+TEST_F(Doctor, FindsAGoodCameraHealthy) {
     const Outcome outcome = examine("");
     EXPECT_EQ(outcome.status, kDone);
     EXPECT_THAT(outcome.out,
@@ -63,7 +63,7 @@ TEST_F(Doctor, ShowsTheRowOfAForeignCamera) {
     EXPECT_THAT(outcome.out, HasSubstr("\"abcd:0001  # Odd Cam\""));
 }
 
-TEST_F(Doctor, PassesOverTheTroubleOfAForeignCamera) {
+TEST_F(Doctor, IgnoresTheTroubleOfAForeignCamera) {
     const std::string refused =
         R"("vendor": "abcd", "product": "0001", "faults": [)" + refusal("open", "EACCES") + "]";
     const Outcome outcome = runWith(camera() + ", " + camera(refused), "doctor");
@@ -71,7 +71,7 @@ TEST_F(Doctor, PassesOverTheTroubleOfAForeignCamera) {
     EXPECT_THAT(outcome.out, HasSubstr("note: /dev/video2"));
 }
 
-// Adds models to a file of its own.
+// A model file for models to be added to.
 class ModelFile : public HostProgramTest {
   protected:
     ModelFile() { setenv("DOCCAM_MODELS", file("models.txt").c_str(), 1); }
@@ -99,7 +99,7 @@ TEST_F(ModelFile, GetsTheOneForeignCameraAndTheLibraryReadsIt) {
     EXPECT_EQ(runWith(kForeign, "list").out, "0  Odd Cam\n");
 }
 
-TEST_F(ModelFile, GetsNoneOfSeveralForeignCamerasUnasked) {
+TEST_F(ModelFile, GetsNoneOfSeveralForeignCamerasUnnamed) {
     write("0c45:6366\n");
     const Outcome outcome = runWith(kTwoForeign, "doctor --add --json");
     EXPECT_EQ(outcome.status, kUsage);
@@ -121,7 +121,7 @@ TEST_F(ModelFile, GetsNoCameraThatIsNotAttached) {
     EXPECT_THAT(files(), testing::IsEmpty());
 }
 
-TEST_F(ModelFile, GivesUpTheLastBuiltInRowAndSaysSo) {
+TEST_F(ModelFile, DropsTheLastBuiltInRowAndReportsIt) {
     const Outcome outcome = runWith(kForeign, "doctor --add");
     EXPECT_EQ(outcome.status, kDone) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("given up for it, as nine rows are the most: 1d6b:0105\n"));

@@ -26,7 +26,7 @@ class Files : public HostProgramTest {
         cv::imwrite(file(name), page);
     }
 
-    // Notes in a JPEG that its camera was held on its side.
+    // Sets a JPEG's orientation tag to a camera held on its side.
     void turnOnItsSide(const std::string& name) const {
         constexpr std::string_view kNote(
             "\xFF\xE1\0\x22"
@@ -37,7 +37,7 @@ class Files : public HostProgramTest {
         std::ofstream(this->file(name), std::ios::binary) << jpeg.insert(2, kNote);
     }
 
-    // The number that a command line prints in the folder.
+    // The number that a command prints when run in the folder.
     int shellCount(const std::string& command) const {
         const std::string counted = file("counted");
         const std::string whole = "cd " + file(".") + " && " + command + " >" + counted;
@@ -80,7 +80,7 @@ TEST_F(Files, ThatAreNoPicturesMakeNoPdf) {
     EXPECT_THAT(files(), ElementsAre("a.jpg", "b.jpg"));
 }
 
-TEST_F(Files, GoIntoAPdfAsTheyAreWhateverTheirNamesEndIn) {
+TEST_F(Files, GoIntoAPdfUnchangedWhateverTheirExtension) {
     drawSheet("a.jpg");
     std::filesystem::copy(file("a.jpg"), file("b.JPG"));
     std::filesystem::copy(file("a.jpg"), file("c.jpeg"));
@@ -89,7 +89,7 @@ TEST_F(Files, GoIntoAPdfAsTheyAreWhateverTheirNamesEndIn) {
     EXPECT_EQ(shellCount("pdfimages -list all.pdf | grep -c jpeg"), 4);
 }
 
-TEST_F(Files, StandInAPdfAsTheirCameraWasHeld) {
+TEST_F(Files, AreTurnedUprightInAPdf) {
     drawSheet("a.jpg");
     turnOnItsSide("a.jpg");
     ASSERT_EQ(run("pdf all.pdf a.jpg").status, kDone);
@@ -103,7 +103,7 @@ TEST_F(Files, AreReplacedByAPdfOnlyWhenForced) {
     EXPECT_EQ(run("pdf --force all.pdf a.jpg").status, kDone);
 }
 
-TEST_F(Files, AreCleanedBesideThemselves) {
+TEST_F(Files, AreCleanedIntoNewFilesBesideThem) {
     drawPage("a.png");
     ASSERT_EQ(run("clean a.png").status, kDone);
     EXPECT_THAT(files(), ElementsAre("a-clean.png", "a.png"));
@@ -133,7 +133,7 @@ TEST_F(Files, AreCleanedIntoAFolder) {
     EXPECT_EQ(outcome.json()[0]["width"], 1280);
 }
 
-TEST_F(Files, ThatAreNoPicturesAreNotCleanedButThoseBeforeAreTold) {
+TEST_F(Files, ThatAreNoPicturesAreNotCleanedButEarlierOnesAreReported) {
     std::ofstream(file("b.jpg")) << "no picture";
     const Outcome outcome = run("clean --json " + drawSheet("a.png") + " b.jpg");
     EXPECT_EQ(outcome.status, kUsage);

@@ -19,7 +19,7 @@ FrameFlaw flawOfMjpeg(const std::vector<std::uint8_t>& bytes) {
     return flawOf(bytes, Format::kMjpeg, {64, 48});
 }
 
-TEST(FrameCheck, AcceptsAWholeJpegWithLeftOverBytesBehindIt) {
+TEST(FrameCheck, AcceptsAWholeJpegWithLeftOverBytesAfterIt) {
     std::vector<std::uint8_t> bytes = jpeg();
     EXPECT_EQ(flawOfMjpeg(bytes), FrameFlaw::kNone);
     bytes.resize(bytes.size() + 100, 0x11);
@@ -42,7 +42,7 @@ TEST(FrameCheck, FindsNoJpegInOtherBytes) {
     EXPECT_EQ(flawOfMjpeg({0xFF, 0xD8}), FrameFlaw::kNoJpeg);
 }
 
-TEST(FrameCheck, FindsNoJpegBehindAStartMarkerAlone) {
+TEST(FrameCheck, FindsNoJpegInAStartMarkerAlone) {
     std::vector<std::uint8_t> bytes = jpeg();
     for (std::size_t i = 2; i < bytes.size(); ++i) {
         bytes[i] ^= 0x5A;

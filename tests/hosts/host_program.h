@@ -20,7 +20,7 @@ struct Outcome {
     nlohmann::json json() const { return nlohmann::json::parse(out); }
 };
 
-// What tests compare with, as docs/command-line.md has it.
+// The exit codes of docs/command-line.md.
 enum Status {
     kDone = 0,
     kNothingFound = 1,
@@ -35,24 +35,24 @@ class HostProgramTest : public testing::Test {
   protected:
     HostProgramTest();
 
-    // Runs doccam with a command line in shell's words, in the folder, with an empty home.
+    // Runs doccam with a shell command line, in the folder, with an empty home.
     Outcome run(const std::string& arguments, const std::string& input = "") const;
 
-    // The same under the launcher with the cameras that a scenario describes, as a JSON list.
+    // The same under the launcher, with the cameras of a scenario, given as a JSON list.
     Outcome runWith(const std::string& cameras, const std::string& arguments,
                     const std::string& input = "") const;
 
-    // Begins what runWith runs. Its cameras can be unplugged with unplug().
+    // Starts what runWith runs. Its cameras can be unplugged with unplug().
     RunningProgram start(const std::string& cameras,
                          const std::vector<std::string>& arguments) const;
 
-    // Pulls out the first camera of what start() has begun.
+    // Unplugs the first camera of the started program.
     void unplug() const;
 
-    // What the program that start() has begun has printed on standard output; after its end.
+    // The standard output of the started program. Call after its end.
     std::string printed() const;
 
-    // A picture of the drawn sheet; the number counts its texts up.
+    // A picture of the drawn sheet; number increments its texts.
     std::string drawSheet(const std::string& name, int number = 0) const;
 
     std::string file(const std::string& name) const { return work_ + "/" + name; }
@@ -69,10 +69,10 @@ class HostProgramTest : public testing::Test {
     std::string home_;
 };
 
-// A quick camera with one small frame size; fields come first in its description.
+// The description of a fast camera with one small frame size; fields precede the defaults.
 std::string camera(const std::string& fields = "");
 
-// One sentence after the program's name, on one line.
+// A line with the program's name and one sentence.
 testing::Matcher<const std::string&> isOneSentence();
 
 } // namespace doccam::test

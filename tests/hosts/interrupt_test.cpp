@@ -12,7 +12,7 @@ namespace {
 
 using doccam::host::Interrupt;
 
-// A death test's child, so that the signals of the test itself stay as they are.
+// Runs in a death test's child, so that the test's own signals are unaffected.
 [[noreturn]] void endWith(bool wellDone) {
     std::_Exit(wellDone ? 0 : 1);
 }
@@ -22,7 +22,7 @@ void await(const Interrupt& interrupt) {
     poll(&raised, 1, -1);
 }
 
-TEST(Interrupt, IsRaisedByTheFirstSignalAndStaysSo) {
+TEST(Interrupt, IsRaisedByTheFirstSignalAndStaysRaised) {
     EXPECT_EXIT(
         {
             std::signal(SIGTERM, SIG_DFL);
@@ -35,7 +35,7 @@ TEST(Interrupt, IsRaisedByTheFirstSignalAndStaysSo) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST(Interrupt, GoesOnWaitingOnANewThread) {
+TEST(Interrupt, KeepsWaitingOnANewThread) {
     EXPECT_EXIT(
         {
             std::signal(SIGTERM, SIG_DFL);
@@ -67,7 +67,7 @@ TEST(Interrupt, ThrowsWhenItIsCheckedOnceRaised) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST(Interrupt, EndsTheProcessWhenNobodyHeedsIt) {
+TEST(Interrupt, EndsTheProcessWhenItIsIgnored) {
     EXPECT_EXIT(
         {
             std::signal(SIGINT, SIG_DFL);
@@ -81,7 +81,7 @@ TEST(Interrupt, EndsTheProcessWhenNobodyHeedsIt) {
         testing::KilledBySignal(SIGINT), "");
 }
 
-TEST(Interrupt, LeavesASignalIgnoredThatWasSo) {
+TEST(Interrupt, LeavesAnIgnoredSignalIgnored) {
     EXPECT_EXIT(
         {
             std::signal(SIGHUP, SIG_IGN);

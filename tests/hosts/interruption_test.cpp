@@ -14,7 +14,7 @@ using testing::StartsWith;
 
 using Interruption = HostProgramTest;
 
-TEST_F(Interruption, AtTheTerminalEndsTheScanAndLeavesNoFile) {
+TEST_F(Interruption, FromTheTerminalEndsTheScanAndLeavesNoFile) {
     RunningProgram program = start(camera(), {"scan", "a.pdf"});
     ASSERT_TRUE(program.says("Enter takes page"));
     program.signalGroup(SIGINT);
@@ -40,7 +40,7 @@ TEST_F(Interruption, EndsTheSearchForACode) {
     EXPECT_EQ(program.finish(), kInterrupted);
 }
 
-TEST_F(Interruption, BetweenStillsKeepsThoseThatAreThere) {
+TEST_F(Interruption, BetweenStillsKeepsFinishedOnes) {
     constexpr int kStills = 200;
     std::vector<std::string> words{"capture"};
     for (int still = 0; still < kStills; ++still) {

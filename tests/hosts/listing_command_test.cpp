@@ -22,13 +22,13 @@ TEST_F(Listing, ShowsTheCamerasAsJson) {
         Json::parse(R"([{"index": 0, "name": "Sheet Cam"}, {"index": 1, "name": "Doc Cam"}])"));
 }
 
-TEST_F(Listing, KeepsTheLibrarysLinesForTheVerbose) {
+TEST_F(Listing, PrintsTheLibrarysLinesOnlyWhenVerbose) {
     const Outcome outcome = run("--virtual --verbose list");
     EXPECT_EQ(outcome.out, "0  Sheet Cam\n1  Doc Cam\n");
     EXPECT_THAT(outcome.err, HasSubstr("node:/dev/video"));
 }
 
-TEST_F(Listing, SaysThatNoCameraIsThere) {
+TEST_F(Listing, ReportsThatThereIsNoCamera) {
     const Outcome outcome = runWith("", "list --json");
     EXPECT_EQ(outcome.status, kNoCamera);
     EXPECT_EQ(outcome.json(), Json::array());
@@ -58,14 +58,14 @@ TEST_F(Listing, ShowsTheSizesAsJson) {
     EXPECT_FALSE(sizes["yuyv"].empty());
 }
 
-TEST_F(Listing, NeedsTheCameraThatIsAskedFor) {
+TEST_F(Listing, NeedsTheRequestedCamera) {
     const Outcome outcome = run("--virtual sizes --camera 2");
     EXPECT_EQ(outcome.status, kNoCamera);
     EXPECT_THAT(outcome.err, isOneSentence());
     EXPECT_THAT(outcome.err, HasSubstr("camera 2"));
 }
 
-TEST_F(Listing, SaysThatACameraNamesNoSizes) {
+TEST_F(Listing, ReportsThatACameraListsNoSizes) {
     const Outcome outcome = runWith(
         camera(
             R"("faults": [{"fault": "call", "request": "open", "errno": "EACCES", "onwards": true}])"),

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The manual page is well formed and names each command, option and exit code of the program:
-# manual.sh PROGRAM PAGE
+# Checks that the manual page is well formed and names each command, option and exit code of the
+# program: manual.sh PROGRAM PAGE
 set -euo pipefail
 program=$1 page=$2
 

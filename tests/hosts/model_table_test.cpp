@@ -50,7 +50,7 @@ TEST(ModelRows, AddsARowAtTheEnd) {
     EXPECT_EQ(withRow(kNineRows, "0000:000a"), std::nullopt);
 }
 
-TEST(ModelRows, TakesTheLastRowOutByMakingItARemark) {
+TEST(ModelRows, RemovesTheLastRowByCommentingItOut) {
     EXPECT_EQ(withoutLastRow("0000:0001\n0000:0002  # b\n# end\n"),
               "0000:0001\n# 0000:0002  # b\n# end\n");
     EXPECT_EQ(withoutLastRow("# none\n"), "# none\n");
@@ -66,7 +66,7 @@ class ModelTableFile : public testing::Test {
     std::string path_ = folder_.file("models.txt");
 };
 
-TEST_F(ModelTableFile, IsTheOneThatTheEnvironmentNames) {
+TEST_F(ModelTableFile, IsTheOneNamedByTheEnvironment) {
     std::ofstream(path_) << "1234:abcd\n";
     const ModelTable table = tableInForce();
     EXPECT_EQ(table.file, path_);
@@ -74,7 +74,7 @@ TEST_F(ModelTableFile, IsTheOneThatTheEnvironmentNames) {
     EXPECT_THAT(parseModelRows(table.text).rows, ElementsAre("1234:abcd"));
 }
 
-TEST_F(ModelTableFile, LeavesTheBuiltInTableInForceWhileItIsMalformed) {
+TEST_F(ModelTableFile, LeavesTheBuiltInTableInUseWhileItIsMalformed) {
     std::ofstream(path_) << "nonsense\n";
     const ModelTable table = tableInForce();
     EXPECT_THAT(table.error, HasSubstr("line 1"));
@@ -98,7 +98,7 @@ TEST_F(ModelTableFile, MayBeEmpty) {
     EXPECT_THAT(tableInForce().text, IsEmpty());
 }
 
-TEST_F(ModelTableFile, IsForRootToChangeWhereOthersMayNot) {
+TEST_F(ModelTableFile, NeedsRootWhereTheUserMayNotWrite) {
     fs::permissions(folder_.path(), fs::perms(0555));
     const ModelTable table = tableInForce();
     const doccam::test::OrdinaryUser user;
@@ -110,13 +110,13 @@ TEST_F(ModelTableFile, IsForRootToChangeWhereOthersMayNot) {
     }
 }
 
-TEST_F(ModelTableFile, GetsARowMore) {
+TEST_F(ModelTableFile, GetsAnotherRow) {
     std::ofstream(path_) << "0000:0001\n";
     EXPECT_THAT(addRow(tableInForce(), "1234:abcd  # new"), IsEmpty());
     EXPECT_EQ(contentOf(path_), "0000:0001\n1234:abcd  # new\n");
 }
 
-TEST_F(ModelTableFile, IsMadeFromTheBuiltInTableWhoseLastRowMakesRoom) {
+TEST_F(ModelTableFile, IsMadeFromTheBuiltInTableWithoutItsLastRow) {
     const std::string last = parseModelRows(tableInForce().text).rows.back();
     EXPECT_EQ(addRow(tableInForce(), "1234:abcd"), last);
     const auto rows = parseModelRows(contentOf(path_)).rows;

@@ -11,7 +11,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-TEST(OpeningAdvice, NamesTheCodeAndTheWayOut) {
+TEST(OpeningAdvice, NamesTheCodeAndTheRemedy) {
     EXPECT_EQ(openingAdvice(DOCCAM_OPEN_NO_NODE),
               "its device node cannot be opened (code -3); doccam doctor says why.");
     for (int code = DOCCAM_OPEN_INTERNAL; code < 0; ++code) {
@@ -19,7 +19,7 @@ TEST(OpeningAdvice, NamesTheCodeAndTheWayOut) {
     }
 }
 
-TEST(OpeningAdvice, SendsToTheOtherProgramsForAFormatAndForBuffers) {
+TEST(OpeningAdvice, PointsToOtherProgramsForAFormatAndForBuffers) {
     for (const int code :
          {DOCCAM_OPEN_TRY_FORMAT, DOCCAM_OPEN_SET_FORMAT, DOCCAM_OPEN_GET_FORMAT}) {
         EXPECT_THAT(openingAdvice(code), AllOf(StartsWith("the driver refuses the format"),
@@ -33,7 +33,7 @@ TEST(OpeningAdvice, SendsToTheOtherProgramsForAFormatAndForBuffers) {
     }
 }
 
-TEST(OpeningAdvice, AsksForTheDiagnosticsOfAnythingElse) {
+TEST(OpeningAdvice, SuggestsTheDoctorForAnythingElse) {
     for (const int code : {-14, -4, -15, 1}) {
         EXPECT_THAT(openingAdvice(code), StartsWith("the library failed (code "));
     }

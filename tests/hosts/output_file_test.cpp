@@ -52,7 +52,7 @@ TEST_F(OutputFileTest, LeavesNothingUnlessItIsPublished) {
     EXPECT_EQ(entries(), 0);
 }
 
-TEST_F(OutputFileTest, ReplacesNothingUnasked) {
+TEST_F(OutputFileTest, ReplacesNothingUnlessForced) {
     write(target_, "old");
     EXPECT_THROW(OutputFile(target_, false), Failure);
     OutputFile file(target_, true);
@@ -61,7 +61,7 @@ TEST_F(OutputFileTest, ReplacesNothingUnasked) {
     EXPECT_EQ(read(target_), "new");
 }
 
-TEST_F(OutputFileTest, ReplacesNothingThatHasAppearedMeanwhile) {
+TEST_F(OutputFileTest, ReplacesNothingThatAppearedMeanwhile) {
     OutputFile file(target_, false);
     write(file.draft(), "new");
     write(target_, "another's");
@@ -69,7 +69,7 @@ TEST_F(OutputFileTest, ReplacesNothingThatHasAppearedMeanwhile) {
     EXPECT_EQ(read(target_), "another's");
 }
 
-TEST_F(OutputFileTest, KeepsALinkAndReplacesWhatItNames) {
+TEST_F(OutputFileTest, KeepsALinkAndReplacesItsTarget) {
     const std::string real = folder_.file("real.jpg");
     write(real, "old");
     fs::create_symlink(real, target_);

@@ -15,17 +15,17 @@ TEST(HarmlessText, KeepsLettersOfAllLanguagesAndLines) {
               "e\t1\n2");
 }
 
-TEST(HarmlessText, ShowsWhatWouldSteerATerminal) {
+TEST(HarmlessText, EscapesTerminalControlSequences) {
     EXPECT_EQ(doccam::host::harmless("\x1B[2J\x07\x7F"), "\\x1b[2J\\x07\\x7f");
 }
 
-TEST(HarmlessText, ShowsTheSecondSetOfControlCharacters) {
+TEST(HarmlessText, EscapesTheSecondSetOfControlCharacters) {
     EXPECT_EQ(doccam::host::harmless("\xC2\x9B"
                                      "2J\xC2\xA0"),
               "\\xc2\\x9b2J\xC2\xA0");
 }
 
-TEST(HarmlessText, ShowsBytesThatAreNoLetters) {
+TEST(HarmlessText, EscapesInvalidUtf8) {
     EXPECT_EQ(doccam::host::harmless("a\x9B\xE2\x82"), "a\\x9b\\xe2\\x82");
 }
 

@@ -11,7 +11,7 @@ TEST(SizeText, IsReadAndWrittenAsWidthByHeight) {
     EXPECT_EQ(textOf({1280, 960}), "1280x960");
 }
 
-TEST(SizeText, IsNoSizeWhenAnythingIsAmiss) {
+TEST(SizeText, IsRejectedWhenMalformed) {
     for (const char* text : {"", "x", "1280", "1280x", "x960", "0x960", "-1x960", "1280X960",
                              "1280x960 ", " 1280x960", "1280x960x3", "100000x1", "1e3x960"}) {
         EXPECT_EQ(parseSize(text), std::nullopt) << text;

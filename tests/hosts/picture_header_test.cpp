@@ -45,18 +45,18 @@ TEST_F(PictureHeaders, NameTheSidesOfEachType) {
     }
 }
 
-TEST_F(PictureHeaders, CountTheCoefficientsOfAProgressiveJpegOnly) {
+TEST_F(PictureHeaders, CountTheCoefficientsOnlyOfAProgressiveJpeg) {
     const auto progressive = headerOfPicture("a.jpg", {cv::IMWRITE_JPEG_PROGRESSIVE, 1});
     const auto plain = headerOfPicture("b.jpg");
     ASSERT_TRUE(progressive && plain);
-    // 7 x 5 units of 16 pixels: four blocks of brightness and two of colour, of 64 coefficients.
+    // 7 x 5 units of 16 pixels: four luma and two chroma blocks of 64 coefficients.
     EXPECT_EQ(progressive->decoderBytes, 7U * 5 * 6 * 64 * 2);
     EXPECT_GT(progressive->passes, 1U);
     EXPECT_EQ(plain->decoderBytes, 0U);
     EXPECT_EQ(plain->passes, 1U);
 }
 
-TEST_F(PictureHeaders, AddThePagesOfATiffFile) {
+TEST_F(PictureHeaders, AddUpThePagesOfATiffFile) {
     const cv::Mat picture(70, 100, CV_8UC1, cv::Scalar(9));
     cv::imwritemulti(folder_.file("a.tif"), std::vector<cv::Mat>(3, picture));
     const auto header = headerOf("a.tif");
@@ -70,7 +70,7 @@ TEST_F(PictureHeaders, AreNoneInWhatIsNoPicture) {
     EXPECT_FALSE(headerOf("missing.png"));
 }
 
-TEST_F(PictureHeaders, AreNotWaitedForInAPipe) {
+TEST_F(PictureHeaders, AreNotReadFromAPipe) {
     mkfifo(folder_.file("a.png").c_str(), 0600);
     EXPECT_FALSE(FileBytes(folder_.file("a.png")).isOpen());
 }

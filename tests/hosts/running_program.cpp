@@ -24,7 +24,7 @@ Pipe makePipe() {
     return {ends[0], ends[1]};
 }
 
-// In the child. Whoever runs the tests may ignore signals, which would be inherited.
+// In the child. Signals ignored by whoever runs the tests would be inherited.
 [[noreturn]] void become(const std::vector<char*>& command, const std::string& folder) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
         std::signal(number, SIG_DFL);
@@ -40,7 +40,7 @@ Pipe makePipe() {
 RunningProgram::RunningProgram(const std::vector<std::string>& command, const std::string& folder,
                                const std::string& out) {
     const Pipe in = makePipe();
-    const Pipe said = makePipe();
+    const Pipe errors = makePipe();
     const int outFile = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     std::vector<char*> words;
     words.reserve(command.size() + 1);
@@ -53,15 +53,15 @@ RunningProgram::RunningProgram(const std::vector<std::string>& command, const st
         setpgid(0, 0);
         dup2(in.from, STDIN_FILENO);
         dup2(outFile, STDOUT_FILENO);
-        dup2(said.to, STDERR_FILENO);
+        dup2(errors.to, STDERR_FILENO);
         become(words, folder);
     }
     setpgid(process_, process_);
     close(in.from);
     close(outFile);
-    close(said.to);
+    close(errors.to);
     input_ = in.to;
-    said_ = fdopen(said.from, "r");
+    errors_ = fdopen(errors.from, "r");
 }
 
 RunningProgram::~RunningProgram() {
@@ -69,14 +69,14 @@ RunningProgram::~RunningProgram() {
         signalGroup(SIGKILL);
         finish();
     }
-    std::fclose(said_);
+    std::fclose(errors_);
     close(input_);
 }
 
 bool RunningProgram::readLine() {
     line_.clear();
     int letter = 0;
-    while ((letter = std::fgetc(said_)) != EOF && letter != '\n') {
+    while ((letter = std::fgetc(errors_)) != EOF && letter != '\n') {
         line_ += static_cast<char>(letter);
     }
     return letter != EOF || !line_.empty();

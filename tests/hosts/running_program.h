@@ -1,4 +1,4 @@
-// A program under way, followed by what it says and steered from outside.
+// A running program, observed through its output and controlled from outside.
 #pragma once
 
 #include <sys/types.h>
@@ -9,18 +9,19 @@
 
 namespace doccam::test {
 
-// Runs in a folder as the leader of a process group. Its standard input ends with the object, its
-// standard output goes to a file, and what it says on standard error is read here.
+// Runs in a folder as the leader of a process group. Its standard input is closed with the object,
+// its standard output goes to a file, and its standard error is read here.
 class RunningProgram {
   public:
     RunningProgram(const std::vector<std::string>& command, const std::string& folder,
                    const std::string& out);
-    // Ends the group if the program is still under way.
+    // Ends the group if the program is still running.
     ~RunningProgram();
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;
 
-    // Waits for a line that holds the text; false when the program ends without it.
+    // Waits for a line on standard error that contains text; false when the program ends without
+    // it.
     bool says(const std::string& text);
 
     pid_t process() const { return process_; }
@@ -41,7 +42,7 @@ class RunningProgram {
 
     pid_t process_ = -1;
     int input_ = -1;
-    std::FILE* said_ = nullptr;
+    std::FILE* errors_ = nullptr;
     std::string line_;
 };
 

@@ -18,7 +18,7 @@ using testing::StartsWith;
 
 class Scan : public HostProgramTest {
   protected:
-    // The QR codes of a PDF's pages, in their order.
+    // The QR codes of a PDF's pages, in page order.
     std::vector<std::string> codesOn(const std::string& pdf) const {
         const std::string command =
             "cd " + file(".") + " && pdftoppm -png -r 72 " + pdf + " page && mv page-* ../home";
@@ -35,10 +35,10 @@ class Scan : public HostProgramTest {
     }
 };
 
-// A sheet lies longer than a slow program takes over a page.
+// A sheet stays longer than a slow program takes for a page.
 const std::string kChanging = camera(R"("scene": {"sheetFrames": 150})");
 
-TEST_F(Scan, TakesThreeDifferentSheetsByItself) {
+TEST_F(Scan, TakesThreeDifferentSheetsHandsFree) {
     const Outcome outcome = run("--virtual scan demo.pdf --auto --pages 3 --size 1280x960");
     ASSERT_EQ(outcome.status, kDone) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("3 pages"));
@@ -49,7 +49,7 @@ TEST_F(Scan, TakesThreeDifferentSheetsByItself) {
     EXPECT_THAT(codes, Each(StartsWith("https://example.org/sheet/")));
 }
 
-TEST_F(Scan, TakesWholeFramesByItselfButNoEmptyDesk) {
+TEST_F(Scan, TakesWholeFramesHandsFreeButNoEmptyDesk) {
     const Outcome outcome = runWith(kChanging, "scan a.pdf --auto --pages 2 --whole-frame --json");
     ASSERT_EQ(outcome.status, kDone) << outcome.err;
     const auto scanned = outcome.json();
@@ -69,7 +69,7 @@ TEST_F(Scan, TakesAPageAtEachEnter) {
     EXPECT_EQ(outcome.json()["pages"][0]["cropped"], true);
 }
 
-TEST_F(Scan, EndsAfterTheNumberOfPagesAskedFor) {
+TEST_F(Scan, EndsAfterTheRequestedNumberOfPages) {
     const Outcome outcome = runWith(camera(), "scan a.pdf --pages 1 --json", "\n\n\n");
     EXPECT_EQ(outcome.json()["pages"].size(), 1U);
 }
@@ -91,7 +91,7 @@ TEST_F(Scan, LeavesNoFileWhenTheCameraIsUnplugged) {
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(Scan, SaysThatAPageCannotBeWritten) {
+TEST_F(Scan, ReportsThatAPageCannotBeWritten) {
     RunningProgram program = start(camera(), {"scan", "a.pdf"});
     ASSERT_TRUE(program.says("Enter takes page 1"));
     ASSERT_THAT(files(), ElementsAre(StartsWith(".doccam-")));
@@ -101,7 +101,7 @@ TEST_F(Scan, SaysThatAPageCannotBeWritten) {
     EXPECT_THAT(program.lastLine(), HasSubstr("could not be saved"));
 }
 
-TEST_F(Scan, SaysThatItFindsNoSheet) {
+TEST_F(Scan, ReportsThatItFindsNoSheet) {
     // Too small to be a sheet, too bright to be an empty desk.
     cv::Mat coin(480, 640, CV_8UC1, cv::Scalar(40));
     cv::circle(coin, {320, 240}, 20, cv::Scalar(255), -1);
@@ -113,7 +113,7 @@ TEST_F(Scan, SaysThatItFindsNoSheet) {
     EXPECT_EQ(program.finish(), kNothingFound);
 }
 
-TEST_F(Scan, GoesOnWhenNobodyReadsItsProgress) {
+TEST_F(Scan, ContinuesWhenNobodyReadsItsProgress) {
     runWith(kChanging, "scan a.pdf --auto --pages 2 2>&1 </dev/null | head -1");
     EXPECT_THAT(files(), ElementsAre("a.pdf"));
 }

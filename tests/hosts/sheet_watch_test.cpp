@@ -13,7 +13,7 @@ constexpr int kCalm = SheetWatch::kCalmFrames;
 const cv::Size kPicture(320, 240);
 const cv::Mat kDesk(kPicture, CV_8UC1, cv::Scalar(40));
 
-// A white sheet with bars for lines of text, which begin at another height on each page.
+// A white sheet with bars as lines of text, starting at a different height on each page.
 cv::Mat sheet(int page, int left = 90) {
     cv::Mat picture = kDesk.clone();
     cv::rectangle(picture, cv::Rect(left, 30, 140, 180), cv::Scalar(240), -1);
@@ -32,7 +32,7 @@ cv::Mat noisy(const cv::Mat& picture, int seed) {
     return result;
 }
 
-// Shows the picture so often, and says whether a new page was seen in any of the frames.
+// Shows the picture that many times; returns whether any of the frames gave a new page.
 bool show(SheetWatch& watch, const cv::Mat& picture, int times) {
     bool seen = false;
     for (int i = 0; i < times; ++i) {
@@ -41,7 +41,7 @@ bool show(SheetWatch& watch, const cv::Mat& picture, int times) {
     return seen;
 }
 
-TEST(SheetWatch, SeesASheetOnceItHasLainStill) {
+TEST(SheetWatch, SeesASheetOnceItLiesStill) {
     SheetWatch watch;
     EXPECT_FALSE(show(watch, sheet(1), kCalm));
     EXPECT_TRUE(show(watch, sheet(1), 1));
@@ -88,7 +88,7 @@ TEST(SheetWatch, WaitsWhileTheSheetCreeps) {
     EXPECT_FALSE(seen);
 }
 
-TEST(SheetWatch, BeginsAnewAfterAHandPassedThrough) {
+TEST(SheetWatch, StartsAgainAfterAHandPassedThrough) {
     SheetWatch watch;
     show(watch, sheet(1), kCalm - 1);
     cv::Mat hand = sheet(1);
@@ -98,7 +98,7 @@ TEST(SheetWatch, BeginsAnewAfterAHandPassedThrough) {
     EXPECT_TRUE(show(watch, sheet(1), 1));
 }
 
-TEST(SheetWatch, PassesOverADismissedPictureUntilAnotherComes) {
+TEST(SheetWatch, IgnoresADismissedPictureUntilAnotherComes) {
     SheetWatch watch;
     show(watch, kDesk, kCalm + 1);
     watch.noteDismissed();
@@ -106,14 +106,14 @@ TEST(SheetWatch, PassesOverADismissedPictureUntilAnotherComes) {
     EXPECT_TRUE(show(watch, sheet(1), kCalm + 1));
 }
 
-TEST(SheetWatch, KnowsWhetherThePictureAtRestHasMoved) {
+TEST(SheetWatch, ReportsWhetherThePictureAtRestHasMoved) {
     SheetWatch watch;
     show(watch, sheet(1), kCalm + 1);
     EXPECT_TRUE(watch.isUnmoved(noisy(sheet(1), 99)));
     EXPECT_FALSE(watch.isUnmoved(sheet(1, 95)));
 }
 
-TEST(ChangedShare, PassesOverTheLightAsAWhole) {
+TEST(ChangedShare, IgnoresOverallBrightness) {
     EXPECT_EQ(changedShare(sheet(1), sheet(1) - 30), 0.0);
 }
 
@@ -127,7 +127,7 @@ TEST(ChangedShare, IsWholeForPicturesOfDifferentSizes) {
     EXPECT_EQ(changedShare(kDesk, cv::Mat(10, 10, CV_8UC1, cv::Scalar(40))), 1.0);
 }
 
-TEST(ShowsSomething, TellsASheetFromAnEmptyDesk) {
+TEST(ShowsSomething, DistinguishesASheetFromAnEmptyDesk) {
     EXPECT_TRUE(doccam::host::showsSomething(sheet(1)));
     EXPECT_FALSE(doccam::host::showsSomething(noisy(kDesk, 1)));
 }

@@ -1,4 +1,4 @@
-// A silent camera is given up, a slow machine is waited for.
+// Giving up on a silent camera, but not on a slow machine.
 #include "camera/silence.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@ using doccam::host::Silence;
 using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
-// How many looks, each with the same work of the process, are needed until the camera is given up.
+// The number of looks, each with the same work by the process, until the camera is given up.
 int looksUntilGivenUp(microseconds workInALook) {
     Silence silence;
     microseconds used = Silence::processorTime();

@@ -34,7 +34,7 @@ TEST_F(Usage, VersionIsPrinted) {
     EXPECT_THAT(run("--version").out, ContainsRegex("^doccam [0-9]+\\.[0-9]+\\.[0-9]+\n$"));
 }
 
-TEST_F(Usage, WhatCannotBeUnderstoodIsToldInOneSentence) {
+TEST_F(Usage, AMalformedCommandLineIsReportedInOneSentence) {
     for (const std::string arguments :
          {"", "bogus", "list extra", "--camera 9 list", "--camera x list", "capture",
           "capture --size 12 a.jpg", "capture --colour red a.jpg", "capture --rotate 45 a.jpg",

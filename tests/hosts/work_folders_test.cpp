@@ -25,7 +25,7 @@ class WorkFolders : public testing::Test {
         return std::distance(fs::directory_iterator(place_.path()), {});
     }
 
-    // A process makes a folder with a file in it, and is gone.
+    // Lets a process make a folder with a file in it and die.
     void abandonOne() const {
         const pid_t process = fork();
         if (process == 0) {
@@ -56,7 +56,7 @@ TEST_F(WorkFolders, OfLivingProcessesStay) {
     EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(WorkFolders, OfNobodyKnownStay) {
+TEST_F(WorkFolders, OfUnknownOwnersStay) {
     const fs::path lookalike = place_.path() / ".doccam-letter";
     fs::create_directory(lookalike);
     std::ofstream(lookalike / "letter.txt") << "mine";
@@ -81,7 +81,7 @@ TEST_F(WorkFolders, BehindALinkStay) {
     EXPECT_TRUE(fs::exists(abandoned / "draft.png"));
 }
 
-TEST_F(WorkFolders, TakeTheUnfinishedFilesOfDeadProcessesAlong) {
+TEST_F(WorkFolders, AreRemovedWithTheUnfinishedFilesOfDeadProcesses) {
     const pid_t dead = fork();
     if (dead == 0) {
         _exit(0);
@@ -104,7 +104,7 @@ TEST_F(WorkFolders, TakeTheUnfinishedFilesOfDeadProcessesAlong) {
     close(lock);
 }
 
-TEST_F(WorkFolders, OfTheProcessAreAllRemovedBeforeItEndsAtOnce) {
+TEST_F(WorkFolders, OfTheProcessAreAllRemovedBeforeAnImmediateExit) {
     const WorkFolder first(place_.path());
     const WorkFolder second(place_.path());
     doccam::host::removeWorkFolders();

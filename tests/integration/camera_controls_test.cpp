@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t kIds[] = {V4L2_CID_BRIGHTNESS, V4L2_CID_CONTRAST, V4L2_CID_SATURATION,
                                   V4L2_CID_HUE,        V4L2_CID_GAIN,     V4L2_CID_GAMMA};
-constexpr int kMissing = 6; // stands for the control used before
+constexpr int kMissing = 6; // selects the previously used control
 
 class CameraControls : public SessionTest {
   protected:
@@ -33,7 +33,7 @@ class CameraControls : public SessionTest {
         throw std::logic_error("no such control");
     }
 
-    // The waits of this thread during call, in milliseconds.
+    // This thread's waits during call, in milliseconds.
     template <typename Call>
     static std::vector<long> waitsOf(Call&& call) {
         virtualcam::clearSleeps();
@@ -87,7 +87,7 @@ TEST_F(CameraControls, AreSet) {
     }
 }
 
-TEST_F(CameraControls, GammaIsWrittenToTheControlUsedBefore) {
+TEST_F(CameraControls, GammaIsWrittenToThePreviouslyUsedControl) {
     const int gamma = value(V4L2_CID_GAMMA);
     ASSERT_EQ(SetVideoCtlParam(0, 10), 0);
     EXPECT_EQ(SetVideoCtlParam(5, 20), 0);
@@ -95,7 +95,7 @@ TEST_F(CameraControls, GammaIsWrittenToTheControlUsedBefore) {
     EXPECT_EQ(value(V4L2_CID_GAMMA), gamma);
 }
 
-TEST_F(CameraControls, AnUnknownSelectorStandsForTheControlUsedBefore) {
+TEST_F(CameraControls, AnUnknownSelectorSelectsThePreviouslyUsedControl) {
     ASSERT_EQ(SetVideoCtlParam(1, 10), 0);
     EXPECT_EQ(SetVideoCtlParam(9, 7), 0);
     EXPECT_EQ(value(V4L2_CID_CONTRAST), 7);
@@ -121,7 +121,7 @@ TEST_F(CameraControls, FailingToQueryLeavesTheOutputs) {
     EXPECT_EQ(current, 6);
 }
 
-TEST_F(CameraControls, FailingToReadIsSaidOnStandardError) {
+TEST_F(CameraControls, FailingToReadIsPrintedOnStandardError) {
     addCallFault("VIDIOC_G_CTRL", EIO);
     PrintedText printed(PrintedText::Stream::kError);
     int current = 6;
@@ -131,14 +131,14 @@ TEST_F(CameraControls, FailingToReadIsSaidOnStandardError) {
     EXPECT_EQ(current, 6);
 }
 
-TEST_F(CameraControls, FailingToSetIsSaid) {
+TEST_F(CameraControls, FailingToSetIsPrinted) {
     addCallFault("VIDIOC_S_CTRL", EIO);
     PrintedText printed;
     EXPECT_EQ(SetVideoCtlParam(0, 1), -1);
     EXPECT_EQ(printed.take(), "set param error!\n");
 }
 
-TEST_F(CameraControls, DefaultsThatCannotBeReadAreSaidOnStandardError) {
+TEST_F(CameraControls, UnreadableDefaultsArePrintedOnStandardError) {
     addCallFault("VIDIOC_G_CTRL", EIO);
     PrintedText printed(PrintedText::Stream::kError);
     EXPECT_EQ(SetVideoCtlDefaultParam(0), -10002);
@@ -146,14 +146,14 @@ TEST_F(CameraControls, DefaultsThatCannotBeReadAreSaidOnStandardError) {
               complaint("**********************get default param failed**************\n", EIO));
 }
 
-TEST_F(CameraControls, DefaultsThatCannotBeWrittenAreSaid) {
+TEST_F(CameraControls, UnwritableDefaultsArePrinted) {
     addCallFault("VIDIOC_S_CTRL", EIO);
     PrintedText printed;
     EXPECT_EQ(SetVideoCtlDefaultParam(0), -10003);
     EXPECT_EQ(printed.take(), "set default param error!\n");
 }
 
-TEST_F(CameraControls, DefaultOfAnUnknownControlWritesTheFailureValueToTheControlUsedBefore) {
+TEST_F(CameraControls, DefaultOfAnUnknownControlWritesTheFailureValueToThePreviouslyUsedOne) {
     ASSERT_EQ(SetVideoCtlParam(3, 1), 0);
     addCallFault("VIDIOC_QUERYCTRL", EINVAL);
     EXPECT_EQ(SetVideoCtlDefaultParam(0), -10001);
@@ -177,7 +177,7 @@ TEST_F(CameraControls, FocusOnACameraWithoutItIsNoError) {
     EXPECT_EQ(virtualcam::callCount("VIDIOC_S_CTRL"), 0);
 }
 
-TEST_F(CameraControls, FocusThatCannotBeReadIsSaidOnStandardError) {
+TEST_F(CameraControls, UnreadableFocusIsPrintedOnStandardError) {
     const auto expected =
         complaint("**********************get Focus params failed**************\n", EIO);
     for (const auto focus : {ManualFocus, ManualFocusEx}) {
@@ -188,7 +188,7 @@ TEST_F(CameraControls, FocusThatCannotBeReadIsSaidOnStandardError) {
     }
 }
 
-TEST_F(CameraControls, FocusThatCannotBeWrittenIsSaid) {
+TEST_F(CameraControls, UnwritableFocusIsPrinted) {
     addCallFault("VIDIOC_S_CTRL", EIO);
     PrintedText toggle;
     EXPECT_EQ(ManualFocus(), -3);

@@ -33,13 +33,13 @@ std::string repeated(const std::string& line, int times) {
 
 const std::string kNothingMapped = repeated("munmap fail!!!\n", 5);
 
-TEST_F(CloseCamera, SaysNothingOfBuffersThatWereNeverMapped) {
+TEST_F(CloseCamera, PrintsNothingAboutBuffersThatWereNeverMapped) {
     PrintedText printed;
     EXPECT_EQ(closeCamera(), 0);
     EXPECT_EQ(printed.take(), "");
 }
 
-TEST_F(CloseCamera, SaysNothingOfBuffersThatAFailedOpenDidNotMap) {
+TEST_F(CloseCamera, PrintsNothingAboutBuffersThatAFailedOpenDidNotMap) {
     addCallFault("QUERYBUF", EIO, 3);
     SetVideoFormat(kMjpegFormat);
     EXPECT_EQ(openCamera(kIndexOfEarlier, 640, 480), -10);
@@ -49,8 +49,8 @@ TEST_F(CloseCamera, SaysNothingOfBuffersThatAFailedOpenDidNotMap) {
     EXPECT_EQ(virtualcam::liveMappings(), 0);
 }
 
-TEST_F(CloseCamera, ReleasesEverythingAndSaysWhatItReleased) {
-    // The loop shall see the end of the session before the stream is switched off.
+TEST_F(CloseCamera, ReleasesEverythingAndPrintsWhatItReleased) {
+    // Lets the loop see the end of the session before STREAMOFF.
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     state().session.frames->preview = std::make_unique<unsigned char[]>(12);
@@ -153,7 +153,7 @@ TEST_F(CloseCamera, UnmapsTheBuffersOfAnUnpluggedCamera) {
 std::atomic<int> callbacks{0};
 std::atomic<bool> unmappedMeanwhile{false};
 
-// Long enough for a close that does not wait to go on, and far less than one that does would wait.
+// Long enough for a close that does not wait, far too short for one that does.
 bool isUnmappedSoon() {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
     while (virtualcam::callCount("munmap") == 0 && std::chrono::steady_clock::now() < end) {
@@ -162,7 +162,7 @@ bool isUnmappedSoon() {
     return virtualcam::callCount("munmap") > 0;
 }
 
-// The host closes while a frame is shown and others are waiting in the driver.
+// The host closes while one frame is shown and others wait in the driver.
 TEST_F(CloseCamera, WaitsForTheFrameThatIsShownAndLetsNoOtherArrive) {
     SetDataCallback([](unsigned char*, int, int) {
         callbacks.fetch_add(1);
@@ -185,7 +185,7 @@ TEST_F(CloseCamera, OfAForkedChildLeavesTheStreamToTheParent) {
     addFrameFault(virtualcam::FaultKind::kStall, 1);
     watchFrames();
     openSmall(kMjpegFormat);
-    // The parent's thread rests: no lock is taken that the child would miss.
+    // While the parent's thread is idle it holds no lock that the child would need.
     while (!virtualcam::waitedFor(earlier_)) {
         std::this_thread::yield();
     }

@@ -66,7 +66,7 @@ TEST_F(DecodingAhead, HasTheNextMjpegFrameWhileOneIsShown) {
     EXPECT_EQ(withNext, kFramesWatched);
 }
 
-TEST_F(DecodingAhead, WaitsForNoFrameThatTheDriverHasNot) {
+TEST_F(DecodingAhead, DoesNotWaitForAFrameThatTheDriverLacks) {
     addFrameFault(virtualcam::FaultKind::kStall, 2);
     watchFrames();
     openSmall(kMjpegFormat);
@@ -77,7 +77,7 @@ TEST_F(DecodingAhead, WaitsForNoFrameThatTheDriverHasNot) {
     closeCamera();
 }
 
-TEST_F(DecodingAhead, TellsOfAFailureBehindTheFramesBefore) {
+TEST_F(DecodingAhead, ReportsAFailureAfterTheFramesBeforeIt) {
     static std::string printedBefore;
     static PrintedText* printed = nullptr;
     PrintedText own;
@@ -104,7 +104,7 @@ TEST_F(DecodingAhead, TellsOfAFailureBehindTheFramesBefore) {
     closeCamera();
 }
 
-TEST_F(DecodingAhead, HandsOverWhatWasFetchedBeforeTheCameraWasUnplugged) {
+TEST_F(DecodingAhead, DeliversWhatWasFetchedBeforeTheCameraWasUnplugged) {
     static virtualcam::CameraId camera{};
     camera = earlier_;
     PrintedText printed;
@@ -144,9 +144,9 @@ TEST_F(DecodingAhead, LetsTheHostCloseTheCameraInACallback) {
     }
 }
 
-// The second frame has been fetched while the first one is shown, and the session ends before the
-// callback returns.
-TEST_F(DecodingAhead, ReachesNoFrameOfAClosedSession) {
+// The second frame is fetched while the first is shown, and the session ends before the callback
+// returns.
+TEST_F(DecodingAhead, DeliversNoFrameOfAClosedSession) {
     SetDataCallback([](unsigned char*, int, int) {
         const int number = shown + 1;
         if (number == 1) {

@@ -35,7 +35,7 @@ TEST_F(DeviceEnumeration, PassesOverCamerasOfOtherModels) {
     EXPECT_EQ(printed.take(), "");
 }
 
-TEST_F(DeviceEnumeration, SeesPluggingOnlyWhenAskedToEnumerate) {
+TEST_F(DeviceEnumeration, NoticesPluggingOnlyWhenEnumerating) {
     ASSERT_NE(getCameraName(1), nullptr);
     bed_.unplug(later_);
     EXPECT_EQ(state().discovery.deviceCount, 2);
@@ -55,7 +55,7 @@ TEST_F(DeviceEnumeration, NeverClearsMoreThanTheFirstOfItsPaths) {
     EXPECT_EQ(state().discovery.devices[1], "/dev/video0");
 }
 
-TEST_F(DeviceEnumeration, NamesTheSecondPieceOfTheCardName) {
+TEST_F(DeviceEnumeration, UsesTheSecondPieceOfTheCardName) {
     ASSERT_EQ(getDeviceCount(), 2);
     EXPECT_STREQ(getCameraName(0), " Sheet Cam");
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(DeviceEnumeration, CardNames,
                                          CardName{"Plain Name", "Plain Name"},
                                          CardName{"Name:", ""}, CardName{":Name", "Name"}));
 
-TEST_F(DeviceEnumeration, NamesNoCameraOutsideTheFoundOnes) {
+TEST_F(DeviceEnumeration, NamesNoCameraPastTheFoundOnes) {
     EXPECT_EQ(getCameraName(2), nullptr);
     EXPECT_EQ(getCameraName(-1), nullptr);
     EXPECT_EQ(virtualcam::callCount("open"), 0);
@@ -102,7 +102,7 @@ TEST_F(DeviceEnumeration, NamesACameraAlsoWhenTheCapabilityQueryFails) {
     EXPECT_STREQ(getCameraName(0), "");
 }
 
-TEST_F(DeviceEnumeration, NamingTakesAStreamingSessionsDescriptorAway) {
+TEST_F(DeviceEnumeration, NamingClosesAStreamingSessionsDescriptor) {
     openSmall(kMjpegFormat);
     EXPECT_STREQ(getCameraName(1), " Doc Cam");
     EXPECT_EQ(state().session.cam_fd.get(), -1);
@@ -110,13 +110,13 @@ TEST_F(DeviceEnumeration, NamingTakesAStreamingSessionsDescriptorAway) {
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
-TEST_F(DeviceEnumeration, ASessionWhoseDescriptorWasTakenAwayCanBeFollowedByAnother) {
+TEST_F(DeviceEnumeration, ASessionThatLostItsDescriptorCanBeFollowedByAnother) {
     openSmall(kMjpegFormat);
     getCameraName(0);
     watchFrames();
     EXPECT_EQ(openCamera(0, 1280, 960), 0);
     waitForFrames(1);
-    // The images were never released, and keep their size.
+    // The images were never released and keep their size.
     EXPECT_EQ(lastSeen().cols, 640);
 }
 

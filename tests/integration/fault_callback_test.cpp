@@ -1,4 +1,4 @@
-// What a host with a fault callback survives and hears, and what happens without one.
+// What a host with a fault callback survives and receives, and what happens without one.
 #include "integration/session_fixture.h"
 #include "state/library_state.h"
 #include "support/scratch_folder.h"
@@ -23,19 +23,19 @@ namespace {
 using testing::HasSubstr;
 using virtualcam::FaultKind;
 
-std::mutex heardMutex;
-std::vector<std::string> heardMessages;
-std::atomic<int> heard{0};
-std::atomic<int> heardLast{0};
+std::mutex messageMutex;
+std::vector<std::string> messages;
+std::atomic<int> faultCount{0};
+std::atomic<int> lastFault{0};
 
 void onFault(int fault, const char* message) {
     {
-        const std::lock_guard lock(heardMutex);
-        heardMessages.emplace_back(message);
+        const std::lock_guard lock(messageMutex);
+        messages.emplace_back(message);
     }
-    heardLast = fault;
-    heard.fetch_add(1);
-    heard.notify_all();
+    lastFault = fault;
+    faultCount.fetch_add(1);
+    faultCount.notify_all();
 }
 
 void closesOnFault(int fault, const char* message) {
@@ -44,33 +44,33 @@ void closesOnFault(int fault, const char* message) {
 }
 
 void waitForFaults(int count) {
-    for (int now = heard; now < count; now = heard) {
-        heard.wait(now);
+    for (int now = faultCount; now < count; now = faultCount) {
+        faultCount.wait(now);
     }
 }
 
 std::string lastMessage() {
-    const std::lock_guard lock(heardMutex);
-    return heardMessages.empty() ? "" : heardMessages.back();
+    const std::lock_guard lock(messageMutex);
+    return messages.empty() ? "" : messages.back();
 }
 
-class HeardFaults : public SessionTest {
+class ReportedFaults : public SessionTest {
   protected:
-    HeardFaults() {
-        heard = 0;
-        heardLast = 0;
-        heardMessages.clear();
+    ReportedFaults() {
+        faultCount = 0;
+        lastFault = 0;
+        messages.clear();
         SetFaultCallback(onFault);
     }
 
-    // A stream that goes on throwing would end the process without the callback.
-    ~HeardFaults() override {
+    // Without the callback a stream that keeps throwing would end the process.
+    ~ReportedFaults() override {
         virtualcam::setSleepScale(0.01);
         closeCamera();
         SetFaultCallback(nullptr);
     }
 
-    // Makes the first frame's still one of a sheet that lies left of the frame.
+    // Requests a still of a sheet left of the frame from the first frame.
     void requestStillOfASheetOutside() {
         constexpr int kCorners[] = {-10, 5, 300, -4, 310, 400, -2, 410};
         std::copy(std::begin(kCorners), std::end(kCorners), state().sheet.CutPoint.begin());
@@ -83,12 +83,12 @@ class HeardFaults : public SessionTest {
     const std::string still_ = folder_.file("still.jpg");
 };
 
-TEST_F(HeardFaults, AreSurvivedByTheStream) {
+TEST_F(ReportedFaults, AreSurvivedByTheStream) {
     requestStillOfASheetOutside();
     watchFrames();
     openSmall(kMjpegFormat);
     waitForFaults(1);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_STILL);
     EXPECT_THAT(lastMessage(), HasSubstr("-215:Assertion failed"));
     waitForFrames(3);
     EXPECT_FALSE(state().session.isShootPhoto);
@@ -97,10 +97,10 @@ TEST_F(HeardFaults, AreSurvivedByTheStream) {
     virtualcam::setSleepScale(1);
     takeStill(still_);
     EXPECT_TRUE(std::filesystem::exists(still_));
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(faultCount, 1);
 }
 
-TEST_F(HeardFaults, EndTheProcessWhenNobodyHears) {
+TEST_F(ReportedFaults, EndTheProcessWithoutACallback) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
         {
@@ -113,27 +113,27 @@ TEST_F(HeardFaults, EndTheProcessWhenNobodyHears) {
         testing::KilledBySignal(SIGABRT), HasSubstr("-215:Assertion failed"));
 }
 
-TEST_F(HeardFaults, AnswerAStillThatCannotBeSaved) {
+TEST_F(ReportedFaults, CompleteAStillThatCannotBeSaved) {
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     takeStill(folder_.file("missing/still.jpg"));
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_STILL);
     EXPECT_THAT(lastMessage(), HasSubstr("missing/still.jpg could not be written"));
 }
 
-TEST_F(HeardFaults, AnswerAStillWhoseNameNamesNoType) {
+TEST_F(ReportedFaults, CompleteAStillWithAnUnknownExtension) {
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     int count = 0;
     for (const std::string& path : {folder_.file("still.foo"), std::string("ab")}) {
         takeStill(path);
-        EXPECT_EQ(heard, ++count) << path;
-        EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+        EXPECT_EQ(faultCount, ++count) << path;
+        EXPECT_EQ(lastFault, DOCCAM_FAULT_STILL);
         EXPECT_FALSE(std::filesystem::exists(path));
     }
 }
 
-TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
+TEST_F(ReportedFaults, OfAnUnknownExtensionEndTheProcessWithoutACallback) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
         {
@@ -145,74 +145,74 @@ TEST_F(HeardFaults, OfAnUnknownTypeEndTheProcessWhenNobodyHears) {
         testing::KilledBySignal(SIGABRT), HasSubstr("could not find"));
 }
 
-TEST_F(HeardFaults, AnswerACodeThatCannotBeLookedFor) {
+TEST_F(ReportedFaults, CompleteACodeRequestThatFails) {
     // A frame without pixels takes the place of the turned one.
     SetRotate(1);
     SetDataCallback([](unsigned char*, int, int) { state().session.frames->roimage.release(); });
     openSmall(kMjpegFormat);
-    while (heard == 0) {
+    while (faultCount == 0) {
         RecogBarQrCode(1);
     }
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_CODE);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_CODE);
     EXPECT_EQ(state().session.IsRecogBarQr, kNoCodeRequest);
 }
 
-TEST_F(HeardFaults, OfAPreviewCallbackLeaveTheStreamGoingOn) {
+TEST_F(ReportedFaults, OfAPreviewCallbackKeepTheStreamRunning) {
     watchFrames();
     SetWebDataCallback(
         [](unsigned char*, int, int, int, int) { throw std::runtime_error("no window"); });
     openSmall(kYuyvFormat);
     SetWebFormSize(320, 240);
     waitForFaults(3);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_PREVIEW);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_PREVIEW);
     EXPECT_EQ(lastMessage(), "no window");
 }
 
-TEST_F(HeardFaults, TellOfAnUnpluggedCamera) {
+TEST_F(ReportedFaults, IncludeAnUnpluggedCamera) {
     watchFrames();
     openSmall(kMjpegFormat);
     waitForFrames(1);
     bed_.unplug(earlier_);
     waitForFaults(1);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_STREAM_ENDED);
     EXPECT_EQ(lastMessage(), "the camera was unplugged");
 }
 
-TEST_F(HeardFaults, TellOfADriverThatFails) {
+TEST_F(ReportedFaults, IncludeAFailingDriver) {
     addCallFault("VIDIOC_DQBUF", EIO, 3);
     openSmall(kMjpegFormat);
     waitForFaults(1);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_STREAM_ENDED);
     EXPECT_EQ(lastMessage(), "the driver failed to hand over a frame");
 }
 
-TEST_F(HeardFaults, TellOfABufferThatDoesNotExist) {
+TEST_F(ReportedFaults, IncludeABufferThatDoesNotExist) {
     addFrameFault(FaultKind::kIndex, 2, 99);
     openSmall(kMjpegFormat);
     waitForFaults(1);
     EXPECT_EQ(lastMessage(), "the driver named a buffer that does not exist");
 }
 
-TEST_F(HeardFaults, OfAFrameCallbackLeaveTheStreamGoingOn) {
+TEST_F(ReportedFaults, OfAFrameCallbackKeepTheStreamRunning) {
     SetDataCallback([](unsigned char*, int, int) { throw std::runtime_error("host trouble"); });
     openSmall(kMjpegFormat);
     waitForFaults(3);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_FRAME);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_FRAME);
     EXPECT_EQ(lastMessage(), "host trouble");
     EXPECT_EQ(closeCamera(), 0);
 }
 
-TEST_F(HeardFaults, AreNoneWhenTheHostCloses) {
+TEST_F(ReportedFaults, AreNoneWhenTheHostCloses) {
     watchFrames();
     for (int session = 0; session < 5; ++session) {
         openSmall(session % 2);
         waitForFrames(framesSeen() + 1);
         closeCamera();
     }
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(faultCount, 0);
 }
 
-TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
+TEST_F(ReportedFaults, MayBeAnsweredByClosingTheCamera) {
     SetFaultCallback(closesOnFault);
     requestStillOfASheetOutside();
     openSmall(kMjpegFormat);
@@ -227,7 +227,7 @@ TEST_F(HeardFaults, MayBeAnsweredByClosingTheCamera) {
     waitForFrames(1);
 }
 
-TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
+TEST_F(ReportedFaults, ArriveBeforeTheRequestIsCompleted) {
     SetRotate(1);
     static std::atomic<bool> emptied;
     emptied = false;
@@ -239,21 +239,21 @@ TEST_F(HeardFaults, AreHeardBeforeTheRequestIsAnswered) {
     openSmall(kMjpegFormat);
     // The first frame still shows a code.
     emptied.wait(false);
-    while (heard == 0) {
+    while (faultCount == 0) {
         EXPECT_STREQ(RecogBarQrCode(1), "");
     }
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_CODE);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_CODE);
 }
 
-TEST_F(HeardFaults, OfAStillAsPdfAreBothTheDocumentsAndTheStills) {
+TEST_F(ReportedFaults, OfAPdfStillAreTheDocumentsAndTheStills) {
     virtualcam::setSleepScale(1);
     openSmall(kMjpegFormat);
     takeStill(folder_.file("missing/still.pdf"));
-    EXPECT_EQ(heard, 2);
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_STILL);
+    EXPECT_EQ(faultCount, 2);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_STILL);
 }
 
-TEST_F(HeardFaults, AreHeardFromTheMomentTheCallbackIsSet) {
+TEST_F(ReportedFaults, ArriveFromTheMomentTheCallbackIsSet) {
     SetFaultCallback(nullptr);
     SetDataCallback([](unsigned char*, int, int) {
         SetFaultCallback(onFault);
@@ -264,7 +264,7 @@ TEST_F(HeardFaults, AreHeardFromTheMomentTheCallbackIsSet) {
     EXPECT_EQ(lastMessage(), "host trouble");
 }
 
-TEST_F(HeardFaults, EndTheProcessAfterTheCallbackIsTakenAway) {
+TEST_F(ReportedFaults, EndTheProcessAfterTheCallbackIsRemoved) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
         {
@@ -278,7 +278,7 @@ TEST_F(HeardFaults, EndTheProcessAfterTheCallbackIsTakenAway) {
         testing::KilledBySignal(SIGABRT), "host trouble");
 }
 
-TEST_F(HeardFaults, MayThrowInTheirCallback) {
+TEST_F(ReportedFaults, MayThrowInTheCallback) {
     SetFaultCallback([](int fault, const char* message) {
         onFault(fault, message);
         throw std::runtime_error("no log");
@@ -291,7 +291,7 @@ TEST_F(HeardFaults, MayThrowInTheirCallback) {
     EXPECT_FALSE(state().session.isShootPhoto);
 }
 
-TEST_F(HeardFaults, AskTheDriverForNoReasonWhenNobodyHears) {
+TEST_F(ReportedFaults, DoNotQueryTheDriverWithoutACallback) {
     static std::atomic<pid_t> streaming{0};
     streaming = 0;
     SetFaultCallback(nullptr);
@@ -302,19 +302,19 @@ TEST_F(HeardFaults, AskTheDriverForNoReasonWhenNobodyHears) {
     addCallFault("VIDIOC_DQBUF", EIO, 3);
     addFrameFault(FaultKind::kStall, 1);
     openSmall(kMjpegFormat);
-    const int asked = virtualcam::callCount("VIDIOC_QUERYCAP");
+    const int queries = virtualcam::callCount("VIDIOC_QUERYCAP");
     virtualcam::resume(earlier_);
     streaming.wait(0);
     while (std::filesystem::exists("/proc/self/task/" + std::to_string(streaming))) {
         std::this_thread::yield();
     }
-    EXPECT_EQ(virtualcam::callCount("VIDIOC_QUERYCAP"), asked);
+    EXPECT_EQ(virtualcam::callCount("VIDIOC_QUERYCAP"), queries);
 }
 
-TEST_F(HeardFaults, TellOfADocumentOnTheThreadThatMakesIt) {
+TEST_F(ReportedFaults, OfADocumentArriveOnTheThreadThatMakesIt) {
     pdf_start(folder_.file("missing/document.pdf").c_str());
     pdf_end();
-    EXPECT_EQ(heardLast, DOCCAM_FAULT_DOCUMENT);
+    EXPECT_EQ(lastFault, DOCCAM_FAULT_DOCUMENT);
     EXPECT_THAT(lastMessage(), HasSubstr("missing/document.pdf"));
 }
 

@@ -1,4 +1,4 @@
-// The cause that a fault callback may ask for.
+// The cause that a fault callback can query.
 #include "integration/session_fixture.h"
 #include "state/library_state.h"
 #include "support/scratch_folder.h"
@@ -17,27 +17,27 @@ namespace {
 
 using virtualcam::FaultKind;
 
-constexpr int kNoneToldYet = -1;
+constexpr int kNoneYet = -1;
 
-std::atomic<int> toldCause{kNoneToldYet};
-std::atomic<int> toldFault{0};
+std::atomic<int> reportedCause{kNoneYet};
+std::atomic<int> reportedFault{0};
 
 void noteCause(int fault, const char* /*message*/) {
-    toldFault = fault;
-    toldCause = doccam_fault_cause();
-    toldCause.notify_all();
+    reportedFault = fault;
+    reportedCause = doccam_fault_cause();
+    reportedCause.notify_all();
 }
 
 int awaitedCause() {
-    toldCause.wait(kNoneToldYet);
-    return toldCause;
+    reportedCause.wait(kNoneYet);
+    return reportedCause;
 }
 
 class FaultCause : public SessionTest {
   protected:
     FaultCause() {
-        toldCause = kNoneToldYet;
-        toldFault = 0;
+        reportedCause = kNoneYet;
+        reportedFault = 0;
         SetFaultCallback(noteCause);
     }
 
@@ -49,13 +49,13 @@ class FaultCause : public SessionTest {
     const ScratchFolder folder_;
 };
 
-TEST_F(FaultCause, OfAnUnpluggedCameraIsNotTheDriver) {
+TEST_F(FaultCause, OfAnUnpluggedCameraIsTheUnplugging) {
     watchFrames();
     openSmall(kMjpegFormat);
     waitForFrames(1);
     bed_.unplug(earlier_);
     EXPECT_EQ(awaitedCause(), DOCCAM_CAUSE_UNPLUGGED);
-    EXPECT_EQ(toldFault, DOCCAM_FAULT_STREAM_ENDED);
+    EXPECT_EQ(reportedFault, DOCCAM_FAULT_STREAM_ENDED);
 }
 
 TEST_F(FaultCause, OfARequestThatFailsIsTheDriver) {
@@ -85,18 +85,18 @@ TEST_F(FaultCause, OfAnUnknownPixelFormatIsTheFormat) {
 TEST_F(FaultCause, OfAStillThatCannotBeSavedIsItsFile) {
     openSmall(kMjpegFormat);
     for (const char* name : {"missing/still.jpg", "missing/still.png", "missing/still.pdf"}) {
-        toldCause = kNoneToldYet;
+        reportedCause = kNoneYet;
         takeStill(folder_.file(name));
-        EXPECT_EQ(toldFault, DOCCAM_FAULT_STILL) << name;
-        EXPECT_EQ(toldCause, DOCCAM_CAUSE_NOT_WRITTEN) << name;
+        EXPECT_EQ(reportedFault, DOCCAM_FAULT_STILL) << name;
+        EXPECT_EQ(reportedCause, DOCCAM_CAUSE_NOT_WRITTEN) << name;
     }
 }
 
 TEST_F(FaultCause, OfAStillWithoutATypeIsNotItsFile) {
     openSmall(kMjpegFormat);
     takeStill(folder_.file("still.foo"));
-    EXPECT_EQ(toldFault, DOCCAM_FAULT_STILL);
-    EXPECT_EQ(toldCause, DOCCAM_CAUSE_OTHER);
+    EXPECT_EQ(reportedFault, DOCCAM_FAULT_STILL);
+    EXPECT_EQ(reportedCause, DOCCAM_CAUSE_OTHER);
 }
 
 TEST_F(FaultCause, OfADocumentInAFaultCallbackEndsWithItsCallback) {
@@ -113,13 +113,13 @@ TEST_F(FaultCause, OfADocumentInAFaultCallbackEndsWithItsCallback) {
     });
     openSmall(kMjpegFormat);
     takeStill(folder_.file("missing/still.png"));
-    EXPECT_EQ(toldFault, DOCCAM_FAULT_DOCUMENT);
-    EXPECT_EQ(toldCause, DOCCAM_CAUSE_OTHER);
+    EXPECT_EQ(reportedFault, DOCCAM_FAULT_DOCUMENT);
+    EXPECT_EQ(reportedCause, DOCCAM_CAUSE_OTHER);
     EXPECT_EQ(causeAfterwards, DOCCAM_CAUSE_NOT_WRITTEN);
 }
 
-TEST_F(FaultCause, IsNoneOutsideOfAFaultCallback) {
-    static std::atomic<int> causeOfAFrame{kNoneToldYet};
+TEST_F(FaultCause, IsNoneOutsideAFaultCallback) {
+    static std::atomic<int> causeOfAFrame{kNoneYet};
     SetFaultCallback([](int fault, const char* message) {
         noteCause(fault, message);
         throw std::runtime_error("no log");

@@ -32,7 +32,7 @@ class FrameLoop : public SessionTest {
         return lastSeen();
     }
 
-    // Waits until the loop has ended by itself, and returns what was printed since printed began.
+    // Waits until the loop has ended by itself; returns what was printed since printed began.
     static std::string untilEnd(PrintedText& printed) {
         std::string text;
         do {
@@ -42,7 +42,7 @@ class FrameLoop : public SessionTest {
         return ofTheLoop(text);
     }
 
-    // The loop may have begun before openCamera prints its last line.
+    // Removes openCamera's last line, which may follow the loop's first.
     static std::string ofTheLoop(std::string text) {
         const std::string opened = "ovisto->openCamera OK\n";
         if (const auto at = text.find(opened); at != std::string::npos) {
@@ -52,7 +52,7 @@ class FrameLoop : public SessionTest {
     }
 };
 
-TEST_F(FrameLoop, HandsOverMjpegFramesRedFirst) {
+TEST_F(FrameLoop, DeliversMjpegFramesRedFirst) {
     const cv::Mat frame = onlyFrame(kMjpegFormat);
     const auto sent = virtualcam::lastFrame(earlier_);
     ASSERT_TRUE(sent);
@@ -63,7 +63,7 @@ TEST_F(FrameLoop, HandsOverMjpegFramesRedFirst) {
     EXPECT_GT(cv::PSNR(frame, decoded), 35);
 }
 
-TEST_F(FrameLoop, HandsOverYuyvFramesToTheByte) {
+TEST_F(FrameLoop, DeliversYuyvFramesToTheByte) {
     const cv::Mat frame = onlyFrame(kYuyvFormat);
     const auto sent = virtualcam::lastFrame(earlier_);
     ASSERT_TRUE(sent);
@@ -101,7 +101,7 @@ TEST_F(FrameLoop, TurnsFramesByQuarters) {
     EXPECT_EQ(upright.size(), cv::Size(640, 480));
 }
 
-TEST_F(FrameLoop, HandsOverNothingForARotationThatIsNone) {
+TEST_F(FrameLoop, DeliversNothingForAnInvalidRotation) {
     SetRotate(7);
     watchFrames();
     openSmall(kYuyvFormat);
@@ -127,7 +127,7 @@ TEST_F(FrameLoop, DropsTheTwoFramesAfterATurn) {
     EXPECT_EQ(framesSeen(), 1);
 }
 
-TEST_F(FrameLoop, PausesThreeMillisecondsAfterEachFrameHandedOver) {
+TEST_F(FrameLoop, PausesThreeMillisecondsAfterEachDeliveredFrame) {
     addFrameFault(FaultKind::kStall, 4);
     watchFrames();
     openSmall(kYuyvFormat);
@@ -167,7 +167,7 @@ TEST_F(FrameLoop, EndsWhenABufferCannotBeGivenBack) {
                                             "grabImage error!!!!!!!!!!\ncam get image ret = -1\n"));
 }
 
-TEST_F(FrameLoop, EndsWhenTheDriverNamesABufferThatDoesNotExist) {
+TEST_F(FrameLoop, EndsWhenTheDriverReturnsABufferThatDoesNotExist) {
     PrintedText printed;
     addFrameFault(FaultKind::kIndex, 1, 5);
     openSmall(kMjpegFormat);
@@ -181,7 +181,7 @@ TEST_F(FrameLoop, EndsOnAFormatItDoesNotKnow) {
     virtualcam::CameraDescription camera = fastCamera("1778", "0210");
     camera.formats = {{virtualcam::fourcc("GREY"), {{640, 480}}, {}, {30}}};
     bed_.add(camera);
-    // Known from a camera that was there before.
+    // A size known from an earlier camera.
     state().discovery.yuvWidthList = {640};
     state().discovery.yuvHeightList = {480};
     PrintedText printed;
@@ -212,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(FrameLoop, DamagedFrame,
                          testing::Values(FaultKind::kCorrupt, FaultKind::kTruncated,
                                          FaultKind::kWrongSize, FaultKind::kEmpty));
 
-// The driver's buffers are longer than a frame can be.
+// The driver's buffers are longer than any frame.
 TEST_F(FrameLoop, BuffersLargerThanAFrameAreCopiedWithinBounds) {
     constexpr std::size_t kLonger = 4096;
     constexpr unsigned char kUntouched = 0xA5;
@@ -232,8 +232,8 @@ TEST_F(FrameLoop, BuffersLargerThanAFrameAreCopiedWithinBounds) {
                             [](unsigned char byte) { return byte == kUntouched; }));
 }
 
-TEST_F(FrameLoop, GrabImageTakesOneFrameOfTheOpenCamera) {
-    // The loop has ended on a fault; the descriptor is still good.
+TEST_F(FrameLoop, GrabImageTakesOneFrameFromTheOpenCamera) {
+    // The loop has ended on a fault; the descriptor is still valid.
     PrintedText printed;
     addFrameFault(FaultKind::kIndex, 1, 9);
     openSmall(kYuyvFormat);

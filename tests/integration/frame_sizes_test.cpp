@@ -19,7 +19,7 @@ using virtualcam::kYuyv;
 
 class FrameSizes : public SessionTest {
   protected:
-    // Replaces both cameras by one that offers these formats.
+    // Replaces both cameras with one that offers these formats.
     void offer(std::vector<FormatDescription> formats) {
         bed_.remove(earlier_);
         bed_.remove(later_);
@@ -48,14 +48,14 @@ class FrameSizes : public SessionTest {
     }
 };
 
-TEST_F(FrameSizes, AppendTheEnlargedSizeWhenTheLargestIsTheFullOne) {
+TEST_F(FrameSizes, AppendTheEnlargedSizeWhenTheFullSizeIsTheLargest) {
     offer({format(kYuyv, {{640, 480}, {3264, 2448}})});
     EXPECT_EQ(getCameraResolutionCount(0), 3);
     EXPECT_THAT(listed(),
                 ElementsAre(std::pair(640, 480), std::pair(3264, 2448), std::pair(3672, 2856)));
 }
 
-TEST_F(FrameSizes, AppendItOnceHoweverOftenTheyAreEnumerated) {
+TEST_F(FrameSizes, AppendItOnceInRepeatedEnumerations) {
     offer({format(kYuyv, {{3264, 2448}})});
     EXPECT_EQ(getCameraResolutionCount(0), 2);
     EXPECT_EQ(getCameraResolutionCount(0), 2);
@@ -66,7 +66,7 @@ TEST_F(FrameSizes, AppendNothingWhenAnotherSizeIsHigher) {
     EXPECT_EQ(getCameraResolutionCount(0), 2);
 }
 
-TEST_F(FrameSizes, OfEqualHeightsTheFirstDecides) {
+TEST_F(FrameSizes, TheFirstOfEqualHeightsDecides) {
     offer({format(kYuyv, {{3000, 2448}, {3264, 2448}})});
     EXPECT_EQ(getCameraResolutionCount(0), 2);
 }
@@ -107,7 +107,7 @@ TEST_F(FrameSizes, OfACameraWithMjpegOnlyAreNoneForYuyv) {
     EXPECT_EQ(getCameraResolution(0, &width, &height), -1);
     EXPECT_EQ(width, 7);
     EXPECT_EQ(height, 8);
-    // The driver settles on what it has; the frames are MJPEG.
+    // The driver falls back to what it has: MJPEG.
     EXPECT_EQ(openCamera(0, 640, 480), 0);
     EXPECT_STREQ(state().session.pix_format, "MJPG");
 }
@@ -119,7 +119,7 @@ TEST_F(FrameSizes, AreUnknownBeforeTheFirstEnumeration) {
     EXPECT_EQ(getFormatResolutionCount(0), 0);
 }
 
-TEST_F(FrameSizes, OutsideTheListLeaveTheOutputsAndStillSucceed) {
+TEST_F(FrameSizes, PastTheListLeaveTheOutputsAndStillSucceed) {
     ASSERT_GT(getCameraResolutionCount(0), 0);
     int width = 7;
     int height = 8;
@@ -131,7 +131,7 @@ TEST_F(FrameSizes, OutsideTheListLeaveTheOutputsAndStillSucceed) {
     EXPECT_EQ(height, 480);
 }
 
-TEST_F(FrameSizes, OfAFormatAreCountedWithoutLookingAtTheIndex) {
+TEST_F(FrameSizes, AreCountedWithoutLookingAtTheIndex) {
     getCameraResolutionCount(0);
     EXPECT_GT(getFormatResolutionCount(0), 0);
     EXPECT_EQ(getFormatResolutionCount(99), getFormatResolutionCount(0));
@@ -163,7 +163,7 @@ TEST_F(FrameSizes, EnumeratingStopsARunningSession) {
     EXPECT_EQ(virtualcam::liveMappings(), 0);
 }
 
-TEST_F(FrameSizes, EnumeratingClosesANodeThatAFailedOpenLeft) {
+TEST_F(FrameSizes, EnumeratingClosesANodeThatAFailedOpenLeftOpen) {
     addCallFault("VIDIOC_S_FMT", EBUSY);
     ASSERT_EQ(openCamera(0, 640, 480), -6);
     ASSERT_EQ(virtualcam::openHandles(), 1);

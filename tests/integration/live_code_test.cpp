@@ -34,19 +34,19 @@ class LiveCode : public SessionTest {
         barText_ = drawn.code128Text;
     }
 
-    // Opens camera 0 with frames in which the sheet's codes can be read.
+    // Opens camera 0 at a size in which the sheet's codes are readable.
     static void openLarge(int format) {
         SetVideoFormat(format);
         ASSERT_EQ(openCamera(kIndexOfEarlier, 1600, 1200), 0);
     }
 
-    // Lets the frame come that the loop waits for, and none after it.
+    // Lets the one frame that the loop waits for arrive.
     void letOneFrameThrough() {
         addFrameFault(virtualcam::FaultKind::kStall, 1);
         virtualcam::resume(earlier_);
     }
 
-    // Opens the camera and waits until the loop waits for a first frame that does not come.
+    // Opens the camera and holds its first frame back until the loop waits for it.
     void openWithoutAFrame(int format) {
         addFrameFault(virtualcam::FaultKind::kStall, 1);
         openLarge(format);
@@ -59,7 +59,7 @@ class LiveCode : public SessionTest {
         }
     }
 
-    // A host's thread that asks for a code; it has asked when this returns.
+    // Requests a code on another thread, and returns once the request is made.
     static std::thread ask(int mode, std::string& answer) {
         std::thread host([mode, &answer] { answer = RecogBarQrCode(mode); });
         while (state().session.IsRecogBarQr == kNoCodeRequest) {
@@ -68,7 +68,7 @@ class LiveCode : public SessionTest {
         return host;
     }
 
-    // The waits of one request of this thread, in microseconds.
+    // This thread's waits during one request, in microseconds.
     static std::vector<long> waitsOf(int mode, std::string& answer) {
         virtualcam::clearSleeps();
         answer = RecogBarQrCode(mode);
@@ -93,7 +93,7 @@ TEST_F(LiveCode, OfTheDrawnSheetIsReadInEitherKindAndFormat) {
     }
 }
 
-TEST_F(LiveCode, IsReadInEightMegapixels) {
+TEST_F(LiveCode, IsReadFromEightMegapixels) {
     SetVideoFormat(kMjpegFormat);
     ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
     EXPECT_EQ(RecogBarQrCode(kQr), qrText_);
@@ -116,20 +116,20 @@ TEST_F(LiveCode, IsReadFromTheNextFrame) {
     }
 }
 
-TEST_F(LiveCode, IsReadAsOftenAsAsked) {
+TEST_F(LiveCode, IsReadAsOftenAsRequested) {
     openLarge(kMjpegFormat);
     for (const int mode : {kQr, kBar, kBar, 2, -1, kQr, kBar, kQr}) {
         EXPECT_EQ(RecogBarQrCode(mode), mode == kBar ? barText_ : qrText_) << mode;
     }
 }
 
-TEST_F(LiveCode, IsThatOfTheSheetLyingThereNow) {
+TEST_F(LiveCode, IsThatOfTheCurrentSheet) {
     openLarge(kYuyvFormat);
     virtualcam::SceneSettings sheet = virtualcam::scene(earlier_);
     for (const char* text : {"sheet 1", "sheet 2"}) {
         sheet.qrText = text;
         virtualcam::setScene(earlier_, sheet);
-        RecogBarQrCode(kQr); // the loop may have begun with a frame of the sheet before
+        RecogBarQrCode(kQr); // the loop may still have had a frame of the previous sheet
         EXPECT_STREQ(RecogBarQrCode(kQr), text);
     }
 }
@@ -144,7 +144,7 @@ TEST_F(LiveCode, IsReadInEveryTurn) {
     }
 }
 
-TEST_F(LiveCode, IsTheEmptyTextWhereTheFrameShowsNone) {
+TEST_F(LiveCode, IsTheEmptyTextWhenTheFrameShowsNone) {
     virtualcam::moveSheet(earlier_, 3, 0, 0);
     openSmall(kYuyvFormat);
     for (const int mode : {kBar, kQr}) {
@@ -153,7 +153,7 @@ TEST_F(LiveCode, IsTheEmptyTextWhereTheFrameShowsNone) {
     }
 }
 
-TEST_F(LiveCode, StaysTheOldOneForARotationThatIsNone) {
+TEST_F(LiveCode, StaysTheOldOneForAnInvalidRotation) {
     SetRotate(7);
     openLarge(kMjpegFormat);
     PrintedText printed;
@@ -200,7 +200,7 @@ TEST_F(LiveCode, IsReadAfterTheStillOfTheSameFrame) {
     EXPECT_LT(still, code);
 }
 
-TEST_F(LiveCode, IsThereWhenTheCallbackSeesTheFrame) {
+TEST_F(LiveCode, IsAvailableWhenTheCallbackSeesTheFrame) {
     static std::atomic<int> requestSeen;
     requestSeen = 0;
     SetDataCallback(
@@ -227,7 +227,7 @@ TEST_F(LiveCode, IsNotReadFromTheFramesDroppedAfterATurn) {
     EXPECT_THAT(printed.take(), HasSubstr("RotateFlag--\nRotateFlag--\nBarQrDecodePro start\r\n"));
 }
 
-TEST_F(LiveCode, IsTheOldOneAfterTheFullWaitWhereNoCameraIsOpen) {
+TEST_F(LiveCode, IsTheOldOneAfterTheFullWaitWithoutACamera) {
     virtualcam::setSleepScale(0.01);
     std::string answer;
     EXPECT_EQ(waitsOf(kQr, answer), std::vector<long>(199, 50000));
@@ -251,7 +251,7 @@ TEST_F(LiveCode, IsReadFromALaterFrameWhenTheWaitWasTooShort) {
     EXPECT_EQ(RecogBarQrCode(kNoCodeRequest), qrText_);
 }
 
-TEST_F(LiveCode, IsTheLastOneAtOnceForTheIdleRequest) {
+TEST_F(LiveCode, IsTheLastOneImmediatelyForTheIdleRequest) {
     openLarge(kYuyvFormat);
     PrintedText printed;
     std::string answer;
@@ -260,20 +260,20 @@ TEST_F(LiveCode, IsTheLastOneAtOnceForTheIdleRequest) {
     EXPECT_THAT(printed.take(), Not(HasSubstr("BarQrDecodePro")));
 }
 
-TEST_F(LiveCode, IsTheSameForHostsThatAskAtOnce) {
+TEST_F(LiveCode, IsTheSameForThreadsThatAskAtOnce) {
     openWithoutAFrame(kYuyvFormat);
     std::string first, second;
     std::thread one = ask(kQr, first);
     std::thread two([&] { second = RecogBarQrCode(kQr); });
     letOneFrameThrough();
     one.join();
-    virtualcam::resume(earlier_); // in case the second asked after the first was answered
+    virtualcam::resume(earlier_); // in case the second request came after the first was served
     two.join();
     EXPECT_EQ(first, qrText_);
     EXPECT_EQ(second, qrText_);
 }
 
-TEST_F(LiveCode, StaysWhereItIsUntilTheNextRequest) {
+TEST_F(LiveCode, KeepsItsMemoryUntilTheNextRequest) {
     openLarge(kMjpegFormat);
     watchFrames();
     const char* text = RecogBarQrCode(kQr);
@@ -281,7 +281,7 @@ TEST_F(LiveCode, StaysWhereItIsUntilTheNextRequest) {
     EXPECT_EQ(text, qrText_);
 }
 
-TEST_F(LiveCode, ReadTooLateIsTheOldOneOfTheNextRequestThatTimesOut) {
+TEST_F(LiveCode, ReadTooLateIsReturnedByTheNextRequestThatTimesOut) {
     openWithoutAFrame(kYuyvFormat);
     virtualcam::setSleepScale(0.001);
     RecogBarQrCode(kQr);
@@ -293,7 +293,7 @@ TEST_F(LiveCode, ReadTooLateIsTheOldOneOfTheNextRequestThatTimesOut) {
     EXPECT_EQ(RecogBarQrCode(kBar), qrText_);
 }
 
-// Every kind of code, before the camera as a photograph.
+// Every kind of code, shown to the camera as a photograph.
 class LiveCodeKinds : public LiveCode, public testing::WithParamInterface<int> {};
 
 TEST_P(LiveCodeKinds, AreReadInEitherFormat) {
@@ -313,7 +313,7 @@ TEST_P(LiveCodeKinds, AreReadInEitherFormat) {
     for (const int format : {kMjpegFormat, kYuyvFormat}) {
         SetVideoFormat(format);
         ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
-        // The text ends for the host where it has a zero byte.
+        // For the host a text ends at its first zero byte.
         EXPECT_STREQ(RecogBarQrCode(kind.isQr ? kQr : kBar),
                      kind.name == "PDF417" ? "" : code.text.c_str());
         closeCamera();

@@ -18,7 +18,7 @@ std::atomic<int> frames{0};
 std::atomic<int> shown{0};
 std::atomic<unsigned> sum{0};
 
-// Reads every pixel, so that a picture beyond its buffer is noticed.
+// Reads every pixel, so that a picture larger than its buffer is noticed.
 void draw(unsigned char* pixels, int width, int height, int /*x*/, int /*y*/) {
     unsigned total = 0;
     for (const unsigned char* pixel = pixels; pixel != pixels + width * height * 3; ++pixel) {
@@ -31,19 +31,19 @@ void draw(unsigned char* pixels, int width, int height, int /*x*/, int /*y*/) {
 
 class LivePreview : public SessionTest {};
 
-TEST_F(LivePreview, OutlivesTenThousandChangesOfTheView) {
+TEST_F(LivePreview, SurvivesTenThousandChangesOfTheView) {
     SetWebDataCallback(draw);
     openSmall(kMjpegFormat);
     SetWebFormSize(BusyHost::kFormWidth, BusyHost::kFormHeight);
     {
         const BusyHost host(frames);
         while (!host.done()) {
-            // Turns that are none keep frames from every callback.
+            // Invalid turns keep frames from every callback.
             frames = virtualcam::callCount("DQBUF");
             std::this_thread::yield();
         }
     }
-    // The view of the last form is shown again.
+    // The last form is shown again.
     const int before = shown;
     for (int now = shown; now < before + 3; now = shown) {
         shown.wait(now);
@@ -51,7 +51,7 @@ TEST_F(LivePreview, OutlivesTenThousandChangesOfTheView) {
     EXPECT_GT(sum, 0U);
 }
 
-// The first frame's picture, before which the host has turned the view.
+// The host turns the view before the first frame.
 TEST_F(LivePreview, NeverShowsMemoryThatNoFrameHasFilled) {
     virtualcam::setSleepScale(1);
     SetDataCallback([](unsigned char*, int, int) {
@@ -88,7 +88,7 @@ TEST_F(LivePreview, KeepsItsViewWhenStreamingStops) {
     EXPECT_EQ(currentFields(), before);
 }
 
-TEST_F(LivePreview, PausesOnceAFrameHoweverManyPicturesItShows) {
+TEST_F(LivePreview, PausesOncePerFrameForAnyNumberOfPictures) {
     for (const bool prepared : {false, true}) {
         virtualcam::clearFaults(earlier_);
         virtualcam::resume(earlier_);

@@ -25,7 +25,7 @@ std::string text(const unsigned char* field) {
     return reinterpret_cast<const char*>(field);
 }
 
-// What the driver says of the camera behind node, in the words of the opening lines.
+// The opening lines about the camera at node, from the driver's data.
 std::string cameraLines(const std::string& node) {
     const int descriptor = open(node.c_str(), O_RDWR);
     v4l2_capability capability{};
@@ -53,7 +53,7 @@ std::string cameraLines(const std::string& node) {
     return lines;
 }
 
-TEST_F(OpenCamera, PrintsEachStepToTheLetter) {
+TEST_F(OpenCamera, PrintsEachStepVerbatim) {
     SetVideoFormat(kMjpegFormat);
     ASSERT_GT(getCameraResolutionCount(0), 0);
     const std::string expected = cameraLines(bed_.path(earlier_));
@@ -104,7 +104,7 @@ TEST_F(OpenCamera, CapturesTheEnlargedSizeAtTheFullOne) {
     EXPECT_FALSE(state().session.isInsert1000M);
 }
 
-TEST_F(OpenCamera, AllocatesImagesOfTheAskedSizeWhateverTheDriverSettlesOn) {
+TEST_F(OpenCamera, AllocatesImagesOfTheRequestedSizeWhateverTheDriverSets) {
     SetVideoFormat(kMjpegFormat);
     addFrameFault(FaultKind::kStall, 1);
     ASSERT_EQ(openCamera(0, 700, 500), 0);
@@ -121,7 +121,7 @@ TEST_F(OpenCamera, EnumeratesSizesOnlyWhenNoneIsKnown) {
     EXPECT_EQ(virtualcam::callCount("VIDIOC_ENUM_FRAMESIZES"), 0);
 }
 
-TEST_F(OpenCamera, FindsNoCameraOutsideTheFoundOnes) {
+TEST_F(OpenCamera, FailsForAnIndexPastTheFoundCameras) {
     EXPECT_EQ(openCamera(2, 640, 480), -1);
     EXPECT_EQ(openCamera(-1, 640, 480), -1);
     bed_.remove(earlier_);
@@ -142,7 +142,7 @@ TEST_F(OpenCamera, FailsWhenNoSizeIsKnown) {
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
-TEST_F(OpenCamera, RefusesSizesThatNoPictureHas) {
+TEST_F(OpenCamera, RefusesImpossibleSizes) {
     for (const auto& [width, height] :
          {std::pair(0, 480), std::pair(640, -1), std::pair(46341, 46341), std::pair(1 << 30, 4)}) {
         EXPECT_EQ(openCamera(0, width, height), -2) << width << " x " << height;
@@ -163,7 +163,7 @@ TEST_F(OpenCamera, FailsWhenTheNodeCannotBeOpened) {
 struct RequestFailure {
     const char* request;
     int code;
-    const char* line; // behind which errno and its text follow
+    const char* line; // followed by errno and its text
     bool releasesDecoder;
 };
 
@@ -175,7 +175,7 @@ void PrintTo(const RequestFailure& failure, std::ostream* out) {
 class OpenCameraFailures : public SessionTest,
                            public testing::WithParamInterface<RequestFailure> {};
 
-TEST_P(OpenCameraFailures, PrintTheirLineAndLeaveTheDescriptorToTheNextOpen) {
+TEST_P(OpenCameraFailures, PrintTheirLineAndLeaveTheDescriptorForTheNextOpen) {
     const RequestFailure failure = GetParam();
     ASSERT_GT(getCameraResolutionCount(0), 0);
     addCallFault(failure.request, EBUSY);
@@ -229,7 +229,7 @@ TEST_F(OpenCamera, FailsWhenTheDriverGrantsTooFewBuffers) {
     EXPECT_EQ(state().session.pdecode, nullptr);
 }
 
-TEST_F(OpenCamera, LeavesBuffersBeyondTheAskedOnesAlone) {
+TEST_F(OpenCamera, LeavesBuffersBeyondTheRequestedOnesAlone) {
     addFrameFault(FaultKind::kGrant, 1, 8);
     watchFrames();
     openSmall(kMjpegFormat);
@@ -250,7 +250,7 @@ TEST_F(OpenCamera, RestartsARunningSession) {
     EXPECT_EQ(virtualcam::liveMappings(), 5);
 }
 
-TEST_F(OpenCamera, ARestartedSessionDecodesNoMjpegUntilTheNextOpenFromClosed) {
+TEST_F(OpenCamera, ARestartedSessionDecodesNoMjpegUntilAFreshOpen) {
     openSmall(kMjpegFormat);
     openSmall(kMjpegFormat);
     EXPECT_EQ(state().session.pdecode, nullptr);
@@ -259,7 +259,7 @@ TEST_F(OpenCamera, ARestartedSessionDecodesNoMjpegUntilTheNextOpenFromClosed) {
     EXPECT_NE(state().session.pdecode, nullptr);
 }
 
-TEST_F(OpenCamera, GivesImagesOfTheNewSizeAfterAClose) {
+TEST_F(OpenCamera, AllocatesImagesOfTheNewSizeAfterAClose) {
     openSmall(kYuyvFormat);
     closeCamera();
     ASSERT_EQ(openCamera(0, 1280, 960), 0);

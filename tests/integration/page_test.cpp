@@ -1,4 +1,4 @@
-// From a crooked sheet before a camera to an upright, clean page with one call.
+// From a crooked sheet under the camera to an upright, clean page with one call.
 #include "integration/session_fixture.h"
 #include "scene/scene.h"
 #include "support/page_likeness.h"
@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kBorder = 8;      // added around each page
 constexpr double kLevel = 0.5;  // degrees
-constexpr double kAlike = 0.75; // the worst of all angles is above 0.8
+constexpr double kAlike = 0.75; // the worst angle is above 0.8
 constexpr double kPlay = 0.02;  // of a side: the outline moves in steps of four pixels
 
 class Page : public SessionTest {
@@ -33,7 +33,7 @@ class Page : public SessionTest {
         watchFrames();
     }
 
-    // Takes a still that was requested after two whole frames of the picture as it now is.
+    // Takes a still, requested after two whole frames of the current picture.
     cv::Mat taken(const std::string& name) {
         waitForFrames(framesSeen() + 3);
         const std::string path = folder_.file(name);
@@ -52,7 +52,7 @@ class Page : public SessionTest {
 
 std::vector<double> angles() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    // The sanitizers look at the steps, which are the same at all angles.
+    // Under sanitizers a few angles suffice: the steps are the same at all.
     return {-30, 2, 46};
 #endif
     std::vector<double> all{0.5, 2, 44, 46, 88, 89.5};
@@ -75,7 +75,7 @@ TEST_P(TurnedPage, IsStraightUprightAndWholeAtEveryAngle) {
         const cv::Mat page = taken("page.png");
         ASSERT_FALSE(page.empty());
         int shown = quarters + static_cast<int>(std::lround(angle / 90));
-        // Half-way between two quarters either is the nearest.
+        // Halfway between two quarters either is correct.
         if (std::abs(angle) == 45 && (page.cols > page.rows) == (shown % 2 == 0)) {
             shown -= angle > 0 ? 1 : -1;
         }
@@ -92,7 +92,7 @@ TEST_P(TurnedPage, IsStraightUprightAndWholeAtEveryAngle) {
 
 INSTANTIATE_TEST_SUITE_P(QuarterTurns, TurnedPage, testing::Values(0, 1, 2, 3));
 
-TEST_F(Page, NeverCarriesTheOutlineThatTheCallbackShows) {
+TEST_F(Page, NeverContainsTheOutlineThatTheCallbackShows) {
     ASSERT_EQ(openCamera(kIndexOfEarlier, 1280, 960), 0);
     SetDelBlackedge(0);
     SetDelBackColor(0);
@@ -171,7 +171,7 @@ TEST_P(FlatPhotoPage, IsStraightUprightAndFillsThePicture) {
     expectSize();
     const cv::Mat upright = turnedBack(page_, 0);
     EXPECT_LE(lineTilt(upright), kLevel);
-    // White paper, cleaned to the edges, which still carries its text.
+    // White paper, cleaned to the edges, with its text intact.
     EXPECT_GT(cv::mean(upright)[0], 200);
     cv::Mat seen;
     cv::resize(photograph_, seen, {3264, 2448}, 0, 0, cv::INTER_AREA);
@@ -186,8 +186,8 @@ INSTANTIATE_TEST_SUITE_P(
                                          {"sheet-on-black.jpg", {2848, 2144}}})),
     inTestNames);
 
-// What the search cannot do: it takes the sheet for a rectangle, so that one seen in perspective
-// stays crooked, and it tells the sheet from the desk by brightness, so that bright wood joins it.
+// Limits of the search: it takes the sheet for a rectangle, so one seen in perspective stays
+// crooked, and separates sheet and desk by brightness, so bright wood joins the sheet.
 class BoundedPhotoPage : public PhotoPage {};
 
 TEST_P(BoundedPhotoPage, HasTheWholeSheetThoughNotStraight) {

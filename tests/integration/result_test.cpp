@@ -1,4 +1,4 @@
-// The constants of the public header are what the functions return.
+// The functions return the constants of the public header.
 #include "integration/session_fixture.h"
 #include "support/sanitized.h"
 #include "support/scratch_folder.h"
@@ -23,7 +23,7 @@ using virtualcam::FaultKind;
 
 class Results : public SessionTest {
   protected:
-    // A file that is there.
+    // The path of an existing file.
     std::string madeFile(const std::string& name) const {
         std::string path = folder_.file(name);
         std::ofstream(path) << name;
@@ -34,7 +34,7 @@ class Results : public SessionTest {
     const std::string missing_ = folder_.file("missing/file");
 };
 
-// The images of so large a frame do not fit into what is left.
+// The images of so large a frame exceed the remaining memory.
 [[noreturn]] void openWithLittleMemory() {
     getCameraResolutionCount(0);
     const rlimit space{1536ULL << 20, 1536ULL << 20};
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
         return name.substr(name.find('_') + 1);
     });
 
-TEST_F(Results, OfOpeningNameWhatIsMissing) {
+TEST_F(Results, OfOpeningDistinguishWhatIsMissing) {
     EXPECT_EQ(openCamera(2, 640, 480), DOCCAM_OPEN_NO_CAMERA);
     EXPECT_EQ(DOCCAM_OPEN_NO_CAMERA, -1);
     EXPECT_EQ(openCamera(kIndexOfEarlier, 0, 480), DOCCAM_OPEN_NO_SIZE);
@@ -87,7 +87,7 @@ TEST_F(Results, OfOpeningNameWhatIsMissing) {
     EXPECT_EQ(DOCCAM_OPEN_TOO_FEW_BUFFERS, -9);
 }
 
-TEST_F(Results, OfOpeningNameAShortageOfMemory) {
+TEST_F(Results, OfOpeningIncludeAShortageOfMemory) {
     if (kSanitized) {
         GTEST_SKIP() << "a sanitizer needs the address space itself";
     }
@@ -96,7 +96,7 @@ TEST_F(Results, OfOpeningNameAShortageOfMemory) {
     EXPECT_EXIT(openWithLittleMemory(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(Results, OfSizesSayWhetherAnyIsKnown) {
+TEST_F(Results, OfSizesTellWhetherAnyIsKnown) {
     EXPECT_EQ(getCameraResolution(0, nullptr, nullptr), DOCCAM_SIZE_NONE_KNOWN);
     EXPECT_EQ(DOCCAM_SIZE_NONE_KNOWN, -2);
     bed_.remove(earlier_);
@@ -154,7 +154,7 @@ TEST_F(Results, OfFocusingNameTheRequestThatFailed) {
     EXPECT_EQ(DOCCAM_FOCUS_LEFT_OFF, -4);
 }
 
-TEST_F(Results, OfFilesNameWhatIsMissing) {
+TEST_F(Results, OfFilesDistinguishWhatIsMissing) {
     EXPECT_EQ(captureImage(missing_.c_str()), DOCCAM_STILL_NOT_REQUESTED);
     EXPECT_EQ(DOCCAM_STILL_NOT_REQUESTED, -1);
     EXPECT_EQ(AddImageFileToPDF(missing_.c_str()), DOCCAM_QUEUE_NO_FILE);
@@ -167,7 +167,7 @@ TEST_F(Results, OfFilesNameWhatIsMissing) {
     EXPECT_EQ(DOCCAM_PDF_NOT_WRITTEN, -2);
 }
 
-TEST_F(Results, OfMergingSayWhatBecameOfTheQueue) {
+TEST_F(Results, OfMergingTellWhatBecameOfTheQueue) {
     EXPECT_EQ(AddImagePath(madeFile("first").c_str()), DOCCAM_OK);
     EXPECT_EQ(MergeImages(missing_.c_str(), 0, 0, false), DOCCAM_MERGE_TOO_FEW_QUEUED);
     EXPECT_EQ(DOCCAM_MERGE_TOO_FEW_QUEUED, -1);
@@ -176,12 +176,12 @@ TEST_F(Results, OfMergingSayWhatBecameOfTheQueue) {
     EXPECT_EQ(DOCCAM_MERGE_NO_PICTURE, -2);
 }
 
-TEST_F(Results, OfGrabbingTellADriverThatFailsFromOneThatErrs) {
+TEST_F(Results, OfGrabbingDistinguishAFailingDriverFromABadIndex) {
     std::vector<unsigned char> frame(640 * 480 * 3);
     int length = 0;
     EXPECT_EQ(grabImage(frame.data(), &length), DOCCAM_GRAB_FAILED);
     EXPECT_EQ(DOCCAM_GRAB_FAILED, -1);
-    // The stream ends at its first frame, so the next one is this thread's.
+    // The stream ends at its first frame, so this thread grabs the next one.
     addFrameFault(FaultKind::kIndex, 1, 99);
     addFrameFault(FaultKind::kIndex, 2, 99);
     openSmall(kYuyvFormat);
@@ -192,7 +192,7 @@ TEST_F(Results, OfGrabbingTellADriverThatFailsFromOneThatErrs) {
     EXPECT_EQ(DOCCAM_GRAB_NO_BUFFER, -100);
 }
 
-TEST_F(Results, OfBuildingBlocksNameTheirObstacle) {
+TEST_F(Results, OfBuildingBlocksNameTheCause) {
     cv::Mat output(8, 8, CV_8UC3, cv::Scalar::all(0));
     unsigned char pixel[4] = {};
     EXPECT_EQ(Mjpeg2RgbConvertEx(pixel, sizeof pixel, output), DOCCAM_DECODE_FAILED);
@@ -205,7 +205,7 @@ TEST_F(Results, OfBuildingBlocksNameTheirObstacle) {
     EXPECT_EQ(DOCCAM_VIEW_NO_SESSION, -1);
 }
 
-TEST_F(Results, OfAnOutlineThatIsTooSmallForASheetSaySo) {
+TEST_F(Results, OfAnOutlineTooSmallForASheetAreDistinct) {
     cv::Mat frame(480, 640, CV_8UC3, cv::Scalar::all(0));
     frame(cv::Rect(300, 200, 40, 40)).setTo(cv::Scalar::all(255));
     EXPECT_EQ(DrawingEdge(frame.data, frame.cols, frame.rows, 0), DOCCAM_OUTLINE_TOO_SMALL);

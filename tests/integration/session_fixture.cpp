@@ -14,13 +14,13 @@ namespace {
 
 std::atomic<int> seen{0};
 std::atomic<bool> ended{false};
-std::atomic<unsigned> news{0}; // goes up after each change of the two above
+std::atomic<unsigned> changes{0}; // incremented after each change of the two above
 std::mutex lastMutex;
 cv::Mat last;
 
-void tellNews() {
-    news.fetch_add(1);
-    news.notify_all();
+void notifyWaiters() {
+    changes.fetch_add(1);
+    changes.notify_all();
 }
 
 void onFrame(unsigned char* pixels, int width, int height) {
@@ -29,7 +29,7 @@ void onFrame(unsigned char* pixels, int width, int height) {
         cv::Mat(height, width, CV_8UC3, pixels).copyTo(last);
     }
     seen.fetch_add(1);
-    tellNews();
+    notifyWaiters();
 }
 
 } // namespace
@@ -68,15 +68,15 @@ void watchFrames() {
 }
 
 bool waitForFrames(int count) {
-    for (unsigned now = news; seen < count && !ended; now = news) {
-        news.wait(now);
+    for (unsigned now = changes; seen < count && !ended; now = changes) {
+        changes.wait(now);
     }
     return seen >= count;
 }
 
-void tellThatTheStreamEnded() {
+void notifyStreamEnded() {
     ended = true;
-    tellNews();
+    notifyWaiters();
 }
 
 int framesSeen() {

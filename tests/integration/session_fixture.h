@@ -9,29 +9,28 @@
 
 namespace doccam::test {
 
-// Puts every field of the library's state that a test may have changed back to its default. No
-// session may be open.
+// Resets every field of the library's state that a test may have changed. No session may be open.
 void resetLibrary();
 
-// Registers a frame callback that counts and copies; once per test.
+// Registers a frame callback that counts and copies. Call once per test.
 void watchFrames();
 
-// Waits until the callback has seen count frames in all since watchFrames(), or until the stream is
-// said to have ended; whether the frames have come.
+// Waits until the callback has seen count frames since watchFrames(), or until
+// notifyStreamEnded(); returns whether the frames arrived.
 bool waitForFrames(int count);
 
-// Says that no more frames will come, for those who wait for them.
-void tellThatTheStreamEnded();
+// Wakes those who wait for frames: none will come.
+void notifyStreamEnded();
 
 int framesSeen();
 
-// Waits until the session that began since virtualcam::clearCalls() has been told to end.
+// Waits for the STREAMOFF of the session begun since virtualcam::clearCalls().
 void waitForStreamOff();
 
-// A copy of the frame that the callback saw last: rows x columns of red-first pixels.
+// A copy of the frame that the callback saw last, red first.
 cv::Mat lastSeen();
 
-// Two cameras, none open. The library's own waits pass a hundred times faster.
+// Two cameras, none open. The library's waits are a hundred times shorter.
 class SessionTest : public CameraTest {
   protected:
     static constexpr int kIndexOfEarlier = 0; // bed camera earlier_
@@ -40,11 +39,11 @@ class SessionTest : public CameraTest {
     explicit SessionTest(const Formats& formats = virtualcam::documentCameraFormats());
     ~SessionTest() override;
 
-    // Opens camera 0 with the small size, and expects that to work.
+    // Opens camera 0 at the small size, and expects success.
     static void openSmall(int format);
 
-    // Takes a still and waits for its answer as long as this machine takes for it; captureImage()
-    // itself gives up before.
+    // Takes a still and waits for its completion without a time limit; captureImage() itself has
+    // one.
     static void takeStill(const std::string& path);
 
     void addCallFault(const std::string& request, int error, int at = 1);

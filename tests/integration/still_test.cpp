@@ -49,7 +49,7 @@ TEST_F(Still, OfTheWholeFrameIsTheFrame) {
     EXPECT_EQ(cv::imread(path).size(), cv::Size(640, 480));
 }
 
-TEST_F(Still, CarriesTheFramesColours) {
+TEST_F(Still, HasTheFramesColours) {
     virtualcam::SceneSettings quiet = virtualcam::scene(earlier_);
     quiet.noise = 0; // every frame is the same
     virtualcam::setScene(earlier_, quiet);
@@ -77,7 +77,7 @@ TEST_F(Still, WaitsThreeTimesMoreWhenTheFileIsThere) {
     EXPECT_TRUE(std::all_of(waits.begin(), waits.end(), [](long w) { return w == 50000; }));
 }
 
-TEST_F(Still, ThatIsNotTakenEndsAfterSeventyNineWaitsWithoutAFile) {
+TEST_F(Still, GivesUpAfterSeventyNineWaitsWithoutAFile) {
     addFrameFault(virtualcam::FaultKind::kStall, 1);
     openSmall(kYuyvFormat);
     virtualcam::setSleepScale(0.01);
@@ -87,7 +87,7 @@ TEST_F(Still, ThatIsNotTakenEndsAfterSeventyNineWaitsWithoutAFile) {
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_TRUE(state().session.isShootPhoto);
 
-    // The request stands: the next frame answers it.
+    // The request remains: the next frame serves it.
     virtualcam::resume(earlier_);
     while (state().session.isShootPhoto) {
         std::this_thread::yield();
@@ -99,7 +99,7 @@ TEST_F(Still, IsRefusedWithoutASession) {
     EXPECT_FALSE(state().session.isShootPhoto);
 }
 
-TEST_F(Still, OfTheEnlargedSessionHasTheEnlargedSize) {
+TEST_F(Still, OfAnEnlargedSessionHasTheEnlargedSize) {
     SetVideoFormat(kMjpegFormat);
     ASSERT_EQ(openCamera(0, 3672, 2856), 0);
     for (const auto& [angle, size] :
@@ -123,7 +123,7 @@ TEST_F(Still, IsThePhotographBeforeTheCamera) {
         bed_.remove(plugged);
         plugged = bed_.add(camera);
         ASSERT_EQ(openCamera(kIndexOfEarlier, 3264, 2448), 0);
-        waitForFrames(framesSeen() + 8); // by then the camera has made all pictures that it sends
+        waitForFrames(framesSeen() + 8); // by then the camera has made all its pictures
         takeStill(folder_.file("page.jpg"));
         const cv::Mat page = cv::imread(folder_.file("page.jpg"));
         cv::Mat source;

@@ -1,4 +1,4 @@
-// Callbacks that end their own session, or keep it from ending; what disturbs them.
+// Callbacks that end their own session or keep it from ending.
 #include "integration/session_fixture.h"
 #include "state/library_state.h"
 
@@ -40,7 +40,7 @@ void raise(std::atomic<int>& count) {
     count.notify_all();
 }
 
-// Reads every pixel, so that memory freed under it is noticed.
+// Reads every pixel, so that freed memory is noticed.
 void readFrame(const unsigned char* pixels, int width, int height) {
     pixelSum = std::accumulate(pixels, pixels + width * height * 3, 0U);
 }
@@ -68,7 +68,7 @@ void closesAndReopens(unsigned char* pixels, int width, int height) {
     raise(left);
 }
 
-void looksAtItsSignals(unsigned char*, int, int) {
+void recordSignalMask(unsigned char*, int, int) {
     sigset_t blocked;
     pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
     interruptBlocked = sigismember(&blocked, SIGINT) == 1 && sigismember(&blocked, SIGCHLD) == 1;
@@ -98,7 +98,7 @@ TEST_F(StuckCallback, MayCloseTheCameraWhileItsHostDoes) {
         SetDataCallback(closesItself);
         openSmall(round % 2);
         waitUntil(entered, 1);
-        // Sometimes the callback is the first to stop the stream, sometimes the host.
+        // Sometimes the callback stops the stream first, sometimes the host.
         for (int pause = 0; pause < round * 3; ++pause) {
             std::this_thread::yield();
         }
@@ -118,7 +118,7 @@ TEST_F(StuckCallback, MayCloseAndReopenTheCamera) {
     EXPECT_EQ(virtualcam::openHandles(), 1);
 }
 
-TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
+TEST_F(StuckCallback, WaitingForTheClosingThreadDoesNotBlockItForEver) {
     SetDataCallback(waitsForItsHost);
     openSmall(kMjpegFormat);
     waitUntil(entered, 1);
@@ -134,7 +134,7 @@ TEST_F(StuckCallback, ThatWaitsForTheClosingThreadDoesNotHoldItForEver) {
     waitUntil(left, 3);
 }
 
-TEST_F(StuckCallback, DoesNotHoldAChildThatIsForkedWhileItsParentCloses) {
+TEST_F(StuckCallback, DoesNotBlockAChildForkedWhileItsParentCloses) {
     SetDataCallback(waitsForItsHost);
     openSmall(kMjpegFormat);
     waitUntil(entered, 1);
@@ -175,7 +175,7 @@ TEST_F(StuckCallback, KeepsItsPreviewPictureThroughTheNextSession) {
     openSmall(kMjpegFormat);
     SetWebFormSize(320, 240);
     waitUntil(entered, 1);
-    // Takes the descriptor away, so that opening ends the session without closing it.
+    // Closes the session's descriptor, so that opening ends the session without closing it.
     getCameraName(kIndexOfEarlier);
     virtualcam::moveSheet(earlier_, 0.2, 0.2, 30);
     openSmall(kMjpegFormat);
@@ -187,8 +187,8 @@ TEST_F(StuckCallback, KeepsItsPreviewPictureThroughTheNextSession) {
     EXPECT_TRUE(pixelsStayed);
 }
 
-TEST_F(StuckCallback, IsNotDisturbedByTheHostsSignalsButSeesItsOwnFaults) {
-    SetDataCallback(looksAtItsSignals);
+TEST_F(StuckCallback, ReceivesNoneOfTheHostsSignalsButItsOwnFaults) {
+    SetDataCallback(recordSignalMask);
     openSmall(kYuyvFormat);
     waitUntil(left, 1);
     EXPECT_TRUE(interruptBlocked);

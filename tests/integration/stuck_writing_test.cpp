@@ -1,4 +1,4 @@
-// Stills whose file takes no end, as on a pipe that nobody reads.
+// Stills whose writing never ends, as to a pipe that nobody reads.
 #include "integration/session_fixture.h"
 #include "state/library_state.h"
 #include "support/scratch_folder.h"
@@ -36,7 +36,7 @@ class StuckWriting : public SessionTest {
         state().session.isShootPhoto = true;
     }
 
-    // The pipe holds less than the file has.
+    // The file is larger than the pipe's buffer.
     void waitUntilPipeIsFull() const {
         const int capacity = fcntl(reader_, F_GETPIPE_SZ);
         for (int held = 0; held < capacity; ioctl(reader_, FIONREAD, &held)) {
@@ -59,7 +59,7 @@ class StuckWriting : public SessionTest {
     int reader_ = -1;
 };
 
-TEST_F(StuckWriting, DoesNotHoldTheCloseForEverAndEndsWhenItCan) {
+TEST_F(StuckWriting, DoesNotBlockTheCloseForEverAndEndsWhenItCan) {
     watchFrames();
     openSmall(kYuyvFormat);
     waitForFrames(1);
@@ -67,7 +67,7 @@ TEST_F(StuckWriting, DoesNotHoldTheCloseForEverAndEndsWhenItCan) {
     waitUntilPipeIsFull();
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(closeCamera(), 0);
-    // Ten seconds are promised; the rest is for a machine that is busy.
+    // Ten seconds are promised; the rest is for a busy machine.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
     EXPECT_EQ(virtualcam::openHandles(), 0);
     EXPECT_EQ(virtualcam::liveMappings(), 0);

@@ -1,4 +1,4 @@
-// The device calls of a program, as the preload library answers them.
+// A program's device calls, as the preload library answers them.
 #include "support/camera_fixture.h"
 #include "virtual_camera_client.h"
 
@@ -47,7 +47,7 @@ TEST_F(VirtualCameraCalls, PutsTheDeliveredBytesIntoTheMapping) {
     EXPECT_TRUE(std::equal(frame->bytes->begin(), frame->bytes->end(), client.bytes(record.index)));
 }
 
-TEST_F(VirtualCameraCalls, LeavesBytesOfAnOlderPictureBehindAJpeg) {
+TEST_F(VirtualCameraCalls, LeavesBytesOfAnOlderPicturePastAJpeg) {
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
     v4l2_buffer record = VideoClient::buffer();
@@ -86,7 +86,7 @@ TEST_F(VirtualCameraCalls, TreatsTwoOpensAsTwoHandles) {
     EXPECT_EQ(virtualcam::openHandles(), 2);
 }
 
-TEST_F(VirtualCameraCalls, GivesTheStreamFreeWhenItsHandleIsClosed) {
+TEST_F(VirtualCameraCalls, ReleasesTheStreamWhenItsHandleIsClosed) {
     { EXPECT_EQ(VideoClient("/dev/video0").start(kMjpeg, 640, 480), 0); }
     VideoClient second("/dev/video0");
     EXPECT_EQ(second.setFormat(kMjpeg, 1280, 960), 0);
@@ -138,7 +138,7 @@ TEST_F(VirtualCameraCalls, LeavesOtherFilesAlone) {
     EXPECT_EQ(virtualcam::callCount("VIDIOC_QUERYCAP"), 0);
 }
 
-TEST_F(VirtualCameraCalls, KnowsNoNodeBeyondItsOwn) {
+TEST_F(VirtualCameraCalls, KnowsNoNodeButItsOwn) {
     EXPECT_EQ(open("/dev/video7", O_RDWR), -1);
     EXPECT_EQ(errno, ENOENT);
 }
@@ -165,7 +165,7 @@ TEST_F(VirtualCameraCalls, ShowsSelectAFrameOnlyWhenThereIsOne) {
     EXPECT_FALSE(readable(client.descriptor()));
 }
 
-TEST_F(VirtualCameraCalls, IsNotReadableForAFrameThatWillStayAway) {
+TEST_F(VirtualCameraCalls, IsNotReadableForAWithheldFrame) {
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
     EXPECT_TRUE(readable(client.descriptor()));
@@ -229,7 +229,7 @@ TEST_F(VirtualCameraCalls, LogsCallsInTheirOrder) {
     EXPECT_EQ(virtualcam::callCount("VIDIOC_S_FMT"), 1);
 }
 
-TEST_F(VirtualCameraCalls, GivesANodeThatIsHeldOpenNoNewMeaning) {
+TEST_F(VirtualCameraCalls, DoesNotReuseANodeThatIsHeldOpen) {
     const VideoClient holder("/dev/video0");
     bed_.unplug(camera_);
     bed_.plug(camera_);
@@ -237,7 +237,7 @@ TEST_F(VirtualCameraCalls, GivesANodeThatIsHeldOpenNoNewMeaning) {
     EXPECT_EQ(virtualcam::nodes(camera_).metadata, 2);
 }
 
-TEST_F(VirtualCameraCalls, RecordsPureSleepsAndScalesThem) {
+TEST_F(VirtualCameraCalls, RecordsAndScalesPureSleeps) {
     virtualcam::setSleepScale(0);
     timeval hour{3600, 0};
     EXPECT_EQ(select(0, nullptr, nullptr, nullptr, &hour), 0);
@@ -266,7 +266,7 @@ TEST_F(VirtualCameraCalls, MovesTheSheetFromTheNextFrameOn) {
     EXPECT_NE(*virtualcam::lastFrame(camera_)->bytes, *before);
 }
 
-TEST_F(VirtualCameraCalls, AddsAnotherNoiseToEachFrame) {
+TEST_F(VirtualCameraCalls, AddsDifferentNoiseToEachFrame) {
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
     v4l2_buffer record;

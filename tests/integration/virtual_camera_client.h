@@ -1,4 +1,4 @@
-// A minimal V4L2 program, as the tests of the virtual camera need it.
+// A minimal V4L2 client for the tests of the virtual camera.
 #pragma once
 
 #include <fcntl.h>
@@ -14,13 +14,13 @@
 
 namespace doccam::test {
 
-// Makes a request; 0 or the errno value that it left.
+// Makes a request; returns 0 or errno.
 template <typename Argument>
 int errorOf(int descriptor, unsigned long request, Argument* argument) {
     return ioctl(descriptor, request, argument) == 0 ? 0 : errno;
 }
 
-// An open node. Records are made for video capture into mapped buffers.
+// An open node for video capture into mapped buffers.
 class VideoClient {
   public:
     explicit VideoClient(const std::string& path, int flags = O_RDWR)
@@ -86,7 +86,8 @@ class VideoClient {
         return request(VIDIOC_STREAMOFF, type);
     }
 
-    // Sets the format, maps and queues the buffers and starts the stream; 0 or the first error.
+    // Sets the format, maps and queues the buffers and starts the stream; returns 0 or the first
+    // error.
     int start(std::uint32_t pixelFormat, std::uint32_t width, std::uint32_t height,
               std::uint32_t count = 4) {
         int error = setFormat(pixelFormat, width, height);
@@ -101,7 +102,7 @@ class VideoClient {
         return error != 0 ? error : streamOn();
     }
 
-    // Maps the buffer described by the record of VIDIOC_QUERYBUF; 0 or the error.
+    // Maps the buffer that VIDIOC_QUERYBUF described; returns 0 or the error.
     int map(const v4l2_buffer& record) {
         void* address = mmap(nullptr, record.length, PROT_READ | PROT_WRITE, MAP_SHARED,
                              descriptor_, static_cast<off_t>(record.m.offset));
@@ -112,12 +113,12 @@ class VideoClient {
         return 0;
     }
 
-    // The mapped bytes of a buffer, left-over ones included.
+    // The mapped bytes of a buffer, including leftovers.
     const std::uint8_t* bytes(std::uint32_t index) const {
         return static_cast<const std::uint8_t*>(mappings_.at(index).address);
     }
 
-    // Takes a frame and gives its buffer back at once; the error of the first request that failed.
+    // Dequeues a frame and queues its buffer again; returns the error of the first failed request.
     int takeFrame(v4l2_buffer& record) {
         record = buffer();
         const int error = request(VIDIOC_DQBUF, record);

@@ -193,7 +193,7 @@ TEST_F(CaptureDeviceTest, GivesAllBuffersBackWhenTheStreamIsSwitchedOff) {
     EXPECT_EQ(queue(0), 0);
 }
 
-TEST_F(CaptureDeviceTest, AnnouncesWhenAFrameCanBeFetched) {
+TEST_F(CaptureDeviceTest, ReportsWhenAFrameCanBeFetched) {
     std::optional<CaptureDevice::Time> ready;
     device_.attach(1, [&](auto time) { ready = time; });
     EXPECT_TRUE(ready); // an error can be fetched at once
@@ -235,7 +235,7 @@ TEST_F(CaptureDeviceTest, RefusesUnknownControls) {
     EXPECT_EQ(setControlValue(V4L2_CID_RED_BALANCE, 1), EINVAL);
 }
 
-TEST_F(CaptureDeviceTest, TellsTheRangesOfItsControls) {
+TEST_F(CaptureDeviceTest, ReportsTheRangesOfItsControls) {
     v4l2_queryctrl query{};
     query.id = V4L2_CID_GAMMA;
     ASSERT_EQ(request(VIDIOC_QUERYCTRL, query), 0);
@@ -254,7 +254,7 @@ TEST_F(CaptureDeviceTest, AdjustsTheFrameRateToAnOfferedOne) {
     EXPECT_EQ(parameters.parm.capture.timeperframe.denominator, 15U);
 }
 
-TEST_F(CaptureDeviceTest, DoesNotKnowForeignRequests) {
+TEST_F(CaptureDeviceTest, RefusesForeignRequests) {
     v4l2_std_id standard = 0;
     EXPECT_EQ(request(VIDIOC_G_STD, standard), ENOTTY);
 }

@@ -1,4 +1,4 @@
-// What goes wrong on command.
+// Faults on demand.
 #include "picture/jpeg.h"
 #include "support/camera_fixture.h"
 #include "support/scratch_folder.h"
@@ -34,7 +34,7 @@ class VirtualCameraFaults : public doccam::test::BareCameraTest {
         virtualcam::addFault(camera_, {FaultKind::kCall, request, at, error, 0, onwards});
     }
 
-    // Waits for a frame on another thread, and returns when that thread is blocked.
+    // Waits for a frame on another thread, and returns once that thread is blocked.
     std::future<int> blockedDequeue(VideoClient& client) const {
         std::future<int> result = std::async(std::launch::async, [&client] {
             v4l2_buffer record = VideoClient::buffer();
@@ -46,7 +46,7 @@ class VirtualCameraFaults : public doccam::test::BareCameraTest {
         return result;
     }
 
-    // The delivered bytes decoded by an independent path; empty when they are no picture.
+    // The delivered bytes decoded independently; empty when they are no picture.
     cv::Mat decodedLastFrame() const {
         const std::string path = folder_.file("frame.jpg");
         doccam::test::writeBytes(path, *virtualcam::lastFrame(camera_)->bytes);
@@ -61,7 +61,7 @@ class VirtualCameraFaults : public doccam::test::BareCameraTest {
     doccam::test::ScratchFolder folder_;
 };
 
-TEST_F(VirtualCameraFaults, FailsOnlyTheNthCallOfARequest) {
+TEST_F(VirtualCameraFaults, FailsOnlyTheNthCall) {
     failCall("VIDIOC_DQBUF", 2, EPROTO);
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
@@ -115,7 +115,7 @@ TEST_F(VirtualCameraFaults, FailsACloseThoughTheDescriptorIsGone) {
     EXPECT_EQ(virtualcam::openHandles(), 0);
 }
 
-TEST_F(VirtualCameraFaults, GrantsFewerBuffersThanAskedFor) {
+TEST_F(VirtualCameraFaults, GrantsFewerBuffersThanRequested) {
     setFault(FaultKind::kGrant, 1, 3);
     VideoClient client("/dev/video0");
     v4l2_requestbuffers request = VideoClient::buffers(5);
@@ -123,7 +123,7 @@ TEST_F(VirtualCameraFaults, GrantsFewerBuffersThanAskedFor) {
     EXPECT_EQ(request.count, 3U);
 }
 
-TEST_F(VirtualCameraFaults, GrantsMoreBuffersThanAskedFor) {
+TEST_F(VirtualCameraFaults, GrantsMoreBuffersThanRequested) {
     setFault(FaultKind::kGrant, 1, 8);
     VideoClient client("/dev/video0");
     v4l2_requestbuffers request = VideoClient::buffers(5);
@@ -144,7 +144,7 @@ TEST_F(VirtualCameraFaults, ReturnsAnImpossibleIndex) {
     EXPECT_EQ(record.index, 99U);
 }
 
-TEST_F(VirtualCameraFaults, MakesBuffersLargerThanThePictureAsThreeBytesAPixel) {
+TEST_F(VirtualCameraFaults, MakesBuffersLargerThanThreeBytesPerPixel) {
     setFault(FaultKind::kBufferBytes, 1, 640 * 480 * 3 + 5000);
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kYuyv, 640, 480), 0);
@@ -168,7 +168,7 @@ TEST_F(VirtualCameraFaults, SendsAPictureThatCannotBeDecodedOnce) {
     EXPECT_EQ(decodedLastFrame().size(), cv::Size(640, 480));
 }
 
-TEST_F(VirtualCameraFaults, SendsHalfAPictureAndNothingBehindIt) {
+TEST_F(VirtualCameraFaults, SendsHalfAPictureAndNothingAfterIt) {
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480, 1), 0);
     v4l2_buffer whole;
@@ -202,7 +202,7 @@ TEST_F(VirtualCameraFaults, SendsAPictureOfAnotherSize) {
     EXPECT_EQ(decodedLastFrame().size(), cv::Size(320, 240));
 }
 
-TEST_F(VirtualCameraFaults, FallsSilentAtAFrameAndGoesOnWithTheSameStream) {
+TEST_F(VirtualCameraFaults, FallsSilentAtAFrameAndResumesTheSameStream) {
     setFault(FaultKind::kStall, 2);
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
@@ -223,7 +223,7 @@ TEST_F(VirtualCameraFaults, WakesAWaiterWhenTheStreamIsSwitchedOff) {
     EXPECT_EQ(waiter.get(), EINVAL);
 }
 
-TEST_F(VirtualCameraFaults, WakesAWaiterWithEinvalAtAnUnplugAndThenKnowsNoDevice) {
+TEST_F(VirtualCameraFaults, WakesAWaiterWithEinvalAtAnUnplugAndThenReturnsEnodev) {
     virtualcam::stall(camera_);
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);
@@ -238,7 +238,7 @@ TEST_F(VirtualCameraFaults, WakesAWaiterWithEinvalAtAnUnplugAndThenKnowsNoDevice
     EXPECT_EQ(close(dup(client.descriptor())), 0);
 }
 
-TEST_F(VirtualCameraFaults, IsUnpluggedInPlaceOfAFrame) {
+TEST_F(VirtualCameraFaults, IsUnpluggedInsteadOfSendingAFrame) {
     setFault(FaultKind::kUnplug, 3);
     VideoClient client("/dev/video0");
     ASSERT_EQ(client.start(kMjpeg, 640, 480), 0);

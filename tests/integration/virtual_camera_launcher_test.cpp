@@ -39,7 +39,7 @@ Outcome launch(const std::string& arguments) {
     return run(std::string(DOCCAM_VIRTUALCAM_LAUNCHER) + " " + arguments);
 }
 
-// v4l2-ctl prints a sign for each, and the rate among them when a second has passed.
+// v4l2-ctl prints a character per frame, with the rate in between after each second.
 std::ptrdiff_t framesIn(const Outcome& outcome) {
     return std::count(outcome.text.begin(), outcome.text.end(), '<');
 }
@@ -114,7 +114,7 @@ TEST_F(VirtualCameraLauncher, PlaysTheScenarioItIsGiven) {
                                     ContainsRegex("STREAMON.*Input/output error")));
 }
 
-TEST_F(VirtualCameraLauncher, SendsForeignProgramsAwayWhenTheCameraIsUnplugged) {
+TEST_F(VirtualCameraLauncher, EndsOtherProgramsWhenTheCameraIsUnplugged) {
     const Outcome outcome = launch(scenario(R"({"cameras": [{"intervalMs": 0,
                             "faults": [{"fault": "unplug", "at": 4}]}]})") +
                                    "-- v4l2-ctl --stream-mmap --stream-count=30");
@@ -127,7 +127,7 @@ TEST_F(VirtualCameraLauncher, PassesTheExitStatusOn) {
     EXPECT_EQ(launch("-- /nonexistent/program").status, 127);
 }
 
-TEST_F(VirtualCameraLauncher, PassesOnASignalThatIsSentToIt) {
+TEST_F(VirtualCameraLauncher, PassesSignalsOn) {
     EXPECT_EQ(
         launch("-- sh -c 'trap \"exit 7\" TERM; kill -TERM $PPID; while :; do :; done'").status, 7);
 }

@@ -10,7 +10,7 @@ namespace {
 using namespace doccam::virtualcam;
 using testing::ElementsAre;
 
-TEST(ControlBankTest, RefusesValuesOutOfRangeWhenStrict) {
+TEST(ControlBankTest, RefusesOutOfRangeValuesWhenStrict) {
     ControlBank bank(documentCameraControls(), true);
     v4l2_control record{V4L2_CID_CONTRAST, 65};
     EXPECT_EQ(bank.set(record), ERANGE);
@@ -65,7 +65,7 @@ TEST(FrameClockTest, MakesTheFirstFrameDueOneIntervalAfterTheStart) {
     EXPECT_EQ(clock.number(), 1U);
 }
 
-TEST(FrameClockTest, PassesOverFramesThatFoundNoBuffer) {
+TEST(FrameClockTest, SkipsFramesThatFoundNoBuffer) {
     FrameClock clock;
     const FrameClock::Time now{};
     clock.start(now, std::chrono::milliseconds(40));

@@ -1,4 +1,4 @@
-// Steering the cameras of another program.
+// Controlling the cameras of another program.
 #include "remote/line_socket.h"
 #include "remote/plugging.h"
 #include "support/scratch_folder.h"
@@ -33,7 +33,7 @@ int connectTo(const std::string& path) {
     return client;
 }
 
-// Until the other side has read all that was sent.
+// Waits until the other side has read everything sent.
 void awaitRead(int client) {
     int unread = 1;
     while (unread != 0 && ioctl(client, SIOCOUTQ, &unread) == 0) {
@@ -66,7 +66,7 @@ TEST_F(LineSocketTest, EndsThoughAClientSaysNothing) {
     close(client);
 }
 
-TEST_F(LineSocketTest, TakesNobodysPlace) {
+TEST_F(LineSocketTest, RefusesAPathInUse) {
     const LineSocket first(path_, echo);
     EXPECT_THROW(LineSocket(path_, echo), std::runtime_error);
     EXPECT_EQ(ask(path_, "one"), "heard one");

@@ -24,7 +24,7 @@ std::string errorFrom(const std::string& text) {
     return "";
 }
 
-TEST(Scenario, FillsInAUsualDocumentCamera) {
+TEST(Scenario, DefaultsToAUsualDocumentCamera) {
     const std::vector<CameraDescription> cameras = parseScenario(R"({"cameras": [{}]})");
     ASSERT_EQ(cameras.size(), 1U);
     EXPECT_EQ(cameras[0].vendor, "0c45");

@@ -42,7 +42,7 @@ TEST(DrawnScene, ShowsTheFlatSheetWhereItLies) {
     EXPECT_GT(cv::PSNR(straight, flat), 20.0);
 }
 
-TEST(DrawnScene, PressesARedStamp) {
+TEST(DrawnScene, DrawsARedStamp) {
     const cv::Mat flat = flatSheet({});
     cv::Mat red;
     cv::inRange(flat, cv::Scalar(0, 0, 150), cv::Scalar(90, 90, 255), red);
@@ -55,7 +55,7 @@ TEST(DrawnScene, ShrinksSymbolsThatAreTooWide) {
     EXPECT_EQ(flatSheet(settings).size(), flatSheet({}).size());
 }
 
-TEST(DrawnScene, RepeatsANoisePatternByItsNumber) {
+TEST(DrawnScene, RepeatsANoisePatternForTheSameNumber) {
     const cv::Mat plain(600, 700, CV_8UC3, cv::Scalar::all(128));
     const auto noisy = [&](int pattern) {
         cv::Mat copy = plain.clone();
@@ -91,7 +91,7 @@ TEST(CameraPicture, TurnsPureColoursIntoTheirYuyv) {
     EXPECT_THAT(encodeYuyv(blue), testing::ElementsAre(41, 240, 41, 110));
 }
 
-TEST(CameraPicture, ShowsAPhotographAtTheAskedSize) {
+TEST(CameraPicture, ShowsAPhotographAtTheRequestedSize) {
     const doccam::test::ScratchFolder folder;
     const cv::Mat photo = drawScene({}, {1600, 1200});
     doccam::test::writeJpeg(folder.file("photo.jpg"), photo);

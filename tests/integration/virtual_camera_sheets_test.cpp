@@ -24,7 +24,7 @@ bool isEmptyDesk(const SceneSettings& scene) {
     return brightest < 60;
 }
 
-TEST(SheetChange, LeavesASheetForEverUnlessToldOtherwise) {
+TEST(SheetChange, KeepsASheetForEverByDefault) {
     EXPECT_EQ(sceneAt({}, 1000000), SceneSettings());
 }
 
@@ -38,7 +38,7 @@ TEST(SheetChange, LetsEachSheetLieStillForItsFrames) {
     }
 }
 
-TEST(SheetChange, PutsNoSheetDownAsTheOneBefore) {
+TEST(SheetChange, PlacesEachSheetDifferentlyFromTheLast) {
     const SceneSettings scene = changing();
     for (std::uint32_t sheet = 0; sheet < 20; ++sheet) {
         const SceneSettings one = sceneAt(scene, sheet * 19);
@@ -65,7 +65,7 @@ TEST(SheetChange, NeedsNoFramesForTheChange) {
     EXPECT_EQ(sceneAt(scene, 10).sheet, 1);
 }
 
-TEST(SheetChange, CountsTheFirstNumberOfATextUp) {
+TEST(SheetChange, IncrementsTheFirstNumberOfAText) {
     EXPECT_EQ(countedUp("DOC-0042-2026", 1), "DOC-0043-2026");
     EXPECT_EQ(countedUp("sheet/0099", 1), "sheet/0100");
     EXPECT_EQ(countedUp("9", 1), "10");

@@ -96,7 +96,7 @@ TEST_F(VirtualCameraUdev, ForgetsAnUnpluggedCamera) {
     EXPECT_EQ(bed_.path(first), "");
 }
 
-TEST_F(VirtualCameraUdev, GivesAReplugTheSameNumbersWhenNothingHoldsTheNode) {
+TEST_F(VirtualCameraUdev, ReusesTheNumbersOnReplugWhenNothingHoldsTheNode) {
     const auto camera = bed_.add(fastCamera());
     bed_.unplug(camera);
     bed_.plug(camera);

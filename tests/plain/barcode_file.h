@@ -1,12 +1,12 @@
-// What zbar's own reader of picture files does with one, in this process.
+// Reading a code from a picture file with zbar's own scanner.
 #pragma once
 
 #include <string>
 
 namespace doccam::plain {
 
-// Reads the picture, makes it grey and scans it once as a new scanner is set. The text of the first
-// symbol; empty when there is none.
+// Reads the picture, converts it to grey and scans it once with a default scanner. Returns the text
+// of the first symbol, or an empty one.
 std::string codeInFile(const std::string& path);
 
 } // namespace doccam::plain

@@ -17,7 +17,7 @@ constexpr int kSmallRegion = 30000;
 constexpr float kGamma = 0.4F;
 constexpr int kRowUnit = 4;
 
-cv::Mat lifted(const cv::Mat& page) {
+cv::Mat flatFielded(const cv::Mat& page) {
     cv::Mat curve(1, 256, CV_8UC1);
     for (int i = 0; i < 256; ++i) {
         curve.at<uchar>(i) =
@@ -78,7 +78,7 @@ bool isColoured(const cv::Vec3b& pixel) {
 }
 
 Plane marginMask(const cv::Mat& page) {
-    const Plane outline = sheetOutline(lifted(page));
+    const Plane outline = sheetOutline(flatFielded(page));
     Plane mask(page.size());
     paintMargins(mask.rows, findMargins(page.size(), [&](int x, int y) {
                      return outline.unpaddedAt(x, y) == 255 || isColoured(page.at<cv::Vec3b>(y, x));
@@ -87,7 +87,7 @@ Plane marginMask(const cv::Mat& page) {
 }
 
 void deleteBlackEdge(cv::Mat page) {
-    whitenAround(sheetOutline(lifted(flattened(page))), page);
+    whitenAround(sheetOutline(flatFielded(flattened(page))), page);
 }
 
 void deleteBlackEdgeByBrightness(cv::Mat page) {

@@ -5,11 +5,11 @@
 
 namespace doccam::plain {
 
-// A one-channel picture that is read as though its rows had no padding, though they have.
+// A one-channel picture with padded rows that is read as though they had no padding.
 struct Plane {
     explicit Plane(cv::Size size);
 
-    // The byte that a reader takes for (x, y) who steps from row to row by the width.
+    // The byte found for (x, y) when the width is taken for the stride.
     uchar unpaddedAt(int x, int y) const {
         return memory.data[static_cast<std::size_t>(y) * static_cast<std::size_t>(rows.cols) +
                            static_cast<std::size_t>(x)];
@@ -19,10 +19,10 @@ struct Plane {
     cv::Mat rows;   // the true rows, a view
 };
 
-// 255 along the outlines of what is large and bright.
+// 255 along the outlines of large bright regions.
 Plane sheetOutline(const cv::Mat& page);
 
-// 255 in the margins, which coloured pixels end as well.
+// 255 in the margins, which coloured pixels also end.
 Plane marginMask(const cv::Mat& page);
 
 bool isColoured(const cv::Vec3b& pixel);

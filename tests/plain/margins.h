@@ -11,12 +11,12 @@ namespace doccam::plain {
 
 enum class Walk { kForward, kBackward };
 
-// How many pixels of a line of length positions belong to the margin at the end where the walk
-// begins: all up to the outline, and the outline's first three pixels. The outline is met where
-// three neighbouring positions are marked. Without one the whole line is margin.
+// The number of pixels in the margin of a line of length positions, at the end where the walk
+// begins: all before the outline, and the outline's first three. The outline begins where three
+// neighbouring positions are marked. Without one the whole line is margin.
 //
-// Position 0 counts as the neighbour met before the first mark, so that a forward walk takes marks
-// at 1 and 2 for an outline that begins at 0.
+// Position 0 counts as the first mark's neighbour, so that a forward walk takes marks at 1 and 2
+// for an outline that begins at 0.
 template <typename IsMarked>
 int marginDepth(int length, Walk walk, IsMarked isMarked) {
     constexpr int kOutline = 3;
@@ -49,7 +49,7 @@ struct Margins {
     std::vector<int> top, bottom; // by column
 };
 
-// isMarked(x, y) says whether the outline runs through a pixel.
+// isMarked(x, y) returns whether the outline runs through a pixel.
 template <typename IsMarked>
 Margins findMargins(cv::Size size, IsMarked isMarked) {
     Margins margins;
@@ -66,8 +66,8 @@ Margins findMargins(cv::Size size, IsMarked isMarked) {
     return margins;
 }
 
-// Sets every sample of target's pixels within the margins to 255. target is 8-bit and has the size
-// that the margins were found for.
+// Sets the pixels of target within the margins to 255. target is 8-bit and of the size that the
+// margins were found for.
 void paintMargins(cv::Mat& target, const Margins& margins);
 
 } // namespace doccam::plain

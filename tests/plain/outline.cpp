@@ -52,7 +52,7 @@ cv::Mat reducedGrey(const cv::Mat& frame) {
     return grey;
 }
 
-cv::Mat lifted(const cv::Mat& grey) {
+cv::Mat flatFielded(const cv::Mat& grey) {
     cv::Mat background;
     cv::GaussianBlur(grey, background, {kAperture, kAperture}, 0, 0, cv::BORDER_REPLICATE);
     cv::Mat result(grey.size(), CV_8UC1);
@@ -67,7 +67,7 @@ cv::Mat lifted(const cv::Mat& grey) {
 }
 
 Outline drawEdge(cv::Mat& frame, int drawFlag) {
-    cv::Mat binary = lifted(reducedGrey(frame));
+    cv::Mat binary = flatFielded(reducedGrey(frame));
     cv::threshold(binary, binary, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
     const std::unique_ptr<CvMemStorage, Release> storage(cvCreateMemStorage(0));
     CvMat view = cvMat(binary);

@@ -9,18 +9,18 @@
 
 namespace doccam::plain {
 
-// What the search leaves behind.
+// The result of the search.
 struct Outline {
     int result = 0;              // as DrawingEdge returns it
-    std::vector<int> areas = {}; // of what is large enough for a sheet
+    std::vector<int> areas = {}; // of the regions large enough for a sheet
     std::array<int, 8> corners = {};
 };
 
-// A quarter as wide and high, grey. frame is red first.
+// frame, red first, as grey at a quarter of its width and height.
 cv::Mat reducedGrey(const cv::Mat& frame);
 
-// Grey freed of its slow changes.
-cv::Mat lifted(const cv::Mat& grey);
+// Grey with its slow variation removed.
+cv::Mat flatFielded(const cv::Mat& grey);
 
 // Searches the red-first frame, and draws the outline into it when draw is 1.
 Outline drawEdge(cv::Mat& frame, int draw);

@@ -40,7 +40,7 @@ long residentKilobytes() {
 } // namespace
 
 ProcessSize processSize() {
-    // What the allocator merely keeps is no growth.
+    // Memory that the allocator merely keeps is no growth.
     malloc_trim(0);
     return {residentKilobytes(), entries("/proc/self/fd"), entries("/proc/self/task"),
             lines("/proc/self/maps")};

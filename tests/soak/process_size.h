@@ -1,4 +1,4 @@
-// What this process holds.
+// The resources this process holds.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ struct ProcessSize {
 
 ProcessSize processSize();
 
-// One row of a table, under a name.
+// Prints one row of a table.
 void print(const std::string& name, const ProcessSize& size);
 
 } // namespace doccam::test

@@ -15,8 +15,8 @@ RestlessHost::~RestlessHost() {
     thread_.join();
 }
 
-int RestlessHost::between(int least, int most) {
-    return std::uniform_int_distribution<int>(least, most)(random_);
+int RestlessHost::between(int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random_);
 }
 
 void RestlessHost::run() {
@@ -87,7 +87,7 @@ void RestlessHost::changeSetting() {
         SetRotate(between(-1, 4));
         break;
     case 6:
-        SetVideoFormat(between(0, 1)); // of the next session
+        SetVideoFormat(between(0, 1)); // takes effect in the next session
         break;
     default:
         SetFileFormat(between(0, 9));

@@ -1,4 +1,4 @@
-// A host that does everything a host may do, at random and without rest.
+// A host that makes every possible call, at random and without pause.
 #pragma once
 
 #include <atomic>
@@ -8,8 +8,8 @@
 
 namespace doccam::test {
 
-// Changes every setting, rotates, zooms, pans, reads and moves controls, focuses, takes stills into
-// folder and reads codes until it is destroyed.
+// Until its destruction: changes every setting, rotates, zooms, pans, reads and sets controls,
+// focuses, takes stills into folder and reads codes.
 class RestlessHost {
   public:
     explicit RestlessHost(std::string folder);
@@ -26,7 +26,7 @@ class RestlessHost {
     void act();
     void changeSetting();
     void changeView();
-    int between(int least, int most);
+    int between(int low, int high);
 
     std::string folder_;
     std::mt19937 random_{20};

@@ -1,5 +1,5 @@
-// Sessions and frames by the thousand leave the process as it was. DOCCAM_SOAK_SESSIONS and
-// DOCCAM_SOAK_FRAMES make the runs long.
+// Thousands of sessions and frames must not make the process grow. DOCCAM_SOAK_SESSIONS and
+// DOCCAM_SOAK_FRAMES lengthen the runs.
 #include "integration/session_fixture.h"
 #include "soak/process_size.h"
 #include "soak/restless_host.h"
@@ -23,21 +23,21 @@ int fromEnvironment(const char* name, int usual) {
     return value != nullptr ? std::atoi(value) : usual;
 }
 
-// Most faults are the price of settings at random; none may end the stream.
+// Random settings cause many faults; none may end the stream.
 void onFault(int fault, const char* message) {
     if (fault == DOCCAM_FAULT_STREAM_ENDED) {
         std::fprintf(stderr, "the stream has ended: %s\n", message);
-        tellThatTheStreamEnded();
+        notifyStreamEnded();
     }
 }
 
 void ignorePreview(unsigned char* pixels, int width, int height, int /*x*/, int /*y*/) {
-    // The last pixel too is the host's to read.
+    // The host may read up to the last pixel.
     volatile unsigned char last = pixels[width * height * 3 - 1];
     static_cast<void>(last);
 }
 
-// Tells of failures while standard output is silenced.
+// Prints failures while standard output is silenced.
 class FailuresOnStandardError : public testing::EmptyTestEventListener {
   public:
     void OnTestPartResult(const testing::TestPartResult& result) override {
@@ -56,7 +56,7 @@ class Soak : public SessionTest {
     }
 
     Soak() {
-        // The library's lines by the hundred thousand are of no use.
+        // The library prints lines by the hundred thousand.
         output_ = dup(STDOUT_FILENO);
         const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         dup2(nowhere, STDOUT_FILENO);
@@ -82,7 +82,7 @@ class Soak : public SessionTest {
         }
     }
 
-    // Half of the frames in either format, each half in a busy session.
+    // Half of the frames in each format, each half in a busy session.
     void framesWithARestlessHost(int count) {
         for (const int format : {kMjpegFormat, kYuyvFormat}) {
             ASSERT_NO_FATAL_FAILURE(openSmall(format));
@@ -90,7 +90,7 @@ class Soak : public SessionTest {
             {
                 const RestlessHost host(folder_.path());
                 ASSERT_TRUE(waitForFrames(framesSeen() + count / 2));
-                host.waitForActions(kLeastActions);
+                host.waitForActions(kMinActions);
                 std::fprintf(stderr, "%d frames, %ld actions of the host\n", count / 2,
                              host.actions());
             }
@@ -98,8 +98,8 @@ class Soak : public SessionTest {
         }
     }
 
-    // Runs a first time, so that everything made once is there, and then twice the half of the
-    // work. What the process holds must not grow from the first half to the second.
+    // Warms up, so that everything created once exists, then does the work in two halves. The
+    // process must not grow from the first half to the second.
     template <typename Run>
     static void expectFlat(int warmUp, int work, const std::string& name, Run run) {
         ASSERT_NO_FATAL_FAILURE(run(warmUp));
@@ -114,30 +114,30 @@ class Soak : public SessionTest {
         EXPECT_EQ(after.descriptors, before.descriptors);
         EXPECT_EQ(after.threads, before.threads);
         if (!kSanitized) { // a sanitizer keeps what was freed
-            EXPECT_LE(after.mappings, middle.mappings + kMostNewMappings);
-            EXPECT_LE(after.residentKilobytes, middle.residentKilobytes + kMostNewKilobytes);
+            EXPECT_LE(after.mappings, middle.mappings + kMaxNewMappings);
+            EXPECT_LE(after.residentKilobytes, middle.residentKilobytes + kMaxNewKilobytes);
         }
         EXPECT_EQ(virtualcam::openHandles(), 0);
         EXPECT_EQ(virtualcam::liveMappings(), 0);
     }
 
-    // By then the host has done everything, so that nothing is new to the process later.
-    static constexpr long kLeastActions = kSanitized ? 50 : 600;
+    // After so many actions the host has tried everything at least once.
+    static constexpr long kMinActions = kSanitized ? 50 : 600;
 
-    // The allocator's to settle.
-    static constexpr long kMostNewMappings = 4;
-    static constexpr long kMostNewKilobytes = 4 * 1024;
+    // Left to the allocator.
+    static constexpr long kMaxNewMappings = 4;
+    static constexpr long kMaxNewKilobytes = 4 * 1024;
 
     ScratchFolder folder_;
     int output_ = -1;
 };
 
-TEST_F(Soak, OfSessionsLeavesTheProcessAsItWas) {
+TEST_F(Soak, OfSessionsDoesNotGrowTheProcess) {
     const int count = fromEnvironment("DOCCAM_SOAK_SESSIONS", 20);
     expectFlat(std::max(4, count / 10), count, "sessions", [](int some) { sessions(some); });
 }
 
-TEST_F(Soak, OfFramesWithARestlessHostLeavesTheProcessAsItWas) {
+TEST_F(Soak, OfFramesWithARestlessHostDoesNotGrowTheProcess) {
     const int count = fromEnvironment("DOCCAM_SOAK_FRAMES", kSanitized ? 100 : 300);
     expectFlat(std::max(kSanitized ? 30 : 100, count / 10), count, "frames",
                [this](int some) { framesWithARestlessHost(some); });

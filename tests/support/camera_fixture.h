@@ -11,11 +11,11 @@
 
 namespace doccam::test {
 
-// Begins every test without a camera and removes whatever the test has plugged in. Sleeps of the
-// code under test last as long as asked unless the test sets a scale.
+// Starts every test without a camera and removes whatever the test plugged in. Sleeps of the code
+// under test last their full time unless the test sets a scale.
 class BareCameraTest : public ::testing::Test {
   protected:
-    // A camera that delivers frames as fast as they are asked for.
+    // A camera that delivers frames as fast as they are dequeued.
     static virtualcam::CameraDescription fastCamera(const std::string& vendor = "0c45",
                                                     const std::string& product = "6366") {
         virtualcam::CameraDescription camera = virtualcam::documentCamera(vendor, product);
@@ -26,7 +26,7 @@ class BareCameraTest : public ::testing::Test {
     virtualcam::TestBed bed_;
 };
 
-// Begins with two cameras of different models. The one whose model stands later in the table of
+// Starts with two cameras of different models. The one whose model is later in the table of
 // supported models has the lower node numbers.
 class CameraTest : public BareCameraTest {
   protected:

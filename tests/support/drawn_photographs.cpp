@@ -1,5 +1,4 @@
-// What a camera makes of a sheet, drawn: the light falls off, the sensor is grainy, the file a
-// JPEG.
+// Draws a sheet as a camera would photograph it: uneven light, sensor noise, JPEG artefacts.
 #include "photographs.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -10,7 +9,7 @@
 namespace doccam::test {
 namespace {
 
-using Corners = std::vector<cv::Point2f>; // of the sheet, from the upper left clockwise
+using Corners = std::vector<cv::Point2f>; // of the sheet, clockwise from the top left
 
 const cv::Size kFrame(1632, 1224);
 
@@ -36,7 +35,7 @@ cv::Mat plainDesk(cv::Size size, int level) {
     return {size, CV_8UC3, cv::Scalar::all(level)};
 }
 
-// Boards with a grain along them, and the dark floor beyond their edge.
+// Boards with grain along them, and the dark floor past their edge.
 cv::Mat woodenDesk(cv::Size size) {
     cv::RNG random(3);
     cv::Mat grain(size.height, size.width / 24, CV_8UC1);

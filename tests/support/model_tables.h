@@ -1,4 +1,4 @@
-// Tables of camera models, for all who read them: each must make the same of a table.
+// Tables of camera models: the library's parser and the doctor's must agree on each.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ namespace doccam::test {
 
 struct ModelTableCase {
     std::string text;
-    std::vector<std::string> rows; // "vvvv:pppp"; none where a line is malformed
-    int errorLine = 0;             // 1-based; 0 where the table is well formed
+    std::vector<std::string> rows; // "vvvv:pppp"; empty if a line is malformed
+    int errorLine = 0;             // 1-based; 0 if the table is well formed
 };
 
-// Rows of different models, one a line.
+// Rows of different models, one per line.
 inline std::string modelRows(int count) {
     std::string text;
     for (int row = 0; row < count; ++row) {
@@ -40,7 +40,7 @@ inline std::vector<ModelTableCase> modelTables() {
     return tables;
 }
 
-// A byte more is too large for a table.
+// The largest accepted table in bytes.
 inline constexpr std::size_t kLargestModelTable = 65536;
 
 } // namespace doccam::test

@@ -1,5 +1,5 @@
-// Keeps OpenCV's work in the calling thread: the thread sanitizer does not see how its
-// workers hand over.
+// Keeps OpenCV's work in the calling thread: the thread sanitizer cannot see how its workers
+// synchronise.
 #include <opencv2/core/utility.hpp>
 
 namespace {

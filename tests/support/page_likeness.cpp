@@ -26,7 +26,7 @@ cv::Mat turned(const cv::Mat& image, double degrees) {
     return result;
 }
 
-// High where rows of text and gaps between them fall into rows of pixels.
+// High when lines of text align with rows of pixels.
 double rowContrast(const cv::Mat& image) {
     cv::Mat rows;
     cv::reduce(image, rows, 1, cv::REDUCE_AVG, CV_64F);
@@ -49,7 +49,7 @@ double likeness(const cv::Mat& greyPage, const cv::Mat& flatSheet, int border) {
     cv::Mat page = greyPage(inner).clone();
     cv::Mat flat;
     cv::resize(grey(flatSheet), flat, page.size(), 0, 0, cv::INTER_AREA);
-    // A letter's stroke is finer than the play that the outline leaves.
+    // Letter strokes are finer than the play of the outline.
     cv::GaussianBlur(page, page, {9, 9}, 0);
     cv::GaussianBlur(flat, flat, {9, 9}, 0);
     cv::Mat result;

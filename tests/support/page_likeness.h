@@ -1,18 +1,17 @@
-// Whether a saved page is straight, the right way up, and still carries its text.
+// Measures whether a saved page is straight, upright, and has its text intact.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
 
 namespace doccam::test {
 
-// The page turned back by that many quarters clockwise, as 8-bit grey.
+// The page, turned quarters times clockwise, turned back, as 8-bit grey.
 cv::Mat turnedBack(const cv::Mat& page, int quarters);
 
-// The correlation, -1 to 1, of the page with the flat sheet stretched over it but for the border.
+// The correlation, -1 to 1, of the page inside its border with the flat sheet stretched to it.
 double likeness(const cv::Mat& greyPage, const cv::Mat& flatSheet, int border);
 
-// By how many degrees the lines of text of an upright page are off the level, searched within two
-// degrees to either side.
+// The tilt of the lines of text of an upright page in degrees, searched within two degrees.
 double lineTilt(const cv::Mat& greyPage);
 
 } // namespace doccam::test

@@ -18,7 +18,7 @@ long peakKilobytes() {
     return 0;
 }
 
-// The kernel's word for resetting the peak to the present size.
+// Resets the kernel's peak to the present size.
 void resetPeak() {
     std::ofstream("/proc/self/clear_refs") << 5;
 }

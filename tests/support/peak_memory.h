@@ -1,14 +1,14 @@
-// How much memory the process takes at its peak.
+// The process's peak memory.
 #pragma once
 
 namespace doccam::test {
 
-// Begins with what the process holds now, whatever it has held before.
+// Measures from the present size, whatever the earlier peak.
 class PeakMemory {
   public:
     PeakMemory();
 
-    // How much more it has held since, in kilobytes.
+    // The peak above the starting size, in kilobytes.
     long growth() const;
 
   private:

@@ -1,4 +1,4 @@
-// Photographs of sheets to try a step with: drawn ones, and real ones where there are some.
+// Photographs of sheets as test input: drawn ones, and real ones where available.
 #pragma once
 
 #include <opencv2/core.hpp>
@@ -13,14 +13,14 @@ struct Photograph {
     cv::Mat picture;  // blue first
 };
 
-// A printed sheet on a black desk, a letter seen in perspective, and a tilted sheet on bright wood:
-// drawn with uneven light, grain and the traces of a JPEG, always the same.
+// A printed sheet on a black desk, a letter seen in perspective, and a tilted sheet on bright wood,
+// drawn with uneven light, noise and JPEG artefacts, always the same.
 std::vector<Photograph> drawnPhotographs();
 
-// The pictures in the folder that DOCCAM_PHOTOS names; none when it names no folder.
+// The pictures in the folder DOCCAM_PHOTOS; none if it is unset.
 std::vector<Photograph> realPhotographs();
 
-// All of them.
+// Drawn and real.
 std::vector<Photograph> photographs();
 
 } // namespace doccam::test

@@ -5,8 +5,8 @@
 
 namespace doccam::test {
 
-// Collects everything that the process writes to standard output (or standard error), by any
-// thread, from construction until take() or destruction.
+// Collects everything that any thread writes to standard output (or standard error), from
+// construction until take() or destruction.
 class PrintedText {
   public:
     enum class Stream { kOutput = 1, kError = 2 };

@@ -1,9 +1,9 @@
-// Why a file cannot be written: the disk is full, or the user has no right to.
+// Reasons why a file cannot be written: a full disk, or missing permission.
 #pragma once
 
 namespace doccam::test {
 
-// While alive, no file can grow beyond this size: to a writer, a disk that is full.
+// While alive, no file can grow beyond this size, which a writer sees as a full disk.
 class FullDisk {
   public:
     explicit FullDisk(unsigned long bytes);

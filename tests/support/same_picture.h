@@ -6,7 +6,7 @@
 
 namespace doccam::test {
 
-// Same size, type and pixels; otherwise it says where the first difference is.
+// Same size, type and pixels; otherwise names the first difference.
 testing::AssertionResult isSamePicture(const cv::Mat& actual, const cv::Mat& expected);
 
 } // namespace doccam::test

@@ -1,4 +1,4 @@
-// Whether this build watches itself, which makes it slow and large.
+// Whether this build runs under a sanitizer, which makes it slow and large.
 #pragma once
 
 namespace doccam::test {

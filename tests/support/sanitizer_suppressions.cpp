@@ -1,4 +1,4 @@
-// What the sanitizers report of other people's code, and of the one object kept on purpose.
+// Suppressions for other libraries' code, and for the one object kept on purpose.
 
 extern "C" {
 __attribute__((visibility("default"))) const char* __lsan_default_options();
@@ -7,7 +7,7 @@ __attribute__((visibility("default"))) const char* __tsan_default_options();
 __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
 }
 
-// What a program says on standard error is its own.
+// Tests compare standard error, so LeakSanitizer must not print its suppressions there.
 const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
@@ -22,11 +22,10 @@ const char* __tsan_default_options() {
     return "die_after_fork=0";
 }
 
-// OpenCV registers the codecs of the GIS library, which takes two of its own locks in
-// both orders while it does so; no thread of ours takes part. The code reader has the system's
-// loader load and unload character sets, under a lock of the loader that the sanitizer cannot see.
-// Nor can it see the locks of the library that the mocked device tree is built on, or those that
-// the virtual camera takes inside of the sanitizer's own poll().
+// OpenCV registers the codecs of GDAL, which takes two of its own locks in both orders; no thread
+// of ours takes part. zbar uses iconv, which loads and unloads character sets under a lock of the
+// dynamic loader that the sanitizer cannot see. Nor can it see GLib's locks under the mocked device
+// tree, or those that the virtual camera takes inside the sanitizer's own poll().
 const char* __tsan_default_suppressions() {
     return "deadlock:libgdal.so\nrace:ld-linux-x86-64.so\nrace:libglib-2.0.so\n"
            "race:pollNodes\n";

@@ -1,4 +1,4 @@
-// A folder for one test's files, deleted with everything in it at the end.
+// A folder for one test's files, deleted at the end with its contents.
 #pragma once
 
 #include <filesystem>

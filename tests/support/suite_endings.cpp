@@ -1,4 +1,4 @@
-// Cases that end in every way, for suite_test.sh.
+// Cases that end in every possible way, for suite_test.sh.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

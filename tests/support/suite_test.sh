@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A suite fails when a case fails or its process ends early, and the output names the case:
-# suite_test.sh SUITE ENDINGS
+# Checks that a suite fails when a case fails or its process ends early, and that the output names
+# the case: suite_test.sh SUITE ENDINGS
 set -euo pipefail
 suite=$1 endings=$2
 work=$(mktemp -d)

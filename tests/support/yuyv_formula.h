@@ -1,4 +1,4 @@
-// The colour formula of YUYV with its fractions, to compare faster ways with.
+// The YUYV colour formula in floating point, the reference for faster versions.
 #pragma once
 
 #include <array>
@@ -6,7 +6,7 @@
 
 namespace doccam::test {
 
-// Single precision decides which values pass the knee.
+// Single precision decides which values exceed the knee.
 inline int limitedLevel(float value) {
     if (value > 250.0F) {
         value = 255.0F;
@@ -17,7 +17,7 @@ inline int limitedLevel(float value) {
     return static_cast<int>(std::trunc(value));
 }
 
-// The formula as it is written down, one line a channel; red, green, blue.
+// The formula as documented, one line per channel: red, green, blue.
 inline std::array<int, 3> yuyvFormula(int y, int u, int v) {
     const double blue = 1.164 * (y - 16) + 2.018 * (u - 128);
     const double green = 1.164 * (y - 16) - 0.813 * (v - 128) - 0.394 * (u - 128);

@@ -1,4 +1,4 @@
-// Two emulated cameras of different models, and what the kernel makes of them.
+// Two emulated cameras of different models, seen through the kernel.
 #pragma once
 
 #include "vm/camera/usb_camera.h"
@@ -7,7 +7,7 @@
 
 namespace doccam::vm {
 
-// A camera with the frames it sends, which come first so that they live longer.
+// A camera and the frames it sends; frames come first, as they must outlive the camera.
 struct BenchCamera {
     explicit BenchCamera(const virtualcam::CameraDescription& description)
       : frames(description.scene)
@@ -19,13 +19,13 @@ struct BenchCamera {
 
 class Bench {
   public:
-    // Plugs both in, the later model first, and waits for the device manager.
+    // Plugs both in, the later model first, and waits for udev.
     Bench();
 
     void plugIn(BenchCamera& camera);
     void unplug(BenchCamera& camera);
 
-    // The camera behind the library's index.
+    // The camera at the library's index.
     BenchCamera& camera(int index) { return index == 0 ? earlier_ : later_; }
 
     // Prints the kernel and, for each capture node, its driver and the camera's USB numbers.
@@ -33,11 +33,11 @@ class Bench {
 
   private:
     DeviceEvents events_;
-    BenchCamera earlier_; // in the table of models
+    BenchCamera earlier_; // in the order of the table of models
     BenchCamera later_;
 };
 
-// How many descriptors of this process lead to video devices.
+// The number of descriptors of this process that refer to video devices.
 int openVideoNodes();
 
 } // namespace doccam::vm

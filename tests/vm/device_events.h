@@ -1,4 +1,4 @@
-// What the device manager announces about video devices.
+// udev's events about video devices.
 #pragma once
 
 #include <libudev.h>
@@ -8,13 +8,13 @@
 
 namespace doccam::vm {
 
-// Collects events from its construction on.
+// Collects events from construction on.
 class DeviceEvents {
   public:
     DeviceEvents();
 
-    // Waits until so many events of this action, "add" or "remove", have come since the last wait.
-    // A camera causes two, for its pictures and for its metadata.
+    // Waits for count events of this action, "add" or "remove", since the last wait. A camera
+    // causes two, for its capture and its metadata node.
     void waitFor(const std::string& action, int count);
 
   private:

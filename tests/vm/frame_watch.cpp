@@ -13,7 +13,7 @@ std::mutex mutex;
 std::condition_variable came;
 bool wanted = false;
 cv::Mat copy;
-std::optional<std::string> end; // of the stream, and why
+std::optional<std::string> end; // why the stream ended
 
 void onFrame(unsigned char* pixels, int width, int height) {
     const std::lock_guard lock(mutex);

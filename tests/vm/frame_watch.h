@@ -1,4 +1,4 @@
-// The frames that the library hands to its host, and the end of its stream.
+// The frames that the library delivers to its host, and the end of its stream.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -7,17 +7,16 @@
 
 namespace doccam::vm {
 
-// Registers the callbacks for frames and faults; once in a process is enough.
+// Registers the callbacks for frames and faults. Once per process is enough.
 void watchFrames();
 
-// Forgets that an earlier stream has ended; before a new one begins.
+// Forgets that an earlier stream has ended. Call before opening a new one.
 void expectStream();
 
-// Waits for a frame that comes after this call and returns a copy, red first; empty when the stream
-// ends instead.
+// Waits for the next frame and returns a copy, red first; empty if the stream ends instead.
 cv::Mat nextFrame();
 
-// Waits until the stream has ended of itself and returns the reason.
+// Waits until the stream has ended by itself and returns the reason.
 std::string endOfStream();
 
 } // namespace doccam::vm

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Without a folder to put the kernel into, the script says so and fails: kernel_test.sh KERNEL
+# Checks that the script fails with a message when it has no folder for the kernel: kernel_test.sh KERNEL
 set -euo pipefail
 kernel=$1
 work=$(mktemp -d)

@@ -1,4 +1,4 @@
-// The library against a real kernel's UVC driver and device manager.
+// The library against a real kernel's UVC driver and udev.
 #include "support/scratch_folder.h"
 #include "vm/bench.h"
 #include "vm/frame_watch.h"
@@ -54,7 +54,7 @@ class RealDriver : public testing::Test {
         return format == kMjpegFormat ? virtualcam::kMjpeg : virtualcam::kYuyv;
     }
 
-    // Opens camera index and begins to stream; its pictures are drawn before.
+    // Draws the pictures of camera index, then opens it and starts to stream.
     void stream(int index, int format, Size size) {
         pictures_ = camera(index).frames.pictures(fourcc(format), size);
         SetVideoFormat(format);
@@ -74,11 +74,11 @@ class RealDriver : public testing::Test {
     static cv::Mat still(const std::string& path) {
         EXPECT_EQ(captureImage(path.c_str()), 0);
         nextFrame();
-        nextFrame(); // of a slow machine the library does not wait for the still
+        nextFrame(); // on a slow machine captureImage() returns before the still is taken
         return cv::imread(path);
     }
 
-    // Which of the pictures sent this is, -1 for none of them.
+    // Which of the sent pictures this frame is, or -1.
     int pictureIn(const cv::Mat& frame) {
         for (std::size_t i = 0; i < pictures_.size(); ++i) {
             if (frame.size() != pictures_[i].size()) {
@@ -91,7 +91,7 @@ class RealDriver : public testing::Test {
         return -1;
     }
 
-    // Takes frames until each picture that the camera sends has been seen, and count frames.
+    // Takes at least count frames, and as many as show every picture that the camera sends.
     void expectFramesAsSent(int count) {
         std::set<int> seen;
         int frames = 0;
@@ -173,7 +173,7 @@ TEST_F(RealDriver, AStillIsCroppedToTheSheet) {
     stream(0, kYuyvFormat, {1600, 1200});
     SetCutType(1);
     nextFrame();
-    nextFrame(); // the outline that a still is cropped to is that of an earlier frame
+    nextFrame(); // a still is cropped to the outline of an earlier frame
     const cv::Mat sheet = still(path);
     ASSERT_FALSE(sheet.empty());
     EXPECT_NEAR(static_cast<double>(sheet.rows) / sheet.cols, 297.0 / 210.0, 0.03);
@@ -277,7 +277,7 @@ TEST_F(RealDriver, ACameraUnpluggedInMidStreamIsGone) {
     }
 }
 
-TEST_F(RealDriver, ACameraThatCameBackBeforeTheHostClosedIsOpenedAgain) {
+TEST_F(RealDriver, ACameraRepluggedBeforeTheHostClosedOpensAgain) {
     stream(0, kMjpegFormat, {640, 480});
     expectFramesAsSent(3);
     bench_->unplug(camera(0));
@@ -289,7 +289,7 @@ TEST_F(RealDriver, ACameraThatCameBackBeforeTheHostClosedIsOpenedAgain) {
     expectFramesAsSent(3);
 }
 
-TEST_F(RealDriver, TheOtherCameraStreamsOnWhileOneIsUnpluggedAndComesBack) {
+TEST_F(RealDriver, TheOtherCameraKeepsStreamingWhileOneIsReplugged) {
     stream(1, kMjpegFormat, {640, 480});
     expectFramesAsSent(3);
     bench_->unplug(camera(0));

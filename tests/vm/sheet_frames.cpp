@@ -19,7 +19,7 @@ cv::Mat decode(const std::vector<std::uint8_t>& bytes, std::uint32_t pixelFormat
                         decoded, unused);
         av_decode_deinit();
     } else {
-        constexpr int kPairBytes = 4; // the conversion takes one pair of pixels more
+        constexpr int kPairBytes = 4; // the conversion reads one more pair of pixels
         std::vector<std::uint8_t> packed = bytes;
         packed.resize(packed.size() + kPairBytes);
         cv::Mat room(size.height + 1, size.width, CV_8UC3);

@@ -1,4 +1,4 @@
-// The frames that the emulated cameras send: the drawn sheet in several positions.
+// The frames the emulated cameras send: the drawn sheet in several positions.
 #pragma once
 
 #include "device/frame_source.h"
@@ -11,21 +11,21 @@
 
 namespace doccam::vm {
 
-// Any thread. A picture is drawn when it is first wanted, which takes a second in the guest.
+// Thread-safe. A picture is drawn at its first use, which takes a second in the guest.
 class SheetFrames : public virtualcam::FrameSource {
   public:
     static constexpr std::uint32_t kPictures = 3;
 
     explicit SheetFrames(virtualcam::SceneSettings scene);
 
-    // Picture number % kPictures, or the one that is held.
+    // Picture number % kPictures, or the held one.
     virtualcam::FrameBytes frame(std::uint32_t pixelFormat, virtualcam::Size size,
                                  std::uint32_t number) override;
 
-    // Sends one picture only from now on; none: all of them in turn, as at first.
+    // From now on sends only this picture, or with none all of them in turn, as initially.
     void hold(std::optional<std::uint32_t> picture);
 
-    // All pictures as the library decodes them, red first. While no session is open.
+    // All pictures as the library decodes them, red first. Call while no session is open.
     std::vector<cv::Mat> pictures(std::uint32_t pixelFormat, virtualcam::Size size);
 
     const virtualcam::SceneSettings& scene() const { return scene_; }

@@ -30,7 +30,7 @@ Verdict verdictForOrigin(const std::string& origin) {
 
 } // namespace
 
-TEST(RandomToken, Has64DigitsAndIsNeverTheSame) {
+TEST(RandomToken, Has64DigitsAndNeverRepeats) {
     const std::string token = randomToken();
     EXPECT_EQ(token.size(), 64U);
     EXPECT_EQ(token.find_first_not_of("0123456789abcdef"), std::string::npos);
@@ -45,7 +45,7 @@ TEST(SameSecret, IsEqualityOfTexts) {
     EXPECT_FALSE(sameSecret("", "abc"));
 }
 
-TEST(Access, IsGivenUnderTheServersOwnNames) {
+TEST(Access, IsGrantedUnderTheServersOwnNames) {
     for (const char* host : {"127.0.0.1:8123", "localhost:8123", "LocalHost:8123", "[::1]:8123"}) {
         EXPECT_EQ(verdictForHost(loopbackRules(), host), Verdict::kAllowed) << host;
     }
@@ -59,7 +59,7 @@ TEST(Access, IsRefusedUnderForeignNames) {
     }
 }
 
-TEST(Access, OfANetworkServerIsGivenUnderNumbersButNotUnderNames) {
+TEST(Access, ToANetworkServerIsGrantedByAddressButNotByName) {
     const AccessRules rules = rulesFor("0.0.0.0", 8123, kToken);
     EXPECT_EQ(verdictForHost(rules, "192.168.1.7:8123"), Verdict::kAllowed);
     EXPECT_EQ(verdictForHost(rules, "[fe80::1]:8123"), Verdict::kAllowed);
@@ -68,7 +68,7 @@ TEST(Access, OfANetworkServerIsGivenUnderNumbersButNotUnderNames) {
     EXPECT_EQ(verdictForHost(rules, "[evil]:8123"), Verdict::kForeignHost);
 }
 
-TEST(Access, OfPort80NeedsNoPortInTheName) {
+TEST(Access, ToPort80NeedsNoPortInTheName) {
     const AccessRules rules = rulesFor("127.0.0.1", 80, kToken);
     EXPECT_EQ(verdictForHost(rules, "localhost"), Verdict::kAllowed);
     EXPECT_EQ(verdictForHost(rules, "localhost:80"), Verdict::kAllowed);
@@ -92,7 +92,7 @@ TEST(Access, NeedsTheToken) {
     }
 }
 
-TEST(Access, TakesTheSchemeInAnyCaseOfLetters) {
+TEST(Access, AcceptsTheSchemeInUpperAndLowerCase) {
     Credentials credentials = goodCredentials();
     credentials.authorization = "bearer " + kToken;
     EXPECT_EQ(judge(loopbackRules(), credentials), Verdict::kAllowed);

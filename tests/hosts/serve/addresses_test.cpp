@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-TEST(Addresses, AreTheOneThatTheServerListensAt) {
+TEST(Addresses, AreTheOneTheServerListensOn) {
     EXPECT_THAT(addressesOf("camera.lan", 81, "t"), ElementsAre("http://camera.lan:81/#token=t"));
     EXPECT_THAT(addressesOf("fd00::7", 81, "t"), ElementsAre("http://[fd00::7]:81/#token=t"));
 }

@@ -1,4 +1,4 @@
-// What is refused by its head alone.
+// Requests accepted or refused by their head alone.
 #include "serve/access/admission.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ constexpr std::size_t kLongest = 100;
 
 const std::string kWithToken = "Authorization: Bearer t\r\n";
 
-struct Asked {
+struct HeadCase {
     std::string method = "GET";
     std::string target = "/api/state";
     std::string headers = kWithToken;
@@ -19,14 +19,14 @@ struct Asked {
 
 class AdmissionTest : public testing::Test {
   protected:
-    int statusOf(const Asked& asked) {
+    int statusOf(const HeadCase& request) {
         const std::string start = " HTTP/1.1\r\nHost: 127.0.0.1:8123\r\n";
         const auto head =
-            parseHead(asked.method + " " + asked.target + start + asked.headers + "\r\n");
+            parseHead(request.method + " " + request.target + start + request.headers + "\r\n");
         EXPECT_TRUE(head);
         const AccessRules rules = rulesFor("127.0.0.1", 8123, "t");
         const auto refusal =
-            refusalOf({rules, tickets_, asked.isOpen, kLongest}, head.value_or(RequestHead{}));
+            refusalOf({rules, tickets_, request.isOpen, kLongest}, head.value_or(RequestHead{}));
         return refusal ? refusal->status : 200;
     }
 
@@ -42,18 +42,18 @@ class AdmissionTest : public testing::Test {
     Tickets tickets_;
 };
 
-TEST_F(AdmissionTest, IsGivenWithTheToken) {
+TEST_F(AdmissionTest, IsGrantedWithTheToken) {
     EXPECT_EQ(statusOf({}), 200);
     EXPECT_EQ(statusOf({.headers = ""}), 403);
     EXPECT_EQ(statusOf({.headers = "Authorization: Bearer u\r\n"}), 403);
 }
 
-TEST_F(AdmissionTest, IsNotGivenForATokenInTheAddressOrACookie) {
+TEST_F(AdmissionTest, IsRefusedForATokenInTheAddressOrACookie) {
     EXPECT_EQ(statusOf({.target = "/api/state?token=t", .headers = ""}), 403);
     EXPECT_EQ(statusOf({.headers = "Cookie: doccam-8123=t; token=t\r\n"}), 403);
 }
 
-TEST_F(AdmissionTest, IsGivenWithATicketOnceForOnePath) {
+TEST_F(AdmissionTest, IsGrantedWithATicketOnceForOnePath) {
     const std::string ticket = tickets_.issue("/events");
     EXPECT_EQ(statusOfTicket("/preview", ticket), 403);
     EXPECT_EQ(statusOfTicket("/events", ticket), 200);
@@ -61,7 +61,7 @@ TEST_F(AdmissionTest, IsGivenWithATicketOnceForOnePath) {
     EXPECT_EQ(statusOfTicket("/events", ""), 403);
 }
 
-TEST_F(AdmissionTest, IsNotGivenToAnotherSitesPageForATicket) {
+TEST_F(AdmissionTest, IsRefusedToAnotherSitesPageWithATicket) {
     const std::string ticket = tickets_.issue("/events");
     for (const char* site : {"cross-site", "same-site"}) {
         EXPECT_EQ(
@@ -71,14 +71,14 @@ TEST_F(AdmissionTest, IsNotGivenToAnotherSitesPageForATicket) {
     EXPECT_EQ(statusOfTicket("/events", ticket, "Sec-Fetch-Site: same-origin\r\n"), 200);
 }
 
-TEST_F(AdmissionTest, OfACommandIsNotGivenForATicket) {
+TEST_F(AdmissionTest, OfACommandIsRefusedWithATicket) {
     const std::string ticket = tickets_.issue("/api/zoom");
     EXPECT_EQ(statusOf({"POST", "/api/zoom?ticket=" + ticket,
                         "Content-Length: 1\r\nContent-Type: application/json\r\n"}),
               403);
 }
 
-TEST_F(AdmissionTest, ToAnOpenAddressNeedsTheServersNameAlone) {
+TEST_F(AdmissionTest, ToAnOpenAddressNeedsOnlyTheServersName) {
     EXPECT_EQ(statusOf({.headers = "", .isOpen = true}), 200);
     EXPECT_EQ(statusOf({.headers = "Origin: http://evil.example\r\n", .isOpen = true}), 403);
     EXPECT_EQ(statusOf({.headers = "Content-Length: 1\r\n", .isOpen = true}), 400);

@@ -1,4 +1,4 @@
-// Work for the one thread that calls the library.
+// The queue of work for the one thread that calls the library.
 #include "serve/commands/command_queue.h"
 #include "waiting.h"
 
@@ -52,7 +52,7 @@ TEST(CommandQueue, RunsEveryCommandOnTheServingThread) {
     }
 }
 
-TEST(CommandQueue, HandsBackWhatACommandThrows) {
+TEST(CommandQueue, RethrowsACommandsException) {
     CommandQueue queue;
     const Server server(queue);
     EXPECT_THROW(queue.order([]() -> int { throw std::out_of_range("no"); }), std::out_of_range);
@@ -70,7 +70,7 @@ TEST(CommandQueue, RefusesAWaitingCommandWhenItCloses) {
     CommandQueue queue;
     std::atomic<int> run{0};
     std::thread client([&] { EXPECT_THROW(queue.order([&] { ++run; }), Busy); });
-    // Whether the command is waiting by then or comes later, it is refused.
+    // The command is refused whether it already waits or comes later.
     queue.close();
     client.join();
     EXPECT_EQ(run, 0);
@@ -100,7 +100,7 @@ TEST(CommandQueue, RefusesWhatWouldWaitTooLong) {
     EXPECT_EQ(refused, 40);
 }
 
-TEST(CommandQueue, HasTheLengthAndTheRefusalOfItsMaking) {
+TEST(CommandQueue, HasItsGivenLengthAndRefusal) {
     CommandQueue queue(0, "come back later");
     try {
         queue.order([] {});
@@ -110,7 +110,7 @@ TEST(CommandQueue, HasTheLengthAndTheRefusalOfItsMaking) {
     }
 }
 
-TEST(CommandQueue, ServesOnWithoutCommands) {
+TEST(CommandQueue, KeepsServingWithoutCommands) {
     CommandQueue queue;
     EXPECT_TRUE(queue.serve(std::chrono::milliseconds(0)));
 }

@@ -1,4 +1,4 @@
-// What a connection may say, and for how long.
+// Reading and writing on a connection, with time limits.
 #include "serve/http/connection_stream.h"
 #include "waiting.h"
 
@@ -44,35 +44,35 @@ class ConnectionStreamTest : public testing::Test {
 };
 
 // Byte by byte, as lines are read.
-std::string readAll(ConnectionStream& stream, std::size_t most) {
+std::string readAll(ConnectionStream& stream, std::size_t limit) {
     std::string text;
     char c = 0;
-    while (text.size() < most && stream.read(&c, 1) == 1) {
+    while (text.size() < limit && stream.read(&c, 1) == 1) {
         text += c;
     }
     return text;
 }
 
-TEST_F(ConnectionStreamTest, ReadsFirstWhatWasSaidBefore) {
+TEST_F(ConnectionStreamTest, ReadsEarlierBytesFirst) {
     ConnectionStream stream(own(), "head", {.patience = kLong});
     say("body");
     EXPECT_EQ(readAll(stream, 8), "headbody");
 }
 
-TEST_F(ConnectionStreamTest, ReadsWhatWasSaidBeforeWhateverTheTime) {
+TEST_F(ConnectionStreamTest, ReadsEarlierBytesEvenAfterTheTimeLimit) {
     ConnectionStream stream(own(), "head", {.patience = kNoTime});
     EXPECT_TRUE(stream.is_readable());
     EXPECT_EQ(readAll(stream, 8), "head");
 }
 
-TEST_F(ConnectionStreamTest, ReadsNothingWhenTheTimeIsOver) {
+TEST_F(ConnectionStreamTest, ReadsNothingAfterTheTimeLimit) {
     ConnectionStream stream = streamWith({.patience = kNoTime});
     say("late");
     EXPECT_FALSE(stream.is_readable());
     EXPECT_EQ(readAll(stream, 4), "");
 }
 
-TEST_F(ConnectionStreamTest, GivesASilentPeerUp) {
+TEST_F(ConnectionStreamTest, GivesUpOnASilentPeer) {
     ConnectionStream stream = streamWith({.patience = std::chrono::milliseconds(1)});
     EXPECT_EQ(readAll(stream, 1), "");
 }
@@ -93,14 +93,14 @@ TEST_F(ConnectionStreamTest, WritesWhileThePeerIsThere) {
     EXPECT_EQ(stream.write("answer", 6), -1);
 }
 
-TEST_F(ConnectionStreamTest, WritesToAPeerThatHasSaidAll) {
+TEST_F(ConnectionStreamTest, WritesToAPeerThatHasShutDownItsSide) {
     ConnectionStream stream = streamWith({.patience = kNoTime});
     endSaying();
     EXPECT_TRUE(stream.is_writable());
     EXPECT_EQ(stream.write("answer", 6), 6);
 }
 
-TEST_F(ConnectionStreamTest, GivesAPeerUpThatTakesNothing) {
+TEST_F(ConnectionStreamTest, GivesUpOnAPeerThatReadsNothing) {
     ConnectionStream stream = streamWith({.writePatience = std::chrono::milliseconds(1)});
     const std::string much(1024 * 1024, 'x');
     ssize_t taken = 0;

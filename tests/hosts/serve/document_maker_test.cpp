@@ -1,4 +1,4 @@
-// PDFs of the tray's pages, made beside other work.
+// PDFs of the tray's pages, made in the background.
 #include "serve/tray/document_maker.h"
 
 #include <gtest/gtest.h>
@@ -60,7 +60,7 @@ TEST_F(DocumentMakerTest, RefusesOnceItIsClosed) {
     EXPECT_THROW(maker.make(), Busy);
 }
 
-TEST_F(DocumentMakerTest, KeepsThePicturesThatADocumentIsMadeOf) {
+TEST_F(DocumentMakerTest, KeepsThePicturesOfADocumentBeingMade) {
     const int id = addPage(40);
     const auto copies = store_.copyPictures(folder() / "copies");
     store_.remove(id);

@@ -1,4 +1,4 @@
-// News for pages of any speed.
+// Events for pages of any speed.
 #include "serve/commands/event_feed.h"
 #include "waiting.h"
 
@@ -10,7 +10,7 @@
 namespace doccam::serve {
 namespace {
 
-std::vector<std::string> told(const EventFeed::News& news) {
+std::vector<std::string> topics(const EventFeed::News& news) {
     std::vector<std::string> lines;
     for (const EventFeed::Event& event : news.events) {
         lines.push_back(event.topic + "=" + event.text);
@@ -18,40 +18,40 @@ std::vector<std::string> told(const EventFeed::News& news) {
     return lines;
 }
 
-TEST(EventFeed, TellsEveryTopicAtFirst) {
+TEST(EventFeed, SendsEveryTopicAtFirst) {
     EventFeed feed;
     feed.set("b", "1");
     feed.set("a", "2");
-    EXPECT_THAT(told(feed.next(0, kLong)), testing::ElementsAre("b=1", "a=2"));
+    EXPECT_THAT(topics(feed.next(0, kLong)), testing::ElementsAre("b=1", "a=2"));
 }
 
-TEST(EventFeed, TellsThenOnlyWhatChanged) {
+TEST(EventFeed, ThenSendsOnlyWhatChanged) {
     EventFeed feed;
     feed.set("a", "1");
     feed.set("b", "1");
     const auto news = feed.next(0, kLong);
     feed.set("a", "2");
-    EXPECT_THAT(told(feed.next(news.version, kLong)), testing::ElementsAre("a=2"));
+    EXPECT_THAT(topics(feed.next(news.version, kLong)), testing::ElementsAre("a=2"));
 }
 
-TEST(EventFeed, TellsASlowListenerTheNewestAlone) {
+TEST(EventFeed, SendsASlowListenerOnlyTheNewest) {
     EventFeed feed;
     for (int i = 0; i <= 1000; ++i) {
         feed.set("rate", std::to_string(i));
     }
-    EXPECT_THAT(told(feed.next(0, kLong)), testing::ElementsAre("rate=1000"));
+    EXPECT_THAT(topics(feed.next(0, kLong)), testing::ElementsAre("rate=1000"));
 }
 
-TEST(EventFeed, TakesTheSameTextForNoNews) {
+TEST(EventFeed, IgnoresAnUnchangedText) {
     EventFeed feed;
     feed.set("a", "");
     const auto news = feed.next(0, kLong);
-    EXPECT_THAT(told(news), testing::ElementsAre("a="));
+    EXPECT_THAT(topics(news), testing::ElementsAre("a="));
     feed.set("a", "");
     EXPECT_TRUE(feed.next(news.version, kNoTime).events.empty());
 }
 
-TEST(EventFeed, LetsListenersGoWhenItCloses) {
+TEST(EventFeed, ReleasesListenersWhenItCloses) {
     EventFeed feed;
     std::thread listener([&] { EXPECT_TRUE(feed.next(0, kLong).events.empty()); });
     feed.close();

@@ -1,4 +1,4 @@
-// A thread's stack is large enough whatever the shell allows.
+// A thread's stack is large enough whatever the shell's limit.
 #include "serve/owned_thread.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ std::size_t ownStack() {
 
 } // namespace
 
-TEST(OwnedThread, HasItsStackUnderASmallLimit) {
+TEST(OwnedThread, HasItsFullStackUnderASmallLimit) {
     rlimit before{};
     getrlimit(RLIMIT_STACK, &before);
     const rlimit small{std::size_t{512} * 1024, before.rlim_max};
@@ -32,7 +32,7 @@ TEST(OwnedThread, HasItsStackUnderASmallLimit) {
     EXPECT_GE(bytes, OwnedThread::kStackBytes);
 }
 
-TEST(OwnedThread, IsAwaitedByItsOwner) {
+TEST(OwnedThread, IsJoinedByItsOwner) {
     std::atomic<int> done{0};
     {
         const OwnedThread first([&] { ++done; });

@@ -40,7 +40,7 @@ class PageStoreTest : public testing::Test {
     PageStore store_;
 };
 
-TEST_F(PageStoreTest, HoldsItsFilesInAFolderOfTheUsersOwn) {
+TEST_F(PageStoreTest, KeepsItsFilesInAFolderOnlyTheUserMayEnter) {
     const auto folder = std::filesystem::path(store_.incoming()).parent_path();
     EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
 }
@@ -55,7 +55,7 @@ TEST(PageStore, LeavesNoFileBehind) {
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(PageStoreTest, TakesTheIncomingFileAsThePage) {
+TEST_F(PageStoreTest, AddsTheIncomingFileAsAPage) {
     const int id = addPage(80, 40);
     const Page page = store_.pages().at(0);
     EXPECT_EQ(page.width, 80);
@@ -107,13 +107,13 @@ TEST_F(PageStoreTest, RemovesAPageWithItsFiles) {
     EXPECT_EQ(store_.thumbnail(first), std::nullopt);
 }
 
-TEST_F(PageStoreTest, NeverUsesAnIdAgain) {
+TEST_F(PageStoreTest, NeverReusesAnId) {
     const int first = addPage();
     store_.remove(first);
     EXPECT_NE(addPage(), first);
 }
 
-TEST_F(PageStoreTest, RefusesPagesThatAreNotThere) {
+TEST_F(PageStoreTest, RefusesPagesThatDoNotExist) {
     EXPECT_THROW(store_.turn(1, 1), NoSuchPage);
     EXPECT_THROW(store_.remove(1), NoSuchPage);
 }

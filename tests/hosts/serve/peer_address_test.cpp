@@ -1,4 +1,4 @@
-// Who makes room for whom.
+// Which connection makes room for a new one.
 #include "serve/http/peer_address.h"
 
 #include <arpa/inet.h>
@@ -35,7 +35,7 @@ constexpr RoomLimits kSmall{4, 2};
 
 } // namespace
 
-TEST(PeerAddress, OfAHouseholdIsOneUnderIpv6) {
+TEST(PeerAddress, IsOnePerIpv6Network) {
     EXPECT_EQ(six("2001:db8:1:2::3"), six("2001:db8:1:2:ffff::4"));
     EXPECT_NE(six("2001:db8:1:2::3"), six("2001:db8:1:3::3"));
     EXPECT_NE(four("10.0.0.1"), four("10.0.0.2"));

@@ -1,4 +1,4 @@
-// The form as a JPEG.
+// Encoding the form as a JPEG.
 #include "serve/live/picture_encoder.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ bool isSurround(const cv::Mat& form, int x, int y) {
 
 } // namespace
 
-TEST(PictureEncoder, FillsTheFormWithAPictureOfItsSize) {
+TEST(PictureEncoder, FillsTheFormWithAPictureOfEqualSize) {
     const cv::Mat form = encoded(withRed({0, 0, 64, 48}));
     EXPECT_EQ(form.size(), cv::Size(64, 48));
     EXPECT_TRUE(isRed(form, 0, 0));
@@ -55,7 +55,7 @@ TEST(PictureEncoder, PutsASmallerPictureAtItsPlace) {
     EXPECT_TRUE(isSurround(form, 24, 44));
 }
 
-TEST(PictureEncoder, CutsOffWhatLiesOutsideTheForm) {
+TEST(PictureEncoder, ClipsThePictureToTheForm) {
     const cv::Mat form = encoded(withRed({-20, -60, 100, 92}));
     EXPECT_TRUE(isRed(form, 0, 0));
     EXPECT_TRUE(isRed(form, 63, 20));
@@ -68,7 +68,7 @@ TEST(PictureEncoder, RefusesAFormWithoutPixels) {
     EXPECT_THROW(PictureEncoder().encode({}), std::runtime_error);
 }
 
-TEST(Compose, LeavesNothingOfAPictureThatLayElsewhere) {
+TEST(Compose, ErasesTheEarlierPicture) {
     FormPicture form = withRed({0, 0, 64, 48});
     const std::vector<unsigned char> black(3, 0);
     compose(form, kForm, {10, 10, 1, 1}, black.data());

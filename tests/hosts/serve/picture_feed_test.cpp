@@ -1,4 +1,4 @@
-// The newest picture for viewers of any speed.
+// Distributing the newest picture to viewers of any speed.
 #include "serve/live/picture_feed.h"
 #include "waiting.h"
 
@@ -46,7 +46,7 @@ TEST(PictureFeed, NeverWaitsForAStalledViewer) {
     EXPECT_EQ(newest.number, held.number + 99);
 }
 
-TEST(PictureFeed, KeepsOnlyWhatAViewerHolds) {
+TEST(PictureFeed, KeepsOnlyPicturesThatAViewerHolds) {
     PictureFeed feed;
     feed.publish(picture(1));
     const std::weak_ptr<const Jpeg> first = feed.next(0, kLong).picture;
@@ -74,7 +74,7 @@ TEST(PictureFeed, ShowsNoOldPictureOnceCleared) {
     EXPECT_EQ(feed.next(0, kLong).picture->front(), 2);
 }
 
-TEST(PictureFeed, KnowsWhenAViewerWaits) {
+TEST(PictureFeed, ReportsWhetherAViewerWaits) {
     PictureFeed feed;
     std::thread viewer([&] { EXPECT_NE(feed.next(0, kLong).picture, nullptr); });
     EXPECT_TRUE(feed.awaitViewer());
@@ -82,14 +82,14 @@ TEST(PictureFeed, KnowsWhenAViewerWaits) {
     viewer.join();
 }
 
-TEST(PictureFeed, LetsTheEncoderGoWhenItCloses) {
+TEST(PictureFeed, ReleasesTheEncoderWhenItCloses) {
     PictureFeed feed;
     std::thread encoder([&] { EXPECT_FALSE(feed.awaitViewer()); });
     feed.close();
     encoder.join();
 }
 
-TEST(PictureFeed, LetsAllViewersGoWhenItCloses) {
+TEST(PictureFeed, ReleasesAllViewersWhenItCloses) {
     PictureFeed feed;
     std::thread viewer([&] { EXPECT_EQ(feed.next(0, kLong).picture, nullptr); });
     EXPECT_TRUE(feed.awaitViewer());

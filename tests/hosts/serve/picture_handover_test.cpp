@@ -19,7 +19,7 @@ unsigned char firstOf(const FormPicture& form) {
 
 } // namespace
 
-TEST(PictureHandover, HandsOverAPictureAndItsPlace) {
+TEST(PictureHandover, HandsOverAPictureAndItsPosition) {
     PictureHandover handover;
     handover.setWanted(true);
     handover.setForm({10, 20});
@@ -43,10 +43,10 @@ TEST(PictureHandover, ReplacesAPictureThatWasNotTaken) {
     EXPECT_EQ(firstOf(form), 5);
 }
 
-TEST(PictureHandover, TakesNothingWithoutViewersOrForm) {
+TEST(PictureHandover, AcceptsNothingWithoutViewersOrForm) {
     PictureHandover handover;
     handover.setForm({10, 20});
-    give(handover, 1); // nobody looks
+    give(handover, 1); // no viewer
     handover.setWanted(true);
     handover.setForm({});
     give(handover, 2); // no form
@@ -68,7 +68,7 @@ TEST(PictureHandover, KeepsNoOldPictureForTheNextViewer) {
     EXPECT_FALSE(handover.take(form));
 }
 
-TEST(PictureHandover, StillHandsOverWhatWasGivenBeforeItClosed) {
+TEST(PictureHandover, HandsOverAPictureGivenBeforeItClosed) {
     PictureHandover handover;
     handover.setForm({10, 20});
     handover.setWanted(true);
@@ -79,7 +79,7 @@ TEST(PictureHandover, StillHandsOverWhatWasGivenBeforeItClosed) {
     EXPECT_FALSE(handover.take(form));
 }
 
-TEST(PictureHandover, LetsTheTakerGoWhenItCloses) {
+TEST(PictureHandover, ReleasesTheReceiverWhenItCloses) {
     PictureHandover handover;
     std::thread taker([&] {
         FormPicture form;

@@ -1,4 +1,4 @@
-// Answers before a handler.
+// Responses sent without a handler.
 #include "serve/http/plain_answer.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-TEST(PlainAnswer, IsAWholeAnswer) {
+TEST(PlainAnswer, IsACompleteResponse) {
     const std::string bytes = bytesOf({200, "text/plain", "body"});
     EXPECT_THAT(bytes, StartsWith("HTTP/1.1 200 OK\r\n"));
     EXPECT_THAT(bytes, HasSubstr("\r\nContent-Length: 4\r\n"));
@@ -26,7 +26,7 @@ TEST(PlainAnswer, HasNoBodyForHead) {
     EXPECT_THAT(bytes, EndsWith("\r\n\r\n"));
 }
 
-TEST(PlainAnswer, OfARefusalIsForProgramsOrForPersons) {
+TEST(PlainAnswer, OfARefusalIsJsonForProgramsAndHtmlForPeople) {
     const Refusal refusal{403, "do this"};
     EXPECT_THAT(refusalBytes(refusal, {}), EndsWith("\r\n\r\n{\"error\":\"do this\"}"));
     const RequestHead person{"GET", "/", {{"accept", "text/html,*/*"}}};
@@ -34,7 +34,7 @@ TEST(PlainAnswer, OfARefusalIsForProgramsOrForPersons) {
     EXPECT_THAT(refusalBytes(refusal, {"POST", "/", person.headers}), Not(HasSubstr("<p>")));
 }
 
-TEST(PlainAnswer, SaysWhenToComeAgain) {
+TEST(PlainAnswer, SaysWhenToRetry) {
     EXPECT_THAT(refusalBytes({503, "busy"}, {}), HasSubstr("\r\nRetry-After: "));
 }
 

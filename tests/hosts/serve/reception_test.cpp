@@ -1,4 +1,4 @@
-// Connections before they have said what they want.
+// Connections until their request is known.
 #include "serve/http/plain_answer.h"
 #include "serve/http/reception.h"
 #include "waiting.h"
@@ -36,7 +36,7 @@ class Client {
 
     void endSaying() const { shutdown(socket_.get(), SHUT_WR); }
 
-    // All that comes until the connection ends.
+    // Everything received until the connection ends.
     std::string hear() const {
         std::string text;
         char bytes[1024];
@@ -72,7 +72,7 @@ class ReceptionTest : public testing::Test {
 
     Client client() const { return Client(address_); }
 
-    // Answers each request with its target.
+    // Responds to each request with its target.
     static Desk echo() {
         return {
             [](const RequestHead& head) { return std::optional(head.target); },
@@ -95,7 +95,7 @@ TEST_F(ReceptionTest, AnswersWhatNeedsNoHandler) {
     EXPECT_EQ(one.hear(), "/a");
 }
 
-TEST_F(ReceptionTest, HandsARequestOverWithWhatHasComeOfItsBody) {
+TEST_F(ReceptionTest, HandsOverARequestWithTheReceivedPartOfItsBody) {
     std::promise<std::string> received;
     const Reception reception(
         listener(),
@@ -112,7 +112,7 @@ TEST_F(ReceptionTest, HandsARequestOverWithWhatHasComeOfItsBody) {
     EXPECT_EQ(one.hear(), "");
 }
 
-TEST_F(ReceptionTest, AnswersAClientThatHasSaidAll) {
+TEST_F(ReceptionTest, AnswersAClientThatHasShutDownItsSide) {
     const Reception reception(listener(), echo(), {.headPatience = kLong});
     const Client one = client();
     one.say(kRequest);
@@ -120,7 +120,7 @@ TEST_F(ReceptionTest, AnswersAClientThatHasSaidAll) {
     EXPECT_EQ(one.hear(), "/");
 }
 
-TEST_F(ReceptionTest, RefusesWhatIsNoHead) {
+TEST_F(ReceptionTest, RefusesAMalformedHead) {
     const Reception reception(listener(), echo(), {.longestHead = 64, .headPatience = kLong});
     for (const std::string text : {"\x16\x03\x01", "nonsense", "GET / HTTP/3\r\n\r\n"}) {
         const Client one = client();
@@ -132,14 +132,14 @@ TEST_F(ReceptionTest, RefusesWhatIsNoHead) {
     EXPECT_THAT(talker.hear(), StartsWith("HTTP/1.1 431 "));
 }
 
-TEST_F(ReceptionTest, SendsASlowClientAway) {
+TEST_F(ReceptionTest, DisconnectsASlowClient) {
     const Reception reception(listener(), echo(), {.headPatience = std::chrono::milliseconds(1)});
     const Client one = client();
     one.say("GET / HTTP/1.1\r\n");
     EXPECT_EQ(one.hear(), "");
 }
 
-TEST_F(ReceptionTest, LetsTheOldestSilentClientMakeRoom) {
+TEST_F(ReceptionTest, DropsTheOldestSilentClientForANewOne) {
     const Reception reception(listener(), echo(), {.headPatience = kLong, .room = {8, 3}});
     const Client oldest = client();
     const Client older = client();
@@ -152,7 +152,7 @@ TEST_F(ReceptionTest, LetsTheOldestSilentClientMakeRoom) {
     EXPECT_TRUE(old.isOpen());
 }
 
-TEST_F(ReceptionTest, ThrowsAwayWhatARefusedClientStillSays) {
+TEST_F(ReceptionTest, DiscardsWhatARefusedClientStillSends) {
     const Reception reception(listener(), echo(), {.headPatience = kLong, .leavePatience = kLong});
     const Client one = client();
     one.say(kRequest + std::string(100000, 'x'));

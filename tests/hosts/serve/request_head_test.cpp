@@ -1,4 +1,4 @@
-// What is taken for a head, and what is left of it.
+// Parsing a request's head, and what of it is passed on.
 #include "serve/http/request_head.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ std::string manyHeaders(int count) {
 
 } // namespace
 
-TEST(RequestHead, IsTakenApart) {
+TEST(RequestHead, IsParsed) {
     const auto head = parseHead(kGood);
     ASSERT_TRUE(head);
     EXPECT_EQ(head->method, "GET");
@@ -31,7 +31,7 @@ TEST(RequestHead, IsTakenApart) {
     EXPECT_EQ(head->count("host"), 1U);
 }
 
-TEST(RequestHead, KnowsTheFieldsOfItsQuery) {
+TEST(RequestHead, ContainsTheFieldsOfItsQuery) {
     const auto head = parseHead(kGood);
     ASSERT_TRUE(head);
     EXPECT_EQ(head->query("x"), "1");
@@ -47,7 +47,7 @@ TEST(RequestHead, EndsWithItsEmptyLine) {
     EXPECT_EQ(headLength(kGood.substr(0, kGood.size() - 1)), std::nullopt);
 }
 
-TEST(RequestHead, IsHttpToTheLetter) {
+TEST(RequestHead, IsStrictHttp) {
     for (const char* text :
          {"", "\r\n\r\n", "nonsense\r\n\r\n", "GET /\r\n\r\n", "GET / HTTP/2.0\r\n\r\n",
           "get / HTTP/1.1\r\n\r\n", "GET  / HTTP/1.1\r\n\r\n", "GET x HTTP/1.1\r\n\r\n",
@@ -75,7 +75,7 @@ TEST(RequestHead, BeginsWithAMethod) {
     }
 }
 
-TEST(RequestHead, KeepsOnlyWhatTellsOfTheBody) {
+TEST(RequestHead, KeepsOnlyHeadersThatDescribeTheBody) {
     const auto head = parseHead("POST /api/zoom HTTP/1.0\r\nHost: h\r\nRange: bytes=0-1,2-3\r\n"
                                 "Content-Length: 2\r\nAccept-Encoding: gzip\r\n"
                                 "Content-Type: application/json\r\n\r\n");

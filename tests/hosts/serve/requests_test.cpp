@@ -1,4 +1,4 @@
-// What a page may ask for.
+// Parsing and checking a page's requests.
 #include "serve/commands/requests.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ TEST(QuarterTurn, IsLeftOrRight) {
     EXPECT_THROW(quarterTurn({{"direction", 1}}), BadRequest);
 }
 
-TEST(ChangedSettings, KeepWhatIsNotNamed) {
+TEST(ChangedSettings, KeepUnnamedSettings) {
     host::PageSettings settings;
     settings.crop = true;
     settings.quality = 40;
@@ -53,23 +53,23 @@ TEST(ChangedSettings, KeepWhatIsNotNamed) {
     EXPECT_FALSE(after.cleanBackground);
 }
 
-TEST(ChangedSettings, RefuseValuesThatMakeNoSense) {
-    for (const Json& wish : {Json{{"crop", 1}}, Json{{"colour", "red"}}, Json{{"quality", 0}},
-                             Json{{"quality", 101}}, Json{{"cleanBackground", "yes"}}}) {
-        EXPECT_THROW(changed({}, wish), BadRequest) << wish;
+TEST(ChangedSettings, RefuseInvalidValues) {
+    for (const Json& settings : {Json{{"crop", 1}}, Json{{"colour", "red"}}, Json{{"quality", 0}},
+                                 Json{{"quality", 101}}, Json{{"cleanBackground", "yes"}}}) {
+        EXPECT_THROW(changed({}, settings), BadRequest) << settings;
     }
 }
 
-TEST(ChangedSettings, AreToldAsTheyAreSet) {
-    const Json wish{{"crop", true},
-                    {"colour", "grey"},
-                    {"cleanEdges", true},
-                    {"cleanBackground", true},
-                    {"quality", 12}};
-    EXPECT_EQ(toJson(changed({}, wish)), wish);
+TEST(ChangedSettings, AreReportedAsTheyAreSet) {
+    const Json settings{{"crop", true},
+                        {"colour", "grey"},
+                        {"cleanEdges", true},
+                        {"cleanBackground", true},
+                        {"quality", 12}};
+    EXPECT_EQ(toJson(changed({}, settings)), settings);
 }
 
-TEST(FittedForm, IsThePagesAreaWhereThatIsPossible) {
+TEST(FittedForm, IsThePagesAreaIfPossible) {
     EXPECT_EQ(fittedForm({1920, 1080}), (host::Size{1920, 1080}));
     EXPECT_EQ(fittedForm({1600, 2560}), (host::Size{1600, 2560}));
 }

@@ -8,7 +8,7 @@
 
 namespace doccam::serve {
 
-TEST(Seats, AreGivenUntilAllAreTaken) {
+TEST(Seats, AreGrantedUntilAllAreTaken) {
     Seats seats(2);
     const auto first = seats.take();
     const auto second = seats.take();
@@ -18,7 +18,7 @@ TEST(Seats, AreGivenUntilAllAreTaken) {
     EXPECT_EQ(seats.taken(), 2);
 }
 
-TEST(Seats, ComeBackWithTheirLastCopy) {
+TEST(Seats, AreFreedWithTheirLastCopy) {
     Seats seats(1);
     auto seat = seats.take();
     auto copy = seat;
@@ -28,15 +28,15 @@ TEST(Seats, ComeBackWithTheirLastCopy) {
     EXPECT_NE(seats.take(), nullptr);
 }
 
-TEST(Seats, TellHowManyAreTaken) {
-    std::vector<int> told;
-    Seats seats(2, [&](int count) { told.push_back(count); });
+TEST(Seats, CountHowManyAreTaken) {
+    std::vector<int> counts;
+    Seats seats(2, [&](int count) { counts.push_back(count); });
     {
         const auto first = seats.take();
         const auto second = seats.take();
         const auto none = seats.take();
     }
-    EXPECT_THAT(told, testing::ElementsAre(1, 2, 1, 0));
+    EXPECT_THAT(counts, testing::ElementsAre(1, 2, 1, 0));
 }
 
 } // namespace doccam::serve

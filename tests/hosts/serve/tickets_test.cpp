@@ -1,4 +1,4 @@
-// Permits for one path, once, and soon.
+// Single-use permits for one path that soon expire.
 #include "serve/access/tickets.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ TEST(Tickets, OpenNothingThatWasNotIssued) {
     EXPECT_FALSE(tickets.redeem(std::string(ticket.size(), '0'), "/a"));
 }
 
-TEST(Tickets, LoseTheirForceWithTime) {
+TEST(Tickets, ExpireWithTime) {
     Tickets::Clock::time_point now{};
     Tickets tickets([&] { return now; });
     const std::string early = tickets.issue("/a");

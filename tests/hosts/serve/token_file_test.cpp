@@ -1,4 +1,4 @@
-// The token over restarts, and who else may see it.
+// Keeping the token across restarts and from other users.
 #include "serve/access/token_file.h"
 #include "support/scratch_folder.h"
 
@@ -30,7 +30,7 @@ class TokenFileTest : public testing::Test {
     test::ScratchFolder scratch_;
 };
 
-// Sets a variable of the environment for as long as it lives.
+// Sets an environment variable during its lifetime.
 class Variable {
   public:
     Variable(const char* name, const std::string& value)
@@ -51,7 +51,7 @@ class Variable {
     std::optional<std::string> before_;
 };
 
-TEST_F(TokenFileTest, KeepsTheTokenForThisUserAlone) {
+TEST_F(TokenFileTest, KeepsTheTokenPrivateToTheUser) {
     const std::string first = token();
     EXPECT_EQ(first.size(), 64U);
     EXPECT_EQ(token(), first);
@@ -79,7 +79,7 @@ TEST_F(TokenFileTest, ReplacesATokenThatOthersMaySee) {
     EXPECT_EQ(token(), second);
 }
 
-TEST_F(TokenFileTest, ReplacesWhatIsNoToken) {
+TEST_F(TokenFileTest, ReplacesAMalformedToken) {
     token();
     for (const std::string& text :
          {std::string(), std::string("short"), std::string(64, 'x'), std::string(1000, '0')}) {
@@ -100,20 +100,20 @@ TEST_F(TokenFileTest, FollowsNoLink) {
     EXPECT_FALSE(fs::is_symlink(file()));
 }
 
-TEST_F(TokenFileTest, WaitsForNobodyAtAPipe) {
+TEST_F(TokenFileTest, DoesNotBlockOnAPipe) {
     fs::create_directories(folder());
     ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
     EXPECT_EQ(token(), token());
 }
 
-TEST_F(TokenFileTest, DoesWithoutAFolder) {
+TEST_F(TokenFileTest, WorksWithoutAFolder) {
     EXPECT_EQ(keptToken({}).size(), 64U);
     std::ofstream(scratch() / "file") << "in the way";
     EXPECT_EQ(keptToken(scratch() / "file" / "doccam").size(), 64U);
     EXPECT_NE(keptToken({}), keptToken({}));
 }
 
-TEST(StateFolder, IsTheOneOfTheDesktop) {
+TEST(StateFolder, FollowsTheXdgVariables) {
     const Variable home("HOME", "/home/user");
     {
         const Variable state("XDG_STATE_HOME", "/state");

@@ -1,4 +1,4 @@
-// How long a test lets something wait.
+// Time limits of the tests.
 #pragma once
 
 #include <chrono>

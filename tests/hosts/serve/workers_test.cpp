@@ -1,4 +1,4 @@
-// Threads for requests.
+// The threads that serve requests.
 #include "serve/http/workers.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ void take(Workers& workers, std::function<void()> work, bool taken) {
 
 } // namespace
 
-TEST(Workers, DoWhatTheyTake) {
+TEST(Workers, DoTheWorkTheyAccept) {
     Workers workers(2, 4);
     std::promise<void> first;
     std::promise<void> second;
@@ -48,7 +48,7 @@ TEST(Workers, RefuseWhatWouldWaitTooLong) {
     released.set_value();
 }
 
-TEST(Workers, DropWhatIsWaitingWhenTheyEnd) {
+TEST(Workers, DropWaitingWorkWhenTheyEnd) {
     std::promise<void> begun;
     std::promise<void> released;
     std::future<void> mayEnd = released.get_future();

@@ -13,15 +13,15 @@ TEST(Guarded, ReturnsWhatTheActionReturns) {
 }
 
 TEST(Guarded, TurnsAnExceptionIntoOneLineAndTheFailureResult) {
-    PrintedText said(PrintedText::Stream::kError);
+    PrintedText printed(PrintedText::Stream::kError);
     EXPECT_EQ(guarded("shoot", -1, []() -> int { throw std::runtime_error("no film"); }), -1);
-    EXPECT_EQ(said.take(), "doccam: shoot: no film\n");
+    EXPECT_EQ(printed.take(), "doccam: shoot: no film\n");
 }
 
-TEST(Guarded, TurnsAnythingThatIsThrownIntoTheFailureResult) {
-    PrintedText said(PrintedText::Stream::kError);
+TEST(Guarded, TurnsAnyThrownValueIntoTheFailureResult) {
+    PrintedText printed(PrintedText::Stream::kError);
     EXPECT_EQ(guarded("shoot", -1, []() -> int { throw 3; }), -1);
-    EXPECT_EQ(said.take(), "doccam: shoot: unknown error\n");
+    EXPECT_EQ(printed.take(), "doccam: shoot: unknown error\n");
 }
 
 } // namespace

@@ -28,26 +28,26 @@ class Containing : public testing::Test {
     ~Containing() override { SetFaultCallback(nullptr); }
 };
 
-TEST_F(Containing, LetsAnExceptionPassWhereTheHostHearsNothing) {
+TEST_F(Containing, LetsExceptionsThroughWithoutAFaultCallback) {
     EXPECT_THROW(containing(DOCCAM_FAULT_STILL, [] { throw std::runtime_error("no film"); }),
                  std::runtime_error);
 }
 
-TEST_F(Containing, TellsTheHostWhatTheExceptionSays) {
+TEST_F(Containing, ReportsTheExceptionsTextToTheHost) {
     SetFaultCallback(onFault);
     containing(DOCCAM_FAULT_STILL, [] { throw std::runtime_error("no film"); });
     EXPECT_EQ(heardFault, DOCCAM_FAULT_STILL);
     EXPECT_EQ(heardMessage, "no film");
 }
 
-TEST_F(Containing, TellsTheHostOfAnythingThatIsThrown) {
+TEST_F(Containing, ReportsAnythingThatIsThrown) {
     SetFaultCallback(onFault);
     containing(DOCCAM_FAULT_CODE, [] { throw 3; });
     EXPECT_EQ(heardFault, DOCCAM_FAULT_CODE);
     EXPECT_EQ(heardMessage, "unknown error");
 }
 
-TEST_F(Containing, HoldsNotesBackUntilTheyAreTold) {
+TEST_F(Containing, HoldsFaultsBackUntilTheyAreDelivered) {
     SetFaultCallback(onFault);
     DeferredFaults notes;
     reportFault({DOCCAM_FAULT_PREVIEW, DOCCAM_CAUSE_OTHER, "too far"});

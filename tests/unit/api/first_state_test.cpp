@@ -1,4 +1,4 @@
-// What a host meets that has set nothing: each test needs a library that no other one has used.
+// The library's defaults: each test needs a process in which the library is unused.
 #include "support/scratch_folder.h"
 
 #include <doccam/doccam.h>

@@ -20,11 +20,11 @@ TEST(Split, KeepsBlanks) {
     EXPECT_THAT(split("USB Camera: USB Camera", ":"), ElementsAre("USB Camera", " USB Camera"));
 }
 
-TEST(Split, GivesATextWithoutThePatternAsItIs) {
+TEST(Split, ReturnsATextWithoutThePatternUnchanged) {
     EXPECT_THAT(split("USB Camera", ":"), ElementsAre("USB Camera"));
 }
 
-TEST(Split, GivesOneEmptyPieceForAnEmptyText) {
+TEST(Split, ReturnsOneEmptyPieceForAnEmptyText) {
     EXPECT_THAT(split("", ":"), ElementsAre(""));
 }
 
@@ -32,11 +32,11 @@ TEST(Split, SplitsAtPatternsOfSeveralCharacters) {
     EXPECT_THAT(split("a--b-c--", "--"), ElementsAre("a", "b-c", ""));
 }
 
-TEST(Split, FindsAPatternThatTheTextEndsInTheMiddleOf) {
+TEST(Split, FindsAPatternCutOffByTheEndOfTheText) {
     EXPECT_THAT(split("a:", "::"), ElementsAre("a"));
 }
 
-TEST(Split, GivesTheWholeTextForAnEmptyPattern) {
+TEST(Split, ReturnsTheWholeTextForAnEmptyPattern) {
     EXPECT_THAT(split("abc", ""), ElementsAre("abc"));
 }
 

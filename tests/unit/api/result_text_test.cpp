@@ -24,7 +24,7 @@ struct Constant {
     int value;
 };
 
-// The enumerators of the public header whose values look like pattern.
+// The enumerators of the public header whose values match pattern.
 std::vector<Constant> constants(const std::string& pattern) {
     std::ifstream header(DOCCAM_RESULTS_HEADER);
     const std::regex enumerator("^    (DOCCAM_[A-Z0-9_]+) = (" + pattern + ")\\b.*");
@@ -46,7 +46,7 @@ std::vector<Constant> failures() {
     return constants("-[0-9]+");
 }
 
-// The operation whose name the failure's name begins with; 0 when there is none.
+// The operation whose name is a prefix of the failure's; 0 when there is none.
 int operationOf(const Constant& failure) {
     for (const Constant& operation : operations()) {
         if (failure.name.starts_with(operation.name + "_")) {
@@ -78,7 +78,7 @@ TEST(ResultText, IsASentenceForEverySuccess) {
     }
 }
 
-TEST(ResultText, TellsTheResultsOfAnOperationApart) {
+TEST(ResultText, DiffersForEachResultOfAnOperation) {
     std::map<int, std::set<std::string>> texts;
     std::map<int, std::size_t> counts;
     for (const Constant& failure : failures()) {
@@ -97,7 +97,7 @@ TEST(ResultText, DependsOnTheOperation) {
     EXPECT_EQ(text(DOCCAM_OPEN, DOCCAM_OPEN_NO_NODE), "The camera's device node cannot be opened.");
 }
 
-TEST(ResultText, SaysThatAResultOrAnOperationDoesNotExist) {
+TEST(ResultText, NamesUnknownResultsAndOperations) {
     for (const int result : {1, -4, -15, -100, INT_MIN, INT_MAX}) {
         EXPECT_EQ(text(DOCCAM_OPEN, result), kNoSuchResult) << result;
     }
@@ -117,7 +117,7 @@ TEST(ResultText, IsTheSamePointerAtEachCall) {
     EXPECT_EQ(doccam_result_text(DOCCAM_OPEN, -3), doccam_result_text(DOCCAM_OPEN, -3));
 }
 
-TEST(Version, IsTheProjectsInTheHeaderAndInTheLibrary) {
+TEST(Version, IsTheProjectVersionInHeaderAndLibrary) {
     EXPECT_EQ(DOCCAM_VERSION_MAJOR, PROJECT_VERSION_MAJOR);
     EXPECT_EQ(DOCCAM_VERSION_MINOR, PROJECT_VERSION_MINOR);
     EXPECT_EQ(DOCCAM_VERSION_PATCH, PROJECT_VERSION_PATCH);

@@ -56,7 +56,7 @@ TEST_F(Settings, TakeACallbackAfterANullOne) {
     EXPECT_EQ(state().settings.pGetVideoStream, &otherFrames);
 }
 
-TEST_F(Settings, KeepOneOfTwoCallbacksThatAreRegisteredAtOnce) {
+TEST_F(Settings, KeepOneOfTwoCallbacksRegisteredAtOnce) {
     std::thread other([] { SetDataCallback(otherFrames); });
     SetDataCallback(firstFrames);
     const FrameCallback kept = state().settings.pGetVideoStream;
@@ -95,7 +95,7 @@ TEST_F(Settings, StoreAnyValueUnchecked) {
     }
 }
 
-TEST_F(Settings, GoEachToAFieldOfTheirOwn) {
+TEST_F(Settings, EachHaveTheirOwnField) {
     SetRotate(11);
     SetCutType(12);
     SetColorMode(13);

@@ -1,4 +1,4 @@
-// Texts shared by two threads. The thread sanitizer judges these tests, too.
+// Texts shared by two threads. These tests also run under the thread sanitizer.
 #include "state/shared_text.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ TEST(SharedPath, IsEmptyAtFirst) {
     EXPECT_EQ(SharedPath().load(), "");
 }
 
-TEST(SharedPath, GivesBackWhatWasStoredLast) {
+TEST(SharedPath, ReturnsWhatWasStoredLast) {
     SharedPath path;
     path.store(std::string(254, 'a'));
     path.store("/tmp/page.jpg");
@@ -25,7 +25,7 @@ TEST(SharedPath, FitsUpTo254Bytes) {
     EXPECT_FALSE(SharedPath::fits(std::string(255, 'a')));
 }
 
-TEST(SharedPath, GivesWholeTextsWhileAnotherThreadStores) {
+TEST(SharedPath, ReturnsWholeTextsWhileAnotherThreadStores) {
     SharedPath path;
     path.store(std::string(254, 'a'));
     std::atomic<bool> done{false};
@@ -48,7 +48,7 @@ TEST(PublishedText, IsEmptyAtFirst) {
     EXPECT_STREQ(PublishedText().current(), "");
 }
 
-TEST(PublishedText, GivesTheLastText) {
+TEST(PublishedText, ReturnsTheLastText) {
     PublishedText published;
     published.publish("first");
     published.publish("second, and longer than any short-string buffer");
@@ -65,20 +65,20 @@ TEST(PublishedText, KeepsATextAcrossTheNextPublication) {
 
 TEST(PublishedText, IsCompleteWhenAnotherThreadSeesTheAnswer) {
     PublishedText published;
-    std::atomic<int> asked{0};
+    std::atomic<int> requested{0};
     std::atomic<int> answered{0};
     constexpr int kRounds = 500;
     std::thread publisher([&] {
         for (int round = 1; round <= kRounds; ++round) {
-            asked.wait(round - 1, std::memory_order_acquire);
+            requested.wait(round - 1, std::memory_order_acquire);
             published.publish("the text of round " + std::to_string(round));
             answered.store(round, std::memory_order_release);
             answered.notify_one();
         }
     });
     for (int round = 1; round <= kRounds; ++round) {
-        asked.store(round, std::memory_order_release);
-        asked.notify_one();
+        requested.store(round, std::memory_order_release);
+        requested.notify_one();
         answered.wait(round - 1, std::memory_order_acquire);
         EXPECT_EQ(published.current(), "the text of round " + std::to_string(round));
     }

@@ -16,7 +16,8 @@ struct SymbolRelease {
 using Symbol = std::unique_ptr<zint_symbol, SymbolRelease>;
 
 constexpr float kPixelsAtScaleOne = 2.0F;
-constexpr int kExtraMargin = 4; // modules; some kinds come without a quiet zone above and below
+constexpr int kExtraMargin =
+    4; // modules; zint leaves some kinds without a quiet zone above and below
 
 Symbol prepare(const Code& code, int pixelsPerModule) {
     Symbol symbol(ZBarcode_Create());

@@ -42,8 +42,7 @@ std::string filled(int sample, std::size_t length) {
     return text;
 }
 
-// Bytes below 128, zero among them: beyond that the reader takes bytes for letters and recodes
-// them.
+// Bytes below 128, including zero: zbar takes higher ones for letters and recodes them.
 std::string bytes(int sample) {
     std::string text = "\x01\x02\x1b";
     for (int i = 0; i < 40; ++i) {
@@ -52,7 +51,7 @@ std::string bytes(int sample) {
     return text + '\0' + "end";
 }
 
-// The encoder says in the code that the text is UTF-8; readers guess otherwise.
+// zint marks the text as UTF-8 in the code; without the mark readers guess.
 Code utf8(int sample) {
     Code code = qrCode("Stra\u00dfe " + digits(sample, 3) + ", K\u00f6ln \u20ac \u6587\u66f8", 2);
     code.inputMode = UNICODE_MODE;
@@ -129,7 +128,7 @@ std::vector<Kind> barKinds() {
             })};
 }
 
-// From mild to severe over the samples.
+// Interpolates from mild to severe over the samples.
 double between(double mild, double severe, int sample) {
     return mild + (severe - mild) * sample / (kSamples - 1);
 }

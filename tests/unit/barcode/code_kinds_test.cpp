@@ -22,14 +22,14 @@ void PrintTo(const Kind& kind, std::ostream* out) {
 
 namespace {
 
-// What the reader does not manage: it takes a part of a tilted ITF for the whole, and a QR code of
-// 177 modules gets too small beside another code.
+// Beyond zbar: it takes part of a tilted ITF for the whole, and beside another code a QR code of
+// 177 modules is too small.
 bool isBeyondTheReader(const std::string& kind, const std::string& difficulty) {
     return (kind == "ITF" && (difficulty == "rotated" || difficulty == "two codes")) ||
            (kind == "QR, version 40" && difficulty == "two codes");
 }
 
-// Large frames take long; the table of read rates holds the other kinds.
+// Large frames are slow; the table of read rates covers these kinds.
 bool isLeftToTheTable(const std::string& kind, const std::string& difficulty) {
     constexpr std::array<std::string_view, 3> kInLargeFrames = {"QR, level M", "Code 128",
                                                                 "EAN-13"};

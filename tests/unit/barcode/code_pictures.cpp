@@ -16,7 +16,7 @@ constexpr double kGrain = 8;
 
 struct Place {
     cv::Point2d middle;
-    double largest; // pixels of diagonal that fit
+    double largest; // diagonal that fits, in pixels
 };
 
 std::vector<Place> placesFor(std::size_t codes, cv::Size frame) {
@@ -28,7 +28,7 @@ std::vector<Place> placesFor(std::size_t codes, cv::Size frame) {
             {{middle.x, frame.height * 0.85}, frame.width * 0.6}};
 }
 
-// Codes whose diagonal would not fit get smaller modules.
+// Shrinks the modules of codes whose diagonal would not fit.
 double scaleFor(const cv::Mat& drawn, double module, double largest) {
     const double diagonal = std::hypot(drawn.cols, drawn.rows);
     return std::min(module / kDrawnModule, largest / diagonal);
@@ -40,7 +40,7 @@ cv::Mat scaled(const cv::Mat& drawn, double scale) {
     return result;
 }
 
-// Puts code on ink, the light that a page reflects, which is cleared where the code lies.
+// Clears the code's area of ink, which is the light the page reflects, and draws the code there.
 void print(cv::Mat& ink, const cv::Mat& code, cv::Point2d middle, double angle) {
     cv::Mat motion =
         cv::getRotationMatrix2D(cv::Point2d(code.cols / 2.0, code.rows / 2.0), angle, 1);

@@ -26,7 +26,7 @@ cv::Mat sideBySide(const cv::Mat& left, const cv::Mat& right) {
     return page;
 }
 
-TEST(CodeScan, TakesTheBarCodeInModeZeroAndTheQrCodeInEveryOther) {
+TEST(CodeScan, ReadsBarCodesInModeZeroAndQrCodesInAnyOther) {
     const cv::Mat qrFirst = sideBySide(drawCode(qrCode("square"), 4), drawCode(code128("bars"), 3));
     const cv::Mat barFirst =
         sideBySide(drawCode(code128("bars"), 3), drawCode(qrCode("square"), 4));
@@ -38,7 +38,7 @@ TEST(CodeScan, TakesTheBarCodeInModeZeroAndTheQrCodeInEveryOther) {
     }
 }
 
-TEST(CodeScan, PrintsNothingWhenItSeesSymbolsOfTheOtherKindOnly) {
+TEST(CodeScan, PrintsNothingWhenItSeesOnlySymbolsOfTheOtherKind) {
     const Outcome bar = outcomeOf(ZbarDecoder, drawCode(qrCode("square"), 4), 0);
     EXPECT_EQ(bar.text, "");
     EXPECT_EQ(bar.printed, "");
@@ -74,18 +74,18 @@ TEST(CodeScan, TakesTheFirstOfTwoCodesInTheReadersOrder) {
     }
 }
 
-TEST(CodeScan, ReturnsUnprintableBytesAndZerosAsTheyAre) {
+TEST(CodeScan, ReturnsUnprintableBytesAndZerosUnchanged) {
     const std::string payload("\x01\r\n\t\x1b[0m\0\x7f end\n", 14);
     EXPECT_EQ(ZbarDecoder(drawCode(qrCode(payload), 4), 1), payload);
     EXPECT_EQ(ZbarDecoder(drawCode(code128("a\tb\r\n"), 3), 0), "a\tb\r\n");
 }
 
-TEST(CodeScan, ReturnsUtf8AsItIs) {
+TEST(CodeScan, ReturnsUtf8Unchanged) {
     const std::string payload = "Stra\u00dfe, K\u00f6ln, \u20ac, \u6587\u66f8";
     EXPECT_EQ(ZbarDecoder(drawCode(qrCode(payload), 4), 1), payload);
 }
 
-TEST(CodeScan, ReturnsHighBytesAsTheReaderDoes) {
+TEST(CodeScan, ReturnsHighBytesAsZbarDoes) {
     std::string payload;
     for (int byte = 0; byte < 256; ++byte) {
         payload += static_cast<char>(byte);
@@ -97,7 +97,7 @@ TEST(CodeScan, ReturnsHighBytesAsTheReaderDoes) {
     EXPECT_EQ(ZbarDecoder(picture, 1), symbols.front().second);
 }
 
-TEST(CodeScan, ReadsAPartOfALargerPicture) {
+TEST(CodeScan, ReadsPartOfALargerPicture) {
     const cv::Mat code = drawCode(qrCode("square"), 4);
     cv::Mat page(code.rows + 31, code.cols + 57, CV_8UC1, cv::Scalar(0));
     cv::Mat part = page(cv::Rect({13, 9}, code.size()));
@@ -113,7 +113,7 @@ TEST(CodeScan, LeavesThePixelsAlone) {
     EXPECT_EQ(cv::norm(code, before, cv::NORM_INF), 0);
 }
 
-TEST(CodeScan, SeesNoSymbolInWhatIsNoGreyPicture) {
+TEST(CodeScan, SeesNoSymbolInAPictureThatIsNotGrey) {
     const cv::Mat code = drawCode(qrCode("square"), 4);
     cv::Mat wide;
     code.convertTo(wide, CV_16U);

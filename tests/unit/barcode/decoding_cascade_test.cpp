@@ -24,7 +24,7 @@ cv::Mat inColour(const cv::Mat& grey) {
     return colour;
 }
 
-// Upper half dark, lower half white: its Otsu threshold is dark itself.
+// Upper half dark, lower half white: the Otsu threshold equals dark.
 cv::Mat halves(int dark) {
     cv::Mat picture(64, 64, CV_8UC1, cv::Scalar(255));
     picture.rowRange(0, 32).setTo(dark);
@@ -72,20 +72,20 @@ TEST(DecodingCascade, ScansABinaryPictureTwiceAtMost) {
     EXPECT_EQ(outcomeOf(GetQRInBinImg, halves(0), 0), (Outcome{"", nothing(2)}));
 }
 
-TEST(DecodingCascade, ReadsAnUnevenlyLitCodeByTheAdaptiveThresholdThatFollowsOtsus) {
+TEST(DecodingCascade, ReadsAnUnevenlyLitCodeByAdaptiveThresholdAfterOtsus) {
     EXPECT_EQ(outcomeOf(GetQR, shaded(), 1), (Outcome{"shade", nothing(2)}));
 }
 
-TEST(DecodingCascade, ReadsAPaleCodeOnTheFirstStepOfTheLadderThatShowsIt) {
-    // Otsu's threshold is the desk's 0. Neither it nor the adaptive one shows the code, nor do the
-    // steps below the ink's level.
+TEST(DecodingCascade, ReadsAPaleCodeOnTheFirstThresholdThatShowsIt) {
+    // Otsu's threshold is the desk's 0. Neither it, nor the adaptive one, nor the steps below the
+    // ink's level show the code.
     EXPECT_EQ(outcomeOf(GetQR, pale(200, 230), 0), (Outcome{"p", nothing(4 + 10 * 2)}));
     EXPECT_EQ(outcomeOf(GetQR, pale(130, 150), 0), (Outcome{"p", nothing(4 + 7 * 2)}));
 }
 
 class ScansOfABlankFrame : public testing::TestWithParam<std::pair<int, int>> {};
 
-TEST_P(ScansOfABlankFrame, AreTwoForEachWayOfMakingItBinary) {
+TEST_P(ScansOfABlankFrame, AreTwoForEachBinarization) {
     const auto [otsu, scans] = GetParam();
     const cv::Mat frame = inColour(halves(otsu));
     for (const int mode : {0, 1}) {
@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(ByOtsusThreshold, ScansOfABlankFrame,
                                          std::pair(120, 16), std::pair(219, 8), std::pair(239, 6),
                                          std::pair(240, 4), std::pair(254, 4)));
 
-TEST(DecodingCascade, GoesOnSilentlyWhileItSeesOnlyTheOtherKind) {
+TEST(DecodingCascade, ContinuesSilentlyWhileItSeesOnlyTheOtherKind) {
     const cv::Mat code = drawCode(qrCode("square"), 4);
     EXPECT_EQ(outcomeOf(GetQRInBinImg, code, 0), (Outcome{"", ""}));
     EXPECT_EQ(outcomeOf(GetQR, code, 0), (Outcome{"", ""}));
@@ -114,7 +114,7 @@ TEST(DecodingCascade, WeighsTheFirstChannelAsRed) {
     EXPECT_EQ(outcomeOf(BarQrDecodePro, frame, 1).text, ""); // a negative
 }
 
-TEST(DecodingCascade, YieldsTheAskedForOneOfTwoCodesInAFrame) {
+TEST(DecodingCascade, ReturnsTheRequestedOneOfTwoCodes) {
     const cv::Mat frame = photograph({qrCode("square"), code128("bars")}, {});
     EXPECT_EQ(outcomeOf(BarQrDecodePro, frame, 0).text, "bars");
     for (const int mode : {1, 2, -1}) {
@@ -122,7 +122,7 @@ TEST(DecodingCascade, YieldsTheAskedForOneOfTwoCodesInAFrame) {
     }
 }
 
-TEST(DecodingCascade, YieldsOneTextOfTwoQrCodes) {
+TEST(DecodingCascade, ReturnsOneOfTwoQrCodes) {
     const cv::Mat frame = photograph({qrCode("upper"), qrCode("lower")}, {});
     const std::string text = outcomeOf(BarQrDecodePro, frame, 1).text;
     EXPECT_TRUE(text == "upper" || text == "lower") << text;
@@ -135,7 +135,7 @@ TEST(DecodingCascade, LeavesTheFrameAlone) {
     EXPECT_EQ(cv::norm(frame, before, cv::NORM_INF), 0);
 }
 
-TEST(DecodingCascade, LetsTheImageLibrarysErrorsThrough) {
+TEST(DecodingCascade, LetsOpenCvErrorsThrough) {
     const PrintedText silent;
     EXPECT_THROW(BarQrDecodePro(cv::Mat(), 1), cv::Exception);
     EXPECT_THROW(GetQR(cv::Mat(64, 64, CV_32SC1, cv::Scalar(0)), 1), cv::Exception);

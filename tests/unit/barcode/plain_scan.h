@@ -1,4 +1,4 @@
-// The code reader's own C++ classes, as a host would use them.
+// zbar's own C++ classes, used as a host would.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -9,7 +9,7 @@
 
 namespace doccam::test {
 
-// Name of the kind and text of each symbol in a grey picture, in the reader's order.
+// Kind and text of each symbol in a grey picture, in zbar's order.
 std::vector<std::pair<std::string, std::string>> symbolsIn(const cv::Mat& grey);
 
 } // namespace doccam::test

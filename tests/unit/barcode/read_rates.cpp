@@ -40,7 +40,7 @@ Reading readSample(const Kind& kind, const Difficulty& difficulty, int sample) {
     const cv::Mat frame = photograph(codes, difficulty.view(sample));
     const PrintedText silent;
     const PrintedText complaints(
-        PrintedText::Stream::kError); // of the reader, on halves of DataBar
+        PrintedText::Stream::kError); // zbar's warnings on halves of DataBar
     return {code.text, BarQrDecodePro(frame, mode), readFile(frame, mode)};
 }
 

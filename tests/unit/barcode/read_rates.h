@@ -1,4 +1,4 @@
-// How many codes of each kind are read under which difficulty.
+// How many codes of each kind are read under each difficulty.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@ namespace doccam::test {
 struct Code;
 struct View;
 
-// A kind of code, with a sample of it for each number.
+// A kind of code with its numbered samples.
 struct Kind {
     std::string name;
     std::function<Code(int sample)> make;
@@ -19,18 +19,18 @@ struct Kind {
 
 const std::vector<Kind>& kinds();
 
-// A way in which codes are hard to read, from mild to severe with the number of the sample.
+// A way in which codes are hard to read, growing from mild to severe with the sample's number.
 struct Difficulty {
     std::string name;
     std::function<View(int sample)> view;
     int samples;
-    bool withOther = false; // a code of the other sort stands in the same picture
+    bool withOther = false; // a code of the other sort is in the same picture
 };
 
 const std::vector<Difficulty>& difficulties();
 
-// A sample's text, and what is read of it through the live cascade and from a file. From a file, as
-// a host sees it: up to the first zero byte, and empty for a null pointer.
+// A sample's text, and what is read through the live cascade and from a file. The latter is what a
+// host sees: up to the first zero byte, and empty for a null pointer.
 struct Reading {
     std::string text, frame, file;
 
@@ -49,7 +49,7 @@ struct Rate {
 
 struct Rates {
     std::string kind;
-    std::vector<Rate> cells; // one a difficulty
+    std::vector<Rate> cells; // one per difficulty
     int wrong = 0;           // readings that yielded another text
 };
 
@@ -58,7 +58,7 @@ Rate measure(const Kind& kind, const Difficulty& difficulty, int& wrong);
 
 Rates measure(const Kind& kind);
 
-// The table in Markdown: its two heading lines, and one line for a kind.
+// The table in Markdown: its two heading lines, and one line per kind.
 std::string heading();
 std::string toRow(const Rates& rates);
 

@@ -1,4 +1,4 @@
-// How many codes must be read at least, and how the table shows the rates.
+// The minimum read rates, and how the table shows rates.
 #include "read_rates.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace doccam::test {
 namespace {
 
-// Of the samples of a difficulty, from mild to severe.
+// The number of samples of a difficulty that must be read.
 struct Minimum {
     std::string kind, difficulty;
     int frames, files;

@@ -16,10 +16,10 @@ struct Outcome {
 
 void PrintTo(const Outcome& outcome, std::ostream* out);
 
-// Of a scan, or of one of the cascade's functions.
+// read is a scan or one of the cascade's functions.
 Outcome outcomeOf(std::string (*read)(cv::Mat, int), const cv::Mat& picture, int mode);
 
-// What so many scans print that see no symbol.
+// What that many scans print when none sees a symbol.
 std::string nothing(int scans);
 
 } // namespace doccam::test

@@ -41,7 +41,7 @@ class CodeFile : public testing::Test {
     std::string printed_;
 };
 
-TEST_F(CodeFile, YieldsTheTextAndPrintsIt) {
+TEST_F(CodeFile, ReturnsTheTextAndPrintsIt) {
     const std::string path = write("page.png", drawCode(qrCode("on file"), 4));
     EXPECT_EQ(read(path, 1), "on file");
     EXPECT_EQ(printed_, kStart + "resultStr:on file\r\n" + kEnd);
@@ -54,7 +54,7 @@ TEST_F(CodeFile, IsReadInEveryFormat) {
     }
 }
 
-TEST_F(CodeFile, YieldsTheAskedForOneOfTwoCodes) {
+TEST_F(CodeFile, ReturnsTheRequestedOneOfTwoCodes) {
     const std::string path = write("two.png", photograph({qrCode("square"), code128("bars")}, {}));
     EXPECT_EQ(read(path, 0), "bars");
     for (const int mode : {1, 2, -1, -99}) {
@@ -62,14 +62,14 @@ TEST_F(CodeFile, YieldsTheAskedForOneOfTwoCodes) {
     }
 }
 
-TEST_F(CodeFile, WithoutTheAskedForKindYieldsTheEmptyText) {
+TEST_F(CodeFile, WithoutTheRequestedKindReturnsTheEmptyText) {
     EXPECT_EQ(read(write("qr.png", drawCode(qrCode("square"), 4)), 0), "");
     EXPECT_EQ(printed_, kStart + "resultStr:\r\n" + kEnd);
     EXPECT_EQ(read(write("bar.png", drawCode(code128("bars"), 3)), 1), "");
     EXPECT_EQ(printed_, kStart + "resultStr:\r\n" + kEnd);
 }
 
-TEST_F(CodeFile, WithoutAnySymbolYieldsNull) {
+TEST_F(CodeFile, WithoutAnySymbolReturnsNull) {
     const std::string path = write("blank.png", cv::Mat(120, 160, CV_8UC1, cv::Scalar(255)));
     for (const int mode : {0, 1}) {
         EXPECT_EQ(read(path, mode), std::nullopt);
@@ -77,12 +77,12 @@ TEST_F(CodeFile, WithoutAnySymbolYieldsNull) {
     }
 }
 
-TEST_F(CodeFile, ThatIsMissingYieldsNull) {
+TEST_F(CodeFile, ThatIsMissingReturnsNull) {
     EXPECT_EQ(read(folder_.file("none.png"), 1), std::nullopt);
     EXPECT_EQ(printed_, kStart + kUnreadable);
 }
 
-TEST_F(CodeFile, ThatIsNoImageYieldsNull) {
+TEST_F(CodeFile, ThatIsNoImageReturnsNull) {
     const std::string text = folder_.file("text.png");
     std::ofstream(text) << "no image";
     const std::string empty = folder_.file("empty.png");
@@ -93,20 +93,20 @@ TEST_F(CodeFile, ThatIsNoImageYieldsNull) {
     }
 }
 
-TEST_F(CodeFile, OfMorePixelsThanTheImageLibraryTakesYieldsNull) {
+TEST_F(CodeFile, OfMorePixelsThanOpenCvTakesReturnsNull) {
     const std::string path = folder_.file("huge.pgm");
     std::ofstream(path) << "P5\n1000000 1000000\n255\n";
     EXPECT_EQ(read(path, 1), std::nullopt);
     EXPECT_EQ(printed_, kStart + kUnreadable);
 }
 
-TEST_F(CodeFile, WithoutAPathYieldsNull) {
+TEST_F(CodeFile, WithoutAPathReturnsNull) {
     PrintedText printed;
     EXPECT_EQ(RecogBarQrCodeFromFile(nullptr, 1), nullptr);
     EXPECT_EQ(printed.take(), kStart + kUnreadable);
 }
 
-TEST_F(CodeFile, IsScannedOnceAsItIs) {
+TEST_F(CodeFile, IsScannedOnceUnprocessed) {
     // The live cascade reads it after an opening.
     const cv::Mat code = withSpecks(drawCode(code128("specks"), 8));
     cv::Mat frame;
@@ -131,7 +131,7 @@ TEST_F(CodeFile, IsWeighedWithRedAndBlueExchanged) {
     EXPECT_EQ(read(write("blue_ink.png", page), 1), std::nullopt);
 }
 
-TEST_F(CodeFile, TextStaysWhenItsThreadHasEnded) {
+TEST_F(CodeFile, TextOutlivesItsThread) {
     const std::string path =
         write("a.png", drawCode(qrCode("longer than a short string holds"), 4));
     const PrintedText silent;
@@ -140,7 +140,7 @@ TEST_F(CodeFile, TextStaysWhenItsThreadHasEnded) {
     EXPECT_STREQ(text, "longer than a short string holds");
 }
 
-TEST_F(CodeFile, TextStaysThroughFifteenFurtherTextsOfAnyThread) {
+TEST_F(CodeFile, TextOutlivesFifteenFurtherTextsOfAnyThread) {
     const std::string first = write("first.png", drawCode(qrCode("the first of sixteen texts"), 4));
     const std::string second = write("second.png", drawCode(qrCode("another one"), 4));
     const PrintedText silent;

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ThresholdLadder, ClimbsInTwentiesFromThePicturesOwnThreshold) {
+TEST(ThresholdLadder, ClimbsInTwentiesFromOtsusThreshold) {
     EXPECT_THAT(thresholdLadder(120), ElementsAre(120, 140, 160, 180, 200, 220));
     EXPECT_THAT(thresholdLadder(0),
                 ElementsAre(0, 20, 40, 60, 80, 100, 120, 140, 160, 180, 200, 220));

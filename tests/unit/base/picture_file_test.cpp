@@ -29,7 +29,7 @@ TEST_F(PictureFile, IsReadBlueFirst) {
     EXPECT_EQ(cv::norm(read, page, cv::NORM_INF), 0);
 }
 
-TEST_F(PictureFile, ThatIsMissingOrNoPictureIsEmpty) {
+TEST_F(PictureFile, ThatIsMissingOrInvalidIsEmpty) {
     EXPECT_TRUE(readPictureFile(folder_.path() / "none.png", cv::IMREAD_COLOR).empty());
     EXPECT_TRUE(readPictureFile(folder_.path(), cv::IMREAD_COLOR).empty());
     EXPECT_TRUE(readPictureFile(write("page.png", "text"), cv::IMREAD_COLOR).empty());

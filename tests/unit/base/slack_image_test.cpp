@@ -9,14 +9,14 @@
 namespace doccam::test {
 namespace {
 
-// Released after main: by then other static objects may be gone.
+// Released after main, when other static objects may be gone.
 cv::Mat releasedLast;
 
-unsigned char* behind(cv::Mat& image) {
+unsigned char* slackOf(cv::Mat& image) {
     return image.data + image.total() * image.elemSize();
 }
 
-TEST(SlackImage, IsAPackedColourImageOfItsOwn) {
+TEST(SlackImage, IsAPackedColourImage) {
     const cv::Mat image = makeSlackImage(7, 5);
     EXPECT_EQ(image.size(), cv::Size(5, 7));
     EXPECT_EQ(image.type(), CV_8UC3);
@@ -26,18 +26,18 @@ TEST(SlackImage, IsAPackedColourImageOfItsOwn) {
     EXPECT_EQ(image.dataend, image.data + std::size_t{7} * 5 * 3);
 }
 
-TEST(SlackImage, HasRoomForAPairOfPixelsBehindItsLast) {
+TEST(SlackImage, HasRoomForAPairOfPixelsPastItsLast) {
     cv::Mat image = makeSlackImage(7, 5);
     image.setTo(9);
-    std::fill_n(behind(image), kImageSlack, static_cast<unsigned char>(200));
-    EXPECT_EQ(std::count(behind(image), behind(image) + kImageSlack, 200), kImageSlack);
+    std::fill_n(slackOf(image), kImageSlack, static_cast<unsigned char>(200));
+    EXPECT_EQ(std::count(slackOf(image), slackOf(image) + kImageSlack, 200), kImageSlack);
     EXPECT_EQ(cv::countNonZero(image.reshape(1) == 9), 7 * 5 * 3);
 }
 
 TEST(SlackImage, HidesTheRoomFromBorderPadding) {
     cv::Mat image = makeSlackImage(3, 4);
     image.setTo(9);
-    std::fill_n(behind(image), kImageSlack, static_cast<unsigned char>(200));
+    std::fill_n(slackOf(image), kImageSlack, static_cast<unsigned char>(200));
     cv::Mat bordered;
     cv::copyMakeBorder(image, bordered, 1, 1, 1, 1, cv::BORDER_CONSTANT, cv::Scalar(50, 50, 50));
     const cv::Mat channels = bordered.reshape(1);

@@ -9,7 +9,7 @@
 namespace doccam {
 namespace {
 
-TEST(DecodeThread, WorksWhileItsOwnerGoesOn) {
+TEST(DecodeThread, WorksWhileItsOwnerContinues) {
     DecodeThread side;
     std::atomic<bool> ownerWentOn{false};
     std::thread::id worker;
@@ -23,7 +23,7 @@ TEST(DecodeThread, WorksWhileItsOwnerGoesOn) {
     EXPECT_NE(worker, std::this_thread::get_id());
 }
 
-TEST(DecodeThread, DoesOnePieceOfWorkAfterTheOtherOnOneThread) {
+TEST(DecodeThread, DoesItsWorkInOrderOnOneThread) {
     DecodeThread side;
     std::thread::id first;
     side.begin([&] { first = std::this_thread::get_id(); });
@@ -47,7 +47,7 @@ TEST(DecodeThread, ThrowsWhatTheWorkThrewOnce) {
     side.finish();
 }
 
-TEST(DecodeThread, EndsBehindItsWorkAndBeginsAnew) {
+TEST(DecodeThread, EndsAfterItsWorkAndCanStartAgain) {
     bool done = false;
     DecodeThread side;
     for (int i = 0; i < 3; ++i) {
@@ -68,7 +68,7 @@ TEST(DecodeThread, EndsBehindItsWorkAndBeginsAnew) {
 TEST(DecodeThread, LetsAnyThreadWaitUntilItIsIdle) {
     DecodeThread side;
     side.waitUntilIdle();
-    std::atomic<bool> asked{false};
+    std::atomic<bool> waiting{false};
     std::atomic<bool> mayEnd{false};
     std::atomic<bool> done{false};
     side.begin([&] {
@@ -77,12 +77,12 @@ TEST(DecodeThread, LetsAnyThreadWaitUntilItIsIdle) {
     });
     bool doneBefore = false;
     std::thread host([&] {
-        asked = true;
-        asked.notify_all();
+        waiting = true;
+        waiting.notify_all();
         side.waitUntilIdle();
         doneBefore = done;
     });
-    asked.wait(false);
+    waiting.wait(false);
     mayEnd = true;
     mayEnd.notify_all();
     host.join();

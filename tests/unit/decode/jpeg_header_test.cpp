@@ -19,7 +19,7 @@ TEST(AnnouncedSizes, AreMissingWithoutAFrameHeader) {
     EXPECT_THAT(announcedSizes(Bytes{0xFF, 0xD8, 0xFF, 0xD9}), IsEmpty());
 }
 
-TEST(AnnouncedSizes, SkipOtherSegmentsWithWhatTheyContain) {
+TEST(AnnouncedSizes, SkipOtherSegmentsWithTheirContents) {
     const Bytes data = {0xFF, 0xD8, 0xFF, 0xE1, 0, 6, 0xFF, 0xC0, 1, 2,
                         0xFF, 0xC2, 0,    17,   8, 1, 0,    0,    3};
     EXPECT_THAT(announcedSizes(data), ElementsAre(cv::Size(3, 256)));
@@ -40,12 +40,12 @@ TEST(AnnouncedSizes, AreThoseOfEveryFrameHeader) {
     EXPECT_THAT(announcedSizes(data), ElementsAre(cv::Size(3, 2), cv::Size(0, 0)));
 }
 
-TEST(AnnouncedSizes, AreLookedForBehindMarkersThatAreNotPassedOver) {
+TEST(AnnouncedSizes, AreSearchedForAfterMarkersWithoutALength) {
     const Bytes data = {0xFF, 0xF0, 0, 12, 0xFF, 0xC0, 0, 17, 8, 0, 0, 0, 0};
     EXPECT_THAT(announcedSizes(data), ElementsAre(cv::Size(0, 0)));
 }
 
-// As they are looked for byte by byte.
+// A plain search byte by byte.
 std::vector<cv::Size> plainlyAnnounced(const Bytes& data) {
     const auto number = [&data](std::size_t at) {
         const auto byte = [&](std::size_t i) { return i < data.size() ? int{data[i]} : 0; };
@@ -80,7 +80,7 @@ TEST(AnnouncedSizes, AreThoseOfASearchByteByByte) {
             data[i] = 0xFF;
         }
         for (std::size_t i = 3; i + 1 < data.size(); i += 4) {
-            // Short segments in every other one.
+            // Every other input has short segments.
             data[i] = static_cast<unsigned char>(seed % 2 == 0 ? data[i] % 4 : data[i]);
         }
         EXPECT_EQ(announcedSizes(data), plainlyAnnounced(data)) << seed;

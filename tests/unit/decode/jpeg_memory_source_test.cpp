@@ -1,4 +1,4 @@
-// The JPEG source over memory and the error exit, used by themselves.
+// The in-memory JPEG source and the error exit, by themselves.
 #include "decode/jpeg_error_exit.h"
 #include "jpeg_samples.h"
 #include "support/printed_text.h"
@@ -23,7 +23,7 @@ class JpegMemorySource : public testing::Test {
 
     void TearDown() override { jpeg_destroy_decompress(&jpeg_); }
 
-    // The value that the error exit jumps back with while data becomes the source, or 0.
+    // The value the error exit jumps back with while data is set as the source, or 0.
     int jumpWhileSet(unsigned char* data, unsigned long size) {
         jpeg_.err->error_exit = MyErrorExit;
         const int jumped = setjmp(errors_.escape);
@@ -96,7 +96,7 @@ TEST_F(JpegMemorySource, SkipsForwardInTheData) {
     EXPECT_EQ(jpeg_.err->num_warnings, 0);
 }
 
-TEST_F(JpegMemorySource, SkipsIntoTheEndMarkerBehindTheData) {
+TEST_F(JpegMemorySource, SkipsIntoTheEndMarkerPastTheData) {
     jpeg_mem_src_tj(&jpeg_, data_.data(), data_.size());
     PrintedText warnings(PrintedText::Stream::kError);
     skip_input_data(&jpeg_, 6);

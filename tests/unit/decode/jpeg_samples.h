@@ -23,10 +23,10 @@ cv::Mat samplePicture(int width, int height, int seed = 0);
 // picture, red first, as a JPEG of quality 95.
 Bytes jpegOf(const cv::Mat& picture, Sampling sampling = Sampling::k422);
 
-// What libjpeg makes of a sound jpeg with its own source and row loop, red first.
+// A sound jpeg decoded with libjpeg's own source and row loop, red first.
 cv::Mat plainlyDecoded(const Bytes& jpeg);
 
-// count bytes that look random and are the same in every run.
+// count pseudo-random bytes, the same in every run.
 Bytes noise(std::size_t count, std::uint32_t seed = 1);
 
 } // namespace doccam::test

@@ -48,7 +48,7 @@ TEST_F(MjpegRecord, HoldsItsEightFieldsInOrder) {
     EXPECT_EQ(field(record, 8), record.converted->data[0]);
 }
 
-TEST_F(MjpegRecord, HasNoScalerBeforeTheFirstPictureAndOneEverAfter) {
+TEST_F(MjpegRecord, HasOneScalerFromTheFirstPictureOn) {
     EXPECT_EQ(decoder().scaler, nullptr);
     EXPECT_EQ(decoder().pixels, nullptr);
     cv::Mat out = untouched(64, 48);
@@ -63,24 +63,24 @@ TEST_F(MjpegRecord, HasNoScalerBeforeTheFirstPictureAndOneEverAfter) {
 }
 
 TEST_F(MjpegRecord, ScalesALargerPictureFromTheFirstPicturesSize) {
-    PrintedText chatter(PrintedText::Stream::kError); // of the plain call
+    PrintedText chatter(PrintedText::Stream::kError); // from the plain call
     decoded(jpegOf(samplePicture(64, 48)), 96, 72);
     const Bytes larger = jpegOf(samplePicture(128, 96, 20));
     EXPECT_TRUE(same(decoded(larger, 96, 72), plainlyScaled(larger, {96, 72}, {64, 48})));
 }
 
-TEST_F(MjpegRecord, ScalesALaterPictureAsAWholeThatLacksPixelsOfTheFirst) {
+TEST_F(MjpegRecord, ScalesASmallerLaterPictureAsAWhole) {
     PrintedText printed;
     decoded(jpegOf(samplePicture(64, 48)), 64, 48);
     for (const cv::Size size : {cv::Size(32, 48), cv::Size(64, 24)}) {
-        PrintedText chatter(PrintedText::Stream::kError); // of the plain call
+        PrintedText chatter(PrintedText::Stream::kError); // from the plain call
         const Bytes smaller = jpegOf(samplePicture(size.width, size.height, 20));
         EXPECT_TRUE(same(decoded(smaller, 64, 48), plainlyScaled(smaller, {64, 48}, size)));
     }
     EXPECT_EQ(printed.take(), "");
 }
 
-TEST_F(MjpegRecord, ShowsPicturesOfAnotherSamplingThanTheFirst) {
+TEST_F(MjpegRecord, DecodesPicturesOfAnotherSamplingThanTheFirst) {
     for (const Sampling sampling : {Sampling::k420, Sampling::kGrey}) {
         av_decode_deinit();
         av_decode_init();
@@ -106,7 +106,7 @@ TEST_F(MjpegRecord, RecoversFromAFirstFrameOfAWrongSize) {
     EXPECT_TRUE(same(decoded(good, 64, 48), alone));
 }
 
-TEST_F(MjpegRecord, ServesASmallerRequestFromThePictureOfTheFirstSize) {
+TEST_F(MjpegRecord, ServesASmallerRequestFromAPictureOfTheFirstSize) {
     const Bytes frame = jpegOf(samplePicture(50, 40));
     const cv::Mat whole = decoded(frame, 50, 40);
     const cv::Mat out = decoded(frame, 30, 20);
@@ -119,7 +119,7 @@ TEST_F(MjpegRecord, KeepsTheImageForALargerRequestThanTheFirst) {
     EXPECT_TRUE(same(decoded(frame, 65, 48), untouched(65, 48)));
 }
 
-TEST_F(MjpegRecord, NoticesANewSizeAfterItIsMadeAnew) {
+TEST_F(MjpegRecord, NoticesANewSizeAfterReinitialisation) {
     decoded(jpegOf(samplePicture(128, 96)), 128, 96);
     av_decode_deinit();
     av_decode_init();
@@ -129,7 +129,7 @@ TEST_F(MjpegRecord, NoticesANewSizeAfterItIsMadeAnew) {
 
 class MjpegPlace : public MjpegFixture, public testing::WithParamInterface<Sampling> {
   protected:
-    // Decodes into memory that begins offset bytes behind an aligned place, and looks at what is
+    // Decodes into memory that begins offset bytes past an aligned address, and checks the bytes
     // around the picture.
     void expectOnlyThePicture(cv::Size size, std::size_t offset) {
         av_decode_deinit();
@@ -149,7 +149,7 @@ class MjpegPlace : public MjpegFixture, public testing::WithParamInterface<Sampl
     static constexpr int kAround = 256;
 
   private:
-    PrintedText chatter_{PrintedText::Stream::kError}; // of the plain call
+    PrintedText chatter_{PrintedText::Stream::kError}; // from the plain call
 };
 
 INSTANTIATE_TEST_SUITE_P(Samplings, MjpegPlace,

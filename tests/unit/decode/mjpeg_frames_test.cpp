@@ -19,12 +19,12 @@ constexpr int kMax = std::numeric_limits<int>::max();
 
 class MjpegSampling : public MjpegFixture, public testing::WithParamInterface<Sampling> {};
 
-TEST_P(MjpegSampling, GivesThePictureRedFirst) {
+TEST_P(MjpegSampling, DecodesRedFirst) {
     const Bytes frame = jpegOf(samplePicture(160, 120), GetParam());
     EXPECT_GT(cv::PSNR(decoded(frame, 160, 120), plainlyDecoded(frame)), 38);
 }
 
-TEST_P(MjpegSampling, GivesPicturesOfOddSizeToTheLastColumn) {
+TEST_P(MjpegSampling, DecodesOddSizesToTheLastColumn) {
     const Bytes frame = jpegOf(samplePicture(101, 75), GetParam());
     const cv::Mat out = decoded(frame, 101, 75);
     const cv::Mat expected = plainlyDecoded(frame);
@@ -33,7 +33,7 @@ TEST_P(MjpegSampling, GivesPicturesOfOddSizeToTheLastColumn) {
 }
 
 TEST_P(MjpegSampling, EqualsThePlainScalerCallWithThePicturesOwnFormat) {
-    PrintedText chatter(PrintedText::Stream::kError); // of the plain call
+    PrintedText chatter(PrintedText::Stream::kError); // from the plain call
     const Bytes frame = jpegOf(samplePicture(160, 120), GetParam());
     for (const cv::Size size : {cv::Size(160, 120), cv::Size(320, 240), cv::Size(80, 60),
                                 cv::Size(101, 75), cv::Size(160, 50), cv::Size(33, 7)}) {
@@ -79,13 +79,13 @@ TEST_F(MjpegFrames, ScalesAPictureOfAnotherSizeAsAWhole) {
     }
 }
 
-TEST_F(MjpegFrames, SurvivesAPictureFarTallerThanWanted) {
-    PrintedText chatter(PrintedText::Stream::kError); // of the plain call
+TEST_F(MjpegFrames, SurvivesAPictureFarTallerThanRequested) {
+    PrintedText chatter(PrintedText::Stream::kError); // from the plain call
     const Bytes frame = jpegOf(samplePicture(32, 4000), Sampling::k420);
     EXPECT_TRUE(same(decoded(frame, 32, 20), plainlyScaled(frame, {32, 20})));
 }
 
-TEST_F(MjpegFrames, IgnoresLeftOverBytesBehindThePicture) {
+TEST_F(MjpegFrames, IgnoresLeftOverBytesPastThePicture) {
     const Bytes frame = jpegOf(samplePicture(160, 120));
     const cv::Mat expected = decoded(frame, 160, 120);
     for (const Bytes& rest :
@@ -96,7 +96,7 @@ TEST_F(MjpegFrames, IgnoresLeftOverBytesBehindThePicture) {
     }
 }
 
-TEST_F(MjpegFrames, PrintsOneLineForEachCorruptFrameAndGoesOn) {
+TEST_F(MjpegFrames, PrintsOneLineForEachCorruptFrameAndContinues) {
     const Bytes good = jpegOf(samplePicture(64, 48));
     const Bytes other = jpegOf(samplePicture(64, 48, 30));
     const Bytes headerOnly(good.begin(), good.begin() + 100);
@@ -130,7 +130,7 @@ TEST_F(MjpegFrames, SkipsAFrameWithoutAPictureSilently) {
     EXPECT_EQ(printed.take(), "");
 }
 
-TEST_F(MjpegFrames, KeepsTheCodecLibrarySilent) {
+TEST_F(MjpegFrames, KeepsLibavSilent) {
     PrintedText printed;
     PrintedText chatter(PrintedText::Stream::kError);
     for (const Sampling sampling : {Sampling::k422, Sampling::k420, Sampling::kGrey}) {
@@ -149,7 +149,7 @@ TEST_F(MjpegFrames, KeepsTheCodecLibrarySilent) {
     EXPECT_NE(printed.take(), "");
 }
 
-TEST_F(MjpegFrames, TakesAnImpossibleSizeForACorruptFrameInSilence) {
+TEST_F(MjpegFrames, TreatsAnImpossibleSizeAsACorruptFrame) {
     Bytes frame = jpegOf(samplePicture(64, 48));
     const unsigned char frameHeader[] = {0xFF, 0xC0};
     const auto at = std::search(frame.begin(), frame.end(), frameHeader, frameHeader + 2);
@@ -162,7 +162,7 @@ TEST_F(MjpegFrames, TakesAnImpossibleSizeForACorruptFrameInSilence) {
     EXPECT_EQ(chatter.take(), "");
 }
 
-// The sample with another size in its header.
+// The sample JPEG with another size in its header.
 Bytes announcing(int width, int height) {
     Bytes frame = jpegOf(samplePicture(64, 48));
     const unsigned char frameHeader[] = {0xFF, 0xC0};
@@ -174,7 +174,7 @@ Bytes announcing(int width, int height) {
     return frame;
 }
 
-TEST_F(MjpegFrames, TakesAFrameOfManyTimesTheWantedSizeForACorruptOne) {
+TEST_F(MjpegFrames, TreatsAFrameFarLargerThanRequestedAsCorrupt) {
     PrintedText printed;
     const PeakMemory memory;
     decoded(announcing(15000, 15000), 640, 480);
@@ -182,7 +182,7 @@ TEST_F(MjpegFrames, TakesAFrameOfManyTimesTheWantedSizeForACorruptOne) {
     EXPECT_LT(memory.growth(), 100'000);
 }
 
-TEST_F(MjpegFrames, TakesAnySizeUpToTheLargestCamerasOrFourTimesTheWantedOne) {
+TEST_F(MjpegFrames, AcceptsSizesUpToTheLargestCamerasOrFourTimesTheRequestedOne) {
     const auto decodedFor = [this](int width, int height, cv::Size wanted) {
         av_decode_deinit();
         av_decode_init();
@@ -213,7 +213,7 @@ TEST_F(MjpegFrames, DecodesPaddedMemoryInPlaceAndKeepsNoReference) {
     }
 }
 
-TEST_F(MjpegFrames, RefusesPaddedCorruptFramesAsItDoesOthers) {
+TEST_F(MjpegFrames, RefusesPaddedCorruptFramesToo) {
     const Bytes memory(4000 + kCodecPadding, 0);
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
@@ -239,7 +239,7 @@ TEST_F(MjpegFrames, LeavesImagesThatCannotHoldThePictureAlone) {
     EXPECT_TRUE(none.empty());
 }
 
-TEST_F(MjpegFrames, LeavesTheImageAloneForSizesNoPictureCanHave) {
+TEST_F(MjpegFrames, LeavesTheImageAloneForImpossibleSizes) {
     const Bytes frame = jpegOf(samplePicture(64, 48));
     for (const cv::Size size : {cv::Size(kMax, kMax), cv::Size(65536, 65536), cv::Size(0, 48),
                                 cv::Size(64, -48), cv::Size(-64, -48), cv::Size(kMax, 1)}) {

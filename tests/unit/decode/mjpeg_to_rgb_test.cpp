@@ -16,7 +16,7 @@ namespace {
 std::atomic<bool> memoryIsShort{false};
 }
 
-// The linker sends the calls of malloc in this program, and in the library's objects in it, here.
+// The linker redirects every malloc of this program and the library's objects in it to these.
 extern "C" void* __real_malloc(std::size_t size);
 
 extern "C" void* __wrap_malloc(std::size_t size) {
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Both, Mjpeg2Rgb, testing::Values(&throughRecord, &throu
                              return test.param == &throughRecord ? "Record" : "Pointer";
                          });
 
-TEST_P(Mjpeg2Rgb, GivesThePictureRedFirst) {
+TEST_P(Mjpeg2Rgb, DecodesRedFirst) {
     for (const Sampling sampling : {Sampling::k444, Sampling::k422, Sampling::k420}) {
         cv::Mat out = untouched(64, 48);
         EXPECT_EQ(decode(sample(sampling), out), 0);
@@ -92,7 +92,7 @@ TEST_P(Mjpeg2Rgb, ReturnsZeroWhenOnlyTheEndMarkerIsMissing) {
     EXPECT_TRUE(same(out, plainlyDecoded(sample())));
 }
 
-TEST_P(Mjpeg2Rgb, PrintsTheLibrarysMessageForEmptyInput) {
+TEST_P(Mjpeg2Rgb, PrintsLibjpegsMessageForEmptyInput) {
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
     EXPECT_EQ(decode({}, out), -1);
@@ -100,7 +100,7 @@ TEST_P(Mjpeg2Rgb, PrintsTheLibrarysMessageForEmptyInput) {
     EXPECT_TRUE(same(out, untouched(64, 48)));
 }
 
-TEST_P(Mjpeg2Rgb, PrintsTheLibrarysMessageForDataThatIsNoJpeg) {
+TEST_P(Mjpeg2Rgb, PrintsLibjpegsMessageForDataThatIsNoJpeg) {
     cv::Mat out = untouched(64, 48);
     PrintedText printed;
     EXPECT_EQ(decode({'G', 'I', 'F', '8'}, out), -1);
@@ -157,7 +157,7 @@ TEST_P(Mjpeg2Rgb, RefusesOutputsItCannotFill) {
     EXPECT_TRUE(same(wide, untouched(80, 60)));
 }
 
-TEST_P(Mjpeg2Rgb, IgnoresLeftOverBytesBehindThePicture) {
+TEST_P(Mjpeg2Rgb, IgnoresLeftOverBytesPastThePicture) {
     Bytes frame = sample();
     const Bytes rest = noise(100'000);
     frame.insert(frame.end(), rest.begin(), rest.end());
@@ -166,7 +166,7 @@ TEST_P(Mjpeg2Rgb, IgnoresLeftOverBytesBehindThePicture) {
     EXPECT_TRUE(same(out, plainlyDecoded(sample())));
 }
 
-TEST_P(Mjpeg2Rgb, NeverLeavesTheBoundsOfCorruptFrames) {
+TEST_P(Mjpeg2Rgb, StaysWithinTheBoundsOfCorruptFrames) {
     constexpr int kRowsAround = 8;
     const cv::Mat rows = untouched(64, kRowsAround);
     const Bytes good = sample();
@@ -196,7 +196,7 @@ TEST_P(Mjpeg2Rgb, NeverLeavesTheBoundsOfCorruptFrames) {
     _exit(result == -1 && cv::norm(out, before, cv::NORM_INF) == 0 ? 0 : 1);
 }
 
-// In a process of its own: the decompressor is not released then.
+// In its own process: without memory the decompressor is not released.
 TEST_P(Mjpeg2Rgb, ReturnsMinusOneWhenThereIsNoMemoryForARow) {
     EXPECT_EXIT(decodeWithoutMemory(GetParam(), sample()), testing::ExitedWithCode(0), "");
 }
@@ -221,7 +221,7 @@ TEST_P(Mjpeg2Rgb, KeepsTheMessagesOfTwoThreadsApart) {
     EXPECT_EQ(text, "");
 }
 
-TEST(Mjpeg2RgbConvert, TakesAMissingFrameForEmptyInput) {
+TEST(Mjpeg2RgbConvert, TreatsAMissingFrameAsEmptyInput) {
     cv::Mat out(48, 64, CV_8UC3);
     VideoBuf record{nullptr, 10};
     PrintedText printed;
@@ -231,7 +231,7 @@ TEST(Mjpeg2RgbConvert, TakesAMissingFrameForEmptyInput) {
     EXPECT_EQ(printed.take(), std::string(kEmptyInput) + kEmptyInput + kEmptyInput);
 }
 
-TEST(Mjpeg2RgbConvert, TakesANegativeLengthForEmptyInput) {
+TEST(Mjpeg2RgbConvert, TreatsANegativeLengthAsEmptyInput) {
     Bytes frame = jpegOf(samplePicture(64, 48));
     cv::Mat out(48, 64, CV_8UC3);
     PrintedText printed;

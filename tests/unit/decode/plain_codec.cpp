@@ -34,7 +34,7 @@ cv::Mat plainlyScaled(const Bytes& jpeg, cv::Size size, cv::Size cut) {
     const CodecScaler scaler(sws_getContext(
         source.width, source.height, static_cast<AVPixelFormat>(frame->format), size.width,
         size.height, AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr, nullptr, nullptr));
-    // Room for the scaler's blocks of 16 pixels at the end of each row.
+    // libswscale writes blocks of 16 pixels, also at the end of a row.
     cv::Mat blocks(size.height + 1, (size.width + 15) / 16 * 16, CV_8UC3);
     std::uint8_t* const planes[4] = {blocks.data, nullptr, nullptr, nullptr};
     const int strides[4] = {static_cast<int>(blocks.step), 0, 0, 0};

@@ -1,4 +1,4 @@
-// The codec and scaler libraries called in the plainest way, as the yardstick for the decoder.
+// libavcodec and libswscale called in the plainest way, as the reference for the decoder.
 #pragma once
 
 #include "jpeg_samples.h"
@@ -7,8 +7,8 @@
 
 namespace doccam::test {
 
-// The picture of jpeg, cut to the top-left part of size cut if that is not empty, scaled to
-// size in one piece by a scaler from sws_getContext; red first.
+// Decodes jpeg, crops it to its top-left part of size cut unless that is empty, and scales it to
+// size in one piece with a scaler from sws_getContext; red first.
 cv::Mat plainlyScaled(const Bytes& jpeg, cv::Size size, cv::Size cut = {});
 
 } // namespace doccam::test

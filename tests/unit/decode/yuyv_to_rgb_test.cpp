@@ -1,4 +1,4 @@
-// YUYV frames: every colour, and the quirks of order and length.
+// YUYV frames: every colour, and the quirks of channel order and length.
 #include "decode/yuyv_to_rgb.h"
 #include "jpeg_samples.h"
 #include "support/yuyv_formula.h"
@@ -28,7 +28,7 @@ int wrongPixels(const unsigned char* pixels, int first) {
     return wrong;
 }
 
-// Converts a frame with the pair behind it that the conversion also reads and writes.
+// Converts a frame followed by the extra pair that the conversion also reads and writes.
 Bytes converted(Bytes frame, int width, int height) {
     const auto pairs = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) / 2 + 1;
     frame.resize(pairs * 4, 128);
@@ -37,7 +37,7 @@ Bytes converted(Bytes frame, int width, int height) {
     return pixels;
 }
 
-// The frame that holds each (Y, U, V) once: pixel number = U, V, Y.
+// A frame holding each (Y, U, V) once: the bytes of the pixel's index are U, V, Y.
 Bytes everyColour() {
     Bytes frame;
     frame.reserve((std::size_t{1} << 25) + 4);
@@ -63,7 +63,7 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColour) {
     EXPECT_EQ(wrongPixels(pixels.data(), 2), 0); // the first pair is blue first
 }
 
-TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
+TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryInstructionSet) {
     const Bytes frame = everyColour();
     Bytes pixels(std::size_t{3} << 24);
     for (const YuyvKernel& path : allYuyvKernels()) {
@@ -73,7 +73,7 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryPath) {
     }
 }
 
-TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
+TEST(YuyvToRgb, WritesOnlyTheRequestedPairsOnEveryInstructionSet) {
     const Bytes frame = noise(4 * 200);
     for (const YuyvKernel& path : allYuyvKernels()) {
         for (const std::size_t pairs : {0U, 1U, 2U, 63U, 64U, 65U, 127U, 128U, 200U}) {
@@ -89,7 +89,7 @@ TEST(YuyvToRgb, WritesOnEveryPathNoMoreThanThePairsAskedFor) {
 }
 
 #ifdef __x86_64__
-TEST(YuyvToRgb, HasAPathForTheWidestInstructionSetOfTheMachine) {
+TEST(YuyvToRgb, UsesTheMachinesWidestInstructionSet) {
     const std::string fastest = nameOf(allYuyvKernels().back().instructionSet);
     const bool wide = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
                       __builtin_cpu_supports("avx512vl");
@@ -107,7 +107,7 @@ TEST(YuyvToRgb, WidensAFrameWithinOneBuffer) {
     EXPECT_EQ(within, apart);
 }
 
-TEST(YuyvToRgb, GivesBlackAndWhiteForTheEndsOfTheLumaRange) {
+TEST(YuyvToRgb, MapsTheEndsOfTheLumaRangeToBlackAndWhite) {
     const Bytes pixels = converted({16, 128, 235, 128}, 2, 1);
     EXPECT_THAT(Bytes(pixels.begin(), pixels.begin() + 6), ElementsAre(0, 0, 0, 255, 255, 255));
 }
@@ -116,7 +116,7 @@ TEST(YuyvToRgb, LimitsNegativeValuesToZero) {
     EXPECT_THAT(colourOf(0, 128, 128), ElementsAre(0, 0, 0));
 }
 
-TEST(YuyvToRgb, JumpsToFullBrightnessAbove250Only) {
+TEST(YuyvToRgb, JumpsToFullBrightnessOnlyAbove250) {
     EXPECT_EQ(colourOf(230, 128, 128)[1], 249); // 249.096
     EXPECT_EQ(colourOf(231, 128, 128)[1], 255); // 250.26
     EXPECT_EQ(colourOf(186, 70, 92)[1], 250);   // exactly 250
@@ -133,7 +133,7 @@ TEST(YuyvToRgb, StoresTheFirstPairBlueFirstAndAllOthersRedFirst) {
                 ElementsAre(0, 0, 255, 0, 0, 255, 255, 0, 0, 255, 0, 0));
 }
 
-TEST(YuyvToRgb, ConvertsOnePairBehindTheFrameAndNoMore) {
+TEST(YuyvToRgb, ConvertsExactlyOnePairPastTheFrame) {
     const Bytes pixels = converted({16, 128, 16, 128, 235, 128, 235, 128}, 2, 1);
     EXPECT_THAT(pixels, ElementsAre(0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 7, 7, 7, 7, 7,
                                     7, 7, 7));
@@ -141,19 +141,19 @@ TEST(YuyvToRgb, ConvertsOnePairBehindTheFrameAndNoMore) {
 
 TEST(YuyvToRgb, RoundsAnOddNumberOfPixelsDown) {
     const Bytes white(8, 235);
-    const Bytes pixels = converted(white, 3, 1); // one whole pair, and the one behind
+    const Bytes pixels = converted(white, 3, 1); // one whole pair, and the one past the end
     EXPECT_THAT(Bytes(pixels.begin() + 12, pixels.end()), testing::Each(7));
     EXPECT_NE(pixels[11], 7);
 }
 
-TEST(YuyvToRgb, DoesNothingForASizeWhosePixelCountIsNegative) {
+TEST(YuyvToRgb, DoesNothingWhenThePixelCountWrapsNegative) {
     unsigned char source[4] = {235, 128, 235, 128};
     unsigned char target[6] = {7, 7, 7, 7, 7, 7};
     yuyv_to_rgb888(source, target, -64, 48);
-    yuyv_to_rgb888(source, target, 65536, 32768); // wraps to the lowest number
+    yuyv_to_rgb888(source, target, 65536, 32768); // wraps to INT_MIN
     EXPECT_THAT(target, testing::Each(7));
     yuyv_to_rgb888(source, target, kLargestInt,
-                   kLargestInt); // wraps to 1: the pair behind the frame
+                   kLargestInt); // wraps to 1: the pair past the frame
     EXPECT_THAT(target, testing::Each(255));
 }
 

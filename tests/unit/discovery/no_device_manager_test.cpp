@@ -1,10 +1,10 @@
-// The cameras of a machine whose device manager gives nothing.
+// Enumeration on a machine where libudev gives no context.
 #include <doccam/doccam.h>
 
 #include <gtest/gtest.h>
 #include <libudev.h>
 
-// Stands in for libudev's own.
+// Replaces libudev's.
 udev* udev_new() {
     return nullptr;
 }
@@ -12,7 +12,7 @@ udev* udev_new() {
 namespace doccam::test {
 namespace {
 
-TEST(NoDeviceManager, IsAResultOfItsOwn) {
+TEST(NoDeviceManager, HasItsOwnResult) {
     EXPECT_EQ(getDeviceCount(), DOCCAM_DEVICES_NO_UDEV);
     EXPECT_EQ(DOCCAM_DEVICES_NO_UDEV, -1);
     EXPECT_EQ(openCamera(0, 640, 480), DOCCAM_OPEN_NO_CAMERA);

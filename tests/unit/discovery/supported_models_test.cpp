@@ -39,7 +39,7 @@ TEST(SupportedModels, ReadsItsRowsInOrderUnlessALineIsMalformed) {
     }
 }
 
-TEST(SupportedModels, SaysWhatIsWrongWithALine) {
+TEST(SupportedModels, ReportsWhatIsWrongWithALine) {
     EXPECT_THAT(parseModels(test::modelRows(10)).error, HasSubstr("more than nine rows"));
     EXPECT_THAT(parseModels("1778").error, HasSubstr("expected vvvv:pppp"));
 }
@@ -52,7 +52,7 @@ TEST(SupportedModels, NamesFileAndLineOfAMalformedRow) {
     EXPECT_THAT(parsed.error, HasSubstr(path + ":2: "));
 }
 
-TEST(SupportedModels, NamesAFileThatIsMissingOrNoFile) {
+TEST(SupportedModels, NamesAFileThatIsMissingOrNotRegular) {
     const test::ScratchFolder folder;
     EXPECT_THAT(readModels(folder.file("missing")).error, HasSubstr(folder.file("missing")));
     EXPECT_THAT(readModels(folder.path()).error, HasSubstr("not a readable file"));

@@ -24,7 +24,7 @@ cv::Mat cleaned(const cv::Mat& page) {
     return result;
 }
 
-// A wide plain mark: within it, sharpening makes every sample half as bright again.
+// A wide uniform mark, whose samples sharpening makes half as bright again.
 cv::Vec3b cleanedStamp(const cv::Scalar& colour) {
     cv::Mat page = paperPage();
     page(kStamp).setTo(colour);
@@ -43,7 +43,7 @@ TEST(DeleteBackcolor, WhitensGreyPaperAndKeepsBlackPrint) {
     EXPECT_TRUE(isSamePicture(cleaned(page), expected));
 }
 
-TEST(DeleteBackcolor, WhitensPaperThatIsTintedALittle) {
+TEST(DeleteBackcolor, WhitensSlightlyTintedPaper) {
     EXPECT_TRUE(isSamePicture(cleaned(cv::Mat(kSize, CV_8UC3, cv::Scalar(100, 110, 120))),
                               cv::Mat(kSize, CV_8UC3, kWhite)));
 }
@@ -61,7 +61,7 @@ TEST(DeleteBackcolor, SharpensAlongTheColumnsOnly) {
     page(cv::Rect(50, 100, 100, 1)).setTo(cv::Scalar(100, 20, 20));
     page(cv::Rect(50, 101, 100, 1)).setTo(cv::Scalar(110, 60, 20));
     page(cv::Rect(50, 102, 100, 1)).setTo(cv::Scalar(80, 30, 30));
-    // Five times itself, less twice the pixel above and one and a half times the one below.
+    // Five times the pixel, less twice the one above and one and a half times the one below.
     const cv::Vec3b expected(550 - 200 - 120, 300 - 40 - 45, 100 - 40 - 45);
     EXPECT_EQ(cleaned(page).at<cv::Vec3b>(101, 100), expected);
     EXPECT_EQ(cleaned(page).at<cv::Vec3b>(101, 50), expected);
@@ -75,12 +75,12 @@ TEST(DeleteBackcolor, KeepsARedderStampWithinTheSamplesRange) {
     EXPECT_EQ(cleanedStamp({20, 26, 110}), cv::Vec3b(0, 0, 245));
 }
 
-TEST(DeleteBackcolor, TakesForRedWhatLeadsAnotherChannelByEightyOne) {
+TEST(DeleteBackcolor, TakesALeadOf81OverAnotherChannelForRed) {
     EXPECT_EQ(cleanedStamp({40, 40, 93}), cv::Vec3b(60, 60, 140)); // leads by 80
     EXPECT_EQ(cleanedStamp({40, 40, 94}), cv::Vec3b(20, 20, 221)); // leads both by 81
     EXPECT_EQ(cleanedStamp({40, 90, 94}), cv::Vec3b(20, 95, 221)); // leads blue only
     EXPECT_EQ(cleanedStamp({90, 40, 94}), cv::Vec3b(95, 20, 221)); // leads green only
-    EXPECT_EQ(cleanedStamp({94, 40, 40}), cv::Vec3b(141, 60, 60)); // blue is no red
+    EXPECT_EQ(cleanedStamp({94, 40, 40}), cv::Vec3b(141, 60, 60)); // blue is not red
 }
 
 // Sharpened, (60, 80, 100) is (90, 120, 150), which is 30 from its mean.
@@ -89,7 +89,7 @@ TEST(DeleteBackcolor, CountsADeviationOfThirtyAsGreyAndOfThirtyOneAsColour) {
     EXPECT_EQ(cleanedStamp({59, 80, 100}), cv::Vec3b(88, 120, 150));
 }
 
-TEST(DeleteBackcolor, WhitensLightPaperOfAThirtyDeviationButNotOfThirtyOne) {
+TEST(DeleteBackcolor, WhitensLightPaperUpToADeviationOfThirty) {
     const cv::Mat page(kSize, CV_8UC3, cv::Scalar(60, 80, 100));
     EXPECT_EQ(cleaned(page).at<cv::Vec3b>(kStampCentre), cv::Vec3b::all(255));
     const cv::Mat tinted(kSize, CV_8UC3, cv::Scalar(59, 80, 100));

@@ -42,7 +42,7 @@ Bytes encoded(const std::string& extension, const cv::Mat& picture) {
     return bytes;
 }
 
-// The same JPEG with a tag that says: turn me a quarter clockwise to show me.
+// The same JPEG with an EXIF orientation that asks for a quarter turn clockwise.
 Bytes withOrientationSix(const Bytes& jpeg) {
     static constexpr uchar kSegment[] = {
         0xFF, 0xE1, 0,   34,                          // application segment, its length
@@ -92,7 +92,7 @@ class BlackEdgeFile : public testing::TestWithParam<Variant> {
         return scratch_.file(name);
     }
 
-    // No rewrite leaves anything beside its file.
+    // A rewrite leaves nothing beside its file.
     std::ptrdiff_t entries() const {
         return std::distance(fs::directory_iterator(scratch_.path()), {});
     }
@@ -110,7 +110,7 @@ TEST_P(BlackEdgeFile, IsReplacedByTheCleanedPicture) {
     }
 }
 
-TEST_P(BlackEdgeFile, IsEncodedAsTheImageLibraryDoesByDefault) {
+TEST_P(BlackEdgeFile, IsEncodedWithOpenCvsDefaults) {
     const Bytes jpeg = encoded(".jpg", dimPage());
     const std::string file = make("a.jpg", jpeg);
     rewrite(file);
@@ -125,19 +125,19 @@ TEST_P(BlackEdgeFile, BecomesColourWhenItWasGrey) {
     EXPECT_TRUE(isSamePicture(cv::imread(file, cv::IMREAD_UNCHANGED), cleaned(dimPage())));
 }
 
-TEST_P(BlackEdgeFile, RaisesTheImageLibrarysErrorWhenItIsAbsent) {
+TEST_P(BlackEdgeFile, RaisesOpenCvsErrorWhenItIsAbsent) {
     EXPECT_THROW(rewrite(scratch_.file("missing.png")), cv::Exception);
     EXPECT_THROW(GetParam().rewrite(nullptr), cv::Exception);
 }
 
-TEST_P(BlackEdgeFile, RaisesTheImageLibrarysErrorAndStaysWhenItIsNoPicture) {
+TEST_P(BlackEdgeFile, RaisesOpenCvsErrorAndStaysWhenItIsNoPicture) {
     const Bytes text{'n', 'o', 'p', 'e'};
     const std::string file = make("a.png", text);
     EXPECT_THROW(rewrite(file), cv::Exception);
     EXPECT_EQ(bytesOf(file), text);
 }
 
-TEST_P(BlackEdgeFile, RaisesTheImageLibrarysErrorAndStaysWhenItsNameTellsNoType) {
+TEST_P(BlackEdgeFile, RaisesOpenCvsErrorAndStaysWithAnUnknownExtension) {
     const Bytes png = encoded(".png", dimPage());
     const std::string file = make("a.page", png);
     EXPECT_THROW(rewrite(file), cv::Exception);
@@ -193,7 +193,7 @@ class BlackEdgeFiles : public testing::Test {
     ScratchFolder scratch_;
 };
 
-TEST_F(BlackEdgeFiles, DifferOnADimPageWhoseGreyOnlyTheFirstVariantLifts) {
+TEST_F(BlackEdgeFiles, DifferOnADimPageThatOnlyTheFirstVariantBrightens) {
     const Bytes png = encoded(".png", dimPage());
     const cv::Mat lifted = rewritten(FN_DeleteBlackEdgeEx, "a.png", png);
     const cv::Mat plain = rewritten(FN_DeleteBlackEdgeEx2, "b.png", png);
@@ -205,7 +205,7 @@ TEST_F(BlackEdgeFiles, DifferOnADimPageWhoseGreyOnlyTheFirstVariantLifts) {
     EXPECT_EQ(plain.at<cv::Vec3b>(bright), cv::Vec3b::all(240));
 }
 
-TEST_F(BlackEdgeFiles, AreTurnedAsTheirOrientationTagSaysByTheFirstVariantOnly) {
+TEST_F(BlackEdgeFiles, AreTurnedByTheirOrientationTagInTheFirstVariantOnly) {
     const Bytes plain = encoded(".jpg", dimPage());
     const Bytes tagged = withOrientationSix(plain);
     ASSERT_EQ(cv::imdecode(tagged, cv::IMREAD_COLOR).size(), cv::Size(kSize.height, kSize.width));

@@ -15,7 +15,7 @@ namespace {
 
 using namespace doccam::test;
 
-// The outline begins one pixel outside of the sheet: of its three pixels two lie on the sheet.
+// The outline is three pixels wide: one outside the sheet, two on it.
 cv::Rect within(const cv::Rect& sheet) {
     return {sheet.x + 2, sheet.y + 2, sheet.width - 4, sheet.height - 4};
 }
@@ -55,12 +55,12 @@ cv::Mat deleted(const cv::Mat& picture) {
     return result;
 }
 
-TEST(DeleteBlackEdge, WhitensADarkPictureWhole) {
+TEST(DeleteBlackEdge, WhitensAllOfADarkPicture) {
     const cv::Mat picture(kSize, CV_8UC3, kBlackDesk);
     EXPECT_TRUE(isSamePicture(deleted(picture), cv::Mat(kSize, CV_8UC3, kWhite)));
 }
 
-TEST(DeleteBlackEdge, WhitensAPictureWholeWhoseSheetIsTooSmall) {
+TEST(DeleteBlackEdge, WhitensAllOfAPictureWhoseSheetIsTooSmall) {
     const cv::Mat picture = sheetOnDesk(kSize, {20, 30, 201, 151}, kPaper);
     EXPECT_TRUE(isSamePicture(deleted(picture), cv::Mat(kSize, CV_8UC3, kWhite)));
 }
@@ -82,7 +82,7 @@ TEST(DeleteBlackEdge, JudgesDarknessByTheMeanRoundedDown) {
     EXPECT_TRUE(isSamePicture(deleted(picture), withWhiteMargins(picture, within(kSheet))));
 }
 
-TEST(DeleteBlackEdge, PaintsThreePixelsAroundASheetThatFillsThePicture) {
+TEST(DeleteBlackEdge, PaintsAThreePixelBorderOnASheetThatFillsThePicture) {
     const cv::Mat picture(kSize, CV_8UC3, kPaper);
     EXPECT_TRUE(isSamePicture(deleted(picture), withWhiteMargins(picture, {3, 3, 294, 214})));
 }
@@ -106,12 +106,12 @@ TEST(DeleteBlackEdge, KeepsABrightSpeckAboveTheSheet) {
     EXPECT_EQ(actual.at<cv::Vec3b>(15, 90), cv::Vec3b::all(255));
 }
 
-TEST(DeleteBlackEdge, LeansWithTheRowsPaddingWhenTheWidthIsNoMultipleOfFour) {
+TEST(DeleteBlackEdge, SkewsWithTheRowPaddingWhenTheWidthIsNoMultipleOfFour) {
     const cv::Rect sheet(40, 4, 256, 140);
     const cv::Mat picture = sheetOnDesk({303, 148}, sheet, kPaper);
     const cv::Mat actual = deleted(picture);
-    // Row 100 meets its own left edge a hundred pixels too far right, and the right edge of the
-    // row before on the left.
+    // Row 100 finds its own left edge a hundred pixels too far right, and the previous row's right
+    // edge on the left.
     const cv::Mat row = actual.row(100);
     EXPECT_EQ(row.at<cv::Vec3b>(92), cv::Vec3b::all(255));
     EXPECT_EQ(row.at<cv::Vec3b>(93), cv::Vec3b::all(200));
@@ -186,7 +186,7 @@ bool endsMargins(const cv::Scalar& colour) {
 }
 
 TEST(FillBlackEdgeToWhite, EndsMarginsAtColouredPixels) {
-    EXPECT_FALSE(endsMargins({90, 120, 150})); // 30 from the mean
+    EXPECT_FALSE(endsMargins({90, 120, 150})); // 30 off the mean
     EXPECT_TRUE(endsMargins({89, 120, 150}));  // the last 31 above the mean
     EXPECT_TRUE(endsMargins({120, 90, 151}));
     EXPECT_TRUE(endsMargins({150, 120, 88})); // the last 31 below the mean

@@ -34,9 +34,9 @@ void drawShape(cv::Mat& picture, cv::RNG& random) {
     cv::fillConvexPoly(picture, outline, greyFrom(random, 40, 250));
 }
 
-void addNoise(cv::Mat& picture, cv::RNG& random, int most) {
+void addNoise(cv::Mat& picture, cv::RNG& random, int limit) {
     cv::Mat added(picture.size(), CV_8UC3);
-    random.fill(added, cv::RNG::UNIFORM, 0, most);
+    random.fill(added, cv::RNG::UNIFORM, 0, limit);
     picture += added;
 }
 

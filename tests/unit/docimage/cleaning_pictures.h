@@ -11,7 +11,7 @@ inline const cv::Scalar kBlackDesk = cv::Scalar::all(0);
 inline const cv::Scalar kPaper = cv::Scalar::all(200);
 inline const cv::Scalar kWhite = cv::Scalar::all(255);
 
-// A small picture, and a sheet in it.
+// A small picture and the sheet in it.
 inline const cv::Size kSize(300, 220);
 inline const cv::Rect kSheet(20, 30, 240, 150);
 
@@ -21,8 +21,8 @@ cv::Mat sheetOnDesk(cv::Size size, cv::Rect area, const cv::Scalar& sheet);
 // Every sample from 0 to 255 at random.
 cv::Mat noise(cv::Size size, std::uint64_t seed);
 
-// A noisy dark desk with one to three bright shapes, large enough for a sheet or not, that may
-// touch the edge or each other, specks around them, print and coloured strokes.
+// A noisy dark desk with one to three bright shapes of any size, which may touch the edge or each
+// other, and specks, print and coloured strokes.
 cv::Mat drawnScene(cv::Size size, std::uint64_t seed);
 
 } // namespace doccam::test

@@ -36,7 +36,7 @@ class HullOfEachShape : public testing::TestWithParam<doccam::test::Shape> {};
 
 INSTANTIATE_TEST_SUITE_P(FindConvexHull, HullOfEachShape, testing::ValuesIn(doccam::test::kShapes));
 
-TEST_P(HullOfEachShape, IsTheLibrarys) {
+TEST_P(HullOfEachShape, EqualsOpenCvs) {
     doccam::test::ShapeMaker maker(3);
     for (int i = 0; i < 1000; ++i) {
         const Contour contour = maker.make(GetParam());
@@ -44,8 +44,8 @@ TEST_P(HullOfEachShape, IsTheLibrarys) {
     }
 }
 
-// Few places for many points: many that are alike or in line.
-TEST(FindConvexHull, IsTheLibrarysForCrowdedPoints) {
+// Many points on few positions: duplicates and collinear ones abound.
+TEST(FindConvexHull, EqualsOpenCvsForCrowdedPoints) {
     cv::RNG random(8);
     for (int i = 0; i < 5000; ++i) {
         const int side = random.uniform(2, 30);
@@ -67,7 +67,7 @@ TEST(FindConvexHull, GoesDownFirst) {
                 ElementsAre(cv::Point(0, 0), cv::Point(0, 5), cv::Point(10, 5), cv::Point(10, 0)));
 }
 
-TEST(FindConvexHull, HasTheEndsOfALine) {
+TEST(FindConvexHull, OfALineIsItsEnds) {
     EXPECT_THAT(hullOf({{2, 2}, {4, 4}, {3, 3}}), ElementsAre(cv::Point(2, 2), cv::Point(4, 4)));
     EXPECT_THAT(hullOf({{2, 2}, {2, 2}, {2, 2}}), ElementsAre(cv::Point(2, 2)));
     EXPECT_THAT(hullOf({}), IsEmpty());

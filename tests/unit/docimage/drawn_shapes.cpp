@@ -41,8 +41,8 @@ cv::Mat tiltedRect(cv::Size size, double degrees) {
 
 } // namespace
 
-int ShapeMaker::between(int least, int most) {
-    return std::uniform_int_distribution<int>(least, most)(random_);
+int ShapeMaker::between(int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random_);
 }
 
 double ShapeMaker::angle() {
@@ -54,7 +54,7 @@ cv::Rect ShapeMaker::anyRect() {
     return {{between(2, kWidth - size.width - 2), between(2, kHeight - size.height - 2)}, size};
 }
 
-// Bites of one pixel out of the edge, as noise leaves them on an upright sheet.
+// Takes single pixels out of the edge, as noise does on an upright sheet.
 cv::Mat ShapeMaker::ragged(cv::Rect rect) {
     cv::Mat picture = filledRect(rect);
     for (int bite = between(1, 12); bite > 0; --bite) {

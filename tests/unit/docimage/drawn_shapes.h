@@ -1,4 +1,4 @@
-// Outlines of filled shapes, as a search for contours lists them.
+// Outlines of filled shapes, as OpenCV's contour search lists them.
 #pragma once
 
 #include <opencv2/core.hpp>
@@ -16,7 +16,7 @@ enum class Shape { kUpright, kSquare, kDiamond, kRagged, kTilted, kPolygon };
 inline constexpr Shape kShapes[] = {Shape::kUpright, Shape::kSquare, Shape::kDiamond,
                                     Shape::kRagged,  Shape::kTilted, Shape::kPolygon};
 
-// Draws one shape after the other, sizes, places and angles at random but the same in each run.
+// Draws one shape after the other. Sizes, positions and angles are random but the same in each run.
 class ShapeMaker {
   public:
     explicit ShapeMaker(unsigned seed)
@@ -25,7 +25,7 @@ class ShapeMaker {
     Contour make(Shape shape);
 
   private:
-    int between(int least, int most);
+    int between(int low, int high);
     double angle();
 
     cv::Rect anyRect();

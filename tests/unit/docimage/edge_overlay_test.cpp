@@ -51,7 +51,7 @@ cv::Mat deskWithSheet() {
     return frame;
 }
 
-// Reduced, the sheet's pixels are 40 to 119 and 30 to 89.
+// In the reduced picture the sheet spans pixels 40 to 119 and 30 to 89.
 TEST_F(DrawingEdgeTest, KeepsTheCornersOfASheetInFramePixels) {
     cv::Mat frame = deskWithSheet();
     EXPECT_EQ(detect(frame), 0);
@@ -60,7 +60,7 @@ TEST_F(DrawingEdgeTest, KeepsTheCornersOfASheetInFramePixels) {
 }
 
 TEST_F(DrawingEdgeTest, ReturnsMinus1WithoutAnyOutline) {
-    // Two by two reduced pixels: nothing is left inside the cleared frame.
+    // Two by two reduced pixels: the cleared frame leaves nothing.
     cv::Mat frame(8, 8, CV_8UC3, cv::Scalar::all(128));
     const cv::Mat before = frame.clone();
     EXPECT_EQ(detect(frame, 1), -1);
@@ -69,7 +69,7 @@ TEST_F(DrawingEdgeTest, ReturnsMinus1WithoutAnyOutline) {
 }
 
 TEST_F(DrawingEdgeTest, ReturnsMinus2WhenAUniformFrameIsTooSmallForASheet) {
-    // The outline of 18 x 18 reduced pixels holds 17 x 17.
+    // The outline of 18 x 18 reduced pixels encloses 17 x 17.
     cv::Mat frame(80, 80, CV_8UC3, cv::Scalar::all(128));
     const cv::Mat before = frame.clone();
     EXPECT_EQ(detect(frame, 1), -2);
@@ -77,7 +77,7 @@ TEST_F(DrawingEdgeTest, ReturnsMinus2WhenAUniformFrameIsTooSmallForASheet) {
     EXPECT_TRUE(test::isSamePicture(frame, before));
 }
 
-TEST_F(DrawingEdgeTest, TakesALargeUniformFrameAsASheetLessItsEdge) {
+TEST_F(DrawingEdgeTest, TakesALargeUniformFrameWithoutItsEdgeForASheet) {
     cv::Mat frame(480, 640, CV_8UC3, cv::Scalar::all(128));
     EXPECT_EQ(detect(frame), 0);
     EXPECT_THAT(corners(), ElementsAre(632, 472, 4, 472, 4, 4, 632, 4));
@@ -90,14 +90,14 @@ TEST_F(DrawingEdgeTest, RefusesAnAreaOf400ReducedPixels) {
     EXPECT_THAT(corners(), Each(kUntouched));
 }
 
-TEST_F(DrawingEdgeTest, TakesTheNextLargerArea) {
+TEST_F(DrawingEdgeTest, AcceptsTheNextLargerArea) {
     cv::Mat frame = desk({640, 480});
     lay(frame, {200, 200, 88, 84});
     EXPECT_EQ(detect(frame), 0);
     EXPECT_THAT(corners(), ElementsAre(284, 280, 200, 280, 200, 200, 284, 200));
 }
 
-TEST_F(DrawingEdgeTest, TakesTheOneFoundFirstOfTwoEqualSheets) {
+TEST_F(DrawingEdgeTest, TakesTheFirstOfTwoEqualSheets) {
     cv::Mat frame = desk({640, 480});
     lay(frame, {80, 40, 200, 120});
     lay(frame, {360, 280, 200, 120});
@@ -169,7 +169,7 @@ TEST_F(DrawingEdgeTest, FindsTheTiltedSheetWithinOneReducedPixel) {
     }
 }
 
-TEST_F(DrawingEdgeTest, LeavesTheRestBelowAMultipleOfFourOut) {
+TEST_F(DrawingEdgeTest, IgnoresPixelsPastAMultipleOfFour) {
     cv::Mat frame = desk({643, 482});
     lay(frame, {160, 120, 320, 240});
     EXPECT_EQ(detect(frame, 1), 0);

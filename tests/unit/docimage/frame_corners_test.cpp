@@ -17,7 +17,7 @@ TEST(FrameCorners, AreFourTimesThoseOfTheReducedOutline) {
     EXPECT_NEAR(corners[1].y, 200, 1);
 }
 
-TEST(WholePixels, CutsFractionsOffTowardZero) {
+TEST(WholePixels, TruncatesTowardZero) {
     const SheetCorners corners =
         wholePixels({cv::Point2f(-1.75F, 3.99F), {-0.5F, 0.5F}, {7, -7}, {2.5F, -3.01F}});
     EXPECT_THAT(corners,

@@ -19,7 +19,7 @@ cv::Mat noise(cv::Size size) {
     return picture;
 }
 
-// What the C interface makes of the same request.
+// What OpenCV's C interface computes for the same arguments.
 cv::Mat mapOfCInterface(cv::Size canvas, cv::Size picture, double degrees) {
     cv::Mat map(2, 3, CV_32F);
     CvMat view = cvMat(map);
@@ -49,7 +49,7 @@ TEST(RotateImage, ExchangesTheSidesFor90DegreesOfAnEvenPicture) {
     EXPECT_EQ(rotateImage(noise({40, 26}), 90).size(), cv::Size(26, 40));
 }
 
-TEST(RotateImage, Gives141PixelsAndBlackCornersFor45DegreesOf100) {
+TEST(RotateImage, Turns100PixelsBy45DegreesInto141WithBlackCorners) {
     const cv::Mat turned = rotateImage(cv::Mat(100, 100, CV_8UC3, cv::Scalar(9, 99, 199)), 45);
     ASSERT_EQ(turned.size(), cv::Size(141, 141));
     EXPECT_EQ(turned.at<cv::Vec3b>(70, 70), cv::Vec3b(9, 99, 199));
@@ -89,7 +89,7 @@ TEST(RotateImage, LeavesItsSourceAlone) {
     EXPECT_TRUE(test::isSamePicture(picture, before));
 }
 
-TEST(RotateImage, IsTheCInterfacesMapAndWarpToTheBit) {
+TEST(RotateImage, EqualsTheCInterfacesMapAndWarpToTheBit) {
     const cv::Mat picture = noise({83, 58});
     for (float angle = -400; angle < 460; angle += 3.37F) {
         SCOPED_TRACE(angle);
@@ -108,20 +108,20 @@ TEST(RotateImage, IsTheCInterfacesMapAndWarpToTheBit) {
 }
 
 TEST(RotateImage, HalvesOddDifferencesTowardZero) {
-    // A canvas narrower by three and higher by five pixels than the picture.
+    // A canvas three pixels narrower and five higher than the picture.
     const cv::Mat map = turnOnto({10, 20}, {13, 15}, 0);
     EXPECT_EQ(map.at<float>(0, 2), -1.0F);
     EXPECT_EQ(map.at<float>(1, 2), 2.0F);
 }
 
-TEST(RotateImage, ThrowsForAnAngleThatIsNoNumber) {
+TEST(RotateImage, ThrowsForAnAngleThatIsNotFinite) {
     const cv::Mat picture = noise({8, 8});
     EXPECT_THROW(rotateImage(picture, std::numeric_limits<float>::quiet_NaN()), cv::Exception);
     EXPECT_THROW(rotateImage(picture, std::numeric_limits<float>::infinity()), cv::Exception);
     EXPECT_THROW(rotateImage(picture, -std::numeric_limits<float>::infinity()), cv::Exception);
 }
 
-TEST(RotateImage, TakesTheLargestAngleThatIsANumber) {
+TEST(RotateImage, AcceptsTheLargestFiniteAngle) {
     EXPECT_NO_THROW(rotateImage(noise({8, 8}), std::numeric_limits<float>::max()));
 }
 
@@ -129,12 +129,12 @@ TEST(RotateImage, ThrowsForAnEmptyPicture) {
     EXPECT_THROW(rotateImage(cv::Mat(), 10), cv::Exception);
 }
 
-TEST(RotateImage, ThrowsForAPictureTooLongForTheLibrary) {
+TEST(RotateImage, ThrowsForAPictureTooLongForOpenCv) {
     EXPECT_THROW(rotateImage(cv::Mat(1, 32767, CV_8UC3), 0), cv::Exception);
     EXPECT_EQ(rotateImage(cv::Mat(1, 32766, CV_8UC3), 0).cols, 32766);
 }
 
-TEST(RotateImage, ThrowsForSamplesThatTheLibraryCannotTurn) {
+TEST(RotateImage, ThrowsForSamplesThatOpenCvCannotTurn) {
     EXPECT_THROW(rotateImage(cv::Mat(8, 8, CV_32SC3, cv::Scalar::all(1)), 10), cv::Exception);
 }
 

@@ -32,7 +32,7 @@ TEST(GammaCorrection, LiftsDarkLevelsStrongly) {
     }
 }
 
-TEST(GammaCorrection, TreatsThreeChannelsAsOne) {
+TEST(GammaCorrection, TreatsEachOfThreeChannelsAlike) {
     cv::Mat one = levels(1);
     cv::Mat three = levels(3);
     GammaCorrection(one, one, 0.4F);
@@ -82,7 +82,7 @@ TEST(GammaCorrection, ReplacesWhatTheDestinationHeld) {
     EXPECT_TRUE(isEqual(before, cv::Mat(7, 7, CV_32FC3, cv::Scalar::all(1))));
 }
 
-TEST(GammaCorrection, GivesAnEmptyImageForAnEmptyOne) {
+TEST(GammaCorrection, ReturnsAnEmptyImageForAnEmptyOne) {
     cv::Mat source;
     cv::Mat result(7, 7, CV_8UC1);
     GammaCorrection(source, result, 0.4F);

@@ -23,7 +23,7 @@ int librarysLevel(const cv::Mat& row) {
     return static_cast<int>(cv::threshold(row, binary, 0, 255, cv::THRESH_OTSU));
 }
 
-// Pixels around a few levels, as of pictures with a sheet, print and a desk.
+// Pixels around a few levels, as in pictures of a sheet with print on a desk.
 cv::Mat heaps(cv::RNG& random) {
     cv::Mat row(1, random.uniform(1, 5000), CV_8UC1);
     for (int begin = 0; begin < row.cols;) {
@@ -35,7 +35,7 @@ cv::Mat heaps(cv::RNG& random) {
     return row;
 }
 
-TEST(CountLevels, CountsEachPixelOnceWhateverTheirNumber) {
+TEST(CountLevels, CountsEachPixelOnceForAnyPictureSize) {
     for (int count = 0; count < 20; ++count) {
         std::vector<unsigned char> pixels(static_cast<std::size_t>(count));
         std::iota(pixels.begin(), pixels.end(), static_cast<unsigned char>(240));
@@ -53,7 +53,7 @@ TEST(AddLevels, AddsThemOneByOne) {
     EXPECT_EQ(levels, (Levels{11, 22, 3, 40}));
 }
 
-TEST(OtsuLevel, IsTheLibrarys) {
+TEST(OtsuLevel, EqualsOpenCvs) {
     cv::RNG random(12);
     for (int i = 0; i < 3000; ++i) {
         const cv::Mat row = heaps(random);
@@ -61,7 +61,7 @@ TEST(OtsuLevel, IsTheLibrarys) {
     }
 }
 
-TEST(OtsuLevel, IsTheLibrarysForTwoLevelsAnyDistanceApart) {
+TEST(OtsuLevel, EqualsOpenCvsForTwoLevelsAnyDistanceApart) {
     for (int dark = 0; dark < 255; dark += 5) {
         for (int bright = dark + 1; bright < 256; bright += 3) {
             cv::Mat row(1, 999, CV_8UC1, cv::Scalar(dark));

@@ -25,7 +25,7 @@ std::vector<uchar> marked(const std::string& line) {
 
 enum class End { kFirst, kLast };
 
-// The margin of a line at one of its ends, which must be the same whether it is a row or a column.
+// The margin at one end of a line, which must be the same for a row and for a column.
 int depth(const std::string& line, End end) {
     const std::vector<uchar> marks = marked(line);
     const auto length = static_cast<int>(line.size());
@@ -69,20 +69,20 @@ TEST(MarginDepth, IsTheWholeLineWhenTheOutlineEndsIt) {
     EXPECT_EQ(backward("###......."), 10);
 }
 
-TEST(MarginDepth, PassesOverFewerThanThreeNeighbouringMarks) {
+TEST(MarginDepth, IgnoresFewerThanThreeNeighbouringMarks) {
     EXPECT_EQ(forward("..##.##.#."), 10);
     EXPECT_EQ(backward(".#.##.##.."), 10);
     EXPECT_EQ(forward("..##.###.."), 8);
     EXPECT_EQ(backward("..###.##.."), 8);
 }
 
-TEST(MarginDepth, TakesPositionZeroForMarkedWhenWalkingForward) {
+TEST(MarginDepth, TreatsPositionZeroAsMarkedWhenWalkingForward) {
     EXPECT_EQ(forward(".##......."), 3);
     EXPECT_EQ(forward(".###......"), 3);
     EXPECT_EQ(forward(".#.###...."), 6);
 }
 
-TEST(MarginDepth, DoesNotTakePositionZeroForMarkedWhenASoleMarkPrecedesIt) {
+TEST(MarginDepth, DoesNotTreatPositionZeroAsMarkedAfterASoleMark) {
     EXPECT_EQ(forward("##........"), 10);
     EXPECT_EQ(forward("#.##......"), 10);
 }
@@ -144,7 +144,7 @@ TEST(FindMargins, ScansEachRowAndColumnFromBothEnds) {
     EXPECT_EQ(margins.bottom, (std::vector<int>{7, 7, 6, 7, 7, 7}));
 }
 
-// Marks in runs, so that lines have outlines and near misses.
+// Marks in runs, so that lines have outlines and near-outlines.
 cv::Mat drawnMarks(cv::Size size, std::uint64_t seed) {
     cv::RNG random(seed);
     cv::Mat marks(size, CV_8UC1, cv::Scalar(0));

@@ -17,7 +17,7 @@ using test::ShapeMaker;
 
 constexpr int kShapesOfAKind = 1000;
 
-// Pixels by which single precision may miss a vertex.
+// Single-precision rounding of a vertex, in pixels.
 constexpr double kRounding = 0.05;
 
 std::string named(const testing::TestParamInfo<Shape>& info) {
@@ -30,7 +30,7 @@ double areaOf(const cv::RotatedRect& box) {
     return static_cast<double>(box.size.width) * box.size.height;
 }
 
-// Of the rectangle around contour with one side along direction.
+// The area of the rectangle around contour with one side along direction.
 double areaAlong(const Contour& contour, cv::Point2d direction) {
     direction /= cv::norm(direction);
     const cv::Point2d normal(-direction.y, direction.x);
@@ -97,23 +97,23 @@ TEST_P(EachShape, LiesInsideItsRectangle) {
     });
 }
 
-// A smallest rectangle lies along an edge of the hull; the steps between try the rest.
+// The smallest rectangle has a side along an edge of the hull; the steps between try the rest.
 TEST_P(EachShape, HasNoSmallerRectangleAtAnyOtherAngle) {
     forMany([](const Contour& contour, const cv::RotatedRect& box) {
-        const double most = areaOf(box) * (1 - 1e-4);
+        const double minimum = areaOf(box) * (1 - 1e-4);
         for (int degrees = 0; degrees < 90; degrees += 3) {
             const double radians = degrees * CV_PI / 180;
-            EXPECT_GE(areaAlong(contour, {std::cos(radians), std::sin(radians)}), most);
+            EXPECT_GE(areaAlong(contour, {std::cos(radians), std::sin(radians)}), minimum);
         }
         Contour hull;
         cv::convexHull(contour, hull);
         for (std::size_t i = 0; i < hull.size(); ++i) {
-            EXPECT_GE(areaAlong(contour, hull[(i + 1) % hull.size()] - hull[i]), most);
+            EXPECT_GE(areaAlong(contour, hull[(i + 1) % hull.size()] - hull[i]), minimum);
         }
     });
 }
 
-TEST_P(EachShape, HasTheLibrarysRectangleOrAnotherOfThatArea) {
+TEST_P(EachShape, HasOpenCvsRectangleOrAnotherOfThatArea) {
     int others = 0;
     forMany([&](const Contour& contour, const cv::RotatedRect& box) {
         const cv::RotatedRect theirs = cv::minAreaRect(contour);
@@ -136,7 +136,7 @@ TEST_P(EachShape, GivesTheSameBitsWhereverTheContourStarts) {
     });
 }
 
-// What keeps pages upright: the first edge is the side that leans to the left of straight up.
+// This keeps pages upright: the first edge is the side that leans left of vertical.
 TEST_P(EachShape, HasAFirstEdgeBetweenUpAndLeft) {
     forMany([](const Contour&, const cv::RotatedRect& box) {
         const Corners corners = boxCorners(box);
@@ -165,7 +165,7 @@ TEST_P(EachShape, HasTheCornersOfTheCInterface) {
     });
 }
 
-TEST(MinAreaFit, DoesNotMindTheContourBefore) {
+TEST(MinAreaFit, IsIndependentOfTheContourBefore) {
     ShapeMaker maker(11);
     MinAreaFit fit;
     for (int i = 0; i < 200; ++i) {
@@ -179,7 +179,7 @@ TEST(MinAreaFit, DoesNotMindTheContourBefore) {
 }
 
 // All four sides of an upright rectangle give the same area; the last one tried counts.
-TEST(MinAreaRectangle, StandsOnItsSideForAnUprightRectangle) {
+TEST(MinAreaRectangle, LiesOnItsSideForAnUprightRectangle) {
     const cv::RotatedRect box = minAreaRectangle({{10, 20}, {50, 20}, {50, 40}, {10, 40}});
     EXPECT_EQ(box.angle, -90.0F);
     EXPECT_EQ(box.center, cv::Point2f(30, 30));

@@ -1,4 +1,4 @@
-// The outer outlines of regions and the line along them, against OpenCV's contours.
+// The outer outlines of regions, against OpenCV's contours.
 #include "docimage/clean/outline_brush.h"
 #include "docimage/sheet/outer_outlines.h"
 #include "support/same_picture.h"
@@ -70,7 +70,7 @@ void expectLibrarysOutlines(const cv::Mat& picture) {
     ASSERT_TRUE(doccam::test::isSamePicture(drawn, expectedDrawing));
 }
 
-TEST(OuterOutlines, AreTheLibrarysContoursOfSpeckles) {
+TEST(OuterOutlines, EqualOpenCvsContoursOfSpeckles) {
     for (int width = 1; width <= 40; ++width) {
         for (const double share : {0.05, 0.2, 0.5, 0.8, 0.95}) {
             SCOPED_TRACE(testing::Message() << "width " << width << ", share " << share);
@@ -80,7 +80,7 @@ TEST(OuterOutlines, AreTheLibrarysContoursOfSpeckles) {
     }
 }
 
-TEST(OuterOutlines, AreTheLibrarysContoursOfShapesInHoles) {
+TEST(OuterOutlines, EqualOpenCvsContoursOfShapesInHoles) {
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
         expectLibrarysOutlines(shapes({20 + i, 220 - i}, static_cast<std::uint64_t>(i + 1)));

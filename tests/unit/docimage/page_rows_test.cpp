@@ -1,4 +1,4 @@
-// The loops over rows of a page, for each instruction set that this machine has.
+// The row kernels of page cleaning, for each instruction set of this machine.
 #include "docimage/clean/page_kernels.h"
 #include "plain/black_edge.h"
 
@@ -26,7 +26,7 @@ std::string named(const testing::TestParamInfo<PageKernels>& rows) {
 INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageRows, testing::ValuesIn(doccam::allPageKernels()),
                          named);
 
-// Whether exactly the pixels that wanted names are marked, of all colours there are.
+// Runs mark over all colours and checks that exactly those for which wanted is true are marked.
 template <typename Mark, typename Wanted>
 void expectMarks(Mark mark, Wanted wanted) {
     std::vector<cv::Vec3b> row(256);
@@ -45,17 +45,17 @@ void expectMarks(Mark mark, Wanted wanted) {
     }
 }
 
-TEST_P(EachPageRows, MarksTheColouredOfAllColours) {
+TEST_P(EachPageRows, MarksExactlyTheColouredPixels) {
     expectMarks(GetParam().markColours,
                 [](const cv::Vec3b& pixel) { return doccam::plain::isColoured(pixel); });
 }
 
-TEST_P(EachPageRows, MarksTheDarkOfAllColours) {
+TEST_P(EachPageRows, MarksExactlyTheDarkPixels) {
     expectMarks(GetParam().markDark,
                 [](const cv::Vec3b& pixel) { return (pixel[0] + pixel[1] + pixel[2]) / 3 <= 30; });
 }
 
-TEST_P(EachPageRows, MarksNoMoreThanItsPixels) {
+TEST_P(EachPageRows, WritesNothingPastItsPixels) {
     for (const auto mark : {GetParam().markColours, GetParam().markDark}) {
         for (int count = 0; count <= 200; ++count) {
             const std::vector<unsigned char> row(static_cast<std::size_t>(3 * count), 70);
@@ -67,8 +67,8 @@ TEST_P(EachPageRows, MarksNoMoreThanItsPixels) {
     }
 }
 
-// Sums as large and as close to each limit as they come: whole rows of one mean.
-TEST_P(EachPageRows, MarksForPaperWhatIsAboveTheMeanLess19) {
+// Whole rows of one mean give the largest sums and those closest to each limit.
+TEST_P(EachPageRows, MarksAsPaperWhatIsAboveTheMeanLess19) {
     constexpr int kPixels = doccam::kSurroundings * doccam::kSurroundings;
     std::vector<unsigned char> grey(256);
     for (std::size_t i = 0; i < grey.size(); ++i) {
@@ -92,7 +92,7 @@ TEST_P(EachPageRows, MarksForPaperWhatIsAboveTheMeanLess19) {
     }
 }
 
-// What the steps make of a row, pixel by pixel.
+// The whitening rules, pixel by pixel.
 void whitenPlainly(const WhitenRowInput& row, const cv::Mat& sharp, unsigned char* result) {
     for (int x = 0; x < row.count; ++x) {
         const auto c = sharp.at<cv::Vec3b>(1, x);
@@ -118,7 +118,7 @@ cv::Mat halfMarked(cv::RNG& random, int count) {
     return marks * 255;
 }
 
-TEST_P(EachPageRows, WhitensAsTheFilterAndTheRulesDo) {
+TEST_P(EachPageRows, WhitensAsThePlainFilterAndRulesDo) {
     cv::RNG random(31);
     for (int count = 1; count <= 300; ++count) {
         cv::Mat rows(3, count, CV_8UC3);

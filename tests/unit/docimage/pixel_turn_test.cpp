@@ -17,7 +17,7 @@ cv::Mat noisy(int rows, int cols) {
     return picture;
 }
 
-// A view that ends with the memory around it on one side, and has pixels around it on the others.
+// A view that ends where its memory ends on one side, and has pixels around it on the others.
 cv::Mat viewOf(int rows, int cols) {
     return noisy(rows + 2, cols + 3)(cv::Rect(3, 2, cols, rows));
 }
@@ -33,7 +33,7 @@ bool same(const cv::Mat& left, const cv::Mat& right) {
     return left.size() == right.size() && cv::norm(left, right, cv::NORM_INF) == 0;
 }
 
-// Around the sizes of the blocks that turns work in, and far from them.
+// Sides close to the block size of the turns, and far from it.
 constexpr int kSides[] = {1, 2, 3, 4, 5, 15, 16, 17, 63, 100, 127, 128, 129, 200};
 constexpr int kLongSides[] = {511, 512, 513, 1030};
 
@@ -97,7 +97,7 @@ TEST(PixelTurn, TurnsAWholeFrame) {
     }
 }
 
-TEST(PixelTurn, TakesPicturesOfThreeBytePixelsOnly) {
+TEST(PixelTurn, TakesOnlyPicturesOfThreeBytePixels) {
     EXPECT_TRUE(canTurn(noisy(1, 1)));
     EXPECT_FALSE(canTurn(cv::Mat()));
     EXPECT_FALSE(canTurn(cv::Mat(2, 2, CV_8UC1)));
@@ -119,7 +119,7 @@ TEST_F(TurnedFrame, TakesPicturesOfOtherPixels) {
         same(state().session.frames->roimage, plainlyTurned(grey, Quarter::kCounterClockwise)));
 }
 
-TEST_F(TurnedFrame, IsTurnedOnItself) {
+TEST_F(TurnedFrame, CanBeTurnedInPlace) {
     for (const int rows : {20, 30}) {
         const cv::Mat before = noisy(rows, 20);
         state().session.frames->roimage = before.clone();

@@ -1,5 +1,5 @@
-// Cleaning a page against its plain steps: every width, sizes that are shared among processors,
-// parts of larger pictures, photographs.
+// Page cleaning against its plain steps: every width, sizes shared among cores, parts of larger
+// pictures, photographs.
 #include "cleaning_pictures.h"
 #include "docimage/clean/black_edge.h"
 #include "docimage/clean/paper.h"
@@ -74,7 +74,7 @@ TEST(CleaningAPage, EqualsThePlainStepsOnScenesOfEveryRemainderOfTheWidthByFour)
     }
 }
 
-// Otherwise the comparisons would hold for operations that paint everything white.
+// Otherwise the comparisons would also pass if everything were painted white.
 TEST(CleaningAPage, KeepsTheSheetOfMostScenes) {
     int kept = 0;
     for (int i = 0; i < kScenes; ++i) {
@@ -118,7 +118,7 @@ TEST(CleaningAPage, EqualsThePlainStepsOnOneColour) {
     }
 }
 
-TEST(CleaningAPage, EqualsThePlainStepsOnAPartOfALargerPicture) {
+TEST(CleaningAPage, EqualsThePlainStepsOnPartOfALargerPicture) {
     for (const int width : {300, 301, 302, 303}) {
         const cv::Rect part(11, 7, width, 260);
         cv::Mat larger = noise({400, 300}, 2);
@@ -133,8 +133,8 @@ TEST(CleaningAPage, EqualsThePlainStepsOnAPartOfALargerPicture) {
     }
 }
 
-// A sharpened row has neighbours in the larger picture.
-TEST(CleaningAPage, WhitensThePaperOfAPartOfALargerPictureAsThePlainStepsDo) {
+// Sharpening reads the neighbouring rows of the larger picture.
+TEST(CleaningAPage, WhitensPaperOnPartOfALargerPictureAsThePlainStepsDo) {
     for (const int width : {101, 102, 103, 104}) {
         for (const int top : {0, 17}) {
             const cv::Rect part(11, top, width, 300);
@@ -147,7 +147,7 @@ TEST(CleaningAPage, WhitensThePaperOfAPartOfALargerPictureAsThePlainStepsDo) {
     }
 }
 
-TEST(PaperOf, IsTheLibrarysAdaptiveThreshold) {
+TEST(PaperOf, EqualsOpenCvsAdaptiveThreshold) {
     for (int i = 0; i < 60; ++i) {
         const cv::Size size(1 + i * 17 % 523, 1 + i * 29 % 431);
         SCOPED_TRACE(size);

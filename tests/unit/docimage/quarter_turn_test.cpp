@@ -13,7 +13,7 @@ namespace {
 
 using doccam::state;
 
-// One letter a pixel; the two other samples follow from it, so that mixed-up samples show.
+// One letter per pixel; the other two samples derive from it, so that swapped samples show.
 cv::Mat pictureOf(const std::vector<std::string>& rows) {
     cv::Mat picture(static_cast<int>(rows.size()), static_cast<int>(rows.front().size()), CV_8UC3);
     for (int y = 0; y < picture.rows; ++y) {
@@ -90,7 +90,7 @@ TEST_F(QuarterTurn, ReallocatesATurnedFrameOfAnotherSize) {
     EXPECT_EQ(lettersOf(state().session.frames->roimage), (Rows{"DH", "CG", "BF", "AE"}));
 }
 
-TEST_F(QuarterTurn, TurnsByHalfInTheCallersPixels) {
+TEST_F(QuarterTurn, TurnsByHalfInPlace) {
     const cv::Mat turned = CamdataRote180(frame_);
     EXPECT_EQ(lettersOf(frame_), (Rows{"HGFE", "DCBA"}));
     EXPECT_EQ(lettersOf(turned), (Rows{"HGFE", "DCBA"}));
@@ -104,7 +104,7 @@ TEST_F(QuarterTurn, TurnsByHalfWithoutATurnedFrame) {
     EXPECT_TRUE(state().session.frames->roimage.empty());
 }
 
-TEST_F(QuarterTurn, PassesTheImageLibrarysExceptionOn) {
+TEST_F(QuarterTurn, LetsOpenCvsExceptionThrough) {
     const cv::Mat solid({2, 2, 2}, CV_8UC3);
     EXPECT_THROW(CamdataRote90(solid), cv::Exception);
     EXPECT_THROW(CamdataRote270(solid), cv::Exception);

@@ -10,14 +10,14 @@
 namespace doccam {
 namespace {
 
-TEST(SheetGeometry, GivesAngle0WhenTheFirstEdgeIsUpright) {
+TEST(SheetGeometry, HasAngle0WhenTheFirstEdgeIsUpright) {
     const SheetGeometry sheet = measureSheet({{{100, 500}, {100, 200}, {700, 200}, {700, 500}}});
     EXPECT_EQ(sheet.angle, 0.0F);
     EXPECT_EQ(sheet.page, cv::Size(600, 300));
     EXPECT_EQ(sheet.bounds, cv::Rect(100, 200, 600, 300));
 }
 
-TEST(SheetGeometry, GivesAngle360WhenTheFirstEdgeIsLevel) {
+TEST(SheetGeometry, HasAngle360WhenTheFirstEdgeIsLevel) {
     const SheetGeometry sheet = measureSheet({{{700, 500}, {100, 500}, {100, 200}, {700, 200}}});
     EXPECT_EQ(sheet.angle, 360.0F);
     EXPECT_EQ(sheet.page, cv::Size(600, 300));
@@ -47,7 +47,7 @@ TEST(SheetGeometry, TakesTheFirstEdgeAsWidthAbove45Degrees) {
     EXPECT_EQ(sheet.page, cv::Size(300, 500));
 }
 
-TEST(SheetGeometry, CutsFractionsOffTheSides) {
+TEST(SheetGeometry, TruncatesTheSides) {
     // Sides of 14.14 and 28.28 pixels.
     const SheetGeometry sheet = measureSheet({{{10, 20}, {0, 10}, {20, -10}, {30, 0}}});
     EXPECT_EQ(sheet.page, cv::Size(28, 14));
@@ -65,11 +65,11 @@ TEST(SheetGeometry, BoundsCornersInAnyOrder) {
 }
 
 TEST(SheetGeometry, SurvivesCornersAbsurdlyFarApart) {
-    constexpr int kLeast = std::numeric_limits<int>::min();
-    constexpr int kMost = std::numeric_limits<int>::max();
+    constexpr int kMin = std::numeric_limits<int>::min();
+    constexpr int kMax = std::numeric_limits<int>::max();
     const SheetGeometry sheet =
-        measureSheet({{{kLeast, kLeast}, {-1, -1}, {kMost, kMost}, {kLeast, kMost}}});
-    EXPECT_TRUE(sheet.page.width == kMost || sheet.page.height == kMost);
+        measureSheet({{{kMin, kMin}, {-1, -1}, {kMax, kMax}, {kMin, kMax}}});
+    EXPECT_TRUE(sheet.page.width == kMax || sheet.page.height == kMax);
 }
 
 TEST(GetAngle, KeepsBoundsAndPageForTheStill) {

@@ -1,4 +1,4 @@
-// The work picture's memory, and the outlines drawn into it.
+// The work plane's memory layout, and the outlines drawn into it.
 #include "cleaning_pictures.h"
 #include "docimage/pixels/work_plane.h"
 #include "docimage/sheet/sheet_outline.h"
@@ -60,7 +60,7 @@ TEST(SheetOutline, IsThreePixelsWideAroundTheSheetsEdge) {
     cv::Mat expected(220, 300, CV_8UC1, cv::Scalar(0));
     expected(cv::Rect(19, 29, 242, 152)).setTo(255);
     expected(cv::Rect(22, 32, 236, 146)).setTo(0);
-    // Rounded line ends leave the four outermost pixels out.
+    // Rounded line ends omit the four outermost pixels.
     for (const int y : {29, 180}) {
         expected.at<uchar>(y, 19) = expected.at<uchar>(y, 260) = 0;
     }
@@ -77,7 +77,7 @@ TEST(SheetOutline, OfASheetThatFillsThePictureRunsAlongTheEdge) {
     EXPECT_TRUE(isSamePicture(outline.rows(), expected));
 }
 
-// An outline runs through the centres of the outermost pixels: a region of w x h pixels covers
+// An outline runs through the centres of the outermost pixels: that of w x h pixels encloses
 // (w - 1) x (h - 1).
 TEST(SheetOutline, IsDrawnForMoreThanThirtyThousandPixels) {
     const cv::Size size(300, 220);
@@ -87,7 +87,7 @@ TEST(SheetOutline, IsDrawnForMoreThanThirtyThousandPixels) {
     EXPECT_GT(cv::countNonZero(above.rows()), 0);
 }
 
-TEST(SheetOutline, IncludesSmallRegionsAboveTheLowestLargeOneOnly) {
+TEST(SheetOutline, IncludesSmallRegionsOnlyAboveTheLowestLargeOne) {
     cv::Mat picture = sheetOnDesk({300, 240}, {20, 50, 240, 150}, kPaper);
     picture(cv::Rect(100, 10, 20, 20)).setTo(kPaper);
     picture(cv::Rect(100, 215, 20, 20)).setTo(kPaper);
@@ -96,7 +96,7 @@ TEST(SheetOutline, IncludesSmallRegionsAboveTheLowestLargeOneOnly) {
     EXPECT_EQ(cv::countNonZero(outline.rows().rowRange(202, 240)), 0);
 }
 
-TEST(SheetOutline, HasNothingOfHolesWithinTheSheet) {
+TEST(SheetOutline, IgnoresHolesInTheSheet) {
     cv::Mat picture = sheetOnDesk({300, 220}, {20, 30, 240, 150}, kPaper);
     picture(cv::Rect(100, 80, 60, 40)).setTo(kBlackDesk);
     const auto outline = sheetOutline(picture);

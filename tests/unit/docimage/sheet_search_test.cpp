@@ -26,7 +26,7 @@ TEST(LiftedLevel, AddsSevenTenthsOfTheBackgroundsDistanceFrom127) {
     EXPECT_EQ(flatFieldedLevel(200, 227), 130);
 }
 
-TEST(LiftedLevel, CutsFractionsOff) {
+TEST(LiftedLevel, TruncatesFractions) {
     EXPECT_EQ(flatFieldedLevel(50, 126), 50);
     EXPECT_EQ(flatFieldedLevel(50, 128), 49);
 }
@@ -43,8 +43,8 @@ TEST(LiftedLevel, WrapsAroundAbove255) {
     EXPECT_EQ(flatFieldedLevel(255, 0), 87);
 }
 
-// Seven tenths in single precision: ten times that is just under 7.
-TEST(LiftedLevel, IsWhatFractionsGiveForAllLevels) {
+// Ten times 0.7f is just under 7.
+TEST(LiftedLevel, EqualsTheFractionsForAllLevels) {
     for (int grey = 0; grey < 256; ++grey) {
         for (int background = 0; background < 256; ++background) {
             const double sum = static_cast<double>(0.7F) * (127 - background) + grey;
@@ -66,7 +66,7 @@ std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
 INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows,
                          testing::ValuesIn(allSheetSearchKernels()), named);
 
-TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
+TEST_P(EachReducedRows, ReducesAsOpenCvDoes) {
     for (int count = 1; count <= 150; ++count) {
         const cv::Mat frame = test::noise({4 * count, 4}, static_cast<std::uint64_t>(count));
         std::vector<unsigned char> grey(static_cast<std::size_t>(count + 1), 99);
@@ -79,8 +79,8 @@ TEST_P(EachReducedRows, ReducesAsTheLibraryDoes) {
     }
 }
 
-// A pixel of each sum of sixteen samples: halves go to the even number.
-TEST_P(EachReducedRows, RoundsMeansAsTheLibraryDoes) {
+// One pixel for each sum of sixteen samples: halves round to even.
+TEST_P(EachReducedRows, RoundsMeansAsOpenCvDoes) {
     constexpr int kSums = 16 * 255 + 1;
     cv::Mat frame(4, 4 * kSums, CV_8UC3);
     for (int sum = 0; sum < kSums; ++sum) {
@@ -107,11 +107,11 @@ cv::Mat blurredBy(const SheetSearchKernels& rows, const cv::Mat& grey) {
     return sums;
 }
 
-TEST_P(EachReducedRows, LiftAsTheLibrarysBlurDoes) {
+TEST_P(EachReducedRows, FlattenAsOpenCvsBlurDoes) {
     for (const cv::Size size : {cv::Size(1, 1), {2, 3}, {9, 40}, {31, 30}, {64, 21}, {151, 37}}) {
         cv::Mat grey(size, CV_8UC1);
         cv::RNG(5).fill(grey, cv::RNG::UNIFORM, 0, 256);
-        const cv::Mat expected = plain::lifted(grey);
+        const cv::Mat expected = plain::flatFielded(grey);
         const cv::Mat sums = blurredBy(GetParam(), grey);
         for (int y = 0; y < grey.rows; ++y) {
             SheetSearchKernels::SumRows rows;
@@ -131,7 +131,7 @@ TEST(SheetSearch, TakesTheFrameAsRedFirst) {
     EXPECT_EQ(search.reduce(cv::Mat(8, 8, CV_8UC3, cv::Scalar(0, 0, 255))).at<uchar>(0), 29);
 }
 
-TEST(SheetSearch, ReducesAndLiftsAsTheLibraryDoesInEverySize) {
+TEST(SheetSearch, ReducesAndFlattensAsOpenCvDoesInEverySize) {
     SheetSearch search;
     for (int width = 4; width <= 60; ++width) {
         for (const int height : {4, 5, 18, 43, 48}) {
@@ -139,12 +139,12 @@ TEST(SheetSearch, ReducesAndLiftsAsTheLibraryDoesInEverySize) {
             SCOPED_TRACE(frame.size());
             ASSERT_TRUE(isSamePicture(search.reduce(frame), plain::reducedGrey(frame)));
             ASSERT_TRUE(
-                isSamePicture(search.flatField(), plain::lifted(plain::reducedGrey(frame))));
+                isSamePicture(search.flatField(), plain::flatFielded(plain::reducedGrey(frame))));
         }
     }
 }
 
-TEST(SheetSearch, ReducesAPartOfALargerFrame) {
+TEST(SheetSearch, ReducesPartOfALargerFrame) {
     const cv::Mat larger = test::noise({500, 300}, 3);
     const cv::Mat part = larger(cv::Rect(33, 21, 400, 240));
     EXPECT_TRUE(isSamePicture(SheetSearch().reduce(part), plain::reducedGrey(part.clone())));

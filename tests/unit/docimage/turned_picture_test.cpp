@@ -30,7 +30,7 @@ cv::Mat rendered(const TurnedPicture& picture, const cv::Rect& part, SampleOrder
     return target;
 }
 
-TEST(TurnedPicture, IsTheLibrarysAtEachAngleAndSize) {
+TEST(TurnedPicture, EqualsOpenCvsAtEachAngleAndSize) {
     for (const cv::Size size : {cv::Size(1, 1), {2, 1}, {1, 7}, {3, 3}, {40, 26}, {131, 97}}) {
         const cv::Mat picture = test::noise(size, 4);
         for (const float degrees : kAngles) {
@@ -41,7 +41,7 @@ TEST(TurnedPicture, IsTheLibrarysAtEachAngleAndSize) {
     }
 }
 
-TEST(TurnedPicture, IsTheLibrarysOfALargePicture) {
+TEST(TurnedPicture, EqualsOpenCvsForALargePicture) {
     const cv::Mat picture = test::noise({1001, 803}, 5);
     for (int i = 0; i < 30; ++i) {
         const float degrees = 12.37F * static_cast<float>(i);
@@ -50,7 +50,7 @@ TEST(TurnedPicture, IsTheLibrarysOfALargePicture) {
     }
 }
 
-TEST(TurnedPicture, OfAPartOfALargerPictureShowsThatPartOnly) {
+TEST(TurnedPicture, OfPartOfALargerPictureShowsThatPartOnly) {
     const cv::Mat larger = test::noise({300, 200}, 6);
     const cv::Mat part = larger(cv::Rect(20, 30, 101, 90));
     EXPECT_TRUE(isSamePicture(rotateImage(part, 33), plain::turned(part.clone(), 33)));
@@ -90,20 +90,20 @@ TEST(TurnedPicture, IsBlackAroundThePixelsOfARegion) {
     }
 }
 
-TEST(TurnedPicture, ThrowsForAPartOutsideOfItsCanvas) {
+TEST(TurnedPicture, ThrowsForAPartOutsideItsCanvas) {
     const cv::Mat pixels = test::noise({20, 10}, 1);
     const TurnedPicture picture({pixels, {}, pixels.size()}, 0);
     EXPECT_THROW(rendered(picture, {1, 0, 20, 10}, SampleOrder::kKept), cv::Exception);
     EXPECT_THROW(rendered(picture, {-1, 0, 5, 5}, SampleOrder::kKept), cv::Exception);
 }
 
-TEST(TurnedPicture, ThrowsForAnAngleThatIsNoNumber) {
+TEST(TurnedPicture, ThrowsForAnAngleThatIsNotFinite) {
     const cv::Mat pixels = test::noise({20, 10}, 1);
     const float none = std::numeric_limits<float>::quiet_NaN();
     EXPECT_THROW(TurnedPicture({pixels, {}, pixels.size()}, none), cv::Exception);
 }
 
-TEST(TurnedPicture, CannotBeOfOtherKinds) {
+TEST(TurnedPicture, RefusesOtherPixelTypes) {
     const auto canRender = [](const cv::Mat& pixels) {
         return TurnedPicture::canRender({pixels, {}, pixels.size()});
     };
@@ -115,8 +115,8 @@ TEST(TurnedPicture, CannotBeOfOtherKinds) {
     EXPECT_FALSE(canRender(cv::Mat()));
 }
 
-TEST(TurnedPicture, CannotBeOfBytesThatNoIntCounts) {
-    cv::Vec3b pixel; // nobody looks further
+TEST(TurnedPicture, RefusesPicturesOfMoreBytesThanAnIntHolds) {
+    cv::Vec3b pixel; // the size alone is checked
     const auto canRender = [&](int rows, std::size_t step) {
         const cv::Mat pixels(rows, 1, CV_8UC3, pixel.val, step);
         return TurnedPicture::canRender({pixels, {}, pixels.size()});
@@ -125,7 +125,7 @@ TEST(TurnedPicture, CannotBeOfBytesThatNoIntCounts) {
     EXPECT_FALSE(canRender(16384, 1 << 17));
 }
 
-TEST(RotateImageOfOtherKinds, IsTheLibrarys) {
+TEST(RotateImageOfOtherKinds, EqualsOpenCvs) {
     for (const int type : {CV_8UC1, CV_8UC4, CV_16UC3, CV_32FC1}) {
         cv::Mat picture(30, 41, type);
         cv::RNG(3).fill(picture, cv::RNG::UNIFORM, 0, 200);
@@ -142,8 +142,8 @@ std::string nameOfRows(const testing::TestParamInfo<RotationKernels>& rows) {
 INSTANTIATE_TEST_SUITE_P(RotationKernels, EachTurnedRows, testing::ValuesIn(allRotationKernels()),
                          nameOfRows);
 
-// Every fraction of a pixel, each way, in rows of every length.
-TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPlace) {
+// Every fraction of a pixel, in both directions, in rows of every length.
+TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPosition) {
     const cv::Mat pixels = test::noise({200, 3}, 10);
     for (int count = 1; count <= 150; ++count) {
         std::vector<int> across, down;

@@ -26,7 +26,7 @@ class AutomaticCrop : public testing::Test {
         std::copy(corners.begin(), corners.end(), state().sheet.CutPoint.begin());
     }
 
-    // The still as a reader of the file sees it, blue first.
+    // The still as read back from the file, blue first.
     cv::Mat taken(const cv::Mat& frame, int cropMode = kCropToSheet) {
         EXPECT_EQ(capture(path_.data(), test::kFormat, cropMode, frame), 0);
         return cv::imread(path_);
@@ -56,7 +56,7 @@ TEST_F(AutomaticCrop, PrintsPathAndGeometry) {
 
 TEST_F(AutomaticCrop, SavesThePageWithItsBorderInStepsOfFour) {
     setCorners(kUpright);
-    // Clipped at the turned picture: 402 + 16 by 302 + 16, rounded down.
+    // Clipped to the turned picture: 402 + 16 by 302 + 16, rounded down.
     EXPECT_EQ(taken(plainFrame()).size(), cv::Size(416, 316));
 }
 
@@ -85,7 +85,7 @@ TEST_F(AutomaticCrop, KeepsTheEnlargedBox) {
     EXPECT_EQ(state().sheet.CutLastH, 300);
 }
 
-TEST_F(AutomaticCrop, LeavesTheShiftedCornersBehind) {
+TEST_F(AutomaticCrop, KeepsTheShiftedCorners) {
     setCorners({500, 400, -12, 400, -12, -6, 500, -6});
     taken(plainFrame());
     EXPECT_THAT(
@@ -110,12 +110,12 @@ TEST_F(AutomaticCrop, ThrowsWhenACornerStaysOutsideThePaddedFrame) {
 }
 
 TEST_F(AutomaticCrop, ThrowsWhenThePageIsLargerThanTheTurnedPicture) {
-    // Corners of no rectangle: the page is as wide as the box's diagonal is long.
+    // Corners that form no rectangle: the page is as wide as the box's diagonal.
     setCorners({100, 100, 100, 400, 300, 200, 500, 400});
     EXPECT_THROW(capture(path_.data(), test::kFormat, kCropToSheet, plainFrame()), cv::Exception);
 }
 
-TEST_F(AutomaticCrop, SavesASpeckForCornersNeverFound) {
+TEST_F(AutomaticCrop, SavesASpeckWhenNoCornersWereFound) {
     setCorners({});
     EXPECT_EQ(taken(plainFrame()).size(), cv::Size(16, 16));
 }
@@ -154,8 +154,8 @@ TEST_F(AutomaticCrop, CutsTheSheetOutOfTheFrame) {
     EXPECT_NEAR(bright, 400, 4);
 }
 
-// The box is 404 wide and the page starts at 2: two columns of the box, then black beyond it.
-TEST_F(AutomaticCrop, HasABorderOfSurroundingsAsFarAsThereAreAny) {
+// The box is 404 wide and the page starts at 2: two columns of the box, then black.
+TEST_F(AutomaticCrop, HasABorderOfTheSurroundingsWithinTheFrame) {
     setCorners(kUpright);
     cv::Mat frame = plainFrame(cv::Scalar::all(200));
     const cv::Mat page = taken(frame);

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 
 const cv::Size kFrameSize(640, 480);
 
-TEST(FitIntoFrame, MakesRoomForTheLastCornerBeyondASideNotForTheFarthest) {
+TEST(FitIntoFrame, MakesRoomForTheLastNotTheFarthestCornerBeyondASide) {
     const FittedCorners fitted =
         fitIntoFrame({{{-10, 5}, {300, -4}, {310, 400}, {-2, 410}}}, kFrameSize);
     EXPECT_EQ(fitted.borders.left, 2);
@@ -64,7 +64,7 @@ TEST(EnlargedBox, KeepsAStartOutsideThePicture) {
     EXPECT_EQ(enlargedBox({-8, -1, 300, 200}, kFrameSize), cv::Rect(-8, -1, 304, 204));
 }
 
-TEST(CentredPage, HasSidesInStepsOfFourAndFourMore) {
+TEST(CentredPage, HasSidesInStepsOfFourPlusFour) {
     EXPECT_EQ(centredPage({301, 203}, kFrameSize), cv::Rect(169, 138, 304, 204));
     EXPECT_EQ(centredPage({300, 200}, kFrameSize), cv::Rect(170, 140, 304, 204));
 }

@@ -1,4 +1,4 @@
-// Image files read by the format libraries themselves, not by the library that wrote them.
+// Image files read by libjpeg, libpng and libtiff themselves, not by OpenCV, which wrote them.
 #pragma once
 
 #include <array>
@@ -14,12 +14,12 @@ struct Decoded {
     int height = 0;
     int channels = 0; // as stored in the file
     std::vector<Pixel> pixels;
-    int firstQuantizer = 0; // JPEG only: what the luminance average is divided by
+    int firstQuantizer = 0; // JPEG only: the divisor of the luminance mean
 
     Pixel at(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
 };
 
-// Each fails the running test and returns an empty picture when the file is not of its format.
+// Each fails the test and returns an empty picture when the file is not of its format.
 Decoded readJpeg(const std::string& path);
 Decoded readPng(const std::string& path);
 Decoded readBmp(const std::string& path); // 24 bits a pixel

@@ -18,7 +18,7 @@ constexpr int kLineHeight = 10;
 constexpr int kLineStep = 34;
 constexpr int kMarkSide = 50;
 
-// Pixels that the page's middle and the sheet's may lie apart.
+// Maximum distance between the page's centre and the sheet's, in pixels.
 constexpr int kPlay = 6;
 
 cv::Mat inkOf(const cv::Mat& page) {
@@ -33,7 +33,7 @@ cv::Mat markOf(const cv::Mat& page) {
     return mark;
 }
 
-// What surrounds the paper is dark too, but touches the page's edge.
+// The surroundings of the paper are dark like text, but touch the page's edge.
 bool touchesEdge(cv::Rect box, cv::Size page) {
     return box.x == 0 || box.y == 0 || box.br().x == page.width || box.br().y == page.height;
 }
@@ -101,17 +101,17 @@ double differenceFrom(const cv::Mat& flat, const cv::Mat& page) {
     const cv::Mat wanted = greyOf(flat, cv::COLOR_RGB2GRAY);
     const cv::Mat shown = greyOf(page, cv::COLOR_BGR2GRAY);
     const cv::Point middle((shown.cols - wanted.cols) / 2, (shown.rows - wanted.rows) / 2);
-    double least = 255;
+    double smallest = 255;
     for (int dy = -kPlay; dy <= kPlay; ++dy) {
         for (int dx = -kPlay; dx <= kPlay; ++dx) {
             const cv::Rect place(middle + cv::Point(dx, dy), wanted.size());
             if ((place & cv::Rect({}, shown.size())) == place) {
-                least = std::min(least, cv::norm(shown(place), wanted, cv::NORM_L1) /
-                                            static_cast<double>(wanted.total()));
+                smallest = std::min(smallest, cv::norm(shown(place), wanted, cv::NORM_L1) /
+                                                  static_cast<double>(wanted.total()));
             }
         }
     }
-    return least;
+    return smallest;
 }
 
 } // namespace doccam::test

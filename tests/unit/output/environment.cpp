@@ -46,7 +46,7 @@ Variable::~Variable() {
 
 } // namespace doccam::test
 
-// These take the place of the C library's functions in this test program.
+// These replace the C library's functions in this test program.
 
 extern "C" passwd* getpwuid(uid_t) {
     static passwd entry{};

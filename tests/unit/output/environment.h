@@ -1,4 +1,4 @@
-// What the machine around the library says and does, as a test wants it.
+// Control over the library's environment: home directory, pauses, variables.
 #pragma once
 
 #include <functional>
@@ -8,8 +8,8 @@
 
 namespace doccam::test {
 
-// While alive, the user has this home directory, or no password entry at all. The tests' own
-// getpwuid answers, so that nothing is written into a real home.
+// While alive, the user has this home directory, or no password entry at all. getpwuid is replaced,
+// so that nothing is written into a real home.
 class Home {
   public:
     explicit Home(const char* folder);
@@ -21,8 +21,8 @@ class Home {
     std::optional<std::string> before_;
 };
 
-// While alive, every pause of the library is noted, in microseconds, and takes no time: the tests'
-// own select answers. onPause runs in each pause, with the number of pauses before it.
+// While alive, the library's pauses are recorded in microseconds and take no time: select is
+// replaced. onPause runs in each pause, with the number of pauses before it.
 class Pauses {
   public:
     explicit Pauses(std::function<void(int)> onPause = [](int) {});

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using doccam::writeImage;
 using namespace doccam::test;
 
-// Noise, so that no encoder makes it small.
+// Noise, which no encoder can compress much.
 cv::Mat noise() {
     cv::Mat picture(200, 300, CV_8UC3);
     cv::RNG random(1);
@@ -52,7 +52,7 @@ TEST_P(ImageFile, IsReplacedWhole) {
     EXPECT_LT(fs::file_size(target_), 2000U);
 }
 
-TEST_P(ImageFile, IsAbsentWithoutItsFolder) {
+TEST_P(ImageFile, IsAbsentWhenItsFolderIsMissing) {
     EXPECT_FALSE(writeImage(scratch_.file("missing/a." + GetParam()), noise()));
     EXPECT_TRUE(folderIsEmpty());
 }

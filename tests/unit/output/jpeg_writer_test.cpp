@@ -1,4 +1,4 @@
-// JPEG files, byte by byte those of OpenCV.
+// JPEG files, byte for byte equal to OpenCV's.
 #include "output/files/jpeg_writer.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ Bytes plainJpeg(const cv::Mat& picture, int quality) {
 
 class Jpeg : public testing::TestWithParam<int> {};
 
-TEST_P(Jpeg, IsTheImageLibrarysForSmallSizes) {
+TEST_P(Jpeg, EqualsOpenCvsForSmallSizes) {
     for (int width = 1; width <= 35; width += 2) {
         for (int height = 1; height <= 35; height += 3) {
             const cv::Mat picture = noise({width, height}, GetParam());
@@ -36,25 +36,25 @@ TEST_P(Jpeg, IsTheImageLibrarysForSmallSizes) {
     }
 }
 
-TEST_P(Jpeg, IsTheImageLibrarysForEveryQualityAndBeyond) {
+TEST_P(Jpeg, EqualsOpenCvsForEveryQualityAndBeyond) {
     const cv::Mat picture = noise({70, 50}, GetParam());
     for (int quality = -2; quality <= 103; ++quality) {
         EXPECT_EQ(jpegOf(picture, quality), plainJpeg(picture, quality)) << quality;
     }
 }
 
-TEST_P(Jpeg, IsTheImageLibrarysForFilesOfMegabytes) {
+TEST_P(Jpeg, EqualsOpenCvsForFilesOfMegabytes) {
     const cv::Mat picture = noise({1400, 1100}, GetParam());
     EXPECT_GT(plainJpeg(picture, 100).size(), 1'000'000U);
     EXPECT_EQ(jpegOf(picture, 100), plainJpeg(picture, 100));
 }
 
-TEST_P(Jpeg, IsTheImageLibrarysForAPartOfAPicture) {
+TEST_P(Jpeg, EqualsOpenCvsForPartOfAPicture) {
     const cv::Mat part = noise({90, 70}, GetParam())(cv::Rect(11, 7, 43, 50));
     EXPECT_EQ(jpegOf(part, 85), plainJpeg(part, 85));
 }
 
-TEST_P(Jpeg, IsNoneForAPictureThatIsTooWide) {
+TEST_P(Jpeg, IsNotMadeOfAPictureThatIsTooWide) {
     EXPECT_EQ(jpegOf(noise({70000, 1}, GetParam()), 85), std::nullopt);
     EXPECT_EQ(jpegOf(cv::Mat(0, 0, GetParam()), 85), std::nullopt);
 }
@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(Types, Jpeg, testing::Values(CV_8UC1, CV_8UC3), [](cons
     return type.param == CV_8UC1 ? "Grey" : "Colour";
 });
 
-TEST(JpegOfOtherKinds, IsNone) {
+TEST(JpegOfOtherKinds, IsNotMade) {
     for (const int type : {CV_8UC4, CV_8UC2, CV_16UC3, CV_32FC1}) {
         EXPECT_EQ(jpegOf(cv::Mat(20, 20, type, cv::Scalar::all(7)), 85), std::nullopt) << type;
     }

@@ -1,4 +1,4 @@
-// Settling the queue of files to be merged.
+// What becomes of the queue of files to merge.
 #include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
@@ -35,7 +35,7 @@ void writeText(const std::string& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-// Notes which files of a folder are opened.
+// Records which files of a folder are opened.
 class OpenedFiles {
   public:
     explicit OpenedFiles(const fs::path& folder)
@@ -48,7 +48,7 @@ class OpenedFiles {
     OpenedFiles(const OpenedFiles&) = delete;
     OpenedFiles& operator=(const OpenedFiles&) = delete;
 
-    // Their names in order, each once.
+    // Their names in order, without repetition.
     std::vector<std::string> take() {
         std::vector<std::string> names;
         alignas(inotify_event) char events[8192];
@@ -145,7 +145,7 @@ TEST_F(MergedQueue, KeepsTheSourcesUnlessToldToDeleteThem) {
     EXPECT_EQ(contentOf(target_), "old");
 }
 
-TEST_F(MergedQueue, ComposesNothingWhateverTheModeAndTheNumberOfFiles) {
+TEST_F(MergedQueue, ComposesNothingInAnyModeAndForAnyNumberOfFiles) {
     for (const int mode : {0, 1, 2, -1}) {
         for (int count = 2; count <= 5; ++count) {
             for (int i = 0; i < count; ++i) {
@@ -215,7 +215,7 @@ TEST_F(MergedQueue, DoesNotReportFilesThatCannotBeRead) {
     EXPECT_THAT(files(), ElementsAre("merged.jpg"));
 }
 
-TEST_F(MergedQueue, DeletesAQueuedFileOnceThatIsQueuedTwice) {
+TEST_F(MergedQueue, DeletesAFileThatIsQueuedTwiceOnce) {
     writeText(target_, "old");
     const std::string file = queuePicture("a.png");
     EXPECT_EQ(AddImagePath(file.c_str()), 0);

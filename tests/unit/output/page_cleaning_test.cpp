@@ -1,4 +1,4 @@
-// Which cleaning a still gets, and that its result is what is saved.
+// Which cleaning a still gets, and that the cleaned picture is saved.
 #include "state/library_state.h"
 #include "still_request.h"
 #include "support/same_picture.h"

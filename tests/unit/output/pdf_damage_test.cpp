@@ -1,4 +1,4 @@
-// Pictures that are not fit for a PDF page.
+// Damaged and unsuitable pictures as PDF pages.
 #include "pdf_file.h"
 #include "png_maker.h"
 #include "support/peak_memory.h"
@@ -28,8 +28,8 @@ const std::string kBadSize = "ERROR: error_no=1054, detail_no=0\n";
 
 class PdfDamage : public testing::Test {
   protected:
-    // What is printed for a document with a sound page, the given file and another sound page. The
-    // document must not be saved.
+    // What a document prints that holds a sound page, the given file and another sound page. It
+    // must not be saved.
     std::string printedFor(const std::string& name, const std::string& content) {
         writeText(scratch_.file(name), content);
         return printedFor(scratch_.file(name));
@@ -100,7 +100,7 @@ TEST_F(PdfDamage, NeverEndsTheProcessOverAWrongByteInAPng) {
 
 TEST_F(PdfDamage, IsNoticedInAJpegWithoutAWholeHeader) {
     const std::string file = jpeg(40, 30);
-    const std::size_t header = file.find("\xff\xc0") + 10; // to the number of components
+    const std::size_t header = file.find("\xff\xc0") + 10; // through the number of components
     for (std::size_t length = 0; length < header; ++length) {
         ASSERT_THAT(printedFor("a.jpg", file.substr(0, length)), MatchesRegex(kOneError)) << length;
     }
@@ -142,7 +142,7 @@ TEST_F(PdfDamage, IsNoticedInAFolder) {
     EXPECT_EQ(printedFor(scratch_.file("a.jpg")), "ERROR: error_no=1016, detail_no=21\n");
 }
 
-TEST_F(PdfDamage, IsWhatThePdfLibraryCallsAPageOfAnUnfitSize) {
+TEST_F(PdfDamage, IsReportedByLibharuForAPageOfAnUnfitSize) {
     constexpr int kLargest = 14400;
     const PngKind grey1{.colour = PNG_COLOR_TYPE_GRAY, .depth = 1};
     const auto row = [](int width) { return std::string(static_cast<std::size_t>(width), '\0'); };

@@ -1,4 +1,4 @@
-// PDF files read back by foreign programs.
+// PDF files read back by other programs.
 #pragma once
 
 #include "decoded.h"
@@ -8,19 +8,19 @@
 
 namespace doccam::test {
 
-// Standard output of a shell command; the running test fails when the command does.
+// Standard output of a shell command; the test fails when the command does.
 std::string outputOf(const std::string& command);
 
-// "WIDTHxHEIGHT" of each page, in points. The running test fails when the file is not sound.
+// "WIDTHxHEIGHT" of each page, in points. The test fails when the file is damaged.
 std::vector<std::string> pageSizes(const std::string& path);
 
-// One line for each picture of the file: its colour, samples, bits and encoding, as "rgb 3 8 jpeg".
+// One line per picture of the file: colour, channels, bits and encoding, as in "rgb 3 8 jpeg".
 std::vector<std::string> pictureKinds(const std::string& path);
 
-// The index-th picture of the file, or the opacity of one.
+// The index-th picture of the file, counting alpha masks.
 Decoded extractPicture(const std::string& path, int index);
 
-// The first page as a viewer draws it, one point to one pixel.
+// The first page as a viewer draws it, one pixel per point.
 Decoded drawPage(const std::string& path);
 
 } // namespace doccam::test

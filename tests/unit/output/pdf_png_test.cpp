@@ -19,7 +19,7 @@ using Texts = std::vector<std::string>;
 
 constexpr int kSide = 16;
 
-// Two halves: the left one has the first pixel of a row, the right one the last.
+// The left half repeats the row's first pixel, the right half its last.
 struct Case {
     const char* name;
     PngKind kind;
@@ -29,7 +29,7 @@ struct Case {
     Texts kinds;
     bool remark = false;
 
-    // As the PDF holds it when its own PNG reader cannot be given the file.
+    // As the PDF holds it where libharu's own PNG reader cannot take the file.
     Texts expandedKinds() const {
         const bool grey = (kind.colour & PNG_COLOR_MASK_COLOR) == 0;
         Texts expanded{grey ? "gray 1 8" : "rgb 3 8"};
@@ -164,7 +164,7 @@ TEST_P(PdfPng, ShowsThePixels) {
         kind += " image";
     }
     EXPECT_EQ(pictureKinds(pdf), kinds);
-    // A viewer would mix a transparent picture with the paper.
+    // A viewer would blend a transparent picture with the paper.
     const Decoded picture = kinds.size() == 1 ? drawPage(pdf) : extractPicture(pdf, 0);
     for (const int y : {0, 1, kSide - 1}) {
         EXPECT_EQ(picture.at(0, y), example.left) << y;

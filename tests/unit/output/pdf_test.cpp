@@ -1,4 +1,4 @@
-// PDF files from queued pictures, and the steps behind them.
+// PDF files from queued pictures, in one call and step by step.
 #include "pdf_file.h"
 #include "png_maker.h"
 #include "state/library_state.h"
@@ -170,7 +170,7 @@ TEST_F(Pdf, SkipsFilesOfOtherTypes) {
     EXPECT_EQ(pageSizes(out_), Sizes{"40x30"});
 }
 
-TEST_F(Pdf, SurvivesAPathShorterThanAnExtension) {
+TEST_F(Pdf, SurvivesAPathShorterThanAnyExtension) {
     EXPECT_EQ(pdf_start(out_.c_str()), 0);
     for (const char* path : {"", "g", "pg"}) {
         EXPECT_EQ(pdf_addPage(path), 0);
@@ -188,7 +188,7 @@ TEST_F(Pdf, LeavesTheQueuesAloneForAMissingFile) {
     EXPECT_TRUE(state().documents.img_filelist.empty());
 }
 
-TEST_F(Pdf, QueuesMergeFilesApart) {
+TEST_F(Pdf, QueuesMergeFilesSeparately) {
     const std::string a = jpeg("a.jpg", 40, 30);
     EXPECT_EQ(AddImagePath(a.c_str()), 0);
     EXPECT_EQ(AddImagePath(a.c_str()), 0);
@@ -234,7 +234,7 @@ TEST_F(Pdf, DoesNothingWithoutADocument) {
     EXPECT_EQ(printed.take(), "");
 }
 
-TEST_F(Pdf, AbandonsADocumentThatIsStartedAnew) {
+TEST_F(Pdf, AbandonsADocumentWhenANewOneIsStarted) {
     const std::string first = scratch_.file("first.pdf");
     pdf_start(first.c_str());
     pdf_addPage(jpeg("a.jpg", 40, 30).c_str());
@@ -253,7 +253,7 @@ TEST_F(Pdf, PrintsTheCodesOfAnError) {
                               "ERROR: error_no=00AB, detail_no=4000000000\n");
 }
 
-TEST_F(Pdf, IsNotSavedAfterAnErrorAndBeginsAfresh) {
+TEST_F(Pdf, IsNotSavedAfterAnErrorAndStartsAfresh) {
     const std::string a = jpeg("a.jpg", 40, 30);
     PrintedText printed;
     pdf_start(out_.c_str());
@@ -277,7 +277,7 @@ TEST_F(Pdf, IsAbsentOrAsBeforeWhenTheDiskIsFull) {
     const std::string whole = readText(out_);
     const std::string old = scratch_.file("old.pdf");
     writeText(old, "old");
-    // The last size lacks the file's last byte only, which is written when it is closed.
+    // The last size lacks only the file's last byte, which is written at the close.
     for (const std::size_t room : {std::size_t{60}, std::size_t{100}, std::size_t{20000},
                                    whole.size() - 100, whole.size() - 2}) {
         for (const std::string& target : {scratch_.file("new.pdf"), old}) {

@@ -70,7 +70,7 @@ cv::Mat noise(cv::Size size) {
     return frame;
 }
 
-TEST_F(PlainPage, IsThatOfCornersAnywhereInAndAroundTheFrame) {
+TEST_F(PlainPage, EqualsThePlainStepsForCornersInAndAroundTheFrame) {
     const std::array<std::array<int, 8>, 9> sheets = {{
         {500, 400, 100, 400, 100, 100, 500, 100},
         {240, 460, 60, 220, 460, -80, 640, 160},
@@ -88,7 +88,7 @@ TEST_F(PlainPage, IsThatOfCornersAnywhereInAndAroundTheFrame) {
     }
 }
 
-TEST_F(PlainPage, IsThatOfAFrameThatIsAPartOfAPicture) {
+TEST_F(PlainPage, EqualsThePlainStepsForAFrameWithinAPicture) {
     const cv::Mat larger = noise({700, 520});
     const cv::Mat frame = larger(cv::Rect(31, 20, 640, 480));
     expectPlainPage(frame, {500, 400, -12, 400, -12, -6, 500, -6});

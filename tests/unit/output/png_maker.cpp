@@ -16,7 +16,7 @@ void refuse(png_structp /*png*/, png_const_charp message) {
     throw std::invalid_argument(message);
 }
 
-constexpr std::size_t kHeaderEnd = 33; // of the signature and the first chunk
+constexpr std::size_t kHeaderEnd = 33; // end of the signature and the first chunk
 
 } // namespace
 

@@ -93,7 +93,7 @@ TEST_F(SaveImageTest, WritesTextBlackAndShadowWhiteInMode2) {
     EXPECT_EQ(cv::norm(page, before, cv::NORM_INF), 0) << "the caller's pixels";
 }
 
-TEST_F(SaveImageTest, TurnsOnlyWhatIsNineteenBelowItsNeighbourhoodBlackInMode2) {
+TEST_F(SaveImageTest, BlackensOnlyWhatIsNineteenBelowItsNeighbourhoodInMode2) {
     SetColorMode(2);
     cv::Mat page(400, 400, CV_8UC3, cv::Scalar::all(200));
     page.at<cv::Vec3b>(200, 100) = {181, 181, 181};
@@ -103,16 +103,16 @@ TEST_F(SaveImageTest, TurnsOnlyWhatIsNineteenBelowItsNeighbourhoodBlackInMode2) 
     EXPECT_EQ(png.at(300, 200), (Pixel{255, 255, 255}));
 }
 
-TEST_F(SaveImageTest, LooksNoFurtherThanItsNeighbourhoodInMode2) {
+TEST_F(SaveImageTest, IgnoresPixelsBeyondTheNeighbourhoodInMode2) {
     SetColorMode(2);
-    // 180 beside a wall of 255: black where the wall fills enough of the 179 pixels around it.
+    // 180 beside a wall of 255: black where the wall fills enough of the 179-pixel neighbourhood.
     cv::Mat page(10, 600, CV_8UC3, cv::Scalar::all(180));
     page.colRange(300, 600).setTo(cv::Scalar::all(255));
     const Decoded png = readPng(save("a.png", page));
     EXPECT_EQ(png.at(299, 5), (Pixel{0, 0, 0}));
-    // The neighbourhood of 254 holds 44 bright columns of 179: mean 198.4, rounded 198, less 19.
+    // At 254, 44 of 179 columns are bright: mean 198.4, rounded 198, less 19.
     EXPECT_EQ(png.at(254, 5), (Pixel{255, 255, 255}));
-    // That of 257 holds 47: mean 199.7, rounded 200, less 19.
+    // At 257, 47 are: mean 199.7, rounded 200, less 19.
     EXPECT_EQ(png.at(257, 5), (Pixel{0, 0, 0}));
 }
 
@@ -135,7 +135,7 @@ TEST_F(SaveImageTest, UsesTheSetQualityForJpg) {
     }
 }
 
-TEST_F(SaveImageTest, UsesTheImageLibrarysQualityForOtherSpellings) {
+TEST_F(SaveImageTest, UsesOpenCvsQualityForOtherSpellings) {
     SetJpgQuality(40);
     constexpr int kQuality95 = 2;
     EXPECT_EQ(readJpeg(save("a.JPG", page_)).firstQuantizer, kQuality95);
@@ -164,7 +164,7 @@ TEST_F(SaveImageTest, ThrowsForAPathShorterThanAnExtension) {
     }
 }
 
-TEST_F(SaveImageTest, PassesTheImageLibrarysExceptionOn) {
+TEST_F(SaveImageTest, LetsOpenCvsExceptionThrough) {
     std::string path = scratch_.file("a.xyz");
     EXPECT_THROW(SaveImage(path.data(), page_), cv::Exception);
     path = scratch_.file("a.jpg");

@@ -79,7 +79,7 @@ TEST_F(SavePdf, StoresOneChannelInGreyAndInBlackAndWhite) {
     }
 }
 
-TEST_F(SavePdf, NamesTheJpegByTheLastPartUpToItsLastDot) {
+TEST_F(SavePdf, NamesTheJpegAfterThePathsLastPart) {
     save(out_ + "/a.b.pdf");
     EXPECT_TRUE(fs::exists(home_ + "/a.b.jpg"));
     save(out_ + "/.pdf");
@@ -116,7 +116,7 @@ TEST_F(SavePdf, WritesAPdfUnderAnyNameWhenAskedDirectly) {
     EXPECT_EQ(pageSizes(path), Sizes{"50x30"});
 }
 
-TEST_F(SavePdf, TakesTheEnvironmentsHomeWithoutAPasswordEntry) {
+TEST_F(SavePdf, UsesTheEnvironmentsHomeWithoutAPasswordEntry) {
     const Home nobody(nullptr);
     const Variable home("HOME", out_.c_str());
     save(out_ + "/page1.pdf");
@@ -124,11 +124,11 @@ TEST_F(SavePdf, TakesTheEnvironmentsHomeWithoutAPasswordEntry) {
     EXPECT_TRUE(fs::exists(out_ + "/page1.pdf"));
 }
 
-TEST_F(SavePdf, TakesTmpWithoutPasswordEntryAndHome) {
+TEST_F(SavePdf, UsesTmpWithoutPasswordEntryAndHome) {
     const Home nobody(nullptr);
     for (const char* value : {static_cast<const char*>(nullptr), ""}) {
         const Variable home("HOME", value);
-        // The scratch folder's name is nobody else's.
+        // The scratch folder's name is unique.
         const std::string name = scratch_.path().filename();
         save(out_ + "/" + name + ".pdf");
         EXPECT_TRUE(fs::remove("/tmp/" + name + ".jpg"));

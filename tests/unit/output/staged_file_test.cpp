@@ -70,7 +70,7 @@ TEST_F(StagedFileTest, RefusesLinksInACircle) {
     EXPECT_EQ(files(), (Names{"a.jpg", "b.jpg"}));
 }
 
-TEST_F(StagedFileTest, AppearsOnlyWithTheCommit) {
+TEST_F(StagedFileTest, AppearsOnlyWhenCommitted) {
     StagedFile file(target_);
     writeText(file.path(), "new");
     EXPECT_FALSE(fs::exists(target_));
@@ -87,7 +87,7 @@ TEST_F(StagedFileTest, LeavesNothingWithoutACommit) {
     EXPECT_EQ(files(), Names{});
 }
 
-TEST_F(StagedFileTest, IsLockedForAsLongAsItIsNotCommitted) {
+TEST_F(StagedFileTest, IsLockedUntilItIsCommitted) {
     const StagedFile file(target_);
     const int other = open(file.path().c_str(), O_RDWR | O_CLOEXEC);
     EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), -1);
@@ -105,7 +105,7 @@ TEST_F(StagedFileTest, LeavesTheOldFileWithoutACommit) {
     EXPECT_EQ(files(), Names{"a.jpg"});
 }
 
-TEST_F(StagedFileTest, GivesANewFileTheOrdinaryPermissions) {
+TEST_F(StagedFileTest, GivesANewFileTheDefaultPermissions) {
     const mode_t before = umask(0027);
     replace(target_, "new");
     umask(before);
@@ -134,7 +134,7 @@ TEST_F(StagedFileTest, KeepsTheOldFilesOwner) {
     EXPECT_EQ(status.st_uid, OrdinaryUser::kUser);
 }
 
-TEST_F(StagedFileTest, TakesTheLongestName) {
+TEST_F(StagedFileTest, AcceptsTheLongestName) {
     const std::string longest = std::string(251, 'n') + ".jpg";
     replace(scratch_.file(longest), "new");
     EXPECT_EQ(files(), Names{longest});
@@ -166,7 +166,7 @@ TEST_F(StagedFileTest, CreatesTheFileThatADanglingLinkNames) {
     EXPECT_EQ(files(), (Names{"a.jpg", "b.jpg", "real.jpg"}));
 }
 
-TEST_F(StagedFileTest, EndsOnALinkToItself) {
+TEST_F(StagedFileTest, GivesUpOnALinkToItself) {
     fs::create_symlink("a.jpg", target_);
     StagedFile file(target_);
     writeText(target_, "new");
@@ -201,7 +201,7 @@ TEST_F(StagedFileTest, WritesThroughTheLinkOfAnOpenDescriptor) {
     EXPECT_EQ(files(), Names{});
 }
 
-TEST_F(StagedFileTest, WritesAFileDirectlyWhoseFolderTakesNoOther) {
+TEST_F(StagedFileTest, WritesDirectlyInAFolderThatTakesNoNewFile) {
     writeText(target_, "old");
     chmod(target_.c_str(), 0666);
     share(0555);

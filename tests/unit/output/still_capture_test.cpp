@@ -1,4 +1,4 @@
-// Taking a still, with the test in the part of the streaming thread.
+// Taking a still, with the test standing in for the streaming thread.
 #include "decoded.h"
 #include "environment.h"
 #include "state/library_state.h"
@@ -77,7 +77,7 @@ TEST_F(StillCapture, RefusesAPathThatDoesNotFit) {
     EXPECT_TRUE(pauses.lengths.empty());
 }
 
-TEST_F(StillCapture, TakesTheLongestPath) {
+TEST_F(StillCapture, AcceptsTheLongestPath) {
     const Pauses pauses;
     const std::string longest(254, 'n');
     EXPECT_EQ(captureImage(longest.c_str()), 0);
@@ -97,7 +97,7 @@ TEST_F(StillCapture, PublishesThePathBeforeTheRequestAndDeletesTheOldFile) {
     EXPECT_FALSE(fs::exists(target_));
 }
 
-TEST_F(StillCapture, WaitsAtMostSeventyNineTimesAndLeavesTheRequest) {
+TEST_F(StillCapture, WaitsAtMostSeventyNineTimesAndKeepsTheRequest) {
     const Pauses pauses;
     EXPECT_EQ(captureImage(target_.c_str()), 0);
     EXPECT_EQ(pauses.lengths, std::vector<long>(kWaitsForStill, kPause));
@@ -134,7 +134,7 @@ TEST_F(StillCapture, ReturnsAtOnceWhenNoFileWasWritten) {
     EXPECT_EQ(pauses.lengths.size(), 1U);
 }
 
-TEST_F(StillCapture, WaitsForBothWhenAFileAppearsWithoutAnAnswer) {
+TEST_F(StillCapture, WaitsForBothWhenAFileAppearsWithoutCompletion) {
     const Pauses pauses([this](int before) {
         if (before == 10) {
             writeText(target_, "somebody else's");
@@ -212,7 +212,7 @@ TEST_F(StillCapture, EnlargesTheFrameOfTheLargestSize) {
         EXPECT_EQ(still.height, upright ? 3672 : 2856);
         EXPECT_EQ(still.at(0, 0), (Pixel{0, 0, 0}));
         EXPECT_EQ(still.at(still.width - 1, still.height - 1), (Pixel{255, 0, 0}));
-        // In the middle between black and red: neighbouring pixels are blended.
+        // Half way between black and red: neighbouring pixels are blended.
         const int middle = still.at(still.width / 2, 0)[0];
         EXPECT_GT(middle, 100);
         EXPECT_LT(middle, 155);
@@ -231,7 +231,7 @@ TEST_F(StillCapture, IgnoresTheRemovalSwitchesOtherValues) {
     EXPECT_EQ(readText(target_), expected);
 }
 
-TEST_F(StillCapture, PassesExceptionsOn) {
+TEST_F(StillCapture, LetsExceptionsThrough) {
     const PrintedText printed;
     EXPECT_THROW(capture(target_.data(), 0, 0, cv::Mat()), cv::Exception);
     std::string brief = "ab";

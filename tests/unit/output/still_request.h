@@ -1,4 +1,4 @@
-// What the tests ask for when they take a still.
+// The settings with which the tests take a still.
 #pragma once
 
 namespace doccam::test {

@@ -17,7 +17,7 @@ namespace {
 
 const cv::Size kFrame(1280, 960);
 
-// What the steps add around a page, and what detection in steps of four pixels may add or take.
+// The border added to a page, and the play of detection in steps of four pixels.
 constexpr int kAdded = 20;
 constexpr int kPlay = 8;
 
@@ -77,7 +77,7 @@ class StraightPage : public testing::TestWithParam<Sheet> {
 
 INSTANTIATE_TEST_SUITE_P(EachAngle, StraightPage, testing::ValuesIn(sheets()), named);
 
-TEST_P(StraightPage, LiesAsTheSheetLayTurnedToTheNearestQuarter) {
+TEST_P(StraightPage, IsTheSheetTurnedToTheNearestQuarter) {
     const auto [size, degrees] = GetParam();
     const cv::Mat flat = test::flatSheet(size);
     const cv::Mat page = taken(test::sheetOnDesk(flat, degrees, kFrame));
@@ -92,7 +92,7 @@ TEST_P(StraightPage, LiesAsTheSheetLayTurnedToTheNearestQuarter) {
     EXPECT_LT(test::differenceFrom(flat, upright), 10);
 }
 
-// Halfway between two quarters either is nearest.
+// Halfway between two quarters either is correct.
 TEST(StraightPageAt45Degrees, IsStraightEitherWay) {
     for (const int degrees : {-45, 45}) {
         SCOPED_TRACE(degrees);

@@ -10,12 +10,12 @@ namespace {
 
 constexpr int kActions = 10'000;
 
-// Two may be dropped after a turn; the third is shown while the next burst begins.
+// Two may be dropped after a turn; the third is shown as the next burst begins.
 constexpr int kFramesBetween = 3;
 
 void changeAnything(std::mt19937& random) {
-    const auto between = [&](int least, int most) {
-        return std::uniform_int_distribution<int>(least, most)(random);
+    const auto between = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(random);
     };
     switch (between(0, 9)) {
     case 0:

@@ -1,4 +1,4 @@
-// A host thread that changes the view while frames are being shown.
+// A host thread that changes the view while frames are shown.
 #pragma once
 
 #include <atomic>
@@ -7,14 +7,14 @@
 namespace doccam::test {
 
 // Makes ten thousand random turns, forms, zooms and pans, then declares a form of kFormWidth x
-// kFormHeight for the unturned frame. It acts in bursts, which begin in the middle of any frame;
-// between them enough frames pass for some to be shown after a turn.
+// kFormHeight for the unturned frame. It acts in bursts that begin in mid-frame, with enough frames
+// between them for some to be shown after a turn.
 class BusyHost {
   public:
     static constexpr int kFormWidth = 260;
     static constexpr int kFormHeight = 200;
 
-    // frames counts the frames begun. A host that is destroyed before it is done stops.
+    // frames counts the frames begun. Destruction stops an unfinished host.
     explicit BusyHost(const std::atomic<int>& frames);
     ~BusyHost();
     BusyHost(const BusyHost&) = delete;

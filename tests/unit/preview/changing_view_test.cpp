@@ -15,7 +15,7 @@ constexpr FrameSize kFrame{320, 240};
 
 class ChangingView : public Preview {
   protected:
-    // The picture as the host draws it: every byte is read.
+    // Reads every byte, as a host does that draws the picture.
     static unsigned bytesSum(const PreviewPicture& picture) {
         unsigned sum = 0;
         for (int at = 0; at < picture.width * picture.height * 3; ++at) {
@@ -25,7 +25,7 @@ class ChangingView : public Preview {
     }
 };
 
-TEST_F(ChangingView, NeverEndsTheHostNorOverrunsItsBuffer) {
+TEST_F(ChangingView, NeverCrashesTheHostNorOverrunsItsBuffer) {
     stream(kFrame);
     SetWebFormSize(BusyHost::kFormWidth, BusyHost::kFormHeight);
     const cv::Mat upright = noisyFrame(kFrame);

@@ -54,7 +54,7 @@ TEST_F(Form, RelativelyWiderThanTheTurnedFrameIsFilledInHeight) {
     }
 }
 
-TEST_F(Form, KeepsTheFrameUpsideDownAndUnknownTurnsAtItsSides) {
+TEST_F(Form, DoesNotSwapSidesUpsideDownOrForUnknownTurns) {
     stream({1920, 1080});
     for (const int angle : {2, 4, 7, -1}) {
         SetRotate(angle);
@@ -100,8 +100,8 @@ TEST_F(Form, AsWideAsTheFrameAndLowerIsFilledInHeight) {
     EXPECT_EQ(state().view.FormStartX, 200);
 }
 
-// Only sizes as large as these tell the two rules apart: their aspect ratios are equal as doubles,
-// their scales are not.
+// Only sizes this large distinguish the two rules: the aspect ratios are equal as doubles, the
+// scales are not.
 TEST_F(Form, OfTheFramesAspectRatioIsFilledInWidth) {
     const FrameSize frame{1267074796, 1852977803};
     const FrameSize form{1267074264, 1852977025};
@@ -154,7 +154,7 @@ TEST_F(Form, EnlargedLaterKeepsTheFirstBuffer) {
     EXPECT_EQ(state().view.ShowWidth, 1600);
 }
 
-TEST_F(Form, DeclaredAnewReturnsToTheBestFitInTheMiddle) {
+TEST_F(Form, DeclaredAgainReturnsToTheBestFitInTheMiddle) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     const PreviewFields fitted = currentFields();
@@ -178,7 +178,7 @@ TEST_F(Form, WithoutPixelsHasNoBuffer) {
     }
 }
 
-TEST_F(Form, OfMoreBytesThanAnIntCountsHasNoBuffer) {
+TEST_F(Form, OfMoreBytesThanAnIntHoldsHasNoBuffer) {
     stream({1920, 1080});
     for (const FrameSize form : {FrameSize{26755, 26755}, FrameSize{40000, 40000},
                                  FrameSize{65536, 65536}, FrameSize{kHuge, kHuge}}) {
@@ -187,7 +187,7 @@ TEST_F(Form, OfMoreBytesThanAnIntCountsHasNoBuffer) {
     }
 }
 
-TEST_F(Form, ThatIsPossibleGetsItsBufferAfterImpossibleOnes) {
+TEST_F(Form, GetsItsBufferAfterImpossibleOnes) {
     stream({1920, 1080});
     SetWebFormSize(0, 0);
     SetWebFormSize(kHuge, kHuge);

@@ -29,7 +29,7 @@ cv::Mat noisy(cv::Size size) {
     return source;
 }
 
-TEST(LinearScaler, MakesTheLibrarysPictureOfAnySizeFromAnySize) {
+TEST(LinearScaler, EqualsOpenCvFromAnySizeToAnySize) {
     LinearScaler scaler;
     cv::RNG random(20);
     for (int i = 0; i < 600; ++i) {
@@ -39,7 +39,7 @@ TEST(LinearScaler, MakesTheLibrarysPictureOfAnySizeFromAnySize) {
     }
 }
 
-TEST(LinearScaler, MakesTheLibrarysPictureAtWholeRatios) {
+TEST(LinearScaler, EqualsOpenCvAtWholeRatios) {
     LinearScaler scaler;
     const cv::Mat source = noisy({240, 120});
     for (const int across : {1, 2, 3, 4, 5, 6, 8}) {
@@ -50,7 +50,7 @@ TEST(LinearScaler, MakesTheLibrarysPictureAtWholeRatios) {
     }
 }
 
-TEST(LinearScaler, MakesTheLibrarysPictureOfTheNarrowestSources) {
+TEST(LinearScaler, EqualsOpenCvForTheNarrowestSources) {
     LinearScaler scaler;
     for (int width = 1; width <= 4; ++width) {
         for (int height = 1; height <= 4; ++height) {
@@ -61,7 +61,7 @@ TEST(LinearScaler, MakesTheLibrarysPictureOfTheNarrowestSources) {
     }
 }
 
-TEST(LinearScaler, MakesTheLibrarysPictureOfAWholeFrame) {
+TEST(LinearScaler, EqualsOpenCvForAWholeFrame) {
     LinearScaler scaler;
     const cv::Mat frame = noisy({3264, 2448});
     for (const cv::Size size : {cv::Size(800, 600), {1632, 1224}, {1200, 900}, {4000, 3000}}) {
@@ -70,7 +70,7 @@ TEST(LinearScaler, MakesTheLibrarysPictureOfAWholeFrame) {
     expectLibrarysPicture(scaler, frame(cv::Rect(501, 303, 1333, 999)), {800, 600});
 }
 
-TEST(LinearScaler, StaysWithinAPartOfALargerTarget) {
+TEST(LinearScaler, StaysWithinPartOfALargerTarget) {
     LinearScaler scaler;
     const cv::Mat source = noisy({64, 48});
     cv::Mat larger(100, 100, CV_8UC3, cv::Scalar::all(7));

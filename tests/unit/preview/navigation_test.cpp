@@ -51,7 +51,7 @@ TEST_F(Navigation, ZoomsInUpToSixHundredPercent) {
     EXPECT_EQ(state().view.pZoomScale, 600.0);
 }
 
-TEST_F(Navigation, ZoomsOutToTheBestFitAtMost) {
+TEST_F(Navigation, ZoomsOutNoFurtherThanTheBestFit) {
     streamLargeFrame();
     const PreviewFields fitted = currentFields();
     Web_ZoomOut();
@@ -89,7 +89,7 @@ TEST_F(Navigation, ShowsALargerFrameAtTrueSizeFromItsMiddle) {
                                               .pBestScale = best}));
 }
 
-TEST_F(Navigation, PlacesASmallerFrameByThePicturesOwnMargin) {
+TEST_F(Navigation, CentresASmallerFrameByThePicturesMargin) {
     streamSmallFrame();
     EXPECT_EQ(state().view.FormStartX, 199);
     Web_BestSize();
@@ -118,7 +118,7 @@ TEST_F(Navigation, ReturnsToTheBestSize) {
     EXPECT_EQ(currentFields(), fitted);
 }
 
-TEST_F(Navigation, ZoomsDirectionsThatFitAndThatOverflowEachTheirOwnWay) {
+TEST_F(Navigation, ZoomsFittingAndOverflowingDirectionsDifferently) {
     stream({1000, 300});
     SetWebFormSize(800, 600);
     Web_TrueSize();
@@ -130,7 +130,7 @@ TEST_F(Navigation, ZoomsDirectionsThatFitAndThatOverflowEachTheirOwnWay) {
     EXPECT_EQ(state().view.ShowHeight, 300);
 }
 
-TEST_F(Navigation, TurnsLeftRoundFromZeroAndRightRoundFromThree) {
+TEST_F(Navigation, WrapsAroundFromZeroToTheLeftAndFromThreeToTheRight) {
     streamLargeFrame();
     for (const int angle : {3, 2, 1, 0}) {
         state().settings.RotateFlag = 0;
@@ -146,7 +146,7 @@ TEST_F(Navigation, TurnsLeftRoundFromZeroAndRightRoundFromThree) {
     }
 }
 
-TEST_F(Navigation, TurnsFromAnglesThatAreNone) {
+TEST_F(Navigation, TurnsFromInvalidAngles) {
     streamLargeFrame();
     const auto turned = [](int angle, int (*operation)()) {
         SetRotate(angle);

@@ -27,7 +27,7 @@ TEST_F(Panning, DragsASmallPictureWithinTheForm) {
                                               .pBestScale = 100.0}));
 }
 
-TEST_F(Panning, LeavesTheOffsetOfASmallPictureDraggedPastTheNearEdge) {
+TEST_F(Panning, IgnoresADragOfASmallPicturePastTheNearEdge) {
     streamSmallFrame();
     Web_SetMoveOffet(-200, -150);
     EXPECT_EQ(state().view.FormStartX, 0);
@@ -55,7 +55,7 @@ TEST_F(Panning, StopsASmallPictureAtTheFarEdge) {
     EXPECT_EQ(state().view.VideoOffsetX, 398);
 }
 
-// From offset 0, as after a drag to the frame's beginning.
+// Starts at offset 0, as after a drag to the frame's near edge.
 struct Drag {
     int distance;
     int offset;
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(Distances, DragOverALargerFrame,
                                          Drag{-199, -199}, Drag{-1, -1}, Drag{kHuge, -200},
                                          Drag{kLowest, -200}));
 
-TEST_F(Panning, DragsOverALargerFrameUpAndDownAlike) {
+TEST_F(Panning, DragsOverALargerFrameVerticallyToo) {
     streamLargeFrame();
     Web_TrueSize();
     Web_SetMoveOffet(0, -10);

@@ -1,4 +1,4 @@
-// A fresh preview around each test, and its fields as the rules name them.
+// A fresh preview for each test, and its fields as the rules name them.
 #pragma once
 
 #include "base/frame_size.h"
@@ -40,13 +40,13 @@ class Preview : public testing::Test {
     // As after opening a camera with frames of this size.
     static void stream(FrameSize frame);
 
-    // 1000 x 750 in a form of 800 x 600: 80 % fits, 100 % overflows by 200 x 150.
+    // 1000 x 750 in a form of 800 x 600: fits at 80 %, overflows by 200 x 150 at 100 %.
     static void streamLargeFrame();
 
     // 402 x 302 in the same form: fits at 100 %, with 398 x 298 to spare.
     static void streamSmallFrame();
 
-    // Sets the fields that a view consists of, for states that no operation leads to directly.
+    // Sets the fields of a view directly, for states that no operation leads to.
     static void setFields(const PreviewFields& fields);
 };
 

@@ -1,4 +1,4 @@
-// What the host is handed of each frame.
+// What the host receives for each frame.
 #include "frames.h"
 #include "preview/preview_stage.h"
 
@@ -48,7 +48,7 @@ TEST_F(PreviewStage, DeliversThePictureAndItsPlaceInTheForm) {
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), pictures[0].pixels));
 }
 
-TEST_F(PreviewStage, LeavesTheBufferBeyondThePicture) {
+TEST_F(PreviewStage, LeavesTheBufferPastThePictureAlone) {
     stream({640, 480});
     SetWebFormSize(101, 77);
     unsigned char* const pixels = state().view.WEB_BUF;
@@ -92,7 +92,7 @@ TEST_F(PreviewStage, DeliversTheFormsPictureBeforeThePreparedImage) {
     EXPECT_NE(cv::countNonZero(state().session.frames->zoomimage.reshape(1)), 0);
 }
 
-TEST_F(PreviewStage, LeavesOutAPreparedImageSmallerThanTheHostIsTold) {
+TEST_F(PreviewStage, SkipsAPreparedImageSmallerThanReported) {
     stream({640, 480});
     SetWebFormSize(320, 240);
     state().session.frames->zoomimage = cv::Mat::zeros(239, 320, CV_8UC3);
@@ -102,7 +102,7 @@ TEST_F(PreviewStage, LeavesOutAPreparedImageSmallerThanTheHostIsTold) {
     EXPECT_EQ(cv::countNonZero(state().session.frames->zoomimage.reshape(1)), 0);
 }
 
-TEST_F(PreviewStage, EndsAtOnceWhenTheStateIsNoLongerItsOwn) {
+TEST_F(PreviewStage, EndsAtOnceWhenItNoLongerOwnsTheState) {
     stream({640, 480});
     SetWebFormSize(320, 240);
     state().session.frames->zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
@@ -116,7 +116,7 @@ TEST_F(PreviewStage, EndsAtOnceWhenTheStateIsNoLongerItsOwn) {
     EXPECT_EQ(delivered, 1);
 }
 
-TEST_F(PreviewStage, WithoutAFrameDeliversWhatWasThere) {
+TEST_F(PreviewStage, WithoutAFrameRepeatsTheLastPicture) {
     stream({640, 480});
     SetWebFormSize(320, 240);
     state().session.frames->zoomimage = cv::Mat::zeros(240, 320, CV_8UC3);
@@ -129,7 +129,7 @@ TEST_F(PreviewStage, WithoutAFrameDeliversWhatWasThere) {
     EXPECT_EQ(bufferPixels(), before);
 }
 
-TEST_F(PreviewStage, LeavesOutAFrameTurnedWithoutANewForm) {
+TEST_F(PreviewStage, SkipsAFrameTurnedWithoutANewForm) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     const std::vector<unsigned char> before = bufferPixels();
@@ -138,7 +138,7 @@ TEST_F(PreviewStage, LeavesOutAFrameTurnedWithoutANewForm) {
     EXPECT_EQ(shown(noisyFrame({1920, 1080})).size(), 1U);
 }
 
-TEST_F(PreviewStage, LeavesOutAFrameWhileTheViewBelongsToAnother) {
+TEST_F(PreviewStage, SkipsAFrameWhileTheViewBelongsToAnother) {
     stream({1920, 1080});
     SetWebFormSize(800, 600);
     Web_TrueSize();
@@ -149,7 +149,7 @@ TEST_F(PreviewStage, LeavesOutAFrameWhileTheViewBelongsToAnother) {
     EXPECT_TRUE(shown(cv::Mat()).empty());
 }
 
-TEST_F(PreviewStage, LeavesOutPicturesLargerThanTheFirstForm) {
+TEST_F(PreviewStage, SkipsPicturesLargerThanTheFirstForm) {
     stream({1920, 1080});
     SetWebFormSize(160, 100);
     const cv::Mat frame = noisyFrame({1920, 1080});
@@ -196,7 +196,7 @@ TEST_F(PreviewStage, ShowsNothingUntilTheFormIsDeclaredWithTheCameraOpen) {
 }
 
 // Four pixels of the form are less than one of the frame.
-TEST_F(PreviewStage, LeavesOutACutWithoutPixels) {
+TEST_F(PreviewStage, SkipsACutWithoutPixels) {
     stream({640, 480});
     SetWebFormSize(4, 4);
     for (int times = 0; times < 200; ++times) {

@@ -17,7 +17,7 @@ constexpr std::size_t kTrueSizeBytes = std::size_t{800} * 600 * 3;
 
 class Rendering : public Preview {
   protected:
-    // Renders frame through the set view; the bytes behind the picture are checked.
+    // Renders frame through the set view and checks that nothing is written past the picture.
     static std::vector<unsigned char> rendered(const cv::Mat& frame) {
         const auto picture = static_cast<std::size_t>(state().view.ShowWidth) *
                              static_cast<std::size_t>(state().view.ShowHeight) * 3;
@@ -34,7 +34,7 @@ class Rendering : public Preview {
         return {state().view.ShowHeight, state().view.ShowWidth, CV_8UC3, picture.data()};
     }
 
-    // True size, the visible part beginning at frame pixel (200, 60).
+    // True size, with the visible part starting at frame pixel (200, 60).
     static void showTrueSizePart() {
         setFields({.FormWidth = 800,
                    .FormHeight = 600,
@@ -60,7 +60,7 @@ TEST_F(Rendering, AtTrueSizeIsACopyOfTheVisiblePart) {
     EXPECT_TRUE(samePixels(asImage(picture), frame(cv::Rect(200, 60, 800, 600))));
 }
 
-TEST_F(Rendering, AtHalfSizeHalvesTheFrameLessTheRoundedRest) {
+TEST_F(Rendering, AtHalfSizeHalvesTheFrameRoundedDown) {
     setFields({.FormWidth = 400,
                .FormHeight = 300,
                .FormStartX = 40,
@@ -118,7 +118,7 @@ TEST_F(Rendering, KeepsThePixelsRedFirst) {
     }
 }
 
-TEST_F(Rendering, LeavesTheFrameAsItWas) {
+TEST_F(Rendering, LeavesTheFrameUnchanged) {
     showTrueSizePart();
     const cv::Mat frame = noisyFrame({1300, 900});
     const cv::Mat before = frame.clone();
@@ -126,7 +126,7 @@ TEST_F(Rendering, LeavesTheFrameAsItWas) {
     EXPECT_TRUE(samePixels(frame, before));
 }
 
-TEST_F(Rendering, OfAPartOfALargerImageStaysWithinThatPart) {
+TEST_F(Rendering, OfPartOfALargerImageStaysWithinThatPart) {
     showTrueSizePart();
     const cv::Mat larger = noisyFrame({1500, 1000});
     const cv::Mat frame = larger(cv::Rect(50, 50, 1300, 900));
@@ -157,7 +157,7 @@ TEST_F(Rendering, AgreesWithThePlainRuleInEveryView) {
     EXPECT_GT(compared, 250);
 }
 
-TEST_F(Rendering, OfAPartThatTheFrameDoesNotHaveRaises) {
+TEST_F(Rendering, OfAPartOutsideTheFrameThrows) {
     showTrueSizePart();
     const int max = std::numeric_limits<int>::max();
     std::vector<unsigned char> out(kTrueSizeBytes, kUntouched);
@@ -182,7 +182,7 @@ TEST_F(Rendering, OfAPartThatTheFrameDoesNotHaveRaises) {
     EXPECT_EQ(out, before);
 }
 
-TEST_F(Rendering, OfNoPictureRaises) {
+TEST_F(Rendering, OfAnEmptyPictureThrows) {
     unsigned char out = kUntouched;
     for (const int side : {0, -4, std::numeric_limits<int>::min()}) {
         showTrueSizePart();
@@ -195,7 +195,7 @@ TEST_F(Rendering, OfNoPictureRaises) {
     EXPECT_EQ(out, kUntouched);
 }
 
-TEST_F(Rendering, OfAnImageOfAnotherKindRaises) {
+TEST_F(Rendering, OfAnImageOfAnotherTypeThrows) {
     showTrueSizePart();
     std::vector<unsigned char> out(kTrueSizeBytes, kUntouched);
     for (const int type : {CV_8UC1, CV_8UC4, CV_16UC3}) {
@@ -222,7 +222,7 @@ TEST_F(Rendering, IntoAnImageTakesThatImagesSize) {
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), out.data));
 }
 
-TEST_F(Rendering, IntoAnImageOfAnotherKindLeavesIt) {
+TEST_F(Rendering, IntoAnImageOfAnotherTypeLeavesItAlone) {
     showTrueSizePart();
     cv::Mat out(600, 800, CV_8UC1, cv::Scalar(kUntouched));
     VideoZoomToWebEx(noisyFrame({1300, 900}), out);
@@ -230,7 +230,7 @@ TEST_F(Rendering, IntoAnImageOfAnotherKindLeavesIt) {
     EXPECT_EQ(cv::countNonZero(out != kUntouched), 0);
 }
 
-TEST_F(Rendering, IntoAnImageRaisesForAPartThatTheFrameDoesNotHave) {
+TEST_F(Rendering, IntoAnImageThrowsForAPartOutsideTheFrame) {
     showTrueSizePart();
     cv::Mat out(600, 800, CV_8UC3, cv::Scalar::all(kUntouched));
     EXPECT_THROW(VideoZoomToWebEx(noisyFrame({900, 1300}), out), cv::Exception);

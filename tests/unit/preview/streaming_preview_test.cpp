@@ -1,5 +1,5 @@
-// The preview of a stream: what the callbacks of a running loop receive. The driver is a stand-in
-// for the three requests that the loop makes.
+// The preview of a stream: what the callbacks of a running loop receive. A stand-in for the driver
+// answers the three requests that the loop makes.
 #include "base/slack_image.h"
 #include "busy_host.h"
 #include "frames.h"
@@ -172,7 +172,7 @@ TEST_F(StreamingPreview, IsSilentWithoutACallback) {
     EXPECT_TRUE(std::all_of(pixels, pixels + kPictureBytes, [](int byte) { return byte == 0; }));
 }
 
-TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
+TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndShowsTheThird) {
     SetWebFormSize(160, 160);
     Web_RotateR();
     EXPECT_EQ(streamFrames(2), "RotateFlag--\nRotateFlag--\n");
@@ -185,7 +185,7 @@ TEST_F(StreamingPreview, DropsTwoFramesAfterATurnAndThenShowsTheTurnedOne) {
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), calls[0].pixels));
 }
 
-TEST_F(StreamingPreview, RepeatsTheLastPictureInATurnThatIsNone) {
+TEST_F(StreamingPreview, RepeatsTheLastPictureInAnInvalidTurn) {
     SetWebFormSize(160, 120);
     streamFrames(1);
     ASSERT_EQ(calls.size(), 1U);
@@ -198,7 +198,7 @@ TEST_F(StreamingPreview, RepeatsTheLastPictureInATurnThatIsNone) {
     EXPECT_TRUE(std::equal(before.begin(), before.end(), calls[1].pixels));
 }
 
-TEST_F(StreamingPreview, SkipsTurnedFramesUntilTheFormIsDeclaredAnew) {
+TEST_F(StreamingPreview, SkipsTurnedFramesUntilTheFormIsDeclaredAgain) {
     SetWebFormSize(160, 120);
     SetRotate(1);
     streamFrames(2);

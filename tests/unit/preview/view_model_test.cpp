@@ -9,7 +9,7 @@
 namespace doccam::test {
 namespace {
 
-// The rules one after the other, as a host's programmer would write them down.
+// The rules one after the other, as a host's programmer would state them.
 class Model : public PreviewFields {
   public:
     explicit Model(FrameSize frame)
@@ -172,8 +172,8 @@ class RandomHost {
     explicit RandomHost(unsigned seed)
       : random_(seed) {}
 
-    int between(int least, int most) {
-        return std::uniform_int_distribution<int>(least, most)(random_);
+    int between(int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(random_);
     }
 
     FrameSize frame() {
@@ -189,7 +189,7 @@ class RandomHost {
         }
     }
 
-    // Does the same to the library and to the model.
+    // Applies one operation to the library and to the model.
     void act(Model& model) {
         switch (between(0, 12)) {
         case 0:
@@ -243,7 +243,7 @@ class RandomHost {
         model.fit(width, height);
     }
 
-    // The view stays that of the angle before until the next operation.
+    // Until the next operation the view stays that of the previous angle.
     void setAngle(Model& model) {
         model.RotateAngle = between(0, 3);
         SetRotate(model.RotateAngle);

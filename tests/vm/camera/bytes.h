@@ -1,4 +1,4 @@
-// Numbers in byte sequences: USB counts little-endian, USB/IP big-endian.
+// Integers in byte sequences: USB is little-endian, USB/IP big-endian.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace doccam::vm {
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
 
-// Appends the lowest size bytes of value, the lowest first.
+// Appends the lowest size bytes of value, least significant first.
 inline void appendLittle(Bytes& out, std::uint32_t value, int size) {
     for (int i = 0; i < size; ++i) {
         out.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
@@ -23,7 +23,7 @@ inline void appendBig32(Bytes& out, std::uint32_t value) {
     }
 }
 
-// The number of size bytes at an offset that lies inside the data.
+// The integer of size bytes at offset, which must lie inside the data.
 inline std::uint32_t little(ByteView data, std::size_t offset, std::size_t size) {
     std::uint32_t value = 0;
     for (std::size_t i = size; i-- > 0;) {

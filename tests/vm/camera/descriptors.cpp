@@ -21,7 +21,7 @@ void append(Bytes& out, const Bytes& more) {
     out.insert(out.end(), more.begin(), more.end());
 }
 
-// Writes the number of all bytes where the descriptor that begins them has left room for it.
+// Fills in the total length that the descriptor at the start of all has left open.
 void setTotal(Bytes& all, std::size_t offset) {
     all[offset] = static_cast<std::uint8_t>(all.size());
     all[offset + 1] = static_cast<std::uint8_t>(all.size() >> 8);
@@ -99,7 +99,7 @@ Bytes formatDescriptors(const FormatDescription& format, std::uint8_t number) {
     for (const virtualcam::Size& size : format.sizes) {
         append(out, frameDescriptor(mjpeg ? 0x07 : 0x05, ++frame, size, format.frameRates));
     }
-    append(out, {6, kClassInterface, 0x0d, 1, 1, 4}); // colours as BT.601 has them
+    append(out, {6, kClassInterface, 0x0d, 1, 1, 4}); // BT.601 colours
     return out;
 }
 
@@ -127,7 +127,7 @@ Bytes streamingFormats(const CameraDescription& camera) {
     return out;
 }
 
-// The setting without bandwidth, then those with more and more of it.
+// The alternate setting without bandwidth, then those with increasing bandwidth.
 Bytes streamingInterface(const CameraDescription& camera) {
     Bytes out{9, kInterface, kStreamingInterface, 0, 0, kVideoClass, 0x02, 0, 0};
     append(out, streamingFormats(camera));

@@ -1,4 +1,4 @@
-// What a camera tells the host about itself when it is plugged in.
+// The USB descriptors with which a camera describes itself when plugged in.
 #pragma once
 
 #include "description.h"
@@ -13,10 +13,10 @@ inline constexpr std::uint32_t kStatusEndpoint = 1;
 inline constexpr std::uint32_t kVideoEndpoint = 2;
 inline constexpr std::uint8_t kProductString = 2;
 
-// The largest payload of one packet, in bytes: three transactions of a high-speed microframe.
+// The maximum payload of one packet in bytes: three transactions of a high-speed microframe.
 inline constexpr std::uint32_t kLargestPayload = 3 * 1024;
 
-// A frame's interval in units of 100 nanoseconds, from whole frames per second.
+// The frame interval in units of 100 nanoseconds, from frames per second.
 constexpr std::uint32_t intervalOf(int frameRate) {
     return 10'000'000U / static_cast<std::uint32_t>(frameRate);
 }

@@ -13,7 +13,7 @@ namespace {
 const std::string kController = "/sys/devices/platform/vhci_hcd.0/";
 constexpr int kFree = 4;
 constexpr int kHighSpeed = 3;
-constexpr int kFirstDevice = 1 << 16 | 1; // bus 1, device 1; it must only be above 0
+constexpr int kFirstDevice = 1 << 16 | 1; // bus 1, device 1; any number above 0 will do
 
 int freePort() {
     std::ifstream status(kController + "status");

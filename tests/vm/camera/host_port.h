@@ -1,4 +1,4 @@
-// The kernel's virtual USB host controller, to which a program plugs in a device.
+// The kernel's virtual USB host controller (vhci), into which a program plugs a device.
 #pragma once
 
 #include <unistd.h>
@@ -7,7 +7,7 @@
 
 namespace doccam::vm {
 
-// A descriptor that is closed at the end.
+// Closes its descriptor on destruction.
 class OwnedDescriptor {
   public:
     explicit OwnedDescriptor(int value = -1)
@@ -33,9 +33,9 @@ class OwnedDescriptor {
     int value_;
 };
 
-// Connects a high-speed device to the first free port and returns the device's end of the line, on
-// which the host speaks USB/IP. Shutting the line down is pulling the plug. Throws
-// std::runtime_error where no port is free or the kernel refuses.
+// Connects a high-speed device to the first free port and returns the device's end of the socket,
+// on which the host speaks USB/IP. Shutting the socket down unplugs the device. Throws
+// std::runtime_error if no port is free or the kernel refuses.
 OwnedDescriptor connectDevice();
 
 } // namespace doccam::vm

@@ -1,4 +1,4 @@
-// Where a video function keeps each picture control: unit, selector and size in USB's terms.
+// The USB unit, selector and size of each picture control.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@ inline constexpr std::uint8_t kProcessingUnit = 2;
 inline constexpr std::uint8_t kOutputTerminal = 3;
 
 struct UnitControl {
-    std::uint32_t id;      // V4L2's number of the control
+    std::uint32_t id;      // V4L2 control ID
     std::uint8_t unit;     // kCameraTerminal or kProcessingUnit
     std::uint8_t selector; // in requests to the unit
-    int bit;               // in the unit's map of controls
+    int bit;               // in the unit's control bitmap
     int bytes;             // of a value
 };
 

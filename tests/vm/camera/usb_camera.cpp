@@ -27,7 +27,7 @@ bool ofClass(const Setup& setup) {
     return (setup.type & kKindOfRequest) == kOfClass;
 }
 
-// Waits until the host has said something or the time, if there is one, is over.
+// Waits until the host has sent something or the limit, if any, has passed.
 bool readable(int descriptor, std::optional<VideoStream::Clock::duration> limit) {
     pollfd wanted{descriptor, POLLIN, 0};
     timespec time{};
@@ -92,7 +92,7 @@ bool UsbCamera::receive() {
 
 bool UsbCamera::receiveInto(Bytes& bytes) {
     if (bytes.empty()) {
-        return true; // recv would wait for bytes all the same
+        return true; // recv then blocks until bytes arrive
     }
     const auto wanted = static_cast<ssize_t>(bytes.size());
     return recv(line_.get(), bytes.data(), bytes.size(), MSG_WAITALL) == wanted;
@@ -200,7 +200,7 @@ bool UsbCamera::write(const Setup& setup, ByteView data) {
     return true;
 }
 
-// Setting 0 has no bandwidth: the host has ended the stream.
+// With setting 0, which has no bandwidth, the host ends the stream.
 void UsbCamera::selectSetting(const Setup& setup) {
     if (setup.value == 0) {
         stream_.stop();

@@ -1,4 +1,4 @@
-// A camera at the kernel's virtual USB host controller: the UVC driver takes it for a real one.
+// A camera on the kernel's virtual USB host controller: to the UVC driver it is real.
 #pragma once
 
 #include "vm/camera/host_port.h"
@@ -9,11 +9,11 @@
 
 namespace doccam::vm {
 
-// Plugging in and out, and destruction, are for one thread. The camera's own thread serves the host
-// between them and asks for the frames.
+// Plug, unplug and destroy on one thread. In between, the camera's own thread serves the host and
+// fetches the frames.
 class UsbCamera {
   public:
-    // frames must live longer.
+    // frames must outlive the camera.
     UsbCamera(virtualcam::CameraDescription camera, virtualcam::FrameSource& frames);
     ~UsbCamera();
     UsbCamera(const UsbCamera&) = delete;
@@ -21,10 +21,10 @@ class UsbCamera {
 
     const virtualcam::CameraDescription& description() const { return camera_; }
 
-    // The device appears on the bus some time later, with controls and settings as they were.
+    // The device appears on the bus some time later, with its controls and settings unchanged.
     void plugIn();
 
-    // Cuts the line in whatever is going on. Does nothing while unplugged.
+    // Disconnects immediately, even in mid-transfer. Does nothing while unplugged.
     void unplug();
 
     int control(std::uint32_t id) const { return requests_.control(id); }

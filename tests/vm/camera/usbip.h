@@ -1,4 +1,4 @@
-// The USB/IP messages between a kernel's virtual host controller and a device.
+// The USB/IP messages between the kernel's virtual host controller and a device.
 #pragma once
 
 #include "vm/camera/bytes.h"
@@ -15,7 +15,7 @@ enum class Command : std::uint32_t {
     kUnlinkReply = 4,
 };
 
-// The eight bytes that begin a transfer of endpoint 0.
+// The eight-byte setup packet of a transfer on endpoint 0.
 struct Setup {
     std::uint8_t type = 0;
     std::uint8_t request = 0;
@@ -33,11 +33,11 @@ struct Request {
     std::uint32_t endpoint = 0;
     std::uint32_t length = 0;   // of the transfer's data, in bytes
     std::uint32_t packets = 0;  // of an isochronous transfer
-    std::uint32_t unlinked = 0; // the sequence number of the request to take back
+    std::uint32_t unlinked = 0; // the sequence number of the request to cancel
     Setup setup;
 };
 
-// One packet of an isochronous transfer: its place in the host's buffer, and what was filled.
+// One packet of an isochronous transfer: its place in the host's buffer, and the bytes filled.
 struct Packet {
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
@@ -48,7 +48,7 @@ struct Packet {
 Request parseRequest(ByteView header);
 Packet parsePacket(ByteView packet);
 
-// status is 0 or a negative errno value. Data that goes to the host follows the header.
+// status is 0 or a negative errno value. Data for the host follows the header.
 Bytes submitReply(const Request& request, int status, std::uint32_t actual);
 Bytes unlinkReply(const Request& request, int status);
 

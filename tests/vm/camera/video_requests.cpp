@@ -158,7 +158,7 @@ bool VideoRequests::setControl(const Setup& setup, ByteView data) {
     return true;
 }
 
-// The nearest that the camera has: an unknown number becomes the first of its list.
+// The nearest supported settings: an unknown number becomes the first of its list.
 StreamSettings VideoRequests::offered(StreamSettings wanted) const {
     if (wanted.format < 1 || wanted.format > camera_.formats.size()) {
         wanted.format = 1;

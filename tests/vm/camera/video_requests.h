@@ -1,4 +1,4 @@
-// The requests that the video class adds to endpoint 0: picture controls and stream settings.
+// The video class's requests on endpoint 0: picture controls and stream settings.
 #pragma once
 
 #include "description.h"
@@ -11,29 +11,29 @@
 
 namespace doccam::vm {
 
-// What the host and the camera agree on before a stream starts; numbered from 1.
+// What host and camera negotiate before a stream; format and frame are numbered from 1.
 struct StreamSettings {
     std::uint8_t format = 1;
     std::uint8_t frame = 1;
-    std::uint32_t interval = 0; // 100 nanoseconds
+    std::uint32_t interval = 0; // in 100 nanoseconds
 };
 
-// One thread serves requests; control() may be called by any.
+// One thread serves requests; any thread may call control().
 class VideoRequests {
   public:
     explicit VideoRequests(const virtualcam::CameraDescription& camera);
 
-    // The answer to a request that reads; none where the camera refuses it.
+    // The answer to a GET request; none if the camera refuses it.
     std::optional<Bytes> get(const Setup& setup) const;
 
-    // Whether the camera accepts a request that writes.
+    // Whether the camera accepts a SET request.
     bool set(const Setup& setup, ByteView data);
 
     std::uint32_t pixelFormat() const;
     virtualcam::Size size() const;
     std::chrono::nanoseconds interval() const;
 
-    // The present value of one of the described controls, by V4L2's number.
+    // The current value of one of the described controls, by V4L2 control ID.
     int control(std::uint32_t id) const;
 
   private:

@@ -73,7 +73,7 @@ void VideoStream::beginFrame() {
     due_ = std::max(due_ + interval_, Clock::now());
 }
 
-// The lowest bit of the header tells neighbouring frames apart.
+// The lowest bit of the header alternates between frames.
 void VideoStream::fill(Packet& packet, Bytes& data) {
     const std::size_t room = packet.length - kPayloadHeader;
     const std::size_t length = std::min(room, frame_->size() - sent_);

@@ -1,4 +1,4 @@
-// The isochronous endpoint: cuts frames into the packets that the host asks for.
+// The isochronous endpoint: splits frames into the packets that the host requests.
 #pragma once
 
 #include "device/frame_source.h"
@@ -10,7 +10,7 @@
 
 namespace doccam::vm {
 
-// Used by one thread.
+// For use by one thread.
 class VideoStream {
   public:
     using Clock = std::chrono::steady_clock;
@@ -18,22 +18,22 @@ class VideoStream {
     explicit VideoStream(virtualcam::FrameSource& frames)
       : frames_(frames) {}
 
-    // Starts with a new frame, due at once; then one each interval.
+    // Starts with a frame due at once, then one per interval.
     void start(std::uint32_t pixelFormat, virtualcam::Size size, std::chrono::nanoseconds interval);
     void stop();
 
-    // Stops, and forgets all waiting requests.
+    // Stops and drops all pending requests.
     void reset();
 
     void submit(const Request& request, std::vector<Packet> packets);
 
-    // Forgets a waiting request; false where there is none of that number.
+    // Drops a pending request; false if there is none of that number.
     bool unlink(std::uint32_t sequence);
 
-    // How long until a waiting request can be answered; none while nothing is to be answered.
+    // The time until a pending request can be answered; none while none is pending.
     std::optional<Clock::duration> untilDue() const;
 
-    // The reply to the oldest request, which is due. The packets behind a frame's end stay empty.
+    // The reply to the oldest request, which must be due. Packets past a frame's end stay empty.
     Bytes answer();
 
   private:
@@ -53,7 +53,7 @@ class VideoStream {
     Clock::duration interval_{};
     Clock::time_point due_;
     std::uint32_t number_ = 0;
-    virtualcam::FrameBytes frame_; // the one being sent, null between two
+    virtualcam::FrameBytes frame_; // the one being sent, null between frames
     std::size_t sent_ = 0;
 };
 

@@ -134,7 +134,7 @@ SceneSettings readScene(const Json& object) {
     return scene;
 }
 
-// A control in the list replaces the usual one of the same name; "remove" takes it away.
+// A control in the list replaces the default one of the same name; "remove" removes it.
 void readControl(const Json& object, std::vector<ControlDescription>& controls) {
     refuseUnknownFields(object, {"name", "minimum", "maximum", "step", "default", "remove"});
     const auto name = object.at("name").get<std::string>();

@@ -1,4 +1,4 @@
-// Cameras as a JSON file describes them.
+// Cameras described by a JSON file.
 #pragma once
 
 #include "description.h"
@@ -8,14 +8,14 @@
 
 namespace doccam::virtualcam {
 
-// The cameras of a scenario file; README.md names its fields. Throws std::runtime_error that names
-// the file and what is wrong with it.
+// Reads a scenario file; README.md documents its fields. Throws std::runtime_error naming the file
+// and the error.
 std::vector<CameraDescription> readScenario(const std::string& path);
 
-// The same from the text itself.
+// The same, from the text itself.
 std::vector<CameraDescription> parseScenario(const std::string& text);
 
-// Where the position-th camera of a machine is plugged in, as its driver reports it.
+// The bus info that the driver reports for the position-th camera of a machine.
 std::string defaultBusInfo(int position);
 
 } // namespace doccam::virtualcam

@@ -1,4 +1,4 @@
-// Virtual cameras that both udev and the device calls of this process know.
+// Virtual cameras visible both to udev and to this process's device calls.
 #pragma once
 
 #include "bed/udev_tree.h"
@@ -9,11 +9,11 @@
 
 namespace doccam::virtualcam {
 
-// Needs libdoccam-virtualcam.so and libumockdev-preload.so.0 preloaded. At most one at a time. Use
-// its members rather than those of control.h to plug cameras, so that both sides agree.
+// Needs libdoccam-virtualcam.so and libumockdev-preload.so.0 preloaded. At most one at a time. Plug
+// cameras through its members, not those of control.h, to keep both sides consistent.
 class TestBed {
   public:
-    // Begins without any camera. Throws std::runtime_error where the preloads are missing.
+    // Starts without a camera. Throws std::runtime_error if the preloads are missing.
     TestBed();
     // Removes all cameras.
     ~TestBed();
@@ -24,7 +24,7 @@ class TestBed {
     void remove(CameraId camera);
 
     void unplug(CameraId camera);
-    // As at a real replug the metadata node appears first.
+    // As with a real replug, the metadata node appears first.
     void plug(CameraId camera);
 
     // "/dev/videoN" of the capture node; empty while unplugged.

@@ -110,7 +110,7 @@ void UdevTree::add(const CameraDescription& description, int place, Nodes nodes,
     const std::string metadata = describeNode(description, place, nodes.metadata, true);
     bed_->add(order == Order::kCaptureFirst ? capture : metadata);
     bed_->add(order == Order::kCaptureFirst ? metadata : capture);
-    // A plain file in the tree's /dev is shown as a character device.
+    // umockdev presents a plain file in the tree's /dev as a character device.
     std::filesystem::create_directories(folder() + "/dev");
     for (const int node : {nodes.capture, nodes.metadata}) {
         std::ofstream(folder() + "/dev/video" + std::to_string(node));

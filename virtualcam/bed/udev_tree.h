@@ -8,12 +8,11 @@
 
 namespace doccam::virtualcam {
 
-// A umockdev test bed. Its devices are seen by this process when libumockdev-preload is loaded, and
-// by every child that has that library and the tree's folder in its environment.
+// A umockdev test bed. This process sees its devices when libumockdev-preload is loaded, and so
+// does every child that has that library and the tree's folder in its environment.
 class UdevTree {
   public:
-    // Order of the two nodes' appearance, which is the other way round when a camera is plugged in
-    // again.
+    // The order in which the two nodes appear, reversed when a camera is plugged in again.
     enum class Order { kCaptureFirst, kMetadataFirst };
 
     UdevTree();
@@ -21,14 +20,14 @@ class UdevTree {
     UdevTree(const UdevTree&) = delete;
     UdevTree& operator=(const UdevTree&) = delete;
 
-    // Adds the USB device in the given place (0, 1, ...) and its two nodes. Throws
-    // std::runtime_error when the tree refuses it.
+    // Adds the USB device at a place (0, 1, ...) and its two nodes. Throws std::runtime_error if
+    // umockdev refuses it.
     void add(const CameraDescription& description, int place, Nodes nodes,
              Order order = Order::kCaptureFirst);
     void remove(int place, Nodes nodes);
 
-    // The folder that stands in for the root of the file system; the constructor sets UMOCKDEV_DIR
-    // to it.
+    // The folder that replaces the root of the file system; the constructor sets UMOCKDEV_DIR to
+    // it.
     std::string folder() const;
 
   private:

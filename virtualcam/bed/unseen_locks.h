@@ -1,8 +1,8 @@
-// Calls into GLib in a program that the thread sanitizer watches.
+// Calls into GLib under the thread sanitizer.
 #pragma once
 
 extern "C" {
-// There only in a program that the thread sanitizer watches.
+// Defined only under the thread sanitizer.
 __attribute__((weak)) void AnnotateIgnoreReadsBegin(const char* file, int line);
 __attribute__((weak)) void AnnotateIgnoreReadsEnd(const char* file, int line);
 __attribute__((weak)) void AnnotateIgnoreWritesBegin(const char* file, int line);
@@ -11,9 +11,9 @@ __attribute__((weak)) void AnnotateIgnoreWritesEnd(const char* file, int line);
 
 namespace doccam::virtualcam {
 
-// While it lives, the sanitizer does not look at the memory accesses of this thread. GLib hands
-// work to its own threads by futexes, which the sanitizer does not see; every call into it would be
-// reported as a race between GLib and itself.
+// While alive, the sanitizer ignores this thread's memory accesses. GLib hands work to its own
+// threads by futexes, which the sanitizer cannot see; every call into it would be reported as a
+// race of GLib with itself.
 class UnseenLocks {
   public:
     UnseenLocks() {

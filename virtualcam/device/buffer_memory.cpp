@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kLeftOver = 32768;
 
-// A program expects the low descriptor numbers for its own files.
+// Leaves the low descriptor numbers to the program's own files.
 constexpr int kLowestDescriptor = 500;
 
 std::size_t wholePages(std::size_t bytes) {

@@ -1,4 +1,4 @@
-// The memory of a camera's buffers, shared with the program that maps them.
+// The memory of a camera's buffers, which the program maps.
 #pragma once
 
 #include <cstddef>
@@ -9,10 +9,10 @@
 
 namespace doccam::virtualcam {
 
-// Stays alive for as long as somebody holds it, whatever the device does meanwhile.
+// Shared: it outlives the device while a mapping exists.
 class BufferMemory {
   public:
-    // Null where the memory cannot be had.
+    // Null if the memory cannot be allocated.
     static std::shared_ptr<BufferMemory> create(std::uint32_t count, std::uint32_t bytes);
 
     ~BufferMemory();
@@ -27,8 +27,8 @@ class BufferMemory {
     // A buffer's length in whole pages.
     std::size_t stride() const { return stride_; }
 
-    // Puts a frame at the beginning of a buffer. With leftOver bytes as of an earlier, longer frame
-    // follow it; otherwise whatever an earlier frame left is wiped.
+    // Puts a frame at the start of a buffer. With leftOver, bytes as of an earlier, longer frame
+    // follow it; otherwise the leftovers of earlier frames are cleared.
     void fill(std::uint32_t index, std::span<const std::uint8_t> frame, bool leftOver);
 
   private:

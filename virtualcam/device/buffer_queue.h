@@ -1,4 +1,4 @@
-// The buffers of a stream and who has them.
+// The buffers of a stream and their owners.
 #pragma once
 
 #include "device/buffer_memory.h"
@@ -12,12 +12,12 @@
 
 namespace doccam::virtualcam {
 
-// All functions that return int return 0 or an errno value. Not thread-safe.
+// Functions that return int return 0 or an errno value. Not thread-safe.
 class BufferQueue {
   public:
     static constexpr std::uint32_t kMostBuffers = 32;
 
-    // Gives up the buffers there are and makes count new ones; none for 0.
+    // Replaces the buffers with count new ones.
     int allocate(std::uint32_t count, std::uint32_t bytes);
 
     std::uint32_t count() const { return static_cast<std::uint32_t>(buffers_.size()); }
@@ -26,7 +26,7 @@ class BufferQueue {
 
     const std::shared_ptr<BufferMemory>& memory() const { return memory_; }
 
-    // Fills in a buffer's record, by the index in it.
+    // Fills in a buffer's record, given its index.
     int describe(v4l2_buffer& record) const;
 
     // Takes a buffer from the program.
@@ -34,16 +34,16 @@ class BufferQueue {
 
     std::size_t queued() const { return queue_.size(); }
 
-    // Takes the longest waiting buffer out of the queue; there must be one.
+    // Removes the oldest buffer from the queue, which must not be empty.
     std::uint32_t takeQueued();
 
-    // Notes what a buffer now holds and that the program has it again.
+    // Records a buffer's contents and that the program has it again.
     void deliver(std::uint32_t index, const v4l2_buffer& contents);
 
-    // Takes all buffers out of the queue and gives them to the program.
+    // Returns all queued buffers to the program.
     void returnAll();
 
-    // The buffer that begins at the offset, and that it is now mapped.
+    // Marks the buffer that begins at offset as mapped and returns it.
     std::optional<std::uint32_t> noteMapping(std::size_t offset);
 
   private:

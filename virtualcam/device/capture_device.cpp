@@ -145,7 +145,7 @@ void CaptureDevice::stall() {
 
 void CaptureDevice::resume() {
     const Lock lock(mutex_);
-    // Whoever polls has not been told of a frame that stays away, and so has not asked for it.
+    // Pollers are not notified of a withheld frame, and so have not dequeued it.
     if (!stalled_ && !dueFaults_) {
         faults_.forgetNextStall();
     }

@@ -19,30 +19,30 @@
 
 namespace doccam::virtualcam {
 
-// One open handle of the node; 0 is nobody.
+// One open handle of the node; 0 for none.
 using ClientId = int;
 
-// All functions may be called by any thread; those that return int return 0 or an errno value.
+// Thread-safe. Functions that return int return 0 or an errno value.
 class CaptureDevice {
   public:
     using Time = FrameClock::Time;
-    // Told from when on a frame (or an error) can be fetched without waiting; none: not in sight.
+    // Receives the time from which a frame (or an error) can be fetched without waiting, if known.
     using ReadyObserver = std::function<void(std::optional<Time>)>;
 
     CaptureDevice(const CameraDescription& description, Identity identity,
                   std::shared_ptr<FrameSource> source);
 
     void attach(ClientId client, ReadyObserver observer);
-    // Ends the client's stream and frees its buffers. Its observer is not called any more.
+    // Ends the client's stream and frees its buffers. Its observer is no longer called.
     void detach(ClientId client);
 
-    // Carries out one request; argument must point to the request's record.
+    // Performs one request; argument must point to the request's record.
     int request(ClientId client, std::uint32_t request, void* argument, bool nonBlocking);
 
-    // Finds the memory of the buffer that begins at the offset and is at least length bytes long.
+    // Returns the memory of the buffer at offset, which must be at least length bytes long.
     int map(std::size_t offset, std::size_t length, std::shared_ptr<BufferMemory>& memory);
 
-    // What poll() reports in place of readiness: POLLERR, POLLHUP, or 0 while streaming.
+    // What poll() reports instead of readiness: POLLERR, POLLHUP, or 0 while streaming.
     short pollErrors() const;
 
     void unplug();
@@ -52,11 +52,11 @@ class CaptureDevice {
     void setInterval(int milliseconds);
     void addFault(const Fault& fault);
     void clearFaults();
-    // Counts a call that is no device request ("open", "mmap") against the faults.
+    // Counts a call other than an ioctl ("open", "mmap") against the faults.
     int noteCall(const std::string& name);
 
     bool streaming() const;
-    // A thread waits for a frame at this moment.
+    // Whether a thread is waiting for a frame.
     bool waitedFor() const;
     std::optional<DeliveredFrame> lastFrame() const;
     std::optional<int> control(std::uint32_t id) const;
@@ -108,12 +108,12 @@ class CaptureDevice {
     ClientId owner_ = 0; // who may stream
     BufferQueue buffers_;
     FrameClock clock_;
-    std::uint32_t stream_ = 0; // counts streams, so that a waiter notices that its own has ended
+    std::uint32_t stream_ = 0; // counts streams, so that a waiter notices the end of its own
     bool streaming_ = false;
     bool stalled_ = false;
     bool unplugged_ = false;
     int waiting_ = 0;
-    std::optional<std::vector<Fault>> dueFaults_; // of the frame that is due, once it is
+    std::optional<std::vector<Fault>> dueFaults_; // the faults of the due frame, once it is due
     std::optional<DeliveredFrame> last_;
 };
 

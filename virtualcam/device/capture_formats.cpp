@@ -36,8 +36,8 @@ PictureFormat CaptureDevice::nearest(std::uint32_t pixelFormat, Size size) const
     return format;
 }
 
-// The privilege to stream belongs to the first handle that sets a format or asks for buffers, until
-// it frees them or closes.
+// The first handle that sets a format or requests buffers owns the stream until it frees them or
+// closes.
 int CaptureDevice::acquire(ClientId client) {
     if (owner_ != 0 && owner_ != client) {
         return EBUSY;

@@ -110,7 +110,7 @@ int CaptureDevice::dequeue(Lock& lock, v4l2_buffer& record, bool nonBlocking) {
     return error != 0 ? error : deliver(lock, record);
 }
 
-// A stream that ends, also because the camera is pulled out, ends the wait with EINVAL.
+// The end of the stream, also by unplugging, ends the wait with EINVAL.
 int CaptureDevice::awaitFrame(Lock& lock, bool nonBlocking) {
     const std::uint32_t stream = stream_;
     while (streaming_ && stream_ == stream) {
@@ -138,7 +138,7 @@ bool CaptureDevice::frameIsDue() const {
     return !stalled_ && buffers_.queued() > 0 && std::chrono::steady_clock::now() >= clock_.due();
 }
 
-// Looks at what befalls the due frame, once; false when it does not come after all.
+// Fetches the due frame's faults, once; false when the frame does not come after all.
 bool CaptureDevice::noteDueFrame() {
     if (!dueFaults_) {
         clock_.skipMissed(std::chrono::steady_clock::now(), buffers_.queued());
@@ -163,7 +163,7 @@ int CaptureDevice::deliver(Lock& lock, v4l2_buffer& record) {
     clock_.advance(std::chrono::steady_clock::now());
     publishReadiness();
 
-    // Drawing takes long; the stream may be switched off meanwhile.
+    // Drawing is slow; the stream may be switched off meanwhile.
     lock.unlock();
     const FrameBytes frame = makeFrame(*source_, format, picture, faults);
     lock.lock();

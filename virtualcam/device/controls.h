@@ -11,11 +11,11 @@
 
 namespace doccam::virtualcam {
 
-// Answers the control requests; all functions return 0 or an errno value. Not thread-safe.
+// Answers the control requests. All functions return 0 or an errno value. Not thread-safe.
 class ControlBank {
   public:
-    // A strict bank refuses values out of range with ERANGE, the other one clamps them as the UVC
-    // driver does.
+    // A strict bank refuses out-of-range values with ERANGE; otherwise they are clamped, as by the
+    // UVC driver.
     ControlBank(const std::vector<ControlDescription>& controls, bool strict);
 
     int query(v4l2_queryctrl& record) const;

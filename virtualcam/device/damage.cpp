@@ -6,7 +6,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Scrambles all but the first marker: a decoder finds no header it could use.
+// Scrambles all but the first marker, so that a decoder finds no usable header.
 Bytes corrupted(Bytes bytes) {
     for (std::size_t i = 2; i < bytes.size(); ++i) {
         bytes[i] ^= 0x5A;

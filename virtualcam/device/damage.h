@@ -1,4 +1,4 @@
-// Frames as a camera sends them when something goes wrong.
+// Damaged frames.
 #pragma once
 
 #include "device/faults.h"
@@ -7,7 +7,7 @@
 
 namespace doccam::virtualcam {
 
-// The number-th frame of the source, damaged by those of the faults that damage pictures.
+// The number-th frame of the source, with the faults that damage pictures applied.
 FrameBytes makeFrame(FrameSource& source, const PictureFormat& format, std::uint32_t number,
                      const std::vector<Fault>& faults);
 

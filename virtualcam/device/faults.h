@@ -1,4 +1,4 @@
-// What goes wrong with a camera, and when.
+// A camera's faults and when they strike.
 #pragma once
 
 #include "description.h"
@@ -9,26 +9,26 @@
 
 namespace doccam::virtualcam {
 
-// Counts calls and frames against the faults that were set. Not thread-safe.
+// Counts calls and frames against the set faults. Not thread-safe.
 class FaultPlan {
   public:
     void add(const Fault& fault);
     void clear();
 
-    // Notes one call of a request; the error it must fail with, 0 for none.
+    // Counts one call of a request; returns the error it must fail with, or 0.
     int noteCall(const std::string& request);
 
-    // Notes that one more frame is due; the faults that befall it.
+    // Counts one more due frame; returns its faults.
     std::vector<Fault> noteFrame();
 
-    // Whether the next frame stays away, and a way to let it come after all.
+    // Whether the next frame is held back; forgetNextStall() releases it.
     bool stallsNextFrame() const;
     void forgetNextStall();
 
-    // What a request for count buffers is granted.
+    // The number of buffers granted for a request of count.
     std::uint32_t granted(std::uint32_t count) const;
 
-    // The length of each buffer when it is not the driver's own choice.
+    // The length of each buffer: usual, unless a fault sets it.
     std::uint32_t bufferBytes(std::uint32_t usual) const;
 
   private:

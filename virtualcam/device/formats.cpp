@@ -22,7 +22,7 @@ const char* describe(std::uint32_t pixelFormat) {
     }
 }
 
-// The area by which two sizes differ when laid on one another at a corner.
+// The area of the symmetric difference of two rectangles with a common corner.
 long long mismatch(Size one, Size other) {
     const long long common = static_cast<long long>(std::min(one.width, other.width)) *
                              std::min(one.height, other.height);

@@ -1,4 +1,4 @@
-// Which pictures a camera offers, and how its driver adjusts what it is asked for.
+// The formats a camera offers, and how its driver adjusts requested ones.
 #pragma once
 
 #include "description.h"
@@ -26,11 +26,11 @@ class FormatOffer {
     int describeSize(v4l2_frmsizeenum& entry) const;
     int describeInterval(v4l2_frmivalenum& entry) const;
 
-    // The offered format nearest to what is asked: an unknown pixel format becomes the first one,
-    // the size the one whose area differs least.
+    // The offered format nearest to the request: an unknown pixel format becomes the first one, the
+    // size the one that differs least in area.
     PictureFormat nearest(std::uint32_t pixelFormat, Size wanted) const;
 
-    // The offered rate nearest to the wanted interval; the first one for an interval of zero.
+    // The offered rate nearest to interval; the first one for an interval of zero.
     int nearestRate(std::uint32_t pixelFormat, v4l2_fract interval) const;
 
   private:
@@ -39,7 +39,7 @@ class FormatOffer {
     std::vector<FormatDescription> formats_;
 };
 
-// The record that a driver hands back for a format.
+// The record that a driver returns for a format.
 v4l2_pix_format toPixFormat(const PictureFormat& format);
 
 } // namespace doccam::virtualcam

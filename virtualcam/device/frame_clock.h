@@ -1,4 +1,4 @@
-// When the frames of a stream are due.
+// The due times of a stream's frames.
 #pragma once
 
 #include <chrono>
@@ -15,7 +15,7 @@ class FrameClock {
     // due at once.
     void start(Time now, Interval interval);
 
-    // Takes effect after the frame that is due next, or at once when that would be late.
+    // Takes effect after the next due frame, or at once if that would be late.
     void setInterval(Time now, Interval interval);
 
     Time due() const { return due_; }
@@ -23,13 +23,13 @@ class FrameClock {
     // The number of the frame that is due, from 0.
     std::uint32_t number() const { return number_; }
 
-    // How many frames have been delivered; missed ones do not count.
+    // The number of frames delivered, without missed ones.
     std::uint32_t delivered() const { return delivered_; }
 
-    // Passes over frames for which no buffer was free, of which there were freeBuffers.
+    // Skips the frames beyond the freeBuffers that were available.
     void skipMissed(Time now, std::size_t freeBuffers);
 
-    // The due frame was delivered.
+    // Call after delivering the due frame.
     void advance(Time now);
 
   private:

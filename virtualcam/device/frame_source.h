@@ -1,4 +1,4 @@
-// Where a virtual camera takes its frames from.
+// The source of a virtual camera's frames.
 #pragma once
 
 #include "description.h"
@@ -15,15 +15,14 @@ struct DeliveredFrame {
     std::uint32_t sequence = 0;
     std::uint32_t pixelFormat = 0;
     Size size;
-    FrameBytes bytes; // what the buffer begins with; left-over bytes follow it there
+    FrameBytes bytes; // placed at the start of the buffer; leftovers follow
 };
 
 class FrameSource {
   public:
     virtual ~FrameSource() = default;
 
-    // The bytes of the number-th frame in the given format. May be called by several threads at
-    // once; never returns null.
+    // The bytes of the number-th frame in the given format, never null. Thread-safe.
     virtual FrameBytes frame(std::uint32_t pixelFormat, Size size, std::uint32_t number) = 0;
 };
 

@@ -13,7 +13,7 @@ void copyText(__u8 (&target)[Length], const std::string& text) {
     std::memcpy(target, text.data(), std::min(text.size(), Length - 1));
 }
 
-// The metadata node's capabilities name both nodes of the camera, its device_caps only itself.
+// capabilities covers both nodes of the camera, device_caps only the queried one.
 void queryCapability(const Identity& identity, bool metadata, v4l2_capability& record) {
     constexpr std::uint32_t kShared = V4L2_CAP_STREAMING | V4L2_CAP_EXT_PIX_FORMAT;
     record = {};

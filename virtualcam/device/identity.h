@@ -1,4 +1,4 @@
-// What a node says about itself.
+// A node's identity.
 #pragma once
 
 #include <linux/videodev2.h>
@@ -14,8 +14,8 @@ struct Identity {
     std::string busInfo;
 };
 
-// Answers the requests about a node's capabilities, inputs and priority: 0 or an errno value, none
-// for any other request. Only capture nodes have inputs.
+// Answers the requests about a node's capabilities, inputs and priority: returns 0 or an errno
+// value, none for other requests. Only capture nodes have inputs.
 std::optional<int> answerIdentity(const Identity& identity, bool metadata, std::uint32_t request,
                                   void* argument);
 

@@ -1,4 +1,4 @@
-// The second node of a camera, which carries no pictures.
+// A camera's metadata node.
 #pragma once
 
 #include "device/identity.h"
@@ -7,8 +7,8 @@
 
 namespace doccam::virtualcam {
 
-// Answers a request to a metadata node; 0 or an errno value. It names its format and refuses every
-// picture format and every buffer.
+// Answers a request to a metadata node: returns 0 or an errno value. It reports its format and
+// refuses picture formats and buffers.
 int answerMetadataNode(const Identity& identity, std::uint32_t request, void* argument);
 
 } // namespace doccam::virtualcam

@@ -5,7 +5,7 @@
 
 namespace doccam::virtualcam {
 
-// "DQBUF" for VIDIOC_DQBUF and so on; "UNKNOWN" for a request that no camera knows.
+// "DQBUF" for VIDIOC_DQBUF and so on; "UNKNOWN" for unsupported requests.
 const char* requestName(std::uint32_t request);
 
 bool isKnownRequest(std::uint32_t request);

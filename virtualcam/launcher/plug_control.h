@@ -1,4 +1,4 @@
-// The launcher's part in plugging cameras: it holds the device tree.
+// The launcher's side of plugging cameras: it owns the device tree.
 #pragma once
 
 #include "bed/udev_tree.h"
@@ -12,8 +12,8 @@ namespace doccam::virtualcam {
 
 class PlugControl {
   public:
-    // The cameras as they stand in the tree. Serves the socket that the environment names, if any.
-    // Throws std::runtime_error when it cannot.
+    // cameras are those in the tree. Serves the socket named by the environment, if any. Throws
+    // std::runtime_error on failure.
     PlugControl(UdevTree& tree, const std::vector<CameraDescription>& cameras);
     ~PlugControl();
     PlugControl(const PlugControl&) = delete;

@@ -22,7 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The preload library: beside the launcher in the build folder, or in an installed tree.
+// The preload library's path: beside the launcher in the build folder, or in an installed tree.
 std::string findPreload() {
     const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
     for (const fs::path& candidate :
@@ -43,7 +43,7 @@ std::vector<CameraDescription> camerasOf(const Options& options) {
     return cameras;
 }
 
-// umockdev ends the process where it cannot make its folder.
+// umockdev aborts if it cannot create its folder.
 void requireTemporaryFolder() {
     std::error_code error;
     const fs::path folder = fs::temp_directory_path(error);
@@ -59,7 +59,7 @@ void exportAbsolute(const char* name, const std::string& path) {
 }
 
 void prepareEnvironment(const Options& options) {
-    // A sanitizer's runtime has to come first, where the preload library was built with one.
+    // If the preload library was built with a sanitizer, the runtime must come first.
     std::string preload = DOCCAM_VIRTUALCAM_RUNTIME;
     const char* others = std::getenv("LD_PRELOAD");
     for (const std::string& library : {findPreload(), std::string("libumockdev-preload.so.0"),
@@ -90,8 +90,8 @@ void prepareEnvironment(const Options& options) {
     _exit(127);
 }
 
-// The terminal's interrupt reaches the program by itself, unless it came before there was one; what
-// others send to the launcher is for the program too, and the launcher stays to clean up.
+// The terminal's interrupt reaches the program by itself, unless it came before the program started.
+// Signals sent to the launcher are passed on to the program, and the launcher stays to clean up.
 void passOn(const siginfo_t& signal, const sigset_t& early, pid_t child) {
     if (signal.si_signo != SIGCHLD &&
         (signal.si_code <= 0 || sigismember(&early, signal.si_signo) == 1)) {
@@ -123,7 +123,7 @@ sigset_t awaitedSignals() {
 
 int runSession(const Options& options) {
     requireTemporaryFolder();
-    // The tree has a thread of its own, which must not be the one that gets them.
+    // Blocked before the tree starts its thread, which must not receive them.
     const sigset_t signals = awaitedSignals();
     sigset_t before;
     pthread_sigmask(SIG_BLOCK, &signals, &before);

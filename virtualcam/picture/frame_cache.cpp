@@ -32,7 +32,7 @@ std::string keyOf(const std::string& photo, const SceneSettings& scene, std::uin
     return key.str();
 }
 
-// The photo last read, since one photo serves all sizes.
+// Caches the last photo read, since one photo serves all sizes.
 cv::Mat sharedPhoto(const std::string& path) {
     static std::mutex mutex;
     static std::pair<std::string, cv::Mat>& last = *new std::pair<std::string, cv::Mat>;

@@ -1,4 +1,4 @@
-// Encoded frames of pictures, each made once in a process.
+// Encoded frames, each made once per process.
 #pragma once
 
 #include "device/frame_source.h"
@@ -19,7 +19,7 @@ class PictureFrames {
 
     PictureFrames(std::string photo, SceneSettings scene, std::uint32_t pixelFormat, Size size);
 
-    // The frame with the noise pattern that belongs to number.
+    // The frame with the noise pattern for number.
     FrameBytes frame(std::uint32_t number);
 
   private:
@@ -33,7 +33,7 @@ class PictureFrames {
     std::array<FrameBytes, kPatterns> encoded_;
 };
 
-// The frames of a picture, kept until much newer pictures push them out.
+// The frames of a picture, cached until newer pictures evict them.
 std::shared_ptr<PictureFrames> cachedFrames(const std::string& photo, const SceneSettings& scene,
                                             std::uint32_t pixelFormat, Size size);
 

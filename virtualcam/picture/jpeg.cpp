@@ -18,7 +18,7 @@ struct FileCloser {
 };
 
 struct JumpingErrors {
-    jpeg_error_mgr manager; // first, so that the library's pointer is a pointer to the whole
+    jpeg_error_mgr manager; // first, so that libjpeg's pointer to it also points to the whole
     std::jmp_buf escape;
 };
 
@@ -39,7 +39,7 @@ void prepare(jpeg_compress_struct& info, const cv::Mat& picture, int quality) {
     info.comp_info[0].v_samp_factor = 1;
 }
 
-// Returns false where the data cannot be decoded; picture is then incomplete.
+// Returns false if the data cannot be decoded; picture is then incomplete.
 bool decodeJpeg(std::FILE* file, cv::Mat& picture) {
     jpeg_decompress_struct info{};
     JumpingErrors errors{};

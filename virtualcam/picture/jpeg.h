@@ -1,4 +1,4 @@
-// JPEG pictures in and out, as cameras make them.
+// Reading and writing JPEGs as cameras make them.
 #pragma once
 
 #include <opencv2/core.hpp>
@@ -9,11 +9,10 @@
 
 namespace doccam::virtualcam {
 
-// Compresses a blue green red picture with chroma halved across (4:2:2), quality 1 to 100.
+// Compresses a blue-first picture as 4:2:2 with quality 1 to 100.
 std::vector<std::uint8_t> encodeJpeg(const cv::Mat& picture, int quality);
 
-// Reads a JPEG or PNG file as blue green red. Throws std::runtime_error naming the file when it
-// cannot be read.
+// Reads a JPEG or PNG file, blue first. Throws std::runtime_error naming the file on failure.
 cv::Mat loadPhoto(const std::string& path);
 
 } // namespace doccam::virtualcam

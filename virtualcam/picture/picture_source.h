@@ -1,4 +1,4 @@
-// Frames from a photo or from the drawn scene, encoded once and kept.
+// Frames from a photo or the drawn scene, encoded once.
 #pragma once
 
 #include "device/frame_source.h"
@@ -8,7 +8,7 @@
 
 namespace doccam::virtualcam {
 
-// The encoded frames are shared by all sources of the process that show the same picture.
+// All sources of the process that show the same picture share its encoded frames.
 class PictureSource : public FrameSource {
   public:
     // An empty path means the drawn scene.

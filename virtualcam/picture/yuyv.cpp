@@ -4,7 +4,7 @@ namespace doccam::virtualcam {
 
 namespace {
 
-// The BT.601 weights times 65536; each pair of pixels adds its chroma sums, hence 17 bits there.
+// BT.601 weights times 65536; chroma is summed over a pair of pixels, hence 17 bits.
 constexpr int kHalf = 1 << 15;
 
 std::uint8_t luma(int blue, int green, int red) {

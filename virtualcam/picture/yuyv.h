@@ -8,8 +8,8 @@
 
 namespace doccam::virtualcam {
 
-// Converts blue green red to Y U Y V bytes, BT.601 with Y from 16 to 235 and chroma from 16 to 240;
-// two neighbours share the mean of their chroma. The width must be even.
+// Converts a blue-first picture to YUYV, BT.601 with luma from 16 to 235 and chroma from 16 to 240.
+// Each pair of pixels shares its mean chroma. The width must be even.
 std::vector<std::uint8_t> encodeYuyv(const cv::Mat& picture);
 
 } // namespace doccam::virtualcam

@@ -1,4 +1,4 @@
-// A record of the calls to virtual nodes.
+// The log of calls to virtual nodes.
 #pragma once
 
 #include "control.h"

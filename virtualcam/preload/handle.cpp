@@ -65,7 +65,7 @@ short Handle::pollErrors() const {
     return device_->pollErrors();
 }
 
-// The descriptor is a timer that runs off when the frame is due.
+// The descriptor is a timerfd that expires when the frame is due.
 void Handle::announce(std::optional<CaptureDevice::Time> ready) {
     itimerspec timer{};
     if (ready) {

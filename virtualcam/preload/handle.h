@@ -9,7 +9,7 @@
 
 namespace doccam::virtualcam {
 
-// Lives until its last descriptor is closed and its last call has returned, as an open file does.
+// Like an open file, lives until its last descriptor is closed and its last call has returned.
 class Handle {
   public:
     Handle(ClientId client, std::shared_ptr<CaptureDevice> device, Identity identity, int node,
@@ -18,14 +18,14 @@ class Handle {
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
-    // Makes a descriptor that select() and poll() find readable when a frame can be fetched.
+    // Creates a descriptor that select() and poll() report readable when a frame can be fetched.
     // Returns it, or -1 with errno set.
     int createDescriptor(int openFlags);
 
     void addDescriptor(int descriptor);
     void dropDescriptor(int descriptor);
 
-    // 0 or an errno value.
+    // Returns 0 or an errno value.
     int request(std::uint32_t request, void* argument, bool nonBlocking);
     short pollErrors() const;
 

@@ -1,4 +1,4 @@
-// The functions that work on descriptors and mappings, in place of the C library's.
+// Replaces the C library's functions on descriptors and mappings.
 #include "control.h"
 #include "preload/lookup.h"
 #include "preload/next.h"
@@ -44,7 +44,7 @@ short errorsOf(const pollfd& entry) {
     return virtualDescriptors.contains(entry.fd) ? pollErrors(entry.fd) : static_cast<short>(0);
 }
 
-// A node that does not stream is reported at once, and as an error instead of as readable.
+// A node that does not stream is reported at once, as an error instead of as readable.
 template <typename Wait, typename Look>
 int pollNodes(pollfd* entries, nfds_t count, Wait wait, Look look) {
     const bool failed = std::any_of(entries, entries + count, errorsOf);

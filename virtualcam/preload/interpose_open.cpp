@@ -1,4 +1,4 @@
-// The functions that open, close and duplicate descriptors, in place of the C library's.
+// Replaces the C library's functions that open, close and duplicate descriptors.
 #include "control.h"
 #include "preload/lookup.h"
 #include "preload/next.h"
@@ -30,12 +30,12 @@ constinit Next<int(int, int, int)> nextDup3("dup3");
 constinit Next<int(int, int, ...)> nextFcntl("fcntl");
 constinit Next<int(int, int, ...)> nextFcntl64("fcntl64");
 
-// The mode is there only when a file may be created.
+// The mode is passed only if a file may be created.
 bool takesMode(int flags) {
     return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
 }
 
-// Opens a virtual node, or else asks the function behind.
+// Opens a virtual node, or else calls the C library's function.
 template <typename Pass>
 int openOr(const char* path, int flags, Pass pass) {
     const int node = doccam::virtualcam::virtualNode(path);
@@ -95,7 +95,7 @@ DOCCAM_VIRTUALCAM_API int openat64(int folder, const char* path, int flags, ...)
     return openOr(path, flags, [&] { return nextOpenat64(folder, path, flags, mode); });
 }
 
-// NOLINTBEGIN(bugprone-reserved-identifier): what a fortified open() calls.
+// NOLINTBEGIN(bugprone-reserved-identifier): a fortified open() calls these.
 
 DOCCAM_VIRTUALCAM_API int __open_2(const char* path, int flags) {
     return openOr(path, flags, [&] { return nextOpen2(path, flags); });

@@ -1,4 +1,4 @@
-// The C library's syscall(), by which libv4l2 reaches devices past all other functions.
+// Replaces the C library's syscall(), through which libv4l2 bypasses the other functions.
 #include "control.h"
 #include "preload/lookup.h"
 #include "preload/next.h"
@@ -31,7 +31,7 @@ struct Arguments {
     const char* text(int position) const { return static_cast<const char*>(pointer(position)); }
 };
 
-// Whether the call is one that has to be carried out by the function of the same name.
+// Whether the call must go to the replaced function of the same name.
 bool concernsNode(long call, const Arguments& arguments) {
     switch (call) {
     case SYS_open:
@@ -72,7 +72,7 @@ long callByName(long call, const Arguments& arguments) {
 
 } // namespace
 
-// Callers pass as many arguments as the call takes; reading all six is what the kernel does too.
+// Callers pass as many arguments as the call takes; like the kernel, this reads all six.
 extern "C" DOCCAM_VIRTUALCAM_API __attribute__((no_sanitize("address"))) long
 syscall(long call, ...) noexcept {
     Arguments arguments{};

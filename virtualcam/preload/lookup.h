@@ -1,5 +1,5 @@
-// Which descriptors and addresses are virtual: answered without locks or allocation, since every
-// call of the program asks.
+// Which descriptors and addresses are virtual. Lock-free and without allocation, since every call
+// of the program checks.
 #pragma once
 
 #include <array>

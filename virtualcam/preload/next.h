@@ -1,4 +1,4 @@
-// The functions behind the interposed ones.
+// The C library's functions that the interposed ones replace.
 #pragma once
 
 #include <dlfcn.h>
@@ -7,7 +7,7 @@
 
 namespace doccam::virtualcam {
 
-// Looked up at the first call, which may come before any constructor has run.
+// Looked up on the first call, which may precede any constructor.
 template <typename Function>
 class Next {
   public:

@@ -18,7 +18,7 @@ namespace doccam::virtualcam {
 
 namespace {
 
-// 0 for no error.
+// error is 0 for success.
 int report(const char* request, const Handle& handle, int descriptor, int error) {
     const int result = error == 0 ? 0 : -1;
     Registry::instance().log().note(request, handle.node(), descriptor, result, error);
@@ -28,7 +28,7 @@ int report(const char* request, const Handle& handle, int descriptor, int error)
     return result;
 }
 
-// Nothing may be thrown into the program; a picture that cannot be read is an input error.
+// Keeps exceptions out of the program; an unreadable picture becomes EIO.
 int guardedRequest(Handle& handle, std::uint32_t request, void* argument, bool nonBlocking) {
     try {
         return handle.request(request, argument, nonBlocking);

@@ -1,5 +1,5 @@
-// The calls of a program on virtual nodes, in the manner of the system calls: a result, or -1 with
-// errno set. The descriptors and addresses handed in must be virtual.
+// A program's calls on virtual nodes. Like system calls they return a result, or -1 with errno set.
+// Descriptors and addresses passed in must be virtual.
 #pragma once
 
 #include <poll.h>
@@ -10,18 +10,18 @@
 
 namespace doccam::virtualcam {
 
-// The number N of a path "/dev/videoN" that belongs to a virtual camera; -1 for every other path.
+// N if path is "/dev/videoN" and belongs to a virtual camera, otherwise -1.
 int virtualNode(const char* path);
 
 int openNode(int node, int flags);
 
-// Undoes openNode up to closing the descriptor itself, and returns what close() shall return.
+// Undoes openNode, except closing the descriptor, and returns close()'s result.
 int closeNode(int descriptor);
 
 int requestNode(int descriptor, std::uint32_t request, void* argument);
 
-// Finds the memory file in place of the node, for the caller to map at the same offset; -1 where
-// the mapping must fail. Keeps the file open until finishMapping().
+// The memory file to map instead of the node, at the same offset; -1 if the mapping must fail.
+// Keeps the file open until finish().
 class NodeMapping {
   public:
     NodeMapping(int descriptor, std::size_t length, int protection, int flags, off_t offset);
@@ -31,7 +31,7 @@ class NodeMapping {
 
     int memoryFile() const;
 
-    // Notes what became of the mapping.
+    // Records the mapping's result.
     void finish(void* address);
 
   private:
@@ -39,7 +39,7 @@ class NodeMapping {
     State* state_;
 };
 
-// False where the unmapping must fail (errno is set) and nothing be unmapped.
+// False, with errno set, if the unmapping must fail and nothing be unmapped.
 bool mayUnmap(void* address);
 void unmapped(void* address);
 
@@ -47,7 +47,7 @@ short pollErrors(int descriptor);
 
 // copy is a fresh duplicate of descriptor.
 void shareNode(int descriptor, int copy);
-// The descriptor is about to be replaced by dup2().
+// Call before dup2() replaces the descriptor.
 void dropNode(int descriptor);
 
 } // namespace doccam::virtualcam

@@ -135,7 +135,7 @@ Camera& Registry::at(CameraId camera) {
     return cameras_.at(camera);
 }
 
-// A mapping keeps its node open, as it does in a real system.
+// As on a real system, a mapping keeps its node open.
 bool Registry::held(int node) const {
     const auto uses = [&](const auto& entry) { return entry.second->node() == node; };
     return std::any_of(cameras_.begin(), cameras_.end(),
@@ -211,7 +211,7 @@ void Registry::share(int descriptor, int copy) {
 }
 
 void Registry::forget(int descriptor) {
-    std::shared_ptr<Handle> handle; // may end here, after the lock is given up
+    std::shared_ptr<Handle> handle; // may be destroyed here, after the lock is released
     const std::lock_guard lock(mutex_);
     const auto found = handles_.find(descriptor);
     if (found != handles_.end()) {

@@ -27,18 +27,18 @@ class Registry {
     // Never destroyed: the program may close descriptors after all destructors.
     static Registry& instance();
 
-    // Leaves no cameras and ignores the scenario file from now on.
+    // Removes all cameras and ignores the scenario file from now on.
     void clear();
     CameraId add(const CameraDescription& description);
     void remove(CameraId camera);
     void plug(CameraId camera);
     void unplug(CameraId camera);
-    // A copy; the device and the source in it are the camera's own.
+    // A copy that shares the camera's device and source.
     Camera camera(CameraId camera);
 
-    // Whether /dev/videoN is, or was, a node of a virtual camera.
+    // Whether /dev/video<node> is, or was, a node of a virtual camera.
     bool owns(int node);
-    // Opens a node: a descriptor, or -1 with errno set.
+    // Opens a node; returns a descriptor, or -1 with errno set.
     int open(int node, int flags);
     std::shared_ptr<Handle> find(int descriptor);
     // Makes another descriptor refer to the same handle.

@@ -37,11 +37,11 @@ void admitRemoteControl() {
         return;
     }
     try {
-        // Never destroyed: the program may use the cameras to its very end.
+        // Never destroyed: the program may use the cameras until it ends.
         static LineSocket& socket = *new LineSocket(devicesPath(path), obey);
         static_cast<void>(socket);
     } catch (const std::exception&) {
-        return; // another process has them
+        return; // another process already has them
     }
 }
 

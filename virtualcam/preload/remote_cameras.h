@@ -1,10 +1,10 @@
-// The cameras of this process, plugged from outside.
+// Plugging this process's cameras from outside.
 #pragma once
 
 namespace doccam::virtualcam {
 
-// Lets the launcher plug this process's cameras, where the environment says so. Of several
-// processes under one launcher the first has the cameras that it plugs.
+// Lets the launcher plug this process's cameras if the environment asks for it. Of several
+// processes under one launcher, the first one's cameras are plugged.
 void admitRemoteControl();
 
 } // namespace doccam::virtualcam

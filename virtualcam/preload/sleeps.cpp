@@ -10,7 +10,7 @@ namespace doccam::virtualcam {
 
 namespace {
 
-// Sleeps beyond these are carried out but not recorded.
+// Maximum number of recorded sleeps; further ones are not recorded.
 constexpr std::size_t kRecorded = 16384;
 
 struct Record {

@@ -1,4 +1,4 @@
-// Pure sleeps of the program: recorded, and as long as a test wants them.
+// Recording and scaling the program's pure sleeps.
 #pragma once
 
 #include "control.h"
@@ -9,7 +9,7 @@
 
 namespace doccam::virtualcam {
 
-// Records a sleep and returns how long it shall really last. Allocates nothing.
+// Records a sleep and returns its scaled length. Does not allocate.
 timeval noteSleep(const timeval& asked);
 
 std::vector<Sleep> recordedSleeps();

@@ -55,9 +55,9 @@ const sockaddr* asGeneral(const sockaddr_un& address) {
 
 constexpr int kForEver = -1;
 constexpr int kClientPatienceMs = 5000;
-constexpr int kNoDescriptor = -1; // poll passes it over
+constexpr int kNoDescriptor = -1; // poll ignores it
 
-// Ends early when nothing comes in time, or when ending is shut down.
+// Returns early if nothing arrives in time, or when ending is shut down.
 std::string readLine(int descriptor, int patienceMs = kForEver, int ending = kNoDescriptor) {
     std::string line;
     pollfd events[] = {{descriptor, POLLIN, 0}, {ending, 0, 0}};
@@ -74,7 +74,7 @@ void writeLine(int descriptor, std::string line) {
     send(descriptor, line.data(), line.size(), MSG_NOSIGNAL);
 }
 
-// The program's own handlers must not run on a thread that it does not know of.
+// The program's signal handlers must not run on a thread it does not know.
 std::thread startWithoutSignals(std::function<void()> work) {
     sigset_t all;
     sigset_t before;

@@ -1,4 +1,4 @@
-// Questions and answers of one line each, between processes of one user.
+// Requests and replies of one line each, between processes of one user.
 #pragma once
 
 #include <functional>
@@ -7,13 +7,12 @@
 
 namespace doccam::virtualcam {
 
-// Answers lines that come to a socket in the file system, one after the other, on a thread of its
-// own.
+// Answers lines arriving at a Unix socket, one after another, on its own thread.
 class LineSocket {
   public:
     using Answer = std::function<std::string(const std::string& line)>;
 
-    // Throws std::runtime_error when there can be no socket at path, or there is one already.
+    // Throws std::runtime_error if there is already a socket at path, or none can be created.
     LineSocket(const std::string& path, Answer answer);
     // Ends the thread and removes the socket.
     ~LineSocket();
@@ -29,8 +28,8 @@ class LineSocket {
     std::thread thread_;
 };
 
-// The answer to line from whoever serves the socket at path. Throws std::runtime_error when nobody
-// does.
+// The reply to line from the process that serves the socket at path. Throws std::runtime_error if
+// none does.
 std::string ask(const std::string& path, const std::string& line);
 
 } // namespace doccam::virtualcam

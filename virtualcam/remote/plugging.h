@@ -1,7 +1,7 @@
-// Cameras pulled out and plugged in from outside the program that uses them.
+// Plugging and unplugging cameras from outside the program that uses them.
 //
-// Whoever steers asks the launcher, which asks the program's own cameras and then changes the
-// device tree, so that both agree.
+// A controller sends its request to the launcher, which forwards it to the program's cameras and
+// then changes the device tree, so that both agree.
 #pragma once
 
 #include "control.h"
@@ -11,7 +11,7 @@
 
 namespace doccam::virtualcam {
 
-// Names the launcher's socket. The program's own cameras answer beside it.
+// Holds the path of the launcher's socket. That of the program's cameras is beside it.
 inline constexpr const char* kControlVariable = "DOCCAM_VIRTUALCAM_CONTROL";
 
 std::string devicesPath(const std::string& controlPath);
@@ -22,10 +22,10 @@ struct PlugRequest {
     int camera = 0;
 };
 
-// None where the line is no such request.
+// None if the line is malformed.
 std::optional<PlugRequest> parsePlugRequest(const std::string& line);
 
-// "ok CAPTURE METADATA": the nodes of a camera that was plugged in. None for any other answer.
+// Parses "ok CAPTURE METADATA", the nodes of a plugged-in camera. None for any other answer.
 std::optional<Nodes> parseNodes(const std::string& answer);
 
 } // namespace doccam::virtualcam

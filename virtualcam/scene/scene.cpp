@@ -38,7 +38,7 @@ std::array<cv::Point2f, 4> sheetCorners(const SceneSettings& settings, cv::Size 
 
 cv::Mat drawScene(const SceneSettings& settings, cv::Size picture) {
     cv::Mat sheet = flatSheet(settings);
-    // The warp samples single points, so a sheet much larger than its place is shrunk first.
+    // The warp samples single points, so a sheet much larger than its image is shrunk first.
     const double ratio = settings.sheetHeight * picture.height / sheet.rows;
     if (ratio < 0.75) {
         cv::resize(sheet, sheet, {}, ratio, ratio, cv::INTER_AREA);

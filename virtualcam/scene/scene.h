@@ -9,18 +9,18 @@
 
 namespace doccam::virtualcam {
 
-// The sheet alone, upright and flat: A4 at 200 dots per inch, blue green red. Lines of text, a red
-// stamp, a QR code and a Code 128.
+// The sheet alone, upright and flat: A4 at 200 dpi with lines of text, a red stamp, a QR code and a
+// Code 128. Blue first.
 cv::Mat flatSheet(const SceneSettings& settings);
 
-// The sheet's corners in a picture of the given size: top left, top right, bottom right, bottom
-// left of the upright sheet, in pixels.
+// The sheet's corners in a picture of the given size, in pixels: clockwise from the top left of the
+// upright sheet.
 std::array<cv::Point2f, 4> sheetCorners(const SceneSettings& settings, cv::Size picture);
 
-// The whole picture without sensor noise, blue green red.
+// The whole picture without sensor noise, blue first.
 cv::Mat drawScene(const SceneSettings& settings, cv::Size picture);
 
-// Adds one of the noise patterns to every sample; the same number gives the same pattern.
+// Adds a noise pattern to every sample; the same number gives the same pattern.
 void addSensorNoise(cv::Mat& picture, double deviation, int pattern);
 
 } // namespace doccam::virtualcam

@@ -1,4 +1,4 @@
-// Where the sheet lies in the drawn scene and what is printed on it.
+// The sheet's position in the drawn scene and its content.
 #pragma once
 
 #include <string>
@@ -13,9 +13,9 @@ struct SceneSettings {
     double noise = 1.5;       // standard deviation of a sample, in grey levels; 0 for none
     std::string qrText = "https://example.org/sheet/0042";
     std::string code128Text = "DOC-0042-2026";
-    int sheet = 0;         // which of the numbered sheets: numbers on it are counted up by this
-    int sheetFrames = 0;   // frames for which a sheet lies still before the next one; 0: for ever
-    int changeFrames = 24; // frames in which one sheet is taken away and the next one put down
+    int sheet = 0;         // number of the sheet: its texts' numbers are incremented by this
+    int sheetFrames = 0;   // frames that a sheet lies still before the next; 0: for ever
+    int changeFrames = 24; // frames from one sheet to the next
 
     bool operator==(const SceneSettings&) const = default;
 };

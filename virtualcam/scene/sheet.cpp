@@ -1,4 +1,4 @@
-// The sheet: what is printed on it.
+// The sheet's content.
 #include "scene/scene.h"
 #include "scene/sheet_change.h"
 #include "scene/symbols.h"
@@ -23,7 +23,7 @@ void writeLine(cv::Mat& sheet, const std::string& text, cv::Point origin, double
     cv::putText(sheet, text, origin, cv::FONT_HERSHEY_COMPLEX, scale, kInk, thickness, cv::LINE_AA);
 }
 
-// Each sheet begins its text with another line.
+// Each sheet's text starts with a different line.
 void writeText(cv::Mat& sheet, int number) {
     static const char* const kLines[] = {
         "This sheet lies under a document camera. It has been",
@@ -60,7 +60,7 @@ void pressStamp(cv::Mat& sheet, cv::Point centre) {
                 kStampRed, 8, cv::LINE_AA);
 }
 
-// Prints a symbol as large as its field allows, at most with modules of the given size.
+// Prints a symbol as large as its field allows, up to the given module size.
 void printSymbol(cv::Mat& sheet, cv::Mat (*draw)(const std::string&, int), const std::string& text,
                  cv::Rect field, int moduleSize) {
     cv::Mat symbol = draw(text, moduleSize);

@@ -6,14 +6,14 @@ namespace doccam::virtualcam {
 
 namespace {
 
-// Few places on the way, as each of them is a picture to draw.
+// Few positions on the way, as each is a picture to draw.
 constexpr int kPlacesEachWay = 3;
 constexpr double kWayOut = 1.5;       // of the picture's width
-constexpr double kLargestAway = 10.0; // no part of the sheet is seen from there
+constexpr double kLargestAway = 10.0; // from there no part of the sheet is visible
 constexpr const char* kDigits = "0123456789";
 constexpr std::size_t kMostDigits = 9;
 
-// No two sheets in a row lie alike.
+// Consecutive sheets lie differently.
 void putDown(SceneSettings& scene, int sheet) {
     scene.sheet += sheet;
     scene.angle += (sheet * 3 + 3) % 7 - 3;
@@ -36,7 +36,7 @@ SceneSettings sceneAt(const SceneSettings& scene, std::uint32_t number) {
         putDown(shown, sheet);
         return shown;
     }
-    // Out, an empty desk, and in: as many places each way, the desk for as long as one way.
+    // Out, an empty desk, and in, each for the same number of positions.
     constexpr int kPlaces = 3 * kPlacesEachWay;
     const auto place = static_cast<int>((phase - sheetFrames) * kPlaces / changeFrames);
     const bool leaving = place < kPlacesEachWay;

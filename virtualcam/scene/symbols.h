@@ -7,8 +7,8 @@
 
 namespace doccam::virtualcam {
 
-// One black and white symbol with its quiet zone, blue green red, each module moduleSize pixels
-// wide. Throws std::runtime_error for a text that the symbol cannot hold.
+// A black and white symbol with its quiet zone and modules of moduleSize pixels, blue first. Throws
+// std::runtime_error for a text that the symbol cannot hold.
 cv::Mat drawQrCode(const std::string& text, int moduleSize);
 cv::Mat drawCode128(const std::string& text, int moduleSize);
 

@@ -1,4 +1,4 @@
-// The program's own malloc and operator new stand before those of the C and C++ libraries.
+// This program's malloc and operator new replace those of the C and C++ libraries.
 #include "allocations.h"
 
 #include <dlfcn.h>
@@ -26,7 +26,7 @@ void* __libc_memalign(std::size_t alignment, std::size_t bytes);
 namespace doccam::bench {
 namespace {
 
-// One allocation with the calls that led to it, the nearest first.
+// One allocation with its call stack, innermost first.
 struct Record {
     std::array<void*, 12> callers;
     int depth = 0;
@@ -67,7 +67,7 @@ struct Caller {
     auto operator<=>(const Caller&) const = default;
 };
 
-// A place without a name of its own is given as addr2line takes it.
+// The exported function at address, or else an offset for addr2line.
 Caller nameOf(void* address) {
     Dl_info info{};
     if (dladdr(address, &info) == 0) {
@@ -79,18 +79,18 @@ Caller nameOf(void* address) {
             info.dli_sname == nullptr ? offset.str() : info.dli_sname};
 }
 
-bool isOfThisFile(const Caller& caller) {
+bool isInterposer(const Caller& caller) {
     return caller.place == "malloc" || caller.place == "calloc" || caller.place == "realloc" ||
            caller.place == "memalign" || caller.place == "aligned_alloc" ||
            caller.place == "posix_memalign" || caller.place.starts_with("_Zn"); // operator new
 }
 
-// Whoever called the C++ library, not that library's strings and lists themselves.
+// The innermost caller outside the C++ library and its templates.
 Caller callerOf(const Record& record) {
-    constexpr int kCounting = 1; // count() itself
+    constexpr int kCounting = 1; // the frame of count() itself
     for (int i = kCounting; i < record.depth; ++i) {
         Caller caller = nameOf(record.callers[static_cast<std::size_t>(i)]);
-        if (!isOfThisFile(caller) && !caller.module.starts_with("libstdc++")) {
+        if (!isInterposer(caller) && !caller.module.starts_with("libstdc++")) {
             return caller;
         }
     }
@@ -100,7 +100,7 @@ Caller callerOf(const Record& record) {
 } // namespace
 
 AllocationCount::AllocationCount() {
-    // The first call of all takes memory itself.
+    // The first call of backtrace() allocates.
     std::array<void*, 1> nearest{};
     backtrace(nearest.data(), 1);
     recorded = 0;

@@ -1,4 +1,4 @@
-// Counts what the program takes from the heap, and says who took it.
+// Counts heap allocations by caller.
 #pragma once
 
 #include <cstddef>
@@ -7,15 +7,15 @@
 
 namespace doccam::bench {
 
-// What one place in the code took while it was counted.
+// The allocations made at one place in the code while counting.
 struct Allocation {
-    std::string module; // file name of the program or shared library that asked
-    std::string place;  // the exported function there, as the linker spells it, or the offset
+    std::string module; // file name of the program or shared library
+    std::string place;  // the exported function, mangled, or the offset
     std::size_t times = 0;
     std::size_t bytes = 0;
 };
 
-// Counts the allocations of all threads from its construction on. One at a time.
+// Counts the allocations of all threads from construction on. At most one at a time.
 class AllocationCount {
   public:
     AllocationCount();
@@ -23,12 +23,12 @@ class AllocationCount {
     AllocationCount(const AllocationCount&) = delete;
     AllocationCount& operator=(const AllocationCount&) = delete;
 
-    // Ends the counting. The largest first.
+    // Stops counting. Returns the largest first.
     std::vector<Allocation> take();
 };
 
-// True for what a frame may take: the codec's own memory, the headers of images, and whatever the
-// camera that stands in for a real one takes.
+// True for what a frame may allocate: libavcodec's own memory, the headers of images, and the
+// virtual camera's memory.
 bool isAllowed(const Allocation& allocation);
 
 } // namespace doccam::bench

@@ -10,13 +10,13 @@
 namespace doccam::bench {
 namespace {
 
-// The callbacks have no context of their own.
-std::atomic<int> arrived{0};   // frames that the streaming thread has handed over
-std::atomic<int> permitted{0}; // frames that it may go on from
-std::atomic<bool> held{false}; // whether it waits for the permission
+// Globals, since the callbacks take no context.
+std::atomic<int> arrived{0};   // frames delivered by the streaming thread
+std::atomic<int> permitted{0}; // frames after which it may continue
+std::atomic<bool> held{false}; // whether it waits for permission
 unsigned char* lastPixels = nullptr;
 virtualcam::CameraId opened{};
-std::array<virtualcam::FrameBytes, 2> sent; // as of the last two calls
+std::array<virtualcam::FrameBytes, 2> sent; // the JPEGs at the last two calls
 
 constexpr int kNoMoreWaiting = 1 << 30;
 
@@ -65,7 +65,7 @@ LiveSession::LiveSession(const Picture& picture)
     }
     SetWebFormSize(800, 600);
     waitUntil(arrived, 1);
-    // Whatever is made once is made by now.
+    // Warm-up: afterwards everything created once exists.
     for (int frame = 0; frame < 5; ++frame) {
         nextFrame();
     }
@@ -99,7 +99,7 @@ void LiveSession::stop() {
     permitted = 0;
     held.wait(false);
     permitted = arrived - 1;
-    // What the library does beside its callbacks takes less than a frame.
+    // The work left after the callback takes less than this.
     Sleep(60);
 }
 

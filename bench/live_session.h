@@ -1,4 +1,4 @@
-// A session of the library with a virtual camera, stepped or run.
+// A library session with a virtual camera, single-stepped or free-running.
 #pragma once
 
 #include "bed/test_bed.h"
@@ -11,9 +11,9 @@
 
 namespace doccam::bench {
 
-// The library at work as a host with everything switched on uses it: full size, MJPEG, a quarter
-// turn, the sheet's outline, a callback for raw frames and a preview of 800 x 600. The cameras show
-// picture, as fast as they are asked. One at a time.
+// A session with everything switched on: full size, MJPEG, a quarter turn, the sheet's outline, a
+// frame callback and a preview of 800 x 600. The cameras send picture as fast as it is dequeued.
+// At most one at a time.
 class LiveSession {
   public:
     explicit LiveSession(const Picture& picture);
@@ -21,26 +21,26 @@ class LiveSession {
     LiveSession(const LiveSession&) = delete;
     LiveSession& operator=(const LiveSession&) = delete;
 
-    // Lets the streaming thread go from one call of the host to the next: one whole frame.
+    // Lets the streaming thread run for one whole frame, from one callback to the next.
     void nextFrame();
 
-    // Lets the streaming thread run until it is in its stride, and some frames have gone by.
+    // Lets the streaming thread run, and returns after some frames of warm-up.
     void start();
 
-    // While it runs: waits until so many more frames have been handed over.
+    // While running: waits until count more frames have been delivered.
     void waitForFrames(int count) const;
 
-    // Stops it behind a frame, with nothing left to do.
+    // Stops it after a frame, with nothing pending.
     void stop();
 
-    // The pixels of the last frame, which the stopped streaming thread leaves alone.
+    // The pixels of the last frame. Valid while the streaming thread is stopped.
     cv::Mat frameView() const;
 
-    // The last JPEGs that the camera has sent. That frame was made from one of them: the library
-    // may have fetched the next.
+    // The last JPEGs that the camera has sent. The last frame was decoded from one of them; the
+    // library may already have fetched the next.
     std::vector<virtualcam::FrameBytes> jpegs() const;
 
-    // The node of a second camera, which the library has not opened.
+    // The node of a second camera, not opened by the library.
     std::string otherCamera() const { return bed_.path(other_); }
 
   private:

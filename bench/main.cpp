@@ -1,4 +1,4 @@
-// Runs the rows with Google Benchmark and fails when one is over its bound.
+// Runs the rows with Google Benchmark and fails when one exceeds its bound.
 #include "quiet_output.h"
 #include "report.h"
 #include "row.h"
@@ -21,8 +21,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-// Short rows get more rounds: on a busy machine some of them run undisturbed.
-constexpr std::chrono::seconds kLeastTime{3};
+// Short rows run more rounds, so that on a busy machine some are undisturbed.
+constexpr std::chrono::seconds kMinTime{3};
 
 std::vector<Row>& entered() {
     static std::vector<Row> all;
@@ -41,7 +41,7 @@ double processorTime() {
     return static_cast<double>(spent.tv_sec) * 1e3 + static_cast<double>(spent.tv_nsec) / 1e6;
 }
 
-// The smallest times of all rounds: those with the least of everything else that the machine does.
+// The smallest times of all rounds: those with the least interference from other work.
 struct Shortest {
     double wall = std::numeric_limits<double>::max();
     double processor = std::numeric_limits<double>::max();
@@ -77,7 +77,7 @@ std::vector<Allocation> allocationsOf(const Contest& contest) {
     return allocations;
 }
 
-// The two take turns, so that both meet the same machine.
+// The two alternate, so that both run under the same load.
 void runContest(const Row& row, Result& result) {
     for (const Picture& picture : pictures()) {
         const Contest contest = row.contest(picture);
@@ -90,7 +90,7 @@ void runContest(const Row& row, Result& result) {
         }
         Shortest ours;
         Shortest peer;
-        const auto end = Clock::now() + kLeastTime;
+        const auto end = Clock::now() + kMinTime;
         for (int round = 0; round < row.rounds || Clock::now() < end; ++round) {
             peer.time(contest.beforePeer, contest.peer);
             ours.time(contest.beforeOurs, contest.ours);
@@ -133,7 +133,7 @@ void runRow(benchmark::State& run, const Row& row, std::vector<Result>& results)
     results.push_back(std::move(result));
 }
 
-// One line a row while they run; the table comes at the end.
+// One line per row while they run; the table comes at the end.
 class Progress : public benchmark::BenchmarkReporter {
   public:
     bool ReportContext(const Context& /*context*/) override { return true; }
@@ -156,7 +156,7 @@ int runAll(const char* resultsFile) {
             ->Unit(benchmark::kMillisecond);
     }
     {
-        const QuietOutput quiet; // of the library, which tells what it does
+        const QuietOutput quiet; // hides the library's output
         Progress progress;
         benchmark::RunSpecifiedBenchmarks(&progress);
     }

@@ -1,4 +1,4 @@
-// What the rows work on: one picture at the camera's full size, as the camera sends it.
+// The rows' input: one picture at the camera's full size, as the camera sends it.
 #pragma once
 
 #include "device/frame_source.h"
@@ -21,7 +21,7 @@ struct Picture {
     cv::Mat pixels; // the decoded jpeg, red first; rows must not write to it
 };
 
-// The photographs (JPEG or PNG) in the folder that DOCCAM_PHOTOS names, or else the drawn scene.
+// The photographs (JPEG or PNG) in the folder DOCCAM_PHOTOS, or else the drawn scene.
 const std::vector<Picture>& pictures();
 
 } // namespace doccam::bench

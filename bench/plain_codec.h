@@ -1,4 +1,4 @@
-// The codec and scaler libraries called in the plainest way: decode one JPEG, convert it, no more.
+// libavcodec and libswscale called in the plainest way: decode one JPEG and convert it.
 #pragma once
 
 #include "base/handles/codec_handles.h"
@@ -15,10 +15,10 @@ class PlainCodec {
   public:
     PlainCodec();
 
-    // Takes a copy of the JPEG, with the padding that the codec wants.
+    // Copies the JPEG, with the padding that libavcodec needs.
     void take(const virtualcam::FrameBytes& jpeg);
 
-    // Decodes what was taken and converts it to pixels().
+    // Decodes the copy and converts it to pixels().
     void run();
 
     const cv::Mat& pixels() const { return pixels_; }

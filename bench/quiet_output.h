@@ -8,7 +8,7 @@
 
 namespace doccam::bench {
 
-// While one lives, standard output leads nowhere.
+// While alive, discards standard output.
 class QuietOutput {
   public:
     QuietOutput() {

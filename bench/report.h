@@ -10,8 +10,8 @@ namespace doccam::bench {
 
 struct Result {
     std::string row, peerName, unit;
-    std::string failure;       // why there are no numbers, or empty
-    double ours = 0, peer = 0; // the smallest of all rounds, added up over the pictures
+    std::string failure;                         // why there are no numbers, or empty
+    double ours = 0, peer = 0;                   // minimum of all rounds, summed over the pictures
     double oursProcessor = 0, peerProcessor = 0; // the same in processor time, of all threads
     double bound = 0;
     std::vector<Allocation> allocations; // of one run of ours on the first picture
@@ -21,7 +21,7 @@ struct Result {
     bool passed() const { return failure.empty() && ratio() <= bound; }
 
     std::size_t allocatedBytes() const;
-    std::size_t unwantedAllocations() const; // those that a frame may not take
+    std::size_t unwantedAllocations() const; // those that a frame may not make
 };
 
 void printTable(const std::vector<Result>& results);

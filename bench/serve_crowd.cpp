@@ -1,7 +1,7 @@
-// What a crowd of connections costs those who use doccam serve:
+// Measures what a crowd of connections costs the users of doccam serve:
 //   serve_crowd PORT TOKEN PROCESS    the server's port, access token and process
-// One viewer watches, without and with 200 slow and 300 silent connections, which come again as
-// often as they are sent away; then newcomers ask for the state. Fails beyond the limits below.
+// One viewer watches, without and with 200 slow and 300 silent connections, which reconnect
+// whenever they are dropped; then newcomers request the state. Fails beyond the limits below.
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -79,7 +79,7 @@ class Connection {
                static_cast<ssize_t>(text.size());
     }
 
-    // What comes next; empty at the end.
+    // The next bytes received; empty at the end.
     std::string hear() const {
         std::array<char, std::size_t{64} * 1024> bytes;
         const ssize_t count = recv(socket_, bytes.data(), bytes.size(), 0);
@@ -107,7 +107,7 @@ void runOn(int processor) {
     sched_setaffinity(0, sizeof set, &set);
 }
 
-// The connections, renewed until told to stop.
+// Keeps the connections up until stops is set.
 void crowd(const Server& server, const std::atomic<bool>& stops) {
     runOn(1);
     const std::string start = "GET / HTTP/1.1\r\nX-Slow: ";
@@ -130,7 +130,7 @@ void crowd(const Server& server, const std::atomic<bool>& stops) {
     }
 }
 
-// Pictures in a second of the time watched.
+// Pictures per second over the time watched.
 double frameRate(const Server& server) {
     constexpr const char* kPart = "Content-Type: image/jpeg";
     const Connection viewer(server.port);
@@ -211,7 +211,7 @@ bool measure(const Server& server) {
 
     std::atomic<bool> stops{false};
     std::thread attackers([&] { crowd(server, stops); });
-    std::this_thread::sleep_for(std::chrono::seconds(2)); // until all have come
+    std::this_thread::sleep_for(std::chrono::seconds(2)); // until all are connected
     const double crowded = frameRate(server);
     print("200 + 300", crowded, costs(server));
     const std::vector<Milliseconds> waits = newcomers(server);

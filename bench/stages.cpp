@@ -1,5 +1,5 @@
-// Times the stages of one frame, each by itself, and a frame of a running session, and prints them
-// as JSON: milliseconds, the smallest of many rounds. Run by scripts/performance-chart.
+// Times the stages of one frame, each by itself, and a frame of a running session. Prints JSON:
+// milliseconds, the minimum of many rounds. Run by scripts/performance-chart.
 #include "base/parallel_copy.h"
 #include "decode/mjpeg_decoder.h"
 #include "live_session.h"
@@ -41,7 +41,7 @@ double shortest(const std::function<void()>& run) {
     return least;
 }
 
-// What the driver hands over: two bytes a pixel, most of them left over from longer frames.
+// A driver's buffer: two bytes per pixel, most of them left over from longer frames.
 std::vector<unsigned char> driverBuffer(const Picture& picture) {
     std::vector<unsigned char> buffer(std::size_t{2} * kWidth * kHeight + kCodecPadding);
     std::copy(picture.jpeg->begin(), picture.jpeg->end(), buffer.begin());
@@ -88,7 +88,7 @@ std::vector<Time> timed(const Picture& picture) {
     return times;
 }
 
-// Of frames in a row, each of which is decoded while the one before is shown.
+// The time per frame when each is decoded while the previous one is shown.
 double frameOfASession(const Picture& picture) {
     constexpr int kFrames = 8;
     LiveSession session(picture);
@@ -97,7 +97,7 @@ double frameOfASession(const Picture& picture) {
 }
 
 nlohmann::json measured() {
-    const QuietOutput quiet; // of the library, which tells what it does
+    const QuietOutput quiet; // hides the library's output
     const Picture& picture = pictures().front();
     auto stages = nlohmann::json::array();
     for (const auto& [stage, milliseconds] : timed(picture)) {

@@ -10,7 +10,7 @@
 namespace doccam::bench {
 namespace {
 
-// Cleans in place: each run begins with the page as it was.
+// Cleans in place, so each run starts with a fresh copy of the page.
 Contest cleaning(const Picture& picture, void (*ours)(cv::Mat), void (*plain)(cv::Mat)) {
     cv::Mat page;
     cv::cvtColor(picture.pixels, page, cv::COLOR_RGB2BGR);

@@ -1,4 +1,4 @@
-// Looking for a code in a picture file of the camera's full size.
+// Searching for a code in a picture file of the camera's full size.
 #include "plain/barcode_file.h"
 #include "quiet_output.h"
 #include "row.h"

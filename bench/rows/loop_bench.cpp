@@ -1,5 +1,5 @@
 // The frames of a session with everything switched on, from the camera's buffer to both callbacks,
-// the loop's own pause of 3 ms included.
+// including the loop's own pause of 3 ms.
 #include "live_session.h"
 #include "plain_codec.h"
 #include "row.h"
@@ -18,7 +18,7 @@
 namespace doccam::bench {
 namespace {
 
-// What the loop must have made of a frame: turned by a quarter, with the sheet's outline.
+// The expected frame: turned by a quarter, with the sheet's outline.
 cv::Mat plainlyPrepared(const cv::Mat& frame) {
     cv::Mat turned;
     cv::transpose(frame, turned);
@@ -36,11 +36,10 @@ bool isMadeFromOneOf(const std::vector<virtualcam::FrameBytes>& jpegs, const cv:
     });
 }
 
-// In a row, as they come: a frame's work begins while the one before is shown.
+// Consecutive frames: work on one begins while the previous one is shown.
 constexpr int kFrames = 8;
 
-// A session needs two processors for itself at once, which a machine that does anything else seldom
-// grants.
+// A session needs two idle processors at once, which a busy machine seldom has.
 constexpr int kRounds = 100;
 
 void repeat(const std::function<void()>& run) {

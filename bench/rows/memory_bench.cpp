@@ -1,4 +1,4 @@
-// What a session takes: memory from frame to frame, and in all.
+// A session's memory: allocations per frame, and the total.
 #include "allocations.h"
 #include "live_session.h"
 #include "row.h"
@@ -28,8 +28,8 @@ Quantity allocationsOfFrames(const Picture& picture) {
     return {unwanted, 0, ""};
 }
 
-// The process's own memory that is in use, in millions of bytes. The camera's buffers are shared
-// with the camera and do not count.
+// The process's private memory in use, in millions of bytes. The buffers shared with the camera do
+// not count.
 double ownMemory() {
     malloc_trim(0);
     std::ifstream status("/proc/self/status");
@@ -43,19 +43,19 @@ double ownMemory() {
     throw std::runtime_error("the system does not tell the memory in use");
 }
 
-// In frames of three bytes a pixel: the copies of two raw frames, the one in work and the next, two
-// bytes a pixel each; the codec's copy of one without stuffed bytes, as long; two decoded pictures
-// of the codec's, two bytes a pixel each, since it decodes into one while the other may still be
-// read; the frame; and the turned frame.
+// In frames of three bytes per pixel. Two bytes per pixel each: copies of two raw frames, the
+// current and the next; libavcodec's copy of one without stuffed bytes; and its two decoded
+// pictures, as it decodes into one while the other may still be read. Then the frame and the turned
+// frame.
 constexpr double kImagesNeeded = 5 * 2.0 / 3 + 2;
 
-// While one lives, large pieces of memory come from the system and go back there at once, so that
-// none counts which only was in use before.
+// While alive, large blocks come from the system and return there at once, so that freed memory
+// does not count.
 class FreshMemory {
   public:
     FreshMemory() { mallopt(M_MMAP_THRESHOLD, 1 << 20); }
 
-    ~FreshMemory() { mallopt(M_MMAP_THRESHOLD, 32 << 20); } // what it grows to by itself
+    ~FreshMemory() { mallopt(M_MMAP_THRESHOLD, 32 << 20); } // the maximum it adapts to by itself
 
     FreshMemory(const FreshMemory&) = delete;
     FreshMemory& operator=(const FreshMemory&) = delete;
@@ -63,7 +63,7 @@ class FreshMemory {
 
 Quantity sessionMemory(const Picture& picture) {
     const FreshMemory fresh;
-    // What the camera and the libraries keep for good is there after one session.
+    // After one session everything exists that the camera and the libraries keep.
     std::make_unique<LiveSession>(picture).reset();
     const double before = ownMemory();
     const LiveSession session(picture);

@@ -1,4 +1,4 @@
-// A still of the sheet alone: cut out, straight, margins and background white, JPEG of quality 85.
+// A still of the sheet: cut out, straightened, margins and background whitened, JPEG of quality 85.
 #include "plain/outline.h"
 #include "plain/page.h"
 #include "quiet_output.h"
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 constexpr int kFormat = 0;
 constexpr int kQuality = 85;
 
-// The folder of the two stills, for as long as the row runs.
+// The folder of the two stills, which lives as long as the row.
 class Stills {
   public:
     Stills() { fs::create_directories(folder_); }
@@ -66,7 +66,7 @@ Contest still(const Picture& picture) {
     library.settings.isDelBcakColor = 1;
     library.settings.jpgQuality = kQuality;
     const cv::Mat frame = picture.pixels;
-    // A still is a new file.
+    // Each still is a new file.
     const auto prepare = [corners = outline.corners](const std::string& file) {
         fs::remove(file);
         std::copy(corners.begin(), corners.end(), state().sheet.CutPoint.begin());

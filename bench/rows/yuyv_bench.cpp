@@ -1,5 +1,5 @@
-// A YUYV frame to red-first pixels. The peer's formula is another one, close to ours: its pixels
-// are near, not the same.
+// A YUYV frame to red-first pixels. The peer's formula is close to ours but not the same, and so
+// are its pixels.
 #include "row.h"
 
 #include <doccam/doccam.hpp>
@@ -11,7 +11,7 @@
 namespace doccam::bench {
 namespace {
 
-// One pixel pair more than the frame is read and written.
+// The conversion reads and writes one pixel pair past the frame.
 constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight + 2;
 
 Contest yuyvToRgb(const Picture& picture) {

@@ -1,5 +1,4 @@
-// A minimal host in C++: looks for the sheet in one live frame and saves that frame with its
-// outline.
+// A minimal host in C++: finds the sheet in one live frame and saves the frame with its outline.
 #include <doccam/doccam.hpp>
 
 #include <cstdio>

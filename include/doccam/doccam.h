@@ -1,13 +1,13 @@
 /*
  * doccam: document cameras on Linux. The plain C interface.
  *
- * All state is process-wide: one camera is open at a time. Unless a function says otherwise, call
- * it from one host thread of your choice. The callbacks run on the library's streaming thread. From
- * a callback a host may change settings, close the camera and open it again; it may not wait there
- * for something that the stream itself delivers, as captureImage does. Results have names and texts
- * in results.h. Diagnostics go to standard output. No exception leaves a function declared here.
- * The library stays loaded until the process ends, and a session open at exit is ended then. A
- * forked child has none and ends with _exit().
+ * All state is process-wide: one camera can be open at a time. Unless documented otherwise, call
+ * the functions from one host thread of your choice. Callbacks run on the library's streaming
+ * thread. A callback may change settings, close the camera and open it again, but must not wait for
+ * something that the stream delivers, as captureImage does. results.h gives names and texts to the
+ * results. Diagnostics go to standard output. No function declared here throws. The library stays
+ * loaded until the process ends; a session still open is ended at exit. A forked child has no
+ * session and must end with _exit().
  */
 #ifndef DOCCAM_DOCCAM_H
 #define DOCCAM_DOCCAM_H
@@ -32,23 +32,23 @@ extern "C" {
 DOCCAM_API int SetDataCallback(FrameCallback callback);
 
 /*
- * Registers the callback for faults, replacing the one before; null removes it. Without one, an
- * exception on the streaming thread ends the process and the end of a stream is not told. With one,
- * an exception ends only the stage it arose in, and the stream goes on. Any thread. Returns 0.
+ * Registers the callback for faults, replacing the previous one; null removes it. Without one, an
+ * exception on the streaming thread ends the process and the end of a stream is not reported. With
+ * one, an exception ends only the stage that raised it, and the stream continues. Any thread.
+ * Returns 0.
  */
 DOCCAM_API int SetFaultCallback(FaultCallback callback);
 
 /*
- * The cause, one of DoccamCause, of the fault that the calling thread is being told of: for use
- * within a fault callback. DOCCAM_CAUSE_NONE anywhere else. Later versions may add causes. Any
- * thread.
+ * Inside a fault callback, returns the cause of the reported fault, one of DoccamCause; anywhere
+ * else DOCCAM_CAUSE_NONE. Later versions may add causes. Any thread.
  */
 DOCCAM_API int doccam_fault_cause(void);
 
 /* --- Settings: any thread, effective from the next frame or still, kept across sessions ------ */
 
-/* Turns the live picture by angle quarter turns clockwise, 0 to 3. Other values are stored, turn
- * nothing, and make stills and code requests do nothing. Returns 0. */
+/* Turns the live picture clockwise by angle quarter turns, 0 to 3. Other values are stored but
+ * deliver no frames, stills or codes. Returns 0. */
 DOCCAM_API int SetRotate(int angle);
 
 /* The pixel format that the next openCamera asks for: 0 MJPEG, anything else YUYV (the default). */
@@ -60,13 +60,13 @@ DOCCAM_API void SetCutType(int value);
 /* Stills: 0 colour, 1 grey, 2 black and white. With any other value no still is written. */
 DOCCAM_API void SetColorMode(int value);
 
-/* A value kept for the host. The file type of a still follows its path's extension alone. */
+/* Stores a value for the host. The file type of a still depends on its path's extension only. */
 DOCCAM_API void SetFileFormat(int value);
 
-/* The value of the last SetFileFormat, 0 at first. */
+/* Returns the value of the last SetFileFormat, initially 0. */
 DOCCAM_API int GetFileFormat(void);
 
-/* JPEG quality of stills and PDF pages, 0 to 100; 85 at first. Handed to the encoder unchecked. */
+/* JPEG quality of stills and PDF pages, 0 to 100, initially 85. Passed to the encoder unchecked. */
 DOCCAM_API void SetJpgQuality(int value);
 
 /* 1: whiten the dark margins around the sheet in stills. Otherwise leave them. */
@@ -81,33 +81,34 @@ DOCCAM_API int HttpUpFile(char* file, char* url);
 /* --- Discovery ------------------------------------------------------------------------------ */
 
 /*
- * Looks for the supported cameras and returns how many there are, 0 to 9, or -1 when the device
- * manager cannot be used. A camera's index is its place among the found ones, in the order of the
- * supported-model table; of two cameras of one model only the first is found.
+ * Enumerates the supported cameras and returns their number, 0 to 9, or -1 if udev cannot be used.
+ * Cameras are indexed in the order of the supported-model table; of two cameras of the same model
+ * only the first is found.
  */
 DOCCAM_API int getDeviceCount(void);
 
 /*
- * The display name of camera index, or null when there is no such camera or its node cannot be
- * opened. The text stays valid until the next call on any thread. Call it before openCamera: on
- * a streaming camera it takes the session's descriptor away.
+ * Returns the display name of camera index, or null if there is no such camera or its node cannot
+ * be opened. The text is valid until the next call on any thread. Call it before openCamera: while
+ * a camera streams it closes the session's descriptor.
  */
 DOCCAM_API const char* getCameraName(int index);
 
 /*
- * Asks camera index for its frame sizes and returns how many it offers in the format chosen with
- * SetVideoFormat, 0 on any failure. Stops a running session.
+ * Enumerates the frame sizes of camera index and returns how many it offers in the format chosen
+ * with SetVideoFormat, 0 on any failure. Ends a running session.
  */
 DOCCAM_API int getCameraResolutionCount(int index);
 
-/* The number of sizes known from the last enumeration for the chosen format. index is ignored. */
+/* Returns the number of sizes that the last enumeration found for the chosen format. index is
+ * ignored. */
 DOCCAM_API int getFormatResolutionCount(int index);
 
 /*
- * Writes the index-th size (0-based) of the chosen format, in pixels.
- * 0: done, and also for an index outside the list, which leaves both outputs as they were.
+ * Stores the index-th size (0-based) of the chosen format, in pixels.
+ * 0: success, also for an index outside the list, which leaves both outputs unchanged.
  * -1: the chosen format has no size. -2: no size is known at all; enumerate first.
- * width or height may be null; that output is then skipped.
+ * width or height may be null and is then skipped.
  */
 DOCCAM_API int getCameraResolution(int index, int* width, int* height);
 
@@ -116,58 +117,56 @@ DOCCAM_API int getCameraResolution(int index, int* width, int* height);
 /*
  * Opens camera index and starts streaming at width x height pixels in the chosen format.
  * 3672 x 2856 is captured as 3264 x 2448, and whole-frame stills are enlarged to it. Returns
- * DOCCAM_OK when it is streaming, otherwise one of DOCCAM_OPEN_..., which name the step that
- * failed.
+ * DOCCAM_OK once it is streaming, otherwise the DOCCAM_OPEN_... code of the step that failed.
  */
 DOCCAM_API int openCamera(int index, int width, int height);
 
 /*
- * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, up to 2 more
- * while a callback is running, and as long as a still or a code in work takes, but for a file whose
- * writing hangs: 9 seconds more at most. When it returns, no callback is running and none will
- * start, unless a callback was itself blocked for seconds or is the caller: that callback keeps its
- * pixels until it returns, and a file that hangs is completed when it can be. Any thread; of two
- * calls at once one ends the session, and the other waits for it or, in a callback, returns at
- * once. In a child of fork() it gives up the child's share of the session; the parent's stream goes
- * on.
+ * Ends the session; always returns 0, also without one. Takes about 0.8 seconds, plus up to 2 while
+ * a callback is running, plus the time of a still or code in progress; for a file whose writing
+ * hangs it waits at most 9 seconds. When it returns, no callback is running and none will start,
+ * unless a callback has blocked for seconds or is the caller: that callback keeps its pixels until
+ * it returns, and a hanging file is completed when possible. Any thread. Of two simultaneous calls
+ * one ends the session; the other waits for it or, in a callback, returns at once. In a child of
+ * fork() it releases the child's share of the session; the parent's stream continues.
  */
 DOCCAM_API int closeCamera(void);
 
 /* --- Picture controls: while a session is streaming, one host thread at a time ---------------
  * selector: 0 brightness, 1 contrast, 2 saturation, 3 hue, 4 gain, 5 gamma. Any other selector
- * leaves the control chosen before, by any function of this section. */
+ * means the control last used by any function of this section. */
 
-/* Range, default and value of a control. 0 done; -1 no session or no such control; -2 it cannot be
- * read. The outputs are written only on 0; a null one is skipped. */
+/* Gets the range, default and value of a control. 0 success; -1 no session or no such control; -2
+ * it cannot be read. The outputs are written only on 0; a null one is skipped. */
 DOCCAM_API int GetVideoCtlParam(int selector, int* minimum, int* maximum, int* defaultValue,
                                 int* current);
 
-/* Sets a control, unchecked against its range. 0 done; -1 no session or refused. Selector 5 writes
+/* Sets a control without checking its range. 0 success; -1 no session or refused. Selector 5 writes
  * to the control used last, not to gamma. */
 DOCCAM_API int SetVideoCtlParam(int selector, int value);
 
-/* Sets a control to its default and returns that default. -10001 no session, or the control is
- * unknown to the camera; -10002 it cannot be read; -10003 it cannot be written. */
+/* Sets a control to its default and returns that default. -10001 no session, or the camera lacks
+ * the control; -10002 it cannot be read; -10003 it cannot be written. */
 DOCCAM_API int SetVideoCtlDefaultParam(int selector);
 
-/* Switches the camera's absolute zoom, which stands for its focus, between 0 and 1. 0 done, or the
+/* Toggles the camera's absolute zoom, which controls its focus, between 0 and 1. 0 success, or the
  * camera has none; -2 it cannot be read; -3 it cannot be written; -1 no session. */
 DOCCAM_API int ManualFocus(void);
 
-/* Switches auto-focus off and on, so that the camera focuses once. 0 done, or the camera has none;
- * -2 it cannot be read; -3, -4 the first or second write failed; -1 no session. */
+/* Switches auto-focus off and on, so that the camera focuses once. 0 success, or the camera has
+ * none; -2 it cannot be read; -3, -4 the first or second write failed; -1 no session. */
 DOCCAM_API int ManualFocusEx(void);
 
 /* --- Stills --------------------------------------------------------------------------------- */
 
 /*
- * Takes a still of the next frame and saves it at path, replacing a file that is there. The
- * extension selects the type: jpg, pdf, or whatever else OpenCV writes (png, bmp, tif).
- * Waits up to 4 seconds for it. Returns 0 also when the still could not be taken or saved: look
- * whether the file exists. An extension that names no type, a pdf path without a dot in its last
- * part, a path of less than three bytes, and a sheet whose corners lie outside the frame end the
- * process, unless there is a fault callback. -1: no camera is streaming, or path is null, or has
- * 255 bytes or more (nothing is deleted or requested then). One host thread at a time.
+ * Takes a still of the next frame and saves it at path, replacing an existing file. The extension
+ * selects the type: jpg, pdf, or any other that OpenCV writes (png, bmp, tif). Waits up to 4
+ * seconds. Returns 0 even if the still could not be taken or saved: check whether the file exists.
+ * Without a fault callback, an unknown extension, a pdf path without a dot in its last part, a path
+ * of less than three bytes, and a sheet whose corners lie outside the frame end the process. -1: no
+ * camera is streaming, or path is null or has 255 bytes or more; then nothing is deleted or
+ * requested. One host thread at a time.
  */
 DOCCAM_API int captureImage(const char* path);
 
@@ -180,30 +179,29 @@ DOCCAM_API int AddImageFileToPDF(const char* path);
 DOCCAM_API int AddImagePath(const char* path);
 
 /*
- * Writes the queued files that still exist as pages of one PDF at path, one image pixel to one
- * point, and empties the queue. With deleteSources the queued files are deleted afterwards.
+ * Writes the queued files that still exist as pages of one PDF at path, one point per image pixel,
+ * and empties the queue. With deleteSources the queued files are then deleted.
  * 0: a file is at path; -1: the queue was empty; -2: no file is at path, or an error was printed,
- * as for a picture that is damaged or a full disk: then nothing is deleted, and a file that was at
- * path before stays as it was. Do not queue path itself: as a source it would be deleted.
+ * for example about a damaged picture or a full disk: then nothing is deleted, and an existing file
+ * at path is unchanged. Do not queue path itself: as a source it would be deleted.
  */
 DOCCAM_API int CombineToPDF(const char* path, bool deleteSources);
 
-/* Begins the one PDF document, to be saved at path. Returns 0. */
+/* Starts the one PDF document, to be saved at path. Returns 0. */
 DOCCAM_API int pdf_start(const char* path);
 
-/* Adds one page that shows the image file (extension jpg or png, lower case) at one pixel to one
- * point. Other types are skipped; an unreadable file spoils the document. Returns 0. */
+/* Adds one page that shows the image file (extension jpg or png, lower case) at one point per
+ * pixel. Other types are skipped; an unreadable file makes the document fail. Returns 0. */
 DOCCAM_API int pdf_addPage(const char* imagePath);
 
-/* Saves and frees the document; one spoilt by an error is freed unsaved. Returns 0. */
+/* Saves and frees the document; after an error it is freed unsaved. Returns 0. */
 DOCCAM_API int pdf_end(void);
 
 /* --- Merging: not while another thread calls AddImagePath ------------------------------------ */
 
 /*
- * Settles the files queued with AddImagePath for one merged picture at path. No layout of such a
- * picture exists yet: nothing is composed and nothing is written, whatever mergeMode says. reserved
- * is not used.
+ * Processes the files queued with AddImagePath for one merged picture at path. No layout for such a
+ * picture exists yet: nothing is composed or written, whatever mergeMode is. reserved is unused.
  *  0: a file is at path; with deleteSources the queued files that still exist have been deleted.
  * -1: fewer than two files were queued; they stay queued.
  * -2: no file is at path; the queued files are kept.
@@ -212,21 +210,21 @@ DOCCAM_API int pdf_end(void);
 DOCCAM_API int MergeImages(const char* path, int mergeMode, int reserved, bool deleteSources);
 
 /* --- Codes: mode 0 reads a bar code, any other value a QR code -------------------------------
- * Texts are the symbol's bytes as they are; one that holds a zero byte seems to end there. */
+ * Texts are the symbol's raw bytes; one that contains a zero byte appears to end there. */
 
 /*
- * Reads a code from the next live frame and waits up to 10 seconds for it. Never null: the empty
- * text when the frame shows no such code, and the text of the last reading when no answer came in
- * time; the request then stays and a later frame answers it. -99 requests nothing and returns the
- * text of the last reading. The text lives until the streaming thread stores that of the next
- * request. One host thread at a time; not from a callback, which would wait for itself.
+ * Reads a code from the next live frame and waits up to 10 seconds for it. Never null: returns an
+ * empty text if the frame shows no such code, and the text of the last reading on a timeout; the
+ * request then remains for a later frame. -99 requests nothing and returns the text of the last
+ * reading. The text is valid until the streaming thread stores that of the next request. One host
+ * thread at a time; not from a callback, which would wait for itself.
  */
 DOCCAM_API const char* RecogBarQrCode(int mode);
 
 /*
- * Reads a code from an image file, in a single scan. Null when the file is no readable image or
- * shows no symbol at all; the empty text when it shows symbols, but none of the wanted kind. The
- * text lives until fifteen further texts have been returned, to whichever threads. Any thread.
+ * Reads a code from an image file in a single scan. Returns null if the file is not a readable
+ * image or shows no symbol at all, and an empty text if it shows only symbols of the other kind.
+ * The text is valid until fifteen further texts have been returned to any threads. Any thread.
  */
 DOCCAM_API const char* RecogBarQrCodeFromFile(const char* path, int mode);
 

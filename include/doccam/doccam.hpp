@@ -1,5 +1,5 @@
-// doccam's operations with C++ linkage: the building blocks behind the C interface, for hosts that
-// hold cv::Mat images. Names and signatures are fixed.
+// doccam's functions with C++ linkage: the building blocks of the C interface, for hosts that use
+// cv::Mat. Names and signatures are fixed.
 #pragma once
 
 #include "codes.hpp"
@@ -13,25 +13,25 @@
 
 // --- Settings and helpers ------------------------------------------------------------------------
 
-// Registers the callback for preview pictures; as SetDataCallback. Any thread. Always 0.
+// Registers the callback for preview pictures, like SetDataCallback. Any thread. Returns 0.
 DOCCAM_API int SetWebDataCallback(WebFrameCallback callback);
 
-// Sets the grab size in pixels and with it the byte size of a frame, width x height x 3.
+// Sets the grab size in pixels, and thereby the size of a frame, width x height x 3 bytes.
 DOCCAM_API void setGrabSize(int width, int height);
 
 // Waits ms milliseconds, 0 to 999. A signal may end the wait early.
 DOCCAM_API void Sleep(int ms);
 
 // Splits text at each occurrence of pattern. Empty pieces are kept: "a:" gives "a" and "". An empty
-// pattern gives the whole text as one piece.
+// pattern leaves the text whole.
 DOCCAM_API std::vector<std::string> split(std::string text, std::string pattern);
 
 // --- Streaming -----------------------------------------------------------------------------------
 
-// Takes one frame of the open camera into buffer, which holds width x height x 3 bytes of the grab
-// size, and stores the number of bytes copied in *length. Blocks until the driver has a frame.
-// 0 done; -1 the driver failed; -100 the driver named a buffer that does not exist.
+// Copies one frame of the open camera to buffer, which must hold width x height x 3 bytes of the
+// grab size, and stores the number of bytes copied in *length. Blocks until the driver has a frame.
+// 0 success; -1 the driver failed; -100 the driver returned a buffer that does not exist.
 DOCCAM_API int grabImage(unsigned char* buffer, int* length);
 
-// The streaming thread's entry: runs the frame loop until the session ends. arg is not used.
+// The streaming thread's entry point: runs the frame loop until the session ends. arg is unused.
 DOCCAM_API void* VideoStreamPro(void* arg);

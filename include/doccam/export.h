@@ -1,4 +1,4 @@
-/* Marks what the shared library exports; everything else is hidden. */
+/* Marks the symbols that the shared library exports; all others are hidden. */
 #ifndef DOCCAM_EXPORT_H
 #define DOCCAM_EXPORT_H
 

@@ -1,9 +1,9 @@
 /*
- * What the library's functions return, by name and as text.
+ * The results of the library's functions, by name and as text.
  *
- * Each function numbers its failures from -1 on, so a number alone says nothing: -1 is a missing
- * camera to openCamera and an empty queue to CombineToPDF. Every operation therefore has a constant
- * of its own, DOCCAM_OPEN, and the names of its results begin with it, DOCCAM_OPEN_NO_NODE.
+ * Each function numbers its failures from -1 down, so a number alone is ambiguous: -1 is a missing
+ * camera for openCamera and an empty queue for CombineToPDF. Every operation therefore has its own
+ * constant, such as DOCCAM_OPEN, which prefixes its results, such as DOCCAM_OPEN_NO_NODE.
  */
 #ifndef DOCCAM_RESULTS_H
 #define DOCCAM_RESULTS_H
@@ -14,7 +14,7 @@
 extern "C" {
 #endif
 
-/* The functions whose results differ, and the ones that share them. */
+/* The operations; some are shared by several functions. */
 typedef enum DoccamOperation {
     DOCCAM_DEVICES = 1,       /* getDeviceCount */
     DOCCAM_SIZE = 2,          /* getCameraResolution */
@@ -96,11 +96,10 @@ typedef enum DoccamResult {
 } DoccamResult;
 
 /*
- * What result says of operation, one of DoccamOperation: an English sentence with a full stop, to
- * be shown or logged. doccam_result_text(DOCCAM_OPEN, -3) is "The camera's device node cannot be
- * opened." Also successes have a text. Never null: a result that the operation does not have, and
- * an operation that does not exist, have a sentence that says so. The text is constant and lives as
- * long as the process. Any thread.
+ * Describes result of operation, one of DoccamOperation, in an English sentence to show or log.
+ * doccam_result_text(DOCCAM_OPEN, -3) is "The camera's device node cannot be opened." Successes
+ * have texts, too. Never null: unknown results and operations have a sentence of their own. The
+ * text is constant and valid as long as the process. Any thread.
  */
 DOCCAM_API const char* doccam_result_text(int operation, int result);
 

@@ -1,4 +1,4 @@
-/* The version of these headers, and of the library that a host runs with. */
+/* The version of these headers, and of the loaded library. */
 #ifndef DOCCAM_VERSION_H
 #define DOCCAM_VERSION_H
 
@@ -9,10 +9,10 @@
 #define DOCCAM_VERSION_MINOR 0
 #define DOCCAM_VERSION_PATCH 0
 
-/* A version as one number that grows with it; minor and patch stay below 1000. For #if, too. */
+/* A version as a number that grows with it, usable in #if. minor and patch stay below 1000. */
 #define DOCCAM_VERSION_NUMBER(major, minor, patch) ((major)*1000000 + (minor)*1000 + (patch))
 
-/* The version of these headers, as such a number. */
+/* The version of these headers as such a number. */
 #define DOCCAM_VERSION                                                                             \
     DOCCAM_VERSION_NUMBER(DOCCAM_VERSION_MAJOR, DOCCAM_VERSION_MINOR, DOCCAM_VERSION_PATCH)
 
@@ -27,9 +27,9 @@ extern "C" {
 #endif
 
 /*
- * The version of the library in the process, as DOCCAM_VERSION counts. It is the greater one where
- * the library was updated after the host was built; within one major version that host still runs.
- * Any thread.
+ * Returns the version of the loaded library, in the form of DOCCAM_VERSION. It is greater if the
+ * library was updated after the host was built; within one major version the host still works. Any
+ * thread.
  */
 DOCCAM_API int doccam_version(void);
 

@@ -21,7 +21,7 @@ ZbarScanner makeScanner() {
     return scanner;
 }
 
-// Borrows the pixels of grey, which lie back to back.
+// Refers to the pixels of grey, which must be continuous.
 ZbarPicture makePicture(const cv::Mat& grey) {
     auto picture = orOutOfMemory(ZbarPicture(zbar::zbar_image_create()));
     zbar::zbar_image_set_size(picture.get(), static_cast<unsigned>(grey.cols),

@@ -9,17 +9,17 @@ namespace doccam {
 
 enum class CodeKind { kBar, kQr };
 
-// The kind that a host asks for: 0 a bar code, anything else a QR code.
+// A host's mode: 0 a bar code, anything else a QR code.
 constexpr CodeKind codeKind(int mode) {
     return mode == 0 ? CodeKind::kBar : CodeKind::kQr;
 }
 
 struct CodeScan {
-    bool anySymbol = false; // of whatever kind
+    bool anySymbol = false; // of any kind
     std::string text;       // of the first symbol of the wanted kind, byte for byte
 };
 
-// Scans an 8-bit grey picture. One of another type, or an empty one, shows no symbol.
+// Scans an 8-bit grey picture. Finds nothing in an empty one or one of another type.
 CodeScan scanForCode(const cv::Mat& grey, CodeKind wanted);
 
 } // namespace doccam

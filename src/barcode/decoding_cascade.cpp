@@ -44,7 +44,7 @@ std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted) {
                               kAdaptiveBlock, 0);
         text = readCodeInBinary(bin, wanted);
     }
-    // Begins with Otsu's picture once more.
+    // Starts with Otsu's threshold again.
     for (const int level : thresholdLadder(otsu)) {
         if (!text.empty()) {
             break;

@@ -1,7 +1,7 @@
-// Reading a code from a frame: one way of making it binary after the other.
+// Reading a code from a frame by one binarization after another.
 //
-// Each returns the text of the first code of the wanted kind, empty when none is found, and prints
-// a line for each scan that shows no code at all. Any thread.
+// Each function returns the text of the first code of the wanted kind, empty if none is found, and
+// prints a line for each scan that shows no code at all. Any thread.
 #pragma once
 
 #include "barcode/code_scan.h"
@@ -15,10 +15,10 @@ namespace doccam {
 // One scan.
 std::string scanOnce(const cv::Mat& grey, CodeKind wanted);
 
-// A scan of the picture as it is, then of the picture freed of thin white lines and specks.
+// Scans the picture, then again after an opening that removes thin white lines and specks.
 std::string readCodeInBinary(const cv::Mat& bin, CodeKind wanted);
 
-// The same by Otsu's threshold, by local ones, and by fixed ones from Otsu's upwards.
+// The same after binarization by Otsu's threshold, local ones, and fixed ones from Otsu's upwards.
 std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted);
 
 // The same for a red-first frame, between two printed lines.

@@ -31,20 +31,20 @@ cv::Mat readPicture(const char* path) {
     try {
         return readPictureFile(path, cv::IMREAD_COLOR);
     } catch (const cv::Exception&) {
-        // A header may promise more pixels than OpenCV takes.
+        // A header may announce more pixels than OpenCV accepts.
         return {};
     }
 }
 
-// A file's pixels are blue first, so red and blue exchange their weights.
+// A file's pixels are blue first, so red and blue swap their weights.
 cv::Mat greyOfFile(const cv::Mat& picture) {
     cv::Mat grey;
     cv::cvtColor(picture, grey, cv::COLOR_RGB2GRAY);
     return grey;
 }
 
-// The texts read from files last, whichever threads read them. Never destroyed: a host may read a
-// text while the process ends.
+// Keeps the texts last read from files by any thread. Never destroyed: a host may still read a text
+// at process exit.
 const char* keptText(std::string text) {
     constexpr std::size_t kKept = 16;
     static std::mutex mutex;

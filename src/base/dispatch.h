@@ -1,4 +1,4 @@
-// Choosing among kernels: the same loops compiled once for each instruction set.
+// Choosing among kernels: the same loops compiled for each instruction set.
 #pragma once
 
 #include <initializer_list>
@@ -8,8 +8,8 @@ namespace doccam {
 
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
-// For functions that run with AVX-512 only. Left to itself, GCC keeps to half of the width, and
-// clang does not know the option.
+// For functions that require AVX-512. By default GCC uses only half of the width; clang does not
+// know the option.
 #ifdef __clang__
 #define DOCCAM_TARGET_AVX512 gnu::target("avx512f,avx512bw,avx512dq,avx512vl")
 #else
@@ -28,7 +28,7 @@ constexpr const char* nameOf(InstructionSet set) {
     }
 }
 
-// Whether this machine has it; of AVX-512 the parts that integers of 8 and 16 bits need.
+// Whether this machine supports set; for AVX-512, the parts for 8-bit and 16-bit integers.
 inline bool isSupported(InstructionSet set) {
 #ifdef __x86_64__
     switch (set) {
@@ -45,8 +45,7 @@ inline bool isSupported(InstructionSet set) {
 #endif
 }
 
-// Those of the kernels, each with a member instructionSet, that this machine can run, in their
-// order.
+// The kernels that this machine can run, in their order. Each has a member instructionSet.
 template <typename Kernels>
 std::vector<Kernels> supportedKernels(std::initializer_list<Kernels> all) {
     std::vector<Kernels> supported;

@@ -14,7 +14,7 @@ struct FrameSize {
     constexpr bool operator==(const FrameSize&) const = default;
 };
 
-// Whether a picture that is turned by so many quarters has its sides exchanged; only 1 and 3 do.
+// Whether turning a picture by quarterTurns swaps its sides; only 1 and 3 do.
 constexpr bool sidesSwapped(int quarterTurns) {
     return quarterTurns == 1 || quarterTurns == 3;
 }
@@ -24,8 +24,8 @@ constexpr FrameSize turned(FrameSize size, int quarterTurns) {
     return sidesSwapped(quarterTurns) ? FrameSize{size.height, size.width} : size;
 }
 
-// The largest size a supported camera captures, and the size its whole-frame stills are enlarged
-// to when the host asks for that.
+// The largest size a supported camera captures, and the size to which whole-frame stills are
+// enlarged at the host's request.
 inline constexpr FrameSize kFullSize{3264, 2448};
 inline constexpr FrameSize kEnlargedSize{3672, 2856};
 

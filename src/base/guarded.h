@@ -1,4 +1,4 @@
-// Turning exceptions into results, where C code calls.
+// Turning exceptions into results at the C boundary.
 #pragma once
 
 #include <cstdio>
@@ -6,8 +6,8 @@
 
 namespace doccam {
 
-// Runs action and returns its result. An exception, which no C host could catch, becomes one line
-// on standard error and the result failed.
+// Runs action and returns its result. An exception, which a C host could not catch, becomes one
+// line on standard error and the result failed.
 template <typename Result, typename Action>
 Result guarded(const char* operation, Result failed, Action&& action) noexcept {
     try {

@@ -7,7 +7,7 @@
 namespace doccam {
 
 void copyInParallel(std::span<const unsigned char> from, unsigned char* target) {
-    // Less is copied before another thread has woken up.
+    // Smaller pieces are copied before another thread has woken up.
     constexpr std::size_t kPiece = std::size_t{1} << 20;
     const auto pieces = static_cast<int>((from.size() + kPiece - 1) / kPiece);
     shareWork(pieces, [&](const cv::Range& range) {

@@ -1,4 +1,4 @@
-// Copies large pieces of memory on several threads.
+// Copying large blocks of memory on several threads.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace doccam {
 
-// Copies from to target, which has as many bytes at least and does not overlap it.
+// Copies from to target, which must be at least as large and not overlap it.
 void copyInParallel(std::span<const unsigned char> from, unsigned char* target);
 
 } // namespace doccam

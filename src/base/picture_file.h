@@ -1,4 +1,4 @@
-// Reading picture files that nobody has checked.
+// Reading untrusted picture files.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -7,9 +7,9 @@
 
 namespace doccam {
 
-// As cv::imread with flags, blue first; but a file that looks like a medical scan (DICOM) counts as
-// no picture: the library that reads those ends the process over a damaged one. Empty when there is
-// no picture at path. Throws cv::Exception for a picture larger than OpenCV takes.
+// Like cv::imread with flags, blue first, but rejects files that look like DICOM, as GDCM aborts
+// the process on damaged ones. Empty if there is no picture at path. Throws cv::Exception for a
+// picture larger than OpenCV accepts.
 cv::Mat readPictureFile(const std::string& path, int flags);
 
 } // namespace doccam

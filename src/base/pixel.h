@@ -1,4 +1,4 @@
-// Frames' and pages' pixels: three 8-bit samples.
+// The pixel format of frames and pages: three 8-bit samples.
 #pragma once
 
 #include <cstddef>

@@ -1,19 +1,18 @@
-// Sharing work among the machine's processors.
+// Sharing work among the machine's cores.
 #pragma once
 
 #include <opencv2/core/utility.hpp>
 
 namespace doccam {
 
-// How many processors the calling thread leaves to others from now on when it shares work; none
-// until it says so.
+// Makes the calling thread leave count cores, initially 0, to others when it shares work.
 void reserveCores(int count);
 
-// Runs body for 0 to count - 1, in parts.
+// Runs body over 0 to count - 1, in parts.
 void runShared(int count, const cv::ParallelLoopBody& body);
 
 // Calls work(range) for parts of 0 to count - 1, on several threads at once. Results must not
-// depend on how it is parted.
+// depend on the partition.
 template <typename Work>
 void shareWork(int count, const Work& work) {
     class Body : public cv::ParallelLoopBody {

@@ -7,7 +7,7 @@
 namespace doccam {
 namespace {
 
-// OpenCV's own allocation, but for the extra bytes at the end.
+// OpenCV's own allocation, plus extra bytes at the end.
 class SlackAllocator final : public cv::MatAllocator {
   public:
     cv::UMatData* allocate(int dims, const int* sizes, int type, void* data, std::size_t* step,
@@ -42,7 +42,7 @@ class SlackAllocator final : public cv::MatAllocator {
     }
 };
 
-// Outlives every image: frames may be released while static objects are being destroyed.
+// Never destroyed: frames may be released during the destruction of static objects.
 cv::MatAllocator* slackAllocator() {
     static auto* const allocator = new SlackAllocator;
     return allocator;
@@ -55,9 +55,9 @@ cv::Mat makeSlackImage(int rows, int columns) {
     cv::Mat image;
     image.allocator = slackAllocator();
     image.create(rows, columns, CV_8UC3);
-    // Black, not whatever lay there: the first frame may be one that cannot be decoded.
+    // Black instead of uninitialised: the first frame may be undecodable.
     image.setTo(cv::Scalar::all(0));
-    // Later reallocations by OpenCV take its own allocator again.
+    // Later reallocations use OpenCV's own allocator again.
     image.allocator = nullptr;
     return image;
 }

@@ -1,4 +1,4 @@
-// Sharing the rows of a picture among the machine's processors.
+// Sharing the rows of a picture among the machine's cores.
 #pragma once
 
 #include "base/shared_work.h"
@@ -10,14 +10,14 @@
 
 namespace doccam {
 
-// Parts of nearly the same length, few enough to be cheap and enough to keep processors busy.
-// Results must not depend on their number.
+// Parts of nearly equal length, few enough to be cheap and enough to keep the cores busy. Results
+// must not depend on their number.
 struct Strips {
     explicit Strips(int wholeLength)
       : length(wholeLength)
       , count(std::clamp(wholeLength / kShortest, 1, kMost)) {}
 
-    // The part with the given number, 0 to count - 1.
+    // The part number, 0 to count - 1.
     cv::Range part(int number) const {
         return {static_cast<int>(std::int64_t{length} * number / count),
                 static_cast<int>(std::int64_t{length} * (number + 1) / count)};

@@ -1,4 +1,4 @@
-// Bytes that are zero at first. The system provides those that are written, and no others.
+// Zero-initialised bytes. The system provides pages only when they are written.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace doccam {
 
 class ZeroedBytes {
   public:
-    // Throws std::bad_alloc when memory is short.
+    // Throws std::bad_alloc.
     explicit ZeroedBytes(std::size_t size)
       : bytes_(static_cast<unsigned char*>(std::calloc(size, 1)))
       , size_(size) {

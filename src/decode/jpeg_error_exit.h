@@ -1,4 +1,4 @@
-// What libjpeg does here on a fatal error: print the message and jump back.
+// Handling of fatal libjpeg errors: print the message and jump back.
 #pragma once
 
 #include "base/handles/libjpeg.h"
@@ -8,7 +8,7 @@
 
 namespace doccam {
 
-// exitOnJpegError() finds the jump buffer right after the manager.
+// exitOnJpegError() expects the jump buffer right after the manager.
 struct JpegErrors {
     jpeg_error_mgr manager;
     std::jmp_buf escape;
@@ -16,7 +16,7 @@ struct JpegErrors {
 
 static_assert(offsetof(JpegErrors, escape) == sizeof(jpeg_error_mgr));
 
-// An error exit: prints the pending message and jumps to the manager's buffer.
+// Prints the pending message and jumps to the buffer after the manager.
 void exitOnJpegError(jpeg_common_struct* cinfo);
 
 } // namespace doccam

@@ -15,14 +15,14 @@ bool startsFrame(unsigned char marker) {
     return (marker >= 0xC0 && marker <= 0xC3) || marker == kLosslessFrame;
 }
 
-// Segments that decoders pass over as a whole: tables, scans, application data and comments. Behind
-// any other marker they look for the next one at once.
+// Segments that decoders skip as a whole: tables, scans, application data and comments. After any
+// other marker they search for the next one at once.
 bool hasLength(unsigned char marker) {
     return marker == 0xC4 || marker == 0xDA || marker == 0xDB || marker == 0xDD ||
            (marker >= 0xE0 && marker <= 0xEF) || marker == 0xF8 || marker == 0xFE;
 }
 
-// What is missing behind the end counts as zero, as it does for decoders with padded data.
+// Bytes missing past the end count as zero, as for decoders with padded data.
 int bigEndian(std::span<const unsigned char> bytes, std::size_t at) {
     const auto byte = [bytes](std::size_t i) { return i < bytes.size() ? int{bytes[i]} : 0; };
     return byte(at) << 8 | byte(at + 1);
@@ -30,7 +30,7 @@ int bigEndian(std::span<const unsigned char> bytes, std::size_t at) {
 
 } // namespace
 
-// Where the next marker stands. Bytes between segments are passed over, as decoders do.
+// The position of the next marker. Bytes between segments are skipped, as decoders do.
 std::size_t AnnouncedSizes::nextMarker() const {
     std::size_t at = at_;
     while (at + 1 < data_.size()) {

@@ -1,4 +1,4 @@
-// Looks into a JPEG's header without decoding it.
+// Parsing a JPEG's headers without decoding it.
 #pragma once
 
 #include <opencv2/core/types.hpp>
@@ -17,8 +17,8 @@ class AnnouncedSizes {
     explicit AnnouncedSizes(std::span<const unsigned char> data)
       : data_(data) {}
 
-    // The next size, in pixels, up to the picture's end; either side may be 0. Damaged data may
-    // have several. Once there is none, asking again is of no use.
+    // The next size in pixels, up to the picture's end; either side may be 0. Damaged data may have
+    // several. Once it returns none, it always does.
     std::optional<cv::Size> next();
 
   private:
@@ -29,7 +29,7 @@ class AnnouncedSizes {
     bool found_ = false;
 };
 
-// All of them, in their order.
+// All sizes, in order.
 std::vector<cv::Size> announcedSizes(std::span<const unsigned char> data);
 
 } // namespace doccam

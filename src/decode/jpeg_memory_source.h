@@ -1,4 +1,4 @@
-// A libjpeg source over a piece of memory; data that ends early is followed by an end marker.
+// A libjpeg source over memory, which supplies an end marker if the data ends early.
 #pragma once
 
 #include "decode/jpeg_error_exit.h"
@@ -7,10 +7,10 @@
 
 namespace doccam {
 
-// Serves the two bytes of an end marker, with libjpeg's warning of a premature end.
+// Supplies the two bytes of an end marker, with libjpeg's warning of a premature end.
 int serveEndOfImage(jpeg_decompress_struct* cinfo);
 
-// Skips count bytes of the input, past its end as well; none for a count below 1.
+// Skips count bytes of the input, also past its end; none for a count below 1.
 void skipInput(jpeg_decompress_struct* cinfo, long count);
 
 inline void ignore(jpeg_decompress_struct* /*cinfo*/) {}
@@ -22,7 +22,8 @@ struct SourceCallbacks {
     void (*end)(jpeg_decompress_struct*) = ignore;
 };
 
-// Makes data, which must outlive the decompression, the input. Raises libjpeg's error for none.
+// Makes data, which must outlive the decompression, the input. Raises libjpeg's error if it is
+// empty.
 void readFromMemory(jpeg_decompress_struct* cinfo, std::span<const unsigned char> data,
                     const SourceCallbacks& callbacks = {});
 

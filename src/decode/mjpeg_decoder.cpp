@@ -19,15 +19,15 @@ extern "C" {
 namespace doccam {
 namespace {
 
-// Lifts every message of the codec above the highest log level, for this decoder alone: the log
-// level and callback of the process belong to the host.
+// Raises every message of this decoder above libav's highest log level. The process's log level and
+// callback belong to the host.
 constexpr int kSilence = 128;
 
-constexpr int kBlock = 16; // pixels that the scaler writes at once
+constexpr int kBlock = 16; // pixels that libswscale writes at once
 constexpr std::uintptr_t kAlignment = 64;
 constexpr int kMostPixels = std::numeric_limits<int>::max() / kPixelBytes;
 
-// Of the packed picture, whose rows in memory may be longer.
+// The bytes of a packed picture; its rows in memory may be longer.
 std::int64_t byteCount(std::int64_t width, std::int64_t height) {
     return width * height * kPixelBytes;
 }
@@ -48,7 +48,7 @@ std::int64_t maximumPixels(FrameSize wanted) {
     return std::max(kMaximumReduction * area, kEnlargedSize.area());
 }
 
-// The codec's own check of the size complains on the terminal.
+// libavcodec's own check of the size prints on the terminal.
 bool hasPossibleSize(const MjpegFrame& frame) {
     AnnouncedSizes sizes(frame.data);
     while (const auto size = sizes.next()) {
@@ -60,7 +60,7 @@ bool hasPossibleSize(const MjpegFrame& frame) {
     return true;
 }
 
-// Refers to the data in place, so that the codec does not copy it.
+// Refers to the data in place, so that libavcodec does not copy it.
 CodecBuffer borrow(std::span<const unsigned char> data) {
     return CodecBuffer(av_buffer_create(
         const_cast<std::uint8_t*>(data.data()), data.size() + kCodecPadding,
@@ -68,14 +68,14 @@ CodecBuffer borrow(std::span<const unsigned char> data) {
 }
 
 bool prepareConversion(MjpegDecoder& decoder, int width, int height) {
-    // Rows that end with a whole block are aligned, keep the scaler's fast paths, and let it write
-    // the last block.
+    // Rows of whole blocks are aligned, keep libswscale on its fast paths, and have room for its
+    // last block.
     const std::int64_t stride = (std::int64_t{width} + kBlock - 1) / kBlock * kBlock * kPixelBytes;
     const std::int64_t bytes = stride * height + static_cast<std::int64_t>(kCodecPadding);
     if (stride > std::numeric_limits<int>::max()) {
         return false;
     }
-    // One processor is left to the codec, which may be at the next picture.
+    // Leaves one core to libavcodec, which may be decoding the next picture.
     const int threads = std::max(cv::getNumThreads() - 1, 1);
     CodecScaler scaler = makeScaler(*decoder.picture, width, height, threads);
     CodecMemory pixels(static_cast<std::uint8_t*>(av_malloc(static_cast<std::size_t>(bytes))));
@@ -95,8 +95,8 @@ ScaledRows rowsOf(const AVFrame& converted) {
     return {converted.data[0], converted.linesize[0], converted.height};
 }
 
-// The rows of the wanted picture, where the scaler may write them at once: whole blocks, aligned as
-// those of the decoder's own memory are, and nothing else. No rows when it may not.
+// The rows of out, if the scaler may write into them directly: rows of whole blocks, aligned like
+// the decoder's own memory. Otherwise none.
 std::optional<ScaledRows> rowsInPlace(SwsContext& scaler, int width, int height, cv::Mat& out) {
     const bool aligned = reinterpret_cast<std::uintptr_t>(out.data) % kAlignment == 0;
     if (!aligned || width % kBlock != 0 || !changesColoursOnly(scaler, width, height)) {
@@ -145,7 +145,7 @@ Decoded decodePicture(MjpegDecoder& decoder, const MjpegFrame& frame, AVFrame& p
     }
     packet->data = const_cast<std::uint8_t*>(frame.data.data());
     packet->size = static_cast<int>(frame.data.size());
-    // Without a reference of its own the codec copies the data behind a padding.
+    // Without a buffer reference libavcodec copies the data to add its padding.
     packet->buf = borrowed ? av_buffer_ref(borrowed.get()) : nullptr;
     const int sent = avcodec_send_packet(context, packet.get());
     const int received = sent < 0 ? sent : avcodec_receive_frame(context, &picture);
@@ -171,8 +171,8 @@ bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) 
     if (byteCount(converted.width, converted.height) < bytes) {
         return false;
     }
-    // The kept scaler reads as many pixels as the first picture had; one that has fewer, or others,
-    // as after a damaged first frame, gets a scaler of its own.
+    // The kept scaler reads as many pixels as the first picture had. A picture with fewer, or of
+    // another format, as after a damaged first frame, gets its own scaler.
     CodecScaler own;
     if (!coversSource(*decoder.picture, *decoder.scaler)) {
         own = makeScaler(*decoder.picture, converted.width, converted.height, 1);

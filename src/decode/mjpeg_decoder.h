@@ -12,10 +12,10 @@
 
 namespace doccam {
 
-// The zero bytes that padded data has behind its end: the codec reads ahead.
+// The number of zero bytes after padded data: libavcodec reads past the end.
 inline constexpr std::size_t kCodecPadding = AV_INPUT_BUFFER_PADDING_SIZE;
 
-// One decoder with all it owns. Its fields and their order are fixed.
+// One decoder and all it owns. Its fields and their order are fixed.
 struct MjpegDecoder {
     void* firstReserved = nullptr;
     CodecContext context;
@@ -34,26 +34,26 @@ struct MjpegDecoder {
 
 static_assert(sizeof(MjpegDecoder) == 8 * sizeof(void*));
 
-// A decoder that prints nothing. One that could not be set up fails at every frame.
+// Creates a decoder that prints nothing. If its setup failed, decoding fails for every frame.
 std::unique_ptr<MjpegDecoder> makeMjpegDecoder();
 
 enum class Decoded { kPicture, kNothing, kError };
 
-// One JPEG of a stream, which may be followed by any left-over bytes.
+// One JPEG of a stream, which may be followed by leftover bytes.
 struct MjpegFrame {
     std::span<const unsigned char> data;
-    bool padded = false; // kCodecPadding readable bytes follow, and data need not be copied
-    FrameSize wanted;    // what is to be made of it
+    bool padded = false; // kCodecPadding readable bytes follow, so data need not be copied
+    FrameSize wanted;    // the size to decode to
 };
 
-// Decodes a frame into picture. A few hundred bytes may announce gigabytes of pixels: a frame of
-// more than four times the wanted pixels, and more than any supported camera sends, is an error. No
-// reference to the data outlives the call. Of decoder only the context is used.
+// Decodes a frame into picture. Since a few hundred bytes may announce gigabytes of pixels, a frame
+// of more than four times the wanted pixels and more than any supported camera sends is an error.
+// No reference to the data outlives the call. Uses only decoder's context.
 Decoded decodePicture(MjpegDecoder& decoder, const MjpegFrame& frame, AVFrame& picture);
 
-// Writes decoder.picture to out: width x height pixels, scaled as the first picture was. False, and
-// out is left alone, when out does not hold that many bytes in one piece, or the picture lacks
-// pixels that the first one had.
+// Writes decoder.picture to out: width x height pixels, scaled like the first picture. Returns
+// false, leaving out unchanged, if out does not hold that many bytes continuously, or the picture
+// lacks pixels that the first one had.
 bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out);
 
 } // namespace doccam

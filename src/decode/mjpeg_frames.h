@@ -1,4 +1,4 @@
-// MJPEG frames through the process-wide decoder.
+// Decoding MJPEG frames with the process-wide decoder.
 #pragma once
 
 #include "decode/mjpeg_decoder.h"
@@ -15,23 +15,22 @@ using DecoderSlot = std::atomic<MjpegDecoder*>;
 // Creates the slot's decoder; does nothing if it exists. Host thread, not streaming.
 void createDecoder(DecoderSlot& slot);
 
-// Releases it; does nothing without one. Not while a frame is being decoded.
+// Releases the decoder, if there is one. Not while a frame is being decoded.
 void releaseDecoder(DecoderSlot& slot);
 
-// Decodes a frame into out, which holds the wanted pixels in one piece, red first; a picture of
-// another size is scaled. On failure out keeps its content. Without a decoder, or data, nothing is
-// done.
+// Decodes a frame into out, red first. out must hold the wanted pixels continuously; a picture of
+// another size is scaled. On failure out is unchanged. Does nothing without a decoder or data.
 void decodeInto(const DecoderSlot& slot, const MjpegFrame& frame, cv::Mat& out);
 
-// Its two steps. First decodes the JPEG. Prints nothing.
+// The first of its two steps: decodes the JPEG. Prints nothing.
 Decoded decodeFrame(const DecoderSlot& slot, const MjpegFrame& frame);
 
-// The same into a picture of the caller's, beside which storeFrame() may run; and that picture made
-// the one that storeFrame() takes.
+// The same into the caller's picture, while storeFrame() may run; and making that picture the one
+// that storeFrame() uses.
 Decoded decodeFrameInto(const DecoderSlot& slot, AVFrame& picture, const MjpegFrame& frame);
 void adoptPicture(const DecoderSlot& slot, AVFrame& picture);
 
-// Then writes what has been decoded to out, or prints that nothing could be.
+// The second step: writes the decoded picture to out, or prints that decoding failed.
 void storeFrame(const DecoderSlot& slot, Decoded decoded, FrameSize wanted, cv::Mat& out);
 
 } // namespace doccam

@@ -1,4 +1,4 @@
-// libjpeg's errors jump back here: nothing between the jump's ends may have a destructor.
+// libjpeg's errors jump back here: nothing in between may have a destructor.
 #include "decode/mjpeg_to_rgb.h"
 
 #include "base/pixel.h"
@@ -20,7 +20,7 @@ struct Session {
     unsigned char* row;
 };
 
-// Why the picture cannot be written to out, or null.
+// The reason why the picture cannot be written to out, or null.
 const char* obstacle(const jpeg_decompress_struct& picture, const cv::Mat& out) {
     if (picture.output_components != kPixelBytes) {
         return "The JPEG does not have three components.";
@@ -51,7 +51,7 @@ void readRows(Session& session, unsigned char* target) {
     }
 }
 
-// The session belongs to the caller, so that its values are certain after a jump.
+// The caller owns session, so that its values are defined after a jump.
 int decode(Session& session, std::span<const unsigned char> data, cv::Mat& out, Finish finish) {
     jpeg_decompress_struct& picture = session.decompressor;
     picture.err = jpeg_std_error(&session.errors.manager);

@@ -16,8 +16,8 @@ struct SourceFormat {
     bool fullRange;
 };
 
-// libswscale warns on the terminal about the full-range twins of pixel formats, and takes
-// the plain format with a range instead.
+// libswscale prints a warning about the full-range (J) variants of pixel formats, and accepts the
+// plain format with a range instead.
 SourceFormat sourceFormat(const AVFrame& picture) {
     switch (picture.format) {
     case AV_PIX_FMT_YUVJ411P:
@@ -35,8 +35,8 @@ SourceFormat sourceFormat(const AVFrame& picture) {
     }
 }
 
-// Whether the scaler only changes the colours of such pictures. It takes their rows in pairs then,
-// each by itself; those of an odd number of rows go another way.
+// Whether the scaler only converts the colours of such pictures. It then takes their rows in pairs,
+// each by itself; an odd number of rows takes another path.
 bool isRecoloured(AVPixelFormat format, cv::Size from, cv::Size to) {
     return (format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P) && from == to &&
            to.height % 2 == 0;
@@ -48,7 +48,7 @@ int option(SwsContext& scaler, const char* name) {
     return static_cast<int>(value);
 }
 
-// Takes the rows at once and shares them among the scaler's threads. False when memory is short.
+// Scales all rows in one call, on the scaler's threads. False if out of memory.
 bool scaleInBands(SwsContext& scaler, const AVFrame& picture, int rows, ScaledRows target) {
     const CodecFrame frame(av_frame_alloc());
     const auto bytes =
@@ -89,7 +89,7 @@ CodecScaler makeScaler(const AVFrame& source, int width, int height, int threads
         av_opt_set_int(options, "threads", threads, 0);
     }
     if (sws_init_context(options, nullptr, nullptr) < 0) {
-        // The system may have had no more threads to give.
+        // The system may have had no more threads.
         return threads > 1 ? makeScaler(source, width, height, 1) : nullptr;
     }
     return scaler;

@@ -1,5 +1,5 @@
-// The colour formula over many pixels, as loops that the compiler turns into vector instructions,
-// once for each instruction set.
+// The colour formula over many pixels, as loops that the compiler vectorizes for each instruction
+// set.
 #include "base/dispatch.h"
 #include "decode/yuyv_to_rgb.h"
 
@@ -9,9 +9,9 @@
 namespace doccam {
 namespace {
 
-// In thousandths, which are whole numbers: red = 1.164 (y - 16) + 1.596 (v - 128), and so on. The
-// same as with fractions narrowed to single precision: a sum that is no whole number lies at least
-// a thousandth away from one, far more than such rounding moves it.
+// In integer thousandths: red = 1.164 (y - 16) + 1.596 (v - 128), and so on. Equal to the formula
+// in single precision: a sum that is not a whole number is at least a thousandth away from one, far
+// more than the rounding error.
 [[gnu::always_inline]] inline int luma(int y) {
     return 1164 * (y - 16);
 }
@@ -30,7 +30,7 @@ namespace {
 
 constexpr int kKnee = 250 * 1000;
 
-// Divides by 1000 in two steps, the second of them in 16 bits: four times as many at once.
+// Divides by 1000 in two steps, the second in 16 bits, which vectorizes better.
 [[gnu::always_inline]] inline unsigned char toByte(int thousandths) {
     const int limited = std::clamp(thousandths, 0, kKnee);
     const auto eighths = static_cast<std::uint16_t>(limited / 8);

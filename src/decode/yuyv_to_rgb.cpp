@@ -10,9 +10,9 @@
 namespace doccam {
 namespace {
 
-constexpr std::size_t kStripe = 65536; // pixel pairs that one thread takes at a time
+constexpr std::size_t kStripe = 65536; // pixel pairs per piece of work
 
-// A frame's pixels are counted in 32 bits, and those of a nonsense size wrap around.
+// A frame's pixel count is 32-bit, and wraps around for a nonsense size.
 std::int32_t pixelCount(int width, int height) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(width) *
                                      static_cast<std::uint32_t>(height));
@@ -47,12 +47,12 @@ void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int he
     if (inFrame < 0) {
         return;
     }
-    // The first pair, alone, is blue first. One pair more than the frame holds is converted.
+    // Only the first pair is blue first. One pair past the frame is converted.
     const auto others = static_cast<std::size_t>(inFrame);
     convertOneByOne(src, dst, 1);
     std::swap(dst[0], dst[2]);
     std::swap(dst[3], dst[5]);
-    // A host may widen a frame within one buffer, which holds it at its end.
+    // A host may expand a frame within one buffer, from its end.
     const auto convert = overlap(src, dst, others + 1) ? convertOneByOne : convertApart;
     convert(src + 4, dst + 6, others);
 }

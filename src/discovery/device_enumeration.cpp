@@ -27,8 +27,8 @@ void remember(record::Discovery& discovery, udev_device* device) {
     ++discovery.deviceCount;
 }
 
-// Takes the first video device of one model, if there is one. A second device of the model, such
-// as a camera's metadata node, is never looked at.
+// Records the first video device of one model, if any. A second device of the model, such as a
+// camera's metadata node, is ignored.
 Walk findModel(record::Discovery& discovery, udev_enumerate* enumerator, const char* vendor,
                const char* product) {
     for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator); entry != nullptr;
@@ -40,7 +40,7 @@ Walk findModel(record::Discovery& discovery, udev_enumerate* enumerator, const c
         }
         if (isModel(device.get(), vendor, product)) {
             remember(discovery, device.get());
-            // Hosts may rely on the found camera's device object staying alive: it is not released.
+            // Not released: hosts may rely on the found camera's device object staying alive.
             static_cast<void>(device.release());
             return Walk::kFound;
         }

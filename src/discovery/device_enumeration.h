@@ -1,15 +1,15 @@
-// Which supported cameras are attached.
+// Finding attached supported cameras.
 #pragma once
 
 #include "state/parts.h"
 
 namespace doccam {
 
-// Looks for supported cameras and prints the node of each. How many there are; -1 when libudev
+// Enumerates supported cameras and prints the node of each. Returns their number, or -1 if libudev
 // cannot be used. Host thread.
 int enumerateCameras(record::Discovery& discovery);
 
-// True when index names a found camera; enumerates first if none is known yet.
+// Whether index is that of a found camera; enumerates first if none is known yet.
 bool cameraExists(record::Discovery& discovery, int index);
 
 } // namespace doccam

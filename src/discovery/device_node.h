@@ -3,8 +3,8 @@
 
 namespace doccam {
 
-// Opens the node at path for reading and writing, in blocking mode, and keeps it from programs that
-// the host starts: they would hold the camera. Returns the descriptor, or -1 with errno set.
+// Opens the node at path for reading and writing, blocking, and close-on-exec, as a program started
+// by the host would otherwise hold the camera. Returns the descriptor, or -1 with errno set.
 int openDeviceNode(const char* path);
 
 } // namespace doccam

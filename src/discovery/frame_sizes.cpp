@@ -93,7 +93,7 @@ void listSizes(int descriptor, record::Discovery& discovery) {
     }
 }
 
-// The camera of the largest model also delivers the enlarged size, as a still.
+// A camera whose largest size is the full one also offers enlarged stills.
 void appendEnlargedSize(record::Discovery& discovery, const record::Settings& settings) {
     const SizeList sizes = selectedSizes(discovery, settings);
     int width = 0;

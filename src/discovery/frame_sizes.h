@@ -15,11 +15,11 @@ void appendEnlargedSize(record::Discovery& discovery, const record::Settings& se
 // Whether any size is known, for MJPEG or YUYV.
 bool hasSizes(const record::Discovery& discovery);
 
-// How many sizes are known for the selected format.
+// The number of sizes known for the selected format.
 int selectedSizeCount(record::Discovery& discovery, const record::Settings& settings);
 
-// Stores the size at index of the selected format; one past the end stores nothing. 0; -2 when no
-// size is known at all, -1 when none is for the selected format.
+// Stores the size at index of the selected format; an index out of range stores nothing. Returns 0;
+// -2 if no size is known at all, -1 if none is for the selected format.
 int sizeAt(record::Discovery& discovery, const record::Settings& settings, int index, int* width,
            int* height);
 

@@ -1,4 +1,4 @@
-// Taking texts apart.
+// Splitting texts.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace doccam {
 
-// The pieces of text between the occurrences of pattern, empty ones too. Never empty; an empty
-// pattern gives the text itself.
+// The pieces of text between the occurrences of pattern, including empty ones. Never empty; an
+// empty pattern gives the whole text.
 std::vector<std::string> splitText(std::string text, const std::string& pattern);
 
 } // namespace doccam

@@ -45,7 +45,7 @@ ParsedModels failed(int line, std::string why) {
     return {.models = {}, .errorLine = line, .error = std::move(why)};
 }
 
-// The file that replaces the built-in table; empty when there is none.
+// The path of the file that replaces the built-in table; empty if there is none.
 std::string configuredFile() {
     if (const char* named = secure_getenv("DOCCAM_MODELS"); named != nullptr && *named != '\0') {
         return named;
@@ -54,7 +54,7 @@ std::string configuredFile() {
     return std::filesystem::exists(kSystemTable, ignored) ? kSystemTable : "";
 }
 
-// The table in force for the life of the process; gpyVendor and gpyProduct point into it.
+// The table used for the life of the process; gpyVendor and gpyProduct point into it.
 const std::vector<ModelId>& configuredModels() {
     static const std::vector<ModelId> models = [] {
         if (const std::string file = configuredFile(); !file.empty()) {

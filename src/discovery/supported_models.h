@@ -18,16 +18,16 @@ struct ModelId {
 
 struct ParsedModels {
     std::vector<ModelId> models;
-    int errorLine = 0; // 1-based; 0 when the text is well formed
+    int errorLine = 0; // 1-based; 0 if the text is well formed
     std::string error;
 };
 
-// Reads rows "vvvv:pppp  # remark". Blank lines and comments are passed over. Stops at the first
-// malformed row, or at a tenth one, and says why.
+// Parses rows "vvvv:pppp  # remark". Skips blank lines and comments. Stops at the first malformed
+// row, or at a tenth one, with an error.
 ParsedModels parseModels(std::string_view text);
 
-// Reads the table from the file at path. On failure error says why, naming file and line, and no
-// model is returned.
+// Reads the table from the file at path. On failure returns no model, and an error naming file and
+// line.
 ParsedModels readModels(const std::string& path);
 
 } // namespace doccam

@@ -87,7 +87,7 @@ constexpr ResultText kTexts[] = {
     {DOCCAM_VIEW, DOCCAM_VIEW_NO_SESSION, "No camera is streaming."},
 };
 
-// Two operations return a value of their own where others return DOCCAM_OK.
+// Two operations return a value instead of DOCCAM_OK.
 const char* otherText(int operation, int result) {
     switch (operation) {
     case DOCCAM_DEVICES:

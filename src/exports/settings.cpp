@@ -1,4 +1,4 @@
-// Settings, callbacks and helpers: each setter stores its value, unchecked, for the next use.
+// Settings, callbacks and helpers. Setters store their value unchecked.
 #include "base/pause.h"
 #include "capture/session.h"
 #include "discovery/split_text.h"
@@ -14,7 +14,7 @@ namespace {
 using doccam::state;
 constexpr auto kRelaxed = std::memory_order_relaxed;
 
-// A registered callback stays.
+// Only the first registration counts.
 template <typename Callback>
 void storeOnce(std::atomic<Callback>& slot, Callback callback) {
     Callback none = nullptr;

@@ -1,4 +1,4 @@
-// Which version of the library is loaded.
+// The version of the loaded library.
 #include <doccam/doccam.h>
 
 int doccam_version() {

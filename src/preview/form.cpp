@@ -8,14 +8,14 @@
 namespace doccam {
 namespace {
 
-// The bytes of a picture that fills the form, 0 for a form that can have none.
+// The bytes of a picture that fills the form; 0 for an impossible form.
 int formBytes(int width, int height) {
     const std::int64_t pixels = FrameSize{width, height}.area();
     const bool possible = width > 0 && height > 0 && pixels <= std::numeric_limits<int>::max() / 3;
     return possible ? static_cast<int>(pixels) * 3 : 0;
 }
 
-// Only the session's first form sizes the buffer: the streaming thread may be writing into it.
+// Only a session's first form sizes the buffer, as the streaming thread may be writing into it.
 void providePreviewBuffer(LibraryState& library, int bytes) {
     record::View& view = library.view;
     if (bytes == 0 || view.WEB_BUF.load(std::memory_order_relaxed) != nullptr) {

@@ -6,14 +6,14 @@
 
 namespace doccam {
 
-// Declares the form and fits the frame into it. The session's first form that can hold a picture
-// sizes the preview buffer. Host thread.
+// Declares the form and fits the frame into it. The session's first valid form sizes the preview
+// buffer. Host thread.
 void declareForm(LibraryState& library, int width, int height);
 
 // Fits the frame into form, centred in the declared one.
 void fitView(LibraryState& library, FrameSize form);
 
-// Computes the whole frame's sides anew from the scale.
+// Recomputes the whole frame's sides from the scale.
 void rescaleView(LibraryState& library);
 
 } // namespace doccam

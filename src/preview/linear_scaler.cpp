@@ -21,7 +21,7 @@ namespace {
 
 constexpr float kWhole = 2048;
 
-// What source pixels a target pixel stands for, each way.
+// Source pixels per target pixel, in both directions.
 cv::Point2d ratioOf(cv::Size source, cv::Size target) {
     return {1.0 / (static_cast<double>(target.width) / source.width),
             1.0 / (static_cast<double>(target.height) / source.height)};
@@ -31,7 +31,7 @@ bool isTwo(double ratio) {
     return std::abs(ratio - 2) < std::numeric_limits<double>::epsilon();
 }
 
-// Between two pixels of the source: the first, and how far away from it.
+// The first of two source pixels, and the distance from it.
 std::pair<int, float> placeOf(int target, double ratio) {
     const auto place = static_cast<float>((target + 0.5) * ratio - 0.5);
     const float first = std::floor(place);
@@ -42,7 +42,7 @@ std::int16_t shareOf(float part) {
     return cv::saturate_cast<std::int16_t>(part * kWhole);
 }
 
-// At half the size every pixel is the mean of four, halves rounded up.
+// At half size every pixel is the mean of four, halves rounded up.
 void halveRow(const uchar* upper, const uchar* lower, int width, uchar* target) {
     constexpr std::ptrdiff_t kPair = std::ptrdiff_t{2} * kChannels;
     for (int x = 0; x < width; ++x, upper += kPair, lower += kPair) {
@@ -61,7 +61,7 @@ void halve(const cv::Mat& source, cv::Mat& target) {
     });
 }
 
-// Rows in 128ths of a level; shares in 2048ths. Each product is cut off on its own.
+// Rows in 128ths of a level; weights in 2048ths. Each product is truncated separately.
 void mixRows(const std::int16_t* upper, std::int16_t upperShare, const std::int16_t* lower,
              std::int16_t lowerShare, int count, uchar* target) {
     for (int i = 0; i < count; ++i) {
@@ -72,8 +72,8 @@ void mixRows(const std::int16_t* upper, std::int16_t upperShare, const std::int1
 
 } // namespace
 
-// Some of the target's rows. Of the source's rows, scaled along, the last two are kept: the next
-// row of the target often needs one of them again.
+// A strip of the target's rows. Keeps the last two horizontally scaled source rows, as the next
+// target row often needs one of them again.
 class LinearScaler::Strip {
   public:
     using Columns = std::vector<LinearTap>;
@@ -101,7 +101,7 @@ class LinearScaler::Strip {
 
     struct Row {
         std::int16_t* samples;
-        int number; // in the source
+        int number; // row in the source
     };
 
     void scaleAlong(int number, Row& row) const {
@@ -129,8 +129,8 @@ class LinearScaler::Strip {
             (first * shares.firstShare + second * shares.secondShare) >> 4);
     }
 
-    // Mixes a pixel and the next one. Reads kWideRead bytes and writes four samples; the fourth is
-    // scratch.
+    // Interpolates between a pixel and the next. Reads kWideRead bytes and writes four samples, the
+    // fourth of which is scratch.
     static void mixAtOnce(const uchar* pixels, const LinearTap& shares, std::int16_t* target) {
 #ifdef __SSE2__
         const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));
@@ -149,8 +149,8 @@ class LinearScaler::Strip {
 #endif
     }
 
-    // What a column writes too much, the next one overwrites; no row is read beyond its end, so
-    // that there is a next pixel, too.
+    // The first column whose wide read would pass the row's end. The next column overwrites the
+    // scratch sample.
     Columns::const_iterator findEndOfWideReads() const {
         return std::find_if(
             columns_.begin(), std::prev(columns_.end()), [&](const LinearTap& column) {
@@ -168,13 +168,13 @@ bool LinearScaler::canScale(const cv::Mat& source, const cv::Mat& target) {
     return source.type() == CV_8UC3 && target.type() == CV_8UC3;
 }
 
-// Along a row, what lies beyond the source is its last pixel; across rows the shares stay as they
-// are, and only the pixel is the last one.
+// Past the source, a row repeats its last pixel; vertically only the row is clamped, the weights
+// are kept.
 void LinearScaler::prepare(cv::Size source, cv::Size target) {
     if (source == source_ && target == target_) {
         return;
     }
-    source_ = target_ = {}; // none, should memory be short now
+    source_ = target_ = {}; // invalid if an allocation throws
     const cv::Point2d ratio = ratioOf(source, target);
     columns_.clear();
     for (int x = 0; x < target.width; ++x) {

@@ -1,4 +1,4 @@
-// Scaling pictures one after the other.
+// Scaling pictures.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -8,19 +8,18 @@
 
 namespace doccam {
 
-// Makes the same pixels as OpenCV's bilinear resizing. Its memory is kept from one
-// picture to the next. One thread.
+// Computes the same pixels as OpenCV's bilinear resize, reusing its memory. Not thread-safe.
 class LinearScaler {
   public:
-    // Whether pictures of such types can be scaled: 8-bit with three channels.
+    // Whether pictures of these types can be scaled: 8-bit with three channels.
     static bool canScale(const cv::Mat& source, const cv::Mat& target);
 
-    // Fills target, whose size counts. Both can be scaled and do not overlap. Throws cv::Exception
-    // when one of them is empty.
+    // Scales source to target's size. Both must be scalable and not overlap. Throws cv::Exception
+    // if one is empty.
     void scale(const cv::Mat& source, cv::Mat& target);
 
   private:
-    // What a place in the target shows of the source, one way: two neighbours, in 2048ths.
+    // The weights of two neighbouring source pixels in one direction, in 2048ths.
     struct LinearTap {
         int first = 0;
         int second = 0;
@@ -32,7 +31,7 @@ class LinearScaler {
 
     void prepare(cv::Size source, cv::Size target);
 
-    cv::Size source_, target_; // that the mixtures are for
+    cv::Size source_, target_; // sizes that the taps are for
     std::vector<LinearTap> columns_, rows_;
     std::vector<std::int16_t> memory_; // two rows for each strip
 };

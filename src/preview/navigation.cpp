@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kNotStreaming = -1;
 
-// Frames that may still be on their way in the old orientation.
+// Frames that may still be in flight in the old orientation.
 constexpr int kFramesPerTurn = 2;
 
 using Store = void (*)(record::View&, const View&);

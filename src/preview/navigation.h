@@ -1,6 +1,6 @@
 // Moving the view while a camera streams. The next frame shows the result.
 //
-// Each returns 0, or -1 and changes nothing while no camera streams. Any thread.
+// Each returns 0, or -1 without changes while no camera streams. Any thread.
 #pragma once
 
 #include "state/parts.h"

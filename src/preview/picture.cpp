@@ -17,7 +17,7 @@ int inFramePixels(std::int64_t formPixels, double scale) {
     return truncated(static_cast<double>(formPixels * 100) / scale);
 }
 
-// A frame that begins inside the form is shown from its own beginning.
+// A frame that begins inside the form is shown from its start.
 int firstShown(const ViewAxis& axis, double scale) {
     return axis.zoomStart < 0 ? inFramePixels(-std::int64_t{axis.zoomStart}, scale) : 0;
 }
@@ -26,13 +26,13 @@ bool liesInside(int first, int count, int side) {
     return first >= 0 && count >= 1 && std::int64_t{first} + count <= side;
 }
 
-// OpenCV adds the sides up in int, and would let a far rectangle pass.
+// OpenCV's own check adds in int, which overflows for a distant rectangle.
 cv::Mat cutOut(const cv::Mat& frame, const cv::Rect& part) {
     CV_Assert(doccam::liesInside(part, frame));
     return frame(part);
 }
 
-// Pictures follow one another, and ask for no new memory.
+// Reused, so that pictures do not allocate.
 thread_local LinearScaler scaler;
 
 } // namespace

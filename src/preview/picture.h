@@ -1,4 +1,4 @@
-// Rendering: the part of a frame that the view shows, scaled to the picture's size.
+// Rendering the visible part of a frame, scaled to the picture's size.
 #pragma once
 
 #include "preview/view.h"
@@ -12,18 +12,18 @@ namespace doccam {
 // The rectangle of the frame that the view shows, in frame pixels.
 cv::Rect visiblePart(const View& view);
 
-// Whether part has pixels, and all of them lie in frame.
+// Whether part is not empty and lies inside frame.
 bool liesInside(const cv::Rect& part, const cv::Mat& frame);
 
-// The bytes of the view's picture, 0 when it has no pixels.
+// The bytes of the view's picture, 0 if it has no pixels.
 std::size_t pictureBytes(const View& view);
 
-// Scales what view shows of frame into out, rows back to back. frame has three 8-bit channels, out
-// room for pictureBytes(view). Throws cv::Exception, and writes nothing, when frame is of another
-// kind, or view has no picture or does not lie inside frame.
+// Scales the part of frame shown by view into out, rows back to back. frame must have three 8-bit
+// channels, out room for pictureBytes(view). Throws cv::Exception, writing nothing, if frame is of
+// another type, or view has no picture or does not lie inside frame.
 void renderPicture(const cv::Mat& frame, const View& view, unsigned char* out);
 
-// The same into out, at the size that out has. Only the pixels change when out is of frame's type.
+// The same into out, at out's size. Writes into out's own memory only if out is of frame's type.
 void renderInto(const cv::Mat& frame, const View& view, cv::Mat out);
 
 } // namespace doccam

@@ -6,7 +6,7 @@
 namespace doccam {
 namespace {
 
-// Whether a picture of view fits into room bytes, and frame, if any, has what it shows.
+// Whether view's picture fits into room bytes and, if there is a frame, shows a part of it.
 bool canShow(const View& view, const cv::Mat* frame, std::size_t room) {
     const std::size_t bytes = pictureBytes(view);
     if (bytes == 0 || bytes > room) {
@@ -32,7 +32,7 @@ bool showInForm(const record::View& kept, const View& view, const cv::Mat* frame
     return deliver(pictureOf(view, pixels));
 }
 
-// The host is told the view's size whatever size the destination has, and may read that much.
+// The host receives the view's size whatever the destination's size, and may read that much.
 bool showInDestination(const cv::Mat& destination, const View& view, const cv::Mat* frame,
                        const DeliverPicture& deliver) {
     if (destination.empty() ||

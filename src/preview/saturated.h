@@ -1,4 +1,4 @@
-// Conversions to int that end at its limits: a host may declare any form and pan by any distance.
+// Saturating conversions to int: a host may declare any form and pan by any distance.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ constexpr int saturated(std::int64_t value) {
                                                      std::numeric_limits<int>::max()));
 }
 
-// Truncates toward zero; 0 for what is not a number.
+// Truncates toward zero; 0 for NaN.
 inline int truncated(double value) {
     if (std::isnan(value)) {
         return 0;

@@ -13,7 +13,7 @@ constexpr double kZoomStep = 4.0;
 constexpr double kLargestScale = 600.0;
 constexpr int kLastTurn = 3;
 
-// Picture rows then end on whole words.
+// Makes picture rows end on whole words.
 constexpr int multipleOfFour(int side) {
     return side / 4 * 4;
 }
@@ -30,7 +30,7 @@ int scaledSide(double scale, int side) {
     return truncated(scale * side / 100.0);
 }
 
-// The margin of the whole frame; centred() takes that of the slightly smaller picture.
+// Uses the margin of the whole frame; centred() uses that of the slightly smaller picture.
 ViewAxis fitted(ViewAxis axis) {
     axis.zoomStart = margin(axis.form, axis.zoom);
     axis.formStart = axis.zoomStart;
@@ -52,8 +52,8 @@ ViewAxis centred(ViewAxis axis) {
     return axis;
 }
 
-// The picture moves within the form. At the near edge it stops while the pan keeps its value; at
-// the far edge both stop.
+// Moves the picture within the form. At the near edge it stops but the pan keeps its value; at the
+// far edge both stop.
 ViewAxis pannedInForm(ViewAxis axis, int distance) {
     axis.show = multipleOfFour(axis.zoom);
     axis.zoomStart = 0;
@@ -67,8 +67,8 @@ ViewAxis pannedInForm(ViewAxis axis, int distance) {
     return axis;
 }
 
-// The form moves over the frame. The far end is judged by the pan's distance alone, so that a pan
-// far beyond the near end counts as one beyond the far end.
+// Moves the form over the frame. The far end is checked by the pan's magnitude, so a pan far past
+// the near end counts as one past the far end.
 ViewAxis pannedOverFrame(ViewAxis axis, int distance) {
     std::int64_t moved = std::int64_t{axis.offset} + distance;
     if (axis.zoom - std::abs(moved) < axis.form) {

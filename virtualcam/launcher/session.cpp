@@ -90,8 +90,9 @@ void prepareEnvironment(const Options& options) {
     _exit(127);
 }
 
-// The terminal's interrupt reaches the program by itself, unless it came before the program started.
-// Signals sent to the launcher are passed on to the program, and the launcher stays to clean up.
+// The terminal's interrupt reaches the program by itself, unless it came before the program
+// started. Signals sent to the launcher are passed on to the program, and the launcher stays to
+// clean up.
 void passOn(const siginfo_t& signal, const sigset_t& early, pid_t child) {
     if (signal.si_signo != SIGCHLD &&
         (signal.si_code <= 0 || sigismember(&early, signal.si_signo) == 1)) {

@@ -1,4 +1,4 @@
-// Owning handles for what the codec and scaler libraries allocate, each one pointer in size.
+// Owning handles for libavcodec and libswscale objects, each one pointer in size.
 #pragma once
 
 extern "C" {

@@ -1,4 +1,4 @@
-// libjpeg's header, which needs the types of the C library before it.
+// libjpeg's header, which needs types of the C library before it.
 #pragma once
 
 #include <cstddef>

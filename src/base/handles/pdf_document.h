@@ -1,4 +1,4 @@
-// An owned document of libharu.
+// Owning handle for a libharu document.
 #pragma once
 
 #include <hpdf.h>
@@ -14,8 +14,8 @@ struct PdfRelease {
 
 using PdfDocument = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, PdfRelease>;
 
-// An empty document, or null when memory is short. Every failed call on it is reported to onError,
-// with context as its last argument.
+// An empty document, or null if out of memory. Failed calls on it are reported to onError, with
+// context as the last argument.
 inline PdfDocument makePdfDocument(HPDF_Error_Handler onError, void* context) {
     return PdfDocument(HPDF_New(onError, context));
 }

@@ -1,4 +1,4 @@
-// An owned stream of the C library, for files whose every write must be checked.
+// Owning handle for a C stream, for files whose every write must be checked.
 #pragma once
 
 #include <cstdio>
@@ -12,7 +12,7 @@ struct StandardFileClose {
 
 using StandardFile = std::unique_ptr<std::FILE, StandardFileClose>;
 
-// Closes file and tells whether everything written to it has been accepted.
+// Closes file and returns whether all writes succeeded.
 inline bool closeChecked(StandardFile file) {
     return std::fclose(file.release()) == 0;
 }

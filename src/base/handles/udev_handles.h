@@ -1,4 +1,4 @@
-// Owned handles of the device manager.
+// Owning handles for libudev objects.
 #pragma once
 
 #include <libudev.h>

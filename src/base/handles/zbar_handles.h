@@ -1,4 +1,4 @@
-// Owned handles of zbar.
+// Owning handles for zbar objects.
 #pragma once
 
 #include <zbar.h>
@@ -12,7 +12,7 @@ struct ZbarRelease {
         zbar::zbar_image_scanner_destroy(scanner);
     }
 
-    // Lets go of the pixels first: they belong to somebody else.
+    // Detaches the borrowed pixels first.
     void operator()(zbar::zbar_image_t* picture) const {
         zbar::zbar_image_set_data(picture, nullptr, 0, nullptr);
         zbar::zbar_image_destroy(picture);

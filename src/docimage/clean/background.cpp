@@ -13,13 +13,13 @@
 namespace doccam {
 namespace {
 
-// What decides on each pixel, one plane for the whole page.
+// The planes of the whole page that decide on each pixel.
 struct Planes {
     WorkPlane paper;   // 255 where the page is brighter than its surroundings
     WorkPlane margins; // 255 around the sheet
 };
 
-// Joins the planes and the page's own pixels, row by row.
+// Combines the planes with the page's own pixels, row by row.
 void whitenRows(cv::Mat& page, cv::Range part, const Planes& planes, PixelRow above,
                 const PixelRow& below) {
     PixelRow row = above;

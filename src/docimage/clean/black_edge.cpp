@@ -31,7 +31,7 @@ void addMarks(const std::vector<uchar>& more, uchar* marks) {
     }
 }
 
-// Marks the coloured pixels as well, where the outline is read.
+// Adds the coloured pixels to the outline's marks.
 void addColours(const cv::Mat& picture, WorkPlane& outline) {
     forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
         std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));

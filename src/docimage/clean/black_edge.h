@@ -1,6 +1,6 @@
 // The dark margins around a photographed sheet.
 //
-// Pictures are 8-bit with three channels; cv::Exception for any other, an empty one too.
+// Pictures must be 8-bit with three channels and not empty; otherwise cv::Exception is thrown.
 #pragma once
 
 #include "docimage/pixels/work_plane.h"
@@ -9,14 +9,13 @@
 
 namespace doccam {
 
-// Paints the margins white in picture's own pixels. Everything that is not nearly black counts as
-// sheet.
+// Paints the margins white in place. Everything that is not nearly black counts as sheet.
 void whitenMargins(cv::Mat picture);
 
-// The same, but sheet is what the picture's own brightness separates from the rest.
+// The same, but sheet and margins are separated by the picture's own brightness.
 void whitenMarginsByBrightness(cv::Mat picture);
 
-// 255 in the margins, 0 elsewhere. Coloured pixels end a margin as the sheet's outline does.
+// 255 in the margins, 0 elsewhere. Like the sheet's outline, coloured pixels end a margin.
 WorkPlane marginMask(cv::Mat picture);
 
 } // namespace doccam

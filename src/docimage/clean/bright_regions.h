@@ -1,4 +1,4 @@
-// Parting what is bright in a grey picture from the rest.
+// Separating the bright regions of a grey picture.
 #pragma once
 
 #include "docimage/pixels/levels.h"
@@ -7,9 +7,9 @@
 
 namespace doccam {
 
-// Makes pixels above Otsu's threshold 1 and others 0, those of the one-pixel frame as well: a
-// region that touches the picture's edge ends just inside of it. levels are those of grey, 8-bit
-// with one channel.
+// Sets pixels above Otsu's threshold to 1 and all others, including the one-pixel frame, to 0: a
+// region that touches the picture's edge ends just inside it. levels must be those of grey, which
+// is 8-bit with one channel.
 void markBrightRegions(cv::Mat& grey, const Levels& levels);
 
 } // namespace doccam

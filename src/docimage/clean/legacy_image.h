@@ -1,4 +1,4 @@
-// OpenCV's C image, for the one operation whose signature has it.
+// OpenCV's C image, for the one operation whose signature uses it.
 #pragma once
 
 #include "docimage/pixels/work_plane.h"
@@ -13,7 +13,7 @@ namespace doccam {
 // A view of image's pixels; empty for null.
 cv::Mat viewOf(IplImage* image);
 
-// A new C image with plane's pixels and with padding bytes of 0, to be freed by cvReleaseImage.
+// A new C image with plane's pixels and zero padding, to be freed by cvReleaseImage.
 IplImage* newImageOf(const WorkPlane& plane);
 
 } // namespace doccam

@@ -10,7 +10,7 @@
 namespace doccam {
 namespace {
 
-constexpr int kOutline = 3; // marks that make an outline
+constexpr int kOutline = 3; // consecutive marks that form an outline
 
 // Eight marks at once.
 using Word = std::uint64_t;
@@ -30,7 +30,7 @@ bool noneBeginsIn(const uchar* marks) {
     return (wordAt(marks) & wordAt(marks + 1) & wordAt(marks + 2)) == 0;
 }
 
-// Where the first outline begins; the row's length less two without one.
+// The start of the first outline, or the row's length less two.
 int firstOutline(const uchar* row, int width) {
     const int end = width - kOutline + 1;
     int x = 0;
@@ -43,7 +43,7 @@ int firstOutline(const uchar* row, int width) {
     return x;
 }
 
-// Where the last outline begins; -1 without one.
+// The start of the last outline, or -1.
 int lastOutline(const uchar* row, int width) {
     int x = width - kOutline;
     while (x - kWord + 1 >= 0 && noneBeginsIn(row + x - kWord + 1)) {
@@ -69,7 +69,7 @@ int rightMargin(const uchar* row, int width) {
     return width < kOutline ? width : std::min(width - lastOutline(row, width), width);
 }
 
-// Columns walked together, row by row, as they lie in memory.
+// Walks all columns together, row by row, in memory order.
 class ColumnWalk {
   public:
     ColumnWalk(cv::Range columns, std::vector<int>& depths)
@@ -80,7 +80,7 @@ class ColumnWalk {
 
     bool isDone() const { return left_ == 0; }
 
-    // Three rows of marks. A column that meets its outline in them gets depth.
+    // Sets depth for each column whose outline starts in these three rows of marks.
     void meet(const uchar* one, const uchar* two, const uchar* three, int depth) {
         int i = 0;
         for (; i + kWord <= columns_.size(); i += kWord) {
@@ -109,7 +109,7 @@ class ColumnWalk {
 
     cv::Range columns_;
     std::vector<int>& depths_;
-    std::vector<uchar> waiting_; // 255 while the outline is to come
+    std::vector<uchar> waiting_; // 255 until the column's outline is found
     int left_;
 };
 
@@ -137,10 +137,10 @@ void findSides(const Marks& marks, cv::Range rows, Margins& margins) {
     }
 }
 
-// Columns whose margins are much the same, to pass over at once.
+// Columns of similar margins, painted together.
 constexpr int kBlock = 64;
 
-// How far down the margin at the top and up that at the bottom reach in a block of columns.
+// The depths of the top and bottom margins in a block of columns.
 struct BlockReach {
     int top = 0;
     int bottom = 0;

@@ -1,4 +1,4 @@
-// The rows just outside of each strip of a page.
+// The rows just outside each strip of a page.
 #pragma once
 
 #include "base/strips.h"
@@ -11,9 +11,8 @@ namespace doccam {
 
 using PixelRow = std::vector<unsigned char>;
 
-// Copies, so that strips can be worked on at once in the page's own memory. At the page's edge the
-// row outside is the one on the other side of the edge row; a page that is a part of a larger
-// picture ends where that one does.
+// Copies, so that strips can be processed in place at the same time. At the page's edge rows are
+// mirrored about the edge row; a page within a larger picture continues to that picture's edge.
 struct NeighbourRows {
     NeighbourRows(const cv::Mat& page, const Strips& strips);
 

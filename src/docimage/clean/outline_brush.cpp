@@ -14,7 +14,7 @@ void dab(uchar* pixel, std::ptrdiff_t step) {
     pixel[step] = kInk;
 }
 
-// Between two neighbours across a corner the line bulges to both sides.
+// A diagonal step widens the line on both sides.
 void dabBeside(uchar* pixel, std::ptrdiff_t beside) {
     pixel[beside] = pixel[-beside] = kInk;
 }

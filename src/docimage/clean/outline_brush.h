@@ -8,10 +8,9 @@
 
 namespace doccam {
 
-// Sets the outline's pixels, and those around it that make the line three pixels wide, to 255: the
-// same as OpenCV's contour of thickness 2. Neighbouring points of the closed outline
-// differ by one step of eight directions. plane is 8-bit with one channel, and no point lies on its
-// one-pixel frame.
+// Draws the closed outline three pixels wide with 255, exactly as OpenCV draws a contour of
+// thickness 2. Neighbouring points must differ by one step in eight directions. plane is 8-bit with
+// one channel, and no point may lie on its one-pixel frame.
 void drawOutline(std::span<const cv::Point> outline, cv::Mat& plane);
 
 } // namespace doccam

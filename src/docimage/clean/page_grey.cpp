@@ -18,7 +18,8 @@ namespace {
 
 constexpr float kGamma = 0.4F;
 
-// What a sample of a lifted pixel adds to its grey level, the half for rounding included.
+// The contribution of each gamma-corrected sample to the grey level, including the half for
+// rounding.
 struct GammaWeights {
     GammaWeights() {
         const auto curve = gammaCurve(kGamma);
@@ -37,7 +38,7 @@ struct GammaWeights {
     std::array<std::int32_t, kLevels> first{}, second{}, third{};
 };
 
-// Makes each grey row by makeRow(row of the page, row of the plane, levels to add its own to).
+// Makes each grey row with makeRow(row of the page, row of the plane, levels to add to).
 template <typename MakeRow>
 PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     PageGrey grey{WorkPlane::unset(page.size())};
@@ -61,8 +62,8 @@ void lift(const uchar* pixels, int count, const GammaWeights& weights, uchar* gr
     }
 }
 
-// Dark pixels are few: what lies between them is filled a block at a time. The row holds 255 for
-// the dark ones at first, 0 for others.
+// Dark pixels are rare, so the gaps between them are filled a block at a time. Initially row holds
+// 255 for dark pixels, 0 for others.
 void flatten(const uchar* pixels, int count, const GammaWeights& weights, uchar* row,
              Levels& levels) {
     constexpr uchar kSheet[kChannels] = {128, 128, 128};

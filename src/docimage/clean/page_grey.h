@@ -1,4 +1,4 @@
-// A page in grey, as the searches for its dark margins see it, and how often each level occurs.
+// A page in grey for the searches for its dark margins, and its histogram.
 //
 // Pages are 8-bit with three channels, the first of which weighs as red.
 #pragma once
@@ -15,13 +15,13 @@ struct PageGrey {
     Levels levels{};
 };
 
-// As bright as the page is.
+// The page's own brightness.
 PageGrey greyOf(const cv::Mat& page);
 
-// Dark samples lifted first.
+// Dark samples are first raised by gamma correction.
 PageGrey gammaGrey(const cv::Mat& page);
 
-// Paper and print are one level, so that only the nearly black, lifted, differs from them.
+// Paper and print become one level, from which only gamma-corrected near-black pixels differ.
 PageGrey nearBlackGrey(const cv::Mat& page);
 
 } // namespace doccam

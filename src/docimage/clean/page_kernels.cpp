@@ -1,4 +1,4 @@
-// Loops that the compiler turns into vector instructions.
+// Loops that the compiler vectorizes.
 #include "docimage/clean/page_kernels.h"
 
 #include "base/dispatch.h"
@@ -11,7 +11,7 @@
 namespace doccam {
 namespace {
 
-// Colours are taken apart a block at a time, and put together again.
+// Colours are split into planes a block at a time, and interleaved again.
 constexpr int kBlock = 64;
 
 using Channel = unsigned char[kBlock];
@@ -56,7 +56,7 @@ struct Colours {
     markBlock(colours, count, marks);
 }
 
-// Rounded down, the mean of a dark pixel's samples is 30 at most.
+// The mean of a dark pixel's samples, rounded down, is at most 30.
 [[gnu::always_inline]] inline void markDarkOf(const unsigned char* pixels, int count,
                                               unsigned char* marks) {
     constexpr int kBrightSum = 93;
@@ -66,7 +66,7 @@ struct Colours {
     }
 }
 
-// Brighter than the mean, rounded to the nearest, less 19. An odd number of pixels has no mean
+// Brighter than the mean, rounded to nearest, less 19. The number of pixels is odd, so no mean is
 // halfway between two levels.
 [[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const std::uint32_t* sums,
                                                int count, unsigned char* paper) {
@@ -79,8 +79,8 @@ struct Colours {
     }
 }
 
-// Sharper along the columns and brighter by half: five times the sample, less twice the one above
-// and one and a half times the one below. Halves are rounded to the even number.
+// Sharpens vertically and brightens by half: five times the sample, less twice the one above and
+// one and a half times the one below. Halves round to even.
 [[gnu::always_inline]] inline unsigned char sharpened(int above, int sample, int below) {
     const auto doubled = static_cast<std::int16_t>(10 * sample - 4 * above - 3 * below);
     const auto down = static_cast<std::int16_t>(doubled >> 1);
@@ -97,8 +97,8 @@ struct Colours {
     return static_cast<unsigned char>(std::min<int>(sample, kWhite - amount) + amount);
 }
 
-// What is clearly red becomes redder. Amounts of 0 in place of branches, which vectors lack; so
-// below.
+// Makes clearly red pixels redder. Here and below, amounts of 0 replace branches, which would
+// prevent vectorization.
 [[gnu::always_inline]] inline void emphasise(Colours& colours, int count) {
     constexpr int kClearlyRed = 81;
     constexpr int kLowered = 40;

@@ -1,5 +1,4 @@
-// The work on single rows of a page that takes most of a cleaning's time, once for each instruction
-// set.
+// The row kernels that take most of the time of page cleaning, for each instruction set.
 #pragma once
 
 #include "base/dispatch.h"
@@ -9,17 +8,17 @@
 
 namespace doccam {
 
-// A row of a page on its way to white paper. Colours have three samples a pixel, blue first.
+// The input for whitening one row. Colours have three samples per pixel, blue first.
 struct WhitenRowInput {
     const unsigned char* above = nullptr;
     const unsigned char* row = nullptr;
     const unsigned char* below = nullptr;
-    const unsigned char* margin = nullptr; // 255 where a margin is, else 0
-    const unsigned char* paper = nullptr;  // 255 where paper is, else 0
-    int count = 0;                         // pixels of each of these rows
+    const unsigned char* margin = nullptr; // 255 in the margins, else 0
+    const unsigned char* paper = nullptr;  // 255 on paper, else 0
+    int count = 0;                         // pixels per row
 };
 
-inline constexpr int kSurroundings = 179; // pixels, a square's side
+inline constexpr int kSurroundings = 179; // side of the square, in pixels
 
 struct PageKernels {
     InstructionSet instructionSet;
@@ -30,18 +29,18 @@ struct PageKernels {
     // 255 for nearly black pixels of three samples, 0 for others.
     void (*markDark)(const unsigned char* pixels, int count, unsigned char* marks);
 
-    // 255 where a pixel is brighter than the mean of its surroundings less a little: paper, not
-    // print. sums are those of the columns' greys before each pixel's surroundings; those at
-    // kSurroundings further on include them.
+    // 255 where a pixel is brighter than the mean of its surroundings less a constant: paper, not
+    // print. sums are prefix sums over the columns' greys: the one at a pixel ends before its
+    // surroundings, the one kSurroundings further includes them.
     void (*markPaper)(const unsigned char* grey, const std::uint32_t* sums, int count,
                       unsigned char* paper);
 
-    // Coloured marks sharpened, all else that is paper or margin white. Not into a row that it
-    // reads, but for row.
+    // Sharpens coloured marks and whitens the remaining paper and margins. result may be row
+    // itself, but no other row that is read.
     void (*whitenPaper)(const WhitenRowInput& row, unsigned char* result);
 };
 
-// Those that this machine can run, the narrowest vectors first. Their results are the same.
+// The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<PageKernels> allPageKernels();
 
 // The one with the widest vectors.

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kReach = kSurroundings / 2;
 
-// For each column the sum of the samples at most kReach above or below a row.
+// For each column the sum of the samples within kReach rows of a row.
 class ColumnSums {
   public:
     ColumnSums(const cv::Mat& grey, int row)
@@ -51,13 +51,13 @@ class ColumnSums {
 
     const cv::Mat& grey_;
     int row_;
-    std::vector<std::uint16_t> sums_; // of 179 bytes each at most
+    std::vector<std::uint16_t> sums_; // each of at most 179 bytes
 };
 
-// The sums of all columns before each, from kReach columns before the first on.
+// Prefix sums over the columns, starting kReach columns before the first.
 void sumUp(const std::vector<std::uint16_t>& columns, std::vector<std::uint32_t>& sums) {
     auto next = sums.begin();
-    std::uint32_t sum = 0; // may begin again from 0: only differences count
+    std::uint32_t sum = 0; // may wrap around: only differences count
     const auto append = [&](std::uint32_t column) {
         *next++ = sum;
         sum += column;

@@ -1,4 +1,4 @@
-// Which pixels of a page are paper rather than print.
+// Separating paper from print.
 #pragma once
 
 #include "docimage/pixels/work_plane.h"
@@ -7,8 +7,8 @@
 
 namespace doccam {
 
-// 255 where the 8-bit, three-channel page is brighter than its surroundings less a little, 0
-// elsewhere. The surroundings of a pixel near the edge go on beyond it as the edge is.
+// 255 where the 8-bit, three-channel page is brighter than its surroundings less a constant, 0
+// elsewhere. The edge pixels are replicated past the edge.
 WorkPlane paperOf(const cv::Mat& page);
 
 } // namespace doccam

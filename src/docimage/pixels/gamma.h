@@ -1,4 +1,4 @@
-// The curve that lifts dark samples.
+// Gamma correction.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -7,11 +7,11 @@
 
 namespace doccam {
 
-// The 256 samples to put in place of 0 to 255.
+// The 256 values that replace the samples 0 to 255.
 std::array<unsigned char, 256> gammaCurve(float gamma);
 
-// A copy of an 8-bit picture of one or three channels with its samples lifted; of any other an
-// unchanged copy.
+// A gamma-corrected copy of an 8-bit picture of one or three channels; of any other an unchanged
+// copy.
 cv::Mat gammaCorrected(const cv::Mat& picture, float gamma);
 
 } // namespace doccam

@@ -1,9 +1,9 @@
-// How colours weigh in a grey level: OpenCV's weights, so that levels are the same.
+// The weights of colours in a grey level: OpenCV's, so that levels are the same.
 #pragma once
 
 namespace doccam {
 
-// In parts of one level; the sum of a pixel's weighted samples and the half is to be shifted.
+// In fixed point: sum a pixel's weighted samples and the half, then shift.
 inline constexpr int kRedWeight = 9798;
 inline constexpr int kGreenWeight = 19235;
 inline constexpr int kBlueWeight = 3735;

@@ -7,7 +7,8 @@
 
 namespace doccam {
 
-// Counted in turns, because a processor waits for the count that it has just raised.
+// Alternates between histograms, as incrementing the same count twice in a row stalls the
+// processor.
 void countLevels(const unsigned char* pixels, int count, Levels& levels) {
     constexpr int kTurns = 4;
     std::array<Levels, kTurns> turns{};
@@ -30,7 +31,7 @@ void addLevels(const Levels& more, Levels& levels) {
     std::transform(levels.begin(), levels.end(), more.begin(), levels.begin(), std::plus<>());
 }
 
-// Of equally good levels the lowest counts, which rounding decides: the order of the operations is
+// Of equally good levels the lowest counts. Since rounding decides, the order of operations is
 // OpenCV's.
 int otsuLevel(const Levels& levels) {
     constexpr double kLeast = std::numeric_limits<float>::epsilon();

@@ -6,8 +6,8 @@
 
 namespace doccam {
 
-// A grey pixel's samples lie within 30 of their mean, which is rounded down. Told without a
-// division: that the mean is less than a number, or more, can be said of the sum.
+// A grey pixel's samples lie within 30 of their mean, rounded down. Comparing the sum instead of
+// the mean avoids a division.
 [[gnu::always_inline]] inline bool isColoured(std::int16_t c0, std::int16_t c1, std::int16_t c2) {
     constexpr std::int16_t kGreyest = 30;
     const auto sum = static_cast<std::int16_t>(c0 + c1 + c2);

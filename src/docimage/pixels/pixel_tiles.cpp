@@ -43,7 +43,7 @@ using Tile = std::array<Pixels, kTile>;
             __builtin_shufflevector(rightUpper, rightLower, 2, 3, 6, 7)};
 }
 
-// Writes bytesPerRow bytes, of which a tile's own are the first.
+// Writes bytesPerRow bytes, the first of which are the tile's own.
 template <std::size_t bytesPerRow>
 [[gnu::always_inline, gnu::target("ssse3")]] inline void turnTile(Rows source,
                                                                   WritableRows target) {
@@ -63,7 +63,7 @@ bool haveTiles() {
     return __builtin_cpu_supports("ssse3") != 0;
 }
 
-// What a tile writes too much, the next one overwrites; the last one writes its own bytes only.
+// The next tile overwrites what a tile writes past its end; the last one writes only its own bytes.
 [[gnu::target("ssse3")]] void turnTiles(Rows source, WritableRows target, int count) {
     for (; count > 1; --count) {
         turnTile<sizeof(Bytes)>(source, target);

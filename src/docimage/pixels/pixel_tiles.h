@@ -1,13 +1,13 @@
-// Four by four pixels of three bytes turned at once, where the machine has the instructions for it.
+// Turning tiles of four by four three-byte pixels with SSSE3.
 #pragma once
 
 #include <cstddef>
 
 namespace doccam {
 
-inline constexpr int kTile = 4; // pixels, a tile's side
+inline constexpr int kTile = 4; // side of a tile, in pixels
 
-// A piece of a picture's memory and how far its rows lie apart, which may be backwards.
+// A picture's memory and the distance between its rows, which may be negative.
 struct Rows {
     const unsigned char* first;
     std::ptrdiff_t step;
@@ -18,7 +18,7 @@ struct WritableRows {
     std::ptrdiff_t step;
 };
 
-// How many bytes of a source row tiles read: more than the pixels that they turn have.
+// The bytes that a tile reads of a source row: more than its pixels have.
 inline constexpr int kTileReads = 16;
 
 // Whether turnTiles() may be called on this machine.

@@ -13,7 +13,7 @@ int paddedWidth(int width) {
 
 } // namespace
 
-// A header of its own rather than a part of the memory's picture: filters look beyond such a part.
+// A separate header instead of a submatrix of memory: OpenCV's filters read beyond a submatrix.
 WorkPlane::WorkPlane(const cv::Mat& memory, int width)
   : memory_(memory)
   , rows_(memory.rows, width, CV_8UC1, memory_.data, memory_.step) {}

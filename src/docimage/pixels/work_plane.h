@@ -1,4 +1,4 @@
-// One-channel work pictures as the cleaning steps share them.
+// One-channel work pictures shared by the cleaning steps.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -7,14 +7,14 @@
 
 namespace doccam {
 
-// 8-bit and one channel; each row is followed by 0 to 3 padding bytes that are 0, which
-// makes the step from row to row a multiple of four. A copy shares the memory.
+// 8-bit with one channel. Rows are padded with 0 to 3 zero bytes to a stride that is a multiple of
+// four. A copy shares the memory.
 class WorkPlane {
   public:
-    // All 0. Throws cv::Exception when memory is short.
+    // All 0. Throws cv::Exception if out of memory.
     explicit WorkPlane(cv::Size size);
 
-    // The same with pixels of no particular value.
+    // The same with uninitialised pixels.
     static WorkPlane unset(cv::Size size);
 
     cv::Size size() const { return rows_.size(); }
@@ -24,8 +24,8 @@ class WorkPlane {
 
     const cv::Mat& rows() const { return rows_; }
 
-    // The bytes that a reader takes for row y who steps from row to row by the width: where the
-    // rows have padding, the picture leans and the padding is part of it.
+    // Row y as read with the width for the stride: with padded rows the picture is skewed and
+    // contains the padding.
     const uchar* unpaddedRow(int y) const {
         return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
     }
@@ -34,7 +34,7 @@ class WorkPlane {
         return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
     }
 
-    // Makes all pixels and all padding 0, whatever was written to unpadded rows.
+    // Sets all pixels and padding to 0, including what was written to unpadded rows.
     void clear() { memory_.setTo(0); }
 
     uchar unpaddedAt(int x, int y) const { return unpaddedRow(y)[x]; }

@@ -11,14 +11,14 @@ bool liesFurtherLeft(cv::Point a, cv::Point b) {
     return a.x < b.x || (a.x == b.x && a.y < b.y);
 }
 
-// Whether the way from a over b to c bends, on the picture, to the left.
+// Whether the path a-b-c turns left, as displayed.
 bool bendsLeft(cv::Point a, cv::Point b, cv::Point c) {
     const std::int64_t cross =
         std::int64_t{b.x - a.x} * (c.y - a.y) - std::int64_t{b.y - a.y} * (c.x - a.x);
     return cross < 0;
 }
 
-// Appends next to a chain that begins at hull[begin], less what lies on the inner side.
+// Appends next to the chain that starts at hull[begin], removing points that become interior.
 void append(std::vector<cv::Point>& hull, std::size_t begin, cv::Point next) {
     while (hull.size() >= begin + 2 && !bendsLeft(hull[hull.size() - 2], hull.back(), next)) {
         hull.pop_back();
@@ -43,7 +43,7 @@ void findConvexHull(std::vector<cv::Point>& points, std::vector<cv::Point>& hull
     for (auto point = points.rbegin() + 1; point != points.rend(); ++point) {
         append(hull, back, *point);
     }
-    hull.pop_back(); // the first one again
+    hull.pop_back(); // the first point again
 }
 
 } // namespace doccam

@@ -7,9 +7,9 @@
 
 namespace doccam {
 
-// Reorders points, and leaves those in hull that are corners of their convex hull: from the
-// leftmost, of several the highest, along the bottom to the right and back along the top. No three
-// of them lie on a line. The points themselves where they are fewer than three or all alike.
+// Reorders points, and stores the corners of their convex hull in hull: from the leftmost, of
+// several the highest, along the bottom to the right and back along the top. No three are
+// collinear. Fewer than three points, or equal ones, are returned as they are.
 void findConvexHull(std::vector<cv::Point>& points, std::vector<cv::Point>& hull);
 
 } // namespace doccam

@@ -17,15 +17,14 @@
 namespace doccam {
 namespace {
 
-// Outlines of this area in pixels of the reduced copy, or less, are no sheet.
+// Outlines of up to this area, in pixels of the reduced copy, are no sheet.
 constexpr int kLargestSpeck = 400;
 
 constexpr int kLineWidth = 6;
 
 const cv::Scalar kGreen(0, 255, 0, 0);
 
-// What a search needs and leaves for the next one. Frames come one after the other, and ask for no
-// new memory.
+// Reused from frame to frame, so that searches do not allocate.
 struct Search {
     SheetSearch sheets;
     MinAreaFit fit;
@@ -33,8 +32,7 @@ struct Search {
 
 thread_local Search search;
 
-// Of the outlines that may be sheets the largest; of equal ones the lowest on the picture. None
-// when all are specks.
+// The largest outline, of equal ones the lowest in the picture; none if all are specks.
 std::optional<std::span<const cv::Point>> largestOutline(const OuterOutlines& outlines) {
     std::optional<std::span<const cv::Point>> largest;
     int largestArea = kLargestSpeck;

@@ -1,4 +1,4 @@
-// The live outline of the sheet, and the page geometry that its corners give.
+// The live outline of the sheet, and the page geometry derived from its corners.
 #pragma once
 
 #include "docimage/sheet/sheet_corners.h"
@@ -16,12 +16,11 @@ namespace doccam {
 enum class SheetFound { kSheet = 0, kNoOutline = -1, kNoSheet = -2 };
 
 // Finds the sheet in the red-first frame, keeps its corners for the next still, and draws its
-// outline into the frame's own pixels if draw is set. Without a sheet nothing changes. Streaming
-// thread.
+// outline into the frame if draw is set. Without a sheet nothing changes. Streaming thread.
 SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept);
 
-// Keeps where a sheet with these corners is to be cut out, and returns the degrees clockwise that
-// straighten it.
+// Keeps the crop of a sheet with these corners, and returns the clockwise rotation in degrees that
+// straightens it.
 float storeGeometry(const SheetCorners& corners, record::Sheet& kept);
 
 } // namespace doccam

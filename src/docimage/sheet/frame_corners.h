@@ -1,4 +1,4 @@
-// The corners of a rectangle found in the reduced copy, as corners of a sheet in the frame.
+// Mapping a rectangle in the reduced copy to a sheet's corners in the frame.
 #pragma once
 
 #include "docimage/sheet/sheet_corners.h"
@@ -12,7 +12,7 @@ namespace doccam {
 // The corners of a rectangle in the reduced copy, in frame pixels.
 std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box);
 
-// Fractions cut off toward zero.
+// Truncates toward zero.
 SheetCorners wholePixels(const std::array<cv::Point2f, 4>& corners);
 
 } // namespace doccam

@@ -6,15 +6,15 @@
 #include <cmath>
 #include <limits>
 
-// OpenCV's own routine names the same rectangle by another angle from version to
-// version, and its first corner with it. Pages would come out sideways, so it is computed here, in
-// single precision and with ties decided by a fixed order of the vertices.
+// OpenCV's own routine reports the same rectangle with a different angle and first corner from
+// version to version, which would turn pages sideways. So it is computed here, in single precision
+// and with ties decided by a fixed order of the vertices.
 namespace doccam {
 namespace {
 
 constexpr std::size_t kFewestVertices = 3;
 
-// A side's direction; each further side is turned by a quarter.
+// The direction of the next side, a quarter turn further.
 cv::Point2f nextSide(cv::Point2f direction) {
     return {-direction.y, direction.x};
 }
@@ -33,7 +33,7 @@ float inverseLength(cv::Point2f edge) {
     return static_cast<float>(1.0 / std::sqrt(x * x + y * y));
 }
 
-// The vertices begin with the leftmost: where the list starts decides ties between equally small
+// The vertices start with the leftmost: the starting point decides ties between equally small
 // rectangles.
 void measureEdges(const std::vector<cv::Point>& corners, HullEdges& hull) {
     hull.vertices.assign(corners.begin(), corners.end());
@@ -45,7 +45,7 @@ void measureEdges(const std::vector<cv::Point>& corners, HullEdges& hull) {
     }
 }
 
-// +1 or -1: the way in which the vertices go round.
+// +1 or -1: the direction of rotation of the vertices.
 float orientation(const HullEdges& hull) {
     cv::Point2f previous = hull.edges.back();
     for (const cv::Point2f edge : hull.edges) {
@@ -58,8 +58,8 @@ float orientation(const HullEdges& hull) {
     return 1.0F;
 }
 
-// The vertices that touch the rectangle's four sides: the smallest y, the largest x, the largest y
-// and the smallest x at the start.
+// The vertices that touch the rectangle's four sides, initially those of the smallest y, the
+// largest x, the largest y and the smallest x.
 using Supports = std::array<std::size_t, 4>;
 
 template <typename Before>
@@ -76,7 +76,7 @@ Supports uprightSupports(const HullEdges& hull) {
             first(hull, [](Point a, Point b) { return a.x < b.x; })};
 }
 
-// The side that meets its vertex's edge after the smallest turn.
+// The side that needs the smallest turn to align with its vertex's edge.
 std::size_t nearestSide(const HullEdges& hull, const Supports& supports, cv::Point2f base) {
     std::size_t nearest = 0;
     float largestCosine = 0;
@@ -116,7 +116,8 @@ Enclosure enclosureOf(const HullEdges& hull, const Supports& supports, cv::Point
             vertex(0), vertex(3)};
 }
 
-// Turns the rectangle about the hull, edge by edge. Of equally small ones the last counts.
+// Rotating calipers: turns the rectangle about the hull, edge by edge. Of equal areas the last
+// wins.
 Enclosure smallestEnclosure(const HullEdges& hull) {
     Supports supports = uprightSupports(hull);
     cv::Point2f base(orientation(hull), 0);
@@ -141,7 +142,7 @@ float lengthOf(cv::Point2f side) {
     return static_cast<float>(std::sqrt(x * x + y * y));
 }
 
-// The product is single precision, the quotient double: other orders differ in the last bit.
+// Single-precision product, double quotient: other orders differ in the last bit.
 float inDegrees(float radians) {
     return static_cast<float>(static_cast<double>(radians * 180.0F) / CV_PI);
 }

@@ -9,7 +9,7 @@
 
 namespace doccam {
 
-// Convex vertices, and for each the edge that leaves it and one over that edge's length.
+// Convex vertices, and for each the edge that leaves it and the inverse of that edge's length.
 struct HullEdges {
     std::vector<cv::Point2f> vertices;
     std::vector<cv::Point2f> edges;
@@ -20,13 +20,13 @@ struct HullEdges {
     std::size_t after(std::size_t vertex) const { return vertex + 1 == size() ? 0 : vertex + 1; }
 };
 
-// Finds smallest rectangles around contours. Its memory is kept from one to the next. One thread.
+// Finds smallest rectangles around contours, reusing its memory. Not thread-safe.
 class MinAreaFit {
   public:
-    // The rectangle of smallest area around the contour's points. Its angle lies in -90 to 0
-    // degrees, both included; width runs along the angle, height at right angles to it. The result
-    // does not depend on where the contour starts. A contour on one line gives a box without extent
-    // at its first point, an empty one a box without extent at the origin.
+    // The rectangle of smallest area around the contour's points. Its angle is -90 to 0 degrees,
+    // both inclusive; width runs along the angle, height perpendicular to it. The result does not
+    // depend on where the contour starts. A collinear contour gives an empty box at its first
+    // point, an empty one an empty box at the origin.
     cv::RotatedRect around(std::span<const cv::Point> contour);
 
   private:
@@ -38,8 +38,7 @@ class MinAreaFit {
 // The same for a single contour. Any thread.
 cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour);
 
-// The box's corners, clockwise as displayed. The edge from the first to the second is as long as
-// the box is high.
+// The box's corners, clockwise as displayed. The first edge has the length of the box's height.
 std::array<cv::Point2f, 4> boxCorners(const cv::RotatedRect& box);
 
 } // namespace doccam

@@ -10,8 +10,8 @@
 namespace doccam {
 namespace {
 
-// What pixels become. Right of a pixel where an outline ends there is background; the search walks
-// along rows and so knows whether it is inside of a region that it has outlined.
+// Labels of pixels. To the right of a pixel where an outline ends there is background, which tells
+// the search, walking along rows, whether it is inside an outlined region.
 constexpr unsigned char kUntouched = 1;
 constexpr unsigned char kOutlined = 2;
 constexpr unsigned char kOutlineEnds = 130;
@@ -23,7 +23,7 @@ bool isOutlined(unsigned char pixel) {
 constexpr int kDirections = 8;
 constexpr int kWest = 4;
 
-// From east, counterclockwise as the picture is seen.
+// From east, counter-clockwise as displayed.
 constexpr std::array<std::array<int, 2>, kDirections> kSteps = {
     {{1, 0}, {1, -1}, {0, -1}, {-1, -1}, {-1, 0}, {-1, 1}, {0, 1}, {1, 1}}};
 
@@ -31,7 +31,7 @@ constexpr int inCircle(int direction) {
     return direction & (kDirections - 1);
 }
 
-// How far apart neighbours lie in memory.
+// The distances of neighbours in memory.
 class Neighbours {
   public:
     explicit Neighbours(std::ptrdiff_t step) {
@@ -48,7 +48,7 @@ class Neighbours {
     std::array<std::ptrdiff_t, kDirections> offsets_{};
 };
 
-// The first position from x on, before end, whose pixel is not value.
+// The first position from x on, up to end, whose pixel is not value.
 int firstOther(const unsigned char* row, int x, int end, unsigned char value) {
     const std::uint64_t same = 0x0101010101010101U * value;
     for (std::uint64_t word = 0; x + int{sizeof word} <= end; x += int{sizeof word}) {
@@ -71,7 +71,7 @@ void OuterOutlines::search(cv::Mat& binary) {
     const auto step = static_cast<std::ptrdiff_t>(binary.step);
     for (int y = 1; y < binary.rows - 1; ++y) {
         unsigned char* const row = binary.ptr(y);
-        unsigned char latest = 0; // of the outlined pixels met on this row
+        unsigned char latest = 0; // label of the last outlined pixel on this row
         unsigned char previous = 0;
         for (int x = 1; (x = firstOther(row, x, binary.cols - 1, previous)) < binary.cols - 1;
              ++x) {
@@ -84,7 +84,7 @@ void OuterOutlines::search(cv::Mat& binary) {
     }
 }
 
-// Walks around the region with the background on its left hand, until the first step comes again.
+// Walks around the region with the background on the left, until the first step repeats.
 void OuterOutlines::follow(unsigned char* const first, std::ptrdiff_t step, cv::Point at) {
     const Neighbours neighbours(step);
     int direction = kWest;

@@ -10,30 +10,30 @@
 
 namespace doccam {
 
-// The same outlines, points and order of points as OpenCV's external contours without
-// approximation. Memory is kept from one search to the next.
+// The same outlines, points and order as OpenCV's external contours without approximation. Reuses
+// its memory from search to search.
 class OuterOutlines {
   public:
-    // Searches binary, 8-bit with one channel, of 0 and 1; the one-pixel frame must be 0. The
-    // pixels of the outlines are renumbered.
+    // Searches binary, 8-bit with one channel, of 0 and 1, whose one-pixel frame must be 0.
+    // Relabels the pixels of the outlines.
     void search(cv::Mat& binary);
 
     std::size_t count() const { return ends_.size(); }
 
     bool empty() const { return ends_.empty(); }
 
-    // By the order found: the highest on the picture first. Neighbouring points differ by one step
-    // of eight directions, the last one and the first one, too. Valid until the next search.
+    // In the order found, the highest in the picture first. Neighbouring points, including the last
+    // and the first, differ by one step in eight directions. Valid until the next search.
     std::span<const cv::Point> operator[](std::size_t number) const;
 
   private:
     void follow(unsigned char* pixel, std::ptrdiff_t step, cv::Point at);
 
     std::vector<cv::Point> points_; // of all outlines
-    std::vector<std::size_t> ends_; // of each outline
+    std::vector<std::size_t> ends_; // end of each outline in points_
 };
 
-// The area inside an outline, in pixels, fraction cut off.
+// The area inside an outline in pixels, truncated.
 int enclosedArea(std::span<const cv::Point> outline);
 
 } // namespace doccam

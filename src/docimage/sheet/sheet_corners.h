@@ -1,4 +1,4 @@
-// The four corners of a detected sheet, and how they lie in a list of coordinates.
+// The four corners of a detected sheet, and their conversion to a list of coordinates.
 #pragma once
 
 #include <opencv2/core/types.hpp>

@@ -7,13 +7,13 @@
 namespace doccam {
 namespace {
 
-// A little short of pi on purpose.
+// Deliberately short of pi.
 constexpr double kHalfTurn = 3.14;
 
 constexpr double kSteep = 45.0;
 constexpr double kThreeQuarters = 270.0;
 
-// Wraps around for corners absurdly far apart, as the machine's subtraction does.
+// Wraps around for corners absurdly far apart instead of overflowing.
 int wrappedDifference(int a, int b) {
     return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
 }
@@ -33,7 +33,7 @@ int distance(cv::Point a, cv::Point b) {
     return static_cast<int>(std::min<double>(length, std::numeric_limits<int>::max()));
 }
 
-// Of the first edge, 0 to 180 degrees; an upright one counts as 0.
+// The angle of the first edge, 0 to 180 degrees; an upright one counts as 0.
 float edgeAngle(cv::Point from, cv::Point to) {
     const auto rise = static_cast<float>(wrappedDifference(from.y, to.y));
     const auto run = static_cast<float>(wrappedDifference(to.x, from.x));

@@ -1,4 +1,4 @@
-// What a sheet's corners say: where it lies, how large it is, and how crooked.
+// A sheet's position, size and tilt, from its corners.
 #pragma once
 
 #include "docimage/sheet/sheet_corners.h"
@@ -8,9 +8,9 @@
 namespace doccam {
 
 struct SheetGeometry {
-    cv::Rect bounds; // upright box around the corners
-    cv::Size page;   // the sheet's sides once it is straight
-    float angle = 0; // degrees clockwise that straighten it: 0 to 45, or 315 and more
+    cv::Rect bounds; // bounding box of the corners
+    cv::Size page;   // size of the straightened sheet
+    float angle = 0; // clockwise rotation that straightens it: 0 to 45, or 315 and more
 };
 
 // Measures a sheet by its corners. Any thread.

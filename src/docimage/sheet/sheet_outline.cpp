@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kSmallRegion = 30000; // pixels
 
-// How many outlines there are up to the lowest large one.
+// The number of outlines up to and including the lowest large one.
 std::size_t countToLowestLarge(const OuterOutlines& outlines) {
     std::size_t count = outlines.count();
     while (count > 0 && enclosedArea(outlines[count - 1]) <= kSmallRegion) {

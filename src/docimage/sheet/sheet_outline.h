@@ -1,4 +1,4 @@
-// The outline of what is large and bright in a picture.
+// The outlines of large bright regions.
 #pragma once
 
 #include "docimage/clean/page_grey.h"
@@ -6,10 +6,9 @@
 
 namespace doccam {
 
-// 255 along the outlines, three pixels wide, and 0 elsewhere, in the plane's own memory. The bright
-// regions of the grey picture are taken from the lowest upward: from the first one that covers more
-// than 30000 pixels on, all are outlined, small ones too. Regions end one pixel before the
-// picture's edge.
+// 255 along the outlines, three pixels wide, and 0 elsewhere, in grey's own memory. Bright regions
+// are taken from the lowest upward: from the first one of more than 30000 pixels on, all are
+// outlined, including small ones. Regions end one pixel before the picture's edge.
 WorkPlane sheetOutline(PageGrey grey);
 
 } // namespace doccam

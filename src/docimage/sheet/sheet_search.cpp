@@ -14,7 +14,7 @@
 namespace doccam {
 namespace {
 
-// The rest of a frame that is no multiple of four makes means of uneven parts.
+// For sides that are not a multiple of four, OpenCV's area means are of uneven parts.
 void reduceUnevenly(const cv::Mat& frame, cv::Mat& reduced) {
     cv::Mat colours, grey;
     cv::resize(frame, colours, reduced.size(), 0, 0, cv::INTER_AREA);
@@ -33,7 +33,7 @@ void reduceEvenly(const cv::Mat& frame, cv::Mat& reduced) {
     });
 }
 
-// Beyond its ends a row goes on as they are.
+// Replicates a row's ends.
 void extendRow(uchar* row, int width) {
     std::memset(row - kBlurReach, row[0], kBlurReach);
     std::memset(row + width, row[width - 1], kBlurReach);

@@ -1,4 +1,4 @@
-// The search of frames, one after the other, for bright outlines.
+// Searching frames for bright outlines.
 #pragma once
 
 #include "docimage/pixels/levels.h"
@@ -8,25 +8,25 @@
 
 namespace doccam {
 
-// Works on a copy of the frame, grey and a quarter as wide and high. Its memory is kept from frame
-// to frame. One thread.
+// Works on a grey copy of a quarter of the frame's width and height, reusing its memory from frame
+// to frame. Not thread-safe.
 class SheetSearch {
   public:
-    // The outlines of what is bright in the red-first frame, slow changes of the light left out of
-    // account, in pixels of the reduced copy. Valid until the next search. Throws cv::Exception for
-    // a frame narrower or lower than four pixels.
+    // The outlines of bright regions in the red-first frame, corrected for slow variations of the
+    // light, in pixels of the reduced copy. Valid until the next search. Throws cv::Exception for a
+    // frame under four pixels wide or high.
     const OuterOutlines& outlinesIn(const cv::Mat& frame);
 
-    // The steps, one by one.
-    // The reduced grey copy, rests below a multiple of four cut off.
+    // The individual steps.
+    // The reduced grey copy, its sides rounded down.
     const cv::Mat& reduce(const cv::Mat& frame);
-    // The copy freed of slow changes.
+    // The copy without slow variations of the light.
     const cv::Mat& flatField();
 
   private:
-    cv::Mat padded_;  // the reduced copy with the pixels around each row that its sums need
+    cv::Mat padded_;  // the reduced copy with the pixels that the blur reads around each row
     cv::Mat reduced_; // a view of it
-    cv::Mat sums_;    // along the rows
+    cv::Mat sums_;    // of the blur along the rows
     Levels levels_{};
     OuterOutlines outlines_;
 };

@@ -1,4 +1,4 @@
-// Loops that the compiler turns into vector instructions.
+// Loops that the compiler vectorizes.
 #include "docimage/sheet/sheet_search_kernels.h"
 
 #include "base/dispatch.h"
@@ -12,12 +12,12 @@
 namespace doccam {
 namespace {
 
-constexpr int kPixel = kReduction * kChannels; // samples in a row of the frame
+constexpr int kPixel = kReduction * kChannels; // samples per frame row of one reduced pixel
 
 constexpr int kBlock = 32; // pixels of the reduced copy
 constexpr int kBlockSamples = kBlock * kPixel;
 
-// The sums of four samples of one colour one below the other.
+// Sums of four vertically adjacent samples of one colour.
 using Columns = std::uint16_t[kBlockSamples + kPixel];
 
 [[gnu::always_inline]] inline void addRows(const SheetSearchKernels::FrameRows& rows, int begin,
@@ -28,8 +28,8 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// Each sum plus the three of the same colour that follow. Only every twelfth is of use; that the
-// loop has no gaps is worth more.
+// Each sum plus the next three of the same colour. Only every twelfth is needed, but a loop without
+// gaps vectorizes better.
 [[gnu::always_inline]] inline void addNeighbours(const Columns& sums, int samples, Columns& wide) {
     for (int i = 0; i < samples; ++i) {
         wide[i] = static_cast<std::uint16_t>(sums[i] + sums[i + kChannels] +
@@ -37,7 +37,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// A sixteenth; halves are rounded to the even number.
+// A sixteenth of sum; halves round to even.
 [[gnu::always_inline]] inline int meanOf(int sum) {
     return (sum + 7 + ((sum >> 4) & 1)) >> 4;
 }
@@ -48,7 +48,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     addRows(rows, first * kPixel, count * kPixel, sums);
     std::memset(sums + std::ptrdiff_t{kPixel} * count, 0, kPixel * sizeof sums[0]);
     addNeighbours(sums, count * kPixel, wide);
-    // Four at a time, since the compiler takes places that lie so far apart one by one.
+    // Four at a time, since the compiler does not vectorize such strided access.
     constexpr int kTaken = 4;
     std::uint16_t pixels[kBlock * kTaken];
     for (int i = 0; i < count; ++i) {
@@ -61,7 +61,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// The last block begins before the previous one ends, rather than being shorter.
+// The last block overlaps the previous one instead of being shorter.
 [[gnu::always_inline]] inline void reduceRows(const SheetSearchKernels::FrameRows& rows, int count,
                                               unsigned char* grey) {
     if (count < kBlock) {
@@ -77,11 +77,11 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// From the farthest pixels inwards, in parts of 256, both ways: OpenCV's bell curve with
-// an aperture of 21, whose outermost pixels weigh nothing.
+// From the farthest pixels inwards, in 256ths, symmetric: OpenCV's Gaussian with an aperture of 21,
+// whose outermost weights are zero.
 constexpr int kWeights[kBlurReach] = {2, 2, 4, 6, 11, 15, 20, 25, 28};
 constexpr int kMiddleWeight = 30;
-constexpr int kWeightsShift = 16; // of both ways together
+constexpr int kWeightsShift = 16; // for both directions together
 
 [[gnu::always_inline]] inline void blurRow(const unsigned char* grey, int count,
                                            std::uint16_t* sums) {
@@ -95,8 +95,8 @@ constexpr int kWeightsShift = 16; // of both ways together
     }
 }
 
-// The first done pixels have been lifted already. All rows are added up for a pixel before the
-// next: row after row, the compiler would take pixels one by one.
+// The first done pixels are already flat-fielded. Sums all rows for a pixel before the next, as the
+// compiler would not vectorize the sum row by row.
 [[gnu::always_inline]] inline void flatFieldBlock(const SheetSearchKernels::SumRows& rows,
                                                   int first, int count, int done,
                                                   unsigned char* grey) {

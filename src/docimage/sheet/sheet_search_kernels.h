@@ -1,5 +1,4 @@
-// The work on single rows of a frame and of its reduced copy that takes most of an outline search's
-// time, once for each instruction set.
+// The row kernels that take most of the time of an outline search, for each instruction set.
 #pragma once
 
 #include "base/dispatch.h"
@@ -10,10 +9,10 @@
 
 namespace doccam {
 
-// Frame pixels per pixel of the reduced copy, each way.
+// Frame pixels per pixel of the reduced copy, in each direction.
 inline constexpr int kReduction = 4;
 
-// How far the slow changes look, each way, in pixels of the reduced copy.
+// The blur's reach in each direction, in pixels of the reduced copy.
 inline constexpr int kBlurReach = 9;
 
 struct SheetSearchKernels {
@@ -22,18 +21,17 @@ struct SheetSearchKernels {
 
     InstructionSet instructionSet;
 
-    // The grey of the means of four by four red-first pixels; count of them.
+    // The grey levels of count means of four by four red-first pixels.
     void (*reduceToGrey)(const FrameRows& rows, int count, unsigned char* grey);
 
-    // Weighted sums along a row, whose kBlurReach pixels before the first and after the last one
-    // are read, too.
+    // Weighted sums along a row; also reads kBlurReach pixels before the first and after the last.
     void (*blurAlong)(const unsigned char* grey, int count, std::uint16_t* sums);
 
-    // Frees grey of most of the slow changes, which are the weighted sums of such sums.
+    // Flat-fields grey by the blurred row, which is the weighted sum of the rows' sums.
     void (*flatField)(const SumRows& rows, int count, unsigned char* grey);
 };
 
-// Those that this machine can run, the narrowest vectors first. Their results are the same.
+// The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<SheetSearchKernels> allSheetSearchKernels();
 
 // The one with the widest vectors.

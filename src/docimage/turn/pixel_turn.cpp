@@ -14,24 +14,24 @@
 namespace doccam {
 namespace {
 
-// The picture is turned in blocks: what a block reads and writes stays in the cache while each line
-// of it is used several times.
+// The picture is turned in blocks, whose source and target stay in the cache while each line is
+// used several times.
 constexpr int kBlockRows = 512;
 constexpr int kBlockColumns = 128;
 constexpr int kCacheLine = 64;
 
-// A column of tiles is turned while the memory for the next ones is fetched: the prefetcher cannot
+// Prefetches the next tiles while a column of tiles is turned: the hardware prefetcher cannot
 // predict this stride.
 constexpr int kRowsPerFetch = kBlockRows * kTile / kBlockColumns;
 
-// Copies count pixels that lie step bytes apart to places side by side.
+// Copies count pixels that are step bytes apart to adjacent ones.
 void gather(Rows source, unsigned char* target, int count) {
     for (; count > 0; --count, source.first += source.step, target += kPixelBytes) {
         std::memcpy(target, source.first, kPixelBytes);
     }
 }
 
-// A row of the turned picture is a column of the source, upwards or downwards.
+// A row of the turned picture is a column of the source, read upwards or downwards.
 class BlockTurner {
   public:
     BlockTurner(const cv::Mat& source, Quarter quarter, cv::Mat& turned)
@@ -53,7 +53,7 @@ class BlockTurner {
     }
 
   private:
-    // Rows are counted here in the order in which they are turned.
+    // Rows are counted in the order in which they are turned.
     Rows sourceFrom(int column, int row) const {
         const auto step = static_cast<std::ptrdiff_t>(source_.step);
         return clockwise_ ? Rows{source_.ptr(source_.rows - 1 - row, column), -step}
@@ -66,7 +66,7 @@ class BlockTurner {
                           : WritableRows{turned_.ptr(source_.cols - 1 - column, row), -step};
     }
 
-    // To be read: some rows of the block that follows.
+    // Prefetches some rows of the next block for reading.
     void fetchRows(int column, int row) const {
         for (const int end = std::min(row + kRowsPerFetch, source_.rows); row < end; ++row) {
             const unsigned char* const pixels = sourceFrom(column, row).first;
@@ -76,7 +76,7 @@ class BlockTurner {
         }
     }
 
-    // To be written: what a column of tiles becomes.
+    // Prefetches a column of tiles' target for writing.
     void fetchTarget(cv::Range columns, int row, int count) const {
         for (int column = columns.start; column < columns.end; ++column) {
             const unsigned char* const pixels = targetFrom(column, row).first;
@@ -108,7 +108,7 @@ class BlockTurner {
     }
 
     bool clockwise_;
-    int columnsInTiles_; // on their right there are pixels enough for what tiles read too much
+    int columnsInTiles_; // with enough pixels to their right for the tiles' wide reads
     const cv::Mat& source_;
     cv::Mat& turned_;
 };

@@ -1,4 +1,4 @@
-// Turning pictures of three-byte pixels, each in one pass over the memory.
+// Turning pictures of three-byte pixels in one pass over the memory.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -7,14 +7,14 @@ namespace doccam {
 
 enum class Quarter { kClockwise, kCounterClockwise };
 
-// Whether the functions below take image: two dimensions, pixels of three bytes, at least one.
+// Whether the functions below accept image: two-dimensional, three-byte pixels, not empty.
 bool canTurn(const cv::Mat& image);
 
-// Writes source, turned, to turned, which is as high as source is wide and the other way round, and
-// shares no memory with it.
+// Writes source turned by a quarter to turned, which must have source's sides swapped and share no
+// memory with it.
 void turnQuarter(const cv::Mat& source, Quarter quarter, cv::Mat& turned);
 
-// Turns the image by half where it is.
+// Turns the image by half a turn in place.
 void turnHalf(cv::Mat& image);
 
 } // namespace doccam

@@ -18,7 +18,7 @@ bool shareMemory(const cv::Mat& left, const cv::Mat& right) {
     return before(left.datastart, right.dataend) && before(right.datastart, left.dataend);
 }
 
-// For images of other kinds than frames.
+// For images of other types than frames.
 void transposeAndMirror(const cv::Mat& source, Quarter quarter, cv::Mat& turned) {
     cv::transpose(source, turned);
     mirror(turned, quarter == Quarter::kClockwise ? Mirror::kLeftRight : Mirror::kUpsideDown);

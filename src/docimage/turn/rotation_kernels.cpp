@@ -1,4 +1,4 @@
-// Loops that the compiler turns into vector instructions, but for the fetching of pixels.
+// Loops that the compiler vectorizes, except for the gathering of pixels.
 #include "docimage/turn/rotation_kernels.h"
 
 #include "base/dispatch.h"
@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kBlock = 64;
 
-// The pixels around the places of a block, each with its samples in the lower three bytes.
+// The four pixels around each position of a block, with their samples in the lower three bytes.
 struct Neighbours {
     std::uint32_t upperLeft[kBlock], upperRight[kBlock], lowerLeft[kBlock], lowerRight[kBlock];
 };
@@ -58,7 +58,7 @@ struct Places {
 using Samples = unsigned char[kBlock];
 using Lanes = std::int16_t[kBlock];
 
-// How far the places of a block are from the pixels on their upper left.
+// The distances of a block's positions from the pixels to their upper left.
 struct Fractions {
     Lanes right, below;
 };

@@ -14,7 +14,7 @@ namespace doccam {
 namespace {
 
 constexpr int kMostSide = 16384;
-constexpr std::size_t kMostBytes = std::numeric_limits<int>::max();
+constexpr std::size_t kMaxBytes = std::numeric_limits<int>::max();
 
 constexpr double kPlaceUnits = 1 << kPlaceShift;
 constexpr int kHalfFraction = 1 << (kPlaceShift - kFractionShift - 1);
@@ -23,7 +23,7 @@ int inPlaceUnits(double pixels) {
     return cv::saturate_cast<int>(pixels * kPlaceUnits);
 }
 
-// The same steps in the same order as in OpenCV, which rounding makes visible.
+// OpenCV's operations in OpenCV's order, since rounding would show any other.
 cv::Matx23d inverseOf(const cv::Mat& map) {
     const cv::Matx23d m = map;
     const double determinant = m(0, 0) * m(1, 1) - m(0, 1) * m(1, 0);
@@ -37,7 +37,7 @@ cv::Matx23d inverseOf(const cv::Mat& map) {
 
 } // namespace
 
-// In the source.
+// A position in the source.
 struct TurnedPicture::Place {
     int x() const { return across >> kPlaceShift; }
 
@@ -50,7 +50,7 @@ bool TurnedPicture::canRender(const TurnedRegion& region) {
     const cv::Mat& pixels = region.pixels;
     return pixels.dims == 2 && pixels.type() == CV_8UC3 && !pixels.empty() &&
            region.size.width <= kMostSide && region.size.height <= kMostSide &&
-           pixels.step[0] * static_cast<std::size_t>(pixels.rows) <= kMostBytes;
+           pixels.step[0] * static_cast<std::size_t>(pixels.rows) <= kMaxBytes;
 }
 
 TurnedPicture::TurnedPicture(const TurnedRegion& region, float degrees)
@@ -80,13 +80,13 @@ TurnedPicture::Place TurnedPicture::placeOf(int x, int y) const {
             inPlaceUnits(map_(1, 1) * y + map_(1, 2)) + start_.y + down_[column]};
 }
 
-// Whether enough pixels to read lie around a place.
+// Whether all pixels that the kernels read around a place exist.
 bool TurnedPicture::hasFullNeighbourhood(Place place) const {
     return place.x() >= 0 && place.x() + 2 < source_.cols && place.y() >= 0 &&
            place.y() + 1 < source_.rows;
 }
 
-// A row meets the source at most once.
+// A row crosses the source at most once.
 cv::Range TurnedPicture::columnsWithNeighbourhood(const cv::Rect& part, int y) const {
     cv::Range columns(part.x, part.x + part.width);
     while (!columns.empty() && !hasFullNeighbourhood(placeOf(columns.start, y))) {
@@ -124,7 +124,7 @@ void TurnedPicture::renderRow(const cv::Rect& part, int y, SampleOrder order, uc
     }
 }
 
-// Around the source everything is black.
+// Outside the source everything is black.
 void TurnedPicture::renderPixel(Place place, SampleOrder order, uchar* pixel) const {
     static constexpr std::array<uchar, kChannels> kBlack{};
     const auto at = [&](int x, int y) {

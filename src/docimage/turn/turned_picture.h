@@ -1,4 +1,4 @@
-// A picture turned by any angle, of which parts can be rendered.
+// Rendering parts of a picture turned by any angle.
 #pragma once
 
 #include "docimage/turn/rotation_kernels.h"
@@ -9,30 +9,30 @@
 
 namespace doccam {
 
-// What is turned: a rectangle of size, of which pixels shows a part and the rest is black.
+// The region to turn: a black rectangle of size with pixels at place.
 struct TurnedRegion {
     cv::Mat pixels;
     cv::Point place; // of the pixels in the region
     cv::Size size;
 };
 
-// The region turned about its centre on a canvas that holds it whole, with black around it: the
-// same pixels as OpenCV's bilinear ones.
+// The region turned about its centre on a black canvas that holds all of it. The pixels equal those
+// of OpenCV's bilinear warp.
 class TurnedPicture {
   public:
-    // Whether a region with such pixels can be rendered: 8-bit with three channels, not empty, and
-    // with sides of at most 16384 pixels.
+    // Whether region can be rendered: its pixels must be 8-bit with three channels, not empty, and
+    // at most 16384 pixels wide and high.
     static bool canRender(const TurnedRegion& region);
 
-    // Clockwise. region can be rendered; its pixels are shared. Throws cv::Exception for an angle
-    // that is no number.
+    // Turns clockwise. region must be renderable; its pixels are shared. Throws cv::Exception for
+    // an angle that is not finite.
     TurnedPicture(const TurnedRegion& region, float degrees);
 
-    // Of the canvas.
+    // The canvas's size.
     cv::Size size() const { return canvas_; }
 
-    // Renders what lies in part of the canvas, and within it, into target, which has part's size
-    // and the pixels' type.
+    // Renders part, which must lie within the canvas, into target, which must have part's size and
+    // the pixels' type.
     void render(const cv::Rect& part, cv::Mat& target, SampleOrder order) const;
 
   private:
@@ -47,8 +47,8 @@ class TurnedPicture {
     cv::Mat source_;
     cv::Size canvas_;
     cv::Matx23d map_;                // from the canvas to the source
-    cv::Point start_;                // the source's beginning in the region, and rounding
-    std::vector<int> across_, down_; // by column of the canvas, from the row's first place
+    cv::Point start_;                // the source's origin in the region, plus rounding
+    std::vector<int> across_, down_; // offsets from the row's first position, by canvas column
 };
 
 } // namespace doccam

@@ -11,7 +11,7 @@
 namespace doccam {
 namespace {
 
-// A file that cannot be written stays as it is, and nobody is told.
+// A file that cannot be written is silently left unchanged.
 void rewrite(const char* path, int reading, void (*clean)(cv::Mat)) {
     const std::string file = path != nullptr ? path : "";
     const cv::Mat picture = readPictureFile(file, reading);

@@ -3,12 +3,12 @@
 
 namespace doccam {
 
-// Everything that is not nearly black counts as sheet. A file that cannot be written stays as it
-// is. Throws cv::Exception for one that cannot be read.
+// Everything that is not nearly black counts as sheet. A file that cannot be written is left
+// unchanged. Throws cv::Exception for one that cannot be read.
 void whitenMarginsOfFile(const char* path);
 
-// The same, but the sheet is what the picture's own brightness separates from the rest; the turn
-// that a JPEG's EXIF data asks for is left out.
+// The same, but sheet and margins are separated by the picture's own brightness, and a JPEG's EXIF
+// orientation is ignored.
 void whitenMarginsOfFileByBrightness(const char* path);
 
 } // namespace doccam

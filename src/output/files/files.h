@@ -1,4 +1,4 @@
-// Questions about files, and deleting them.
+// Querying and deleting files.
 #pragma once
 
 #include <string>
@@ -6,13 +6,13 @@
 
 namespace doccam {
 
-// True when something exists at path, be it readable or not.
+// Whether something exists at path, readable or not.
 bool fileExists(const char* path);
 
-// The last count bytes of the file at path, fewer if it is shorter, none if it cannot be read.
+// The last count bytes of the file at path; fewer if it is shorter, none if it cannot be read.
 std::string lastBytes(const std::string& path, std::size_t count);
 
-// The home directory of the process's real user, else the one the environment names, else /tmp.
+// The home directory of the process's real user, else $HOME, else /tmp.
 std::string homeFolder();
 
 // Deletes those of the files that exist, in order.

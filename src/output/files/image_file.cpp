@@ -26,7 +26,7 @@ std::vector<int> parametersOf(std::optional<int> jpegQuality) {
                        : std::vector<int>{};
 }
 
-// Encoded in memory, because not every encoder of OpenCV notices a full disk.
+// Encoded in memory, because not all of OpenCV's encoders notice a full disk.
 std::optional<Bytes> encode(const std::string& path, const cv::Mat& picture,
                             std::optional<int> jpegQuality) {
     if (jpegQuality && path.ends_with(".jpg")) {

@@ -1,4 +1,4 @@
-// Writing a picture as a file whose type follows from its name.
+// Writing a picture as a file of the type of its extension.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -8,10 +8,10 @@
 
 namespace doccam {
 
-// Writes picture at path, complete or not at all, by the encoder that path's extension names, a
-// JPEG with the given quality. False when the file could not be encoded or written. Throws
-// cv::Exception, and writes nothing, for an extension without encoder (an empty path too) and for a
-// picture that is empty or has neither 1, 3 nor 4 channels.
+// Writes picture at path, completely or not at all, with the encoder for path's extension, a JPEG
+// with the given quality. Returns false if the file could not be encoded or written. Throws
+// cv::Exception, writing nothing, for an extension without an encoder (including an empty path) and
+// for a picture that is empty or has neither 1, 3 nor 4 channels.
 bool writeImage(const std::string& path, const cv::Mat& picture,
                 std::optional<int> jpegQuality = std::nullopt);
 

@@ -25,7 +25,7 @@ class JpegWriter {
     JpegWriter(const JpegWriter&) = delete;
     JpegWriter& operator=(const JpegWriter&) = delete;
 
-    // Once. False when the codec refuses the picture.
+    // Call once. False if libjpeg refuses the picture.
     bool write(const cv::Mat& picture, int quality);
 
     Bytes takeFile() { return std::move(file_); }
@@ -55,7 +55,7 @@ class JpegWriter {
     bool tryToGrow(std::size_t size);
 
     Bytes file_;
-    std::size_t written_ = 0; // into the earlier, full part
+    std::size_t written_ = 0; // bytes in the earlier, full part
     jpeg_error_mgr errors_{};
     jpeg_destination_mgr target_{};
     jpeg_compress_struct jpeg_{};
@@ -80,7 +80,7 @@ bool JpegWriter::tryToGrow(std::size_t size) {
     return true;
 }
 
-// No exception passes through the codec.
+// Exceptions must not pass through libjpeg.
 void JpegWriter::growTo(std::size_t size) {
     if (!tryToGrow(size)) {
         ERREXIT1(&jpeg_, JERR_OUT_OF_MEMORY, 0);
@@ -89,7 +89,7 @@ void JpegWriter::growTo(std::size_t size) {
     target_.free_in_buffer = size - written_;
 }
 
-// Holds no object with a destructor: an error jumps over them.
+// Holds no object with a destructor, since an error would jump over it.
 bool JpegWriter::write(const cv::Mat& picture, int quality) {
     if (setjmp(failed_) != 0) {
         return false;

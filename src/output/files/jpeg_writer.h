@@ -1,5 +1,5 @@
-// Makes JPEG files of pictures as OpenCV does, but hands the codec the rows as they are,
-// where OpenCV turns each of them red first.
+// Encoding JPEG files like OpenCV, but passing rows to libjpeg as they are, where OpenCV first
+// converts each to red first.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -9,8 +9,8 @@
 
 namespace doccam {
 
-// The file's bytes: those of OpenCV. quality is held to 0 to 100. Nothing for what is
-// not 8-bit with one channel or three, blue first, and for a picture too large to be a JPEG.
+// The file's bytes, equal to OpenCV's. quality is clamped to 0 to 100. picture must be 8-bit with
+// one channel or three, blue first; none for others, and for a picture too large for a JPEG.
 std::optional<std::vector<unsigned char>> jpegOf(const cv::Mat& picture, int quality);
 
 } // namespace doccam

@@ -23,7 +23,7 @@ using Pictures = std::array<cv::Mat, 4>;
 constexpr std::size_t kFewestFiles = 2;
 constexpr std::size_t kMostComposed = 3;
 
-// Empty when the file is no picture that can be read.
+// Empty if the file cannot be read as a picture.
 cv::Mat readQuietly(const std::string& path) {
     if (!fileExists(path.c_str())) {
         return {};
@@ -43,7 +43,7 @@ Pictures readFirst(const Queue& files) {
     return pictures;
 }
 
-// The composition hook for two or three pictures. EMPTY ON PURPOSE: no layout is defined, so the
+// The composition hook for two or three pictures. Deliberately empty: no layout is defined, so the
 // merged picture stays empty and nothing is written.
 void compose(const Pictures& /*pictures*/, std::size_t /*count*/, cv::Mat& /*merged*/) {}
 

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr int kMaximumNames = 100;
 
-// Links of the process file system lead elsewhere than their text says.
+// Links in /proc do not lead where their text says.
 bool isSameFile(const struct stat& left, const std::string& right) {
     const auto status = statusOf(right);
     return status && status->st_dev == left.st_dev && status->st_ino == left.st_ino;
@@ -34,8 +34,8 @@ std::string temporaryName(const std::string& target) {
     return (fs::path(target).parent_path() / name).string();
 }
 
-// Others can tell by the lock that the file's owner lives. Not every file system has locks. False
-// when somebody has taken the file for abandoned before it was locked.
+// The lock shows others that the file's owner is alive. Not every file system has locks. False if
+// another process took the file for abandoned before it was locked.
 bool lockOrLose(int file) {
     struct stat status {};
 
@@ -55,13 +55,13 @@ StagedFile::StagedFile(const std::string& target)
     const auto existing = statusOf(target);
     existed_ = existing || errno == EACCES || errno == ELOOP;
     if (!existing && existed_) {
-        // What may not be looked at, as another user's link in a shared folder, or leads nowhere,
-        // as links in a circle, is not to be replaced either.
+        // Do not replace what may not be inspected, like another user's link in a shared folder, or
+        // cannot be resolved, like circular links.
         return;
     }
     const std::string end = endOfLinks(target);
     if (existing) {
-        // A file its owner has write-protected is not to be replaced either.
+        // Nor a file that its owner has write-protected.
         if (!S_ISREG(existing->st_mode) || !isSameFile(*existing, end) ||
             faccessat(AT_FDCWD, end.c_str(), W_OK, AT_EACCESS) != 0) {
             return;
@@ -96,7 +96,7 @@ void StagedFile::stage() {
             return;
         }
         if (errno != EEXIST) {
-            // Opening the target itself would cut it short only to fail as well.
+            // Opening the target itself would truncate it only to fail as well.
             path_ = name;
             staged_ = true;
             return;

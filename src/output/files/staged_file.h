@@ -1,4 +1,4 @@
-// A file that appears under its name complete or not at all.
+// A file that appears under its name completely or not at all.
 #pragma once
 
 #include "base/handles/standard_file.h"
@@ -7,12 +7,13 @@
 
 namespace doccam {
 
-// Offers a temporary file beside the target, which commit() puts in the target's place. Without a
-// commit the target stays as it was and nothing is left beside it. A symbolic link is followed and
-// kept; the target's permissions are kept, a new file gets the ordinary ones.
+// Provides a temporary file beside the target, with which commit() replaces the target. Without a
+// commit the target is unchanged and nothing is left beside it. A symbolic link is followed and
+// kept; the target's permissions are kept, a new file gets the default ones.
 //
-// A target that is no regular file, or that may be written while its folder takes no new file, is
-// offered itself: then a failed writer may leave it shortened, but never a new file half written.
+// If the target is not a regular file, or is writable in a folder that takes no new file, the
+// target itself is provided: a failed writer may then leave it truncated, but never a new file half
+// written.
 class StagedFile {
   public:
     explicit StagedFile(const std::string& target);
@@ -20,14 +21,13 @@ class StagedFile {
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
-    // The file to write, by overwriting it. It cannot be opened for writing when the target cannot
-    // be written.
+    // The file to overwrite. It cannot be opened for writing if the target is not writable.
     const std::string& path() const { return path_; }
 
-    // True when path() is a regular file, whose content can be read back.
+    // Whether path() is a regular file, whose content can be read back.
     bool isRegular() const;
 
-    // Puts the written file in the target's place. False when that failed.
+    // Replaces the target with the written file. False on failure.
     bool commit();
 
   private:
@@ -35,10 +35,10 @@ class StagedFile {
 
     std::string target_;
     std::string path_;
-    StandardFile locked_;    // the temporary file, open for as long as it is ours
+    StandardFile locked_;    // the temporary file, open while it is ours
     bool staged_ = false;    // path_ is a temporary file of ours
-    bool existed_ = false;   // the target was there at the start
-    bool committed_ = false; // path_ is none of our business any more
+    bool existed_ = false;   // the target existed at the start
+    bool committed_ = false; // path_ is no longer ours
 };
 
 } // namespace doccam

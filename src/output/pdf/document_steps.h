@@ -1,4 +1,4 @@
-// The one PDF document that a host makes step by step, and the queues of files for others.
+// The PDF document that a host makes step by step, and the file queues for others.
 //
 // One thread at a time.
 #pragma once
@@ -12,24 +12,24 @@
 
 namespace doccam {
 
-// Begins the document for the file at path and drops one that was begun; nothing for null.
+// Starts the document for the file at path, dropping an unfinished one; does nothing for null.
 void startDocument(record::Documents& documents, const char* path);
 
-// Adds a page; nothing without a document.
+// Adds a page; does nothing without a document.
 void addPageToDocument(record::Documents& documents, const char* picture);
 
-// Saves the document, unless an error has spoilt it, and ends it.
+// Saves the document, unless it has failed, and ends it.
 void endDocument(record::Documents& documents);
 
-// Prints an error of libharu's and spoils the document.
+// Prints a libharu error and makes the document fail.
 void failDocument(record::Documents& documents, HPDF_STATUS number, HPDF_STATUS detail);
 
-// Appends path to queue if there is a file. 0, or -1 when there is none.
+// Appends path to queue if the file exists. Returns 0, or -1 if it does not.
 int enqueueFile(std::vector<std::string>& queue, const char* path);
 
-// Makes a document at path of the queued files that still exist and empties the queue; with
-// deleteSources they are deleted then. 0; -1 for an empty queue; -2, and nothing is deleted, after
-// an error or when no file is at path.
+// Makes a document at path from the queued files that still exist and empties the queue; with
+// deleteSources the files are then deleted. Returns 0; -1 for an empty queue; -2, deleting nothing,
+// after an error or if no file is at path.
 int combineQueued(record::Documents& documents, const char* path, bool deleteSources);
 
 } // namespace doccam

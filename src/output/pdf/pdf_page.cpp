@@ -16,7 +16,7 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 // libharu counts bytes in 32 bits.
-constexpr std::size_t kMostBytes = std::size_t{1} << 30;
+constexpr std::size_t kMaxBytes = std::size_t{1} << 30;
 constexpr unsigned kBitsPerSample = 8;
 
 std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
@@ -31,11 +31,11 @@ std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
          (count = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
         bytes.insert(bytes.end(), chunk.begin(),
                      chunk.begin() + static_cast<std::ptrdiff_t>(count));
-        if (bytes.size() > kMostBytes) {
+        if (bytes.size() > kMaxBytes) {
             break;
         }
     }
-    if (std::ferror(file.get()) != 0 || bytes.size() > kMostBytes) {
+    if (std::ferror(file.get()) != 0 || bytes.size() > kMaxBytes) {
         const bool failed = std::ferror(file.get()) != 0;
         error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(failed ? errno : 0)};
         return std::nullopt;
@@ -68,7 +68,7 @@ HPDF_Image load(HPDF_Doc document, const PngReader& png, const Bytes& file) {
                          : loadPixels(document, png);
 }
 
-// A page of the picture's size. Null when libharu refuses it, as it does below 3 and above 14400.
+// A page of the picture's size. Null if libharu refuses it, as below 3 and above 14400.
 HPDF_Page addPageOf(HPDF_Doc document, HPDF_REAL width, HPDF_REAL height) {
     HPDF_Page page = HPDF_AddPage(document);
     const bool taken = page != nullptr && HPDF_Page_SetWidth(page, width) == HPDF_OK &&
@@ -76,7 +76,7 @@ HPDF_Page addPageOf(HPDF_Doc document, HPDF_REAL width, HPDF_REAL height) {
     return taken ? page : nullptr;
 }
 
-// The page's size is set before the pixels are read, so that a huge one takes no memory.
+// The page's size is set before the pixels are read, so that a huge picture allocates nothing.
 PdfError addPng(HPDF_Doc document, const Bytes& file) {
     constexpr PdfError kDamaged{HPDF_INVALID_PNG_IMAGE, 0};
     PngReader png(file);
@@ -96,8 +96,8 @@ PdfError addPng(HPDF_Doc document, const Bytes& file) {
     return {};
 }
 
-// libharu copies a JPEG as it is and reads its header only; viewers show what there is of a picture
-// that ends early.
+// libharu copies a JPEG unchanged and reads only its header; viewers show truncated pictures as far
+// as they go.
 PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
     constexpr PdfError kDamaged{HPDF_INVALID_JPEG_DATA, 0};
     HPDF_Image image = HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));

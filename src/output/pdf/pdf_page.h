@@ -1,4 +1,4 @@
-// Putting a picture file on a page of a PDF document.
+// Adding a picture file to a PDF document as a page.
 #pragma once
 
 #include <hpdf.h>
@@ -12,11 +12,11 @@ struct PdfError {
     HPDF_STATUS detail = 0;
 };
 
-// Adds one page to document that shows the file at path, one pixel to one point. The last three
-// characters of path, "jpg" or "png", name its type; for any other nothing is added. A PNG is read
-// to its end first, as libpng would end the process over a damaged one; a JPEG only has to have a
-// header. Returns what is wrong with the file, or with the page when document itself has not
-// reported that; after an error document may hold a page that is not complete.
+// Adds one page to document that shows the file at path, one point per pixel. The last three
+// characters of path, "jpg" or "png", give its type; for any other nothing is added. A PNG is first
+// read to its end, as libpng would abort the process on a damaged one; of a JPEG only the header is
+// checked. Returns the error of the file, or of the page unless document itself has reported it;
+// after an error document may hold an incomplete page.
 PdfError addPicturePage(HPDF_Doc document, const std::string& path);
 
 } // namespace doccam

@@ -15,7 +15,7 @@
 namespace doccam {
 namespace {
 
-// libharu does not look whether its last bytes reached the disk.
+// libharu does not check whether its last bytes reached the disk.
 bool endsAsPdf(const std::string& path) {
     constexpr std::string_view kEnd = "%%EOF";
     const std::string tail = lastBytes(path, kEnd.size() + 2);
@@ -38,7 +38,7 @@ void PdfWriter::addPage(const std::string& picture) {
     }
     spoiltByExceptions([&] {
         const PdfError error = addPicturePage(document_.get(), picture);
-        // What libharu has not reported itself.
+        // Not reported by libharu itself.
         if (error.number != HPDF_OK && !failed_) {
             fail(error.number, error.detail);
         }
@@ -71,7 +71,7 @@ void PdfWriter::onError(HPDF_STATUS number, HPDF_STATUS detail, void* writer) {
     static_cast<PdfWriter*>(writer)->fail(number, detail);
 }
 
-// The first reason counts; what follows comes of it.
+// Only the first reason counts; later errors result from it.
 void PdfWriter::spoil(const char* reason) {
     if (!std::exchange(failed_, true)) {
         reason_ = reason;

@@ -1,4 +1,4 @@
-// A PDF document in the making, and the file that it becomes.
+// Writing a PDF document to a file.
 #pragma once
 
 #include "base/handles/pdf_document.h"
@@ -8,11 +8,11 @@
 
 namespace doccam {
 
-// The first error spoils the document: it takes no further page and is not saved. Each error is
-// printed when it happens. One thread at a time.
+// After the first error the document accepts no further page and is not saved. Errors are printed
+// when they happen. One thread at a time.
 class PdfWriter {
   public:
-    // Begins a document for the file at path.
+    // Starts a document for the file at path.
     explicit PdfWriter(std::string path);
 
     // libharu reports errors to the object's address.
@@ -21,17 +21,17 @@ class PdfWriter {
 
     const std::string& path() const { return path_; }
 
-    // The handle, null when there was no memory for a document.
+    // The handle; null if there was no memory for a document.
     HPDF_Doc document() const { return document_.get(); }
 
-    // Adds a page that shows the file, as addPicturePage() does. Throws std::bad_alloc, after which
-    // the document is spoilt, too.
+    // Adds a page that shows the file, like addPicturePage(). Throws std::bad_alloc, after which
+    // the document has also failed.
     void addPage(const std::string& picture);
 
-    // Saves the document, complete or not at all. Throws as addPage().
+    // Saves the document, completely or not at all. Throws like addPage().
     void save();
 
-    // Prints an error and spoils the document.
+    // Prints an error and makes the document fail.
     void fail(HPDF_STATUS number, HPDF_STATUS detail);
 
     bool failed() const { return failed_; }
@@ -54,8 +54,8 @@ class PdfWriter {
 // Prints the line of a libharu error.
 void printPdfError(HPDF_STATUS number, HPDF_STATUS detail);
 
-// Adds the pictures as pages, saves the document and reports a failure to the host. True when the
-// document was saved.
+// Adds the pictures as pages, saves the document and reports a failure to the host. Returns whether
+// it was saved.
 bool finishDocument(PdfWriter& writer, std::span<const std::string> pictures);
 
 // Reports the failure of a document, if it has failed.

@@ -7,8 +7,8 @@
 namespace doccam {
 namespace {
 
-// libharu mangles 16-bit samples, fails on interlaced pictures or frees memory twice over
-// them, and reads beyond the rows of a transparent palette picture with packed samples.
+// libharu mangles 16-bit samples, fails or double-frees on interlaced pictures, and reads past the
+// rows of a transparent palette picture with packed samples.
 bool isSimple(png_const_structp png, png_const_infop info) {
     const int depth = png_get_bit_depth(png, info);
     const bool transparent = png_get_valid(png, info, PNG_INFO_tRNS) != 0;
@@ -16,8 +16,8 @@ bool isSimple(png_const_structp png, png_const_infop info) {
            (transparent ? depth == 8 : depth <= 8);
 }
 
-// The bytes of the chunk whose header png has just read, as far as it takes memory for all of them
-// at once; it takes the pixels piece by piece.
+// The bytes that libpng allocates for the chunk whose header it has just read: the whole chunk,
+// except for pixels, which it reads piece by piece.
 std::size_t bytesOfChunk(png_const_structp png, png_const_bytep header) {
     constexpr std::string_view kPixels = "IDAT";
     if ((png_get_io_state(png) & PNG_IO_MASK_LOC) != PNG_IO_CHUNK_HDR ||
@@ -29,7 +29,8 @@ std::size_t bytesOfChunk(png_const_structp png, png_const_bytep header) {
 
 } // namespace
 
-// The functions that arm png_jmpbuf hold no object with a destructor: an error jumps over them.
+// Functions that arm png_jmpbuf hold no object with a destructor, since an error would jump over
+// it.
 
 PngReader::PngReader(std::span<const unsigned char> file)
   : rest_(file)
@@ -120,7 +121,7 @@ void PngReader::splitAlpha(unsigned samples) {
     for (std::size_t i = 0; i < count; ++i) {
         std::copy_n(pixels_.begin() + static_cast<std::ptrdiff_t>(i * samples), channels_,
                     pixels_.begin() + static_cast<std::ptrdiff_t>(i * channels_));
-        // After the copy, which never reaches this pixel's opacity or beyond.
+        // After the copy, which never writes this pixel's alpha or beyond.
         alpha_[i] = pixels_[i * samples + channels_];
     }
     pixels_.resize(count * channels_);

@@ -1,4 +1,4 @@
-// Reads a PNG to the last byte, so that a damaged one is noticed.
+// Reading a PNG to the last byte, so that damage is noticed.
 #pragma once
 
 #include <png.h>
@@ -16,27 +16,28 @@ class PngReader {
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 
-    // Reads up to the pixels. False when the file is no sound PNG.
+    // Reads up to the pixels. False if the file is not a valid PNG.
     bool readHeader();
 
     unsigned width() const { return width_; }
 
     unsigned height() const { return height_; }
 
-    // Reads the pixels and the end; after readHeader. False when something is missing or damaged.
+    // Reads the pixels and the end. Call after readHeader(). False if anything is missing or
+    // damaged.
     bool readPixels();
 
-    // True when libharu's own PNG reader, which also takes every warning for an error, can
-    // be given the file. After readPixels.
+    // Whether libharu's own PNG reader, which also treats warnings as errors, can read the file.
+    // Call after readPixels().
     bool isPlain() const { return plain_; }
 
-    // Samples a pixel of pixels(): 1 grey, 3 red-green-blue.
+    // Samples per pixel of pixels(): 1 grey, 3 red, green and blue.
     unsigned channels() const { return channels_; }
 
-    // The picture with 8 bits a sample, rows back to back.
+    // The picture with 8 bits per sample, rows back to back.
     const std::vector<unsigned char>& pixels() const { return pixels_; }
 
-    // The opacity of each pixel; empty for an opaque picture.
+    // The alpha of each pixel; empty for an opaque picture.
     const std::vector<unsigned char>& alpha() const { return alpha_; }
 
   private:

@@ -14,7 +14,7 @@
 namespace doccam {
 namespace {
 
-// Moves the kept corners into the frame and returns the borders that they need around it.
+// Moves the kept corners into the frame and returns the borders that the frame needs for them.
 FittedCorners fitKeptCorners(cv::Size frame, record::Sheet& kept) {
     const FittedCorners fitted = fitIntoFrame(cornersFrom(kept.CutPoint.data()), frame);
     storeCorners(fitted.corners, kept.CutPoint.data());
@@ -22,7 +22,7 @@ FittedCorners fitKeptCorners(cv::Size frame, record::Sheet& kept) {
     return fitted;
 }
 
-// The sheet's box in a frame that has its borders; its size is kept.
+// The sheet's box in the bordered frame; keeps its size.
 cv::Rect boxAroundSheet(cv::Size bordered, record::Sheet& kept) {
     const cv::Rect box =
         enlargedBox({kept.CutImgStartX, kept.CutImgStartY, kept.CutImgW, kept.CutImgH}, bordered);
@@ -32,7 +32,7 @@ cv::Rect boxAroundSheet(cv::Size bordered, record::Sheet& kept) {
     return box;
 }
 
-// The page's place in the picture of the straight sheet.
+// The page's position in the picture of the straightened sheet.
 cv::Rect placeOfPage(cv::Size picture, const record::Sheet& kept) {
     const cv::Rect place = centredPage({kept.CutLastW, kept.CutLastH}, picture);
     std::printf("BB->img.cols,img.rows: %d,%d\r\n", picture.width, picture.height);

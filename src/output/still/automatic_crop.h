@@ -1,4 +1,4 @@
-// The still that shows the sheet alone, straight.
+// The still that shows only the sheet, straightened.
 #pragma once
 
 #include <opencv2/core/mat.hpp>
@@ -12,9 +12,9 @@ struct Sheet;
 
 namespace doccam {
 
-// The sheet whose corners were found last, cut out of the red-first frame and straightened, as a
-// page with blue first, prepared as the settings say. Shares no pixels with the frame, but moves
-// the corners into it. Throws cv::Exception when the corners give no region of the frame. Streaming
+// The sheet whose corners were found last, cut out of the red-first frame, straightened and cleaned
+// according to settings, as a blue-first page. Does not share the frame's pixels, but moves the
+// corners into the frame. Throws cv::Exception if they give no region of the frame. Streaming
 // thread.
 cv::Mat pageOfSheet(const cv::Mat& frame, record::Sheet& kept, const record::Settings& settings);
 

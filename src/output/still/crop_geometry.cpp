@@ -10,7 +10,7 @@ int inStepsOfFour(int length) {
     return length / kStep * kStep;
 }
 
-// By how much the last negative coordinate lies before the frame.
+// The distance of the last negative coordinate from the frame.
 int overhangLow(const SheetCorners& corners, int cv::Point::*axis) {
     int amount = 0;
     for (const cv::Point corner : corners) {
@@ -19,7 +19,7 @@ int overhangLow(const SheetCorners& corners, int cv::Point::*axis) {
     return amount;
 }
 
-// By how much the last coordinate beyond the frame's length lies behind it.
+// The distance of the last coordinate past the frame's length from the frame.
 int overhangHigh(const SheetCorners& corners, int cv::Point::*axis, int length) {
     int amount = 0;
     for (const cv::Point corner : corners) {

@@ -1,4 +1,4 @@
-// Where the automatic crop cuts: borders around the frame, the sheet's box, the straight page.
+// The automatic crop's geometry: borders around the frame, the sheet's box, the straight page.
 #pragma once
 
 #include "docimage/sheet/sheet_corners.h"
@@ -13,24 +13,24 @@ struct BorderAmounts {
     int top = 0;
     int bottom = 0;
 
-    // What they add to a picture's size.
+    // The size they add to a picture.
     cv::Size added() const { return {left + right, top + bottom}; }
 };
 
 struct FittedCorners {
     BorderAmounts borders; // to add around the frame
-    SheetCorners corners;  // in pixels of the frame with its borders
+    SheetCorners corners;  // in pixels of the bordered frame
 };
 
-// Makes room for corners outside a frame of that size. Of several beyond one side the last decides,
-// not the farthest; a corner may thus stay outside.
+// Makes room for corners outside a frame of that size. Of several past one side the last one
+// decides, not the farthest; so a corner may remain outside.
 FittedCorners fitIntoFrame(SheetCorners corners, cv::Size frame);
 
-// The box four pixels wider and higher, clipped to the right and lower edge of the picture.
+// The box enlarged by four pixels, clipped to the right and lower edge of the picture.
 cv::Rect enlargedBox(cv::Rect box, cv::Size picture);
 
-// The page's place in the middle of the turned picture, its sides in steps of four pixels, clipped
-// to the right and lower edge of the picture.
+// The page's position in the centre of the turned picture, with sides in steps of four pixels,
+// clipped to the right and lower edge of the picture.
 cv::Rect centredPage(cv::Size page, cv::Size picture);
 
 // The size with each side rounded down to a multiple of four.

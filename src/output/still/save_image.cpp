@@ -25,9 +25,9 @@ std::string extensionOf(const std::string& path) {
     return path.substr(path.size() - kExtensionLength);
 }
 
-// Where the picture of the PDF at path lies as JPEG; empty when path's last part has no extension.
+// The path of the JPEG for the PDF at path; empty if path's last part has no extension.
 std::string temporaryJpeg(std::string_view path) {
-    const std::size_t start = path.rfind('/') + 1; // npos + 1 is 0: without a slash, the beginning
+    const std::size_t start = path.rfind('/') + 1; // npos + 1 is 0: the start, if there is no slash
     const std::size_t dot = path.rfind('.');
     if (dot == std::string_view::npos || dot < start) {
         return {};
@@ -43,7 +43,7 @@ bool writeOnePagePdf(const std::string& target, const cv::Mat& picture,
     const bool written = writeImage(jpeg, picture, jpegQuality(settings));
     PdfWriter writer(target);
     if (!written && fileExists(jpeg.c_str())) {
-        // A picture left by an earlier page of that name must not pass for this one.
+        // An earlier page's JPEG of the same name must not be used for this one.
         writer.fail(HPDF_FILE_IO_ERROR, 0);
     }
     return finishDocument(writer, std::array{jpeg});

@@ -1,4 +1,4 @@
-// Saving a finished page: the colour mode of the settings, the file type of the path.
+// Saving a finished page in the set colour mode and the path's file type.
 #pragma once
 
 #include "state/parts.h"
@@ -9,14 +9,13 @@
 
 namespace doccam {
 
-// Saves the blue-first page at target in the set colour mode, by the type that the last three
-// characters of target name; nothing for a mode that is none. A file that could not be written is
-// reported as a fault. Throws std::out_of_range for a target of fewer characters, and as
-// writeImage().
+// Saves the blue-first page at target in the set colour mode, as the type given by target's last
+// three characters; saves nothing in an invalid mode. A write failure is reported as a fault.
+// Throws std::out_of_range for a target of fewer characters, and like writeImage().
 void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings);
 
-// Writes picture as the one page of a PDF at target, by way of a JPEG in the home directory, which
-// stays. False when the document could not be made; throws as writeImage().
+// Writes picture as a one-page PDF at target, through a JPEG that remains in the home directory.
+// False if the document could not be made; throws like writeImage().
 bool writeOnePagePdf(const std::string& target, const cv::Mat& picture,
                      const record::Settings& settings);
 

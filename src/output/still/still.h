@@ -1,4 +1,4 @@
-// A still: the page that a frame gives, and its saving.
+// A still: making a page from a frame, and saving it.
 #pragma once
 
 #include "state/parts.h"
@@ -15,12 +15,12 @@ struct Still {
     bool ofWholeFrame = false;
 };
 
-// The red-first frame as the page to be saved at path: the sheet when cropMode says so, else the
-// whole frame. Throws cv::Exception when a sheet's corners give no region of the frame. Streaming
-// thread.
+// Makes the page to be saved at path from the red-first frame: the sheet or, depending on cropMode,
+// the whole frame. Throws cv::Exception if the sheet's corners give no region of the frame.
+// Streaming thread.
 Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library);
 
-// Saves it as savePage() does. Uses nothing of the session.
+// Saves it with savePage(). Uses nothing of the session.
 void saveStill(const Still& still, const record::Settings& settings);
 
 } // namespace doccam

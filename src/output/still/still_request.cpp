@@ -37,7 +37,7 @@ int requestStill(record::Session& session, const char* path) {
     }
     session.isShootPhoto.store(true, std::memory_order_release);
     pollWhile([&] { return isPending(session); }, kMaximumWaitsForStill);
-    // Deliberately while the file is there, not until it is.
+    // Deliberately waits while the file exists, not until it does.
     pollWhile([&] { return hasStill(session); }, kMaximumWaitsForFile);
     return 0;
 }

@@ -12,20 +12,20 @@ constexpr int kPageBorder = 8;
 
 const cv::Scalar kBlack(0, 0, 0, 0);
 
-// A frame that needs no border is shared, not copied.
+// Without borders the frame is shared instead of copied.
 cv::Mat withBorders(cv::Mat frame, const BorderAmounts& borders) {
     cv::copyMakeBorder(frame, frame, borders.top, borders.bottom, borders.left, borders.right,
                        cv::BORDER_CONSTANT, kBlack);
     return frame;
 }
 
-// Around a part of a larger picture OpenCV's borders would show more of that picture.
+// Around a submatrix OpenCV's borders would show the surrounding picture.
 bool isWhole(const cv::Mat& frame) {
     return frame.type() == CV_8UC3 && !frame.empty() && !frame.isSubmatrix();
 }
 
-// Borders are black, as what lies around a turned picture's pixels: the frame need not be copied
-// for them.
+// Borders are black like the surroundings of a turned picture, so the frame need not be copied for
+// them.
 TurnedRegion regionOf(const cv::Mat& frame, const BorderAmounts& borders, const cv::Rect& box) {
     const cv::Rect shown({borders.left, borders.top}, frame.size());
     const cv::Rect visible = box & shown;
@@ -59,7 +59,7 @@ cv::Mat StraightSheet::cut(const cv::Rect& place) const {
     return rendered_ ? render(place) : copy(place);
 }
 
-// The border shows what surrounds the page in the picture; only beyond the picture it is black.
+// The border shows the page's surroundings within the picture, and black beyond it.
 cv::Mat StraightSheet::render(const cv::Rect& place) const {
     const cv::Rect bordered =
         place + cv::Size(2 * kPageBorder, 2 * kPageBorder) - cv::Point(kPageBorder, kPageBorder);

@@ -10,20 +10,20 @@
 
 namespace doccam {
 
-// Frames of the camera's kind are rendered only where a page is cut out; of other kinds the whole
+// Of frames of the camera's type only the page's pixels are rendered; for other types the whole
 // sheet is turned at once. The pixels are the same.
 class StraightSheet {
   public:
-    // box lies in the red-first frame with black borders around it. Throws cv::Exception when it
-    // does not, and for degrees, clockwise, that are no number.
+    // box must lie in the red-first frame with black borders around it; otherwise throws
+    // cv::Exception, as for clockwise degrees that are not finite.
     StraightSheet(const cv::Mat& frame, const BorderAmounts& borders, const cv::Rect& box,
                   float degrees);
 
-    // Of the picture that holds the whole turned box.
+    // The size of the picture that holds the whole turned box.
     cv::Size size() const;
 
-    // What lies at place, and a border of 8 pixels around it, with blue first. Throws cv::Exception
-    // for a place that leaves the picture.
+    // The part at place, with a border of 8 pixels around it, blue first. Throws cv::Exception if
+    // place leaves the picture.
     cv::Mat cut(const cv::Rect& place) const;
 
   private:

@@ -11,9 +11,9 @@ struct Settings;
 
 namespace doccam {
 
-// The red-first frame as a page with blue first, prepared as the settings say and, if so
-// wished, enlarged to the largest size; prints its progress.
-// Shares no pixels with the frame. Streaming thread.
+// The red-first frame as a blue-first page, cleaned according to settings and, if enlarge is set,
+// enlarged to the largest size. Prints its progress. Does not share the frame's pixels. Streaming
+// thread.
 cv::Mat pageOfWholeFrame(const cv::Mat& frame, const record::Settings& settings, bool enlarge);
 
 } // namespace doccam

@@ -1,7 +1,7 @@
 # Warnings, floating-point rules and sanitizers, for every target of the project.
 add_library(doccam_options INTERFACE)
 
-# Results are compared bit for bit with plain formulas: no fused multiply-add.
+# No fused multiply-add, since results are compared bit for bit with plain formulas.
 target_compile_options(doccam_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wcast-align -Wformat=2
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast>
@@ -10,7 +10,7 @@ if(DOCCAM_WERROR)
     target_compile_options(doccam_options INTERFACE -Werror)
 endif()
 
-# ccache keeps nothing of what a precompiled header took part in, unless it is told to.
+# By default ccache does not cache compilations that use a precompiled header.
 if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES ccache)
     set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
 endif()
@@ -21,8 +21,8 @@ if(DOCCAM_SANITIZE)
     add_link_options(-fsanitize=${DOCCAM_SANITIZE})
 endif()
 
-# doccam_sanitized_program(NAME): under a sanitizer the program is not told of other people's code,
-# and under the thread sanitizer OpenCV works in the calling thread.
+# doccam_sanitized_program(NAME): under a sanitizer suppresses reports about other libraries' code, and
+# under the thread sanitizer keeps OpenCV's work in the calling thread.
 function(doccam_sanitized_program name)
     if(NOT DOCCAM_SANITIZE)
         return()

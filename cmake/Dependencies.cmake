@@ -1,4 +1,4 @@
-# Everything the library calls, as Debian packages it.
+# The library's dependencies, as packaged by Debian.
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(OpenCV 4 REQUIRED COMPONENTS core imgproc imgcodecs)

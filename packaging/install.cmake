@@ -1,5 +1,5 @@
-# What an installed tree holds: library, headers, CMake package, pkg-config files, model table, and
-# what comes with the command line.
+# The contents of an installed tree: library, headers, CMake package, pkg-config files, model table, and
+# the command line's files.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS doccam EXPORT doccam LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -17,11 +17,11 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccamConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/packaging/doccamConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/doccam)
 
-# The prefix relative to the file, so that the tree can be moved.
+# The prefix is relative to the file, so that the tree can be moved.
 file(RELATIVE_PATH DOCCAM_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 get_target_property(opencv_core_file opencv_core LOCATION)
 cmake_path(GET opencv_core_file PARENT_PATH DOCCAM_OPENCV_LIBDIR)
-# As system headers: they do not pass under the warnings of a careful host.
+# As system headers, which a host's stricter warnings do not cover.
 list(TRANSFORM OpenCV_INCLUDE_DIRS PREPEND "-isystem " OUTPUT_VARIABLE DOCCAM_PC_OPENCV_CFLAGS)
 list(JOIN DOCCAM_PC_OPENCV_CFLAGS " " DOCCAM_PC_OPENCV_CFLAGS)
 foreach(package IN ITEMS doccam doccam-opencv)

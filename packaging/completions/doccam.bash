@@ -1,7 +1,7 @@
 # Completion of doccam for bash.
 _doccam() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-    # bash takes an equals sign for a word of its own.
+    # bash treats an equals sign as a separate word.
     [ "$before" = = ] && before=${COMP_WORDS[COMP_CWORD - 2]}
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in

@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 // Short rows run more rounds, so that on a busy machine some are undisturbed.
-constexpr std::chrono::seconds kMinTime{3};
+constexpr std::chrono::seconds kMinimumTime{3};
 
 std::vector<Row>& entered() {
     static std::vector<Row> all;
@@ -90,7 +90,7 @@ void runContest(const Row& row, Result& result) {
         }
         Shortest ours;
         Shortest peer;
-        const auto end = Clock::now() + kMinTime;
+        const auto end = Clock::now() + kMinimumTime;
         for (int round = 0; round < row.rounds || Clock::now() < end; ++round) {
             peer.time(contest.beforePeer, contest.peer);
             ours.time(contest.beforeOurs, contest.ours);

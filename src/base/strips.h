@@ -15,7 +15,7 @@ namespace doccam {
 struct Strips {
     explicit Strips(int wholeLength)
       : length(wholeLength)
-      , count(std::clamp(wholeLength / kShortest, 1, kMost)) {}
+      , count(std::clamp(wholeLength / kShortest, 1, kMaximum)) {}
 
     // The part number, 0 to count - 1.
     cv::Range part(int number) const {
@@ -24,7 +24,7 @@ struct Strips {
     }
 
     static constexpr int kShortest = 64;
-    static constexpr int kMost = 8;
+    static constexpr int kMaximum = 8;
 
     int length;
     int count;

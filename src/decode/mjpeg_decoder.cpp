@@ -25,7 +25,7 @@ constexpr int kSilence = 128;
 
 constexpr int kBlock = 16; // pixels that libswscale writes at once
 constexpr std::uintptr_t kAlignment = 64;
-constexpr int kMostPixels = std::numeric_limits<int>::max() / kPixelBytes;
+constexpr int kMaximumPixels = std::numeric_limits<int>::max() / kPixelBytes;
 
 // The bytes of a packed picture; its rows in memory may be longer.
 std::int64_t byteCount(std::int64_t width, std::int64_t height) {
@@ -44,7 +44,7 @@ bool isPossible(cv::Size size) {
 
 std::int64_t maximumPixels(FrameSize wanted) {
     constexpr int kMaximumReduction = 4;
-    const std::int64_t area = std::min<std::int64_t>(wanted.area(), kMostPixels);
+    const std::int64_t area = std::min<std::int64_t>(wanted.area(), kMaximumPixels);
     return std::max(kMaximumReduction * area, kEnlargedSize.area());
 }
 
@@ -160,7 +160,7 @@ Decoded decodePicture(MjpegDecoder& decoder, const MjpegFrame& frame, AVFrame& p
 }
 
 bool convertPicture(MjpegDecoder& decoder, int width, int height, cv::Mat& out) {
-    if (width < 1 || height < 1 || std::int64_t{width} * height > kMostPixels) {
+    if (width < 1 || height < 1 || std::int64_t{width} * height > kMaximumPixels) {
         return false;
     }
     const std::int64_t bytes = byteCount(width, height);

@@ -1,4 +1,4 @@
-// Decoding MJPEG frames with the process-wide decoder.
+// Decoding MJPEG frames with the session's decoder.
 #pragma once
 
 #include "decode/mjpeg_decoder.h"
@@ -9,10 +9,10 @@
 
 namespace doccam {
 
-// Null without a decoder, whose owner it is.
+// Owns the decoder; null without one.
 using DecoderSlot = std::atomic<MjpegDecoder*>;
 
-// Creates the slot's decoder; does nothing if it exists. Host thread, not streaming.
+// Creates the slot's decoder; does nothing if it exists. Host thread, while no camera streams.
 void createDecoder(DecoderSlot& slot);
 
 // Releases the decoder, if there is one. Not while a frame is being decoded.

@@ -13,7 +13,7 @@
 namespace doccam {
 namespace {
 
-// More entries than any driver lists; ends the loop over a driver that never stops.
+// More entries than any driver lists; bounds the loop over a driver that never ends its list.
 constexpr unsigned kMaximumEntries = 4096;
 
 struct SizeList {
@@ -36,7 +36,7 @@ void clearLists(record::Discovery& discovery) {
     }
 }
 
-// Records the format and returns where its sizes belong.
+// Records the format and returns its list of sizes.
 SizeList addFormat(record::Discovery& discovery, std::uint32_t pixelFormat) {
     switch (pixelFormat) {
     case V4L2_PIX_FMT_MJPEG:

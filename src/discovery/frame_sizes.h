@@ -5,8 +5,8 @@
 
 namespace doccam {
 
-// Lists the formats and sizes of the camera open at descriptor, in place of those listed before,
-// and prints each size. Host thread.
+// Replaces the known formats and sizes with those of the camera open at descriptor, and prints each
+// size. Host thread.
 void listSizes(int descriptor, record::Discovery& discovery);
 
 // Appends the enlarged size to those of the selected format if they end at the full size.

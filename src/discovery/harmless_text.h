@@ -1,4 +1,4 @@
-// Names of files in messages that a terminal may show.
+// Escaping file names in messages for a terminal.
 #pragma once
 
 #include <string>
@@ -6,7 +6,8 @@
 
 namespace doccam {
 
-// Control characters as \xNN, those of UTF-8's second set too: they would steer the terminal.
+// Escapes control characters, including UTF-8's C1 set, as \xNN, as they could control the
+// terminal.
 inline std::string harmlessText(std::string_view text) {
     constexpr const char* kDigits = "0123456789abcdef";
     std::string shown;

@@ -191,7 +191,7 @@ void LinearScaler::prepare(cv::Size source, cv::Size target) {
                          std::clamp(place + 1, 0, source.height - 1), shareOf(1.0F - part),
                          shareOf(part)});
     }
-    memory_.resize(std::size_t{2} * Strips::kMost * kChannels * columns_.size());
+    memory_.resize(std::size_t{2} * Strips::kMaximum * kChannels * columns_.size());
     source_ = source;
     target_ = target;
 }

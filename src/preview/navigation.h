@@ -15,7 +15,7 @@ int zoomOut(LibraryState& library);
 int showTrueSize(LibraryState& library);
 int showBestSize(LibraryState& library);
 
-// Also turn the frames by a quarter, and drop those still on their way in the old orientation.
+// Also turn the frames by a quarter, and drop those still in flight in the old orientation.
 int turnViewLeft(LibraryState& library);
 int turnViewRight(LibraryState& library);
 

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int kMaxWidth = 256;
-constexpr std::size_t kMaxPixels = 1 << 14;
+constexpr int kMaximumWidth = 256;
+constexpr std::size_t kMaximumPixels = 1 << 14;
 
 } // namespace
 
@@ -17,8 +17,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace doccam::test;
     Input input(data, size);
     const int mode = static_cast<int>(input.byte() % 2);
-    const int width = input.side(kMaxWidth);
-    Bytes pixels = exactCopy(input.take(kMaxPixels));
+    const int width = input.side(kMaximumWidth);
+    Bytes pixels = exactCopy(input.take(kMaximumPixels));
     const int height = static_cast<int>(pixels.size()) / width;
     const cv::Mat pictureView(height, width, CV_8UC1, pixels.data());
     allowImageErrors([&] { GetQR(pictureView, mode); });

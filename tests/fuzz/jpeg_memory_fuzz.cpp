@@ -6,15 +6,15 @@
 
 namespace {
 
-constexpr int kMaxSide = 256;
+constexpr int kMaximumSide = 256;
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace doccam::test;
     Input input(data, size);
-    const int width = input.side(kMaxSide);
-    const int height = input.side(kMaxSide);
+    const int width = input.side(kMaximumSide);
+    const int height = input.side(kMaximumSide);
     cv::Mat picture(height, width, CV_8UC3);
     Bytes jpeg = exactCopy(input.takeRest());
     VideoBuf frame{jpeg.data(), static_cast<std::int32_t>(jpeg.size())};

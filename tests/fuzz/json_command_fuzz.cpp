@@ -12,8 +12,8 @@ namespace {
 using namespace doccam;
 using namespace doccam::serve;
 
-constexpr int kMinSteps = -150;
-constexpr int kMaxSteps = 150;
+constexpr int kMinimumSteps = -150;
+constexpr int kMaximumSteps = 150;
 constexpr std::size_t kLongest = 100;
 
 void readSettings(const Json& object) {
@@ -35,8 +35,8 @@ void readField(unsigned which, const Json& object) {
     case 1:
         return readForm(object);
     case 2: {
-        const int steps = integer(object, "steps", kMinSteps, kMaxSteps);
-        return test::require(steps >= kMinSteps && steps <= kMaxSteps);
+        const int steps = integer(object, "steps", kMinimumSteps, kMaximumSteps);
+        return test::require(steps >= kMinimumSteps && steps <= kMaximumSteps);
     }
     case 3:
         return test::require(std::abs(quarterTurn(object)) == 1);

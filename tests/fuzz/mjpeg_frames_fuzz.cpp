@@ -11,13 +11,13 @@ namespace {
 
 using namespace doccam;
 
-constexpr int kMaxSide = 256;
-constexpr std::int64_t kMaxPixels = 1 << 18;
+constexpr int kMaximumSide = 256;
+constexpr std::int64_t kMaximumPixels = 1 << 18;
 
 // Decoding time grows with the size that a frame's header announces.
 void limitPictures() {
     MjpegDecoder& decoder = *state().session.pdecode;
-    decoder.context->max_pixels = kMaxPixels;
+    decoder.context->max_pixels = kMaximumPixels;
 }
 
 // The loop pads its frames; do_excute_image takes unpadded ones.
@@ -38,8 +38,8 @@ void decode(std::span<const unsigned char> frame, bool padded, cv::Mat& picture)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     test::Input input(data, size);
-    const int width = input.side(kMaxSide);
-    const int height = input.side(kMaxSide);
+    const int width = input.side(kMaximumSide);
+    const int height = input.side(kMaximumSide);
     cv::Mat picture(height, width, CV_8UC3);
     av_decode_init();
     limitPictures();

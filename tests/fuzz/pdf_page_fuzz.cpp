@@ -12,7 +12,7 @@ namespace {
 
 using namespace doccam;
 
-constexpr std::int64_t kMaxPixels = 1 << 18;
+constexpr std::int64_t kMaximumPixels = 1 << 18;
 
 // The size in a PNG's header, its first chunk; zero for a file that ends earlier.
 cv::Size pngSize(std::span<const unsigned char> file) {
@@ -29,7 +29,7 @@ cv::Size pngSize(std::span<const unsigned char> file) {
 
 // Time and memory grow with the size that a file announces.
 bool isSmall(cv::Size size) {
-    return std::int64_t{size.width} * size.height <= kMaxPixels;
+    return std::int64_t{size.width} * size.height <= kMaximumPixels;
 }
 
 void addPage(test::Input& input, std::size_t length) {

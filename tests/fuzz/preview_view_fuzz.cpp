@@ -15,9 +15,9 @@ namespace {
 
 using namespace doccam;
 
-constexpr int kMaxSide = 160;
-constexpr int kMaxFormSide = 512;
-constexpr std::int64_t kMaxPixels = kMaxFormSide * kMaxFormSide;
+constexpr int kMaximumSide = 160;
+constexpr int kMaximumFormSide = 512;
+constexpr std::int64_t kMaximumPixels = kMaximumFormSide * kMaximumFormSide;
 
 // A streaming session of that frame size, without a camera.
 class Session {
@@ -50,7 +50,7 @@ class Session {
 void declareAnyForm(int width, int height) {
     const std::int64_t pixels = std::int64_t{width} * height;
     const bool possible = width > 0 && height > 0 && pixels <= std::numeric_limits<int>::max() / 3;
-    if (!possible || pixels <= kMaxPixels) {
+    if (!possible || pixels <= kMaximumPixels) {
         SetWebFormSize(width, height);
     }
 }
@@ -62,11 +62,11 @@ void drag(int dx, int dy) {
 void changeView(test::Input& input) {
     switch (input.byte() % 13) {
     case 0:
-        return SetWebFormSize(input.side(kMaxFormSide), input.side(kMaxFormSide));
+        return SetWebFormSize(input.side(kMaximumFormSide), input.side(kMaximumFormSide));
     case 1:
         return declareAnyForm(input.number(), input.number());
     case 2:
-        return FuncSuitableSize(input.side(kMaxFormSide), input.side(kMaxFormSide));
+        return FuncSuitableSize(input.side(kMaximumFormSide), input.side(kMaximumFormSide));
     case 3:
         return FuncSuitableSize(input.number(), input.number());
     case 4:
@@ -104,7 +104,7 @@ void showPicture() {
     const cv::Mat frame(shown.height, shown.width, CV_8UC3, cv::Scalar(1, 2, 3));
     showPreview(state().view, state().session.frames->zoomimage, &frame, draw);
     const std::size_t bytes = pictureBytes(loadView(state().view));
-    if (bytes <= kMaxPixels * 3) {
+    if (bytes <= kMaximumPixels * 3) {
         test::Bytes pixels(bytes);
         test::allowImageErrors([&] { VideoZoomToWeb(frame, pixels.data()); });
     }
@@ -114,8 +114,8 @@ void showPicture() {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     test::Input input(data, size);
-    const int width = input.side(kMaxSide);
-    const Session session(width, input.side(kMaxSide));
+    const int width = input.side(kMaximumSide);
+    const Session session(width, input.side(kMaximumSide));
     while (!input.empty()) {
         changeView(input);
         showPicture();

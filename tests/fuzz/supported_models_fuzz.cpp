@@ -8,7 +8,7 @@ namespace {
 
 using namespace doccam;
 
-constexpr std::size_t kMaxModels = 9;
+constexpr std::size_t kMaximumModels = 9;
 
 std::string textOf(const std::vector<ModelId>& models) {
     std::string text;
@@ -26,7 +26,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         parseModels({reinterpret_cast<const char*>(text.data()), text.size()});
     const bool failed = !parsed.error.empty();
     test::require(failed == (parsed.errorLine > 0));
-    test::require(parsed.models.size() <= (failed ? 0 : kMaxModels));
+    test::require(parsed.models.size() <= (failed ? 0 : kMaximumModels));
     test::require(parseModels(textOf(parsed.models)).models == parsed.models);
     return 0;
 }

@@ -12,7 +12,7 @@ namespace {
 
 using namespace doccam;
 
-constexpr int kMaxSide = 512;
+constexpr int kMaximumSide = 512;
 constexpr std::size_t kReadBeyond = 4;
 
 test::Bytes frameOf(std::size_t bytes, std::span<const unsigned char> content) {
@@ -37,8 +37,8 @@ void requireColours(const test::Bytes& frame, const cv::Mat& picture) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     test::Input input(data, size);
-    const int width = input.side(kMaxSide);
-    const int height = input.side(kMaxSide);
+    const int width = input.side(kMaximumSide);
+    const int height = input.side(kMaximumSide);
     cv::Mat picture = makeSlackImage(height, width);
     test::Bytes frame = frameOf(picture.total() * 2 + kReadBeyond, input.takeRest());
     yuyv_to_rgb888(frame.data(), picture.data, width, height);

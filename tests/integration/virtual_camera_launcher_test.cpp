@@ -147,7 +147,7 @@ TEST_F(VirtualCameraLauncher, RefusesWhatItCannotUse) {
     EXPECT_EQ(launch("--photo /nonexistent.jpg -- true").status, 2);
 }
 
-TEST_F(VirtualCameraLauncher, NamesNothingInAWayThatSteersATerminal) {
+TEST_F(VirtualCameraLauncher, EscapesControlCharactersInMessages) {
     const std::string odd = "\"$(printf '/none/\\033[2J\\302\\233\\177')\"";
     for (const std::string& arguments :
          {"--scenario " + odd + " -- true", "--photo " + odd + " -- true", "-- " + odd}) {

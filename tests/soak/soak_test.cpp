@@ -90,7 +90,7 @@ class Soak : public SessionTest {
             {
                 const RestlessHost host(folder_.path());
                 ASSERT_TRUE(waitForFrames(framesSeen() + count / 2));
-                host.waitForActions(kMinActions);
+                host.waitForActions(kMinimumActions);
                 std::fprintf(stderr, "%d frames, %ld actions of the host\n", count / 2,
                              host.actions());
             }
@@ -114,19 +114,19 @@ class Soak : public SessionTest {
         EXPECT_EQ(after.descriptors, before.descriptors);
         EXPECT_EQ(after.threads, before.threads);
         if (!kSanitized) { // a sanitizer keeps what was freed
-            EXPECT_LE(after.mappings, middle.mappings + kMaxNewMappings);
-            EXPECT_LE(after.residentKilobytes, middle.residentKilobytes + kMaxNewKilobytes);
+            EXPECT_LE(after.mappings, middle.mappings + kMaximumNewMappings);
+            EXPECT_LE(after.residentKilobytes, middle.residentKilobytes + kMaximumNewKilobytes);
         }
         EXPECT_EQ(virtualcam::openHandles(), 0);
         EXPECT_EQ(virtualcam::liveMappings(), 0);
     }
 
     // After so many actions the host has tried everything at least once.
-    static constexpr long kMinActions = kSanitized ? 50 : 600;
+    static constexpr long kMinimumActions = kSanitized ? 50 : 600;
 
     // Left to the allocator.
-    static constexpr long kMaxNewMappings = 4;
-    static constexpr long kMaxNewKilobytes = 4 * 1024;
+    static constexpr long kMaximumNewMappings = 4;
+    static constexpr long kMaximumNewKilobytes = 4 * 1024;
 
     ScratchFolder folder_;
     int output_ = -1;

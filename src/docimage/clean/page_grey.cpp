@@ -44,7 +44,7 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     PageGrey grey{WorkPlane::unset(page.size())};
     cv::Mat& rows = grey.plane.rows();
     const Strips strips(page.rows);
-    std::array<Levels, Strips::kMost> levels{};
+    std::array<Levels, Strips::kMaximum> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
             makeRow(page.ptr(y), rows.ptr(y), levels[static_cast<std::size_t>(number)]);

@@ -34,7 +34,7 @@ void addLevels(const Levels& more, Levels& levels) {
 // Of equally good levels the lowest counts. Since rounding decides, the order of operations is
 // OpenCV's.
 int otsuLevel(const Levels& levels) {
-    constexpr double kLeast = std::numeric_limits<float>::epsilon();
+    constexpr double kSmallestShare = std::numeric_limits<float>::epsilon();
     const double scale = 1.0 / std::accumulate(levels.begin(), levels.end(), 0);
     double mean = 0;
     for (int i = 0; i < kLevels; ++i) {
@@ -50,8 +50,8 @@ int otsuLevel(const Levels& levels) {
         darkMean *= darkShare;
         darkShare += share;
         const double brightShare = 1.0 - darkShare;
-        if (std::min(darkShare, brightShare) < kLeast ||
-            std::max(darkShare, brightShare) > 1.0 - kLeast) {
+        if (std::min(darkShare, brightShare) < kSmallestShare ||
+            std::max(darkShare, brightShare) > 1.0 - kSmallestShare) {
             continue;
         }
         darkMean = (darkMean + i * share) / darkShare;

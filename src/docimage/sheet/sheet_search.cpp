@@ -73,7 +73,7 @@ const cv::Mat& SheetSearch::flatField() {
             sheetSearchKernels().blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
         }
     });
-    std::array<Levels, Strips::kMost> levels{};
+    std::array<Levels, Strips::kMaximum> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
             sheetSearchKernels().flatField(rowsAround(sums_, y), width, reduced_.ptr(y));

@@ -13,8 +13,8 @@
 namespace doccam {
 namespace {
 
-constexpr int kMostSide = 16384;
-constexpr std::size_t kMaxBytes = std::numeric_limits<int>::max();
+constexpr int kMaximumSide = 16384;
+constexpr std::size_t kMaximumBytes = std::numeric_limits<int>::max();
 
 constexpr double kPlaceUnits = 1 << kPlaceShift;
 constexpr int kHalfFraction = 1 << (kPlaceShift - kFractionShift - 1);
@@ -49,8 +49,8 @@ struct TurnedPicture::Place {
 bool TurnedPicture::canRender(const TurnedRegion& region) {
     const cv::Mat& pixels = region.pixels;
     return pixels.dims == 2 && pixels.type() == CV_8UC3 && !pixels.empty() &&
-           region.size.width <= kMostSide && region.size.height <= kMostSide &&
-           pixels.step[0] * static_cast<std::size_t>(pixels.rows) <= kMaxBytes;
+           region.size.width <= kMaximumSide && region.size.height <= kMaximumSide &&
+           pixels.step[0] * static_cast<std::size_t>(pixels.rows) <= kMaximumBytes;
 }
 
 TurnedPicture::TurnedPicture(const TurnedRegion& region, float degrees)

@@ -21,7 +21,7 @@ using Queue = std::vector<std::string>;
 using Pictures = std::array<cv::Mat, 4>;
 
 constexpr std::size_t kFewestFiles = 2;
-constexpr std::size_t kMostComposed = 3;
+constexpr std::size_t kMaximumComposed = 3;
 
 // Empty if the file cannot be read as a picture.
 cv::Mat readQuietly(const std::string& path) {
@@ -57,7 +57,7 @@ int mergeQueued(record::Documents& documents, const record::Settings& settings, 
     const Queue files = std::exchange(documents.img_filelist, {});
     const Pictures pictures = readFirst(files);
     cv::Mat merged;
-    if (mergeMode != 0 && files.size() <= kMostComposed) {
+    if (mergeMode != 0 && files.size() <= kMaximumComposed) {
         compose(pictures, files.size(), merged);
     }
     if (!merged.empty()) {

@@ -56,7 +56,7 @@ int combineQueued(record::Documents& documents, const char* path, bool deleteSou
     std::vector<std::string> present;
     std::copy_if(files.begin(), files.end(), std::back_inserter(present),
                  [](const std::string& file) { return fileExists(file.c_str()); });
-    // An older file at path does not hold these pages, whose sources must not be lost.
+    // An older file at path does not contain these pages, so their sources must not be deleted.
     if (!finishDocument(writer, present) || !fileExists(path)) {
         return -2;
     }

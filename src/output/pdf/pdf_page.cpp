@@ -16,7 +16,7 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 // libharu counts bytes in 32 bits.
-constexpr std::size_t kMaxBytes = std::size_t{1} << 30;
+constexpr std::size_t kMaximumBytes = std::size_t{1} << 30;
 constexpr unsigned kBitsPerSample = 8;
 
 std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
@@ -31,11 +31,11 @@ std::optional<Bytes> readFile(const std::string& path, PdfError& error) {
          (count = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
         bytes.insert(bytes.end(), chunk.begin(),
                      chunk.begin() + static_cast<std::ptrdiff_t>(count));
-        if (bytes.size() > kMaxBytes) {
+        if (bytes.size() > kMaximumBytes) {
             break;
         }
     }
-    if (std::ferror(file.get()) != 0 || bytes.size() > kMaxBytes) {
+    if (std::ferror(file.get()) != 0 || bytes.size() > kMaximumBytes) {
         const bool failed = std::ferror(file.get()) != 0;
         error = {HPDF_FILE_IO_ERROR, static_cast<HPDF_STATUS>(failed ? errno : 0)};
         return std::nullopt;

@@ -28,13 +28,13 @@ class UniqueFdTest : public testing::Test {
     std::array<int, 2> ends_{};
 };
 
-TEST_F(UniqueFdTest, HoldsNoneAtFirst) {
+TEST_F(UniqueFdTest, IsEmptyAtFirst) {
     const UniqueFd descriptor;
     EXPECT_FALSE(descriptor.isOpen());
     EXPECT_EQ(descriptor.get(), -1);
 }
 
-TEST_F(UniqueFdTest, ClosesWhatItHoldsWhenItEnds) {
+TEST_F(UniqueFdTest, ClosesItsDescriptorWhenDestroyed) {
     {
         UniqueFd descriptor;
         descriptor.reset(ends_[0]);
@@ -45,7 +45,7 @@ TEST_F(UniqueFdTest, ClosesWhatItHoldsWhenItEnds) {
     EXPECT_TRUE(isOpen(ends_[1]));
 }
 
-TEST_F(UniqueFdTest, ClosesWhatAnotherReplaces) {
+TEST_F(UniqueFdTest, ClosesADescriptorThatIsReplaced) {
     UniqueFd descriptor;
     descriptor.reset(ends_[0]);
     descriptor.reset(ends_[1]);

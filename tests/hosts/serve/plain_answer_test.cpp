@@ -34,6 +34,17 @@ TEST(PlainAnswer, OfARefusalIsJsonForProgramsAndHtmlForPeople) {
     EXPECT_THAT(refusalBytes(refusal, {"POST", "/", person.headers}), Not(HasSubstr("<p>")));
 }
 
+TEST(PlainAnswer, HasThePhraseOfItsStatus) {
+    for (const auto& [status, phrase] :
+         {std::pair{400, "Bad Request"}, std::pair{405, "Method Not Allowed"},
+          std::pair{411, "Length Required"}, std::pair{413, "Content Too Large"},
+          std::pair{414, "URI Too Long"}, std::pair{415, "Unsupported Media Type"},
+          std::pair{431, "Request Header Fields Too Large"}}) {
+        EXPECT_THAT(refusalBytes({status, "no"}, {}),
+                    StartsWith("HTTP/1.1 " + std::to_string(status) + " " + phrase + "\r\n"));
+    }
+}
+
 TEST(PlainAnswer, SaysWhenToRetry) {
     EXPECT_THAT(refusalBytes({503, "busy"}, {}), HasSubstr("\r\nRetry-After: "));
 }

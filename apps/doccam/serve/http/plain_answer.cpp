@@ -15,6 +15,18 @@ std::string_view phraseOf(int status) {
         return "OK";
     case 403:
         return "Forbidden";
+    case 405:
+        return "Method Not Allowed";
+    case 411:
+        return "Length Required";
+    case 413:
+        return "Content Too Large";
+    case 414:
+        return "URI Too Long";
+    case 415:
+        return "Unsupported Media Type";
+    case 431:
+        return "Request Header Fields Too Large";
     case 503:
         return "Service Unavailable";
     default:

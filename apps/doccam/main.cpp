@@ -22,9 +22,6 @@ namespace {
 
 using namespace doccam::host;
 
-// An interrupted command is gone within a second.
-constexpr std::chrono::milliseconds kPatience{600};
-
 // Of the words that no option and no command has taken, the first that is no option itself; empty
 // when there is none.
 std::string unknownWord(const CLI::App& app) {
@@ -58,7 +55,7 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
 void tryPhoto(const Context& context) {
     const std::string& photo = context.virtualCamera.photo;
     const PictureLimits limits = pictureLimits();
-    const Interrupt interrupt(kPatience);
+    const Interrupt interrupt(context.patience);
     const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 2};
     const Apart tried = runApart(interrupt, bounds, [&](const Report& /*report*/) {
         divertLibraryLines(context.options.verbose);
@@ -86,9 +83,8 @@ int run(Context& context, int argc, char** argv) {
         cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     }
     divertLibraryLines(context.options.verbose);
-    context.interrupt =
-        std::make_unique<Interrupt>(context.endsItself ? std::nullopt : std::optional(kPatience));
-    if (!context.endsItself) {
+    context.interrupt = std::make_unique<Interrupt>(context.patience, context.interruptedCode);
+    if (context.interruptedCode == kInterrupted) {
         context.interrupt->check();
     }
     const int code = context.run();

@@ -22,23 +22,30 @@ constexpr const char* kCamera =
     R"({"cameras": [{"intervalMs": 40, "formats": [{"fourcc": "MJPG", "sizes": [[640, 480]]}],)"
     R"( "scene": {"noise": 0}}]})";
 
-std::vector<std::string> command(const ScratchFolder& folder, int stackKb) {
+std::vector<std::string> command(const ScratchFolder& folder, const ServeSetting& setting) {
+    std::filesystem::create_directory(folder.file("tmp"));
     const std::string scenario = folder.file("scenario.json");
     std::ofstream(scenario) << kCamera;
     const std::string script =
-        "ulimit -s " + std::to_string(stackKb) + "; echo process $$ >&2; exec \"$@\" >&2";
-    return {"/usr/bin/env",
-            "XDG_STATE_HOME=" + folder.file("state"),
-            "/bin/sh",
-            "-c",
-            script,
-            "sh",
-            DOCCAM_VIRTUALCAM_LAUNCHER,
-            "--scenario",
-            scenario,
-            "--",
-            DOCCAM_PROGRAM,
-            "serve"};
+        "ulimit -s " + std::to_string(setting.stackKb) + "; echo process $$ >&2; exec \"$@\" >&2";
+    std::vector<std::string> words{
+        "/usr/bin/env",
+        "XDG_STATE_HOME=" + (setting.state.empty() ? folder.file("state") : setting.state),
+        "TMPDIR=" + folder.file("tmp"),
+        "/bin/sh",
+        "-c",
+        script,
+        "sh",
+        DOCCAM_VIRTUALCAM_LAUNCHER,
+        "--scenario",
+        scenario,
+        "--",
+        DOCCAM_PROGRAM,
+        "serve"};
+    if (!setting.confined) {
+        words.emplace_back("--no-confinement");
+    }
+    return words;
 }
 
 std::string content(const std::string& path) {
@@ -101,8 +108,8 @@ bool Visitor::isWaiting() const {
     return poll(&state, 1, 0) == 0;
 }
 
-ServeHost::ServeHost(int stackKb)
-  : program_(command(folder_, stackKb), folder_.path().string(), folder_.file("out")) {
+ServeHost::ServeHost(const ServeSetting& setting)
+  : program_(command(folder_, setting), folder_.path().string(), folder_.file("out")) {
     program_.says("process ");
     const std::string launcher = match(program_.lastLine(), "process ([0-9]+)");
     if (!program_.says("Open http")) {
@@ -125,6 +132,22 @@ std::string ServeHost::ask(const std::string& head) const {
     const Visitor client = visitor();
     client.say(head + "\r\n");
     return client.hear();
+}
+
+std::string ServeHost::order(const std::string& name, const std::string& json) const {
+    const Visitor client = visitor();
+    client.say(ownHead("POST /api/" + name) + "Content-Type: application/json\r\nContent-Length: " +
+               std::to_string(json.size()) + "\r\n\r\n" + json);
+    return client.hear();
+}
+
+std::string ServeHost::pagesFolder() const {
+    for (const auto& entry : std::filesystem::directory_iterator(temporaryFolder())) {
+        if (entry.path().filename().string().starts_with(".doccam-")) {
+            return entry.path();
+        }
+    }
+    throw std::runtime_error("there are no pages");
 }
 
 std::string ServeHost::processFile(const std::string& name) const {

@@ -33,10 +33,15 @@ class Visitor {
     int socket_;
 };
 
+struct ServeSetting {
+    int stackKb = 8192;  // that the server's threads would take
+    std::string state{}; // where its state lies; empty: a folder of its own
+    bool confined = true;
+};
+
 class ServeHost {
   public:
-    // The server's threads would take stackKb kilobytes of stack.
-    explicit ServeHost(int stackKb = 8192);
+    explicit ServeHost(const ServeSetting& setting = {});
 
     Visitor visitor() const { return Visitor(port_); }
 
@@ -48,9 +53,18 @@ class ServeHost {
     // The same with the token.
     std::string ownHead(const std::string& line) const;
 
+    // The whole answer to a command.
+    std::string order(const std::string& name, const std::string& json) const;
+
     const std::string& token() const { return token_; }
 
     std::string stateFolder() const { return folder_.file("state") + "/doccam"; }
+
+    // Where temporary files lie.
+    std::string temporaryFolder() const { return folder_.file("tmp"); }
+
+    // The one in it that holds the pages.
+    std::string pagesFolder() const;
 
     std::size_t residentKb() const;
     std::size_t descriptors() const;

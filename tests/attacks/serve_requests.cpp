@@ -28,7 +28,7 @@ std::string manyRanges() {
 } // namespace
 
 TEST(ServeAttack, RangesEndNoProcessWithASmallStack) {
-    ServeHost host(2048);
+    ServeHost host({.stackKb = 2048});
     EXPECT_THAT(host.ask(host.head("GET /api/state") + manyRanges()), StartsWith("HTTP/1.1 403 "));
     EXPECT_THAT(host.ask(host.ownHead("GET /api/state") + manyRanges()),
                 StartsWith("HTTP/1.1 200 "));
@@ -79,6 +79,19 @@ TEST(ServeAttack, TheTokenIsForItsUserAlone) {
     for (const auto& entry : fs::directory_iterator(host.stateFolder())) {
         EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
     }
+}
+
+TEST(ServeAttack, TheTokenSurvivesARestart) {
+    namespace fs = std::filesystem;
+    ServeHost first;
+    const std::string state = fs::path(first.stateFolder()).parent_path();
+    EXPECT_EQ(first.end(), 0);
+    const fs::path file = first.stateFolder() + "/serve-token";
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    const ServeHost second({.state = state});
+    EXPECT_EQ(second.token(), first.token());
+    fs::permissions(file, fs::perms::group_read, fs::perm_options::add);
+    EXPECT_NE(ServeHost({.state = state}).token(), first.token()) << "others may have read it";
 }
 
 TEST(ServeAttack, AClientThatHasSaidAllGetsItsAnswer) {

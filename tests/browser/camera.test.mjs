@@ -148,7 +148,7 @@ check('it ends well when asked while it opens a camera', async () => {
   const [code] = await ended;
   assert.ok(said.includes('openCamera OK'));
   assert.equal(code, 0);
-  assert.deepEqual(fs.readdirSync(folder).filter((name) => name.startsWith('doccam-pages')), []);
+  assert.deepEqual(fs.readdirSync(folder).filter((name) => name.startsWith('.doccam-')), []);
   fs.rmSync(folder, { recursive: true });
 });
 

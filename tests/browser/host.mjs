@@ -83,7 +83,7 @@ export async function startHost(options) {
     async stop() {
       child.kill('SIGTERM');
       const [code] = await ended;
-      const left = fs.readdirSync(folder).filter((name) => name.startsWith('doccam-pages'));
+      const left = fs.readdirSync(folder).filter((name) => name.startsWith('.doccam-'));
       fs.rmSync(folder, { recursive: true });
       return { code, left };
     },

@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <string>
 
 namespace {
@@ -17,6 +18,9 @@ using testing::IsEmpty;
 
 class ApartTest : public testing::Test {
   protected:
+    // What an Interrupt holds back, other tests want to come.
+    ~ApartTest() override { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
     Apart run(const Bounds& bounds, const std::function<void(const Report&)>& work) const {
         return runApart(interrupt_, bounds, work);
     }
@@ -24,6 +28,13 @@ class ApartTest : public testing::Test {
     static constexpr std::uint64_t kBytes = 100000000;
 
   private:
+    static sigset_t ownMask() {
+        sigset_t mask;
+        pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+        return mask;
+    }
+
+    const sigset_t before_ = ownMask();
     Interrupt interrupt_;
 };
 

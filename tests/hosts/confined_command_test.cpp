@@ -7,9 +7,11 @@
 namespace {
 
 using namespace doccam::test;
+using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Ne;
 using testing::StartsWith;
 namespace fs = std::filesystem;
 
@@ -53,10 +55,27 @@ TEST_F(Confined, IsEveryThreadOfTheServer) {
 TEST_F(Confined, ServerRemovesItsFolderAtTheEnd) {
     RunningProgram server = serving("");
     ASSERT_TRUE(server.says("http://"));
-    EXPECT_THAT(files(), ElementsAre(StartsWith("doccam-pages-")));
+    EXPECT_THAT(files(), ElementsAre(StartsWith(".doccam-")));
     server.signal(SIGTERM);
     EXPECT_EQ(server.finish(), kDone);
     EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(Confined, ServerThatWasKilledLeavesItsFolderToTheNext) {
+    {
+        RunningProgram server = serving("");
+        ASSERT_TRUE(server.says("http://"));
+        server.signal(SIGKILL);
+        server.finish();
+    }
+    const auto left = files();
+    ASSERT_THAT(left, ElementsAre(StartsWith(".doccam-")));
+    fs::create_directory(file(left.front()) + "/pages-1.pdf.pages");
+    RunningProgram next = serving("");
+    ASSERT_TRUE(next.says("http://"));
+    EXPECT_THAT(files(), ElementsAre(AllOf(StartsWith(".doccam-"), Ne(left.front()))));
+    next.signal(SIGTERM);
+    EXPECT_EQ(next.finish(), kDone);
 }
 
 TEST_F(Confined, IsNothingWhenSwitchedOff) {

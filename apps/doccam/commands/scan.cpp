@@ -104,7 +104,7 @@ void addScanCommand(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("scan", "Make a PDF of sheet after sheet");
     addOptions(*command, *options);
     command->callback([&context, options] {
-        context.endsItself = true;
+        context.patience.reset();
         context.virtualCamera.sheetFrames = options->plan.automatic ? kSheetFrames : 0;
         context.run = [&context, options] { return scan(context, *options); };
     });

@@ -6,12 +6,16 @@
 #include "commands/options/still_options.h"
 #include "host/context.h"
 
+#include <chrono>
 #include <memory>
 
 namespace doccam::host {
 namespace {
 
 constexpr int kHighestPort = 65535;
+
+// Closing a camera takes three quarters of a second.
+constexpr std::chrono::milliseconds kPatience{850};
 
 struct Arguments {
     serve::ServeOptions options;
@@ -46,7 +50,8 @@ void addServeCommand(CLI::App& app, Context& context) {
                     "  doccam serve --port 8080 --size 1600x1200\n"
                     "  doccam serve --listen 0.0.0.0    (for a phone in the same network)");
     command->callback([&context, arguments] {
-        context.endsItself = true;
+        context.patience = kPatience;
+        context.interruptedCode = kDone;
         context.run = [&context, arguments] { return run(context, *arguments); };
     });
 }

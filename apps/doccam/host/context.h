@@ -1,6 +1,7 @@
 // What every command gets: the options before the command's name, and how it asks to be run.
 #pragma once
 
+#include "host/failure.h"
 #include "host/interrupt.h"
 #include "host/virtual_camera.h"
 
@@ -26,8 +27,10 @@ struct Context {
     // cameras. Returns an exit code; may throw Failure.
     std::function<int()> run;
 
-    // A command that has to end in its own way, however long that takes: scan and serve.
-    bool endsItself = false;
+    // When a signal ends the process at once, and with which code, if the command has not ended by
+    // then. A command without patience ends in its own way, however long that takes: scan.
+    Interrupt::Patience patience = std::chrono::milliseconds(600);
+    int interruptedCode = kInterrupted;
 
     // Set before run is called.
     std::unique_ptr<Interrupt> interrupt;

@@ -45,8 +45,9 @@ sigset_t holdSignalsBack() {
     return signals;
 }
 
-Interrupt::Interrupt(std::optional<std::chrono::milliseconds> patience)
+Interrupt::Interrupt(Patience patience, int code)
   : patience_(patience)
+  , code_(code)
   , signals_(holdSignalsBack())
   , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
   , asked_(eventfd(isReadable(watched_) ? 1 : 0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -100,7 +101,7 @@ void Interrupt::endUnlessEndedSoon() const {
     pollfd ended{ended_, POLLIN, 0};
     if (patience_ && poll(&ended, 1, static_cast<int>(patience_->count())) == 0) {
         removeWorkFolders();
-        _exit(kInterrupted);
+        _exit(code_);
     }
 }
 

@@ -1,6 +1,8 @@
 // Ctrl-C and its relatives, as a descriptor to wait for instead of a handler.
 #pragma once
 
+#include "host/failure.h"
+
 #include <chrono>
 #include <csignal>
 #include <optional>
@@ -14,12 +16,14 @@ sigset_t holdSignalsBack();
 
 // Waits for the signals that holdSignalsBack holds back, and for those that came since that was
 // called. The first is told here. A process with patience that has not ended by
-// then ends at once, with kInterrupted and without its work folders; without patience it goes on
+// then ends at once, with a code and without its work folders; without patience it goes on
 // until a signal comes half a second after the first or later. Make it before the process has
 // threads, which inherit what is held back.
 class Interrupt {
   public:
-    explicit Interrupt(std::optional<std::chrono::milliseconds> patience = std::nullopt);
+    using Patience = std::optional<std::chrono::milliseconds>;
+
+    explicit Interrupt(Patience patience = std::nullopt, int code = kInterrupted);
     ~Interrupt();
     Interrupt(const Interrupt&) = delete;
     Interrupt& operator=(const Interrupt&) = delete;
@@ -41,7 +45,8 @@ class Interrupt {
     void endThread();
     void endUnlessEndedSoon() const;
 
-    const std::optional<std::chrono::milliseconds> patience_;
+    const Patience patience_;
+    const int code_;
     const sigset_t signals_;
     const int watched_;
     const int asked_;

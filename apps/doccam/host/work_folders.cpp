@@ -1,6 +1,5 @@
 #include "host/work_folders.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -98,22 +97,18 @@ bool isShared(const fs::path& folder) {
                      static_cast<unsigned long>(status.f_type) & 0xFFFFFFFFUL) != kNetworks.end();
 }
 
-void removeAll(const fs::path& path) {
-    std::error_code ignored;
-    fs::remove_all(path, ignored);
+void removeContent(const fs::path& folder) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        std::error_code ignored;
+        fs::remove_all(entry, ignored);
+    }
 }
 
-// Work folders have no folders in them. Whoever may write to the place might exchange what stands
-// under the name, so only what is open counts.
-void removeContent(int folder) {
-    DIR* const listed = fdopendir(fcntl(folder, F_DUPFD_CLOEXEC, 0));
-    if (listed == nullptr) {
-        return;
-    }
-    while (const dirent* entry = readdir(listed)) {
-        unlinkat(folder, entry->d_name, 0);
-    }
-    closedir(listed);
+// Of the folder above, this is all that is left to a confined process.
+void removeAll(const fs::path& path) {
+    removeContent(path);
+    rmdir(path.c_str());
 }
 
 void removeIfAbandoned(const fs::path& path) {
@@ -122,7 +117,8 @@ void removeIfAbandoned(const fs::path& path) {
         return;
     }
     if (const int owner = isOwnPrivateFolder(folder) ? lockOwner(folder, 0) : -1; owner >= 0) {
-        removeContent(folder);
+        // Whoever may write to the place might exchange what stands under the name.
+        removeContent("/proc/self/fd/" + std::to_string(folder));
         rmdir(path.c_str());
         close(owner);
     }

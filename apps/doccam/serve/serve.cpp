@@ -16,7 +16,7 @@ namespace doccam::serve {
 namespace {
 
 constexpr int kMostViewers = 8;
-constexpr std::chrono::milliseconds kWatchEvery{200};
+constexpr std::chrono::milliseconds kWatchEvery{50};
 
 // Turns the pictures handed over into the feed's, on a thread of its own.
 class Encoding {

@@ -6,6 +6,7 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -33,8 +34,10 @@ class PageStoreTest : public testing::Test {
 
     std::size_t files() const {
         const auto folder = std::filesystem::path(store_.incoming()).parent_path();
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(folder), {}));
+        const auto all = std::filesystem::directory_iterator(folder);
+        return static_cast<std::size_t>(std::count_if(begin(all), end(all), [](const auto& file) {
+            return file.path().extension() == ".jpg";
+        }));
     }
 
     PageStore store_;

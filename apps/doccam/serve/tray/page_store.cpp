@@ -1,5 +1,7 @@
 #include "serve/tray/page_store.h"
 
+#include "host/failure.h"
+
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -13,6 +15,21 @@ namespace {
 
 constexpr int kThumbnailSide = 240;
 constexpr int kTurnedQuality = 95;
+
+[[noreturn]] void failForLackOfAFolder() {
+    throw host::Failure(host::kFileFailed,
+                        "No folder for the pages can be made where temporary files lie; let "
+                        "TMPDIR name another place.");
+}
+
+std::filesystem::path temporaryPlace() {
+    std::error_code error;
+    std::filesystem::path place = std::filesystem::temp_directory_path(error);
+    if (error) {
+        failForLackOfAFolder();
+    }
+    return place;
+}
 
 void write(const std::string& path, const cv::Mat& picture, int quality) {
     if (!cv::imwrite(path, picture, {cv::IMWRITE_JPEG_QUALITY, quality})) {
@@ -68,6 +85,13 @@ auto find(auto& pages, int id) {
 }
 
 } // namespace
+
+PageStore::PageStore()
+  : folder_(temporaryPlace()) {
+    if (folder_.path().empty()) {
+        failForLackOfAFolder();
+    }
+}
 
 std::string PageStore::pathOf(const Page& page, const char* kind) const {
     const std::string name = std::to_string(page.id) + "-" + std::to_string(page.version);

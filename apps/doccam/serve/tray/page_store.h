@@ -1,7 +1,7 @@
 // The tray: the pages taken so far, in the order that the user gave them.
 #pragma once
 
-#include "serve/tray/private_folder.h"
+#include "host/work_folders.h"
 
 #include <filesystem>
 #include <mutex>
@@ -37,6 +37,9 @@ struct BadOrder : TrayError {
 // any thread looks at it.
 class PageStore {
   public:
+    // Its folder is made where temporary files lie. Throws host::Failure.
+    PageStore();
+
     static constexpr std::size_t kMostPages = 100;
 
     // Where all its files lie.
@@ -70,7 +73,7 @@ class PageStore {
     const Page& at(int id) const;
     void removeFiles(const Page& page) const;
 
-    PrivateFolder folder_;
+    host::WorkFolder folder_;
     mutable std::mutex mutex_;
     std::vector<Page> pages_;
     int lastId_ = 0;

@@ -1,0 +1,89 @@
+// PDFs that are asked of doccam serve and not finished.
+#include "attacks/serve_host.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <thread>
+#include <vector>
+
+namespace doccam::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// A page whose picture never comes to its end: a PDF with it is never finished.
+class EndlessPage {
+  public:
+    explicit EndlessPage(const ServeHost& host) {
+        EXPECT_THAT(host.order("capture", "{}"), StartsWith("HTTP/1.1 200 "));
+        const std::string page = host.pagesFolder() + "/1-1.jpg";
+        std::filesystem::remove(page);
+        EXPECT_EQ(mkfifo(page.c_str(), 0600), 0);
+        pipe_ = open(page.c_str(), O_RDWR | O_CLOEXEC);
+    }
+
+    ~EndlessPage() { close(pipe_); }
+
+    EndlessPage(const EndlessPage&) = delete;
+    EndlessPage& operator=(const EndlessPage&) = delete;
+
+  private:
+    int pipe_ = -1;
+};
+
+// The first document is being made before the others are asked for.
+std::vector<Visitor> askers(const ServeHost& host, int count) {
+    std::vector<Visitor> all;
+    for (int i = 0; i < count; ++i) {
+        all.push_back(host.visitor());
+        all.back().say(host.ownHead("GET /pages.pdf") + "\r\n");
+        while (!std::filesystem::exists(host.pagesFolder() + "/pages-1.pdf.pages")) {
+            std::this_thread::yield();
+        }
+    }
+    return all;
+}
+
+auto countOfWaiting(const std::vector<Visitor>& visitors) {
+    return std::count_if(visitors.begin(), visitors.end(),
+                         [](const Visitor& visitor) { return visitor.isWaiting(); });
+}
+
+} // namespace
+
+TEST(ServeAttack, ManyDocumentsKeepNoCommandWaiting) {
+    constexpr int kMadeOrWaiting = 4;
+    const ServeHost host({.confined = false}); // which would not let it gather a pipe
+    const EndlessPage page(host);
+    const std::vector<Visitor> clients = askers(host, kMadeOrWaiting + 6);
+    while (countOfWaiting(clients) > kMadeOrWaiting) {
+        std::this_thread::yield();
+    }
+    EXPECT_THAT(host.order("zoom", R"({"to": "true"})"), StartsWith("HTTP/1.1 200 "));
+    EXPECT_THAT(host.ask(host.ownHead("GET /api/state")), StartsWith("HTTP/1.1 200 "));
+    EXPECT_EQ(countOfWaiting(clients), kMadeOrWaiting);
+    for (const Visitor& client : clients) {
+        if (!client.isWaiting()) {
+            const std::string answer = client.hear();
+            EXPECT_THAT(answer, StartsWith("HTTP/1.1 503 "));
+            EXPECT_THAT(answer, HasSubstr("Retry-After: "));
+        }
+    }
+}
+
+TEST(ServeAttack, AnUnfinishedDocumentKeepsNoServerFromItsEnd) {
+    ServeHost host({.confined = false});
+    const EndlessPage page(host);
+    const std::vector<Visitor> clients = askers(host, 1);
+    EXPECT_EQ(host.end(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(host.temporaryFolder()));
+}
+
+} // namespace doccam::test

@@ -1,4 +1,5 @@
-// Choosing among kernels: the same loops compiled for each instruction set.
+// Choosing the fastest kernels that this machine can run: the same loops compiled for each
+// instruction set.
 #pragma once
 
 #include <initializer_list>
@@ -55,6 +56,13 @@ std::vector<Kernels> supportedKernels(std::initializer_list<Kernels> all) {
         }
     }
     return supported;
+}
+
+// The last of what allKernels() returns, the widest that this machine can run.
+template <auto allKernels>
+const auto& widestKernels() {
+    static const auto widest = allKernels().back();
+    return widest;
 }
 
 } // namespace doccam

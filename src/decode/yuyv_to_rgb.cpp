@@ -24,7 +24,7 @@ bool overlap(const unsigned char* src, const unsigned char* dst, std::size_t pai
 }
 
 void convertApart(const unsigned char* src, unsigned char* dst, std::size_t pairs) {
-    static const YuyvKernel fastest = allYuyvKernels().back();
+    const YuyvKernel& fastest = widestKernels<allYuyvKernels>();
     const auto stripes = static_cast<int>((pairs + kStripe - 1) / kStripe);
     shareWork(stripes, [&](const cv::Range& range) {
         const std::size_t first = kStripe * static_cast<std::size_t>(range.start);

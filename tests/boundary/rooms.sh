@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks that only exports/ uses exported names and includes public headers, apart from the shared
-# types, and that a folder of src or apps holds at most twelve subjects, a subject being a source and
-# its header.
+# types; that a room includes only those below it; and that a folder of src or apps holds at most
+# twelve subjects, a subject being a source and its header.
 #   rooms.sh OBJECTS SOURCE
 set -euo pipefail
 objects=$1 source=$2
@@ -17,6 +17,23 @@ done
 public=$(grep -rnE '#include <doccam/' "$source/src" --include='*.h' --include='*.cpp' |
     grep -v "^$source/src/exports/" | grep -v '<doccam/types.h>' || true)
 [ -z "$public" ] || { echo "rooms: public headers in rooms:" >&2; echo "$public" >&2; failed=1; }
+
+while read -r room below; do
+    above=$(grep -rhoE '^#include "[a-z]+/' "$source/src/$room" | cut -d'"' -f2 | tr -d / | sort -u |
+        grep -vxE "$room|${below// /|}" || true)
+    [ -z "$above" ] || { echo "rooms: $room includes" $above >&2; failed=1; }
+done <<'END'
+base none
+state base
+discovery base state
+decode base
+docimage base state
+output base state docimage
+barcode base state
+preview base state
+capture base state discovery decode docimage output barcode preview
+exports base state discovery decode docimage output barcode preview capture
+END
 
 while read -r folder; do
     count=$(find "$folder" -maxdepth 1 -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.js' \) -printf '%f\n' |

@@ -217,8 +217,7 @@ std::vector<PageKernels> allPageKernels() {
 }
 
 const PageKernels& pageKernels() {
-    static const PageKernels widest = allPageKernels().back();
-    return widest;
+    return widestKernels<allPageKernels>();
 }
 
 } // namespace doccam

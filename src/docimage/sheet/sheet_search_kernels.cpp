@@ -186,8 +186,7 @@ std::vector<SheetSearchKernels> allSheetSearchKernels() {
 }
 
 const SheetSearchKernels& sheetSearchKernels() {
-    static const SheetSearchKernels widest = allSheetSearchKernels().back();
-    return widest;
+    return widestKernels<allSheetSearchKernels>();
 }
 
 } // namespace doccam

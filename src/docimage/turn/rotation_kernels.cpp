@@ -152,8 +152,7 @@ std::vector<RotationKernels> allRotationKernels() {
 }
 
 const RotationKernels& rotationKernels() {
-    static const RotationKernels widest = allRotationKernels().back();
-    return widest;
+    return widestKernels<allRotationKernels>();
 }
 
 } // namespace doccam

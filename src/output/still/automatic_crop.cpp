@@ -2,7 +2,7 @@
 
 #include "docimage/sheet/edge_overlay.h"
 #include "output/still/crop_geometry.h"
-#include "output/still/page_preparation.h"
+#include "output/still/page_cleaning.h"
 #include "output/still/straight_sheet.h"
 #include "state/settings.h"
 #include "state/sheet.h"

@@ -3,7 +3,7 @@
 #include "output/files/files.h"
 #include "output/files/image_file.h"
 #include "output/pdf/pdf_writer.h"
-#include "output/still/page_picture.h"
+#include "output/still/colour_mode.h"
 #include "state/faults.h"
 #include "state/settings.h"
 

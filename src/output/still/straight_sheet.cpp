@@ -1,7 +1,7 @@
 #include "output/still/straight_sheet.h"
 
 #include "docimage/turn/free_rotation.h"
-#include "output/still/page_preparation.h"
+#include "output/still/page_cleaning.h"
 
 #include <opencv2/imgproc.hpp>
 

@@ -1,7 +1,7 @@
 #include "output/still/whole_frame.h"
 
 #include "base/frame_size.h"
-#include "output/still/page_preparation.h"
+#include "output/still/page_cleaning.h"
 #include "state/settings.h"
 
 #include <opencv2/imgproc.hpp>

@@ -1,3 +1,4 @@
+// Exceptions that become results where C calls.
 #include "base/guarded.h"
 #include "support/printed_text.h"
 

@@ -1,4 +1,4 @@
-#include "output/still/page_preparation.h"
+#include "output/still/page_cleaning.h"
 
 #include "docimage/clean/background.h"
 #include "docimage/clean/black_edge.h"

@@ -1,4 +1,4 @@
-#include "output/still/page_picture.h"
+#include "output/still/colour_mode.h"
 
 #include "base/pixel.h"
 

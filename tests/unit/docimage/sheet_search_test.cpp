@@ -55,7 +55,7 @@ TEST(LiftedLevel, EqualsTheFractionsForAllLevels) {
     }
 }
 
-class EachReducedRows : public testing::TestWithParam<SheetSearchKernels> {};
+class EachSheetSearchKernel : public testing::TestWithParam<SheetSearchKernels> {};
 
 std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
     std::string name = nameOf(rows.param.instructionSet);
@@ -63,10 +63,10 @@ std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachReducedRows,
+INSTANTIATE_TEST_SUITE_P(SheetSearchKernels, EachSheetSearchKernel,
                          testing::ValuesIn(allSheetSearchKernels()), named);
 
-TEST_P(EachReducedRows, ReducesAsOpenCvDoes) {
+TEST_P(EachSheetSearchKernel, ReducesAsOpenCvDoes) {
     for (int count = 1; count <= 150; ++count) {
         const cv::Mat frame = test::noise({4 * count, 4}, static_cast<std::uint64_t>(count));
         std::vector<unsigned char> grey(static_cast<std::size_t>(count + 1), 99);
@@ -80,7 +80,7 @@ TEST_P(EachReducedRows, ReducesAsOpenCvDoes) {
 }
 
 // One pixel for each sum of sixteen samples: halves round to even.
-TEST_P(EachReducedRows, RoundsMeansAsOpenCvDoes) {
+TEST_P(EachSheetSearchKernel, RoundsMeansAsOpenCvDoes) {
     constexpr int kSums = 16 * 255 + 1;
     cv::Mat frame(4, 4 * kSums, CV_8UC3);
     for (int sum = 0; sum < kSums; ++sum) {
@@ -107,7 +107,7 @@ cv::Mat blurredBy(const SheetSearchKernels& rows, const cv::Mat& grey) {
     return sums;
 }
 
-TEST_P(EachReducedRows, FlattenAsOpenCvsBlurDoes) {
+TEST_P(EachSheetSearchKernel, FlattenAsOpenCvsBlurDoes) {
     for (const cv::Size size : {cv::Size(1, 1), {2, 3}, {9, 40}, {31, 30}, {64, 21}, {151, 37}}) {
         cv::Mat grey(size, CV_8UC1);
         cv::RNG(5).fill(grey, cv::RNG::UNIFORM, 0, 256);

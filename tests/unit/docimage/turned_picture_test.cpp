@@ -133,17 +133,17 @@ TEST(RotateImageOfOtherKinds, EqualsOpenCvs) {
     }
 }
 
-class EachTurnedRows : public testing::TestWithParam<RotationKernels> {};
+class EachRotationKernel : public testing::TestWithParam<RotationKernels> {};
 
 std::string nameOfRows(const testing::TestParamInfo<RotationKernels>& rows) {
     return nameOf(rows.param.instructionSet);
 }
 
-INSTANTIATE_TEST_SUITE_P(RotationKernels, EachTurnedRows, testing::ValuesIn(allRotationKernels()),
-                         nameOfRows);
+INSTANTIATE_TEST_SUITE_P(RotationKernels, EachRotationKernel,
+                         testing::ValuesIn(allRotationKernels()), nameOfRows);
 
 // Every fraction of a pixel, in both directions, in rows of every length.
-TEST_P(EachTurnedRows, BlendTheFourPixelsAroundEachPosition) {
+TEST_P(EachRotationKernel, BlendTheFourPixelsAroundEachPosition) {
     const cv::Mat pixels = test::noise({200, 3}, 10);
     for (int count = 1; count <= 150; ++count) {
         std::vector<int> across, down;

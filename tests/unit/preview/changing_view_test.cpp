@@ -28,8 +28,8 @@ class ChangingView : public Preview {
 TEST_F(ChangingView, NeverCrashesTheHostNorOverrunsItsBuffer) {
     stream(kFrame);
     SetWebFormSize(BusyHost::kFormWidth, BusyHost::kFormHeight);
-    const cv::Mat upright = noisyFrame(kFrame);
-    const cv::Mat upended = noisyFrame({kFrame.height, kFrame.width});
+    const cv::Mat level = noisyFrame(kFrame);
+    const cv::Mat turned = noisyFrame({kFrame.height, kFrame.width});
 
     std::atomic<int> frames{0};
     BusyHost host(frames);
@@ -40,8 +40,8 @@ TEST_F(ChangingView, NeverCrashesTheHostNorOverrunsItsBuffer) {
         last = host.done();
         ++frames;
         const int angle = state().settings.RotateAngle;
-        const cv::Mat* const frame = angle == 0 || angle == 2   ? &upright
-                                     : angle == 1 || angle == 3 ? &upended
+        const cv::Mat* const frame = angle == 0 || angle == 2   ? &level
+                                     : angle == 1 || angle == 3 ? &turned
                                                                 : nullptr;
         showPreview(state().view, state().session.frames->zoomimage, frame,
                     [&](const PreviewPicture& picture) {

@@ -15,7 +15,7 @@ namespace {
 using doccam::PageKernels;
 using doccam::WhitenRowInput;
 
-class EachPageRows : public testing::TestWithParam<PageKernels> {};
+class EachPageKernel : public testing::TestWithParam<PageKernels> {};
 
 std::string named(const testing::TestParamInfo<PageKernels>& rows) {
     std::string name = nameOf(rows.param.instructionSet);
@@ -23,7 +23,7 @@ std::string named(const testing::TestParamInfo<PageKernels>& rows) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageRows, testing::ValuesIn(doccam::allPageKernels()),
+INSTANTIATE_TEST_SUITE_P(PageKernels, EachPageKernel, testing::ValuesIn(doccam::allPageKernels()),
                          named);
 
 // Runs mark over all colours and checks that exactly those for which wanted is true are marked.
@@ -45,17 +45,17 @@ void expectMarks(Mark mark, Wanted wanted) {
     }
 }
 
-TEST_P(EachPageRows, MarksExactlyTheColouredPixels) {
+TEST_P(EachPageKernel, MarksExactlyTheColouredPixels) {
     expectMarks(GetParam().markColours,
                 [](const cv::Vec3b& pixel) { return doccam::plain::isColoured(pixel); });
 }
 
-TEST_P(EachPageRows, MarksExactlyTheDarkPixels) {
+TEST_P(EachPageKernel, MarksExactlyTheDarkPixels) {
     expectMarks(GetParam().markDark,
                 [](const cv::Vec3b& pixel) { return (pixel[0] + pixel[1] + pixel[2]) / 3 <= 30; });
 }
 
-TEST_P(EachPageRows, WritesNothingPastItsPixels) {
+TEST_P(EachPageKernel, WritesNothingPastItsPixels) {
     for (const auto mark : {GetParam().markColours, GetParam().markDark}) {
         for (int count = 0; count <= 200; ++count) {
             const std::vector<unsigned char> row(static_cast<std::size_t>(3 * count), 70);
@@ -68,7 +68,7 @@ TEST_P(EachPageRows, WritesNothingPastItsPixels) {
 }
 
 // Whole rows of one mean give the largest sums and those closest to each limit.
-TEST_P(EachPageRows, MarksAsPaperWhatIsAboveTheMeanLess19) {
+TEST_P(EachPageKernel, MarksAsPaperWhatIsAboveTheMeanLess19) {
     constexpr int kPixels = doccam::kSurroundings * doccam::kSurroundings;
     std::vector<unsigned char> grey(256);
     for (std::size_t i = 0; i < grey.size(); ++i) {
@@ -118,7 +118,7 @@ cv::Mat halfMarked(cv::RNG& random, int count) {
     return marks * 255;
 }
 
-TEST_P(EachPageRows, WhitensAsThePlainFilterAndRulesDo) {
+TEST_P(EachPageKernel, WhitensAsThePlainFilterAndRulesDo) {
     cv::RNG random(31);
     for (int count = 1; count <= 300; ++count) {
         cv::Mat rows(3, count, CV_8UC3);

@@ -87,6 +87,8 @@ TEST(Interrupt, LeavesAnIgnoredSignalIgnored) {
             std::signal(SIGHUP, SIG_IGN);
             std::signal(SIGTERM, SIG_DFL);
             sigset_t held;
+            sigemptyset(&held);
+            pthread_sigmask(SIG_SETMASK, &held, nullptr); // what earlier tests held back
             const Interrupt interrupt;
             pthread_sigmask(SIG_BLOCK, nullptr, &held);
             kill(getpid(), SIGHUP);

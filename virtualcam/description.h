@@ -58,7 +58,8 @@ enum class FaultKind {
     kCorrupt,     // the at-th frame cannot be decoded
     kTruncated,   // the at-th frame is cut off half-way
     kEmpty,       // the at-th frame has no bytes
-    kWrongSize,   // the at-th frame is a picture of half the width and height
+    kWrongSize,   // the at-th frame is a picture of half the width and height, or a
+                  // progressive JPEG that announces a square of side value
     kStall,       // the at-th frame is held back until resume()
     kUnplug       // instead of the at-th frame the camera is unplugged
 };

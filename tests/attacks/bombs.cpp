@@ -234,6 +234,16 @@ std::vector<Bomb> bombsWithinLimits() {
         {"coefficients.jpg", claimingJpeg({.width = 9400, .height = 9400, .scans = 10})},
         {"one_strip.tif", claimingTiff({.width = 10000, .height = 10000, .rowsPerStrip = 10000})},
         {"lossless.webp", claimingWebp(8500, 8500)},
+        {"scans.jpg", claimingJpeg({.width = 9000, .height = 9000, .scans = 20})},
+        {"interlaced.png",
+         claimingPng(
+             {.width = 10000, .height = 10000, .depth = 16, .colour = 6, .interlaced = true})},
+        {"texts.png", claimingPng({.width = 5000, .height = 5000, .texts = 70})},
+        {"wide.tif",
+         claimingTiff(
+             {.width = 9000, .height = 9000, .rowsPerStrip = 10, .bits = 16, .samples = 3})},
+        {"png.jp2", claimingPng({.width = 6000, .height = 6000, .colour = 2})},
+        {"png.webp", claimingPng({.width = 10000, .height = 10000, .colour = 2})},
     };
 }
 

@@ -56,6 +56,11 @@ void MeasuredRun::write(const std::string& name, const std::string& bytes) const
 Cost MeasuredRun::run(const std::vector<std::string>& words, const std::string& setting) const {
     std::vector<std::string> command{DOCCAM_PROGRAM};
     command.insert(command.end(), words.begin(), words.end());
+    return runProgram(command, setting);
+}
+
+Cost MeasuredRun::runProgram(const std::vector<std::string>& command,
+                             const std::string& setting) const {
     const std::string err = aside_.file("err");
     const auto start = std::chrono::steady_clock::now();
     const pid_t process = fork();

@@ -33,6 +33,9 @@ class MeasuredRun {
     // its environment, NAME=VALUE.
     Cost run(const std::vector<std::string>& words, const std::string& setting = "") const;
 
+    // The same with another program.
+    Cost runProgram(const std::vector<std::string>& command, const std::string& setting = "") const;
+
     // The names of all files, hidden ones too, in their order.
     std::vector<std::string> files() const;
 

@@ -198,6 +198,10 @@ void addFiles(const Seeds& seeds) {
               std::string(R"({"cameras": [{"faults": [{"fault": "call", "request": "DQBUF",)"
                           R"("at": 2, "errno": "EIO"}], "scene": {"angle": 9, "sheet": 1},)"
                           R"("controls": [{"name": "hue", "remove": true}]}]})"));
+    seeds.add("token_file", "token", std::string(64, 'a'));
+    seeds.add("token_file", "upper_case", std::string(64, 'A'));
+    seeds.add("token_file", "with_end_of_line", std::string(64, '7') + "\n");
+    seeds.add("token_file", "short", std::string(63, '0'));
     seeds.add("scenario", "deep", "{\"cameras\": " + std::string(500, '['));
 }
 

@@ -11,7 +11,7 @@
 namespace doccam::host {
 namespace {
 
-constexpr int kMostCameras = 9;
+constexpr int kMaximumCameras = 9;
 
 constexpr const char* kFooter = R"(Exit codes:
   0 done, 1 nothing found, 2 usage, 3 no camera, 4 camera failed,
@@ -22,7 +22,7 @@ Examples:
   doccam scan letter.pdf
   doccam --virtual scan demo.pdf --auto --pages 3)";
 
-// What the parser stores for a flag that is given without a value.
+// What CLI11 stores for a flag without a value.
 constexpr const char* kBareFlag = "true";
 
 void addGlobalOptions(CLI::App& app, Context& context) {
@@ -35,7 +35,7 @@ void addGlobalOptions(CLI::App& app, Context& context) {
         "Print results as JSON");
     app.add_option("--camera", options.camera, "The camera to use, as doccam list numbers them")
         ->type_name("INDEX")
-        ->check(between(0, kMostCameras - 1));
+        ->check(between(0, kMaximumCameras - 1));
     app.add_flag_function(
         "--no-confinement", [&options](std::int64_t /*count*/) { options.confined = false; },
         "Keep what clean, read and serve give up: other files, the network, programs");
@@ -71,7 +71,7 @@ std::unique_ptr<CLI::App> makeCommandLine(Context& context) {
     app->set_help_flag("-h,--help", "Print this help and exit");
     app->footer(kFooter);
     app->require_subcommand(1);
-    // Global options may stand behind the command's name too.
+    // Global options may also follow the command's name.
     app->fallthrough();
     addGlobalOptions(*app, context);
     addCommands(*app, context);

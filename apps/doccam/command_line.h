@@ -1,4 +1,4 @@
-// The command line as a whole: global options and all commands.
+// The command line: global options and all commands.
 #pragma once
 
 #include "host/context.h"
@@ -9,7 +9,7 @@
 
 namespace doccam::host {
 
-// Reads into context, which outlives the result.
+// Parses into context, which must outlive the result.
 std::unique_ptr<CLI::App> makeCommandLine(Context& context);
 
 } // namespace doccam::host

@@ -22,8 +22,7 @@ namespace {
 
 using namespace doccam::host;
 
-// Of the words that no option and no command has taken, the first that is no option itself; empty
-// when there is none.
+// The first unparsed word that is not an option; empty if there is none.
 std::string unknownWord(const CLI::App& app) {
     const std::vector<std::string> words = app.remaining();
     const auto word = std::find_if(words.begin(), words.end(),
@@ -36,13 +35,13 @@ std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
     return word.empty() ? error.what() : "There is no command \"" + word + "\"";
 }
 
-// Reads the command line; an exit code when there is nothing to run.
+// Parses the command line; returns an exit code if there is nothing to run.
 std::optional<int> parse(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return std::nullopt;
-    } catch (const CLI::Success& wish) {
-        const int code = app.exit(wish);
+    } catch (const CLI::Success& success) {
+        const int code = app.exit(success);
         finishOutput();
         return code;
     } catch (const CLI::ParseError& error) {
@@ -51,7 +50,7 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
     }
 }
 
-// The cameras decode whatever it is, without bounds of their own.
+// The cameras would decode anything, without limits.
 void tryPhoto(const Context& context) {
     const std::string& photo = context.virtualCamera.photo;
     const PictureLimits limits = pictureLimits();
@@ -95,9 +94,9 @@ int run(Context& context, int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    holdSignalsBack();
+    blockSignals();
     holdStandardStreams();
-    // A reader that ends early is a failed write, not the end in the middle of the work.
+    // A closed pipe becomes a failed write instead of killing the process.
     std::signal(SIGPIPE, SIG_IGN);
     Context context;
     try {

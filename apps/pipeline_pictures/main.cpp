@@ -1,4 +1,4 @@
-// One picture per stage on the way from a frame to a clean page: main FOLDER
+// Writes one picture per stage from a frame to a clean page: main FOLDER
 #include "scene/scene.h"
 
 #include <doccam/doccam.hpp>
@@ -26,7 +26,7 @@ void keep(const std::string& name, const cv::Mat& blueFirst) {
     cv::imwrite((folder / (name + ".jpg")).string(), shown);
 }
 
-// What a still of the frame is with the settings as they are.
+// The still of the frame with the current settings.
 cv::Mat still(const cv::Mat& frame, int cropMode) {
     std::string path = (folder / "still.png").string();
     capture(path.data(), 0, cropMode, frame);
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     }
     keep("2-outline", redFirst(outlined));
 
-    // Each crop shifts the corners that it cuts along, so they are found anew.
+    // Each crop moves the kept corners, so they are found again.
     const auto page = [&] {
         DrawingEdge(outlined.data, outlined.cols, outlined.rows, 0);
         return still(frame, kCropped);

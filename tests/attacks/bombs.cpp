@@ -57,7 +57,7 @@ std::string segment(char marker, const std::string& content) {
     return std::string("\xFF") + marker + bigEndian(content.size() + 2, 2) + content;
 }
 
-// Of one component, without data: the decoder goes over all blocks nevertheless.
+// A scan of one component without data: the decoder still visits all blocks.
 std::string scan(const JpegClaim& claim, unsigned number) {
     const char band = static_cast<char>(1 + number % 63);
     const std::string spectrum = !claim.progressive ? std::string("\x00\x3F\x00", 3)
@@ -77,7 +77,7 @@ std::string claimingJpeg(const JpegClaim& claim) {
     jpeg += segment('\xDB', std::string(1, '\0') + std::string(64, '\x01'));
     jpeg += segment(frame, "\x08" + bigEndian(claim.height, 2) + bigEndian(claim.width, 2) +
                                std::string("\x03\x01\x11\x00\x02\x11\x00\x03\x11\x00", 10));
-    // The codes for nothing: that of one value, of one bit.
+    // The minimal code table: one value, one bit.
     for (const char place : {'\x00', '\x10'}) {
         jpeg += segment('\xC4', std::string{place, '\x01'} + std::string(16, '\0'));
     }
@@ -87,7 +87,7 @@ std::string claimingJpeg(const JpegClaim& claim) {
         }
         return jpeg + "\xFF\xD9";
     }
-    // Where it expects a restart, libjpeg drops a reserved marker and finds the scans after it.
+    // Where libjpeg expects a restart, it drops a reserved marker and finds the scans after it.
     constexpr std::size_t kMaximumSegment = 65000;
     jpeg += segment('\xDD', bigEndian(1, 2)) + scan(claim, 0);
     std::string hidden;
@@ -105,7 +105,7 @@ std::string claimingPng(const PngClaim& claim) {
     constexpr std::uint64_t kTextBytes = 7900000;
     const std::uint64_t samples = claim.colour == 2 ? 3 : claim.colour == 6 ? 4 : 1;
     const std::uint64_t row = (claim.width * samples * claim.depth + 7) / 8 + 1;
-    // The seven passes have more rows.
+    // The seven interlaced passes have more rows.
     const std::uint64_t spare = claim.interlaced ? std::uint64_t{4} * claim.height : 0;
     std::string png = "\x89PNG\r\n\x1A\n";
     png += chunk("IHDR", bigEndian(claim.width, 4) + bigEndian(claim.height, 4) +
@@ -182,11 +182,11 @@ std::string claimingTiff(const TiffClaim& claim) {
 }
 
 std::string claimingWebp(unsigned width, unsigned height) {
-    // No transform, no cache of colours, one group of codes: five codes of one symbol each.
+    // No transform, no colour cache, one group of five codes of one symbol each.
     std::uint64_t bits = 0;
     unsigned place = 3;
     for (int code = 0; code < 5; ++code) {
-        bits |= std::uint64_t{1} << place; // a simple code, of one symbol, of one bit, 0
+        bits |= std::uint64_t{1} << place; // a simple code of one symbol, one bit, value 0
         place += 4;
     }
     const std::string content = "\x2F" +

@@ -1,4 +1,4 @@
-// A signal at any moment of a command that uses a camera.
+// Signals at any moment of a command that uses a camera.
 #include "bombs.h"
 #include "hosts/running_program.h"
 #include "measured_run.h"

@@ -1,4 +1,4 @@
-// Small picture files that ask for much: what each of them costs.
+// The cost of small malicious picture files.
 #include "bombs.h"
 #include "measured_run.h"
 
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(OfEachType, FileBomb, testing::ValuesIn(bombs()), nameO
 
 class LargePicture : public FileBomb {};
 
-// What comes out does not matter here.
+// The result does not matter here.
 TEST_P(LargePicture, CostsNoMoreThanAGigabyte) {
     program_.write(GetParam().name, GetParam().bytes);
     for (const Words& words : commandsOn(GetParam().name)) {
@@ -75,7 +75,7 @@ TEST(FileLimits, AreSetByTheEnvironment) {
     EXPECT_EQ(program.run(words, "DOCCAM_MAX_MEGAPIXELS=2").status, kDone);
 }
 
-// As GDAL or GDCM would read them, or without a header that is looked at.
+// Files for GDAL or GDCM, or without a known header.
 TEST(FileTypes, ThatAreNotLookedAtAreNotDecodedEither) {
     for (const std::string name : {"a.hdr", "a.jp2", "a.pam", "a.pfm", "a.ras"}) {
         const MeasuredRun program;
@@ -86,7 +86,7 @@ TEST(FileTypes, ThatAreNotLookedAtAreNotDecodedEither) {
     }
 }
 
-// The library that OpenCV reads them with ends the process over a damaged one.
+// GDCM, with which OpenCV reads them, aborts the process on a damaged one.
 TEST(FileTypes, OfMedicalScansAreRefused) {
     const MeasuredRun program;
     program.write("scan.png", std::string(128, '\0') + "DICM" + std::string(4000, '\x55'));

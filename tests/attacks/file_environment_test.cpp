@@ -1,4 +1,4 @@
-// An environment that somebody else has set.
+// A hostile environment.
 #include "measured_run.h"
 
 #include <gmock/gmock.h>

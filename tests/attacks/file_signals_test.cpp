@@ -1,4 +1,4 @@
-// A signal, or a kill, while the program is at work on files.
+// A signal, or a kill, while the program works on files.
 #include "bombs.h"
 #include "hosts/running_program.h"
 #include "measured_run.h"
@@ -24,7 +24,7 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-// The value of a field in the status of a process; 0 when it has gone.
+// A field of a process's /proc status; 0 if the process has gone.
 unsigned long statusOf(pid_t process, const std::string& field, int base) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string word, value; status >> word;) {
@@ -41,7 +41,7 @@ bool holdsSignalsBack(pid_t process) {
     return (statusOf(process, "SigBlk", 16) >> (SIGTERM - 1) & 1) != 0;
 }
 
-// Whether the program, or a process that it has started, has the pixels of a large picture.
+// Whether the program, or a child of it, holds the pixels of a large picture.
 bool hasPixels(pid_t process) {
     constexpr unsigned long kKilobytes = 150000;
     const std::string number = std::to_string(process);
@@ -65,7 +65,7 @@ class FileSignals : public testing::Test {
         program_.write("a.png", claimingPng({.width = 10000, .height = 10000, .colour = 2}));
     }
 
-    // Until the program has a work folder, which it has before it looks at pixels.
+    // Waits until the program has a work folder, which it creates before it decodes pixels.
     void awaitWork() const {
         while (program_.files().front().find(".doccam-") != 0) {
             std::this_thread::yield();
@@ -105,7 +105,7 @@ TEST_F(FileSignals, EndTheSearchForCodesInOnePicture) {
     EXPECT_EQ(reading.finish(), kInterrupted);
 }
 
-// As one that a pager reads, which waits for the user.
+// Like output to a pager that waits for the user.
 TEST_F(FileSignals, EndAProgramWhoseOutputNobodyReads) {
     const std::string pipe = program_.file("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);

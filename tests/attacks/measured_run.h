@@ -1,4 +1,4 @@
-// The program itself on files in a folder of its own, and what it cost.
+// Runs of the program on files in its own folder, with their cost.
 #pragma once
 
 #include "support/scratch_folder.h"
@@ -8,35 +8,35 @@
 
 namespace doccam::test {
 
-// As docs/command-line.md has them.
+// The exit codes of docs/command-line.md.
 enum Status { kDone = 0, kNothingFound = 1, kUsage = 2, kNoCamera = 3, kInterrupted = 130 };
 
 struct Cost {
     int status = -1;    // -1 after a signal
-    long megabytes = 0; // at most at a time, of any of its processes
+    long megabytes = 0; // peak of any of its processes
     double processorSeconds = 0;
     double wallSeconds = 0;
     std::string err;
 };
 
-// The commands that read the picture of that name, each as it costs most.
+// The commands that read the picture of that name, each with its most expensive options.
 std::vector<std::vector<std::string>> commandsOn(const std::string& name);
 
 class MeasuredRun {
   public:
-    // A file in the folder.
+    // Writes a file in the folder.
     void write(const std::string& name, const std::string& bytes) const;
 
     std::string file(const std::string& name) const { return folder_.file(name); }
 
-    // Runs doccam with these words in the folder and waits for its end. setting is one variable of
-    // its environment, NAME=VALUE.
+    // Runs doccam with these arguments in the folder and waits for its end. setting is one
+    // environment variable, NAME=VALUE.
     Cost run(const std::vector<std::string>& words, const std::string& setting = "") const;
 
     // The same with another program.
     Cost runProgram(const std::vector<std::string>& command, const std::string& setting = "") const;
 
-    // The names of all files, hidden ones too, in their order.
+    // The sorted names of all files, including hidden ones.
     std::vector<std::string> files() const;
 
   private:

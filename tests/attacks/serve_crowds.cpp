@@ -1,4 +1,4 @@
-// Connections to doccam serve that want nothing but its places.
+// Connections to doccam serve that only occupy its places.
 #include "attacks/serve_host.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@ namespace {
 
 using testing::StartsWith;
 
-constexpr std::size_t kMemoryKb = 16 * 1024; // what a crowd may cost while it is there
+constexpr std::size_t kMemoryKb = 16 * 1024; // maximum cost of a crowd while connected
 constexpr std::size_t kDescriptors = 300;
 
 std::vector<Visitor> crowd(const ServeHost& host, int count, const std::string& said) {
@@ -30,7 +30,7 @@ std::string state(const ServeHost& host) {
 
 } // namespace
 
-// A thread for each of them would leave none to the newcomer until one is sent away.
+// With a thread for each of them, none would be left for the newcomer.
 TEST(ServeAttack, SlowHeadsKeepNoNewcomerWaiting) {
     const ServeHost host;
     const auto slow = crowd(host, 60, "GET / HTTP/1.1\r\nX-Slow: ");
@@ -61,7 +61,7 @@ TEST(ServeAttack, SilentConnectionsCostLittle) {
         silent.back().say(host.ownHead("GET /api/state") + "\r\n");
         EXPECT_THAT(silent.back().hear(), StartsWith("HTTP/1.1 200 ")) << "the last still counts";
     }
-    while (host.descriptors() > descriptors) { // until the server has seen that they are gone
+    while (host.descriptors() > descriptors) { // until the server has noticed the disconnections
         EXPECT_THAT(state(host), StartsWith("HTTP/1.1 200 "));
     }
 }

@@ -1,4 +1,4 @@
-// doccam serve on a virtual camera, met through plain sockets.
+// doccam serve on a virtual camera, accessed through plain sockets.
 #pragma once
 
 #include "hosts/running_program.h"
@@ -10,7 +10,7 @@
 
 namespace doccam::test {
 
-// A client of the server, which says what it likes.
+// A client that sends arbitrary bytes.
 class Visitor {
   public:
     explicit Visitor(int port);
@@ -20,13 +20,13 @@ class Visitor {
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
-    // False when the server does not take it all.
+    // False if the server does not accept everything.
     bool say(const std::string& text) const;
-    // No more will be said; what comes is still heard.
+    // Shuts down sending; receiving still works.
     void endSaying() const;
-    // All that comes until the connection ends, or until text has come.
+    // Everything received until the connection ends, or until text has arrived.
     std::string hear(const std::string& text = "") const;
-    // Whether nothing has come, not even the end.
+    // Whether nothing has been received, not even the end.
     bool isWaiting() const;
 
   private:
@@ -34,8 +34,8 @@ class Visitor {
 };
 
 struct ServeSetting {
-    int stackKb = 8192;  // that the server's threads would take
-    std::string state{}; // where its state lies; empty: a folder of its own
+    int stackKb = 8192;  // the server's stack limit
+    std::string state{}; // its state folder; empty: its own
     bool confined = true;
 };
 
@@ -45,25 +45,24 @@ class ServeHost {
 
     Visitor visitor() const { return Visitor(port_); }
 
-    // The whole answer to one request, its line and headers as they are said; an empty line
-    // follows.
+    // The complete response to one request, given verbatim without its final empty line.
     std::string ask(const std::string& head) const;
-    // A first line and what each request needs.
+    // The request line and the headers that each request needs.
     std::string head(const std::string& line) const;
     // The same with the token.
     std::string ownHead(const std::string& line) const;
 
-    // The whole answer to a command.
+    // The complete response to a command.
     std::string order(const std::string& name, const std::string& json) const;
 
     const std::string& token() const { return token_; }
 
     std::string stateFolder() const { return folder_.file("state") + "/doccam"; }
 
-    // Where temporary files lie.
+    // The folder for temporary files.
     std::string temporaryFolder() const { return folder_.file("tmp"); }
 
-    // The one in it that holds the pages.
+    // The pages' folder in it.
     std::string pagesFolder() const;
 
     std::size_t residentKb() const;

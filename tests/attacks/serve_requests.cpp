@@ -1,4 +1,4 @@
-// Requests to doccam serve that were made to harm it.
+// Malicious requests to doccam serve.
 #include "attacks/serve_host.h"
 
 #include <gmock/gmock.h>

@@ -15,7 +15,7 @@ namespace doccam::virtualcam {
 // Functions that return int return 0 or an errno value. Not thread-safe.
 class BufferQueue {
   public:
-    static constexpr std::uint32_t kMostBuffers = 32;
+    static constexpr std::uint32_t kMaximumBuffers = 32;
 
     // Replaces the buffers with count new ones.
     int allocate(std::uint32_t count, std::uint32_t bytes);

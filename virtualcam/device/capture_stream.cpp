@@ -67,7 +67,7 @@ int CaptureDevice::requestBuffers(ClientId client, v4l2_requestbuffers& request)
     request.flags = 0;
     std::fill(std::begin(request.reserved), std::end(request.reserved), __u8{0});
     request.capabilities = V4L2_BUF_CAP_SUPPORTS_MMAP | V4L2_BUF_CAP_SUPPORTS_ORPHANED_BUFS;
-    request.count = faults_.granted(std::min(request.count, BufferQueue::kMostBuffers));
+    request.count = faults_.granted(std::min(request.count, BufferQueue::kMaximumBuffers));
     if (request.count == 0) {
         owner_ = 0;
     }

@@ -11,7 +11,7 @@ constexpr int kPlacesEachWay = 3;
 constexpr double kWayOut = 1.5;       // of the picture's width
 constexpr double kLargestAway = 10.0; // from there no part of the sheet is visible
 constexpr const char* kDigits = "0123456789";
-constexpr std::size_t kMostDigits = 9;
+constexpr std::size_t kMaximumDigits = 9;
 
 // Consecutive sheets lie differently.
 void putDown(SceneSettings& scene, int sheet) {
@@ -55,7 +55,7 @@ SceneSettings sceneAt(const SceneSettings& scene, std::uint32_t number) {
 std::string countedUp(const std::string& text, int steps) {
     const auto first = text.find_first_of(kDigits);
     const auto end = std::min(text.find_first_not_of(kDigits, first), text.size());
-    if (steps == 0 || first == std::string::npos || end - first > kMostDigits) {
+    if (steps == 0 || first == std::string::npos || end - first > kMaximumDigits) {
         return text;
     }
     std::string digits = std::to_string(std::stoll(text.substr(first, end - first)) + steps);

@@ -18,7 +18,7 @@
 namespace doccam::host {
 namespace {
 
-// The step that a request finds under way, and the one that answers it, each deliver a frame.
+// The frame in progress at the request, and the frame that serves it.
 constexpr int kFramesUntilAnswer = 2;
 
 struct Unlistened {
@@ -110,7 +110,7 @@ void CameraSession::waitForEvent(std::initializer_list<int> others) {
                                      "doccam doctor.");
 }
 
-// An exception must not leave by way of a callback; without a result the caller sees a failure.
+// Exceptions must not leave through the callback; without a result the caller fails.
 void CameraSession::useNextFrame(const FrameFeed::Listener& use) {
     std::atomic<bool> used{false};
     const Unlistened unlistened{feed_};
@@ -145,8 +145,8 @@ bool CameraSession::findSheet() {
     return found;
 }
 
-// A still may take longer than the library waits for it. Frames are counted from when the request
-// is surely made: some may come before that.
+// A still may take longer than the library waits for it. Frames count only once the request is
+// certain to have been made, as some may come before.
 void CameraSession::still(const std::string& path, bool crop) {
     const Cropped cropped(crop);
     feed_.takeStillFault();

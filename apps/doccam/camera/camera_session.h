@@ -1,4 +1,4 @@
-// An open camera: frames, stills, and a close that always comes.
+// An open camera: frames, stills, and a guaranteed close.
 #pragma once
 
 #include "camera/cameras.h"
@@ -13,10 +13,10 @@
 
 namespace doccam::host {
 
-// One at a time, used by one thread. Every wait ends with Interruption when the process is asked to
-// end, and with Failure when the stream has ended or the camera is silent, as Silence has it; it
-// goes on as long as frames come. For a still that is not taken the library waits up to four
-// seconds before anybody looks.
+// At most one at a time, used by one thread. Waits continue as long as frames come; they throw
+// Interruption when the process is asked to end, and Failure when the stream has ended or the
+// camera is silent (see Silence). For a still that is not taken, these checks begin only after the
+// library has waited for up to four seconds.
 class CameraSession {
   public:
     // Opens the camera and waits for its first frame. Throws Failure when it cannot be opened.
@@ -36,18 +36,18 @@ class CameraSession {
     void waitForFrames(std::uint64_t count);
 
     // Waits for the next frame or fault, or until one of the others becomes readable. Returns at
-    // once when a frame has come since the last wait.
+    // once if a frame has come since the last wait.
     void waitForEvent(std::initializer_list<int> others = {});
 
     // A copy of the next frame, red first.
     cv::Mat nextFrame();
 
-    // Looks for the sheet's outline in the next frame and keeps it for the still after it; false
-    // when there is none.
+    // Searches the next frame for the sheet's outline and keeps it for the following still; false
+    // if there is none.
     bool findSheet();
 
-    // Saves a still at path, whole or cropped to the sheet that findSheet found. Throws Failure
-    // when no file is there afterwards: kFileFailed when it could not be written, else with the
+    // Saves a still at path, whole or cropped to the sheet that findSheet found. Throws Failure if
+    // there is no file afterwards: kFileFailed if it could not be written, otherwise with the
     // library's reason.
     void still(const std::string& path, bool crop);
 

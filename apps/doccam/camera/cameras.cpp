@@ -9,7 +9,7 @@
 namespace doccam::host {
 namespace {
 
-// Captured at the smaller size; only stills are enlarged to it. Nothing to choose unasked.
+// Only stills are enlarged to this size; frames are captured at the smaller one. Never the default.
 constexpr Size kEnlarged{3672, 2856};
 constexpr Size kEnlargedFrom{3264, 2448};
 
@@ -27,7 +27,7 @@ std::string listed(const std::vector<Size>& sizes) {
     return text;
 }
 
-// The driver's texts may begin with blanks.
+// The driver's texts may start with blanks.
 std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
     return first == std::string::npos ? "" : text.substr(first);

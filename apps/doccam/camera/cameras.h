@@ -1,4 +1,4 @@
-// The cameras that are attached, and what each of them offers.
+// The attached cameras and the formats they offer.
 #pragma once
 
 #include "camera/picture_format.h"
@@ -11,7 +11,7 @@ namespace doccam::host {
 
 struct Camera {
     int index = 0;
-    std::string name; // empty when its node cannot be opened
+    std::string name; // empty if its node cannot be opened
 };
 
 struct Capture {
@@ -19,9 +19,9 @@ struct Capture {
     Size size;
 };
 
-// While no session is open; one host thread.
+// Call these while no session is open, on one host thread.
 
-// Throws Failure when there is no device manager; the list may be empty.
+// Throws Failure if udev cannot be used; the list may be empty.
 std::vector<Camera> attachedCameras();
 
 // Throws Failure unless camera index is attached.
@@ -30,9 +30,9 @@ void requireCamera(int index);
 // The sizes that camera index offers in format, in the driver's order.
 std::vector<Size> offeredSizes(int index, Format format);
 
-// What to open camera index with: the wanted format and size, each where it is offered; else MJPEG,
-// or YUYV if there is no MJPEG, at its largest size. Leaves the format chosen. Throws Failure that
-// names what is offered when a wanted one is not.
+// The format and size to open camera index with: the requested ones, by default MJPEG, or YUYV if
+// there is no MJPEG, at its largest size. Selects the format in the library. Throws Failure naming
+// the offered ones if a requested one is not among them.
 Capture chooseCapture(int index, std::optional<Format> format, std::optional<Size> size);
 
 } // namespace doccam::host

@@ -21,7 +21,7 @@ std::optional<ControlState> readControl(int selector) {
     return state;
 }
 
-// Gamma is written to the control used last, so it is read first.
+// Selector 5 writes to the control used last, so gamma is read first.
 bool writeControl(int selector, int value) {
     return readControl(selector) && SetVideoCtlParam(selector, value) == DOCCAM_OK;
 }

@@ -9,7 +9,7 @@ namespace doccam::host {
 
 struct ControlName {
     const char* text;
-    int selector; // the library's
+    int selector; // as in SetVideoCtlParam
 };
 
 inline constexpr std::array<ControlName, 6> kControlNames{
@@ -22,16 +22,16 @@ struct ControlState {
     int value = 0;
 };
 
-// The selector of the control called name; none when there is no such control.
+// The selector of the control called name, if there is one.
 std::optional<int> selectorOf(const std::string& name);
 
-// While a session is open. None when the camera does not have the control.
+// Call these while a session is open. None if the camera lacks the control.
 std::optional<ControlState> readControl(int selector);
 
-// Whether the camera took the value. The control must have been found by readControl.
+// Whether the camera accepted the value. The control must have been found by readControl.
 bool writeControl(int selector, int value);
 
-// Whether the camera took its default.
+// Whether the camera accepted the control's default.
 bool resetControl(int selector);
 
 } // namespace doccam::host

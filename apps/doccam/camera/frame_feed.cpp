@@ -9,7 +9,7 @@
 
 namespace doccam::host {
 
-// Never destroyed: the library may still call while the process ends.
+// Never destroyed: the library may still call it at process exit.
 FrameFeed& FrameFeed::instance() {
     static FrameFeed& feed = *new FrameFeed;
     return feed;

@@ -1,4 +1,4 @@
-// The process's one subscription to frames and faults, handed on to whoever needs them.
+// Distributes the process's single subscription to frames and faults.
 #pragma once
 
 #include <cstdint>
@@ -20,31 +20,31 @@ class FrameFeed {
     // valid during the call.
     using Listener = std::function<void(unsigned char* pixels, int width, int height)>;
 
-    // Registers the library's callbacks at the first call, which comes before a camera is opened.
+    // The first call registers the library's callbacks. Make it before a camera is opened.
     static FrameFeed& instance();
 
     FrameFeed(const FrameFeed&) = delete;
     FrameFeed& operator=(const FrameFeed&) = delete;
 
-    // Replaces the listener; an empty one takes it away. When it returns, the listener before is
-    // not running. Not from a listener.
+    // Replaces the listener; an empty one removes it. On return, the previous listener is not
+    // running. Not from a listener.
     void listen(Listener listener);
 
-    // Any thread. Frames since the last restart.
+    // Frames since the last restart. Any thread.
     std::uint64_t frames() const;
 
-    // Why no more frames come; none while they do.
+    // Why the stream ended; none while it runs.
     std::optional<std::string> ended() const;
 
-    // Why the last still failed, and forgets it; none when none did.
+    // Returns why the last still failed, if it did, and forgets it.
     std::optional<StillFault> takeStillFault();
 
-    // Becomes readable with each frame and each fault; calmed by acknowledge().
+    // Becomes readable with each frame and fault; reset by acknowledge().
     int descriptor() const { return descriptor_; }
 
     void acknowledge() const;
 
-    // Forgets frames and faults; before a camera is opened.
+    // Forgets frames and faults. Call before a camera is opened.
     void restart();
 
   private:

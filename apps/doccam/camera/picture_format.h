@@ -1,4 +1,4 @@
-// Pixel formats and frame sizes, as the library numbers them and as people write them.
+// Pixel formats and frame sizes, and their textual forms.
 #pragma once
 
 #include <optional>
@@ -25,7 +25,7 @@ std::string nameOf(Format format);
 // "1280x960".
 std::string textOf(Size size);
 
-// The size that text names as WIDTHxHEIGHT, both 1 to 99999; none for any other text.
+// Parses WIDTHxHEIGHT, both 1 to 99999; none for any other text.
 std::optional<Size> parseSize(const std::string& text);
 
 } // namespace doccam::host

@@ -5,14 +5,14 @@
 namespace doccam::host {
 namespace {
 
-// In one look. A process that waits for a silent camera uses a fraction of it; one that works uses
-// twice as much, even when it gets only a hundredth of a processor.
-constexpr std::chrono::milliseconds kLeastWork{5};
+// Per look. Waiting for a silent camera uses a fraction of it; a process at work uses twice as
+// much, even with only a hundredth of a processor.
+constexpr std::chrono::milliseconds kMinimumWork{5};
 
 } // namespace
 
 bool Silence::outlasts(std::chrono::microseconds processorTime) {
-    idle_ += processorTime - before_ < kLeastWork ? 1 : 0;
+    idle_ += processorTime - before_ < kMinimumWork ? 1 : 0;
     before_ = processorTime;
     ++all_;
     return idle_ >= kIdleLooks || all_ >= kLooks;

@@ -1,4 +1,4 @@
-// When a camera that delivers no frames is given up.
+// Deciding when to give up on a camera that delivers no frames.
 #pragma once
 
 #include <chrono>
@@ -6,22 +6,21 @@
 namespace doccam::host {
 
 // Counts looks that found no frame. On a busy machine a frame or a still may take many seconds, so
-// a look during which this process has worked counts for little. A look counts once however long it
-// lasted: a process that was held up has not waited for the camera.
+// a look during which this process has worked counts for little. Each look counts once, however
+// long it lasted: a suspended process has not waited for the camera.
 class Silence {
   public:
-    // How long one look lasts.
+    // The length of one look.
     static constexpr std::chrono::milliseconds kLook{1000};
-    // The camera is given up after so many looks during which the process was idle, or after so
-    // many looks of any sort.
+    // The camera is given up after this many looks with the process idle, or this many in total.
     static constexpr int kIdleLooks = 20;
     static constexpr int kLooks = 120;
 
-    // Counts one look that found no frame, and the processor time that this process has used in
-    // all. True when the camera is to be given up.
+    // Counts a look that found no frame, given the process's total processor time. Returns whether
+    // to give up.
     bool outlasts(std::chrono::microseconds processorTime);
 
-    // The processor time that this process has used in all.
+    // This process's total processor time.
     static std::chrono::microseconds processorTime();
 
   private:

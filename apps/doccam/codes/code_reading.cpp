@@ -25,7 +25,7 @@ cv::Mat reduced(const cv::Mat& grey) {
     return smaller;
 }
 
-// A picture file on the way to its codes.
+// Searches a picture file for codes.
 class CodeSearch {
   public:
     explicit CodeSearch(const std::string& path)
@@ -47,7 +47,7 @@ class CodeSearch {
         return text != nullptr ? text : "";
     }
 
-    // The picture made binary in many ways.
+    // Many scans, each with a different binarization.
     std::string thorough(CodeKind kind) const { return GetQR(grey_, static_cast<int>(kind)); }
 
   private:
@@ -56,8 +56,8 @@ class CodeSearch {
     bool reduced_;
 };
 
-// A report begins with the digit of the kind. What is quick is done for all kinds before what takes
-// its time.
+// A report starts with the digit of the kind. The quick scan runs for all kinds before the slow
+// ones.
 void reportCodes(const std::string& path, const std::vector<CodeKind>& kinds,
                  const Report& report) {
     const CodeSearch search(path);
@@ -110,7 +110,7 @@ FileCodes codesInFile(const std::string& path, const std::vector<CodeKind>& kind
     return found;
 }
 
-// Asked for a code, the library would answer with an earlier text where no frame comes any more.
+// The library would return an earlier text if no more frames came.
 std::string liveCode(CameraSession& session, CodeKind kind) {
     return BarQrDecodePro(session.nextFrame(), static_cast<int>(kind));
 }

@@ -24,7 +24,7 @@ struct CaptureOptions {
 
 using Targets = std::vector<std::unique_ptr<OutputFile>>;
 
-// Before the camera is opened, so that nothing has been done for a name that cannot be used.
+// Checks all names before the camera is opened.
 Targets claim(const CaptureOptions& options) {
     Targets targets;
     std::set<std::filesystem::path> names;

@@ -48,7 +48,7 @@ fs::path targetOf(const fs::path& file, const CleanOptions& options) {
     return target.replace_filename(file.stem().string() + "-clean" + file.extension().string());
 }
 
-// The library does this to files only.
+// Through a file, as the library offers this only for files.
 cv::Mat withoutDimMargins(cv::Mat page, const OutputFile& target) {
     std::string work = target.part("work.png");
     writePicture(target, work, page, 0);
@@ -57,7 +57,7 @@ cv::Mat withoutDimMargins(cv::Mat page, const OutputFile& target) {
     return readPicture(work, cv::IMREAD_COLOR);
 }
 
-// Neither chosen means both.
+// Without a choice, both steps are applied.
 cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& target) {
     const bool both = options.edges == options.background;
     if (options.brightSheet) {
@@ -105,7 +105,7 @@ WrittenFile cleanFile(const Context& context, const std::string& file,
                         {std::atoi(made.reports[0].c_str()), std::atoi(made.reports[1].c_str())});
 }
 
-// A target that is a link is written where it leads.
+// A link is written to its target.
 Reach reachOf(const CleanOptions& options) {
     Reach reach{.read = {options.files.begin(), options.files.end()}};
     for (const std::string& file : options.files) {

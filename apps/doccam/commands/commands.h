@@ -1,5 +1,5 @@
-// The commands. Each adds its name, options and help to the command line, and sets context.run when
-// it is the chosen one.
+// The commands. Each function adds its command's name, options and help to the command line; the
+// chosen command sets context.run.
 #pragma once
 
 #include <CLI/App.hpp>

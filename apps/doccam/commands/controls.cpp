@@ -16,11 +16,11 @@ namespace doccam::host {
 namespace {
 
 struct ControlsOptions {
-    std::vector<std::string> wishes; // NAME or NAME=VALUE
+    std::vector<std::string> requests; // NAME or NAME=VALUE
     bool reset = false;
 };
 
-struct Wish {
+struct ControlRequest {
     std::string name;
     int selector = 0;
     std::optional<int> value;
@@ -34,74 +34,74 @@ std::string allNames() {
     return names;
 }
 
-int parseValue(const std::string& text, const std::string& wish) {
+int parseValue(const std::string& text, const std::string& request) {
     int value = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end) {
-        throw Failure(kUsage, "The value in " + wish + " is no whole number; write " +
-                                  wish.substr(0, wish.find('=')) + "=10.");
+        throw Failure(kUsage, "The value in " + request + " is no whole number; write " +
+                                  request.substr(0, request.find('=')) + "=10.");
     }
     return value;
 }
 
-Wish parseWish(const std::string& text) {
+ControlRequest parseRequest(const std::string& text) {
     const auto equals = text.find('=');
-    Wish wish{text.substr(0, equals), 0, {}};
-    const auto selector = selectorOf(wish.name);
+    ControlRequest request{text.substr(0, equals), 0, {}};
+    const auto selector = selectorOf(request.name);
     if (!selector) {
-        throw Failure(kUsage,
-                      "There is no control " + wish.name + "; choose one of " + allNames() + ".");
+        throw Failure(kUsage, "There is no control " + request.name + "; choose one of " +
+                                  allNames() + ".");
     }
-    wish.selector = *selector;
+    request.selector = *selector;
     if (equals != std::string::npos) {
-        wish.value = parseValue(text.substr(equals + 1), text);
+        request.value = parseValue(text.substr(equals + 1), text);
     }
-    return wish;
+    return request;
 }
 
-std::vector<Wish> wishesOf(const ControlsOptions& options) {
-    std::vector<Wish> wishes;
-    for (const std::string& text : options.wishes) {
-        wishes.push_back(parseWish(text));
+std::vector<ControlRequest> requestsOf(const ControlsOptions& options) {
+    std::vector<ControlRequest> requests;
+    for (const std::string& text : options.requests) {
+        requests.push_back(parseRequest(text));
     }
-    if (wishes.empty()) {
+    if (requests.empty()) {
         for (const ControlName& control : kControlNames) {
-            wishes.push_back({control.text, control.selector, {}});
+            requests.push_back({control.text, control.selector, {}});
         }
     }
-    return wishes;
+    return requests;
 }
 
-[[noreturn]] void failToSet(const Wish& wish) {
-    throw Failure(kCameraFailed, "The camera did not take a new " + wish.name +
+[[noreturn]] void failToSet(const ControlRequest& request) {
+    throw Failure(kCameraFailed, "The camera did not take a new " + request.name +
                                      "; look whether it sets it by itself.");
 }
 
-void set(const Wish& wish, const ControlState& state, int value) {
+void set(const ControlRequest& request, const ControlState& state, int value) {
     if (value < state.minimum || value > state.maximum) {
-        throw Failure(kUsage, "The camera's " + wish.name + " goes from " +
+        throw Failure(kUsage, "The camera's " + request.name + " goes from " +
                                   std::to_string(state.minimum) + " to " +
                                   std::to_string(state.maximum) + ", which " +
                                   std::to_string(value) + " is not; choose a value in between.");
     }
-    if (!writeControl(wish.selector, value)) {
-        failToSet(wish);
+    if (!writeControl(request.selector, value)) {
+        failToSet(request);
     }
 }
 
-// The control after the wish has been granted; none when the camera has no such control.
-std::optional<ControlState> grant(const Wish& wish, bool reset) {
-    const auto state = readControl(wish.selector);
+// Applies one request; returns the control's state, or none if the camera lacks it.
+std::optional<ControlState> grant(const ControlRequest& request, bool reset) {
+    const auto state = readControl(request.selector);
     if (!state) {
         return std::nullopt;
     }
-    if (wish.value) {
-        set(wish, *state, *wish.value);
-    } else if (reset && !resetControl(wish.selector)) {
-        failToSet(wish);
+    if (request.value) {
+        set(request, *state, *request.value);
+    } else if (reset && !resetControl(request.selector)) {
+        failToSet(request);
     }
-    return readControl(wish.selector);
+    return readControl(request.selector);
 }
 
 Json asJson(const std::string& name, const ControlState& state) {
@@ -120,16 +120,16 @@ std::string asText(const std::string& name, const ControlState& state) {
 }
 
 int controls(const Context& context, const ControlsOptions& options) {
-    const std::vector<Wish> wishes = wishesOf(options);
+    const std::vector<ControlRequest> requests = requestsOf(options);
     const auto session = openForStills(context, {});
     Result result(context.options.json, Json::array());
-    for (const Wish& wish : wishes) {
+    for (const ControlRequest& request : requests) {
         context.interrupt->check();
-        const auto state = grant(wish, options.reset);
+        const auto state = grant(request, options.reset);
         if (state) {
-            result.add(asJson(wish.name, *state), asText(wish.name, *state));
-        } else if (!options.wishes.empty()) {
-            throw Failure(kNothingFound, "The camera has no control " + wish.name +
+            result.add(asJson(request.name, *state), asText(request.name, *state));
+        } else if (!options.requests.empty()) {
+            throw Failure(kNothingFound, "The camera has no control " + request.name +
                                              "; doccam controls shows which it has.");
         }
     }
@@ -142,7 +142,7 @@ void addControlsCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<ControlsOptions>();
     CLI::App* command = app.add_subcommand("controls", "Show or set the picture controls");
     command
-        ->add_option("NAME[=VALUE]", options->wishes,
+        ->add_option("NAME[=VALUE]", options->requests,
                      "Controls to show or to set; none: all (" + allNames() + ")")
         ->type_name("");
     command->add_flag("--reset", options->reset, "Set to the defaults what has no VALUE");

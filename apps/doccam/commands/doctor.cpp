@@ -1,4 +1,4 @@
-// doccam doctor: says what is wrong with the cameras, and what to do.
+// doccam doctor: diagnoses camera problems and suggests remedies.
 #include "commands/commands.h"
 #include "doctor/advice.h"
 #include "doctor/examination.h"
@@ -18,7 +18,7 @@ namespace {
 
 struct DoctorOptions {
     bool add = false;
-    std::string model; // empty: the only one there is
+    std::string model; // empty: the only unsupported one
 };
 
 Json asJson(const Advice& advice) {
@@ -42,7 +42,7 @@ int resultOf(const Findings& findings, const std::vector<Advice>& advice) {
     return !camera ? kNoCamera : trouble ? kCameraFailed : kDone;
 }
 
-// One node of each model that is attached and not supported.
+// One node of each attached unsupported model.
 std::vector<Node> foreignModels(const Findings& findings) {
     std::vector<Node> foreign;
     for (const Node& node : findings.nodes) {
@@ -55,7 +55,7 @@ std::vector<Node> foreignModels(const Findings& findings) {
     return foreign;
 }
 
-// Only the user can tell a document camera from any other.
+// Only the user knows which one is a document camera.
 void refuseToGuess(const std::vector<Node>& foreign) {
     std::string choices;
     for (const Node& node : foreign) {
@@ -68,7 +68,7 @@ void refuseToGuess(const std::vector<Node>& foreign) {
     }
 }
 
-// The node to add as options say; none when its model is supported already.
+// The node to add; none if its model is already supported.
 std::optional<Node> chosenNode(const Findings& findings, const std::string& model) {
     const std::vector<Node> foreign = foreignModels(findings);
     if (model.empty()) {

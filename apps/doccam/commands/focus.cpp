@@ -1,4 +1,4 @@
-// doccam focus: has the camera focus.
+// doccam focus: makes the camera focus.
 #include "commands/commands.h"
 #include "commands/options/still_options.h"
 #include "host/context.h"
@@ -12,7 +12,7 @@
 namespace doccam::host {
 namespace {
 
-// A camera moves its lens for about a second, and only while it streams.
+// A camera needs about a second to focus, and does so only while it streams.
 constexpr int kFramesToFocus = 20;
 
 int focus(const Context& context, bool switchOver) {

@@ -1,4 +1,4 @@
-// doccam list: the cameras that are attached.
+// doccam list: the attached cameras.
 #include "camera/cameras.h"
 #include "commands/commands.h"
 #include "host/context.h"

@@ -21,7 +21,7 @@ struct PdfOptions {
     bool force = false;
 };
 
-// Each page's pixels are held until the PDF is written.
+// In a separate process, as each page's pixels are held until the PDF is written.
 std::string draftApart(const Context& context, const OutputFile& file,
                        const std::vector<std::string>& images) {
     const PictureLimits limits = pictureLimits();

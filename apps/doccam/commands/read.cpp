@@ -1,4 +1,4 @@
-// doccam read: bar codes and QR codes, of picture files or of what lies before the camera.
+// doccam read: bar codes and QR codes from picture files or from the camera.
 #include "codes/code_reading.h"
 #include "commands/commands.h"
 #include "commands/options/option_checks.h"

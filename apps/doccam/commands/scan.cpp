@@ -16,8 +16,8 @@
 namespace doccam::host {
 namespace {
 
-constexpr int kMostPages = 999;
-constexpr int kSheetFrames = 60; // for which a virtual sheet lies still
+constexpr int kMaximumPages = 999;
+constexpr int kSheetFrames = 60; // frames that a virtual sheet lies still
 
 struct ScanOptions {
     StillOptions still;
@@ -82,7 +82,7 @@ void addOptions(CLI::App& command, ScanOptions& options) {
     command.add_flag("--auto", options.plan.automatic,
                      "Take a page whenever a new sheet lies still; Enter ends");
     command.add_option("--pages", options.plan.pages, "End after so many pages")
-        ->check(between(1, kMostPages))
+        ->check(between(1, kMaximumPages))
         ->type_name("N");
     command.add_flag("--whole-frame", options.plan.whole,
                      "Take the whole frame instead of cutting out the sheet");

@@ -24,7 +24,7 @@ struct Arguments {
 
 int run(const Context& context, const Arguments& arguments) {
     serve::ServeOptions options = arguments.options;
-    options.wish = {context.options.camera, arguments.still.format, arguments.still.size};
+    options.choice = {context.options.camera, arguments.still.format, arguments.still.size};
     options.json = context.options.json;
     options.confined = context.options.confined;
     return serve::serve(options, *context.interrupt);

@@ -14,7 +14,7 @@ std::string titleOf(const Node& node) {
     return node.path + (node.name.empty() ? "" : " (" + node.name + ")");
 }
 
-// What is wrong with a camera that the library does not use is worth a note.
+// Problems of a camera that the library does not use are only a note.
 void addTrouble(List& list, const Node& node, const std::string& what, const std::string& remedy) {
     list.push_back({node.supported ? Level::kTrouble : Level::kNote, titleOf(node), what, remedy});
 }
@@ -42,7 +42,7 @@ constexpr const char* kSeatRule =
     "let whoever sits at the machine use it: put SUBSYSTEM==\"video4linux\", TAG+=\"uaccess\" into "
     "/etc/udev/rules.d/70-doccam.rules and plug it in again.";
 
-// A node of root's own group has missed the system's rules; nobody is to join that group.
+// A node of group root was missed by the udev rules; never suggest joining that group.
 void adviseOnPermission(List& list, const Node& node) {
     if (node.group.empty() || node.group == "root") {
         addTrouble(list, node, "may be opened by root only",
@@ -99,7 +99,7 @@ void adviseOnFrames(List& list, const Node& node) {
     }
 }
 
-// A file made by hand for this row alone would take the place of the built-in table.
+// Warns that a file with only this row would replace the built-in table.
 std::string waysToAdd(const Node& node, const ModelTable& table) {
     const std::string command =
         "run doccam doctor --add " + modelOf(node) + " for the row \"" + modelRow(node) + "\"";
@@ -172,7 +172,7 @@ std::vector<Advice> adviceOn(const Findings& findings) {
     return list;
 }
 
-// The name is the device's own word, and must not end the line.
+// The name comes from the device and must not contain line breaks.
 std::string modelRow(const Node& node) {
     std::string name = node.name;
     std::replace_if(

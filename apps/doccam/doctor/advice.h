@@ -1,4 +1,4 @@
-// From findings to plain advice.
+// Turning findings into advice.
 #pragma once
 
 #include "doctor/findings.h"
@@ -14,7 +14,7 @@ struct Advice {
     Level level = Level::kNote;
     std::string subject; // a node, a file, or "cameras"
     std::string what;
-    std::string remedy; // empty where nothing is to be done
+    std::string remedy; // empty if nothing needs to be done
 };
 
 // "ok", "note" and "trouble".
@@ -22,7 +22,7 @@ std::string nameOf(Level level);
 
 std::vector<Advice> adviceOn(const Findings& findings);
 
-// The line for the table of models: "vvvv:pppp  # name".
+// The node's line for the table of models: "vvvv:pppp  # name".
 std::string modelRow(const Node& node);
 
 } // namespace doccam::host

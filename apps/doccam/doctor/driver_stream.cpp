@@ -20,7 +20,7 @@ std::uint32_t pixelFormatOf(Format format) {
     return format == Format::kMjpeg ? V4L2_PIX_FMT_MJPEG : V4L2_PIX_FMT_YUYV;
 }
 
-// A range of sizes counts with its largest.
+// For a range, its largest size.
 Size sizeIn(const v4l2_frmsizeenum& entry) {
     const bool discrete = entry.type == V4L2_FRMSIZE_TYPE_DISCRETE;
     return {static_cast<int>(discrete ? entry.discrete.width : entry.stepwise.max_width),

@@ -1,4 +1,4 @@
-// Streaming from a V4L2 node, step by step, so that the step that fails is known.
+// Streaming from a V4L2 node step by step, to identify the failing step.
 #pragma once
 
 #include "camera/picture_format.h"
@@ -12,7 +12,7 @@
 
 namespace doccam::host {
 
-// A request that the driver did not grant.
+// A request that the driver refused.
 class RequestFailure : public std::runtime_error {
   public:
     RequestFailure(const std::string& request, int error)
@@ -34,10 +34,10 @@ struct DriverFormat {
 
 struct DriverFrame {
     std::span<const std::uint8_t> bytes;
-    bool damaged = false; // by the driver's own account
+    bool damaged = false; // marked by the driver as damaged
 };
 
-// Members throw RequestFailure. Destruction ends the stream and closes the node.
+// Members throw RequestFailure. The destructor ends the stream and closes the node.
 class DriverStream {
   public:
     explicit DriverStream(const std::string& node);
@@ -45,12 +45,12 @@ class DriverStream {
     DriverStream(const DriverStream&) = delete;
     DriverStream& operator=(const DriverStream&) = delete;
 
-    // The largest size in MJPEG, or else in YUYV; EINVAL where there is neither.
+    // The largest size in MJPEG, or else in YUYV; fails with EINVAL if there is neither.
     DriverFormat largestFormat() const;
 
     void start(const DriverFormat& format);
 
-    // Shows the next frame to use; false when none has come for three seconds.
+    // Calls use with the next frame; false if none has come for three seconds.
     bool withNextFrame(const std::function<void(const DriverFrame&)>& use);
 
   private:

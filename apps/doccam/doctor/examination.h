@@ -1,4 +1,4 @@
-// Looking at everything that the advice depends on.
+// Gathering the findings.
 #pragma once
 
 #include "doctor/findings.h"
@@ -6,9 +6,8 @@
 
 namespace doccam::host {
 
-// Opens each node, streams from the supported ones, and looks who uses them. Takes about a second
-// for each camera, and longer for one that is silent. Throws Interruption when the process is asked
-// to end.
+// Opens each node, streams from the supported ones, and finds who uses them. Takes about a second
+// per camera, longer for a silent one. Throws Interruption when the process is asked to end.
 Findings examine(const Interrupt& interrupt);
 
 } // namespace doccam::host

@@ -1,4 +1,4 @@
-// What the doctor has found out, before it draws conclusions.
+// The doctor's findings.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ struct Holder {
     std::string name;
 };
 
-// What came of streaming a few frames. Step and error stay empty where every request was granted.
+// The result of streaming a few frames. step and error are empty if every request succeeded.
 struct Trial {
     bool held = false;
     std::string capture; // "mjpeg 3264x2448"
-    std::string step;    // the request that failed, as "VIDIOC_STREAMON"
+    std::string step;    // the failed request, such as "VIDIOC_STREAMON"
     int error = 0;       // its errno
     int frames = 0;
     int shortFrames = 0;
@@ -27,17 +27,17 @@ struct Trial {
 struct Node {
     std::string path;
     std::string name;
-    std::string vendor; // four hexadecimal digits; empty for what is not on USB
+    std::string vendor; // four hexadecimal digits; empty if not on USB
     std::string product;
-    std::string group;          // that the node belongs to
+    std::string group;          // the node's group
     bool supported = false;     // its id is among the supported models
-    bool secondOfModel = false; // the library finds the first camera of a model only
+    bool secondOfModel = false; // the library finds only the first camera of a model
     int openError = 0;
     std::vector<Holder> holders;
     Trial trial;
 };
 
-// "vvvv:pppp"; empty for what is not on USB.
+// "vvvv:pppp"; empty if not on USB.
 inline std::string modelOf(const Node& node) {
     return node.vendor.empty() ? "" : node.vendor + ":" + node.product;
 }
@@ -47,7 +47,7 @@ struct ModelTable {
     std::string file; // empty: the built-in table, which addTo would replace
     std::string addTo;
     std::string text;
-    std::string error; // why the file is not used, though it should be
+    std::string error; // why the file cannot be used
 };
 
 struct Findings {

@@ -1,4 +1,4 @@
-// Whether the bytes of a frame are what the driver promised.
+// Checking a frame's bytes.
 #pragma once
 
 #include "camera/picture_format.h"
@@ -10,8 +10,8 @@ namespace doccam::host {
 
 enum class FrameFlaw { kNone, kShort, kNoJpeg };
 
-// MJPEG: a JPEG that can be read, up to its end marker; what follows does not count. YUYV: two
-// bytes for each pixel.
+// MJPEG must be a valid JPEG up to its end marker; anything after that is ignored. YUYV must have
+// two bytes per pixel.
 FrameFlaw flawOf(std::span<const std::uint8_t> frame, Format format, Size size);
 
 } // namespace doccam::host

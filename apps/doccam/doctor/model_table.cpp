@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostRows = 9;
+constexpr std::size_t kMaximumRows = 9;
 constexpr const char* kSystemTable = "/etc/doccam/supported_models.txt";
 constexpr std::uintmax_t kLargestFile = 65536;
 constexpr std::string_view kIdPattern = "hhhh:hhhh";
@@ -44,7 +44,7 @@ bool isRow(std::string_view text) {
                       });
 }
 
-// None where the library does not read it either.
+// None if the library would not read it either.
 std::optional<std::string> contentOf(const std::string& path) {
     std::error_code error;
     std::ifstream file(path, std::ios::binary);
@@ -54,7 +54,7 @@ std::optional<std::string> contentOf(const std::string& path) {
     return std::string{std::istreambuf_iterator<char>(file), {}};
 }
 
-// The file that replaces the built-in table, and must then be there; empty when none is named.
+// The file named by the environment, which must exist; empty if none is named.
 std::string namedFile() {
     const char* named = secure_getenv("DOCCAM_MODELS");
     return named != nullptr ? named : "";
@@ -94,7 +94,7 @@ ModelRows parseModelRows(std::string_view text) {
         if (row.empty()) {
             continue;
         }
-        if (!isRow(row) || parsed.rows.size() == kMostRows) {
+        if (!isRow(row) || parsed.rows.size() == kMaximumRows) {
             return {{},
                     "line " + std::to_string(line) +
                         (isRow(row) ? " is a tenth row" : " is no row vvvv:pppp")};
@@ -105,7 +105,7 @@ ModelRows parseModelRows(std::string_view text) {
 }
 
 std::optional<std::string> withRow(const std::string& text, const std::string& row) {
-    if (parseModelRows(text).rows.size() >= kMostRows) {
+    if (parseModelRows(text).rows.size() >= kMaximumRows) {
         return std::nullopt;
     }
     const bool ended = text.empty() || text.back() == '\n';

@@ -1,4 +1,4 @@
-// The file of supported models: its rows, and adding one.
+// Reading and extending the file of supported models.
 #pragma once
 
 #include "doctor/findings.h"
@@ -12,24 +12,24 @@ namespace doccam::host {
 
 struct ModelRows {
     std::vector<std::string> rows; // "vvvv:pppp"
-    std::string error;             // names the line; no row counts then
+    std::string error;             // names the line; no rows are used then
 };
 
-// Reads rows "vvvv:pppp  # remark" as the library does: nine at most, lower-case digits.
+// Parses rows "vvvv:pppp  # remark" like the library: at most nine, lower-case digits.
 ModelRows parseModelRows(std::string_view text);
 
-// The text with one row more at its end; none when it has nine rows already.
+// The text with one more row at its end; none if it already has nine.
 std::optional<std::string> withRow(const std::string& text, const std::string& row);
 
-// The text with its last row made a remark.
+// The text with its last row commented out.
 std::string withoutLastRow(const std::string& text);
 
-// The table that the library reads in this process.
+// The table that the library uses in this process.
 ModelTable tableInForce();
 
-// Adds the row to the file that the library reads, which is made from the built-in table if there
-// is none; its last row may then have to make room, and is returned, else nothing. Throws Failure
-// when the file is full or cannot be written.
+// Adds the row to the file that the library reads. If there is none, it is made from the built-in
+// table, whose last row is dropped if necessary. Returns the dropped row or an empty text. Throws
+// Failure if the file is full or cannot be written.
 std::string addRow(const ModelTable& table, const std::string& row);
 
 } // namespace doccam::host

@@ -1,4 +1,4 @@
-// Which processes have a device node open.
+// Finding the processes that have a device node open.
 #pragma once
 
 #include "doctor/findings.h"
@@ -8,8 +8,8 @@
 
 namespace doccam::host {
 
-// Looks through a folder like /proc, but for the calling process. Processes of other users stay
-// unseen unless the caller is root.
+// Searches a folder like /proc, except for the calling process. Only root sees the processes of
+// other users.
 std::vector<Holder> holdersOf(const std::string& node, const std::string& processes = "/proc");
 
 } // namespace doccam::host

@@ -9,8 +9,8 @@
 namespace doccam::host {
 namespace {
 
-// A camera's first frames may be damaged, and are not judged.
-constexpr int kFramesPassedOver = 2;
+// A camera's first frames may be damaged and are not checked.
+constexpr int kFramesSkipped = 2;
 constexpr int kFramesJudged = 6;
 
 void judge(Trial& trial, const DriverFrame& frame, const DriverFormat& format) {
@@ -25,10 +25,10 @@ void stream(DriverStream& driver, Trial& trial, const Interrupt& interrupt) {
     const DriverFormat format = driver.largestFormat();
     trial.capture = nameOf(format.format) + " " + textOf(format.size);
     driver.start(format);
-    for (int i = 0; i < kFramesPassedOver + kFramesJudged; ++i) {
+    for (int i = 0; i < kFramesSkipped + kFramesJudged; ++i) {
         interrupt.check();
         const bool came = driver.withNextFrame([&](const DriverFrame& frame) {
-            if (i >= kFramesPassedOver) {
+            if (i >= kFramesSkipped) {
                 judge(trial, frame, format);
             }
         });

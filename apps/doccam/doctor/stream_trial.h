@@ -1,4 +1,4 @@
-// A few frames straight from the driver.
+// Trial streaming directly from the driver.
 #pragma once
 
 #include "doctor/findings.h"
@@ -8,9 +8,9 @@
 
 namespace doccam::host {
 
-// Streams from the node at its largest size, as MJPEG if it has that, and judges the frames.
-// Returns errno when the node cannot be opened, and 0 with what came of it in trial otherwise.
-// Throws Interruption when the process is asked to end.
+// Streams from the node at its largest size, in MJPEG if available, and checks the frames. Returns
+// errno if the node cannot be opened, otherwise 0 with the result in trial. Throws Interruption
+// when the process is asked to end.
 int tryStream(const std::string& node, Trial& trial, const Interrupt& interrupt);
 
 } // namespace doccam::host

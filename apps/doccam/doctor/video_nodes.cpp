@@ -27,7 +27,7 @@ std::string property(udev_device* device, const char* name) {
     return textOf(udev_device_get_property_value(device, name));
 }
 
-// A camera's metadata node and a codec's node deliver none.
+// Metadata nodes and codec nodes do not.
 bool deliversPictures(udev_device* device) {
     return property(device, "ID_V4L_CAPABILITIES").find(":capture:") != std::string::npos;
 }

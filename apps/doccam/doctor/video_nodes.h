@@ -1,4 +1,4 @@
-// The video nodes of the machine, as the device manager knows them.
+// The machine's video nodes, from udev.
 #pragma once
 
 #include "doctor/findings.h"
@@ -8,8 +8,7 @@
 
 namespace doccam::host {
 
-// All nodes that deliver pictures, with names, ids and groups; none when the device manager does
-// not answer.
+// All nodes that deliver pictures, with names, IDs and groups; none if udev does not respond.
 std::optional<std::vector<Node>> videoNodes();
 
 } // namespace doccam::host

@@ -22,15 +22,14 @@
 namespace doccam::host {
 namespace {
 
-// Before each message on the pipe: its kind, a report or the exit code of a Failure, and its
-// length.
+// Precedes each message on the pipe: its kind, a report or the exit code of a Failure, and length.
 struct MessageHead {
     std::int32_t kind = 0;
     std::uint32_t length = 0;
 };
 
 constexpr std::int32_t kReport = -1;
-constexpr std::size_t kMaximumBytes = 1 << 20; // of all messages together
+constexpr std::size_t kMaximumBytes = 1 << 20; // all messages together
 
 using Clock = std::chrono::steady_clock;
 
@@ -68,7 +67,7 @@ void send(int pipe, std::int32_t kind, const std::string& text) {
     }
 }
 
-// Memory of the process's own that may be written to, as RLIMIT_DATA counts it.
+// The process's private writable memory, as counted by RLIMIT_DATA.
 std::uint64_t bytesInUse() {
     std::uint64_t pages = 0;
     std::ifstream statistics("/proc/self/statm");
@@ -78,7 +77,7 @@ std::uint64_t bytesInUse() {
     return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
-// For good: at the hard limit of its time a process ends in another way than at the other one.
+// Permanent. The hard limit is one higher: there SIGKILL would replace SIGXCPU.
 void limit(__rlimit_resource resource, std::uint64_t value) {
     rlimit limits{};
     getrlimit(resource, &limits);
@@ -87,7 +86,7 @@ void limit(__rlimit_resource resource, std::uint64_t value) {
     setrlimit(resource, &limits);
 }
 
-// A thread's stack counts as memory in use, whether it is touched or not.
+// Thread stacks count as memory in use even if untouched.
 void apply(const Bounds& bounds, std::uint64_t before) {
     constexpr int kMaximumThreads = 4;
     cv::setNumThreads(std::min(cv::getNumThreads(), kMaximumThreads));
@@ -96,7 +95,7 @@ void apply(const Bounds& bounds, std::uint64_t before) {
         std::signal(SIGXCPU, SIG_DFL);
         limit(RLIMIT_CPU, static_cast<std::uint64_t>(bounds.processor->count()));
     }
-    // A sanitizer's shadow is memory too.
+    // A sanitizer's shadow would count as memory.
     if (!DOCCAM_SANITIZED) {
         limit(RLIMIT_DATA, before + bounds.bytes);
     }
@@ -124,7 +123,7 @@ void apply(const Bounds& bounds, std::uint64_t before) {
     _exit(kDone);
 }
 
-// The messages of the copy, which may be anything once a decoder has met the wrong file.
+// The child's messages, which may be arbitrary bytes once a decoder is compromised.
 class Messages {
   public:
     explicit Messages(int pipe)
@@ -132,7 +131,7 @@ class Messages {
 
     int pipe() const { return pipe_; }
 
-    // Adds what there is; false at the end.
+    // Reads what is available; false at the end.
     bool read() {
         std::array<char, 65536> chunk{};
         const ssize_t count = ::read(pipe_, chunk.data(), chunk.size());
@@ -142,7 +141,7 @@ class Messages {
 
     bool areTooLong() const { return bytes_.size() > kMaximumBytes; }
 
-    // The reports, after that end. Throws the Failure that is among the messages.
+    // The reports, once read() has returned false. Throws a Failure contained in the messages.
     Apart after(ApartEnd end) const {
         if (areTooLong()) {
             return {ApartEnd::kCrashed, {}};
@@ -175,7 +174,7 @@ class Messages {
     std::string bytes_;
 };
 
-// The running copy; it does not outlive this.
+// The running child process, which does not outlive this object.
 class Copy {
   public:
     explicit Copy(pid_t process)
@@ -202,7 +201,7 @@ class Copy {
         return WTERMSIG(status) == SIGXCPU ? ApartEnd::kOutOfTime : ApartEnd::kCrashed;
     }
 
-    // Ends it, and waits for it no longer: a disk that does not answer holds it up.
+    // Kills it without waiting, as a disk that does not respond may block it.
     void giveUp() {
         kill(process_, SIGKILL);
         process_ = -1;
@@ -221,7 +220,7 @@ int millisecondsUntil(std::optional<Clock::time_point> end) {
     return static_cast<int>(std::max(left, milliseconds(0)).count());
 }
 
-// Reads the messages until the copy has ended, or has to.
+// Reads the messages until the child has ended or must be ended.
 ApartEnd follow(Copy& copy, Messages& messages, const Interrupt& interrupt,
                 std::optional<Clock::time_point> end) {
     std::array<pollfd, 2> events{

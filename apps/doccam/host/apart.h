@@ -1,4 +1,4 @@
-// Work on what nobody has checked, in a process of its own.
+// Processing untrusted data in a separate process.
 #pragma once
 
 #include "host/interrupt.h"
@@ -13,30 +13,30 @@
 namespace doccam::host {
 
 struct Bounds {
-    using Time = std::optional<std::chrono::seconds>; // none: as long as it takes
+    using Time = std::optional<std::chrono::seconds>; // none: unlimited
 
-    std::uint64_t bytes = 0; // of memory beyond what this process has
-    Time processor{};        // of processors
-    Time wall{};             // of the clock, whatever it waits for
-    bool confined = false;   // what confineCalls holds back is held back
+    std::uint64_t bytes = 0; // memory beyond what this process already has
+    Time processor{};        // processor time
+    Time wall{};             // real time, including waiting
+    bool confined = false;   // confined like confineCalls
 };
 
 enum class ApartEnd {
     kDone,
     kOutOfTime,
-    kCrashed // also of lack of memory, and after reports that are too long or none
+    kCrashed // also on lack of memory and on malformed or oversized reports
 };
 
 struct Apart {
     ApartEnd end = ApartEnd::kDone;
-    std::vector<std::string> reports; // in the order in which they were made
+    std::vector<std::string> reports; // in the order they were made
 };
 
 using Report = std::function<void(const std::string&)>;
 
-// Runs work in a copy of this process and returns what it has reported, a mebibyte at most,
-// whatever its end. Throws what work throws as Failure; Interruption, with the copy gone, when the
-// process is asked to end. The copy has no threads but its own: for use before a camera is opened.
+// Runs work in a forked child and returns its reports, at most a mebibyte, however it ends. Throws
+// a Failure thrown by work; kills the child and throws Interruption when the process is asked to
+// end. The child has only one thread, so use this before a camera is opened.
 Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
                const std::function<void(const Report&)>& work);
 

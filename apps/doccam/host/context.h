@@ -1,4 +1,4 @@
-// What every command gets: the options before the command's name, and how it asks to be run.
+// The context of every command: global options, and the function to run.
 #pragma once
 
 #include "host/failure.h"
@@ -16,19 +16,19 @@ struct GlobalOptions {
     int camera = 0;
     bool verbose = false;
     bool json = false;
-    bool confined = true; // where a command meets bytes from outside
+    bool confined = true; // while processing untrusted data
 };
 
 struct Context {
     GlobalOptions options;
-    VirtualCameraRequest virtualCamera; // a command may ask for sheets that change
+    VirtualCameraRequest virtualCamera; // a command may request changing sheets
 
-    // Set by the chosen command while the command line is read, and run once the process sees its
+    // Set by the chosen command while the command line is parsed, and run once the process sees its
     // cameras. Returns an exit code; may throw Failure.
     std::function<int()> run;
 
-    // When a signal ends the process at once, and with which code, if the command has not ended by
-    // then. A command without patience ends in its own way, however long that takes: scan.
+    // The time after a signal until the process is ended, with interruptedCode, if the command has
+    // not ended by itself. scan has no patience and ends in its own time.
     Interrupt::Patience patience = std::chrono::milliseconds(600);
     int interruptedCode = kInterrupted;
 

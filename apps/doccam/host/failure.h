@@ -1,4 +1,4 @@
-// How a command ends other than well: an exit code, and one sentence for the user.
+// Failure of a command: an exit code, and one sentence for the user.
 #pragma once
 
 #include <stdexcept>
@@ -6,7 +6,7 @@
 
 namespace doccam::host {
 
-// What the process returns; documented in docs/command-line.md.
+// The process's exit codes, documented in docs/command-line.md.
 enum ExitCode {
     kDone = 0,
     kNothingFound = 1,
@@ -17,7 +17,7 @@ enum ExitCode {
     kInterrupted = 130
 };
 
-// The message says what failed, which one, and what to do; it has no newline and no program name.
+// The message says what failed and what to do, without newline and program name.
 class Failure : public std::runtime_error {
   public:
     Failure(ExitCode code, const std::string& message)
@@ -30,7 +30,7 @@ class Failure : public std::runtime_error {
     ExitCode code_;
 };
 
-// The user has asked for the end with Ctrl-C, or the system with SIGTERM or SIGHUP.
+// The process was asked to end by Ctrl-C, SIGTERM or SIGHUP.
 class Interruption : public Failure {
   public:
     Interruption()

@@ -17,8 +17,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What comes sooner may be the same wish by another way, as through a launcher in between.
-constexpr std::chrono::milliseconds kSoonestRepeat{500};
+// An earlier signal may be the same request by another route, such as a launcher in between.
+constexpr std::chrono::milliseconds kMinimumRepeat{500};
 
 bool isIgnored(int signal) {
     struct sigaction action {};
@@ -33,7 +33,7 @@ bool isReadable(int descriptor) {
 
 } // namespace
 
-sigset_t holdSignalsBack() {
+sigset_t blockSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -48,7 +48,7 @@ sigset_t holdSignalsBack() {
 Interrupt::Interrupt(Patience patience, int code)
   : patience_(patience)
   , code_(code)
-  , signals_(holdSignalsBack())
+  , signals_(blockSignals())
   , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
   , asked_(eventfd(isReadable(watched_) ? 1 : 0, EFD_CLOEXEC | EFD_NONBLOCK))
   , ended_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -76,7 +76,7 @@ void Interrupt::waitOnNewThread() {
 void Interrupt::watch() const {
     std::optional<Clock::time_point> first;
     std::array<pollfd, 2> events{{{watched_, POLLIN, 0}, {ended_, POLLIN, 0}}};
-    if (raised()) { // before there was this thread
+    if (raised()) { // before this thread existed
         first = Clock::now();
         endUnlessEndedSoon();
     }
@@ -89,14 +89,14 @@ void Interrupt::watch() const {
             first = Clock::now();
             eventfd_write(asked_, 1);
             endUnlessEndedSoon();
-        } else if (Clock::now() - *first >= kSoonestRepeat) {
+        } else if (Clock::now() - *first >= kMinimumRepeat) {
             pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
             raise(static_cast<int>(signal.ssi_signo));
         }
     }
 }
 
-// A driver, a library or a pipe may hold up whoever would heed the signal.
+// A driver, a library or a pipe may block the thread that should react to the signal.
 void Interrupt::endUnlessEndedSoon() const {
     pollfd ended{ended_, POLLIN, 0};
     if (patience_ && poll(&ended, 1, static_cast<int>(patience_->count())) == 0) {
@@ -105,7 +105,7 @@ void Interrupt::endUnlessEndedSoon() const {
     }
 }
 
-// Never read, so that every later look sees it too.
+// Never read, so that every later check sees it, too.
 bool Interrupt::raised() const {
     return isReadable(asked_);
 }

@@ -1,4 +1,4 @@
-// Ctrl-C and its relatives, as a descriptor to wait for instead of a handler.
+// Termination signals, as a descriptor to wait for instead of a handler.
 #pragma once
 
 #include "host/failure.h"
@@ -10,15 +10,15 @@
 
 namespace doccam::host {
 
-// Holds SIGINT, SIGTERM and SIGHUP back, also from the programs that this process becomes, but for
-// those that are ignored, as under nohup. Returns those held back.
-sigset_t holdSignalsBack();
+// Blocks SIGINT, SIGTERM and SIGHUP, also across exec, except for those that are ignored, as under
+// nohup. Returns the blocked ones.
+sigset_t blockSignals();
 
-// Waits for the signals that holdSignalsBack holds back, and for those that came since that was
-// called. The first is told here. A process with patience that has not ended by
-// then ends at once, with a code and without its work folders; without patience it goes on
-// until a signal comes half a second after the first or later. Make it before the process has
-// threads, which inherit what is held back.
+// Waits for the signals that blockSignals blocks, including those pending since then. With
+// patience, a process that has not ended that long after the first signal ends at once with code,
+// removing its work folders; without patience it continues until a second signal, at least half a
+// second after the first, kills it. Create it before the process has threads, which inherit the
+// signal mask.
 class Interrupt {
   public:
     using Patience = std::optional<std::chrono::milliseconds>;
@@ -31,13 +31,13 @@ class Interrupt {
     // Readable once the process has been asked to end.
     int descriptor() const { return asked_; }
 
-    // Whether it has; stays true.
+    // Whether the process has been asked to end; stays true.
     bool raised() const;
 
-    // Throws Interruption if it has.
+    // Throws Interruption if raised().
     void check() const;
 
-    // Waits for signals on another thread than before, which has what its starter has given up.
+    // Restarts the waiting thread, so that it inherits the calling thread's confinement.
     void waitOnNewThread();
 
   private:

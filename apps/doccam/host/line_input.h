@@ -1,4 +1,4 @@
-// Lines that the user types, as events.
+// Non-blocking input of lines typed by the user.
 #pragma once
 
 #include <deque>
@@ -7,15 +7,15 @@
 
 namespace doccam::host {
 
-// Reads standard input without ever waiting for it. One thread.
+// Reads standard input without blocking. Not thread-safe.
 class LineInput {
   public:
-    // What to wait for; negative once the input has ended, so that poll() passes over it.
+    // To wait for; negative once the input has ended, so that poll() ignores it.
     int descriptor() const;
 
     bool ended() const { return ended_; }
 
-    // The next whole line that has been typed, without its end; none for now.
+    // The next complete line without its newline; none if there is none yet.
     std::optional<std::string> takeLine();
 
   private:

@@ -20,7 +20,7 @@ std::FILE* ownErr = stderr;
                                "programs and try again.");
 }
 
-// The stream behind a second descriptor for what descriptor is.
+// A stream on a duplicate of descriptor.
 std::FILE* keep(int descriptor) {
     const int kept = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     std::FILE* stream = kept < 0 ? nullptr : fdopen(kept, "w");
@@ -36,8 +36,8 @@ void redirect(int descriptor, int target) {
     }
 }
 
-// The bytes of the letter in UTF-8 that text begins with; 0 for one that may steer a terminal, and
-// for bytes that are no UTF-8.
+// The length of the UTF-8 character that text starts with; 0 for control characters and invalid
+// UTF-8.
 std::size_t harmlessLetter(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
     if (first < 0x80) {
@@ -48,7 +48,7 @@ std::size_t harmlessLetter(std::string_view text) {
         first >= 0xC2 && first <= 0xF4 && text.size() >= length &&
         std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length),
                     [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; });
-    // U+0080 to U+009F are control characters once more.
+    // U+0080 to U+009F are the C1 control characters.
     const bool control = first == 0xC2 && whole && static_cast<unsigned char>(text[1]) < 0xA0;
     return whole && !control ? length : 0;
 }
@@ -72,7 +72,7 @@ void divertLibraryLines(bool verbose) {
     ownOut = keep(STDOUT_FILENO);
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
     redirect(STDOUT_FILENO, verbose ? STDERR_FILENO : nowhere);
-    // The code reader warns there of its own tables; a sanitizer's report must be seen.
+    // zbar prints warnings there; a sanitizer's report must be visible.
     if (!verbose && !DOCCAM_SANITIZED) {
         redirect(STDERR_FILENO, nowhere);
     }

@@ -1,4 +1,4 @@
-// The host's own output, apart from what the library and those below it print.
+// The host's own output, separate from that of the library and its dependencies.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,33 +10,33 @@ namespace doccam::host {
 
 using Json = nlohmann::ordered_json;
 
-// Opens /dev/null in place of a standard stream that is closed, which the next file opened would
-// stand in for otherwise. Before any file is opened.
+// Opens /dev/null for closed standard streams, whose descriptors the next opened file would
+// otherwise get. Call before any file is opened.
 void holdStandardStreams();
 
-// Sends what is printed on standard output and standard error to nowhere, or with verbose all of it
-// to standard error, from now on. Once, before the first call of the library. Throws Failure when
-// there are no descriptors left.
+// Discards everything printed on standard output and standard error from now on, or with verbose
+// sends all of it to standard error. Call once, before the first call of the library. Throws
+// Failure if no descriptors are left.
 void divertLibraryLines(bool verbose);
 
-// Where the host itself prints its results, and where it complains and tells its progress; before
-// the diversion, standard output and standard error.
+// The host's streams for results, and for errors and progress; until the diversion, standard output
+// and standard error.
 std::FILE* out();
 std::FILE* err();
 
-// Prints the message on err() under the program's name, on one line and harmless to a terminal.
+// Prints the message on err() after the program's name, on one line and escaped for a terminal.
 void complain(const std::string& message);
 
-// Control characters but for newline and tab, and bytes that are no UTF-8, as \xNN: what a code or
-// a device says of itself must not steer the terminal that shows it.
+// Escapes control characters except newline and tab, and invalid UTF-8, as \xNN: texts of codes and
+// devices must not control the terminal.
 std::string harmless(const std::string& text);
 
-// Prints one line, on a terminal made harmless, or value as indented JSON. Bytes that are no UTF-8
-// are replaced in JSON.
+// Print one line, escaped if on a terminal, or value as indented JSON, in which invalid UTF-8 is
+// replaced.
 void printLine(const std::string& line);
 void printJson(const Json& value);
 
-// Writes out what is buffered. Throws Failure when the reader has gone or the disk is full.
+// Flushes the output. Throws Failure if the reader has gone or the disk is full.
 void finishOutput();
 
 } // namespace doccam::host

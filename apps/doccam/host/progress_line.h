@@ -1,11 +1,11 @@
-// How far a command is, on standard error.
+// Progress of a command, on standard error.
 #pragma once
 
 #include <string>
 
 namespace doccam::host {
 
-// On a terminal one line that is written over; elsewhere a line each.
+// On a terminal a single line, overwritten; elsewhere one line each.
 class ProgressLine {
   public:
     ProgressLine();

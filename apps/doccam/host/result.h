@@ -1,4 +1,4 @@
-// What a command has to tell in the end.
+// A command's results.
 #pragma once
 
 #include "host/own_output.h"
@@ -7,8 +7,8 @@
 
 namespace doccam::host {
 
-// Prints value as JSON when its life ends, where JSON is wanted: a command that fails half-way has
-// still told what it did.
+// If JSON is requested, prints value on destruction, so that a command that fails half-way still
+// reports what it did.
 class Result {
   public:
     Result(bool json, Json initial);
@@ -16,10 +16,10 @@ class Result {
     Result(const Result&) = delete;
     Result& operator=(const Result&) = delete;
 
-    // Adds to the array that value is, or prints the line at once where no JSON is wanted.
+    // Adds row to the array value, or prints the line at once without --json.
     void add(const Json& row, const std::string& line);
 
-    // Prints the line where no JSON is wanted.
+    // Prints the line, except with --json.
     void tell(const std::string& line) const;
 
     Json value;

@@ -17,11 +17,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Set for the process under the launcher, which would otherwise start another one.
+// Set for the process under the launcher, which would otherwise start another launcher.
 constexpr const char* kUnderLauncher = "DOCCAM_UNDER_VIRTUALCAM";
 constexpr const char* kPreload = "/libdoccam-virtualcam.so";
 
-// Whether this process has the cameras, whatever its environment says.
+// Whether this process really has the cameras, regardless of its environment.
 bool hasVirtualCameras() {
     const auto isPreload = [](dl_phdr_info* library, std::size_t /*size*/, void* /*unused*/) {
         return std::string_view(library->dlpi_name).ends_with(kPreload) ? 1 : 0;
@@ -43,7 +43,7 @@ fs::path ownPath() {
     return fs::read_symlink("/proc/self/exe");
 }
 
-// In the build folder, or in an installed tree.
+// Searches the build folder and an installed tree.
 fs::path findLauncher() {
     const fs::path folder = ownPath().parent_path();
     for (const char* candidate : {DOCCAM_LAUNCHER_FROM_BUILD, DOCCAM_LAUNCHER_FROM_BIN}) {

@@ -25,14 +25,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kPrefix = ".doccam-";
-constexpr const char* kOwner = "owner"; // the file in it that its owner has locked
+constexpr const char* kOwner = "owner"; // the file that a folder's owner locks
 constexpr std::size_t kRandomLetters = 6;
 constexpr int kAttempts = 10;
 
 std::timed_mutex listing;
 
-// Absolute, whatever becomes of the current folder. Never destroyed: a signal may come while the
-// process ends.
+// Absolute, as the current folder may change. Never destroyed: a signal may arrive at process exit.
 std::vector<fs::path>& ownFolders() {
     static auto& folders = *new std::vector<fs::path>;
     return folders;
@@ -42,9 +41,9 @@ bool isOwnedBy(const struct stat& status, mode_t type) {
     return (status.st_mode & S_IFMT) == type && status.st_uid == geteuid();
 }
 
-// Takes the lock of the folder that is open, which only this user can have put there. With flags
-// O_CREAT | O_EXCL the file that is locked is made first. Negative when a process has the lock, the
-// folder is none of ours or gone by now, or the file system has no locks.
+// Locks the open folder's owner file, which only this user can have created. With flags O_CREAT |
+// O_EXCL it is created first. Negative if another process has the lock, the folder is not ours or
+// has gone, or the file system has no locks.
 int lockOwner(int folder, int flags) {
     const int owner = openat(folder, kOwner, O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, 0600);
 
@@ -76,7 +75,7 @@ bool isOwnPrivateFolder(int folder) {
            (status.st_mode & 0777) == 0700;
 }
 
-// Locks of other machines cannot be seen through these.
+// Other machines' locks are not visible on these.
 bool isShared(const fs::path& folder) {
     constexpr std::array<unsigned long, 9> kNetworks{
         0x6969,     // NFS
@@ -105,7 +104,7 @@ void removeContent(const fs::path& folder) {
     }
 }
 
-// Of the folder above, this is all that is left to a confined process.
+// rmdir is the only operation that a confined process may still do in the parent folder.
 void removeAll(const fs::path& path) {
     removeContent(path);
     rmdir(path.c_str());
@@ -117,7 +116,7 @@ void removeIfAbandoned(const fs::path& path) {
         return;
     }
     if (const int owner = isOwnPrivateFolder(folder) ? lockOwner(folder, 0) : -1; owner >= 0) {
-        // Whoever may write to the place might exchange what stands under the name.
+        // Others with write access might replace the path, so go through the open folder.
         removeContent("/proc/self/fd/" + std::to_string(folder));
         rmdir(path.c_str());
         close(owner);
@@ -125,8 +124,8 @@ void removeIfAbandoned(const fs::path& path) {
     close(folder);
 }
 
-// Whose process a file is that the library writes before it is renamed: .doccam-PROCESS-NUMBER. 0
-// for any other name.
+// The process that owns an unfinished file of the library, .doccam-PROCESS-NUMBER; 0 for any other
+// name.
 pid_t processOf(const std::string& name) {
     const std::string_view rest = std::string_view(name).substr(std::strlen(kPrefix));
     pid_t process = 0;
@@ -140,8 +139,7 @@ pid_t processOf(const std::string& name) {
     return second.ec == std::errc() && second.ptr == end && process > 0 ? process : 0;
 }
 
-// A process may have the number of a dead one, or live where its number is not seen: the lock
-// tells.
+// Process numbers are reused, and may be invisible across containers, so only the lock is reliable.
 void removeIfAbandoned(const fs::path& path, pid_t process) {
     if (kill(process, 0) == 0 || errno != ESRCH) {
         return;
@@ -192,7 +190,7 @@ fs::path makeFolder(const fs::path& place) {
 WorkFolder::WorkFolder(const fs::path& place) {
     removeAbandoned(place);
     const std::lock_guard guard(listing);
-    // Somebody else may take it for abandoned before the lock is there.
+    // Another process may take it for abandoned before it is locked.
     for (int attempt = 0; attempt < kAttempts && lock_ < 0; ++attempt) {
         path_ = makeFolder(place);
         if (path_.empty()) {
@@ -204,7 +202,7 @@ WorkFolder::WorkFolder(const fs::path& place) {
         lock_ = lockOwner(folder, O_CREAT | O_EXCL);
         close(folder);
         if (lock_ < 0 && fs::exists(path_, ignored)) {
-            return; // there are no locks here
+            return; // the file system has no locks
         }
     }
 }
@@ -226,7 +224,7 @@ WorkFolder::~WorkFolder() {
 
 void removeWorkFolders() {
     constexpr std::chrono::milliseconds kWait{100};
-    // The thread sanitizer does not see a mutex that is taken by the steady clock.
+    // The thread sanitizer does not see a timed lock on the steady clock.
     const std::unique_lock lock(listing, std::chrono::system_clock::now() + kWait);
     if (lock.owns_lock()) {
         for (const fs::path& folder : ownFolders()) {

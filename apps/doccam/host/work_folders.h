@@ -1,4 +1,4 @@
-// The hidden folders in which files are made before they appear under their names.
+// The hidden folders in which files are made before they are renamed to their targets.
 #pragma once
 
 #include <filesystem>
@@ -7,15 +7,14 @@
 
 namespace doccam::host {
 
-// A work folder in a given folder; only this user may enter it. It is locked for as long as its
-// owner lives, so that others can tell a folder whose owner was killed. Any thread.
+// A work folder in a given folder, which only this user may enter. It is locked while its owner is
+// alive, so that others can recognise a folder whose owner was killed. Any thread.
 class WorkFolder {
   public:
-    // Makes it, and removes those that dead processes of this user have left in the same place, and
-    // the library's own unfinished files with them.
-    // When it cannot be made, path() is empty and errno says why.
+    // Creates it, and removes those left in the same place by dead processes of this user, together
+    // with the library's unfinished files. On failure path() is empty and errno is set.
     explicit WorkFolder(const std::filesystem::path& place);
-    // Removes it with all that is in it.
+    // Removes it with its contents.
     ~WorkFolder();
     WorkFolder(const WorkFolder&) = delete;
     WorkFolder& operator=(const WorkFolder&) = delete;
@@ -27,8 +26,8 @@ class WorkFolder {
     int lock_ = -1;
 };
 
-// Removes all of this process's, right before it ends at once. A thread that makes or removes one
-// at this very moment is not waited for long.
+// Removes all of this process's work folders before an immediate exit. Waits only briefly for a
+// thread that is just creating or removing one.
 void removeWorkFolders();
 
 } // namespace doccam::host

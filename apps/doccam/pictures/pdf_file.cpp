@@ -27,7 +27,7 @@ std::string lowerCase(std::string text) {
 
 constexpr int kGoodQuality = 95;
 
-// ".jpg" or ".png", the types that go into a PDF as they are, by how the file begins; else empty.
+// ".jpg" or ".png", which go into a PDF unchanged, by the file's signature; otherwise empty.
 std::string typeOf(const std::string& image) {
     std::array<char, 3> start{};
     std::ifstream(image, std::ios::binary).read(start.data(), start.size());
@@ -35,8 +35,7 @@ std::string typeOf(const std::string& image) {
     return bytes == "\xFF\xD8\xFF" ? ".jpg" : bytes == "\x89PN" ? ".png" : "";
 }
 
-// Whether a JPEG is to be shown otherwise than it is stored, as a camera that was held on its side
-// notes.
+// Whether a JPEG has an orientation tag that turns it, as from a camera held on its side.
 bool isTurned(const std::string& image, const PictureHeader& header) {
     const cv::Mat shown = readPicture(image, cv::IMREAD_REDUCED_GRAYSCALE_8);
     if (!header.exif) {
@@ -47,7 +46,7 @@ bool isTurned(const std::string& image, const PictureHeader& header) {
     return shown.size() != stored.size() || cv::norm(shown, stored, cv::NORM_INF) > 0;
 }
 
-// The library goes by the names' ends. Not every file system has links.
+// The library goes by the extension. Not every file system has links.
 void giveName(const std::string& image, const std::string& name) {
     std::error_code error;
     std::filesystem::create_symlink(std::filesystem::absolute(image), name, error);

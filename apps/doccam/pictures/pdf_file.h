@@ -1,4 +1,4 @@
-// Image files as the pages of one PDF.
+// Making a PDF of image files.
 #pragma once
 
 #include "host/interrupt.h"
@@ -9,12 +9,12 @@
 
 namespace doccam::host {
 
-// Whether name ends as a PDF's does, in any case of letters.
+// Whether name has the extension of a PDF, in upper or lower case.
 bool isPdfName(const std::string& name);
 
-// Writes the images as the pages of a PDF, a part of file's, and returns its path. One image pixel
-// becomes one point; a photograph stands as its camera was held. Throws Failure that names an image
-// that cannot be read, or the file; Interruption when the process is asked to end.
+// Writes the images as the pages of a PDF, a part of file, and returns its path. One image pixel
+// becomes one point; orientation tags are applied. Throws Failure naming an unreadable image, or
+// the file; Interruption when the process is asked to end.
 std::string draftPdf(const OutputFile& file, const std::vector<std::string>& images,
                      const Interrupt& interrupt);
 

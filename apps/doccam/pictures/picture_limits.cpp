@@ -10,11 +10,11 @@ namespace doccam::host {
 namespace {
 
 constexpr std::uint64_t kMillion = 1000000;
-constexpr std::uint64_t kPictureBytes = 3;  // of a pixel, blue, green and red
-constexpr std::uint64_t kDecodingBytes = 8; // of each pixel that is allowed
+constexpr std::uint64_t kPictureBytes = 3;  // per pixel: blue, green and red
+constexpr std::uint64_t kDecodingBytes = 8; // per allowed pixel
 constexpr std::uint64_t kWorkingBytes = 9;
 
-// Of all allowed pixels: an ordinary progressive JPEG comes in ten scans.
+// Over all allowed pixels; an ordinary progressive JPEG has ten scans.
 constexpr std::uint64_t kPasses = 20;
 
 int setting(const char* name, int otherwise) {

@@ -21,7 +21,7 @@ std::optional<PictureHeader> headerOf(const std::string& path) {
     return file.isOpen() ? readPictureHeader(file) : std::nullopt;
 }
 
-// Damaged data may throw, and so does a lack of memory.
+// Damaged data and lack of memory may throw.
 cv::Mat decode(const std::string& file, int flags) {
     try {
         return cv::imread(file, flags);
@@ -52,7 +52,7 @@ cv::Mat readPicture(const std::string& file, int flags) {
     return picture;
 }
 
-// The library writes types too that are not read elsewhere.
+// The library also writes types that readPicture() rejects.
 cv::Size sizeOfWritten(const std::string& file) {
     if (const auto header = headerOf(file)) {
         return {static_cast<int>(header->width), static_cast<int>(header->height)};

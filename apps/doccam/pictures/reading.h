@@ -1,4 +1,4 @@
-// Picture files that nobody has checked: the one way in which the host reads pictures.
+// Reading untrusted picture files: the only way in which the host reads pictures.
 #pragma once
 
 #include "pictures/headers/picture_header.h"
@@ -10,15 +10,15 @@
 
 namespace doccam::host {
 
-// The header of a picture that may be decoded. Throws Failure for a file that is no readable
-// picture, or one beyond the limits.
+// The header of a picture that may be decoded. Throws Failure for a file that is not a readable
+// picture, or exceeds the limits.
 PictureHeader requirePicture(const std::string& file);
 
-// The picture, read with flags of cv::imread, once requirePicture has let it pass. Throws Failure
-// as that does, and for a picture that cannot be decoded or takes more memory than there is.
+// Reads the picture with flags of cv::imread, after requirePicture. Throws Failure like that, and
+// for a picture that cannot be decoded or does not fit into memory.
 cv::Mat readPicture(const std::string& file, int flags);
 
-// The sides of a picture that this program has written, as its header says; empty for no picture.
+// The size in the header of a picture that this program has written; empty if it is not a picture.
 cv::Size sizeOfWritten(const std::string& file);
 
 } // namespace doccam::host

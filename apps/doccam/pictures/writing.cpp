@@ -8,7 +8,7 @@
 
 namespace doccam::host {
 
-// Encoded in memory, because not every encoder of OpenCV notices a full disk.
+// Encoded in memory, because not all of OpenCV's encoders notice a full disk.
 void writePicture(const OutputFile& target, const std::string& path, const cv::Mat& picture,
                   int quality) {
     std::vector<unsigned char> bytes;

@@ -9,8 +9,8 @@
 
 namespace doccam::host {
 
-// Writes the picture at path, a part of target's, as the type that path's extension names; quality
-// counts for JPEG. Throws Failure when not all of it could be written.
+// Writes the picture at path, a part of target, as the type of path's extension; quality is for
+// JPEG. Throws Failure if not all of it could be written.
 void writePicture(const OutputFile& target, const std::string& path, const cv::Mat& picture,
                   int quality);
 

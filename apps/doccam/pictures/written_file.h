@@ -1,4 +1,4 @@
-// What a command says of a picture or PDF that it has written.
+// A command's report on a picture or PDF that it has written.
 #pragma once
 
 #include "host/own_output.h"
@@ -17,7 +17,7 @@ struct WrittenFile {
     std::uintmax_t bytes = 0;
 };
 
-// Throws Failure unless name's extension is one that pictures or PDFs are written as.
+// Throws Failure unless pictures or PDFs can be written with name's extension.
 void refuseUnknownType(const std::string& name);
 
 // What this process has made itself, of frames: it may be decoded for its size.

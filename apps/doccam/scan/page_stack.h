@@ -1,4 +1,4 @@
-// The pages of a scan: stills in the work folder of the PDF to be.
+// The pages of a scan: stills in the work folder of the future PDF.
 #pragma once
 
 #include "camera/camera_session.h"
@@ -22,11 +22,11 @@ class PageStack {
       : session_(session)
       , file_(file) {}
 
-    // Takes the next page, cropped to the sheet that the session found last or whole. Throws
-    // Failure when that fails.
+    // Takes the next page, whole or cropped to the sheet that the session found last. Throws
+    // Failure if that fails.
     const ScannedPage& take(bool crop);
 
-    // Throws the last page away.
+    // Discards the last page.
     void discardLast();
 
     const std::vector<ScannedPage>& pages() const { return pages_; }

@@ -24,8 +24,8 @@ bool complete(const PageStack& stack, const ScanPlan& plan) {
     return plan.pages > 0 && stack.pages().size() >= static_cast<std::size_t>(plan.pages);
 }
 
-// One page at each line that is entered.
-void scanAtWord(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
+// Takes a page at each entered line.
+void scanAtEnter(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
     LineInput input;
     ProgressLine progress;
     progress.show("Enter takes page " + ofAll(1, plan) + ", q and Enter ends");
@@ -53,7 +53,7 @@ class AutomaticScan {
 
     void run() {
         progress_.show("put down page " + ofAll(1, plan_));
-        while (!complete(stack_, plan_) && !endIsWished()) {
+        while (!complete(stack_, plan_) && !endIsRequested()) {
             session_.waitForEvent({input_.descriptor()});
             const cv::Mat frame = frames_.take();
             if (!frame.empty() && watch_.seesNewPage(frame)) {
@@ -63,15 +63,15 @@ class AutomaticScan {
     }
 
   private:
-    // Without a number of pages the end of the input ends the scan, as there is no other way.
-    bool endIsWished() { return input_.takeLine() || (plan_.pages == 0 && input_.ended()); }
+    // Without a number of pages the end of the input also ends the scan, as nothing else would.
+    bool endIsRequested() { return input_.takeLine() || (plan_.pages == 0 && input_.ended()); }
 
-    // An empty desk has an outline too: its own.
+    // An empty desk also has an outline: its own.
     bool showsPage(const cv::Mat& frame) {
         return showsSomething(frame) && (plan_.whole || session_.findSheet());
     }
 
-    // What was moved while it was taken is taken again once it lies still.
+    // A sheet that moved while it was taken is taken again once it lies still.
     void take(const cv::Mat& frame) {
         const bool shown = showsPage(frame);
         if (shown) {
@@ -112,7 +112,7 @@ void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
     if (plan.automatic) {
         AutomaticScan(session, stack, plan).run();
     } else {
-        scanAtWord(session, stack, plan);
+        scanAtEnter(session, stack, plan);
     }
 }
 

@@ -1,4 +1,4 @@
-// Taking page after page, at the user's word or by itself.
+// Taking page after page, at Enter or hands-free.
 #pragma once
 
 #include "scan/page_stack.h"
@@ -11,8 +11,8 @@ struct ScanPlan {
     bool whole = false; // the whole frame instead of the sheet
 };
 
-// Fills the stack as planned and tells the progress on standard error. Throws Failure when the
-// camera fails, Interruption when the process is asked to end.
+// Fills the stack as planned and prints progress on standard error. Throws Failure if the camera
+// fails, Interruption when the process is asked to end.
 void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan);
 
 } // namespace doccam::host

@@ -10,8 +10,8 @@ namespace {
 
 constexpr int kClearChange = 16;       // grey levels, well above a sensor's noise
 constexpr double kMovingShare = 0.002; // a finger at the edge of the picture
-constexpr double kNewPageShare = 0.01; // a page of text differs from the next in much more
-constexpr double kEvenDeviation = 8.0; // grey levels, of an empty desk
+constexpr double kNewPageShare = 0.01; // consecutive pages of text differ much more
+constexpr double kEvenDeviation = 8.0; // grey levels, for an empty desk
 
 int median(const cv::Mat& differences) {
     std::vector<short> values(differences.begin<short>(), differences.end<short>());
@@ -54,7 +54,7 @@ bool showsSomething(const cv::Mat& grey) {
     return deviation[0] > kEvenDeviation;
 }
 
-// Compared with where the calm began, not with the frame before, or a slow hand would seem at rest.
+// Compares with the first still frame, not the previous one, or a slow hand would appear at rest.
 bool SheetWatch::seesNewPage(const cv::Mat& grey) {
     if (differs(grey, rest_, kMovingShare)) {
         rest_ = grey.clone();

@@ -1,4 +1,4 @@
-// The newest frame of a session, reduced for the watch.
+// The newest frame of a session, reduced for SheetWatch.
 #pragma once
 
 #include "camera/camera_session.h"
@@ -9,8 +9,8 @@
 
 namespace doccam::host {
 
-// Listens to the session's frames while it exists, but for the time in which the session looks for
-// a sheet; resume() follows that.
+// Listens to the session's frames during its lifetime, except while the session searches for a
+// sheet; call resume() afterwards.
 class WatchedFrames {
   public:
     explicit WatchedFrames(CameraSession& session);
@@ -18,13 +18,13 @@ class WatchedFrames {
     WatchedFrames(const WatchedFrames&) = delete;
     WatchedFrames& operator=(const WatchedFrames&) = delete;
 
-    // Forgets the frame at hand and listens again.
+    // Drops the current frame and listens again.
     void resume();
 
-    // The newest frame that has not been taken yet; empty when there is none.
+    // The newest frame not yet taken; empty if there is none.
     cv::Mat take();
 
-    // Waits for a frame later than now.
+    // Waits for the next frame.
     cv::Mat next();
 
   private:

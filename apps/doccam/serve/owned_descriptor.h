@@ -1,4 +1,4 @@
-// A file descriptor that is closed by its owner's end.
+// A file descriptor closed by its owner's destructor.
 #pragma once
 
 #include <unistd.h>

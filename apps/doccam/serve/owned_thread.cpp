@@ -27,7 +27,7 @@ OwnedThread::OwnedThread(std::function<void()> body) {
     if (error != 0) {
         throw std::system_error(error, std::generic_category(), "no thread can be started");
     }
-    [[maybe_unused]] const auto* const runs = owned.release(); // the thread's own from now on
+    [[maybe_unused]] const auto* const runs = owned.release(); // now owned by the thread
     joinable_ = true;
 }
 

@@ -9,13 +9,13 @@
 
 namespace doccam::serve {
 
-// std::thread takes the stack that the shell's limit allows, which may be far too small.
+// std::thread uses the shell's stack limit, which may be far too small.
 class OwnedThread {
   public:
     static constexpr std::size_t kStackBytes = std::size_t{8} * 1024 * 1024;
 
     OwnedThread() = default;
-    // Runs body, which must not throw. Throws std::system_error when there is no thread for it.
+    // Runs body, which must not throw. Throws std::system_error if the thread cannot be created.
     explicit OwnedThread(std::function<void()> body);
     // Waits for body to return.
     ~OwnedThread();

@@ -15,10 +15,10 @@
 namespace doccam::serve {
 namespace {
 
-constexpr int kMostViewers = 8;
+constexpr int kMaximumViewers = 8;
 constexpr std::chrono::milliseconds kWatchEvery{50};
 
-// Turns the pictures handed over into the feed's, on a thread of its own.
+// Encodes the handed-over pictures for the feed, on its own thread.
 class Encoding {
   public:
     Encoding(PictureHandover& handover, PictureFeed& feed)
@@ -42,7 +42,7 @@ class Encoding {
             try {
                 feed_.publish(encoder_.encode(picture));
             } catch (const std::exception&) {
-                continue; // the next picture may be one again
+                continue; // the next picture may work again
             }
         }
     }
@@ -53,14 +53,14 @@ class Encoding {
     OwnedThread thread_;
 };
 
-// Lets requests that wait for a command, a picture or news go, so that the server can end.
-struct LetGo {
+// Releases requests that wait for a command, a picture or an event, so that the server can end.
+struct ReleaseWaiters {
     CommandQueue& queue;
     DocumentMaker& documents;
     PictureFeed& pictures;
     EventFeed& events;
 
-    ~LetGo() {
+    ~ReleaseWaiters() {
         queue.close();
         documents.close();
         pictures.close();
@@ -78,8 +78,7 @@ void print(const ServeOptions& options, const std::vector<std::string>& addresse
     host::finishOutput();
 }
 
-// The server is there whatever becomes of the camera; a wish that the camera cannot fulfil alone
-// ends it.
+// The server runs with or without a camera; only an unsupported format or size ends it.
 void openIfThere(LiveCamera& camera) {
     try {
         camera.open();
@@ -87,7 +86,7 @@ void openIfThere(LiveCamera& camera) {
         if (failure.code() == host::kUsage || failure.code() == host::kInterrupted) {
             throw;
         }
-    } catch (const std::exception&) { // it may be gone again: watch() looks for it
+    } catch (const std::exception&) { // it may have been unplugged; watch() looks for it
     }
 }
 
@@ -102,18 +101,18 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     if (options.confined) {
         host::confineFiles(reach, interrupt);
     }
-    Seats viewers(kMostViewers, [&](int count) {
+    Seats viewers(kMaximumViewers, [&](int count) {
         handover.setWanted(count > 0);
         if (count == 0) {
             pictures.clear();
         }
     });
-    LiveCamera camera(options.wish, interrupt, handover, events);
+    LiveCamera camera(options.choice, interrupt, handover, events);
     Commands commands(camera, pages, events);
     DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);
     HttpServer server({queue, commands, pages, documents, pictures, events, viewers});
-    const LetGo letGo{queue, documents, pictures, events};
+    const ReleaseWaiters letGo{queue, documents, pictures, events};
     const int port = server.bind(options.address, options.port);
     const AccessRules rules = rulesFor(options.address, port, token);
     const std::vector<std::string> addresses = addressesOf(options.address, port, rules.token);

@@ -8,7 +8,7 @@
 namespace doccam::serve {
 
 struct ServeOptions {
-    CameraWish wish;
+    CameraChoice choice;
     std::string address = "127.0.0.1";
     int port = 0; // any free one
     bool json = false;
@@ -16,7 +16,7 @@ struct ServeOptions {
 };
 
 // Prints the address to open, serves until the process is asked to end, and returns an exit code.
-// A camera that is not there at first is waited for. Throws Failure when the server cannot listen.
+// Waits for a camera if there is none at first. Throws Failure if the server cannot listen.
 int serve(const ServeOptions& options, host::Interrupt& interrupt);
 
 } // namespace doccam::serve

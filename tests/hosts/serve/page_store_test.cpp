@@ -140,7 +140,7 @@ TEST_F(PageStoreTest, RefusesAnOrderThatDoesNotNameEachPageOnce) {
 }
 
 TEST_F(PageStoreTest, IsFullAtItsLimit) {
-    for (std::size_t i = 0; i < PageStore::kMostPages; ++i) {
+    for (std::size_t i = 0; i < PageStore::kMaximumPages; ++i) {
         store_.requireRoom();
         addPage(8, 8);
     }

@@ -1,4 +1,4 @@
-// What the values of options may be.
+// Validating option values.
 #pragma once
 
 #include <functional>
@@ -7,7 +7,7 @@
 
 namespace doccam::host {
 
-// Each says what is wrong with a value, and nothing about a right one.
+// Returns what is wrong with a value; empty for a valid one.
 using OptionCheck = std::function<std::string(const std::string&)>;
 
 OptionCheck oneOf(std::vector<std::string> choices);

@@ -20,7 +20,7 @@ const std::map<std::string, int> kTurns{{"0", 0}, {"90", 1}, {"180", 2}, {"270",
 
 constexpr int kBestQuality = 100;
 
-// Adds an option whose value is one of the map's names; says so when it is not.
+// Adds an option whose value must be one of the map's names.
 template <typename Value, typename Store>
 CLI::Option* addChoice(CLI::App& command, const std::string& name,
                        const std::map<std::string, Value>& choices, const std::string& help,

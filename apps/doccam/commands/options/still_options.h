@@ -1,4 +1,4 @@
-// The options that all commands share which take stills.
+// The options shared by all commands that take stills.
 #pragma once
 
 #include "camera/camera_session.h"
@@ -25,7 +25,7 @@ void addCaptureOptions(CLI::App& command, StillOptions& options);
 // --rotate, --colour, --clean-edges, --clean-background, --quality.
 void addPageOptions(CLI::App& command, PageSettings& page);
 
-// Opens the chosen camera as the options say, settings applied.
+// Opens the chosen camera according to the options and applies the page settings.
 std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options);
 
 } // namespace doccam::host

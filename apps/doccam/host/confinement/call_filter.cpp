@@ -20,8 +20,8 @@ namespace {
 constexpr std::uint32_t kRefuse = SCMP_ACT_ERRNO(EPERM);
 constexpr std::uint32_t kAsUnknown = SCMP_ACT_ERRNO(ENOSYS);
 
-// A ioctl request holds its subsystem's letter and, in the highest two bits, which way its data
-// goes: those of V4L2 have data, those of the console by the same letter have none.
+// An ioctl request contains its subsystem's letter and, in the top two bits, the direction of its
+// data: V4L2's requests carry data, the console's of the same letter do not.
 constexpr std::uint64_t kLetterAndWay = 0xC000FF00;
 constexpr std::uint64_t kWays[] = {0x40000000, 0x80000000, 0xC0000000};
 constexpr std::uint64_t kV4l2Letter = 'V' << 8;
@@ -33,7 +33,7 @@ constexpr std::uint64_t kWriteAndRun = PROT_WRITE | PROT_EXEC;
 
 using Argument = scmp_arg_cmp;
 
-// Of the argument, counted from 0, the bits in mask are those of value.
+// Matches if the bits in mask of the argument, counted from 0, equal those of value.
 Argument bits(unsigned argument, std::uint64_t mask, std::uint64_t value) {
     return {argument, SCMP_CMP_MASKED_EQ, mask, value};
 }
@@ -44,7 +44,7 @@ class Filter {
       : context_(seccomp_init(kAsUnknown), seccomp_release) {
         set(SCMP_FLTATR_ACT_BADARCH, kRefuse);
         set(SCMP_FLTATR_CTL_TSYNC, 1);
-        constexpr std::uint32_t kAsTree = 2; // a long list takes time at each call
+        constexpr std::uint32_t kAsTree = 2; // a linear list would slow down each call
         set(SCMP_FLTATR_CTL_OPTIMIZE, kAsTree);
     }
 
@@ -69,7 +69,7 @@ class Filter {
     void add(std::uint32_t action, const char* names) {
         std::istringstream words(names);
         for (std::string name; words >> name;) {
-            // Older versions of libseccomp do not know the newest calls.
+            // Older versions of libseccomp lack the newest calls.
             const int call = seccomp_syscall_resolve_name(name.c_str());
             if (call != __NR_SCMP_ERROR) {
                 note(seccomp_rule_add(context_.get(), action, call, 0));
@@ -89,14 +89,14 @@ class Filter {
 };
 
 void addThreads(Filter& filter) {
-    // Threads, but no processes. The flags of clone3 lie in memory, where no filter sees them: it
-    // is unknown, and the C library takes clone.
+    // Threads, but no processes. clone3 has its flags in memory, where the filter cannot see them;
+    // it fails with ENOSYS, and the C library falls back to clone.
     filter.allow("clone", bits(0, CLONE_THREAD | kNewNamespaces, CLONE_THREAD));
     filter.refuse("clone", bits(0, CLONE_THREAD, 0));
     filter.allow("tgkill", bits(0, kWholeRequest, static_cast<std::uint64_t>(getpid())));
 }
 
-// No memory is both written and run.
+// No memory is both writable and executable.
 void addMappings(Filter& filter) {
     for (const std::uint64_t allowed : {0, PROT_WRITE, PROT_EXEC}) {
         filter.allow("mmap", bits(2, kWriteAndRun, allowed));

@@ -1,20 +1,20 @@
-// Which calls the kernel still takes from a process, by a seccomp filter.
+// Restricting a process's system calls with a seccomp filter.
 #pragma once
 
 namespace doccam::host {
 
-// What is allowed beside computing, threads, waiting, and files.
+// What is allowed besides computing, threads, waiting, and files.
 struct CallGroups {
-    bool cameras = false;      // the requests of V4L2
-    bool connections = false;  // accepting them, and talking over them
+    bool cameras = false;      // V4L2's requests
+    bool connections = false;  // accepting and using them
     bool localSockets = false; // sockets within this machine, of every kind
 };
 
-// For all threads, and for good. Returns 0 or the error that the kernel gave.
+// Permanent, for all threads. Returns 0 or the kernel's error.
 //
-// Of what is not allowed, starting programs and processes, signals to others, and sockets fail with
-// EPERM. Every other call fails with ENOSYS, as on an older kernel: the C library then does
-// without, where EPERM would be an answer to it.
+// Starting programs and processes, signalling others, and creating sockets fail with EPERM. All
+// other disallowed calls fail with ENOSYS, as on an older kernel, so that the C library falls back
+// to alternatives, which it would not for EPERM.
 int filterCalls(const CallGroups& groups);
 
 } // namespace doccam::host

@@ -1,9 +1,9 @@
-// The calls that a confined process makes, by what they are for, with blanks between them.
+// The system calls of a confined process by purpose, separated by blanks.
 #pragma once
 
 namespace doccam::host {
 
-// Files that are open, and those that are opened: which, is held elsewhere.
+// Using and opening files; Landlock restricts which ones.
 constexpr const char* kFileCalls =
     "access chmod close close_range copy_file_range creat dup dup2 dup3 faccessat faccessat2 "
     "fadvise64 fallocate fchmod fchmodat fchown fcntl fdatasync fgetxattr flock fstat fstatfs "
@@ -21,13 +21,13 @@ constexpr const char* kThreadCalls =
     "rseq sched_getaffinity sched_get_priority_max sched_getparam sched_get_priority_min "
     "sched_getscheduler sched_setaffinity sched_yield set_robust_list set_tid_address prctl";
 
-// Asking about the process, the machine and the time.
+// Querying the process, the machine and the time.
 constexpr const char* kQueryCalls =
     "clock_getres clock_gettime getegid geteuid getgid getgroups getpgid getpgrp getpid "
     "getppid getrandom getresgid getresuid getrlimit getrusage getsid gettimeofday getuid "
     "prlimit64 sysinfo time times uname";
 
-// Signals to itself, timers, and waiting for them or for descriptors.
+// Signals to itself, timers, and waiting for them and for descriptors.
 constexpr const char* kWaitingCalls =
     "alarm clock_nanosleep epoll_create epoll_create1 epoll_ctl epoll_pwait epoll_pwait2 "
     "epoll_wait eventfd eventfd2 inotify_add_watch inotify_init inotify_init1 "
@@ -40,7 +40,7 @@ constexpr const char* kConnectionCalls =
     "accept accept4 getpeername getsockname getsockopt recvfrom recvmsg sendmmsg sendmsg "
     "sendto setsockopt shutdown";
 
-// Never allowed, and told so.
+// Never allowed; these fail with EPERM.
 constexpr const char* kRefusedCalls =
     "execve execveat fork vfork ptrace process_vm_readv process_vm_writev kill tkill "
     "rt_sigqueueinfo rt_tgsigqueueinfo pidfd_open pidfd_send_signal socketpair";

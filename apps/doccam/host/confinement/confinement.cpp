@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Tables of time zones and of character sets, the processors' number, the names of users and of
-// machines; and the libraries that the C library loads for them.
+// Tables of time zones and character sets, the number of processors, user and host names, and the
+// libraries that the C library loads for them.
 constexpr const char* kSystemPlaces[] = {
     "/usr",       "/etc/resolv.conf", "/lib",          "/lib64",       "/etc",      "/sys",
     "/proc/self", "/proc/cpuinfo",    "/proc/meminfo", "/proc/sys/vm", "/proc/stat"};
@@ -30,7 +30,7 @@ void addSystem(FileRules& rules) {
 }
 
 void addCameras(FileRules& rules) {
-    // A camera that comes back is a new node: no rule for a node would hold for it.
+    // A camera plugged in again is a new node, to which no rule for the old one would apply.
     rules.allowReading("/dev");
     rules.allowUsingDevices("/dev");
     rules.allowReading("/run/udev");
@@ -50,7 +50,7 @@ void addReach(FileRules& rules, const Reach& reach) {
         addCameras(rules);
     }
     for (const fs::path& folder : virtualCameraFolders()) {
-        // They show pictures from wherever they are named.
+        // Virtual cameras show pictures from any path.
         rules.allowReading("/");
         rules.allowWriting(folder);
         rules.allowUsingDevices(folder);

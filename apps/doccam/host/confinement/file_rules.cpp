@@ -10,11 +10,11 @@
 namespace doccam::host {
 namespace {
 
-// What kernels know that are newer than the headers of Debian 12.
+// Rights newer than the headers of Debian 12.
 constexpr std::uint64_t kTruncate = 1ULL << 14;
 constexpr std::uint64_t kSteerDevice = 1ULL << 15;
 
-// The first version that renames from one folder into another.
+// The first version that can rename between folders.
 constexpr long kFirstVersion = 2;
 constexpr long kVersionWithTruncate = 3;
 constexpr long kVersionWithSteering = 5;
@@ -25,13 +25,13 @@ constexpr std::uint64_t kWrite =
     LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
     LANDLOCK_ACCESS_FS_MAKE_SOCK | LANDLOCK_ACCESS_FS_REFER | kTruncate;
 constexpr std::uint64_t kUseDevice = LANDLOCK_ACCESS_FS_WRITE_FILE | kSteerDevice;
-// What a rule for a file, not a folder, may hold.
+// The rights that a rule for a file, as opposed to a folder, may contain.
 constexpr std::uint64_t kOfFiles = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_WRITE_FILE |
                                    LANDLOCK_ACCESS_FS_READ_FILE | kTruncate | kSteerDevice;
 constexpr std::uint64_t kEverything =
     ((LANDLOCK_ACCESS_FS_REFER << 1) - 1) | kTruncate | kSteerDevice;
 
-// The C library has no functions for these.
+// The C library has no wrappers for these.
 long landlockVersion() {
     return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
 }
@@ -67,7 +67,7 @@ void FileRules::allowReading(const std::filesystem::path& path) {
     allow(path, kRead);
 }
 
-// A folder is removed from the one above it; that alone, and empty folders only, is allowed there.
+// Removing the folder needs a right on its parent; only removing empty folders is allowed there.
 void FileRules::allowWriting(const std::filesystem::path& folder) {
     allow(folder, kWrite);
     allow(folder / "..", LANDLOCK_ACCESS_FS_REMOVE_DIR);
@@ -89,7 +89,7 @@ void FileRules::allow(const std::filesystem::path& path, std::uint64_t rights) c
     landlock_path_beneath_attr rule{};
     rule.allowed_access = rights & handled_ & (folder ? ~0ULL : kOfFiles);
     rule.parent_fd = place;
-    // Refused for pipes and their like, which Landlock leaves alone anyway.
+    // Fails for pipes and the like, which Landlock does not restrict anyway.
     syscall(SYS_landlock_add_rule, ruleset_, LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
     close(place);
 }

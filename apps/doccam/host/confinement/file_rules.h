@@ -1,4 +1,4 @@
-// Which files a process may still open, by Landlock.
+// Restricting file access with Landlock.
 #pragma once
 
 #include <cstdint>
@@ -6,9 +6,8 @@
 
 namespace doccam::host {
 
-// A list of what is allowed, each with all that is below it; a path that is not there is passed
-// over. Where the kernel has no Landlock, or one that cannot rename between folders, nothing has an
-// effect.
+// A list of allowed paths, each including everything below it; missing paths are ignored. Has no
+// effect if the kernel lacks Landlock, or its version cannot rename between folders.
 class FileRules {
   public:
     FileRules();
@@ -16,17 +15,17 @@ class FileRules {
     FileRules(const FileRules&) = delete;
     FileRules& operator=(const FileRules&) = delete;
 
-    // Whether the kernel has what enforce() needs.
+    // Whether the kernel supports enforce().
     static bool supported();
 
     void allowReading(const std::filesystem::path& path);
-    // Making, changing and removing files, sockets and folders; the folder itself by rmdir().
+    // Creating, changing and removing files, sockets and folders; the folder itself by rmdir().
     void allowWriting(const std::filesystem::path& folder);
-    // Writing to devices and steering them.
+    // Writing to and controlling devices.
     void allowUsingDevices(const std::filesystem::path& path);
 
-    // Refuses all else to the calling thread and those that it starts from now on, and all TCP
-    // ports where Landlock knows of them. False when that is not possible.
+    // Denies everything else to the calling thread and those it starts from now on, and all TCP
+    // ports if Landlock supports that. False if it is not possible.
     bool enforce() const;
 
   private:

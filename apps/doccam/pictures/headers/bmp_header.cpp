@@ -1,4 +1,4 @@
-// BMP: both forms of its header.
+// BMP, with both forms of its header.
 #include "pictures/headers/header_readers.h"
 
 namespace doccam::host {
@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::uint64_t kOldHeader = 12;
 
-// The height is negative in files that store the top row first.
+// The height is negative in files stored top row first.
 std::uint64_t magnitude(std::uint64_t value) {
     constexpr std::uint64_t kSign = std::uint64_t{1} << 31;
     return value < kSign ? value : 2 * kSign - value;

@@ -6,7 +6,7 @@
 
 namespace doccam::host {
 
-// A pipe without a writer would hold up an ordinary open().
+// An ordinary open() would block on a pipe without a writer.
 FileBytes::FileBytes(const std::string& path)
   : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
     struct stat status {};

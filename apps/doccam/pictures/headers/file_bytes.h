@@ -1,4 +1,4 @@
-// The bytes of a file, wherever one looks, without reading all of it.
+// Random access to a file's bytes without reading all of it.
 #pragma once
 
 #include <array>
@@ -9,10 +9,10 @@
 
 namespace doccam::host {
 
-// One thread. What lies past the end of the file is not there: a look at it finds nothing.
+// Not thread-safe. Past the end of the file there are no bytes.
 class FileBytes {
   public:
-    // Opens the file at path if it is a regular one; isOpen() is false otherwise.
+    // Opens the file at path if it is a regular file; otherwise isOpen() is false.
     explicit FileBytes(const std::string& path);
     ~FileBytes();
     FileBytes(const FileBytes&) = delete;
@@ -24,11 +24,11 @@ class FileBytes {
 
     std::optional<std::uint8_t> at(std::uint64_t offset);
 
-    // The number in count bytes from offset on, 8 bytes at most.
+    // The number in count bytes, at most 8, at offset.
     std::optional<std::uint64_t> bigEndian(std::uint64_t offset, unsigned count);
     std::optional<std::uint64_t> littleEndian(std::uint64_t offset, unsigned count);
 
-    // Whether the bytes from offset on are those of text.
+    // Whether text is at offset.
     bool startsWith(std::uint64_t offset, const std::string& text);
 
   private:

@@ -1,4 +1,4 @@
-// The headers of the picture types, each for content that begins as the type's does.
+// Parsers for the picture types' headers, for content with the type's signature.
 #pragma once
 
 #include "pictures/headers/picture_header.h"
@@ -12,8 +12,8 @@ std::optional<PictureHeader> readBmpHeader(FileBytes& file);
 std::optional<PictureHeader> readWebpHeader(FileBytes& file);
 std::optional<PictureHeader> readPnmHeader(FileBytes& file);
 
-// A header of one page that is decoded without working memory. None when a side is 0
-// or longer than OpenCV takes.
+// A header of one page that is decoded without working memory. None if a side is 0 or longer than
+// OpenCV accepts.
 std::optional<PictureHeader> plainHeader(std::uint64_t width, std::uint64_t height);
 
 } // namespace doccam::host

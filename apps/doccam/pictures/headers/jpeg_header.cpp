@@ -1,4 +1,4 @@
-// JPEG: the frame header, and how many scans the picture comes in.
+// JPEG: the frame header, and the number of scans.
 #include "pictures/headers/header_readers.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ struct Sampling {
     unsigned down = 0;
 };
 
-// libjpeg keeps all coefficients of a picture that comes in several scans.
+// libjpeg keeps all coefficients of a picture with several scans.
 std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sampling>& parts) {
     const auto less = [](unsigned Sampling::*side) {
         return [side](const Sampling& a, const Sampling& b) { return a.*side < b.*side; };
@@ -57,7 +57,7 @@ std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sa
     return blocks * kBlockBytes;
 }
 
-// Goes from marker to marker as libjpeg does.
+// Iterates over the markers like libjpeg.
 class Markers {
   public:
     explicit Markers(FileBytes& file)
@@ -68,7 +68,7 @@ class Markers {
         bool afterFill = false;
         while (const auto byte = file_.at(at_)) {
             ++at_;
-            // A zero after 0xFF makes it an ordinary byte of a scan.
+            // 0xFF followed by zero is an ordinary byte of a scan.
             if (afterFill && *byte != 0xFF && *byte != 0) {
                 return byte;
             }
@@ -77,10 +77,10 @@ class Markers {
         return std::nullopt;
     }
 
-    // Where the segment of the marker that was found last begins, at its length.
+    // The position of the last found marker's segment, starting with its length.
     std::uint64_t segment() const { return at_; }
 
-    // Passes over the segment. False when it ends early.
+    // Skips the segment. False if it is truncated.
     bool skipSegment() {
         const auto length = file_.bigEndian(at_, 2);
         at_ += std::max<std::uint64_t>(length.value_or(0), 2);
@@ -101,7 +101,8 @@ class JpegHeader {
     std::optional<PictureHeader> read() {
         while (const auto marker = markers_.next()) {
             if (isReserved(*marker) && scans_ > 0) {
-                // libjpeg drops it when it looks for the next restart, and not what follows.
+                // Searching for the next restart marker, libjpeg drops the marker but not what
+                // follows.
                 continue;
             }
             if (*marker == kEndOfImage || isReserved(*marker) ||
@@ -121,7 +122,7 @@ class JpegHeader {
     }
 
   private:
-    // False for a segment over which libjpeg gives up.
+    // False for a segment on which libjpeg gives up.
     bool take(std::uint8_t marker) {
         if (isFrameHeader(marker)) {
             if (header_ || !readFrame()) {

@@ -1,4 +1,4 @@
-// What a picture file says of itself, looked up by hand before any decoder sees it.
+// A picture file's header, parsed before any decoder sees the file.
 #pragma once
 
 #include "pictures/headers/file_bytes.h"
@@ -11,15 +11,15 @@ namespace doccam::host {
 struct PictureHeader {
     std::uint32_t width = 0; // of the first page, never 0
     std::uint32_t height = 0;
-    std::uint64_t pixels = 0;       // of all pages; what tiles have too many counts
-    std::uint64_t decoderBytes = 0; // working memory that decoding takes beside the pixels
-    std::uint64_t passes = 1;       // how often the decoder goes over all pixels
-    bool exif = false;              // may be shown otherwise than it is stored
+    std::uint64_t pixels = 0;       // of all pages, including the padding of tiles
+    std::uint64_t decoderBytes = 0; // working memory of the decoder besides the pixels
+    std::uint64_t passes = 1;       // the decoder's passes over all pixels
+    bool exif = false;              // has EXIF data and thus maybe an orientation
 };
 
-// The header of a JPEG, PNG, TIFF, BMP, WebP or PNM file. None for any other content, as for what
-// GDAL or GDCM would read: some of their formats name other files, and GDCM ends the process over a
-// damaged one. None either for a header that ends early or that OpenCV cannot read.
+// The header of a JPEG, PNG, TIFF, BMP, WebP or PNM file. None for any other content, including the
+// formats of GDAL and GDCM: some of GDAL's refer to other files, and GDCM aborts the process on a
+// damaged file. Also none for a header that is truncated or that OpenCV cannot read.
 std::optional<PictureHeader> readPictureHeader(FileBytes& file);
 
 } // namespace doccam::host

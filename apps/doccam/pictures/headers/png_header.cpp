@@ -1,4 +1,4 @@
-// PNG: the size, and the texts and profiles that libpng unpacks whether or not anybody reads them.
+// PNG: the size, and the texts and profiles, which libpng always decompresses.
 #include "pictures/headers/header_readers.h"
 
 #include <algorithm>
@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::uint64_t kSignatureBytes = 8;
 constexpr std::uint64_t kChunkFrame = 12;           // length, name, checksum
-constexpr std::uint64_t kUnpackedMaximum = 8000000; // libpng's own limit for one of them
-constexpr std::uint64_t kInflation = 1032;          // the maximum of deflate
+constexpr std::uint64_t kUnpackedMaximum = 8000000; // libpng's own limit for each
+constexpr std::uint64_t kInflation = 1032;          // deflate's maximum ratio
 
 bool isPacked(FileBytes& file, std::uint64_t chunk) {
     return file.startsWith(chunk + 4, "zTXt") || file.startsWith(chunk + 4, "iTXt") ||

@@ -1,4 +1,4 @@
-// PBM, PGM and PPM, as text or not: two numbers between blanks and comments.
+// PBM, PGM and PPM, plain or raw: two numbers between blanks and comments.
 #include "pictures/headers/header_readers.h"
 
 #include <cctype>
@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint64_t kMaximumNumber = 1000000000;
 
-// Moves at to the next digit; what else stands there is none.
+// Moves at past blanks and comments.
 void skipBlanks(FileBytes& file, std::uint64_t& at) {
     bool comment = false;
     for (auto byte = file.at(at); byte; byte = file.at(++at)) {

@@ -1,4 +1,4 @@
-// TIFF and BigTIFF: all pages, and how the first one is stored.
+// TIFF and BigTIFF: all pages, and the storage of the first one.
 #include "pictures/headers/header_readers.h"
 
 #include <algorithm>
@@ -27,8 +27,8 @@ enum class Tag : std::uint64_t {
     kTileDepth = 32998
 };
 
-// None, the three of fax machines, LZW, JPEG, deflate under two numbers, PackBits: those that
-// scanners and drawing programs write, and that unpack no more than they are asked for.
+// None, the three of fax, LZW, JPEG, deflate under two numbers, PackBits: those that scanners and
+// drawing programs write, and that decompress no more than requested.
 bool isUsual(std::uint64_t compression) {
     constexpr std::array<std::uint64_t, 9> kUsual{1, 2, 3, 4, 5, 7, 8, 32946, 32773};
     return std::find(kUsual.begin(), kUsual.end(), compression) != kUsual.end();
@@ -39,12 +39,12 @@ std::uint64_t roundedUp(std::uint64_t value, std::uint64_t step) {
 }
 
 struct Field {
-    std::uint64_t values = 0; // where they stand
+    std::uint64_t values = 0; // their offset
     std::uint64_t count = 0;
-    unsigned bytes = 0; // of each
+    unsigned bytes = 0; // size of each
 };
 
-// The fields of one page, of the file's byte order and size of offsets.
+// Reads the fields of pages in the file's byte order and offset size.
 class TiffFile {
   public:
     explicit TiffFile(FileBytes& file)
@@ -63,7 +63,7 @@ class TiffFile {
         return number(end, offsetBytes());
     }
 
-    // The first field of that tag, as libtiff has it.
+    // The first field with that tag, which libtiff uses.
     std::optional<Field> field(std::uint64_t page, Tag tag) {
         for (std::uint64_t i = 0; i < fieldCount(page); ++i) {
             const std::uint64_t at = fieldAt(page, i);
@@ -127,7 +127,7 @@ class TiffFile {
     bool big_;
 };
 
-// The pieces, strips or tiles, in which a page is stored.
+// The strips or tiles in which a page is stored.
 struct Pieces {
     std::uint64_t width = 0;
     std::uint64_t height = 0;
@@ -150,7 +150,7 @@ Pieces piecesOf(TiffFile& file, std::uint64_t page, const PictureHeader& size) {
     return pieces;
 }
 
-// What the pieces take in the file together: each may claim the same bytes as all others.
+// The sum of the pieces' sizes in the file; pieces may share the same bytes.
 std::uint64_t storedBytes(TiffFile& file, std::uint64_t page, const Pieces& pieces) {
     const auto field = file.field(page, pieces.byteCounts);
     std::uint64_t bytes = 0;
@@ -161,7 +161,7 @@ std::uint64_t storedBytes(TiffFile& file, std::uint64_t page, const Pieces& piec
     return bytes;
 }
 
-// libtiff unpacks a piece at a time and turns it into pixels of four bytes.
+// libtiff decompresses a piece at a time and converts it to pixels of four bytes.
 bool describeStorage(TiffFile& file, std::uint64_t page, PictureHeader& header) {
     constexpr std::uint64_t kBytesPerPixel = 4;
     constexpr std::uint64_t kMaximumSamples = 16;
@@ -188,7 +188,7 @@ bool describeStorage(TiffFile& file, std::uint64_t page, PictureHeader& header) 
 
 } // namespace
 
-// OpenCV decodes the first page only, but whoever sends thousands of them has no letter to show.
+// OpenCV decodes only the first page, but a file with thousands of them is no scanned letter.
 std::optional<PictureHeader> readTiffHeader(FileBytes& bytes) {
     TiffFile file(bytes);
     std::optional<PictureHeader> header;

@@ -7,7 +7,7 @@ namespace {
 constexpr std::uint64_t kFirstChunk = 12;
 constexpr std::uint64_t kContent = kFirstChunk + 8;
 
-// libwebp holds the whole picture with its opacity once more, and OpenCV a third time.
+// libwebp holds the whole picture with alpha a second time, and OpenCV a third time.
 std::optional<PictureHeader> heldWhole(std::optional<PictureHeader> header) {
     constexpr std::uint64_t kBytesPerPixel = 8;
     if (header) {

@@ -30,7 +30,7 @@ bool isNumeric(const std::string& name) {
     return inet_pton(AF_INET, name.c_str(), ignored.data()) == 1;
 }
 
-// Splits "name:port"; without a port, port 80 is meant.
+// Splits "name:port"; the default port is 80.
 bool matchesHost(const AccessRules& rules, const std::string& host) {
     const std::string suffix = std::string(":").append(std::to_string(rules.port));
     std::string name = host;

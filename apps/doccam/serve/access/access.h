@@ -1,4 +1,5 @@
-// Who may talk to the server: a token that only its starter knows, and names that are its own.
+// Access control: a token known only to the user who started the server, and the server's own
+// names.
 #pragma once
 
 #include <cstddef>
@@ -12,11 +13,11 @@ namespace doccam::serve {
 struct AccessRules {
     std::string token;
     int port = 0;
-    std::vector<std::string> names; // host names under which the server may be addressed
-    bool anyAddress = false;        // any numeric address too: only names can be re-pointed
+    std::vector<std::string> names; // host names by which the server may be addressed
+    bool anyAddress = false;        // also any numeric address, as only names can be rebound
 };
 
-// What a request says of itself. Headers that are missing are empty, origin is none.
+// A request's credentials. Missing headers are empty, a missing origin is none.
 struct Credentials {
     std::string host;
     std::optional<std::string> origin;
@@ -27,23 +28,23 @@ enum class Verdict { kAllowed, kForeignHost, kForeignOrigin, kNoToken };
 
 inline constexpr std::size_t kTokenDigits = 64;
 
-// 32 random bytes as hexadecimal digits. Throws std::system_error when the system has none.
+// 32 random bytes as hexadecimal digits. Throws std::system_error if there is no source.
 std::string randomToken();
 
-// Whether two texts are equal, in a time that depends on their lengths alone.
+// Whether two texts are equal, in a time that depends only on their lengths.
 bool sameSecret(std::string_view left, std::string_view right);
 
-// A host's name or number as it stands in an address: one with colons in brackets.
+// A host name or number for use in an address: with brackets if it has colons.
 std::string inAddress(const std::string& name);
 
-// The rules for a server that listens at address (a name or a number) and port.
+// The rules for a server that listens on address (a name or a number) and port.
 AccessRules rulesFor(const std::string& address, int port, const std::string& token);
 
-// Whether address is this machine's own loopback, reachable from nowhere else.
+// Whether address is a loopback address.
 bool isLoopback(std::string_view address);
 
-// Host and Origin are judged before the token, so that a foreign page learns nothing from it. The
-// token comes in a header alone: a browser adds a cookie to what it asks of any port of the host.
+// Checks Host and Origin before the token, so that a foreign page learns nothing about the token.
+// The token must be in a header: browsers send cookies to every port of a host.
 Verdict judge(const AccessRules& rules, const Credentials& credentials);
 
 } // namespace doccam::serve

@@ -26,8 +26,8 @@ std::string textOf(int family, const void* bytes) {
     return text.data();
 }
 
-// The number of an interface's address, or the empty text for one that no browser can open: a
-// link-local address needs the interface beside it.
+// An interface's numeric address, or an empty text for one that no browser can open: a link-local
+// address needs its interface.
 std::string numberOf(const sockaddr* general, bool six) {
     if (general != nullptr && general->sa_family == AF_INET) {
         const auto address = as<sockaddr_in>(general);

@@ -1,4 +1,4 @@
-// Where the server can be reached.
+// The server's addresses for browsers.
 #pragma once
 
 #include <string>
@@ -6,9 +6,8 @@
 
 namespace doccam::serve {
 
-// What to open in a browser for a server that listens at address: that address itself, or for a
-// wildcard one for each of the machine's of that kind. The token is in the fragment, which a
-// browser sends to nobody.
+// The addresses to open for a server that listens on address: the address itself, or for a wildcard
+// all of the machine's of that kind. The token is in the fragment, which browsers never send.
 std::vector<std::string> addressesOf(const std::string& address, int port,
                                      const std::string& token);
 

@@ -54,7 +54,7 @@ std::optional<Refusal> refusalOfForm(const RequestHead& head, std::size_t longes
     return std::nullopt;
 }
 
-// A page of another site, which may know no ticket, is not let try.
+// Pages of other sites may not even try tickets.
 bool comesFromOwnPage(const RequestHead& head) {
     const std::string_view site = head.header("sec-fetch-site");
     return site.empty() || site == "same-origin" || site == "none";

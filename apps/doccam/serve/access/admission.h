@@ -1,4 +1,4 @@
-// What becomes of a request, judged by its head alone.
+// Admitting or refusing requests by their head alone.
 #pragma once
 
 #include "serve/access/access.h"
@@ -14,12 +14,12 @@ namespace doccam::serve {
 struct Gate {
     const AccessRules& rules;
     Tickets& tickets;
-    bool isOpen = false;         // the address may be fetched without token and ticket
+    bool isOpen = false;         // the address needs neither token nor ticket
     std::size_t longestBody = 0; // in bytes
 };
 
-// Why a request is refused before its body is read; none when it is let in. The ticket that lets it
-// in is used up.
+// Why a request is refused before its body is read; none if it is admitted. Uses up the ticket that
+// admits it.
 std::optional<Refusal> refusalOf(const Gate& gate, const RequestHead& head);
 
 } // namespace doccam::serve

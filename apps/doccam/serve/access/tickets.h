@@ -1,4 +1,5 @@
-// Short-lived permits for what a browser fetches without headers: events, pictures, downloads.
+// Short-lived permits for requests that a browser makes without headers: events, pictures,
+// downloads.
 #pragma once
 
 #include <chrono>
@@ -11,21 +12,21 @@
 
 namespace doccam::serve {
 
-// A ticket opens one path, once, within its time. Any thread.
+// A ticket admits one request for one path within its lifetime. Any thread.
 class Tickets {
   public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds kLifetime{30};
-    // Beyond that the oldest unused one is forgotten.
+    // Beyond this the oldest unused one is dropped.
     static constexpr std::size_t kMaximumOpen = 256;
 
     explicit Tickets(std::function<Clock::time_point()> now = Clock::now);
 
-    // A new ticket for a path, without what follows a question mark.
+    // A new ticket for a path without query.
     std::string issue(std::string_view path);
 
-    // Whether the ticket opens the path; it does so once.
+    // Whether the ticket is valid for the path; uses it up.
     bool redeem(std::string_view ticket, std::string_view path);
 
   private:

@@ -23,7 +23,7 @@ bool isToken(const std::string& text) {
            text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-// Whether the folder is there, and this user's alone.
+// Whether the folder exists and only this user may enter it.
 bool makePrivate(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder.parent_path(), error);
@@ -52,7 +52,7 @@ std::optional<std::string> readToken(const fs::path& path) {
                                                                        : std::nullopt;
 }
 
-// Whether token is now what path holds. Another start may be quicker: what is there stays.
+// Whether path now contains token. An existing file, as from a simultaneous start, is kept.
 bool writeToken(const fs::path& path, const std::string& token) {
     std::string draft = path.string() + ".XXXXXX";
     const OwnedDescriptor file(mkostemp(draft.data(), O_CLOEXEC));

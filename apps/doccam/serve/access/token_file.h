@@ -1,4 +1,4 @@
-// The access token, kept in the user's state folder over restarts.
+// The access token, kept in the user's state folder across restarts.
 #pragma once
 
 #include <filesystem>
@@ -6,12 +6,12 @@
 
 namespace doccam::serve {
 
-// XDG_STATE_HOME/doccam, or ~/.local/state/doccam; empty when neither is known.
+// $XDG_STATE_HOME/doccam, or ~/.local/state/doccam; empty if neither is known.
 std::filesystem::path stateFolder();
 
-// The token that the folder holds, or a new one, which it holds from now on. A file that others
-// could have read or written, or that holds no token, is replaced. When nothing can be kept the
-// token is for this time only. Throws std::system_error when there are no random numbers.
+// The token stored in the folder, or a new one, which is then stored. A file that others could have
+// read or written, or that contains no token, is replaced. If nothing can be stored, the token is
+// valid for this run only. Throws std::system_error if there are no random numbers.
 std::string keptToken(const std::filesystem::path& folder);
 
 } // namespace doccam::serve

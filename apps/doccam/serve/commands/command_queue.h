@@ -1,4 +1,4 @@
-// Work for the one thread that calls the library.
+// The queue of work for the one thread that calls the library.
 #pragma once
 
 #include <chrono>
@@ -15,28 +15,28 @@
 
 namespace doccam::serve {
 
-// The command was not begun: too many are waiting, or the server ends.
+// The command was not started: too many are waiting, or the server is ending.
 struct Busy : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Any thread orders, one thread serves. Commands run in the order in which they came.
+// Any thread submits, one thread serves. Commands run in order of arrival.
 class CommandQueue {
   public:
-    // Beyond longest waiting commands another is refused with a reason, which says what to do.
+    // Commands beyond longest waiting ones are refused with a reason that says what to do.
     explicit CommandQueue(std::size_t longest = 32,
                           std::string refusal = "too many commands are waiting; try again")
       : longest_(longest)
       , refusal_(std::move(refusal)) {}
 
-    // Runs command on the serving thread, waits for it and returns what it returns, or throws what
-    // it throws. Throws Busy without running it.
+    // Runs command on the serving thread, waits for it and returns its result or rethrows its
+    // exception. Throws Busy without running it.
     template <typename Command>
     auto order(Command command) {
         using Result = std::invoke_result_t<Command>;
         auto task = std::make_shared<std::packaged_task<Result()>>(std::move(command));
         std::future<Result> result = task->get_future();
-        // The queue alone holds it, so that a dropped one breaks its promise.
+        // Owned only by the queue, so that a dropped task breaks its promise.
         push([task = std::move(task)] { (*task)(); });
         try {
             return result.get();
@@ -45,10 +45,10 @@ class CommandQueue {
         }
     }
 
-    // Serves one command if one comes in time. False after close().
+    // Serves one command if one arrives in time. False after close().
     bool serve(std::chrono::milliseconds patience);
 
-    // Drops what is waiting and refuses what comes.
+    // Drops waiting commands and refuses new ones.
     void close();
 
   private:

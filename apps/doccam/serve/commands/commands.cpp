@@ -9,7 +9,7 @@
 namespace doccam::serve {
 namespace {
 
-constexpr int kMostZoomSteps = 150; // from the smallest scale to the largest
+constexpr int kMaximumZoomSteps = 150; // from the smallest scale to the largest
 constexpr int kLongestMove = 10000;
 constexpr int kLongestSide = 100000;
 constexpr int kLargestId = std::numeric_limits<int>::max();
@@ -22,7 +22,7 @@ Json toJson(const Page& page) {
             {"codes", page.codes}};
 }
 
-// One quick scan for each kind: the user waits for the page.
+// Only one quick scan per kind, as the user is waiting for the page.
 std::vector<std::string> codesOn(const std::string& path) {
     std::vector<std::string> texts;
     for (const host::CodeKind kind : {host::CodeKind::kQr, host::CodeKind::kBar}) {
@@ -83,7 +83,7 @@ Json Commands::form(const Json& request) {
 
 Json Commands::zoom(const Json& request) {
     if (!request.contains("to")) {
-        camera_.zoom(integer(request, "steps", -kMostZoomSteps, kMostZoomSteps));
+        camera_.zoom(integer(request, "steps", -kMaximumZoomSteps, kMaximumZoomSteps));
     } else if (choice(request, "to", {"whole", "true"}) == "true") {
         camera_.showTrueSize();
     } else {
@@ -105,7 +105,7 @@ Json Commands::turn(const Json& request) {
 
 Json Commands::settings(const Json& request) {
     camera_.change(changed(camera_.settings(), request));
-    return camera_.toldSettings();
+    return camera_.settingsTopic();
 }
 
 Json Commands::control(const Json& request) {
@@ -140,7 +140,7 @@ Json Commands::codes(const Json& /*request*/) {
 }
 
 Json Commands::orderPages(const Json& request) {
-    pages_.reorder(integers(request, "ids", PageStore::kMostPages));
+    pages_.reorder(integers(request, "ids", PageStore::kMaximumPages));
     tellPages();
     return Json::object();
 }

@@ -1,4 +1,4 @@
-// What the page can have done: each command by its name.
+// The page's commands by name.
 #pragma once
 
 #include "serve/commands/event_feed.h"
@@ -17,7 +17,8 @@ class Commands {
 
     static bool knows(const std::string& name);
 
-    // Does the command and returns its answer. Throws BadRequest, Unplugged, TrayError, or Failure.
+    // Runs the command and returns its response. Throws BadRequest, Unplugged, TrayError, or
+    // Failure.
     Json run(const std::string& name, const Json& request);
 
   private:

@@ -1,4 +1,4 @@
-// What the pages are told: the newest state of each topic.
+// The pages' events: the newest state of each topic.
 #pragma once
 
 #include <chrono>
@@ -11,8 +11,8 @@
 
 namespace doccam::serve {
 
-// A listener gets the newest text of each topic that has changed since it was told last, so that a
-// slow one is behind by one text a topic at most. Any thread.
+// A listener gets the newest text of each topic that has changed since its last event, so that a
+// slow one lags by at most one text per topic. Any thread.
 class EventFeed {
   public:
     struct Event {
@@ -21,14 +21,14 @@ class EventFeed {
     };
 
     struct News {
-        std::uint64_t version = 0; // to be asked for the next news with
-        std::vector<Event> events; // in the order in which they were set
+        std::uint64_t version = 0; // to pass to the next call of next()
+        std::vector<Event> events; // in the order they were set
     };
 
-    // Sets a topic's text; the same text again is no news. text has no line break.
+    // Sets a topic's text, which must have no line break. An unchanged text is no event.
     void set(const std::string& topic, const std::string& text);
 
-    // Waits for what is newer than version; no events when nothing is in time, or after close().
+    // Waits for events newer than version; returns none on a timeout or after close().
     News next(std::uint64_t version, std::chrono::milliseconds patience);
 
     void close();

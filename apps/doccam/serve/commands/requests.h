@@ -1,4 +1,4 @@
-// What a page may ask for, read from the JSON of a command.
+// Parsing the JSON of a page's commands.
 #pragma once
 
 #include "camera/page_settings.h"
@@ -14,30 +14,30 @@ namespace doccam::serve {
 
 using Json = nlohmann::ordered_json;
 
-// The request does not make sense; the message says which field and what it may be.
+// The request is invalid; the message names the field and its valid values.
 struct BadRequest : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The object that a command's body is; an empty body is an empty object. Throws BadRequest.
+// Parses a command's body; an empty body is an empty object. Throws BadRequest.
 Json parseBody(const std::string& body);
 
-// The fields of an object; each throws BadRequest when the field is missing, of another type or out
+// The fields of an object. Each throws BadRequest if the field is missing, of another type or out
 // of range.
 int integer(const Json& object, const char* field, int least, int most);
 std::string choice(const Json& object, const char* field, const std::vector<std::string>& choices);
-// Of at most so many bytes.
+// A text of at most longest bytes.
 std::string text(const Json& object, const char* field, std::size_t longest);
 std::vector<int> integers(const Json& object, const char* field, std::size_t most);
 
 // "left" is a quarter turn counter-clockwise, -1; "right" is 1.
 int quarterTurn(const Json& object);
 
-// settings with the fields that object has; the rest as they were. Throws BadRequest.
+// settings updated with the fields of object. Throws BadRequest.
 host::PageSettings changed(host::PageSettings settings, const Json& object);
 Json toJson(const host::PageSettings& settings);
 
-// The form for a page's area: as large, but no larger than the preview's room allows.
+// The form for a page's area, scaled down if it exceeds kLargestForm.
 host::Size fittedForm(host::Size wanted);
 
 // The pixels of the largest form.

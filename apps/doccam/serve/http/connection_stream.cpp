@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kPiece = 4096;
 
-// A connection that is broken, or closed on both sides, is not ready for anything.
+// Not ready if the connection is broken or closed on both sides.
 bool becomes(socket_t socket, short event, std::chrono::milliseconds patience) {
     pollfd state{socket, event, 0};
     int ready = 0;

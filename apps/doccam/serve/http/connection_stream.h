@@ -1,4 +1,4 @@
-// A connection that has so long to say the rest of its request, and to take the answer.
+// A connection with time limits for the rest of its request and for reading the response.
 #pragma once
 
 #include <httplib.h>
@@ -11,22 +11,22 @@ namespace doccam::serve {
 
 struct ConnectionLimits {
     std::chrono::milliseconds patience{5000};      // for the whole request from now on
-    std::chrono::milliseconds writePatience{5000}; // for a reader that takes nothing
+    std::chrono::milliseconds writePatience{5000}; // for a client that reads nothing
 };
 
-// Reading fails when the time is over; the answer may take as long as the reader goes on taking it.
-// A peer that has said all and closed its side still takes its answer. Does not close the socket.
+// Reading fails after the time limit; the response may take as long as the client keeps reading it.
+// A peer that has shut down its side still gets its response. Does not close the socket.
 class ConnectionStream : public httplib::Stream {
   public:
-    // said was read before, and is read again first.
+    // said was read earlier and is returned first.
     ConnectionStream(socket_t socket, std::string said, const ConnectionLimits& limits);
 
     bool is_readable() const override;
-    // Whether the peer takes something in time.
+    // Whether the peer reads something in time.
     bool is_writable() const override;
     ssize_t read(char* bytes, std::size_t count) override;
     ssize_t write(const char* bytes, std::size_t count) override;
-    // Unknown: nothing asks for them.
+    // Unused.
     void get_remote_ip_and_port(std::string& address, int& port) const override;
     void get_local_ip_and_port(std::string& address, int& port) const override;
 
@@ -39,7 +39,7 @@ class ConnectionStream : public httplib::Stream {
     std::chrono::milliseconds writePatience_;
     Clock::time_point deadline_;
     std::string said_;
-    std::size_t next_ = 0; // of what was said and not yet read
+    std::size_t next_ = 0; // next unread byte of the earlier ones
 };
 
 } // namespace doccam::serve

@@ -21,7 +21,7 @@ std::size_t oldestFrom(const std::vector<PeerAddress>& waiting, const PeerAddres
 } // namespace
 
 PeerAddress peerAddressOf(const sockaddr_storage& address) {
-    constexpr std::size_t kMappedStart = 12; // of an IPv4 address within an IPv6 one
+    constexpr std::size_t kMappedStart = 12; // offset of an IPv4 address within a mapped IPv6 one
     PeerAddress peer;
     if (address.ss_family == AF_INET) {
         sockaddr_in four{};

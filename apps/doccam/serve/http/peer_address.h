@@ -1,4 +1,4 @@
-// Where a connection comes from, and which of many has to leave.
+// A connection's origin, and choosing which connection to drop.
 #pragma once
 
 #include <sys/socket.h>
@@ -11,7 +11,7 @@
 
 namespace doccam::serve {
 
-// An IPv4 address, or the part of an IPv6 address that one household has to itself.
+// An IPv4 address, or the /64 network of an IPv6 address, which usually belongs to one household.
 struct PeerAddress {
     std::array<unsigned char, 8> bytes{};
     bool six = false;
@@ -26,9 +26,9 @@ struct RoomLimits {
     std::size_t placesPerAddress = 64;
 };
 
-// Which of those waiting, oldest first, leaves for a newcomer: none while there is room; the oldest
-// from the same address when that has all its places; else the oldest from the address with the
-// most. So the silent ones make room, and nobody is kept out by those who came before.
+// Which of the waiting connections, oldest first, is dropped for a newcomer: none while there is
+// room; the oldest from the same address if that has used up its share; otherwise the oldest from
+// the address with the most. So silent ones make room, and earlier ones cannot keep anyone out.
 std::optional<std::size_t> leaverFor(const PeerAddress& newcomer,
                                      const std::vector<PeerAddress>& waiting,
                                      const RoomLimits& limits);

@@ -1,4 +1,4 @@
-// A whole answer as bytes, for what is answered before a request reaches its handler.
+// Complete responses as bytes, for requests answered without a handler.
 #pragma once
 
 #include "serve/http/request_head.h"
@@ -12,7 +12,7 @@ namespace doccam::serve {
 
 using HeaderList = std::vector<std::pair<std::string, std::string>>;
 
-// On every answer: not to be stored, guessed at, framed or read by other sites.
+// Headers of every response: no caching, sniffing, framing or reading by other sites.
 const HeaderList& safeHeaders();
 
 // {"error": reason}
@@ -25,19 +25,19 @@ struct PlainAnswer {
     bool withBody = true; // false answers HEAD
 };
 
-// The bytes of an answer after which the connection is closed.
+// The bytes of a response after which the connection is closed.
 std::string bytesOf(const PlainAnswer& answer);
 
-// Why a request is not looked at any further; reason says what to do, without any mark-up.
+// Why a request is not processed any further; reason says what to do, without markup.
 struct Refusal {
     int status;
     std::string reason;
 };
 
-// The refusal of what is no HTTP.
+// The refusal of malformed HTTP.
 Refusal notUnderstood();
 
-// A small answer: JSON for a program, a page for a person who opened an address in a browser.
+// A small response: JSON for programs, a page for people who opened an address in a browser.
 std::string refusalBytes(const Refusal& refusal, const RequestHead& head);
 
 } // namespace doccam::serve

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kHeardAtOnce = 4096;
 constexpr std::size_t kMaximumThrownAway = std::size_t{256} * 1024;
-// Between two rounds, so that those who are in are heard before more come.
+// Per round, so that existing connections are served before more are accepted.
 constexpr int kAcceptedAtOnce = 16;
 constexpr std::chrono::milliseconds kWithoutDescriptors{100};
 
@@ -32,7 +32,7 @@ int makeWake() {
     return descriptor;
 }
 
-// A connection may be gone again before it is accepted.
+// Non-blocking, as a connection may be gone before it is accepted.
 int withoutWaiting(int listener) {
     fcntl(listener, F_SETFL, fcntl(listener, F_GETFL) | O_NONBLOCK);
     return listener;
@@ -74,7 +74,7 @@ int Reception::patience() const {
     return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
 }
 
-// Waits for something to do and hears those who are in. False when the reception ends.
+// Waits for input and reads it. False when the reception ends.
 bool Reception::await() {
     std::vector<pollfd> states{{wake_.get(), POLLIN, 0}};
     for (const Visitor& visitor : visitors_) {
@@ -181,8 +181,8 @@ bool Reception::serve(Visitor& visitor, std::size_t headBytes) const {
     return false;
 }
 
-// Closing at once, with something unread, would take the answer from the client again. The send
-// buffer of a new connection has room for the whole answer.
+// Closing at once with unread input would reset the connection and discard the response. A new
+// connection's send buffer has room for the whole response.
 bool Reception::sendAway(Visitor& visitor, const std::string& answer) const {
     visitor.said = {};
     visitor.leaving = true;

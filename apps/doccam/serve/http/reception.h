@@ -1,4 +1,4 @@
-// Where connections wait until they have said what they want.
+// Receiving connections until their request's head is complete.
 #pragma once
 
 #include "serve/http/peer_address.h"
@@ -17,17 +17,17 @@ namespace doccam::serve {
 
 struct ReceptionLimits {
     std::size_t longestHead = std::size_t{16} * 1024; // first line and headers together
-    std::chrono::milliseconds headPatience{5000};     // for a whole head from the beginning
-    std::chrono::milliseconds leavePatience{1000};    // for a client to take its answer and close
+    std::chrono::milliseconds headPatience{5000};     // for a complete head, from the start
+    std::chrono::milliseconds leavePatience{1000};    // for a client to read its response and close
     RoomLimits room{};
 };
 
-// What becomes of a request whose head is whole. Both are called on the reception's thread and must
-// not wait.
+// Handles requests with a complete head. Both are called on the reception's thread and must not
+// block.
 struct Desk {
-    // The bytes of an answer that needs no handler: a refusal, a small file.
+    // The bytes of a response that needs no handler: a refusal or a small file.
     std::function<std::optional<std::string>(const RequestHead&)> answerAtOnce;
-    // Takes the connection over, with a plain head and what has come of the body; otherwise returns
+    // Takes over the connection, with a plain head and the received part of the body, or returns
     // the bytes of a refusal.
     std::function<std::optional<std::string>(const RequestHead&, OwnedDescriptor& socket,
                                              std::string body)>
@@ -35,10 +35,10 @@ struct Desk {
 };
 
 // One thread accepts and reads heads, so that a slow or silent connection costs a descriptor and a
-// little memory but keeps nobody waiting.
+// little memory but delays nobody.
 class Reception {
   public:
-    // listener is listened at and outlives the reception. Throws std::system_error.
+    // listener must be listening and outlive the reception. Throws std::system_error.
     Reception(int listener, Desk desk, const ReceptionLimits& limits = {});
     ~Reception();
     Reception(const Reception&) = delete;
@@ -52,7 +52,7 @@ class Reception {
         PeerAddress peer;
         Clock::time_point deadline;
         std::string said{};
-        bool leaving = false; // has its answer; what it still says is thrown away
+        bool leaving = false; // has its response; further input is discarded
         std::size_t thrownAway = 0;
     };
 
@@ -62,7 +62,7 @@ class Reception {
     void acceptSome();
     bool acceptOne();
     void makeRoom(const PeerAddress& newcomer);
-    // Each returns whether the visitor stays.
+    // Each returns whether the visitor is kept.
     bool listenTo(Visitor& visitor) const;
     bool take(Visitor& visitor, const char* bytes, std::size_t count) const;
     bool serve(Visitor& visitor, std::size_t headBytes) const;

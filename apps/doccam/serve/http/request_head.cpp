@@ -24,7 +24,7 @@ bool isNamed(char c) {
            kOthers.find(c) != std::string_view::npos;
 }
 
-// Bytes beyond ASCII may stand in a value, controls may not.
+// Values may contain bytes beyond ASCII, but no control characters.
 bool isValue(char c) {
     return c == '\t' || (static_cast<unsigned char>(c) >= ' ' && c != '\x7f');
 }
@@ -33,7 +33,7 @@ bool isAll(std::string_view text, bool (*belongs)(char)) {
     return std::all_of(text.begin(), text.end(), belongs);
 }
 
-// What stands before the separator; text is left with what follows it.
+// Removes and returns the part of text before the separator.
 std::optional<std::string_view> cut(std::string_view& text, std::string_view separator) {
     const std::size_t end = text.find(separator);
     if (end == std::string_view::npos) {

@@ -18,7 +18,7 @@ int RequestServer::takePort(const std::string& address, int port) {
         port == 0 ? bind_to_any_port(address) : (bind_to_port(address, port) ? port : 0);
     if (taken > 0) {
         listening_ = OwnedDescriptor(svr_sock_);
-        // cpp-httplib lets five connections wait to be accepted; another's first packet is lost.
+        // cpp-httplib has a backlog of five connections; a further one's first packet is lost.
         ::listen(svr_sock_, SOMAXCONN);
     }
     return std::max(taken, 0);
@@ -31,7 +31,7 @@ void RequestServer::process(const OwnedDescriptor& socket, std::string text) {
     shutdown(socket.get(), SHUT_RDWR);
 }
 
-// cpp-httplib goes on with an answer while it has a listening socket.
+// cpp-httplib continues a response while it has a listening socket.
 void RequestServer::stopStreams() {
     svr_sock_ = INVALID_SOCKET;
 }

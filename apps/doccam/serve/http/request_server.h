@@ -1,4 +1,4 @@
-// The routes and handlers of requests that have been let in.
+// The routes and handlers of admitted requests.
 #pragma once
 
 #include "serve/owned_descriptor.h"
@@ -9,8 +9,8 @@
 
 namespace doccam::serve {
 
-// cpp-httplib's server without its accepting: a reception hands the connections over, each with one
-// request.
+// cpp-httplib's server without its accept loop: a Reception passes it connections with one request
+// each.
 class RequestServer : public httplib::Server {
   public:
     RequestServer() = default;
@@ -19,15 +19,15 @@ class RequestServer : public httplib::Server {
     RequestServer(const RequestServer&) = delete;
     RequestServer& operator=(const RequestServer&) = delete;
 
-    // Takes the port, or any free one for 0, and returns it; 0 when that fails.
+    // Binds the port, or any free one for 0, and returns it; 0 on failure.
     int takePort(const std::string& address, int port);
 
     int listener() const { return svr_sock_; }
 
-    // Answers the request that begins with text, and goes on at the socket. Any thread.
+    // Handles the request that starts with text and continues on the socket. Any thread.
     void process(const OwnedDescriptor& socket, std::string text);
 
-    // Ends answers that go on.
+    // Ends streaming responses.
     void stopStreams();
 
   private:

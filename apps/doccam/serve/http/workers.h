@@ -1,4 +1,4 @@
-// A fixed number of threads for work that may wait.
+// A thread pool of fixed size.
 #pragma once
 
 #include "serve/owned_thread.h"
@@ -14,14 +14,15 @@ namespace doccam::serve {
 
 class Workers {
   public:
-    // longest pieces of work may wait for a thread.
+    // Up to longest pieces of work may wait for a thread.
     Workers(std::size_t threads, std::size_t longest);
-    // Waits for what is under way; what is waiting is dropped.
+    // Waits for running work; drops waiting work.
     ~Workers();
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
 
-    // Takes work, which must not throw, over; false, and leaves it as it is, when too much waits.
+    // Takes over work, which must not throw; returns false, leaving it unchanged, if too much
+    // waits.
     bool take(std::function<void()>& work);
 
   private:

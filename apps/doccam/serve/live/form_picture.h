@@ -1,11 +1,11 @@
-// What a viewer sees: the form, with the camera's picture at its place.
+// The viewers' picture: the form with the camera's picture at its place.
 #pragma once
 
 #include <vector>
 
 namespace doccam::serve {
 
-// One level of grey around a picture that does not fill the form; it suits light and dark pages.
+// The grey level around a picture that does not fill the form, suitable for light and dark pages.
 inline constexpr unsigned char kSurround = 0x30;
 
 struct FormSize {
@@ -14,7 +14,7 @@ struct FormSize {
     bool operator==(const FormSize&) const = default;
 };
 
-// Where in the form the picture lies; it may reach beyond it.
+// The picture's position in the form; it may extend beyond the form.
 struct Place {
     int x = 0, y = 0;
     int width = 0, height = 0;
@@ -22,15 +22,15 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-// Three bytes a pixel, red first, rows back to back.
+// Three bytes per pixel, red first, rows back to back.
 struct FormPicture {
     FormSize size;
     Place place;
     std::vector<unsigned char> pixels;
 };
 
-// Puts the picture at its place in a form of the given size and the surround around it. What was in
-// form is used again: a picture at the same place costs no more than its copy.
+// Composes the picture at its place with the surround, in a form of the given size. Reuses the
+// content of form, so that a picture at the same place costs only its copy.
 void compose(FormPicture& form, FormSize size, const Place& place, const unsigned char* picture);
 
 } // namespace doccam::serve

@@ -15,7 +15,7 @@ constexpr std::chrono::seconds kLookEvery{1};
 constexpr std::chrono::milliseconds kCountEvery = host::Silence::kLook;
 constexpr int kMoveStep = 4;
 
-// The library's callback has no argument of the host's own.
+// Global, since the library's callback takes no context.
 std::atomic<PictureHandover*> receiver{nullptr};
 
 void onPreview(unsigned char* pixels, int width, int height, int startX, int startY) {
@@ -26,9 +26,9 @@ void onPreview(unsigned char* pixels, int width, int height, int startX, int sta
 
 } // namespace
 
-LiveCamera::LiveCamera(const CameraWish& wish, const host::Interrupt& interrupt,
+LiveCamera::LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
                        PictureHandover& handover, EventFeed& events)
-  : wish_(wish)
+  : choice_(choice)
   , interrupt_(interrupt)
   , handover_(handover)
   , events_(events) {
@@ -45,10 +45,10 @@ LiveCamera::~LiveCamera() {
     receiver = nullptr;
 }
 
-// Another camera may have moved up to the index of the one that was unplugged.
+// Another camera may now have the index of the unplugged one.
 int LiveCamera::findCamera() const {
     if (name_.empty()) {
-        return wish_.index;
+        return choice_.index;
     }
     for (const host::Camera& camera : host::attachedCameras()) {
         if (camera.name == name_) {
@@ -64,7 +64,7 @@ void LiveCamera::open() {
     if (name_.empty()) {
         name_ = host::attachedCameras().at(static_cast<std::size_t>(index)).name;
     }
-    const host::Capture capture = host::chooseCapture(index, wish_.format, wish_.size);
+    const host::Capture capture = host::chooseCapture(index, choice_.format, choice_.size);
     apply(settings_);
     handover_.setForm({});
     session_.emplace(index, capture, interrupt_);
@@ -84,7 +84,7 @@ void LiveCamera::applySettings() const {
     host::cropToSheet(settings_.crop);
 }
 
-// The first form of a session decides how large the later ones may be.
+// A session's first form limits the size of later ones.
 void LiveCamera::startPreview() {
     SetWebFormSize(kLargestForm.width, kLargestForm.height);
     SetWebFormSize(form_.width, form_.height);
@@ -183,7 +183,7 @@ void LiveCamera::showWhole() {
     Web_BestSize();
 }
 
-// In short steps: a far drag beyond the picture's near edge would jump to the opposite one.
+// In small steps, as a far drag past the picture's near edge would jump to the opposite one.
 void LiveCamera::move(int dx, int dy) {
     session();
     while (dx != 0 || dy != 0) {
@@ -231,7 +231,7 @@ void LiveCamera::still(const std::string& path) {
         throw NoSheet();
     }
 
-    // The session crops the one still only.
+    // Crops only this one still.
     const struct Restored {
         const LiveCamera& camera;
 
@@ -245,14 +245,14 @@ std::string LiveCamera::readCode(host::CodeKind kind) {
     return host::liveCode(session(), kind);
 }
 
-Json LiveCamera::toldSettings() const {
-    Json told = toJson(settings_);
-    told["version"] = settingsVersion_;
-    return told;
+Json LiveCamera::settingsTopic() const {
+    Json topic = toJson(settings_);
+    topic["version"] = settingsVersion_;
+    return topic;
 }
 
 void LiveCamera::tellSettings() {
-    events_.set("settings", toldSettings().dump());
+    events_.set("settings", settingsTopic().dump());
 }
 
 void LiveCamera::tellCamera(const std::string& message) {

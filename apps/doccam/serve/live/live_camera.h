@@ -1,4 +1,4 @@
-// The camera behind the page: opened, watched, and opened again when it comes back.
+// The served camera: opened, monitored, and reopened when it is plugged in again.
 #pragma once
 
 #include "camera/camera_session.h"
@@ -17,13 +17,13 @@
 
 namespace doccam::serve {
 
-struct CameraWish {
+struct CameraChoice {
     int index = 0;
     std::optional<host::Format> format;
     std::optional<host::Size> size;
 };
 
-// The command cannot be done as things lie now; the message says what the user can do.
+// The command is not possible now; the message says what the user can do.
 struct NotNow : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -38,33 +38,33 @@ struct NoSheet : NotNow {
       : NotNow("no sheet was found; lay one on a dark desk, or leave out the cropping") {}
 };
 
-// The camera is there, but does not do it.
+// The camera refuses the command.
 struct Refused : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Calls the library, so all of it belongs to the command thread. At most one at a time. Every
-// command throws Unplugged while there is no camera.
+// Calls the library, so use it only on the command thread. At most one at a time. Every command
+// throws Unplugged while there is no camera.
 class LiveCamera {
   public:
-    // Tells what it knows as the topics "camera", "view", "settings", "controls" and "rate".
-    LiveCamera(const CameraWish& wish, const host::Interrupt& interrupt, PictureHandover& handover,
-               EventFeed& events);
+    // Publishes the topics "camera", "view", "settings", "controls" and "rate".
+    LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
+               PictureHandover& handover, EventFeed& events);
     ~LiveCamera();
     LiveCamera(const LiveCamera&) = delete;
     LiveCamera& operator=(const LiveCamera&) = delete;
 
-    // Opens the camera. Throws Failure when that fails; watch() will try again.
+    // Opens the camera. Throws Failure on failure; watch() will try again.
     void open();
 
-    // To be called several times a second: notices that the camera has gone, looks for it, counts
+    // Call several times a second: notices when the camera is unplugged, looks for it, counts
     // frames.
     void watch();
 
     bool plugged() const { return session_.has_value(); }
 
     void setForm(host::Size form);
-    // By steps of four percentage points, larger or smaller.
+    // Zooms by steps of four percentage points; negative ones make the picture smaller.
     void zoom(int steps);
     void showTrueSize();
     void showWhole();
@@ -75,14 +75,14 @@ class LiveCamera {
     const host::PageSettings& settings() const { return settings_; }
 
     // The topic "settings".
-    Json toldSettings() const;
+    Json settingsTopic() const;
 
     void setControl(const std::string& name, std::optional<int> value);
     void focus();
 
-    // Saves a still as the settings say. Throws NoSheet when it is to be cropped to none.
+    // Saves a still according to the settings. Throws NoSheet if there is no sheet to crop to.
     void still(const std::string& path);
-    // The text of a code in the live picture, or the empty one.
+    // The text of a code in the live picture, or an empty text.
     std::string readCode(host::CodeKind kind);
 
   private:
@@ -100,12 +100,12 @@ class LiveCamera {
     void tellView();
     void tellControls();
 
-    CameraWish wish_;
+    CameraChoice choice_;
     const host::Interrupt& interrupt_;
     PictureHandover& handover_;
     EventFeed& events_;
     std::optional<host::CameraSession> session_;
-    std::string name_; // of the camera that was opened first: the one to look for
+    std::string name_; // name of the camera opened first, which watch() looks for
     host::PageSettings settings_;
     int settingsVersion_ = 0; // orders settings updates
     PictureControls controls_;

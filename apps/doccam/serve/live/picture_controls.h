@@ -1,4 +1,4 @@
-// The camera's picture controls, as sliders show them.
+// The camera's picture controls, for the page's sliders.
 #pragma once
 
 #include "camera/controls.h"
@@ -15,19 +15,19 @@ struct PictureControl {
     host::ControlState state;
 };
 
-// While a camera streams; the command thread.
+// Use while a camera streams, on the command thread.
 class PictureControls {
   public:
     static std::vector<std::string> names();
 
-    // What the camera has of them, as it stands now.
+    // The current state of the controls that the camera has.
     std::vector<PictureControl> read() const;
 
-    // Sets a control, held to its range, or to its default with no value. False when the camera has
-    // no such control or refuses. The value is set again by restore().
+    // Sets a control to value, clamped to its range, or without value to its default. False if the
+    // camera lacks the control or refuses. restore() sets the value again.
     bool set(const std::string& name, std::optional<int> value);
 
-    // Sets what the user has set to a camera that was plugged in again.
+    // Applies the user's values to a camera that was plugged in again.
     void restore() const;
 
   private:

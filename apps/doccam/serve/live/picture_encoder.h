@@ -1,4 +1,4 @@
-// A form as a JPEG.
+// Encoding a form as a JPEG.
 #pragma once
 
 #include "serve/live/form_picture.h"
@@ -9,13 +9,13 @@
 
 namespace doccam::serve {
 
-// Encodes one picture after the other. One thread at a time.
+// Encodes one picture after another. One thread at a time.
 class PictureEncoder {
   public:
-    // Throws std::runtime_error when the codec cannot be made.
+    // Throws std::runtime_error if the codec cannot be created.
     PictureEncoder();
 
-    // Throws std::runtime_error for a form without pixels and when the codec fails.
+    // Throws std::runtime_error for a form without pixels and if the codec fails.
     Jpeg encode(const FormPicture& form);
 
   private:
@@ -24,7 +24,7 @@ class PictureEncoder {
     };
 
     std::unique_ptr<void, CloseCodec> codec_;
-    std::vector<unsigned char> room_; // for the longest JPEG
+    std::vector<unsigned char> room_; // large enough for the longest JPEG
 };
 
 } // namespace doccam::serve

@@ -12,11 +12,11 @@ namespace doccam::serve {
 
 using Jpeg = std::vector<unsigned char>;
 
-// Each viewer takes the newest picture when it is ready for one; those it was too slow for are
-// lost to it alone. Any thread.
+// Each viewer takes the newest picture when it is ready; a slow viewer misses pictures without
+// affecting others. Any thread.
 class PictureFeed {
   public:
-    // A picture and its number. Numbers begin with 1 and grow.
+    // A picture and its number. Numbers start at 1 and grow.
     struct Shown {
         std::uint64_t number = 0;
         std::shared_ptr<const Jpeg> picture;
@@ -25,15 +25,14 @@ class PictureFeed {
     // Replaces the newest picture. Never waits for a viewer.
     void publish(Jpeg picture);
 
-    // Waits until a viewer waits for a picture: without one none need be encoded. False after
-    // close().
+    // Waits until a viewer is waiting, as otherwise no picture needs encoding. False after close().
     bool awaitViewer();
 
-    // Waits for a picture newer than number. Without one in time, or after close(), the result has
-    // no picture.
+    // Waits for a picture newer than number. On a timeout or after close() the result has no
+    // picture.
     Shown next(std::uint64_t number, std::chrono::milliseconds patience);
 
-    // Forgets the newest picture: there is none to show until the next one.
+    // Drops the newest picture, so that there is none until the next.
     void clear();
 
     // Ends all waiting, now and later.

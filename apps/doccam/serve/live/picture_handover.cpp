@@ -12,7 +12,7 @@ void PictureHandover::setForm(FormSize form) {
 void PictureHandover::setWanted(bool wanted) {
     const std::lock_guard lock(mutex_);
     wanted_ = wanted;
-    fresh_ = fresh_ && wanted; // it would be an old one for the next viewer
+    fresh_ = fresh_ && wanted; // otherwise the next viewer would get an old picture
 }
 
 void PictureHandover::give(const unsigned char* picture, const Place& place) {

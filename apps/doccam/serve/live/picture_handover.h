@@ -1,4 +1,4 @@
-// From the streaming thread to the encoder: the newest preview picture.
+// Passes the newest preview picture from the streaming thread to the encoder.
 #pragma once
 
 #include "serve/live/form_picture.h"
@@ -8,21 +8,21 @@
 
 namespace doccam::serve {
 
-// One thread gives, one takes. The giver only copies: it never waits until a picture is encoded,
-// and a picture that was not taken is replaced.
+// One thread gives, one takes. Giving only copies and never waits for the encoder; a picture that
+// was not taken is replaced.
 class PictureHandover {
   public:
-    // The form in which pictures given from now on lie; one without pixels takes none.
+    // The form of pictures given from now on; with a form without pixels none are accepted.
     void setForm(FormSize form);
 
-    // Whether pictures are taken at all; not at first.
+    // Whether pictures are accepted at all; initially not.
     void setWanted(bool wanted);
 
-    // picture holds place.width x place.height pixels, red first.
+    // picture has place.width x place.height pixels, red first.
     void give(const unsigned char* picture, const Place& place);
 
-    // Waits for a picture and swaps it with form, whose pixels are used again. False when none is
-    // there after close().
+    // Waits for a picture and swaps it with form, whose memory is reused. False if there is none
+    // after close().
     bool take(FormPicture& form);
 
     void close();

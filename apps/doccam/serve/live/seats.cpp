@@ -10,7 +10,7 @@ Seats::Seats(int count, std::function<void(int)> changed)
     state_->changed = std::move(changed);
 }
 
-// Under the lock.
+// Call with the lock held.
 void Seats::State::add(int difference) {
     taken += difference;
     if (changed) {

@@ -1,4 +1,4 @@
-// A limited number of places, such as those of viewers.
+// A limited number of seats, such as for viewers.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@ class Seats {
     // changed is called with the number of taken seats, one call at a time.
     explicit Seats(int count, std::function<void(int)> changed = {});
 
-    // A seat, which is given back with its last copy; null when all are taken.
+    // A seat, freed with its last copy; null if all are taken.
     std::shared_ptr<void> take();
 
     int taken() const;

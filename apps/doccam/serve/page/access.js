@@ -1,16 +1,16 @@
-// The access token of this window: from the address it was opened with, from this window's own
-// storage, or from another window that shows the picture.
+// This window's access token: from the address it was opened with, from its session storage, or from
+// another connected window.
 
 const kToken = 'token';
 const kPatienceMs = 1000;
 
 const channel = new BroadcastChannel('doccam');
-let connected = false; // the server has let this window in, and is there
+let connected = false; // the server has admitted this window and is running
 let letIn = () => location.reload();
 
 const kept = () => sessionStorage.getItem(kToken);
 
-// The address bar and the history need not keep the token.
+// Keeps the token out of the address bar and the history.
 function takeFromAddress() {
   const given = /^#token=([0-9a-f]+)$/.exec(location.hash)?.[1];
   if (given) {
@@ -31,8 +31,8 @@ function ask() {
   }
 }
 
-// A token is handed on only while the server itself has the port: nobody else's page can be loaded
-// from it then.
+// The token is passed on only while the server itself has the port, as then no other program's page
+// can be loaded from it.
 channel.addEventListener('message', ({ data }) => {
   if (data.ask && connected && kept()) {
     channel.postMessage({ token: kept() });
@@ -42,7 +42,7 @@ channel.addEventListener('message', ({ data }) => {
   }
 });
 
-// An address that differs behind the # alone loads no page.
+// Changing only the fragment does not load a page.
 window.addEventListener('hashchange', () => takeFromAddress() && location.reload());
 document.addEventListener('visibilitychange', ask);
 window.addEventListener('focus', ask);
@@ -51,7 +51,7 @@ export function setConnected(now) {
   connected = now;
 }
 
-// The token does not fit, as after its file was removed.
+// The token is wrong, as after its file was removed.
 export function refuse() {
   sessionStorage.removeItem(kToken);
   connected = false;

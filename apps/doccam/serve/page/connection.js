@@ -1,10 +1,10 @@
-// Commands to the server and news from it.
+// Commands to the server and events from it.
 import { authorization, refuse, setConnected } from './access.js';
 
 const kPatienceMs = 60000;
 const kRetryMs = 3000;
 
-// A request with the token; a window whose token is refused says so.
+// A request with the token; reports a refused token.
 export async function request(path, { headers, ...options } = {}) {
   const response = await fetch(path, { ...options, headers: { ...headers, ...authorization() } });
   if (response.status === 403) {
@@ -13,11 +13,11 @@ export async function request(path, { headers, ...options } = {}) {
   return response;
 }
 
-export async function command(name, wish = {}) {
+export async function command(name, fields = {}) {
   const response = await request(`/api/${name}`, {
     method: 'POST',
     headers: { 'Content-Type': 'application/json' },
-    body: JSON.stringify(wish),
+    body: JSON.stringify(fields),
     signal: AbortSignal.timeout(kPatienceMs),
   }).catch((error) => {
     throw new Error(error.name === 'TimeoutError'
@@ -30,7 +30,7 @@ export async function command(name, wish = {}) {
   return answer;
 }
 
-// The address of a path that the browser itself fetches, without headers: once, and soon.
+// A single-use, short-lived address for a path that the browser fetches without headers.
 async function ticketed(path) {
   const { ticket } = await command('tickets', { for: path });
   return `${path}?ticket=${ticket}`;
@@ -43,13 +43,13 @@ export async function download(path, name) {
   link.click();
 }
 
-// Sends one wish at a time; those that come meanwhile are merged into the next one. Who sent the first
-// gets the last answer.
+// Sends one request at a time; further ones are merged into the next. The caller of the first gets the
+// last response.
 export function merging(name, merge, failed) {
   let waiting = null;
   let busy = false;
-  return async (wish) => {
-    waiting = waiting === null ? wish : merge(waiting, wish);
+  return async (fields) => {
+    waiting = waiting === null ? fields : merge(waiting, fields);
     if (busy) {
       return;
     }
@@ -67,9 +67,9 @@ export function merging(name, merge, failed) {
 
 export const newest = (_, later) => later;
 
-// Calls listeners[topic](state) with the state of each topic, at first and when it changes;
-// listeners.connected(true or false) when the connection comes and goes. A hidden page does not
-// listen: a browser has few connections to one server.
+// Calls listeners[topic](state) with each topic's state, initially and on changes, and
+// listeners.connected(true or false) when the connection is made or lost. A hidden page does not
+// listen, as browsers limit the connections to one server.
 export function listen(listeners) {
   let source = null;
   let retry;
@@ -105,7 +105,7 @@ export function listen(listeners) {
     }
     source = new EventSource(address);
     source.onopen = () => tell(true);
-    source.onerror = fail; // the ticket is used up: another try needs another one
+    source.onerror = fail; // the ticket is used up, so a retry needs a new one
     for (const topic of Object.keys(listeners)) {
       source.addEventListener(topic, (event) => listeners[topic](JSON.parse(event.data)));
     }

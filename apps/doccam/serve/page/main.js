@@ -1,11 +1,11 @@
-// Puts the page together: buttons, keys, and what the server tells.
+// Connects buttons, keys and the server's events.
 import { enter } from './access.js';
 import { command, download, listen } from './connection.js';
 import { makeCodes, makeControls, makeSettings } from './panels.js';
 import { startPreview } from './preview.js';
 import { makeTray } from './tray.js';
 
-const kMove = 60; // form pixels an arrow key
+const kMove = 60; // form pixels per arrow key
 const kQualityStep = 5;
 const find = (id) => document.getElementById(id);
 
@@ -13,7 +13,7 @@ await enter();
 
 const say = (text) => { find('news').textContent = text; };
 
-let trouble = ''; // of the camera
+let trouble = ''; // the camera's message
 let connected = false;
 let complaint = '';
 let complaintTimer;
@@ -40,13 +40,13 @@ function failed(error) {
   showBanner();
 }
 
-const send = (name, wish) => command(name, wish).catch(failed);
+const send = (name, fields) => command(name, fields).catch(failed);
 const preview = startPreview(find('preview'), failed);
 const settings = makeSettings(say, failed);
 const codes = makeCodes(find('codes'), find('codes-note'), say);
 const showTray = makeTray(find('pages'), say, failed);
 
-// A button's action, once at a time. The button keeps the focus, which a disabled one would lose.
+// Runs a button's action, one at a time. aria-disabled keeps the focus, which disabled would lose.
 function alone(button, action) {
   return async () => {
     if (button.getAttribute('aria-disabled') === 'true') {

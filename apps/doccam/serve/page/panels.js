@@ -1,4 +1,4 @@
-// Settings of the pages, picture controls, and the texts of codes.
+// Page settings, picture controls, and the texts of codes.
 import { command, merging, newest } from './connection.js';
 
 const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
@@ -6,28 +6,28 @@ const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
 export function makeSettings(say, failed) {
   const field = (id) => document.getElementById(id);
   const post = merging('settings', (a, b) => ({ ...a, ...b }), failed);
-  let told = { version: -1 }; // by the server
+  let known = { version: -1 }; // the server's last settings
   let underWay = 0;
-  // What was set here stays in sight until the server has answered; news from before may come late.
+  // Shows values set here until the server has responded, as earlier events may arrive late.
   const show = (settings) => {
-    if (settings?.version > told.version) {
-      told = settings;
+    if (settings?.version > known.version) {
+      known = settings;
     }
-    if (underWay > 0 || told.version < 0) {
+    if (underWay > 0 || known.version < 0) {
       return;
     }
     for (const flag of kFlags) {
-      field(flag).checked = told[flag];
+      field(flag).checked = known[flag];
     }
-    field('colour').value = told.colour;
+    field('colour').value = known.colour;
     if (document.activeElement !== field('quality')) {
-      field('quality').value = told.quality;
+      field('quality').value = known.quality;
     }
-    field('quality-value').value = told.quality;
+    field('quality-value').value = known.quality;
   };
-  const send = async (wish) => {
+  const send = async (fields) => {
     ++underWay;
-    const answer = await post(wish);
+    const answer = await post(fields);
     --underWay;
     show(answer);
   };
@@ -111,7 +111,7 @@ async function copy(input, say) {
   try {
     await navigator.clipboard.writeText(input.value);
   } catch {
-    document.execCommand('copy'); // the only way on a plain network address
+    document.execCommand('copy'); // the only way without HTTPS
   }
   say('Copied');
 }
@@ -130,7 +130,7 @@ function makeCode(kind, text, say) {
   return row;
 }
 
-// Shows the live reading and what was found on the pages, each text once.
+// Shows the codes from the live picture and the pages, each text once.
 export function makeCodes(list, note, say) {
   let live = {};
   let pages = [];

@@ -1,4 +1,4 @@
-// The live picture: drawn as it comes, zoomed and moved by hand.
+// The live picture: drawing, zooming and panning.
 import { command, merging, request } from './connection.js';
 
 const kPixelsPerNotch = 40;
@@ -61,7 +61,7 @@ async function draw(canvas, jpeg) {
   picture.close();
 }
 
-// Shows the stream while the page is visible; a hidden page leaves its seat to others.
+// Shows the stream while the page is visible; a hidden page frees its seat.
 async function show(canvas, failed) {
   for (let failures = 0; ;) {
     const leaving = new AbortController();
@@ -91,8 +91,8 @@ async function show(canvas, failed) {
   }
 }
 
-// Tells the server the size of the page's area, now, when it changes, and when somebody turns to
-// this page: another one may have told its own since.
+// Sends the size of the page's area to the server now, when it changes, and when the page becomes
+// active, as another page may have sent its own since.
 function declareForm(canvas, failed) {
   const send = merging('form', (_, later) => later, failed);
   let timer;

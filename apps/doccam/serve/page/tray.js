@@ -1,4 +1,4 @@
-// The tray: pages in their order, moved by dragging, buttons or keys.
+// The tray: pages in order, moved by dragging, buttons or keys.
 import { command, download, request } from './connection.js';
 
 const items = new Map(); // id -> list item
@@ -9,7 +9,7 @@ function label(page, place) {
   return `Page ${place} of ${order.length}${codes}`;
 }
 
-// An image fetches itself without the token.
+// An img element cannot send the token.
 async function showThumbnail(picture, page) {
   const wanted = `${page.id}-${page.version}`;
   if (picture.dataset.shows === wanted) {
@@ -22,7 +22,7 @@ async function showThumbnail(picture, page) {
     return;
   }
   if (jpeg === null) {
-    delete picture.dataset.shows; // the next news tries again
+    delete picture.dataset.shows; // the next event tries again
     return;
   }
   const address = URL.createObjectURL(jpeg);
@@ -46,8 +46,8 @@ function update(item, page, place) {
 }
 
 export function makeTray(list, say, failed) {
-  // Whether it was done.
-  const send = (name, wish) => command(name, wish).then(() => true, failed);
+  // Resolves to whether it succeeded.
+  const send = (name, fields) => command(name, fields).then(() => true, failed);
 
   const moveTo = async (id, place) => {
     const target = Math.max(0, Math.min(order.length - 1, place));
@@ -124,7 +124,7 @@ export function makeTray(list, say, failed) {
     return item;
   };
 
-  // Keeps the focus where it is, though its page moves.
+  // Keeps the focus when its page moves.
   return (pages) => {
     const focused = document.activeElement;
     order = pages.map((page) => page.id);

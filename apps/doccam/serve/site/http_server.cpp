@@ -16,14 +16,14 @@
 namespace doccam::serve {
 namespace {
 
-constexpr int kMostListeners = 16;
-// Viewers and listeners keep a thread each; the rest is for pages and commands.
+constexpr int kMaximumListeners = 16;
+// Viewers and listeners occupy a thread each; the rest is for pages and commands.
 constexpr std::size_t kThreads = 48;
 constexpr std::size_t kMaximumWaiting = 32;
 constexpr std::size_t kLongestPath = 100;
 constexpr std::size_t kLongestBody = std::size_t{64} * 1024;
 
-// A slow viewer's pictures would grow old in a large buffer.
+// In a large buffer a slow viewer's pictures would become outdated.
 constexpr int kSendBuffer = 256 * 1024;
 
 void prepareSocket(socket_t socket) {
@@ -32,7 +32,7 @@ void prepareSocket(socket_t socket) {
     setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
 }
 
-// What the server refuses by itself.
+// Reasons for cpp-httplib's own refusals.
 const char* reasonOf(int status) {
     switch (status) {
     case 404:
@@ -67,7 +67,7 @@ const PageFile* pageFileAt(std::string_view path) {
 
 HttpServer::HttpServer(const Sources& sources)
   : sources_(sources)
-  , listeners_(kMostListeners) {
+  , listeners_(kMaximumListeners) {
     configure(server_);
     addStreams();
     addPages();
@@ -102,7 +102,7 @@ void HttpServer::start(const AccessRules& rules) {
              }});
 }
 
-// The page itself holds no secret; a browser fetches it before it can show a token.
+// The page itself contains no secret, and a browser fetches it before it can send a token.
 std::optional<std::string> HttpServer::answerAtOnce(const RequestHead& head) {
     const PageFile* const file = head.method == "POST" ? nullptr : pageFileAt(head.path());
     if (const auto refusal = refusalOf({rules_, tickets_, file != nullptr, kLongestBody}, head)) {
@@ -168,8 +168,9 @@ void HttpServer::addCommands() {
             answerError(response, 404, "there is no such command");
             return;
         }
-        const Json wish = parseBody(request.body);
-        const Json answer = sources_.queue.order([&] { return sources_.commands.run(name, wish); });
+        const Json fields = parseBody(request.body);
+        const Json answer =
+            sources_.queue.order([&] { return sources_.commands.run(name, fields); });
         response.set_content(answer.dump(), "application/json");
     });
 }

@@ -1,4 +1,4 @@
-// The server: who is let in, and what is at which address.
+// The server: access control and routes.
 #pragma once
 
 #include "serve/access/access.h"
@@ -19,10 +19,10 @@
 
 namespace doccam::serve {
 
-// What the requests are answered from; all of it outlives the server.
+// The data sources for responses; all must outlive the server.
 struct Sources {
     CommandQueue& queue;
-    Commands& commands; // run through the queue only
+    Commands& commands; // run only through the queue
     PageStore& pages;
     DocumentMaker& documents;
     PictureFeed& pictures;
@@ -33,15 +33,15 @@ struct Sources {
 class HttpServer {
   public:
     explicit HttpServer(const Sources& sources);
-    // Stops and waits for the requests in work: close the queue and the feeds before.
+    // Stops and waits for requests in progress. Close the queue and the feeds first.
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
-    // Takes the port, or any free one for 0, and returns it. Throws Failure when that fails.
+    // Binds the port, or any free one for 0, and returns it. Throws Failure on failure.
     int bind(const std::string& address, int port);
 
-    // Answers requests from now on, on threads of its own. Throws std::system_error.
+    // Serves requests from now on, on its own threads. Throws std::system_error.
     void start(const AccessRules& rules);
 
   private:

@@ -6,7 +6,7 @@
 namespace doccam::serve {
 namespace {
 
-// How long a departed viewer of a still stream may keep its seat.
+// How long a disconnected viewer of an idle stream may keep its seat.
 constexpr std::chrono::seconds kLookForViewer{1};
 
 constexpr const char* kBoundary = "picture";
@@ -15,7 +15,7 @@ bool write(httplib::DataSink& sink, const std::string& text) {
     return sink.write(text.data(), text.size());
 }
 
-// The boundary follows each picture at once: a browser shows a part when it has seen its end.
+// Sends the boundary right after each picture, as browsers show a part only once it has ended.
 bool writePart(httplib::DataSink& sink, const Jpeg& picture) {
     const std::string head =
         "Content-Type: image/jpeg\r\nContent-Length: " + std::to_string(picture.size()) +
@@ -40,7 +40,7 @@ struct PreviewStream {
         if (pictures.closed()) {
             return false;
         }
-        // A header of the coming part shows whether the viewer is still there.
+        // Writing a header of the next part shows whether the viewer is still connected.
         if (shown.picture == nullptr) {
             return write(sink, "X-No-Picture: yet\r\n");
         }
@@ -64,7 +64,7 @@ struct EventStream {
         for (const EventFeed::Event& event : news.events) {
             text += "event: " + event.topic + "\ndata: " + event.text + "\n\n";
         }
-        // A comment shows whether the listener is still there.
+        // Writing a comment shows whether the listener is still connected.
         return write(sink, text.empty() ? ":\n\n" : text);
     }
 };

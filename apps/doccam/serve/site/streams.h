@@ -1,4 +1,4 @@
-// Answers that go on: the preview and the events.
+// Streaming responses: the preview and the events.
 #pragma once
 
 #include "serve/commands/event_feed.h"
@@ -11,12 +11,12 @@
 
 namespace doccam::serve {
 
-// Pictures as parts of one multipart answer, until the viewer leaves or stalls for long; raw says
-// that a program takes the parts apart, to which some browsers give no multipart answer. 503 when
-// all seats are taken.
+// Pictures as parts of a multipart response, until the viewer disconnects or stalls. raw sends them
+// as plain bytes for scripts, which in some browsers cannot read multipart responses. 503 if all
+// seats are taken.
 void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& viewers, bool raw);
 
-// All topics, then each that changes, as server-sent events. 503 when all seats are taken.
+// All topics, then each change, as server-sent events. 503 if all seats are taken.
 void streamEvents(httplib::Response& response, EventFeed& events, Seats& listeners);
 
 // All topics as one JSON object, and the numbers of viewers and listeners.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::chrono::hours kUntilAsked{1};
 
-// The pages' files as they were, removed with their folder.
+// Copies of the pages' files, removed with their folder.
 struct Copies {
     std::filesystem::path folder;
 

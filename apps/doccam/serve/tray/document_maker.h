@@ -1,4 +1,4 @@
-// The PDF of all pages, made beside the commands.
+// Making the PDF of all pages in parallel to the commands.
 #pragma once
 
 #include "serve/commands/command_queue.h"
@@ -9,11 +9,11 @@
 
 namespace doccam::serve {
 
-// Makes one document at a time on a thread of its own: the library allows no more, and each takes
-// as much memory as its pages. Any thread asks.
+// Makes one document at a time on its own thread: the library allows no more, and each takes as
+// much memory as its pages. Any thread may call make().
 class DocumentMaker {
   public:
-    // Documents that wait while one is made.
+    // Requests that may wait while a document is made.
     static constexpr std::size_t kMaximumWaiting = 3;
 
     explicit DocumentMaker(PageStore& pages);
@@ -21,11 +21,11 @@ class DocumentMaker {
     DocumentMaker(const DocumentMaker&) = delete;
     DocumentMaker& operator=(const DocumentMaker&) = delete;
 
-    // Waits for a PDF of the pages as they are when it is begun, and returns its path; the caller
-    // removes it. Throws Busy when too many wait or after close(), TrayError when none can be made.
+    // Waits for a PDF of the pages as they are when it is started, and returns its path; the caller
+    // removes it. Throws Busy if too many wait or after close(), TrayError if none can be made.
     std::string make();
 
-    // Drops what is waiting and refuses what comes.
+    // Drops waiting requests and refuses new ones.
     void close() { queue_.close(); }
 
   private:

@@ -104,8 +104,8 @@ std::string PageStore::incoming() const {
 
 void PageStore::requireRoom() const {
     const std::lock_guard lock(mutex_);
-    if (pages_.size() >= kMostPages) {
-        throw TrayError("the tray is full: it holds " + std::to_string(kMostPages) +
+    if (pages_.size() >= kMaximumPages) {
+        throw TrayError("the tray is full: it holds " + std::to_string(kMaximumPages) +
                         " pages; download and delete some");
     }
 }
@@ -115,7 +115,7 @@ Page PageStore::add(const std::vector<std::string>& codes) {
     const cv::Mat picture = read(incoming());
     Page page{++lastId_, 1, picture.cols, picture.rows, 0, codes};
     writeThumbnail(pathOf(page, "-small"), picture);
-    // The file as the library wrote it stays the page, and the original of its turns.
+    // The library's file remains the page and the original for its turns.
     std::filesystem::rename(incoming(), pathOf(page, ""));
     const std::lock_guard lock(mutex_);
     pages_.push_back(page);

@@ -1,4 +1,4 @@
-// The tray: the pages taken so far, in the order that the user gave them.
+// The tray: the pages taken so far, in the user's order.
 #pragma once
 
 #include "host/work_folders.h"
@@ -13,14 +13,14 @@
 namespace doccam::serve {
 
 struct Page {
-    int id = 0;      // never used again
+    int id = 0;      // never reused
     int version = 1; // grows when the picture changes
     int width = 0, height = 0;
-    int quarterTurns = 0;           // clockwise, of the picture as it was taken
+    int quarterTurns = 0;           // clockwise, relative to the picture as taken
     std::vector<std::string> codes; // texts found on the page
 };
 
-// A wish that the tray cannot fulfil: no room, no picture.
+// A request that the tray cannot serve: no room, no picture.
 struct TrayError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -33,39 +33,39 @@ struct BadOrder : TrayError {
     using TrayError::TrayError;
 };
 
-// Files lie in a private folder under names of the store's own making. One thread changes the tray;
-// any thread looks at it.
+// Files are in a private folder under names chosen by the store. One thread changes the tray; any
+// thread reads it.
 class PageStore {
   public:
-    // Its folder is made where temporary files lie. Throws host::Failure.
+    // Creates its folder in the temporary folder. Throws host::Failure.
     PageStore();
 
-    static constexpr std::size_t kMostPages = 100;
+    static constexpr std::size_t kMaximumPages = 100;
 
-    // Where all its files lie.
+    // The folder of all its files.
     const std::filesystem::path& folder() const { return folder_.path(); }
 
-    // Where the next page is to be written before add(), a JPEG.
+    // The path to write the next page to, as a JPEG, before add().
     std::string incoming() const;
-    // Throws TrayError when the tray is full. To be asked before a page is taken.
+    // Throws TrayError if the tray is full. Call before a page is taken.
     void requireRoom() const;
 
-    // Takes the incoming file as the last page. Throws TrayError when it is no picture.
+    // Adds the incoming file as the last page. Throws TrayError if it is not a picture.
     Page add(const std::vector<std::string>& codes);
     // Both throw NoSuchPage. Turns a page by quarter turns, 1 clockwise, -1 counter-clockwise.
     void turn(int id, int quarterTurns);
     void remove(int id);
-    // ids names each page once. Throws BadOrder, and changes nothing, otherwise.
+    // ids must contain each page once; otherwise throws BadOrder and changes nothing.
     void reorder(const std::vector<int>& ids);
 
     std::vector<Page> pages() const;
-    // Paths of a page's files; none when there is no such page.
+    // Paths of a page's files; none if there is no such page.
     std::optional<std::string> picture(int id) const;
     std::optional<std::string> thumbnail(int id) const;
-    // Links or copies of all pictures in their order, in a new folder, which the caller removes:
-    // they stay as they are when a page is turned or deleted. Throws TrayError.
+    // Links or copies of all pictures in order, in a new folder, which the caller removes. They do
+    // not change when a page is turned or deleted. Throws TrayError.
     std::vector<std::string> copyPictures(const std::filesystem::path& folder) const;
-    // Where a document of all pages is to be written; a new name each time. One thread.
+    // A new path to write a document of all pages to. One thread.
     std::string newDocument();
 
   private:

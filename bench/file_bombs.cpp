@@ -1,6 +1,6 @@
-// What picture files of a megabyte or less cost each command that reads them:
-//   file_bombs [PART...]    those whose names hold one of the parts; all of them otherwise
-// Fails when one takes more than twenty seconds of processor time or a gigabyte.
+// Measures what picture files of up to a megabyte cost each command that reads them:
+//   file_bombs [PART...]    only files whose names contain one of the parts; default: all
+// Fails when one takes more than twenty seconds of processor time or a gigabyte of memory.
 #include "attacks/bombs.h"
 #include "attacks/measured_run.h"
 

@@ -7,8 +7,8 @@
 
 namespace doccam {
 
-// Closes its descriptor when another one replaces it and when it is destroyed. One thread at a time
-// may replace it; any thread may read its number meanwhile.
+// Closes its descriptor when it is replaced or destroyed. One thread at a time may replace it; any
+// thread may read its number.
 class UniqueFd {
   public:
     static constexpr int kNone = -1;
@@ -20,7 +20,7 @@ class UniqueFd {
     UniqueFd(const UniqueFd&) = delete;
     UniqueFd& operator=(const UniqueFd&) = delete;
 
-    // Takes over descriptor, or holds none.
+    // Takes ownership of descriptor.
     void reset(int descriptor = kNone) {
         if (const int last = descriptor_.exchange(descriptor); last != kNone) {
             close(last);

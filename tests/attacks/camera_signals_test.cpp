@@ -59,7 +59,7 @@ class CameraSignals : public testing::Test {
     ScratchFolder temporary_;
 };
 
-TEST_F(CameraSignals, AreHeededBeforeTheCamerasAreThere) {
+TEST_F(CameraSignals, AreHandledBeforeTheCamerasExist) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         RunningProgram listing = start({"--virtual", "list"});
         while (!isLauncher(listing.process())) {
@@ -70,7 +70,7 @@ TEST_F(CameraSignals, AreHeededBeforeTheCamerasAreThere) {
     }
 }
 
-TEST_F(CameraSignals, AreHeededBeforeTheProgramHasBegun) {
+TEST_F(CameraSignals, AreHandledBeforeTheProgramHasStarted) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         RunningProgram listing = start({"--virtual", "list"});
         while (!isLauncher(listing.process()) || !hasChild(listing.process())) {
@@ -97,7 +97,7 @@ TEST_F(CameraSignals, EndTheTakingOfStills) {
     }
 }
 
-TEST_F(CameraSignals, EndTheSearchForCodesBeforeTheCamera) {
+TEST_F(CameraSignals, EndTheSearchForCodesInTheLivePicture) {
     work_.write("desk.png", claimingPng({.width = 64, .height = 64}));
     for (const int number : {SIGINT, SIGTERM}) {
         RunningProgram reading = start(

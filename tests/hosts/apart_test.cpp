@@ -1,4 +1,4 @@
-// Work in a process of its own, well-behaved or not.
+// Work in a separate process, well-behaved or not.
 #include "host/apart.h"
 #include "host/failure.h"
 
@@ -38,7 +38,7 @@ class ApartTest : public testing::Test {
     Interrupt interrupt_;
 };
 
-TEST_F(ApartTest, HandsReportsBackInTheirOrder) {
+TEST_F(ApartTest, ReturnsReportsInOrder) {
     const Apart apart = run({.bytes = kBytes}, [](const Report& report) {
         report("first");
         report("");
@@ -48,7 +48,7 @@ TEST_F(ApartTest, HandsReportsBackInTheirOrder) {
     EXPECT_THAT(apart.reports, ElementsAre("first", "", "last"));
 }
 
-TEST_F(ApartTest, ThrowsTheFailureOfItsWork) {
+TEST_F(ApartTest, RethrowsTheFailureOfItsWork) {
     try {
         run({.bytes = kBytes}, [](const Report&) { throw Failure(kNoCamera, "why"); });
         ADD_FAILURE() << "nothing was thrown";
@@ -58,7 +58,7 @@ TEST_F(ApartTest, ThrowsTheFailureOfItsWork) {
     }
 }
 
-TEST_F(ApartTest, EndsWithTheClockThoughNothingIsDone) {
+TEST_F(ApartTest, EndsAfterItsRealTimeEvenIfIdle) {
     const Apart apart = run({.bytes = kBytes, .wall = seconds(1)}, [](const Report& report) {
         report("before");
         while (true) {
@@ -69,7 +69,7 @@ TEST_F(ApartTest, EndsWithTheClockThoughNothingIsDone) {
     EXPECT_THAT(apart.reports, ElementsAre("before"));
 }
 
-TEST_F(ApartTest, EndsWithItsProcessorTime) {
+TEST_F(ApartTest, EndsAfterItsProcessorTime) {
     const Apart apart = run({.bytes = kBytes, .processor = seconds(1)}, [](const Report&) {
         while (true) {
             getppid();
@@ -88,7 +88,7 @@ TEST_F(ApartTest, CannotRaiseItsLimits) {
     EXPECT_THAT(apart.reports, ElementsAre("77", "78"));
 }
 
-TEST_F(ApartTest, TakesNoMoreThanAMebibyteOfReports) {
+TEST_F(ApartTest, AcceptsAtMostAMebibyteOfReports) {
     const Apart apart = run({.bytes = kBytes}, [](const Report& report) {
         const std::string much(100000, 'x');
         while (true) {
@@ -99,7 +99,7 @@ TEST_F(ApartTest, TakesNoMoreThanAMebibyteOfReports) {
     EXPECT_THAT(apart.reports, IsEmpty());
 }
 
-TEST_F(ApartTest, TakesOnlyTheCodesThatThereAre) {
+TEST_F(ApartTest, AcceptsOnlyValidExitCodes) {
     for (const int code : {-2, 0, 6, 77, 131}) {
         const Apart apart = run({.bytes = kBytes}, [code](const Report& report) {
             report("before");

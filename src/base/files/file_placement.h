@@ -1,4 +1,4 @@
-// Putting a finished file in the place of another one. The library and the hosts use it.
+// Moving a finished file to its target. Used by the library and the hosts.
 #pragma once
 
 #include <sys/stat.h>
@@ -8,21 +8,21 @@
 
 namespace doccam {
 
-// Nothing when path leads to no file, or to one that may not be looked at; errno says which.
+// None with errno set if path leads to no file or may not be inspected.
 std::optional<struct stat> statusOf(const std::string& path);
 
-// Where the chain of symbolic links that starts at path ends, whether or not a file is there.
+// The end of the chain of symbolic links that starts at path, whether or not a file is there.
 std::string endOfLinks(const std::string& path);
 
-// Gives the open file the owner and permissions of existing, as far as this process may.
+// Gives the open file the owner and permissions of existing, as far as permitted.
 void takeOver(int file, const struct stat& existing);
 
-// Puts the file at from in the place of the one at to, or of none. Where the folder refuses that,
-// as for another user's file in a shared folder, the content of an existing file is replaced and
-// from stays. False with errno when nothing could be done.
+// Moves the file at from to to, replacing any file there. If the folder does not permit that, as
+// for another user's file in a shared folder, replaces the content of the existing file and keeps
+// from. False with errno set on failure.
 bool replaceFile(const std::string& from, const std::string& to);
 
-// Moves the file at from to a name that no file has. False with errno; EEXIST when one has it.
+// Moves the file at from to an unused name. False with errno set; EEXIST if the name is in use.
 bool placeNewFile(const std::string& from, const std::string& to);
 
 } // namespace doccam

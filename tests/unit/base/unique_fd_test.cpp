@@ -1,4 +1,4 @@
-// Descriptors with one owner, on real pipes.
+// Owned descriptors, on real pipes.
 #include "base/unique_fd.h"
 
 #include <fcntl.h>

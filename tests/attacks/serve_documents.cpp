@@ -1,4 +1,4 @@
-// PDFs that are asked of doccam serve and not finished.
+// PDFs requested from doccam serve that never finish.
 #include "attacks/serve_host.h"
 
 #include <fcntl.h>
@@ -18,7 +18,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// A page whose picture never comes to its end: a PDF with it is never finished.
+// A page whose picture never ends, so that a PDF with it never finishes.
 class EndlessPage {
   public:
     explicit EndlessPage(const ServeHost& host) {
@@ -38,7 +38,7 @@ class EndlessPage {
     int pipe_ = -1;
 };
 
-// The first document is being made before the others are asked for.
+// Waits until the first document is being made before requesting the others.
 std::vector<Visitor> askers(const ServeHost& host, int count) {
     std::vector<Visitor> all;
     for (int i = 0; i < count; ++i) {
@@ -58,9 +58,9 @@ auto countOfWaiting(const std::vector<Visitor>& visitors) {
 
 } // namespace
 
-TEST(ServeAttack, ManyDocumentsKeepNoCommandWaiting) {
+TEST(ServeAttack, ManyDocumentsDelayNoCommand) {
     constexpr int kMadeOrWaiting = 4;
-    const ServeHost host({.confined = false}); // which would not let it gather a pipe
+    const ServeHost host({.confined = false}); // which would not let it read a pipe
     const EndlessPage page(host);
     const std::vector<Visitor> clients = askers(host, kMadeOrWaiting + 6);
     while (countOfWaiting(clients) > kMadeOrWaiting) {
@@ -78,7 +78,7 @@ TEST(ServeAttack, ManyDocumentsKeepNoCommandWaiting) {
     }
 }
 
-TEST(ServeAttack, AnUnfinishedDocumentKeepsNoServerFromItsEnd) {
+TEST(ServeAttack, AnUnfinishedDocumentDoesNotDelayTheServersEnd) {
     ServeHost host({.confined = false});
     const EndlessPage page(host);
     const std::vector<Visitor> clients = askers(host, 1);

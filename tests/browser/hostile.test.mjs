@@ -49,9 +49,9 @@ check('without the token the page alone is answered, which holds no secret', asy
     assert.equal(status, 200, path);
     assert.ok(!text.includes(host.token), path);
   }
-  const wish = { method: 'POST', body: '{}', headers: { 'Content-Type': 'application/json' } };
-  assert.equal((await send('/api/capture', wish)).status, 403);
-  assert.equal((await send('/api/tickets', wish)).status, 403);
+  const request = { method: 'POST', body: '{}', headers: { 'Content-Type': 'application/json' } };
+  assert.equal((await send('/api/capture', request)).status, 403);
+  assert.equal((await send('/api/tickets', request)).status, 403);
   for (const headers of [{ Cookie: `doccam-${host.port}=${host.token}` },
     { Authorization: `Bearer ${wrong}` }, { Authorization: `Basic ${host.token}` }]) {
     assert.equal((await send('/api/state', { headers })).status, 403);

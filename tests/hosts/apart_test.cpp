@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 class ApartTest : public testing::Test {
   protected:
-    // What an Interrupt holds back, other tests want to come.
+    // Unblocks the signals that Interrupt blocks, for the other tests.
     ~ApartTest() override { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
     Apart run(const Bounds& bounds, const std::function<void(const Report&)>& work) const {

@@ -67,7 +67,9 @@ int readFiles(const Context& context, const ReadOptions& options) {
                                          "; take the picture closer or larger.");
     }
     for (const std::string& file : unfinished) {
-        complain("Not all codes of " + file + " may have been found" + inTime + ".");
+        std::string text = "Not all codes of " + file;
+        text += " may have been found" + inTime + ".";
+        complain(text);
     }
     return kDone;
 }

@@ -6,11 +6,12 @@ namespace doccam::host {
 namespace {
 
 bool beginsAsTiff(FileBytes& file) {
-    const auto order = file.bigEndian(0, 2);
+    const auto order = file.bigEndian(0, 2).value_or(0);
     if (order != 0x4949 && order != 0x4D4D) {
         return false;
     }
-    const auto version = order == 0x4949 ? file.littleEndian(2, 2) : file.bigEndian(2, 2);
+    const auto read = order == 0x4949 ? file.littleEndian(2, 2) : file.bigEndian(2, 2);
+    const auto version = read.value_or(0);
     return version == 42 || version == 43;
 }
 

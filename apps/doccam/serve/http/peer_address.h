@@ -4,9 +4,9 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace doccam::serve {
@@ -16,7 +16,11 @@ struct PeerAddress {
     std::array<unsigned char, 8> bytes{};
     bool six = false;
 
-    auto operator<=>(const PeerAddress&) const = default;
+    bool operator==(const PeerAddress&) const = default;
+
+    bool operator<(const PeerAddress& other) const {
+        return std::tie(bytes, six) < std::tie(other.bytes, other.six);
+    }
 };
 
 PeerAddress peerAddressOf(const sockaddr_storage& address);

@@ -39,7 +39,7 @@ std::string DocumentMaker::make() {
 }
 
 std::string DocumentMaker::write() {
-    const std::string path = pages_.newDocument();
+    std::string path = pages_.newDocument();
     const Copies copies{path + ".pages"};
     for (const std::string& picture : pages_.copyPictures(copies.folder)) {
         AddImageFileToPDF(picture.c_str());

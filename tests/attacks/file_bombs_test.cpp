@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
+#include <sys/stat.h>
 
 #include <cctype>
 #include <string>
@@ -94,6 +95,15 @@ TEST(FileTypes, OfMedicalScansAreRefused) {
         EXPECT_EQ(program.run({command, "scan.png"}).status, kUsage) << command;
     }
     EXPECT_EQ(program.run({"pdf", "all.pdf", "scan.png"}).status, kUsage);
+}
+
+// Opening it would wait for its writer.
+TEST(FileTypes, OfPipesAreRefusedAtOnce) {
+    const MeasuredRun program;
+    ASSERT_EQ(mkfifo(program.file("pipe.png").c_str(), 0600), 0);
+    for (const auto& words : commandsOn("pipe.png")) {
+        EXPECT_EQ(program.run(words).status, kUsage) << words.front();
+    }
 }
 
 // The virtual cameras decode without bounds what has been decoded within them.

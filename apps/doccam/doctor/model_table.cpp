@@ -47,8 +47,11 @@ bool isRow(std::string_view text) {
 // None if the library would not read it either.
 std::optional<std::string> contentOf(const std::string& path) {
     std::error_code error;
+    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile) {
+        return std::nullopt; // opening a pipe would wait for its writer
+    }
     std::ifstream file(path, std::ios::binary);
-    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > kLargestFile || !file) {
+    if (!file) {
         return std::nullopt;
     }
     return std::string{std::istreambuf_iterator<char>(file), {}};

@@ -12,8 +12,8 @@ namespace {
 
 using namespace doccam::test;
 
-constexpr double kMostSeconds = 20;
-constexpr long kMostMegabytes = 1000;
+constexpr double kMaximumSeconds = 20;
+constexpr long kMaximumMegabytes = 1000;
 constexpr std::size_t kLargestFile = 1000000;
 
 struct Worst {
@@ -43,7 +43,8 @@ void measure(const Bomb& bomb, Worst& worst) {
         const MeasuredRun program;
         program.write(bomb.name, bomb.bytes);
         const Cost cost = program.run(words);
-        const bool held = cost.processorSeconds <= kMostSeconds && cost.megabytes <= kMostMegabytes;
+        const bool held =
+            cost.processorSeconds <= kMaximumSeconds && cost.megabytes <= kMaximumMegabytes;
         std::printf("%-24s %7zu  %-20s %4d %8.2f %8.2f %8ld%s\n", bomb.name.c_str(),
                     bomb.bytes.size(), labelOf(words, bomb.name).c_str(), cost.status,
                     cost.processorSeconds, cost.wallSeconds, cost.megabytes,

@@ -34,9 +34,9 @@ constexpr std::chrono::milliseconds kBetweenBytes{100};
 constexpr std::chrono::seconds kWatched{10};
 constexpr int kNewcomers = 40;
 constexpr std::chrono::milliseconds kBetweenNewcomers{250};
-constexpr double kLeastRatio = 0.9;
+constexpr double kMinimumRatio = 0.9;
 constexpr Milliseconds kLongestWait{500};
-constexpr long kMostGrowthKb = 8192;
+constexpr long kMaximumGrowthKb = 8192;
 
 struct Server {
     int port = 0;
@@ -224,9 +224,9 @@ bool measure(const Server& server) {
     std::printf("frames kept: %.0f %%\n", 100 * crowded / alone);
     std::printf("newcomers answered within: median %.1f ms, longest %.1f ms\n",
                 waits[waits.size() / 2].count(), waits.back().count());
-    return crowded >= kLeastRatio * alone && waits.back() <= kLongestWait &&
+    return crowded >= kMinimumRatio * alone && waits.back() <= kLongestWait &&
            after.descriptors <= before.descriptors &&
-           after.residentKb <= before.residentKb + kMostGrowthKb;
+           after.residentKb <= before.residentKb + kMaximumGrowthKb;
 }
 
 } // namespace

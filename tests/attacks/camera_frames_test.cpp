@@ -9,7 +9,7 @@ using namespace doccam::test;
 using testing::ElementsAre;
 using testing::Le;
 
-// Decoded, such a frame takes two gigabytes.
+// Decoding such a frame would take two gigabytes.
 TEST(CameraFrames, ThatAnnounceAHugePictureCostNoMoreThanOthers) {
     constexpr long kSession = 250;
     const MeasuredRun work;

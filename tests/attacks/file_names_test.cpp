@@ -1,4 +1,4 @@
-// File names that would steer the terminal that shows them.
+// File names with terminal control sequences.
 #include "bombs.h"
 #include "measured_run.h"
 
@@ -20,14 +20,14 @@ using namespace doccam::test;
 using testing::HasSubstr;
 using testing::Not;
 
-// Clears the screen; the second byte of the second letter is a control character of UTF-8's.
+// Clears the screen, followed by a C1 control character in UTF-8.
 const std::string kOdd = "\033[2J\xC2\x9B";
 
 class OddNames : public testing::Test {
   protected:
     OddNames() { work_.write(kOdd + ".png", claimingPng({.width = 32, .height = 32})); }
 
-    // All that doccam prints on a terminal, errors too.
+    // Everything that doccam prints on a terminal, including errors.
     std::string onTerminal(const std::vector<std::string>& words) const {
         int terminal = -1;
         const pid_t process = forkpty(&terminal, nullptr, nullptr, nullptr);
@@ -76,7 +76,7 @@ TEST_F(OddNames, ReachATerminalEscaped) {
     expectShownHarmlessly({kOdd});
 }
 
-TEST_F(OddNames, ReachAFileAsTheyAre) {
+TEST_F(OddNames, ReachAFileUnchanged) {
     const std::string out = work_.file("out");
     const pid_t process = fork();
     if (process == 0) {

@@ -1,6 +1,6 @@
 #include "capture/decode_thread.h"
 
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace doccam {
@@ -11,7 +11,7 @@ void DecodeThread::begin(std::function<void()> work) {
     if (!thread_.joinable()) {
         try {
             thread_ = std::thread([this] { run(); });
-        } catch (const std::system_error&) {
+        } catch (const std::exception&) {
             this->work();
             return;
         }

@@ -28,10 +28,10 @@ FrameIntake::FrameIntake(StreamingThread& thread, const record::Session& session
   , capacity_(static_cast<std::size_t>(std::max(session.nSize.load(), 0)))
   , reserved_(bytesToReserve(thread.frames().srcimage, capacity_))
   , frame_(std::make_unique<RawFrame>(reserved_))
-  , sidePicture_(av_frame_alloc()) {}
+  , nextPicture_(av_frame_alloc()) {}
 
 FrameIntake::~FrameIntake() {
-    thread_.side().end();
+    thread_.decodeThread().end();
 }
 
 bool FrameIntake::take() {
@@ -77,7 +77,7 @@ bool FrameIntake::fetch(RawFrame& frame) {
 }
 
 bool FrameIntake::fetchNextIfThere() {
-    if (hasNext_ || !sidePicture_ || !session_.bKeep || thread_.stopRequested() ||
+    if (hasNext_ || !nextPicture_ || !session_.bKeep || thread_.stopRequested() ||
         !hasFilledBuffer(session_.cam_fd.get())) {
         return true;
     }
@@ -92,10 +92,10 @@ void FrameIntake::beginNext() {
     if (!hasNext_ || next_->grabbed.failure != GrabbedFrame::Failure::kNone) {
         return;
     }
-    nextIsBegun_ = true;
-    thread_.side().begin([this, next = next_.get()] {
-        sideResult_ = decodeFrameInto(session_.pdecode, *sidePicture_, mjpegIn(*next));
+    thread_.decodeThread().begin([this, next = next_.get()] {
+        nextResult_ = decodeFrameInto(session_.pdecode, *nextPicture_, mjpegIn(*next));
     });
+    nextIsBegun_ = true;
 }
 
 MjpegFrame FrameIntake::mjpegIn(const RawFrame& frame) const {
@@ -106,16 +106,16 @@ MjpegFrame FrameIntake::mjpegIn(const RawFrame& frame) const {
 Decoded FrameIntake::decode(FrameSize wanted) {
     const bool isBegun = std::exchange(isBegun_, false);
     if (isBegun) {
-        thread_.side().finish();
+        thread_.decodeThread().finish();
     }
-    wanted_ = wanted; // the side reads it
+    wanted_ = wanted; // the decode thread reads it
     if (!isBegun) {
         return decodeFrame(session_.pdecode, mjpegIn(*frame_));
     }
-    if (sideResult_ == Decoded::kPicture) {
-        adoptPicture(session_.pdecode, *sidePicture_);
+    if (nextResult_ == Decoded::kPicture) {
+        adoptPicture(session_.pdecode, *nextPicture_);
     }
-    return sideResult_;
+    return nextResult_;
 }
 
 } // namespace doccam

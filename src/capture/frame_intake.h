@@ -16,7 +16,7 @@
 namespace doccam {
 
 // A codec decodes a frame on one thread, and everything else that is done with a frame takes less
-// time. So the thread's side decodes the next MJPEG frame meanwhile, but only one that the driver
+// time. So a second thread decodes the next MJPEG frame meanwhile, but only one that the driver
 // already has: no frame waits for the next one. What becomes of it is reported in its turn.
 class FrameIntake {
   public:
@@ -60,12 +60,12 @@ class FrameIntake {
     std::size_t reserved_;
     FrameSize wanted_; // of the decoded frames
     std::unique_ptr<RawFrame> frame_;
-    bool isBegun_ = false; // frame_ is being decoded by the side
+    bool isBegun_ = false; // the decode thread has frame_
     std::unique_ptr<RawFrame> next_;
     bool hasNext_ = false;
     bool nextIsBegun_ = false;
-    CodecFrame sidePicture_;
-    Decoded sideResult_ = Decoded::kNothing;
+    CodecFrame nextPicture_; // the decode thread's, and so is the result
+    Decoded nextResult_ = Decoded::kNothing;
 };
 
 } // namespace doccam

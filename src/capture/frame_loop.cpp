@@ -161,7 +161,9 @@ FrameLoop::Next FrameLoop::completeRequest(ClearFlag&& clearFlag) {
     library_.session.reportingFaults.store(!faults_.empty(), std::memory_order_release);
     clearFlag();
     const Next next = reportFaults();
-    library_.session.reportingFaults.store(false, std::memory_order_release);
+    if (next == Next::kFrame) {
+        library_.session.reportingFaults.store(false, std::memory_order_release);
+    }
     return next;
 }
 

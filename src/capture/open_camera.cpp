@@ -91,7 +91,7 @@ bool keepsDecoder(int code) {
 
 } // namespace
 
-int openSession(LibraryState& library, int index, FrameSize size) {
+int openSession(LibraryState& library, int index, FrameSize size) try {
     if (!cameraExists(library.discovery, index)) {
         return -1;
     }
@@ -119,6 +119,11 @@ int openSession(LibraryState& library, int index, FrameSize size) {
     startStreaming(session);
     std::puts("ovisto->openCamera OK");
     return 0;
+
+} catch (...) {
+
+    releaseDecoder(library.session.pdecode);
+    throw;
 }
 
 int countSizes(LibraryState& library, int index) {

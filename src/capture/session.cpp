@@ -32,7 +32,8 @@ constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
 // does the same.
 std::mutex ending;
 
-// A forked child has no thread that could unlock it.
+// A forked child has no thread that could unlock it. It is made anew, since only its owner may
+// unlock a mutex; that of the C++ library has no destructor to run.
 [[maybe_unused]] const int unlockedInChildren =
     pthread_atfork(nullptr, nullptr, [] { new (&ending) std::mutex; });
 
@@ -45,17 +46,22 @@ void switchStreamOff(const record::Session& session) {
     ioctl(session.cam_fd.get(), VIDIOC_STREAMOFF, &type);
 }
 
-// Needs ending to be held.
-void endStreaming(record::Session& session) {
+// Needs ending to be held. False when the thread had to be given up.
+bool endStreaming(record::Session& session) {
     const std::shared_ptr<StreamingThread> thread = std::move(session.streamingThread);
     if (!thread) {
-        return;
+        return true;
     }
-    thread->retire(kPatience);
+    thread->stop(kPatience);
+    if (!thread->abandoned()) {
+        return true;
+    }
     if (thread->abandonedInWriting()) {
         // This still is being written; the next session must not take it again.
         session.isShootPhoto.store(false, std::memory_order_release);
     }
+    session.reportingFaults.store(false, std::memory_order_release);
+    return false;
 }
 
 void closeNode(record::Session& session) {
@@ -64,12 +70,13 @@ void closeNode(record::Session& session) {
     pauseFor(kNodeWait);
 }
 
-// A thread that was given up keeps its frames; the record gets new ones.
-void leaveFramesToStuckThread(LibraryState& library) {
-    if (library.session.frames.use_count() > 1) {
-        library.view.WEB_BUF = nullptr;
-        library.session.frames = std::make_shared<Frames>();
-    }
+// The last frames go with their last user, which may be a thread that was given up. True when there
+// was a preview buffer.
+bool replaceFrames(LibraryState& library) {
+    auto frames = std::make_shared<Frames>();
+    const std::lock_guard lock(library.session.framesMutex);
+    library.session.frames.swap(frames);
+    return library.view.WEB_BUF.exchange(nullptr) != nullptr;
 }
 
 void releaseFrames(LibraryState& library) {
@@ -82,9 +89,7 @@ void releaseFrames(LibraryState& library) {
     report(!frames.srcimage.empty(), ">>>>>>>>>>>>> closeCamera 01!");
     report(!frames.roimage.empty(), ">>>>>>>>>>>>> closeCamera 02!");
     report(!frames.zoomimage.empty(), ">>>>>>>>>>>>> closeCamera 03!");
-    report(library.view.WEB_BUF.exchange(nullptr) != nullptr, ">>>>>>>>>>>>> closeCamera 04!");
-    leaveFramesToStuckThread(library);
-    *library.session.frames = {};
+    report(replaceFrames(library), ">>>>>>>>>>>>> closeCamera 04!");
 }
 
 // Ends a session that the host left open when the process exits: no thread may run into the
@@ -93,7 +98,10 @@ struct ExitGuard {
     ExitGuard() { state(); }
 
     ~ExitGuard() {
-        const std::unique_lock lock(ending, std::try_to_lock);
+        std::unique_lock lock(ending, std::try_to_lock);
+        if (!lock && !StreamingThread::isCurrentThread()) {
+            lock.lock();
+        }
         record::Session& session = state().session;
         if (lock && session.streamingThread && session.streamingThread->ofThisProcess()) {
             session.bKeep = false;
@@ -129,6 +137,10 @@ void startStreaming(record::Session& session) {
     }
 }
 
+void streamOnThisThread(const record::Session& session) {
+    std::make_shared<StreamingThread>(session.frames)->run(streamFrames);
+}
+
 void closeSession(LibraryState& library) {
     record::Session& session = library.session;
     session.bKeep = false;
@@ -145,8 +157,8 @@ void closeSession(LibraryState& library) {
     endStreaming(session);
     unmapDriverBuffers(session);
     closeNode(session);
-    releaseFrames(library);
     releaseDecoder(session.pdecode);
+    releaseFrames(library);
 }
 
 bool releaseNode(LibraryState& library, const char* caller) {
@@ -165,8 +177,9 @@ bool releaseNode(LibraryState& library, const char* caller) {
 
 void endLostSession(LibraryState& library) {
     const std::lock_guard lock(ending);
-    endStreaming(library.session);
-    leaveFramesToStuckThread(library);
+    if (!endStreaming(library.session)) {
+        replaceFrames(library);
+    }
     unmapLostBuffers(library.session);
 }
 

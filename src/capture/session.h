@@ -13,17 +13,22 @@ void setGrabSize(record::Session& session, FrameSize size);
 // Starts the streaming thread; without one to start it prints a line and the session has no frames.
 void startStreaming(record::Session& session);
 
-// Closes the session, in a fixed order with fixed waits, and prints what it releases. Does so also
-// without one. One caller at a time does the work; another waits for it, but a callback returns.
-// A thread that is stuck in a callback or in the writing of a file is given up. Any thread.
+// Streams on the calling thread, one that the host brings, until the session ends.
+void streamOnThisThread(const record::Session& session);
+
+// Closes the session, in a fixed order with fixed waits, and prints what it releases. Does the same
+// when there is none. One caller at a time does the work; another waits for it, but a callback
+// returns. A thread that is stuck in a callback or in the writing of a file is given up. Any
+// thread.
 void closeSession(LibraryState& library);
 
 // Releases the node that a session or a failed open holds: closes the session or, without one, the
 // descriptor alone, and prints which in the caller's name. False when no node is open.
 bool releaseNode(LibraryState& library, const char* caller);
 
-// Ends, silently, what a session left behind that lost its node or was never complete: its thread,
-// and its mappings, which would keep the camera busy. Frames stay unless a stuck callback has them.
+// Silently ends the thread and the mappings of a session whose node is gone or that was never
+// complete; they would keep the camera busy. Its frames stay unless a stuck callback still has
+// them.
 void endLostSession(LibraryState& library);
 
 } // namespace doccam

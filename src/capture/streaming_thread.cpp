@@ -1,6 +1,8 @@
 #include "capture/streaming_thread.h"
 
+#include <algorithm>
 #include <csignal>
+#include <new>
 
 namespace doccam {
 namespace {
@@ -30,13 +32,13 @@ class SignalsBlocked {
 };
 
 // What a new thread is given.
-struct Start {
+struct ThreadArguments {
     std::shared_ptr<StreamingThread> thread;
     StreamingThread::Work work;
 };
 
 void* enter(void* argument) {
-    const std::unique_ptr<Start> start(static_cast<Start*>(argument));
+    const std::unique_ptr<ThreadArguments> start(static_cast<ThreadArguments*>(argument));
     start->thread->run(start->work);
     return nullptr;
 }
@@ -44,7 +46,11 @@ void* enter(void* argument) {
 } // namespace
 
 bool StreamingThread::start(Work work) {
-    auto start = std::make_unique<Start>(Start{shared_from_this(), work});
+    std::unique_ptr<ThreadArguments> start(new (std::nothrow)
+                                               ThreadArguments{shared_from_this(), work});
+    if (!start) {
+        return false;
+    }
     // Before the thread exists: its first callback may already end the session.
     process_ = getpid();
     const SignalsBlocked inherited;
@@ -70,36 +76,43 @@ bool StreamingThread::isCurrentThread() {
 }
 
 // Either this sees the request to stop and wakes the host, or the host sees the new phase.
-void StreamingThread::leave(Phase to) {
+void StreamingThread::goOutside(Phase to) {
     phase_.store(to, std::memory_order_seq_cst);
-    if (stop_.load(std::memory_order_seq_cst)) {
+    if (stopRequested_.load(std::memory_order_seq_cst)) {
         const std::lock_guard lock(mutex_);
+        outsideSince_ = Clock::now();
         changed_.notify_all();
     }
 }
 
-void StreamingThread::retire(Patience patience) {
+void StreamingThread::stop(Patience patience) {
     if (!ofThisProcess()) {
         return;
     }
-    stop_.store(true, std::memory_order_seq_cst);
+    stopRequested_.store(true, std::memory_order_seq_cst);
     if (current == this) {
         giveUp(Phase::kInCall);
         return;
     }
-    const auto start = std::chrono::steady_clock::now();
-    const auto ended = [this] { return ended_; };
-    const auto endedOrInCall = [&] { return ended_ || giveUp(Phase::kInCall); };
-    const auto endedOrOutside = [&] { return endedOrInCall() || giveUp(Phase::kWriting); };
     std::unique_lock lock(mutex_);
-    if (!changed_.wait_until(lock, start + patience.inCall, ended) &&
-        !changed_.wait_until(lock, start + patience.inWriting, endedOrInCall)) {
-        changed_.wait(lock, endedOrOutside);
+    const auto start = outsideSince_ = Clock::now();
+    const auto last = start + patience.inWriting;
+    while (!ended_) {
+        // A callback that follows a slow still gets its time, too.
+        const auto endOfCall = std::min(outsideSince_ + patience.inCall, last);
+        const auto now = Clock::now();
+        if ((now >= endOfCall && giveUp(Phase::kInCall)) ||
+            (now >= last && giveUp(Phase::kWriting))) {
+            return;
+        }
+        if (now < last) {
+            changed_.wait_until(lock, now < endOfCall ? endOfCall : last);
+        } else {
+            changed_.wait(lock);
+        }
     }
-    if (ended_) {
-        lock.unlock();
-        pthread_join(thread_, nullptr);
-    }
+    lock.unlock();
+    pthread_join(thread_, nullptr);
 }
 
 bool StreamingThread::giveUp(Phase in) {
@@ -108,7 +121,7 @@ bool StreamingThread::giveUp(Phase in) {
         return false;
     }
     abandonedInWriting_ = in == Phase::kWriting;
-    side_.waitUntilIdle();
+    decodeThread_.waitUntilIdle();
     pthread_detach(current == this ? pthread_self() : thread_);
     return true;
 }

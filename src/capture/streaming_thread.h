@@ -18,7 +18,7 @@
 
 namespace doccam {
 
-// The host's side calls start() and retire(); everything else belongs to the thread itself.
+// The host's side calls start() and stop(); everything else belongs to the thread itself.
 //
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
 // the driver, runs a callback of the host or writes a file. Only outside can it be given up: it
@@ -45,7 +45,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
 
     // What the thread begins here works on the library's state as it does itself: while it lasts, a
     // thread outside is not given up either.
-    DecodeThread& side() { return side_; }
+    DecodeThread& decodeThread() { return decodeThread_; }
 
     // How long a thread that stays outside holds up its end.
     struct Patience {
@@ -55,15 +55,15 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
 
     // Asks the thread to end and waits for it; past patience it is given up as soon as it is
     // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
-    void retire(Patience patience);
+    void stop(Patience patience);
 
-    // True when retire() had to give the thread up.
+    // True when stop() had to give the thread up.
     bool abandoned() const { return phase_.load(std::memory_order_acquire) == Phase::kAbandoned; }
 
-    // True when it was writing a file when it was given up. For the caller of retire().
+    // True when it was writing a file when it was given up. For the caller of stop().
     bool abandonedInWriting() const { return abandonedInWriting_; }
 
-    bool stopRequested() const { return stop_.load(std::memory_order_acquire); }
+    bool stopRequested() const { return stopRequested_.load(std::memory_order_acquire); }
 
     // True in the process that started the thread; a forked child has no such thread.
     bool ofThisProcess() const { return process_ == getpid(); }
@@ -83,23 +83,24 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     }
 
   private:
+    using Clock = std::chrono::steady_clock;
     enum class Phase { kInside, kInCall, kWriting, kAbandoned };
 
     template <typename Call>
     bool runAs(Phase phase, Call&& call) {
-        leave(phase);
+        goOutside(phase);
         try {
             std::forward<Call>(call)();
         } catch (...) {
-            comeBack(phase);
+            comeInside(phase);
             throw;
         }
-        return comeBack(phase);
+        return comeInside(phase);
     }
 
-    void leave(Phase to);
+    void goOutside(Phase to);
 
-    bool comeBack(Phase from) {
+    bool comeInside(Phase from) {
         return phase_.compare_exchange_strong(from, Phase::kInside, std::memory_order_acq_rel);
     }
 
@@ -108,13 +109,14 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     const std::shared_ptr<Frames> frames_;
     pthread_t thread_{};
     pid_t process_ = 0; // 0: never started
-    std::atomic<bool> stop_{false};
+    std::atomic<bool> stopRequested_{false};
     std::atomic<Phase> phase_{Phase::kInside};
-    std::mutex mutex_; // for the two below
+    std::mutex mutex_; // for what follows
     std::condition_variable changed_;
+    Clock::time_point outsideSince_; // since it was asked to stop
     bool ended_ = false;
     bool abandonedInWriting_ = false;
-    DecodeThread side_;
+    DecodeThread decodeThread_;
 };
 
 } // namespace doccam

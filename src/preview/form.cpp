@@ -4,6 +4,9 @@
 #include "preview/view_state.h"
 
 #include <limits>
+#include <memory>
+#include <mutex>
+#include <utility>
 
 namespace doccam {
 namespace {
@@ -22,9 +25,13 @@ void providePreviewBuffer(LibraryState& library, int bytes) {
         return;
     }
     const auto count = static_cast<std::size_t>(bytes);
-    library.session.frames->preview = std::make_unique<unsigned char[]>(count);
-    view.previewBytes.store(count, std::memory_order_relaxed);
-    view.WEB_BUF.store(library.session.frames->preview.get(), std::memory_order_release);
+    auto pixels = std::make_unique<unsigned char[]>(count);
+    const std::lock_guard lock(library.session.framesMutex);
+    if (view.WEB_BUF.load(std::memory_order_relaxed) == nullptr) {
+        view.previewBytes.store(count, std::memory_order_relaxed);
+        view.WEB_BUF.store(pixels.get(), std::memory_order_release);
+        library.session.frames->preview = std::move(pixels);
+    }
 }
 
 } // namespace

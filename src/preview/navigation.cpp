@@ -31,7 +31,9 @@ int zoomTo(LibraryState& library, Scale&& scaleOf) {
 int turn(LibraryState& library, int (*turned)(int)) {
     return changeView(library, storeBestFit, [&](const View& view) {
         library.settings.RotateFlag = kFramesPerTurn;
-        library.settings.RotateAngle = turned(library.settings.RotateAngle);
+        int angle = library.settings.RotateAngle;
+        while (!library.settings.RotateAngle.compare_exchange_weak(angle, turned(angle))) {
+        }
         return centred(bestFit(view, shownFrameSize(library), {view.x.form, view.y.form}));
     });
 }

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <mutex>
 
 namespace doccam {
 
@@ -43,6 +44,7 @@ struct Session {
     std::atomic<int> nSize{0};
     std::atomic<bool> isInsert1000M{false};
     std::atomic<MjpegDecoder*> pdecode{nullptr};
+    std::mutex framesMutex; // held to replace frames, and to publish a preview buffer in them
     std::shared_ptr<Frames> frames = std::make_shared<Frames>();
     std::shared_ptr<StreamingThread> streamingThread;
     pid_t sessionProcess = kNoProcess; // the process that opened it, not a forked child

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -98,6 +99,28 @@ TEST_F(ReportedFaults, AreSurvivedByTheStream) {
     takeStill(still_);
     EXPECT_TRUE(std::filesystem::exists(still_));
     EXPECT_EQ(faultCount, 1);
+}
+
+std::atomic<bool> closedInFault{false};
+
+// As a host does that opens its next session there, which reports a fault of its own.
+void closesAndBegins(int, const char*) {
+    closeCamera();
+    state().session.reportingFaults = true;
+    closedInFault = true;
+    closedInFault.notify_all();
+}
+
+TEST_F(ReportedFaults, OfTheSessionAfterAreNotTakenForThoseOfTheClosedOne) {
+    SetFaultCallback(closesAndBegins);
+    requestStillOfASheetOutside();
+    openSmall(kMjpegFormat);
+    const std::weak_ptr<Frames> framesOfTheClosed = state().session.frames;
+    closedInFault.wait(false);
+    while (!framesOfTheClosed.expired()) { // its thread has them
+        std::this_thread::yield();
+    }
+    EXPECT_TRUE(state().session.reportingFaults.exchange(false));
 }
 
 TEST_F(ReportedFaults, EndTheProcessWithoutACallback) {

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -20,6 +21,19 @@
 
 namespace doccam::test {
 namespace {
+
+std::atomic<bool> slow{false};
+std::atomic<int> slowEntered{0};
+std::atomic<int> slowLeft{0};
+
+// A callback that takes its time while slow is set.
+void takesItsTime(unsigned char*, int, int) {
+    if (slow) {
+        slowEntered.fetch_add(1);
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        slowLeft.fetch_add(1);
+    }
+}
 
 class StuckWriting : public SessionTest {
   protected:
@@ -82,6 +96,24 @@ TEST_F(StuckWriting, DoesNotBlockTheCloseForEverAndEndsWhenItCan) {
 
     EXPECT_EQ(cv::imdecode(readPipe(), cv::IMREAD_COLOR).size(), cv::Size(640, 480));
     EXPECT_TRUE(waitForFrames(framesSeen() + 3));
+}
+
+// The still alone takes longer than a callback may hold up the close.
+TEST_F(StuckWriting, LeavesTheCallbackThatFollowsItsTime) {
+    SetDataCallback(takesItsTime);
+    openSmall(kYuyvFormat);
+    requestStill();
+    waitUntilPipeIsFull();
+    slow = true;
+    virtualcam::clearCalls();
+    std::thread closing([] { closeCamera(); });
+    waitForStreamOff();
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    EXPECT_FALSE(readPipe().empty());
+    closing.join();
+    slow = false;
+    EXPECT_EQ(slowEntered, 1);
+    EXPECT_EQ(slowLeft, 1);
 }
 
 } // namespace

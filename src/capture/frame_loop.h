@@ -3,7 +3,7 @@
 
 #include "capture/frame_intake.h"
 #include "capture/streaming_thread.h"
-#include "state/faults.h"
+#include "faults/faults.h"
 #include "state/parts.h"
 
 namespace doccam {

@@ -1,7 +1,7 @@
 // Taking one frame from the driver.
 #pragma once
 
-#include "state/faults.h"
+#include "faults/faults.h"
 #include "state/parts.h"
 
 #include <linux/videodev2.h>

@@ -2,7 +2,7 @@
 #include "base/pause.h"
 #include "capture/session.h"
 #include "discovery/split_text.h"
-#include "state/faults.h"
+#include "faults/faults.h"
 #include "state/library_state.h"
 
 #include <doccam/doccam.hpp>

@@ -1,6 +1,6 @@
 // Taking and saving stills, and merging pictures.
 #include "base/guarded.h"
-#include "output/files/merge_images.h"
+#include "output/merge/merge_images.h"
 #include "output/still/save_image.h"
 #include "output/still/still.h"
 #include "output/still/still_request.h"

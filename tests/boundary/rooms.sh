@@ -19,20 +19,33 @@ public=$(grep -rnE '#include <doccam/' "$source/src" --include='*.h' --include='
 [ -z "$public" ] || { echo "rooms: public headers in rooms:" >&2; echo "$public" >&2; failed=1; }
 
 while read -r room below; do
-    above=$(grep -rhoE '^#include "[a-z]+/' "$source/src/$room" | cut -d'"' -f2 | tr -d / | sort -u |
+    parent=${room%/*}
+    [ "$parent" != "$room" ] && prefix="$parent/" || prefix=
+    above=$(grep -rhoE "^#include \"$prefix[a-z]+/" "$source/src/$room" | cut -d'"' -f2 | sed 's|/$||' | sort -u |
         grep -vxE "$room|${below// /|}" || true)
     [ -z "$above" ] || { echo "rooms: $room includes" $above >&2; failed=1; }
 done <<'END'
 base none
+base/handles none
+base/files base/handles
 state base
+faults base state
 discovery base state
 decode base
 docimage base state
-output base state docimage
+docimage/pixels none
+docimage/turn docimage/pixels
+docimage/sheet docimage/pixels
+docimage/clean docimage/pixels docimage/sheet
+output base state faults docimage
+output/files none
+output/pdf output/files
+output/still output/files output/pdf
+output/merge output/files output/still
 barcode base state
 preview base state
-capture base state discovery decode docimage output barcode preview
-exports base state discovery decode docimage output barcode preview capture
+capture base state faults discovery decode docimage output barcode preview
+exports base state faults discovery decode docimage output barcode preview capture
 END
 
 while read -r folder; do

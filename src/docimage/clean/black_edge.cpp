@@ -3,7 +3,7 @@
 #include "base/strips.h"
 #include "docimage/clean/margins.h"
 #include "docimage/clean/page_kernels.h"
-#include "docimage/sheet/sheet_outline.h"
+#include "docimage/clean/sheet_outline.h"
 
 #include <opencv2/core.hpp>
 

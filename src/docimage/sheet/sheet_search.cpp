@@ -1,7 +1,7 @@
 #include "docimage/sheet/sheet_search.h"
 
 #include "base/strips.h"
-#include "docimage/clean/bright_regions.h"
+#include "docimage/pixels/bright_regions.h"
 #include "docimage/sheet/sheet_search_kernels.h"
 
 #include <opencv2/imgproc.hpp>

@@ -1,10 +1,10 @@
 #include "output/pdf/pdf_writer.h"
 
 #include "base/guarded.h"
+#include "faults/faults.h"
 #include "output/files/files.h"
 #include "output/files/staged_file.h"
 #include "output/pdf/pdf_page.h"
-#include "state/faults.h"
 
 #include <array>
 #include <cstdio>

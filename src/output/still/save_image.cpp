@@ -1,10 +1,10 @@
 #include "output/still/save_image.h"
 
+#include "faults/faults.h"
 #include "output/files/files.h"
 #include "output/files/image_file.h"
 #include "output/pdf/pdf_writer.h"
 #include "output/still/colour_mode.h"
-#include "state/faults.h"
 #include "state/settings.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // The work plane's memory layout, and the outlines drawn into it.
 #include "cleaning_pictures.h"
+#include "docimage/clean/sheet_outline.h"
 #include "docimage/pixels/work_plane.h"
-#include "docimage/sheet/sheet_outline.h"
 #include "support/same_picture.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "docimage/clean/bright_regions.h"
+#include "docimage/pixels/bright_regions.h"
 
 #include "base/strips.h"
 

@@ -1,4 +1,4 @@
-#include "output/files/merge_images.h"
+#include "output/merge/merge_images.h"
 
 #include "base/picture_file.h"
 #include "output/files/files.h"

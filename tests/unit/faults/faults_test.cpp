@@ -1,4 +1,4 @@
-#include "state/faults.h"
+#include "faults/faults.h"
 
 #include <doccam/doccam.h>
 

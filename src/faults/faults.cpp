@@ -1,4 +1,4 @@
-#include "state/faults.h"
+#include "faults/faults.h"
 
 #include "base/guarded.h"
 #include "state/library_state.h"

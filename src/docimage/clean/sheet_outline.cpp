@@ -1,7 +1,7 @@
-#include "docimage/sheet/sheet_outline.h"
+#include "docimage/clean/sheet_outline.h"
 
-#include "docimage/clean/bright_regions.h"
 #include "docimage/clean/outline_brush.h"
+#include "docimage/pixels/bright_regions.h"
 #include "docimage/sheet/outer_outlines.h"
 
 #include <cstddef>

@@ -10,7 +10,7 @@
 
 namespace doccam {
 
-// Reads a control's range, default and value; null outputs are passed over.
+// Reads a control's range, default and value; null outputs are skipped.
 int controlRange(record::Session& session, int selector, int* minimum, int* maximum,
                  int* defaultValue, int* current);
 
@@ -20,7 +20,7 @@ int setControl(record::Session& session, int selector, int value);
 // Sets a control to its default and returns that.
 int resetControl(record::Session& session, int selector);
 
-// Switches the zoom control between 0 and 1, by which some cameras focus.
+// Switches the zoom control between 0 and 1, which makes some cameras focus.
 int toggleZoomFocus(record::Session& session);
 
 // Switches automatic focus off and on again.

@@ -1,4 +1,4 @@
-// A second thread that takes a piece of work off another one's hands.
+// A second thread that works beside the one that owns it.
 #pragma once
 
 #include <atomic>
@@ -8,7 +8,7 @@
 
 namespace doccam {
 
-// One piece of work at a time. All but waitUntilIdle() is for one thread, the owner.
+// One piece of work at a time. Only waitUntilIdle() may be called by a thread other than the owner.
 class DecodeThread {
   public:
     DecodeThread() = default;
@@ -18,17 +18,17 @@ class DecodeThread {
     DecodeThread(const DecodeThread&) = delete;
     DecodeThread& operator=(const DecodeThread&) = delete;
 
-    // Begins work, which the thread does; the owner does it here and now when the system has no
-    // thread to give. finish() comes before the next begin().
+    // Begins work on the thread, or does it on the caller's when no thread can be created. Call
+    // finish() before the next begin().
     void begin(std::function<void()> work);
 
-    // Waits for the work and throws what it threw.
+    // Waits for the work and rethrows its exception.
     void finish();
 
     // Waits for the work.
     void waitUntilIdle() const;
 
-    // Waits for the work and ends the thread; begin() starts another one.
+    // Waits for the work and ends the thread; begin() starts a new one.
     void end();
 
   private:

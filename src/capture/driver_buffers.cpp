@@ -50,7 +50,7 @@ int mapBuffer(record::Session& session, int index) {
     return 0;
 }
 
-// The pointer stays, as that of a buffer which was mapped once.
+// The pointer stays: it marks a buffer that has been mapped before.
 void forget(record::Session& session, int index) {
     session.mappedLength[static_cast<std::size_t>(index)] = 0;
 }
@@ -59,7 +59,7 @@ bool wasEverMapped(const record::Session& session, int index) {
     return session.video_buffer_ptr[index] != nullptr;
 }
 
-// Unmaps what is mapped of the buffer from an offset on.
+// Unmaps the rest of the buffer from offset.
 void unmapFrom(const record::Session& session, int index, std::size_t offset) {
     const std::size_t mapped = session.mappedLength[static_cast<std::size_t>(index)];
     if (offset < mapped) {

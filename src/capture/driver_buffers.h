@@ -9,11 +9,11 @@ namespace doccam {
 // result code for the request that failed. What was mapped before a failure stays mapped.
 int mapDriverBuffers(record::Session& session);
 
-// Unmaps, silently, what an earlier session left mapped: the driver keeps its device busy for as
-// long as a buffer is mapped.
+// Silently unmaps what an earlier session left mapped: the device stays busy as long as a buffer is
+// mapped.
 void unmapLostBuffers(record::Session& session);
 
-// Unmaps all buffers, printing a line for each that is mapped no more.
+// Unmaps all buffers, printing a line for each that is no longer mapped.
 void unmapDriverBuffers(record::Session& session);
 
 } // namespace doccam

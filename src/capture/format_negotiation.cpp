@@ -27,7 +27,8 @@ void printDriver(int descriptor) {
                 capability.version & 0xFFU);
 }
 
-// One line more than there are formats: hosts expect the failing index with the last description.
+// One line more than there are formats: hosts expect the failing index, with the description
+// before.
 void printFormats(int descriptor) {
     std::puts("Support format:");
     v4l2_fmtdesc format{};

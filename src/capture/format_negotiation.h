@@ -1,4 +1,4 @@
-// Agreeing with the driver on what it streams.
+// Negotiating the pixel format with the driver.
 #pragma once
 
 #include "state/parts.h"

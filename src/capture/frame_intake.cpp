@@ -15,7 +15,7 @@ namespace {
 // Room past the frame for a pixel pair and for what a decoder may read beyond its data.
 constexpr std::size_t kReadSlack = kCodecPadding + 16;
 
-// Images keep their size across some failed opens; the frame must then fill the larger of the two.
+// Images may keep a larger size across a failed open; the frame must then fill that.
 std::size_t bytesToReserve(const cv::Mat& image, std::size_t frame) {
     return std::max(frame, image.total() * image.elemSize()) + kReadSlack;
 }
@@ -53,7 +53,7 @@ bool FrameIntake::decodeInto(cv::Mat& image) {
         return false;
     }
     beginNext();
-    // Whatever slows the codec down slows the frames down.
+    // The decode thread needs a core of its own: it sets the frame rate.
     reserveCores(nextIsBegun_ ? 1 : 0);
     storeFrame(session_.pdecode, decoded, wanted_, image);
     return true;

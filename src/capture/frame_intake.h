@@ -1,4 +1,4 @@
-// Taking frames from the driver and decoding them, the next one while one is shown.
+// Taking frames from the driver and decoding them, one frame ahead.
 #pragma once
 
 #include "base/handles/codec_handles.h"
@@ -15,9 +15,9 @@
 
 namespace doccam {
 
-// A codec decodes a frame on one thread, and everything else that is done with a frame takes less
-// time. So a second thread decodes the next MJPEG frame meanwhile, but only one that the driver
-// already has: no frame waits for the next one. What becomes of it is reported in its turn.
+// Decoding takes longer than all other work on a frame. So a second thread decodes the next MJPEG
+// frame meanwhile, but only if the driver already has it: no frame waits for the next one. What
+// becomes of it is reported in its turn.
 class FrameIntake {
   public:
     FrameIntake(StreamingThread& thread, const record::Session& session);
@@ -25,7 +25,7 @@ class FrameIntake {
     FrameIntake(const FrameIntake&) = delete;
     FrameIntake& operator=(const FrameIntake&) = delete;
 
-    // Takes the next frame, for which it waits. False when the thread has been given up meanwhile.
+    // Waits for the next frame and takes it. False when the thread has been given up meanwhile.
     bool take();
 
     // What became of the frame taken last.

@@ -10,10 +10,10 @@ namespace doccam {
 
 class FrameLoop {
   public:
-    // library without its frames, which are the thread's.
+    // Works on the thread's frames.
     FrameLoop(StreamingThread& thread, LibraryState& library);
 
-    // Works frame after frame until the session ends, the driver fails or the thread is given up.
+    // Processes frames until the session ends, the driver fails or the thread is given up.
     void run();
 
   private:
@@ -23,7 +23,7 @@ class FrameLoop {
     Next grab();
     Next decode();
 
-    // Decodes and turns the frame; usable tells whether the later stages have one.
+    // Decodes and turns the frame; usable is set when the later stages may process it.
     Next prepareFrame(bool& usable);
     bool dropAfterTurn();
     void rotate();

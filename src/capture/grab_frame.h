@@ -13,19 +13,19 @@ namespace doccam {
 inline constexpr int kGrabFailed = -1;
 inline constexpr int kGrabImpossibleBuffer = -100;
 
-// What the driver answered when asked for a filled buffer.
+// The result of a dequeue.
 struct DequeuedBuffer {
     v4l2_buffer record{};
     int error = 0; // errno, 0 when a buffer was filled
 };
 
-// Whether dequeueBuffer() would have a buffer at once.
+// Whether dequeueBuffer() would return at once.
 bool hasFilledBuffer(int descriptor);
 
 // Waits on descriptor until the driver has filled a buffer. Touches none of the library's state.
 DequeuedBuffer dequeueBuffer(int descriptor);
 
-// What has become of one attempt to take a frame.
+// The outcome of one attempt to take a frame.
 struct GrabbedFrame {
     enum class Failure { kNone, kDequeue, kBufferIndex, kRequeue };
 
@@ -34,15 +34,15 @@ struct GrabbedFrame {
     int length = 0; // bytes copied
 };
 
-// Copies as much of the frame as fits into frame, and gives the buffer back to the driver.
+// Copies as much as fits into frame and requeues the buffer.
 GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
                        std::span<unsigned char> frame);
 
-// 0, or one of the codes above after printing why.
+// Returns 0, or prints the failure and returns one of the codes above.
 int logGrabFailure(const GrabbedFrame& grabbed);
 
-// Takes one frame of the session into buffer, which has room for a frame's bytes; its length goes
-// to length. 0, or one of the codes above after printing why.
+// Takes one frame of the session into buffer, which has room for a frame's bytes, and stores its
+// length. Returns as logGrabFailure() does.
 int grabFrame(const record::Session& session, unsigned char* buffer, int* length);
 
 // Why no further frame comes from descriptor after logGrabFailure() gave result.

@@ -1,4 +1,4 @@
-// The line that a failed request prints.
+// Printing a failed request.
 #pragma once
 
 #include <cerrno>
@@ -7,7 +7,7 @@
 
 namespace doccam {
 
-// Prints a line with two conversions, the error's number and its text, and returns code.
+// Prints format, which has two conversions, with errno and its text, and returns code.
 inline int requestFailed(const char* format, int code) {
     const int error = errno;
 #pragma GCC diagnostic push

@@ -23,8 +23,8 @@ namespace {
 constexpr int kStopWait = 550;
 constexpr int kNodeWait = 100;
 
-// How long a callback, or the writing of a still, may hold up the close. Long enough for any that
-// is merely slow.
+// How long a callback or the writing of a still may delay the close; enough for any that is merely
+// slow.
 constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
                                               .inWriting = std::chrono::seconds(9)};
 
@@ -32,8 +32,8 @@ constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
 // does the same.
 std::mutex ending;
 
-// A forked child has no thread that could unlock it. It is made anew, since only its owner may
-// unlock a mutex; that of the C++ library has no destructor to run.
+// A forked child lacks the thread that holds it. Only that thread could unlock it, so it is
+// constructed anew; its destructor is trivial.
 [[maybe_unused]] const int unlockedInChildren =
     pthread_atfork(nullptr, nullptr, [] { new (&ending) std::mutex; });
 
@@ -70,8 +70,8 @@ void closeNode(record::Session& session) {
     pauseFor(kNodeWait);
 }
 
-// The last frames go with their last user, which may be a thread that was given up. True when there
-// was a preview buffer.
+// The old frames live until a thread that was given up releases them, too. True when there was a
+// preview buffer.
 bool replaceFrames(LibraryState& library) {
     auto frames = std::make_shared<Frames>();
     const std::lock_guard lock(library.session.framesMutex);
@@ -92,8 +92,8 @@ void releaseFrames(LibraryState& library) {
     report(replaceFrames(library), ">>>>>>>>>>>>> closeCamera 04!");
 }
 
-// Ends a session that the host left open when the process exits: no thread may run into the
-// destruction of what it uses. A forked child leaves its parent's camera alone.
+// Ends a session that the host left open when the process exits, before what its thread uses is
+// destroyed. A forked child leaves its parent's camera alone.
 struct ExitGuard {
     ExitGuard() { state(); }
 

@@ -1,4 +1,4 @@
-// The life of the camera session: its size, the start and the end of its thread, and its close.
+// The life of the camera session: its frame size, the start and end of its thread, its close.
 #pragma once
 
 #include "base/frame_size.h"
@@ -6,14 +6,14 @@
 
 namespace doccam {
 
-// Sets the size of the frames that a session asks for, and the bytes of one at three a pixel. A
-// nonsense size wraps around.
+// Sets the requested frame size, and the bytes of a frame at three a pixel; they wrap around for a
+// nonsense size.
 void setGrabSize(record::Session& session, FrameSize size);
 
-// Starts the streaming thread; without one to start it prints a line and the session has no frames.
+// Starts the streaming thread. When none can be created, prints a line, and no frame will come.
 void startStreaming(record::Session& session);
 
-// Streams on the calling thread, one that the host brings, until the session ends.
+// Streams on the calling thread, the host's own, until the session ends.
 void streamOnThisThread(const record::Session& session);
 
 // Closes the session, in a fixed order with fixed waits, and prints what it releases. Does the same

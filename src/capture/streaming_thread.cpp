@@ -31,7 +31,6 @@ class SignalsBlocked {
     sigset_t before_{};
 };
 
-// What a new thread is given.
 struct ThreadArguments {
     std::shared_ptr<StreamingThread> thread;
     StreamingThread::Work work;
@@ -75,7 +74,7 @@ bool StreamingThread::isCurrentThread() {
     return current != nullptr;
 }
 
-// Either this sees the request to stop and wakes the host, or the host sees the new phase.
+// Either this thread sees the request to stop and wakes the host, or the host sees the new phase.
 void StreamingThread::goOutside(Phase to) {
     phase_.store(to, std::memory_order_seq_cst);
     if (stopRequested_.load(std::memory_order_seq_cst)) {

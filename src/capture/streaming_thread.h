@@ -18,12 +18,12 @@
 
 namespace doccam {
 
-// The host's side calls start() and stop(); everything else belongs to the thread itself.
+// Host threads call start() and stop(); everything else is for the thread itself.
 //
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
 // the driver, runs a callback of the host or writes a file. Only outside can it be given up: it
-// then finds out on its way back in, and leaves without touching the state again. It takes the lock
-// only once it has been asked to stop.
+// then finds out when it comes back inside, and ends without touching the state again. It takes the
+// lock only once it has been asked to stop.
 class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
     using Work = void (*)(StreamingThread&);
@@ -32,7 +32,7 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     explicit StreamingThread(std::shared_ptr<Frames> frames)
       : frames_(std::move(frames)) {}
 
-    // Runs work on a thread of its own. False when the system has no thread to give.
+    // Runs work on a new thread. False when none can be created.
     bool start(Work work);
 
     // Runs work on the calling thread, for a host that brings its own.
@@ -43,18 +43,17 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
     // True on any streaming thread, as in a callback.
     static bool isCurrentThread();
 
-    // What the thread begins here works on the library's state as it does itself: while it lasts, a
-    // thread outside is not given up either.
+    // Its work uses the library's state, too, so the thread is not given up before it is done.
     DecodeThread& decodeThread() { return decodeThread_; }
 
-    // How long a thread that stays outside holds up its end.
+    // How long stop() waits for a thread that stays outside.
     struct Patience {
         std::chrono::milliseconds inCall;    // of the driver or a callback
         std::chrono::milliseconds inWriting; // a file, which takes a slow disk its time
     };
 
-    // Asks the thread to end and waits for it; past patience it is given up as soon as it is
-    // outside. On the thread itself it is given up at once. Does nothing for one that never ran.
+    // Asks the thread to end and joins it, or gives it up when patience is over and it is outside;
+    // at once when called on the thread itself. Does nothing if it was never started here.
     void stop(Patience patience);
 
     // True when stop() had to give the thread up.

@@ -1,4 +1,4 @@
-// The cameras and frame sizes found last.
+// The cameras and frame sizes found most recently.
 #pragma once
 
 #include <array>

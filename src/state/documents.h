@@ -1,4 +1,4 @@
-// The PDF document in the making, and the queues of files.
+// The PDF document under construction, and the queues of files.
 #pragma once
 
 #include <hpdf.h>

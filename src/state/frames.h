@@ -7,9 +7,9 @@
 
 namespace doccam {
 
-// Shared by the record and the session's streaming thread: a callback that is stuck past the end of
-// its session still reads pixels that exist. Written by the streaming thread while it runs, but for
-// preview, which the host provides before it publishes WEB_BUF.
+// Owned jointly by the record and the streaming thread, so that they outlive a callback that is
+// stuck past the end of its session. Written by the streaming thread while it runs, except preview,
+// which the host allocates before it publishes WEB_BUF.
 struct Frames {
     cv::Mat srcimage;                         // nWidth x nHeight
     cv::Mat roimage;                          // the same after a quarter turn

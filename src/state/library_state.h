@@ -1,4 +1,4 @@
-// The one record of everything the library knows between two calls, parted by owner.
+// The record of everything the library keeps between two calls, divided by owner.
 #pragma once
 
 #include "state/discovery.h"

@@ -1,4 +1,4 @@
-// The parts of the record by name, for those who hand them on.
+// Forward declarations of the record's parts.
 #pragma once
 
 namespace doccam {

@@ -53,7 +53,7 @@ struct Session {
     v4l2_queryctrl qctrl{};
     v4l2_control ctrl{};
 
-    // Hand-shakes: host raises with release, stream answers with release.
+    // Handshakes: the host sets with release, the stream clears with release.
     std::atomic<bool> isShootPhoto{false};
     SharedPath imgSavePath;
     std::atomic<int> IsRecogBarQr{kNoCodeRequest};

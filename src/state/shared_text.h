@@ -1,4 +1,4 @@
-// Texts that a host thread and the streaming thread exchange.
+// Texts shared by host threads and the streaming thread.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// Where the sheet was found last, and where a still is to cut it out.
+// Where the sheet was found most recently, and the crop of the next still.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// Fields that belong to the record and that nothing reads.
+// Fields that the record has and nothing reads.
 #pragma once
 
 #include <string>

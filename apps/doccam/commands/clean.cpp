@@ -16,6 +16,7 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <charconv>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -101,8 +102,13 @@ WrittenFile cleanFile(const Context& context, const std::string& file,
                                   " cannot be cleaned; look whether it is sound, or leave it out.");
     }
     target.publish(target.draft());
+    const auto number = [](const std::string& text) {
+        int value = 0;
+        std::from_chars(text.data(), text.data() + text.size(), value);
+        return value;
+    };
     return describeFile(target.target().string(),
-                        {std::atoi(made.reports[0].c_str()), std::atoi(made.reports[1].c_str())});
+                        {number(made.reports[0]), number(made.reports[1])});
 }
 
 // A link is written to its target.

@@ -63,6 +63,34 @@ int firstOther(const unsigned char* row, int x, int end, unsigned char value) {
     return x;
 }
 
+// Adds the points of an outline whose last pixel lies in that direction of its first.
+void followFurther(const Neighbours& neighbours, unsigned char* const first, int direction,
+                   cv::Point at, std::vector<cv::Point>& points) {
+    const unsigned char* const last = neighbours.of(first, direction);
+    for (unsigned char* pixel = first;;) {
+        const int cameFrom = direction;
+        unsigned char* next = nullptr;
+        do {
+            next = neighbours.of(pixel, ++direction);
+        } while (*next == 0);
+        direction = inCircle(direction);
+        const bool passedEast = direction != 0 && direction <= cameFrom;
+        if (passedEast) {
+            *pixel = kOutlineEnds;
+        } else if (*pixel == kUntouched) {
+            *pixel = kOutlined;
+        }
+        points.push_back(at);
+        if (next == first && pixel == last) {
+            return;
+        }
+        const auto& [dx, dy] = kSteps[static_cast<std::size_t>(direction)];
+        at += cv::Point(dx, dy);
+        pixel = next;
+        direction = inCircle(direction + kWest);
+    }
+}
+
 } // namespace
 
 void OuterOutlines::search(cv::Mat& binary) {
@@ -91,36 +119,13 @@ void OuterOutlines::follow(unsigned char* const first, std::ptrdiff_t step, cv::
     do {
         direction = inCircle(direction - 1);
     } while (*neighbours.of(first, direction) == 0 && direction != kWest);
-    if (direction == kWest) {
+    if (direction == kWest) { // a single pixel
         *first = kOutlineEnds;
         points_.push_back(at);
-        ends_.push_back(points_.size());
-        return;
+    } else {
+        followFurther(neighbours, first, direction, at, points_);
     }
-    const unsigned char* const last = neighbours.of(first, direction);
-    for (unsigned char* pixel = first;;) {
-        const int cameFrom = direction;
-        unsigned char* next = nullptr;
-        do {
-            next = neighbours.of(pixel, ++direction);
-        } while (*next == 0);
-        direction = inCircle(direction);
-        const bool passedEast = direction != 0 && direction <= cameFrom;
-        if (passedEast) {
-            *pixel = kOutlineEnds;
-        } else if (*pixel == kUntouched) {
-            *pixel = kOutlined;
-        }
-        points_.push_back(at);
-        if (next == first && pixel == last) {
-            ends_.push_back(points_.size());
-            return;
-        }
-        const auto& [dx, dy] = kSteps[static_cast<std::size_t>(direction)];
-        at += cv::Point(dx, dy);
-        pixel = next;
-        direction = inCircle(direction + kWest);
-    }
+    ends_.push_back(points_.size());
 }
 
 std::span<const cv::Point> OuterOutlines::operator[](std::size_t number) const {

@@ -2,7 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -20,6 +22,24 @@ void refuseUnknownFields(const Json& object, const std::vector<std::string>& kno
     for (const auto& [name, value] : object.items()) {
         if (std::find(known.begin(), known.end(), name) == known.end()) {
             throw std::runtime_error("unknown field \"" + name + "\"");
+        }
+    }
+}
+
+// Json converts a number to an int whether or not it fits.
+void refuseHugeNumbers(const Json& document) {
+    std::vector<const Json*> unchecked{&document};
+    while (!unchecked.empty()) {
+        const Json& value = *unchecked.back();
+        unchecked.pop_back();
+        if (value.is_number() &&
+            !(std::abs(value.get<double>()) <= std::numeric_limits<int>::max())) {
+            throw std::runtime_error("impossible number " + value.dump());
+        }
+        if (value.is_structured()) {
+            for (const Json& element : value) {
+                unchecked.push_back(&element);
+            }
         }
     }
 }
@@ -188,6 +208,7 @@ CameraDescription readCamera(const Json& object) {
 
 std::vector<CameraDescription> parseScenario(const std::string& text) {
     const Json document = Json::parse(text);
+    refuseHugeNumbers(document);
     refuseUnknownFields(document, {"cameras"});
     std::vector<CameraDescription> cameras;
     for (const Json& camera : document.at("cameras")) {

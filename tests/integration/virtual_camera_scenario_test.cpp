@@ -83,6 +83,14 @@ TEST(Scenario, NamesWhatItDoesNotUnderstand) {
     EXPECT_NE(errorFrom("{"), "");
 }
 
+TEST(Scenario, RefusesNumbersThatFitNoInt) {
+    for (const char* number : {"1e67", "2147483648", "-1e10"}) {
+        EXPECT_THROW(parseScenario(std::string(R"({"cameras": [{"intervalMs": )") + number + "}]}"),
+                     std::runtime_error)
+            << number;
+    }
+}
+
 TEST(Scenario, NamesTheFileThatCannotBeRead) {
     EXPECT_THROW(readScenario("/nonexistent/scenario.json"), std::runtime_error);
 }

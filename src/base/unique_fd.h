@@ -15,10 +15,18 @@ class UniqueFd {
 
     UniqueFd() = default;
 
+    explicit UniqueFd(int descriptor)
+      : descriptor_(descriptor) {}
+
     ~UniqueFd() { reset(); }
 
-    UniqueFd(const UniqueFd&) = delete;
-    UniqueFd& operator=(const UniqueFd&) = delete;
+    UniqueFd(UniqueFd&& other) noexcept
+      : descriptor_(other.release()) {}
+
+    UniqueFd& operator=(UniqueFd&& other) noexcept {
+        reset(other.release());
+        return *this;
+    }
 
     // Takes ownership of descriptor.
     void reset(int descriptor = kNone) {
@@ -26,6 +34,9 @@ class UniqueFd {
             close(last);
         }
     }
+
+    // Gives up ownership of the descriptor that it returns.
+    int release() { return descriptor_.exchange(kNone); }
 
     int get() const { return descriptor_; }
 

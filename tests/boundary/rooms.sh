@@ -48,6 +48,10 @@ capture base state faults discovery decode docimage output barcode preview
 exports base state faults discovery decode docimage output barcode preview capture
 END
 
+above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|output|barcode|preview|capture|exports)/" \
+    apps examples || true)
+[ -z "$above" ] || { echo "rooms: hosts include rooms other than base:" >&2; echo "$above" >&2; failed=1; }
+
 while read -r folder; do
     count=$(find "$folder" -maxdepth 1 -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.js' \) -printf '%f\n' |
         sed 's/\.[^.]*$//' | sort -u | wc -l)

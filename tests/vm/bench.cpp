@@ -61,7 +61,7 @@ std::string firstLine(const std::filesystem::path& file) {
 
 void printNode(const std::filesystem::path& device) {
     const std::string node = "/dev/" + device.filename().string();
-    const OwnedDescriptor descriptor(open(node.c_str(), O_RDWR | O_CLOEXEC));
+    const UniqueFd descriptor(open(node.c_str(), O_RDWR | O_CLOEXEC));
     v4l2_capability capability{};
     ioctl(descriptor.get(), VIDIOC_QUERYCAP, &capability);
     const auto usb = std::filesystem::canonical(device / "device").parent_path();

@@ -53,7 +53,7 @@ class Client {
     }
 
   private:
-    OwnedDescriptor socket_;
+    UniqueFd socket_;
 };
 
 class ReceptionTest : public testing::Test {
@@ -74,13 +74,12 @@ class ReceptionTest : public testing::Test {
 
     // Responds to each request with its target.
     static Desk echo() {
-        return {
-            [](const RequestHead& head) { return std::optional(head.target); },
-            [](const RequestHead&, OwnedDescriptor&, const std::string&) { return std::nullopt; }};
+        return {[](const RequestHead& head) { return std::optional(head.target); },
+                [](const RequestHead&, UniqueFd&, const std::string&) { return std::nullopt; }};
     }
 
   private:
-    OwnedDescriptor listener_;
+    UniqueFd listener_;
     sockaddr_in address_{};
 };
 
@@ -100,8 +99,8 @@ TEST_F(ReceptionTest, HandsOverARequestWithTheReceivedPartOfItsBody) {
     const Reception reception(
         listener(),
         {[](const RequestHead&) { return std::nullopt; },
-         [&](const RequestHead& head, OwnedDescriptor& socket, const std::string& body) {
-             const OwnedDescriptor taken = std::move(socket);
+         [&](const RequestHead& head, UniqueFd& socket, const std::string& body) {
+             const UniqueFd taken = std::move(socket);
              received.set_value(head.method + body);
              return std::nullopt;
          }},

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <utility>
 
 namespace doccam::test {
 namespace {
@@ -54,6 +55,18 @@ TEST_F(UniqueFdTest, ClosesADescriptorThatIsReplaced) {
     descriptor.reset();
     EXPECT_FALSE(isOpen(ends_[1]));
     EXPECT_FALSE(descriptor.isOpen());
+}
+
+TEST_F(UniqueFdTest, HandsItsDescriptorOn) {
+    UniqueFd first(ends_[0]);
+    UniqueFd second(std::move(first));
+    EXPECT_EQ(second.get(), ends_[0]);
+    UniqueFd third(ends_[1]);
+    third = std::move(second);
+    EXPECT_FALSE(isOpen(ends_[1]));
+    EXPECT_EQ(third.release(), ends_[0]);
+    EXPECT_FALSE(third.isOpen());
+    EXPECT_TRUE(isOpen(ends_[0]));
 }
 
 } // namespace

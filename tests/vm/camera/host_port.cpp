@@ -32,13 +32,13 @@ int freePort() {
 
 } // namespace
 
-OwnedDescriptor connectDevice() {
+UniqueFd connectDevice() {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
         throw std::runtime_error("no socket pair");
     }
-    OwnedDescriptor device(ends[0]);
-    const OwnedDescriptor host(ends[1]);
+    UniqueFd device(ends[0]);
+    const UniqueFd host(ends[1]);
     const int port = freePort();
     std::ofstream attach(kController + "attach");
     attach << port << ' ' << host.get() << ' ' << kFirstDevice + port << ' ' << kHighSpeed;

@@ -59,7 +59,7 @@ void UsbCamera::unplug() {
     if (thread_.joinable()) {
         shutdown(line_.get(), SHUT_RDWR);
         thread_.join();
-        line_ = OwnedDescriptor();
+        line_ = UniqueFd();
     }
 }
 

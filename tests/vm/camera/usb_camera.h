@@ -45,7 +45,7 @@ class UsbCamera {
     const virtualcam::CameraDescription camera_;
     VideoRequests requests_;
     VideoStream stream_;
-    OwnedDescriptor line_;
+    UniqueFd line_;
     bool open_ = false;
     std::vector<std::uint32_t> waitingForStatus_;
     std::thread thread_;

@@ -1,7 +1,7 @@
 #include "serve/access/token_file.h"
 
+#include "base/unique_fd.h"
 #include "serve/access/access.h"
-#include "serve/owned_descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,20 +28,20 @@ bool makePrivate(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder.parent_path(), error);
     mkdir(folder.c_str(), S_IRWXU);
-    const OwnedDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 
     struct stat state {};
 
-    return opened && fstat(opened.get(), &state) == 0 && state.st_uid == geteuid() &&
+    return opened.isOpen() && fstat(opened.get(), &state) == 0 && state.st_uid == geteuid() &&
            fchmod(opened.get(), S_IRWXU) == 0;
 }
 
 std::optional<std::string> readToken(const fs::path& path) {
-    const OwnedDescriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const UniqueFd file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
 
     struct stat state {};
 
-    if (!file || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
+    if (!file.isOpen() || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
         state.st_uid != geteuid() || (state.st_mode & kOthers) != 0 ||
         state.st_size != static_cast<off_t>(kTokenDigits)) {
         return std::nullopt;
@@ -55,8 +55,8 @@ std::optional<std::string> readToken(const fs::path& path) {
 // Whether path now contains token. An existing file, as from a simultaneous start, is kept.
 bool writeToken(const fs::path& path, const std::string& token) {
     std::string draft = path.string() + ".XXXXXX";
-    const OwnedDescriptor file(mkostemp(draft.data(), O_CLOEXEC));
-    if (!file) {
+    const UniqueFd file(mkostemp(draft.data(), O_CLOEXEC));
+    if (!file.isOpen()) {
         return false;
     }
     const bool written =

@@ -107,9 +107,9 @@ void Reception::acceptSome() {
 bool Reception::acceptOne() {
     sockaddr_storage address{};
     socklen_t length = sizeof address;
-    OwnedDescriptor socket(accept4(listener_, reinterpret_cast<sockaddr*>(&address), &length,
-                                   SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!socket) {
+    UniqueFd socket(accept4(listener_, reinterpret_cast<sockaddr*>(&address), &length,
+                            SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket.isOpen()) {
         if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
             acceptsAgain_ = Clock::now() + kWithoutDescriptors;
             if (!visitors_.empty()) {

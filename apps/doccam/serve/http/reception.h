@@ -1,9 +1,9 @@
 // Receiving connections until their request's head is complete.
 #pragma once
 
+#include "base/unique_fd.h"
 #include "serve/http/peer_address.h"
 #include "serve/http/request_head.h"
-#include "serve/owned_descriptor.h"
 #include "serve/owned_thread.h"
 
 #include <chrono>
@@ -29,7 +29,7 @@ struct Desk {
     std::function<std::optional<std::string>(const RequestHead&)> answerAtOnce;
     // Takes over the connection, with a plain head and the received part of the body, or returns
     // the bytes of a refusal.
-    std::function<std::optional<std::string>(const RequestHead&, OwnedDescriptor& socket,
+    std::function<std::optional<std::string>(const RequestHead&, UniqueFd& socket,
                                              std::string body)>
         handOver;
 };
@@ -48,7 +48,7 @@ class Reception {
     using Clock = std::chrono::steady_clock;
 
     struct Visitor {
-        OwnedDescriptor socket;
+        UniqueFd socket;
         PeerAddress peer;
         Clock::time_point deadline;
         std::string said{};
@@ -71,7 +71,7 @@ class Reception {
     const int listener_;
     const Desk desk_;
     const ReceptionLimits limits_;
-    OwnedDescriptor wake_;
+    UniqueFd wake_;
     std::list<Visitor> visitors_; // oldest first
     Clock::time_point acceptsAgain_;
     OwnedThread thread_;

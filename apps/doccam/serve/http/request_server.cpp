@@ -17,14 +17,14 @@ int RequestServer::takePort(const std::string& address, int port) {
     const int taken =
         port == 0 ? bind_to_any_port(address) : (bind_to_port(address, port) ? port : 0);
     if (taken > 0) {
-        listening_ = OwnedDescriptor(svr_sock_);
+        listening_ = UniqueFd(svr_sock_);
         // cpp-httplib has a backlog of five connections; a further one's first packet is lost.
         ::listen(svr_sock_, SOMAXCONN);
     }
     return std::max(taken, 0);
 }
 
-void RequestServer::process(const OwnedDescriptor& socket, std::string text) {
+void RequestServer::process(const UniqueFd& socket, std::string text) {
     ConnectionStream stream(socket.get(), std::move(text), {});
     bool closed = false;
     process_request(stream, true, closed, {});

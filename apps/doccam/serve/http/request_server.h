@@ -1,7 +1,7 @@
 // The routes and handlers of admitted requests.
 #pragma once
 
-#include "serve/owned_descriptor.h"
+#include "base/unique_fd.h"
 
 #include <httplib.h>
 
@@ -25,13 +25,13 @@ class RequestServer : public httplib::Server {
     int listener() const { return svr_sock_; }
 
     // Handles the request that starts with text and continues on the socket. Any thread.
-    void process(const OwnedDescriptor& socket, std::string text);
+    void process(const UniqueFd& socket, std::string text);
 
     // Ends streaming responses.
     void stopStreams();
 
   private:
-    OwnedDescriptor listening_;
+    UniqueFd listening_;
 };
 
 } // namespace doccam::serve

@@ -97,7 +97,7 @@ void HttpServer::start(const AccessRules& rules) {
     reception_.emplace(
         server_.listener(),
         Desk{[this](const RequestHead& head) { return answerAtOnce(head); },
-             [this](const RequestHead& head, OwnedDescriptor& socket, const std::string& body) {
+             [this](const RequestHead& head, UniqueFd& socket, const std::string& body) {
                  return handOver(head, socket, body);
              }});
 }
@@ -114,9 +114,9 @@ std::optional<std::string> HttpServer::answerAtOnce(const RequestHead& head) {
     return std::nullopt;
 }
 
-std::optional<std::string> HttpServer::handOver(const RequestHead& head, OwnedDescriptor& socket,
+std::optional<std::string> HttpServer::handOver(const RequestHead& head, UniqueFd& socket,
                                                 const std::string& body) {
-    auto owned = std::make_shared<OwnedDescriptor>(std::move(socket));
+    auto owned = std::make_shared<UniqueFd>(std::move(socket));
     std::function<void()> work = [this, owned, text = plainHead(head) + body] {
         server_.process(*owned, text);
     };

@@ -46,7 +46,7 @@ class HttpServer {
 
   private:
     std::optional<std::string> answerAtOnce(const RequestHead& head);
-    std::optional<std::string> handOver(const RequestHead& head, OwnedDescriptor& socket,
+    std::optional<std::string> handOver(const RequestHead& head, UniqueFd& socket,
                                         const std::string& body);
     void addFiles();
     void addStreams();

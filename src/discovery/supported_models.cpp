@@ -1,6 +1,6 @@
 #include "discovery/supported_models.h"
 
-#include "discovery/harmless_text.h"
+#include "base/files/harmless_text.h"
 #include "state/library_state.h"
 #include "supported_models_text.h"
 

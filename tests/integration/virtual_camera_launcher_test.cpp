@@ -151,7 +151,8 @@ TEST_F(VirtualCameraLauncher, EscapesControlCharactersInMessages) {
     const std::string odd = "\"$(printf '/none/\\033[2J\\302\\233\\177')\"";
     for (const std::string& arguments :
          {"--scenario " + odd + " -- true", "--photo " + odd + " -- true", "-- " + odd}) {
-        EXPECT_THAT(launch(arguments).text, HasSubstr("/none/\\x1b[2J\xC2\\x9b\\x7f")) << arguments;
+        EXPECT_THAT(launch(arguments).text, HasSubstr("/none/\\x1b[2J\\xc2\\x9b\\x7f"))
+            << arguments;
     }
 }
 

@@ -1,5 +1,5 @@
 // doccam-virtualcam: runs a program with virtual cameras attached.
-#include "discovery/harmless_text.h"
+#include "base/files/harmless_text.h"
 #include "launcher/options.h"
 #include "launcher/session.h"
 

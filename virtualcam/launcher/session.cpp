@@ -1,7 +1,7 @@
 #include "launcher/session.h"
 
+#include "base/files/harmless_text.h"
 #include "bed/udev_tree.h"
-#include "discovery/harmless_text.h"
 #include "launcher/plug_control.h"
 #include "picture/jpeg.h"
 #include "scenario.h"

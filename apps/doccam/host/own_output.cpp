@@ -1,13 +1,12 @@
 #include "host/own_output.h"
 
+#include "base/files/harmless_text.h"
 #include "host/failure.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
-#include <string_view>
 
 namespace doccam::host {
 namespace {
@@ -34,23 +33,6 @@ void redirect(int descriptor, int target) {
     if (target < 0 || dup2(target, descriptor) < 0) {
         failToSetApart();
     }
-}
-
-// The length of the UTF-8 character that text starts with; 0 for control characters and invalid
-// UTF-8.
-std::size_t harmlessLetter(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x80) {
-        return std::iscntrl(first) == 0 || first == '\n' || first == '\t' ? 1 : 0;
-    }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    const bool whole =
-        first >= 0xC2 && first <= 0xF4 && text.size() >= length &&
-        std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length),
-                    [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; });
-    // U+0080 to U+009F are the C1 control characters.
-    const bool control = first == 0xC2 && whole && static_cast<unsigned char>(text[1]) < 0xA0;
-    return whole && !control ? length : 0;
 }
 
 } // namespace
@@ -96,18 +78,7 @@ void complain(const std::string& message) {
 }
 
 std::string harmless(const std::string& text) {
-    constexpr const char* kDigits = "0123456789abcdef";
-    std::string shown;
-    for (std::size_t at = 0; at < text.size();) {
-        if (const std::size_t length = harmlessLetter(std::string_view(text).substr(at))) {
-            shown.append(text, at, length);
-            at += length;
-        } else {
-            const auto code = static_cast<unsigned char>(text[at++]);
-            shown += {'\\', 'x', kDigits[code / 16], kDigits[code % 16]};
-        }
-    }
-    return shown;
+    return harmlessText(text, "\n\t");
 }
 
 void printLine(const std::string& line) {

@@ -57,7 +57,7 @@ cv::Mat pageOfSheet(const cv::Mat& frame, record::Sheet& kept, const record::Set
     const float degrees = storeGeometry(fitted.corners, kept);
     const cv::Rect box = boxAroundSheet(frame.size() + fitted.borders.added(), kept);
     const StraightSheet sheet(frame, fitted.borders, box, degrees);
-    const cv::Mat page = resizedToSteps(sheet.cut(placeOfPage(sheet.size(), kept)));
+    cv::Mat page = resizedToSteps(sheet.cut(placeOfPage(sheet.size(), kept)));
     cleanAsSet(page, settings);
     return page;
 }

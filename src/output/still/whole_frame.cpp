@@ -21,7 +21,7 @@ cv::Mat enlarged(const cv::Mat& page, FrameSize size) {
 
 cv::Mat pageOfWholeFrame(const cv::Mat& frame, const record::Settings& settings, bool enlarge) {
     std::puts("capture->01");
-    const cv::Mat page = blueFirst(frame);
+    cv::Mat page = blueFirst(frame);
     std::puts("capture->02");
     cleanAsSet(page, settings);
     if (enlarge) {

@@ -54,9 +54,8 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
 void tryPhoto(const Context& context) {
     const std::string& photo = context.virtualCamera.photo;
     const PictureLimits limits = pictureLimits();
-    const Interrupt interrupt(context.patience);
-    const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 2};
-    const Apart tried = runApart(interrupt, bounds, [&](const Report& /*report*/) {
+    const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 3};
+    const Apart tried = runApart(*context.interrupt, bounds, [&](const Report& /*report*/) {
         divertLibraryLines(context.options.verbose);
         readPicture(photo, cv::IMREAD_COLOR);
     });
@@ -76,12 +75,15 @@ int run(Context& context, int argc, char** argv) {
         if (!context.virtualCamera.photo.empty() && virtualCameraFolders().empty()) {
             tryPhoto(context);
         }
+        context.interrupt->check();
         moveUnderVirtualCamera(context.virtualCamera, argv);
     }
     if (!context.options.verbose) {
         cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     }
     divertLibraryLines(context.options.verbose);
+    context.interrupt->check();
+    context.interrupt.reset();
     context.interrupt = std::make_unique<Interrupt>(context.patience, context.interruptedCode);
     if (context.interruptedCode == kInterrupted) {
         context.interrupt->check();
@@ -96,10 +98,13 @@ int run(Context& context, int argc, char** argv) {
 int main(int argc, char** argv) {
     blockSignals();
     holdStandardStreams();
-    // A closed pipe becomes a failed write instead of killing the process.
+    // A closed pipe and a file past its limit become failed writes instead of killing the process.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     Context context;
     try {
+        // Until the command has its own: a help text, too, may be printed to a reader that hangs.
+        context.interrupt = std::make_unique<Interrupt>(context.patience);
         return run(context, argc, argv);
     } catch (const Interruption& interruption) {
         return interruption.code();

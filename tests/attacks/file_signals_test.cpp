@@ -113,12 +113,15 @@ TEST_F(FileSignals, EndAProgramWhoseOutputNobodyReads) {
     const std::array<char, 4096> fill{};
     while (write(end, fill.data(), fill.size()) > 0) {
     }
-    RunningProgram listing = start({"list", "--json"}, pipe);
-    while (!holdsSignalsBack(listing.process())) {
-        std::this_thread::yield();
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"list", "--json"}, {"--help"}, {"--version"}}) {
+        RunningProgram printing = start(words, pipe);
+        while (!holdsSignalsBack(printing.process())) {
+            std::this_thread::yield();
+        }
+        printing.signal(SIGTERM);
+        EXPECT_EQ(printing.finish(), kInterrupted) << words.front();
     }
-    listing.signal(SIGTERM);
-    EXPECT_EQ(listing.finish(), kInterrupted);
     close(end);
 }
 

@@ -7,9 +7,12 @@
 #include "scenario.h"
 
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -41,6 +44,46 @@ std::vector<CameraDescription> camerasOf(const Options& options) {
         loadPhoto(options.photo);
     }
     return cameras;
+}
+
+// Ends the launcher at a signal that is not ignored, also where its starter has blocked signals.
+class EndsAtSignals {
+  public:
+    EndsAtSignals() {
+        for (std::size_t i = 0; i < kSignals.size(); ++i) {
+            sigaction(kSignals[i], nullptr, &actions_[i]);
+            if (actions_[i].sa_handler != SIG_IGN) {
+                std::signal(kSignals[i], [](int) { _exit(128 + SIGINT); });
+            }
+        }
+        sigset_t signals;
+        sigemptyset(&signals);
+        for (const int signal : kSignals) {
+            sigaddset(&signals, signal);
+        }
+        pthread_sigmask(SIG_UNBLOCK, &signals, &mask_);
+    }
+
+    ~EndsAtSignals() {
+        pthread_sigmask(SIG_SETMASK, &mask_, nullptr);
+        for (std::size_t i = 0; i < kSignals.size(); ++i) {
+            sigaction(kSignals[i], &actions_[i], nullptr);
+        }
+    }
+
+    EndsAtSignals(const EndsAtSignals&) = delete;
+    EndsAtSignals& operator=(const EndsAtSignals&) = delete;
+
+  private:
+    static constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, kSignals.size()> actions_{};
+    sigset_t mask_{};
+};
+
+// Decoding a photo may take seconds.
+std::vector<CameraDescription> camerasUnlessInterrupted(const Options& options) {
+    const EndsAtSignals guard;
+    return camerasOf(options);
 }
 
 // umockdev aborts if it cannot create its folder.
@@ -124,13 +167,13 @@ sigset_t awaitedSignals() {
 
 int runSession(const Options& options) {
     requireTemporaryFolder();
+    const std::vector<CameraDescription> cameras = camerasUnlessInterrupted(options);
     // Blocked before the tree starts its thread, which must not receive them.
     const sigset_t signals = awaitedSignals();
     sigset_t before;
     pthread_sigmask(SIG_BLOCK, &signals, &before);
     UdevTree tree;
     int place = 0;
-    const std::vector<CameraDescription> cameras = camerasOf(options);
     for (const CameraDescription& camera : cameras) {
         tree.add(camera, place, {2 * place, 2 * place + 1});
         ++place;
@@ -142,6 +185,7 @@ int runSession(const Options& options) {
         throw std::runtime_error("cannot start a process");
     }
     if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // the cameras go with the launcher
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
         prepareEnvironment(options);
         become(options);

@@ -38,6 +38,9 @@ void addServeCommand(CLI::App& app, Context& context) {
     command
         ->add_option("--listen", arguments->options.address,
                      "The address to listen at; unless given, this machine alone can reach it")
+        ->check([](const std::string& address) {
+            return address.empty() ? std::string("an address is missing") : std::string();
+        })
         ->type_name("ADDRESS");
     command->add_option("--port", arguments->options.port, "The port; a free one unless given")
         ->check(between(0, kHighestPort))

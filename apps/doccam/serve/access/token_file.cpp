@@ -60,6 +60,7 @@ bool writeToken(const fs::path& path, const std::string& token) {
         return false;
     }
     const bool written =
+        fchmod(file.get(), 0600) == 0 &&
         write(file.get(), token.data(), token.size()) == static_cast<ssize_t>(token.size()) &&
         fsync(file.get()) == 0 && link(draft.c_str(), path.c_str()) == 0;
     unlink(draft.c_str());

@@ -115,7 +115,10 @@ TEST_F(ReportedFaults, OfTheSessionAfterAreNotTakenForThoseOfTheClosedOne) {
     SetFaultCallback(closesAndBegins);
     requestStillOfASheetOutside();
     openSmall(kMjpegFormat);
-    const std::weak_ptr<Frames> framesOfTheClosed = state().session.frames;
+    const auto framesOfTheClosed = [] {
+        const std::lock_guard lock(state().session.framesMutex);
+        return std::weak_ptr<Frames>(state().session.frames);
+    }();
     closedInFault.wait(false);
     while (!framesOfTheClosed.expired()) { // its thread has them
         std::this_thread::yield();

@@ -1,7 +1,7 @@
 #include "command_line.h"
 
 #include "commands/commands.h"
-#include "commands/options/option_checks.h"
+#include "commands/options.h"
 
 #include <doccam/version.h>
 

@@ -1,13 +1,13 @@
 // The cameras and frame sizes found most recently.
 #pragma once
 
+#include "base/files/model_table.h"
+
 #include <array>
 #include <string>
 #include <vector>
 
 namespace doccam::record {
-
-inline constexpr int kModelRows = 9;
 
 // Host threads only.
 struct Discovery {

@@ -13,7 +13,6 @@ namespace doccam {
 
 using record::kBufferCount;
 using record::kCropToSheet;
-using record::kModelRows;
 using record::kNoCodeRequest;
 using record::kNoProcess;
 

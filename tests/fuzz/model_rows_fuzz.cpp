@@ -6,6 +6,7 @@
 
 namespace {
 
+using namespace doccam;
 using namespace doccam::host;
 
 constexpr std::size_t kMaximumRows = 9;
@@ -16,17 +17,18 @@ constexpr const char* kRow = "0c45:6366";
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using doccam::test::require;
     const std::string text(reinterpret_cast<const char*>(data), size);
-    const ModelRows rows = parseModelRows(text);
-    require(rows.rows.size() <= kMaximumRows);
-    require(rows.error.empty() || rows.rows.empty());
+    const ParsedModels rows = parseModels(text);
+    require(rows.models.size() <= kMaximumRows);
+    require(rows.error.empty() || rows.models.empty());
     if (!rows.error.empty()) {
         return 0;
     }
     if (const auto longer = withRow(text, kRow)) {
-        const ModelRows again = parseModelRows(*longer);
-        require(again.rows.size() == rows.rows.size() + 1 && again.rows.back() == kRow);
+        const ParsedModels again = parseModels(*longer);
+        require(again.models.size() == rows.models.size() + 1 &&
+                textOf(again.models.back()) == kRow);
     }
-    const std::size_t fewer = rows.rows.empty() ? 0 : rows.rows.size() - 1;
-    require(parseModelRows(withoutLastRow(text)).rows.size() == fewer);
+    const std::size_t fewer = rows.models.empty() ? 0 : rows.models.size() - 1;
+    require(parseModels(withoutLastRow(text)).models.size() == fewer);
     return 0;
 }

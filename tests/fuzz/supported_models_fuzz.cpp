@@ -1,5 +1,5 @@
 // The text of a table of camera models.
-#include "discovery/supported_models.h"
+#include "base/files/model_table.h"
 #include "fuzz_target.h"
 
 #include <string>

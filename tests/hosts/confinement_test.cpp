@@ -1,9 +1,9 @@
 #include "host/confinement/confinement.h"
-#include "host/confinement/file_rules.h"
 #include "support/scratch_folder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/landlock.h>
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <spawn.h>
@@ -52,6 +52,11 @@ int openError(const fs::path& path, int flags = O_RDONLY) {
     return errorOf(open(path.c_str(), flags | O_CLOEXEC, 0600));
 }
 
+void confine(const Reach& reach, Interrupt& interrupt) {
+    confineFiles(reach, interrupt);
+    confineCalls(reach);
+}
+
 class Confinement : public testing::Test {
   protected:
     Confinement() { std::ofstream(secret_) << "secret"; }
@@ -84,7 +89,8 @@ class FileConfinement : public Confinement {
 
     void SetUp() override {
         Confinement::SetUp();
-        if (!FileRules::supported()) {
+        // The first version that can rename between folders.
+        if (syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) < 2) {
             GTEST_SKIP() << "the kernel has no Landlock";
         }
     }

@@ -1,4 +1,4 @@
-#include "doctor/node_holders.h"
+#include "doctor/examination.h"
 #include "support/scratch_folder.h"
 
 #include <fcntl.h>

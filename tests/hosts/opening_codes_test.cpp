@@ -1,4 +1,4 @@
-#include "camera/opening_codes.h"
+#include "camera/camera_session.h"
 
 #include <doccam/doccam.h>
 

@@ -1,4 +1,4 @@
-#include "camera/picture_format.h"
+#include "camera/cameras.h"
 
 #include <gtest/gtest.h>
 

@@ -61,4 +61,8 @@ class CameraSession {
     FrameFeed& feed_;
 };
 
+// Why openCamera's result code means that the camera cannot be opened and what to do, with a full
+// stop.
+std::string openingAdvice(int code);
+
 } // namespace doccam::host

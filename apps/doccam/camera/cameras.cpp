@@ -1,6 +1,7 @@
 #include "camera/cameras.h"
 
 #include "host/failure.h"
+#include "host/texts.h"
 
 #include <doccam/doccam.h>
 
@@ -17,14 +18,6 @@ constexpr Size kEnlargedFrom{3264, 2448};
     throw Failure(kCameraFailed, "Camera " + std::to_string(index) + " offers no frame size" +
                                      (format ? " in " + nameOf(*format) : std::string()) +
                                      "; doccam doctor says why.");
-}
-
-std::string listed(const std::vector<Size>& sizes) {
-    std::string text;
-    for (const Size size : sizes) {
-        text += (text.empty() ? "" : ", ") + textOf(size);
-    }
-    return text;
 }
 
 // The driver's texts may start with blanks.
@@ -45,13 +38,39 @@ Size choose(int index, Format format, const std::vector<Size>& offered, std::opt
     const Size needed = *size == kEnlarged ? kEnlargedFrom : *size;
     if (std::find(offered.begin(), offered.end(), needed) == offered.end()) {
         throw Failure(kUsage, "Camera " + std::to_string(index) + " has no size " + textOf(*size) +
-                                  " in " + nameOf(format) + "; choose one of " + listed(offered) +
-                                  ".");
+                                  " in " + nameOf(format) + "; choose one of " +
+                                  listed(offered, textOf) + ".");
     }
     return *size;
 }
 
+constexpr int kLargestSide = 99999;
+
+std::optional<int> parseSide(std::string_view text) {
+    const auto side = parseNumber<int>(text);
+    return side && *side >= 1 && *side <= kLargestSide ? side : std::nullopt;
+}
+
 } // namespace
+
+std::string nameOf(Format format) {
+    return format == Format::kMjpeg ? "mjpeg" : "yuyv";
+}
+
+std::string textOf(Size size) {
+    return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
+std::optional<Size> parseSize(const std::string& text) {
+    const auto cross = text.find('x');
+    if (cross == std::string::npos) {
+        return std::nullopt;
+    }
+    const std::string_view whole = text;
+    const auto width = parseSide(whole.substr(0, cross));
+    const auto height = parseSide(whole.substr(cross + 1));
+    return width && height ? std::optional(Size{*width, *height}) : std::nullopt;
+}
 
 std::vector<Camera> attachedCameras() {
     const int count = getDeviceCount();

@@ -2,7 +2,10 @@
 
 #include <doccam/doccam.h>
 
+#include <algorithm>
+
 namespace doccam::host {
+
 std::optional<int> selectorOf(const std::string& name) {
     for (const ControlName& control : kControlNames) {
         if (name == control.text) {
@@ -29,6 +32,30 @@ bool writeControl(int selector, int value) {
 bool resetControl(int selector) {
     const auto state = readControl(selector);
     return state && SetVideoCtlDefaultParam(selector) == state->defaultValue;
+}
+
+bool ChosenControls::set(const std::string& name, std::optional<int> value) {
+    const auto selector = selectorOf(name);
+    const auto state = selector ? readControl(*selector) : std::nullopt;
+    if (!state) {
+        return false;
+    }
+    const int wanted =
+        std::clamp(value.value_or(state->defaultValue), state->minimum, state->maximum);
+    if (!writeControl(*selector, wanted)) {
+        return false;
+    }
+    chosen_.erase(*selector);
+    if (value) {
+        chosen_[*selector] = wanted;
+    }
+    return true;
+}
+
+void ChosenControls::restore() const {
+    for (const auto& [selector, value] : chosen_) {
+        writeControl(selector, value);
+    }
 }
 
 } // namespace doccam::host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -33,5 +34,19 @@ bool writeControl(int selector, int value);
 
 // Whether the camera accepted the control's default.
 bool resetControl(int selector);
+
+// The values that the user has chosen. Call its members while a session is open.
+class ChosenControls {
+  public:
+    // Sets a control to value, clamped to its range, or without value to its default. False if the
+    // camera lacks the control or refuses. restore() sets the value again.
+    bool set(const std::string& name, std::optional<int> value);
+
+    // Applies the values to a camera that was plugged in again.
+    void restore() const;
+
+  private:
+    std::map<int, int> chosen_; // selector, value
+};
 
 } // namespace doccam::host

@@ -3,7 +3,6 @@
 #include <doccam/doccam.h>
 
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <utility>
 
@@ -20,8 +19,6 @@ FrameFeed::FrameFeed()
     SetDataCallback(onFrame);
     SetFaultCallback(onFault);
 }
-
-FrameFeed::~FrameFeed() = default;
 
 void FrameFeed::listen(Listener listener) {
     const std::lock_guard lock(listening_);
@@ -67,7 +64,7 @@ void FrameFeed::onFrame(unsigned char* pixels, int width, int height) {
         const std::lock_guard lock(feed.mutex_);
         ++feed.frames_;
     }
-    feed.announce();
+    eventfd_write(feed.descriptor_, 1);
 }
 
 void FrameFeed::onFault(int fault, const char* message) {
@@ -80,11 +77,7 @@ void FrameFeed::onFault(int fault, const char* message) {
             feed.stillFault_ = {doccam_fault_cause(), message};
         }
     }
-    feed.announce();
-}
-
-void FrameFeed::announce() const {
-    eventfd_write(descriptor_, 1);
+    eventfd_write(feed.descriptor_, 1);
 }
 
 } // namespace doccam::host

@@ -23,9 +23,6 @@ class FrameFeed {
     // The first call registers the library's callbacks. Make it before a camera is opened.
     static FrameFeed& instance();
 
-    FrameFeed(const FrameFeed&) = delete;
-    FrameFeed& operator=(const FrameFeed&) = delete;
-
     // Replaces the listener; an empty one removes it. On return, the previous listener is not
     // running. Not from a listener.
     void listen(Listener listener);
@@ -49,11 +46,9 @@ class FrameFeed {
 
   private:
     FrameFeed();
-    ~FrameFeed();
 
     static void onFrame(unsigned char* pixels, int width, int height);
     static void onFault(int fault, const char* message);
-    void announce() const;
 
     const int descriptor_;
     std::mutex listening_;

@@ -1,9 +1,8 @@
 // doccam capture: stills, one file each.
 #include "commands/commands.h"
-#include "commands/options/still_options.h"
-#include "host/context.h"
+#include "commands/options.h"
 #include "host/failure.h"
-#include "host/result.h"
+#include "host/own_output.h"
 #include "pictures/pdf_file.h"
 #include "pictures/written_file.h"
 

@@ -1,12 +1,12 @@
 // doccam clean: whitens margins and paper of picture files.
 #include "commands/commands.h"
-#include "commands/options/option_checks.h"
+#include "commands/options.h"
 #include "host/apart.h"
 #include "host/confinement/confinement.h"
-#include "host/context.h"
 #include "host/failure.h"
 #include "host/output_file.h"
-#include "host/result.h"
+#include "host/own_output.h"
+#include "host/texts.h"
 #include "pictures/picture_limits.h"
 #include "pictures/reading.h"
 #include "pictures/writing.h"
@@ -16,7 +16,6 @@
 
 #include <opencv2/imgcodecs.hpp>
 
-#include <charconv>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -102,11 +101,7 @@ WrittenFile cleanFile(const Context& context, const std::string& file,
                                   " cannot be cleaned; look whether it is sound, or leave it out.");
     }
     target.publish(target.draft());
-    const auto number = [](const std::string& text) {
-        int value = 0;
-        std::from_chars(text.data(), text.data() + text.size(), value);
-        return value;
-    };
+    const auto number = [](const std::string& text) { return parseNumber<int>(text).value_or(0); };
     return describeFile(target.target().string(),
                         {number(made.reports[0]), number(made.reports[1])});
 }

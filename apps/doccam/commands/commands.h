@@ -2,11 +2,11 @@
 // chosen command sets context.run.
 #pragma once
 
+#include "host/context.h"
+
 #include <CLI/App.hpp>
 
 namespace doccam::host {
-
-struct Context;
 
 void addListCommand(CLI::App& app, Context& context);
 void addServeCommand(CLI::App& app, Context& context);

@@ -2,12 +2,11 @@
 #include "camera/controls.h"
 
 #include "commands/commands.h"
-#include "commands/options/still_options.h"
-#include "host/context.h"
+#include "commands/options.h"
 #include "host/failure.h"
-#include "host/result.h"
+#include "host/own_output.h"
+#include "host/texts.h"
 
-#include <charconv>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,22 +26,16 @@ struct ControlRequest {
 };
 
 std::string allNames() {
-    std::string names;
-    for (const ControlName& control : kControlNames) {
-        names += (names.empty() ? "" : ", ") + std::string(control.text);
-    }
-    return names;
+    return listed(kControlNames, &ControlName::text);
 }
 
 int parseValue(const std::string& text, const std::string& request) {
-    int value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc() || stop != end) {
+    const auto value = parseNumber<int>(text);
+    if (!value) {
         throw Failure(kUsage, "The value in " + request + " is no whole number; write " +
                                   request.substr(0, request.find('=')) + "=10.");
     }
-    return value;
+    return *value;
 }
 
 ControlRequest parseRequest(const std::string& text) {

@@ -3,9 +3,8 @@
 #include "doctor/advice.h"
 #include "doctor/examination.h"
 #include "doctor/model_table.h"
-#include "host/context.h"
 #include "host/failure.h"
-#include "host/result.h"
+#include "host/own_output.h"
 
 #include <algorithm>
 #include <memory>
@@ -118,7 +117,8 @@ int doctor(const Context& context, const DoctorOptions& options) {
 }
 
 std::string refuseOddModel(const std::string& text) {
-    return parseModelRows(text).rows == std::vector<std::string>{text}
+    const auto models = parseModels(text).models;
+    return models.size() == 1 && textOf(models.front()) == text
                ? ""
                : "\"" + text + "\" is no model; write it as 0c45:6366";
 }

@@ -1,7 +1,6 @@
 // doccam focus: makes the camera focus.
 #include "commands/commands.h"
-#include "commands/options/still_options.h"
-#include "host/context.h"
+#include "commands/options.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 

@@ -1,9 +1,8 @@
-// doccam list: the attached cameras.
+// doccam list and doccam sizes: the attached cameras, and the frame sizes that one offers.
 #include "camera/cameras.h"
 #include "commands/commands.h"
-#include "host/context.h"
 #include "host/failure.h"
-#include "host/result.h"
+#include "host/own_output.h"
 
 namespace doccam::host {
 namespace {
@@ -25,6 +24,41 @@ int list(const Context& context) {
     return kDone;
 }
 
+Json asJson(const std::vector<Size>& sizes) {
+    Json array = Json::array();
+    for (const Size size : sizes) {
+        array.push_back({{"width", size.width}, {"height", size.height}});
+    }
+    return array;
+}
+
+std::string asText(Format format, const std::vector<Size>& sizes) {
+    std::string row = nameOf(format) + ":";
+    row.resize(6, ' ');
+    for (const Size size : sizes) {
+        row += ' ' + textOf(size);
+    }
+    return row;
+}
+
+int sizes(const Context& context) {
+    const int camera = context.options.camera;
+    requireCamera(camera);
+    Result result(context.options.json, {{"camera", camera}});
+    bool any = false;
+    for (const Format format : {Format::kMjpeg, Format::kYuyv}) {
+        const std::vector<Size> offered = offeredSizes(camera, format);
+        any = any || !offered.empty();
+        result.value[nameOf(format)] = asJson(offered);
+        result.tell(asText(format, offered));
+    }
+    if (!any) {
+        throw Failure(kCameraFailed, "Camera " + std::to_string(camera) +
+                                         " offers no frame size; doccam doctor says why.");
+    }
+    return kDone;
+}
+
 } // namespace
 
 void addListCommand(CLI::App& app, Context& context) {
@@ -33,6 +67,14 @@ void addListCommand(CLI::App& app, Context& context) {
                     "  doccam list\n"
                     "  doccam list --json");
     command->callback([&context] { context.run = [&context] { return list(context); }; });
+}
+
+void addSizesCommand(CLI::App& app, Context& context) {
+    CLI::App* command = app.add_subcommand("sizes", "List the frame sizes that a camera offers");
+    command->footer("Examples:\n"
+                    "  doccam sizes\n"
+                    "  doccam sizes --camera 1 --json");
+    command->callback([&context] { context.run = [&context] { return sizes(context); }; });
 }
 
 } // namespace doccam::host

@@ -1,7 +1,6 @@
 // doccam pdf: image files as the pages of one PDF.
 #include "commands/commands.h"
 #include "host/apart.h"
-#include "host/context.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pictures/pdf_file.h"
@@ -44,13 +43,9 @@ int pdf(const Context& context, const PdfOptions& options) {
     OutputFile file(options.target, options.force);
     file.publish(draftApart(context, file, options.images));
     const WrittenFile written = describeFile(file.target().string());
-    if (context.options.json) {
-        Json object = asJson(written);
-        object["pages"] = options.images.size();
-        printJson(object);
-    } else {
-        printLine(asText(written));
-    }
+    Result result(context.options.json, asJson(written));
+    result.value["pages"] = options.images.size();
+    result.tell(asText(written));
     return kDone;
 }
 

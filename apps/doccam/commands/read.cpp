@@ -1,12 +1,10 @@
 // doccam read: bar codes and QR codes from picture files or from the camera.
 #include "codes/code_reading.h"
 #include "commands/commands.h"
-#include "commands/options/option_checks.h"
-#include "commands/options/still_options.h"
+#include "commands/options.h"
 #include "host/confinement/confinement.h"
-#include "host/context.h"
 #include "host/failure.h"
-#include "host/result.h"
+#include "host/own_output.h"
 #include "pictures/picture_limits.h"
 
 #include <chrono>

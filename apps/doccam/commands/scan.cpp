@@ -1,8 +1,6 @@
 // doccam scan: sheet after sheet becomes the pages of one PDF.
 #include "commands/commands.h"
-#include "commands/options/option_checks.h"
-#include "commands/options/still_options.h"
-#include "host/context.h"
+#include "commands/options.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pictures/pdf_file.h"
@@ -47,14 +45,10 @@ std::vector<ScannedPage> takePages(const Context& context, const ScanOptions& op
 
 void report(const Context& context, const WrittenFile& written,
             const std::vector<ScannedPage>& pages) {
-    if (!context.options.json) {
-        printLine(asText(written) + "  " + std::to_string(pages.size()) +
-                  (pages.size() == 1 ? " page" : " pages"));
-        return;
-    }
-    Json object = asJson(written);
-    object["pages"] = asJson(pages);
-    printJson(object);
+    Result result(context.options.json, asJson(written));
+    result.value["pages"] = asJson(pages);
+    result.tell(asText(written) + "  " + std::to_string(pages.size()) +
+                (pages.size() == 1 ? " page" : " pages"));
 }
 
 int scan(const Context& context, const ScanOptions& options) {

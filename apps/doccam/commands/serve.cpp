@@ -2,9 +2,7 @@
 #include "serve/serve.h"
 
 #include "commands/commands.h"
-#include "commands/options/option_checks.h"
-#include "commands/options/still_options.h"
-#include "host/context.h"
+#include "commands/options.h"
 
 #include <chrono>
 #include <memory>

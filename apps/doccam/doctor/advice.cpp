@@ -1,5 +1,7 @@
 #include "doctor/advice.h"
 
+#include "host/texts.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -19,13 +21,8 @@ void addTrouble(List& list, const Node& node, const std::string& what, const std
     list.push_back({node.supported ? Level::kTrouble : Level::kNote, titleOf(node), what, remedy});
 }
 
-std::string holdersText(const std::vector<Holder>& holders) {
-    std::string text;
-    for (const Holder& holder : holders) {
-        text += (text.empty() ? "" : ", ") + holder.name + " (process " +
-                std::to_string(holder.process) + ")";
-    }
-    return text;
+std::string holderText(const Holder& holder) {
+    return holder.name + " (process " + std::to_string(holder.process) + ")";
 }
 
 void adviseOnUse(List& list, const Node& node) {
@@ -33,7 +30,7 @@ void adviseOnUse(List& list, const Node& node) {
         addTrouble(list, node, "is in use by a program that cannot be seen from here",
                    "Run sudo doccam doctor to see which, and end it.");
     } else {
-        addTrouble(list, node, "is in use by " + holdersText(node.holders),
+        addTrouble(list, node, "is in use by " + listed(node.holders, holderText),
                    "End that program, then try again.");
     }
 }

@@ -1,27 +1,97 @@
 #include "doctor/examination.h"
 
+#include "base/files/file_placement.h"
+#include "base/handles/udev_handles.h"
+#include "base/unique_fd.h"
 #include "doctor/model_table.h"
-#include "doctor/node_holders.h"
 #include "doctor/stream_trial.h"
-#include "doctor/video_nodes.h"
+#include "host/texts.h"
 
 #include <fcntl.h>
-#include <unistd.h>
+#include <grp.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <set>
 
 namespace doccam::host {
 namespace {
 
-int tryOpening(const std::string& node) {
-    const int descriptor = open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        return errno;
+namespace fs = std::filesystem;
+
+std::string textOrEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+std::string property(udev_device* device, const char* name) {
+    return textOrEmpty(udev_device_get_property_value(device, name));
+}
+
+// Metadata nodes and codec nodes do not.
+bool deliversPictures(udev_device* device) {
+    return property(device, "ID_V4L_CAPABILITIES").find(":capture:") != std::string::npos;
+}
+
+std::string groupOf(const std::string& path) {
+    const auto status = statusOf(path);
+    const group* entry = status ? getgrgid(status->st_gid) : nullptr;
+    return entry != nullptr ? entry->gr_name : "";
+}
+
+Node describe(udev_device* device) {
+    Node node;
+    node.path = textOrEmpty(udev_device_get_devnode(device));
+    node.name = property(device, "ID_V4L_PRODUCT");
+    node.vendor = property(device, "ID_VENDOR_ID");
+    node.product = property(device, "ID_MODEL_ID");
+    node.group = groupOf(node.path);
+    return node;
+}
+
+// All nodes that deliver pictures; none if udev does not respond.
+std::optional<std::vector<Node>> videoNodes() {
+    const UdevContext context(udev_new());
+    const UdevEnumerator enumerator(context ? udev_enumerate_new(context.get()) : nullptr);
+    if (!enumerator || udev_enumerate_add_match_subsystem(enumerator.get(), "video4linux") < 0 ||
+        udev_enumerate_scan_devices(enumerator.get()) < 0) {
+        return std::nullopt;
     }
-    close(descriptor);
-    return 0;
+    std::vector<Node> nodes;
+    for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator.get()); entry != nullptr;
+         entry = udev_list_entry_get_next(entry)) {
+        const UdevDevice device(
+            udev_device_new_from_syspath(context.get(), udev_list_entry_get_name(entry)));
+        if (device && deliversPictures(device.get())) {
+            nodes.push_back(describe(device.get()));
+        }
+    }
+    return nodes;
+}
+
+bool holds(const fs::path& process, const std::string& node) {
+    std::error_code error;
+    for (fs::directory_iterator entry(process / "fd", error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code vanished;
+        if (fs::read_symlink(entry->path(), vanished) == node) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string commandOf(const fs::path& process) {
+    std::ifstream file(process / "comm");
+    std::string name;
+    std::getline(file, name);
+    return name.empty() ? "a program" : name;
+}
+
+int tryOpening(const std::string& node) {
+    const UniqueFd opened(open(node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    return opened.isOpen() ? 0 : errno;
 }
 
 void examine(Node& node, const Interrupt& interrupt) {
@@ -34,17 +104,33 @@ void examine(Node& node, const Interrupt& interrupt) {
 
 } // namespace
 
+std::vector<Holder> holdersOf(const std::string& node, const std::string& processes) {
+    std::vector<Holder> holders;
+    std::error_code error;
+    for (fs::directory_iterator entry(processes, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const auto number = parseNumber<int>(entry->path().filename().string());
+        if (number && *number != getpid() && holds(entry->path(), node)) {
+            holders.push_back({*number, commandOf(entry->path())});
+        }
+    }
+    std::sort(holders.begin(), holders.end(),
+              [](const Holder& a, const Holder& b) { return a.process < b.process; });
+    return holders;
+}
+
 Findings examine(const Interrupt& interrupt) {
     Findings findings;
     findings.table = tableInForce();
     auto nodes = videoNodes();
     findings.deviceManager = nodes.has_value();
     findings.nodes = std::move(nodes).value_or(std::vector<Node>());
-    const auto rows = parseModelRows(findings.table.text).rows;
+    const auto rows = parseModels(findings.table.text).models;
     std::set<std::string> seen;
     for (Node& node : findings.nodes) {
         const std::string model = modelOf(node);
-        node.supported = std::find(rows.begin(), rows.end(), model) != rows.end();
+        node.supported = std::any_of(rows.begin(), rows.end(),
+                                     [&](const ModelId& row) { return textOf(row) == model; });
         node.secondOfModel = node.supported && !seen.insert(model).second;
         examine(node, interrupt);
     }

@@ -1,7 +1,7 @@
 // Checking a frame's bytes.
 #pragma once
 
-#include "camera/picture_format.h"
+#include "camera/cameras.h"
 
 #include <cstdint>
 #include <span>

@@ -1,22 +1,13 @@
-// Reading and extending the file of supported models.
+// Extending the file of supported models.
 #pragma once
 
+#include "base/files/model_table.h"
 #include "doctor/findings.h"
 
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace doccam::host {
-
-struct ModelRows {
-    std::vector<std::string> rows; // "vvvv:pppp"
-    std::string error;             // names the line; no rows are used then
-};
-
-// Parses rows "vvvv:pppp  # remark" like the library: at most nine, lower-case digits.
-ModelRows parseModelRows(std::string_view text);
 
 // The text with one more row at its end; none if it already has nine.
 std::optional<std::string> withRow(const std::string& text, const std::string& row);

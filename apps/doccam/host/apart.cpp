@@ -1,5 +1,6 @@
 #include "host/apart.h"
 
+#include "base/unique_fd.h"
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 
@@ -32,22 +33,6 @@ constexpr std::int32_t kReport = -1;
 constexpr std::size_t kMaximumBytes = 1 << 20; // all messages together
 
 using Clock = std::chrono::steady_clock;
-
-class Descriptor {
-  public:
-    explicit Descriptor(int number)
-      : number_(number) {}
-
-    ~Descriptor() { close(number_); }
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int number() const { return number_; }
-
-  private:
-    int number_;
-};
 
 [[noreturn]] void failToStart() {
     throw Failure(kFileFailed, std::string("No process can be started to read the files (") +
@@ -252,8 +237,8 @@ Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         failToStart();
     }
-    const Descriptor from(ends[0]);
-    std::optional<Descriptor> to(std::in_place, ends[1]);
+    const UniqueFd from(ends[0]);
+    UniqueFd to(ends[1]);
     std::fflush(stdout);
     const std::uint64_t before = bytesInUse();
     const pid_t parent = getpid();
@@ -262,11 +247,11 @@ Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
         failToStart();
     }
     if (process == 0) {
-        workInCopy(to->number(), parent, bounds, before, work);
+        workInCopy(to.get(), parent, bounds, before, work);
     }
     to.reset();
     Copy copy(process);
-    Messages messages(from.number());
+    Messages messages(from.get());
     const auto end = bounds.wall ? std::optional(Clock::now() + *bounds.wall) : std::nullopt;
     return messages.after(follow(copy, messages, interrupt, end));
 }

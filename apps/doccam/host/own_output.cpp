@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace doccam::host {
 namespace {
@@ -96,6 +97,44 @@ void finishOutput() {
         throw Failure(kFileFailed, "Standard output could not be written; look whether its reader "
                                    "has ended or its disk is full.");
     }
+}
+
+Result::Result(bool json, Json initial)
+  : value(std::move(initial))
+  , json_(json) {}
+
+Result::~Result() {
+    if (json_) {
+        printJson(value);
+        std::fflush(out());
+    }
+}
+
+void Result::add(const Json& row, const std::string& line) {
+    value.push_back(row);
+    tell(line);
+}
+
+void Result::tell(const std::string& line) const {
+    if (!json_) {
+        printLine(line);
+        std::fflush(out());
+    }
+}
+
+ProgressLine::ProgressLine()
+  : terminal_(isatty(fileno(err())) == 1) {}
+
+ProgressLine::~ProgressLine() {
+    if (open_) {
+        std::fputc('\n', err());
+    }
+}
+
+void ProgressLine::show(const std::string& text) {
+    std::fprintf(err(), terminal_ ? "\r\033[K%s" : "%s\n", text.c_str());
+    std::fflush(err());
+    open_ = terminal_;
 }
 
 } // namespace doccam::host

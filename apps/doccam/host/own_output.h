@@ -39,4 +39,40 @@ void printJson(const Json& value);
 // Flushes the output. Throws Failure if the reader has gone or the disk is full.
 void finishOutput();
 
+// A command's results. With json, prints value on destruction, so that a command that fails
+// half-way still reports what it did.
+class Result {
+  public:
+    Result(bool json, Json initial);
+    ~Result();
+    Result(const Result&) = delete;
+    Result& operator=(const Result&) = delete;
+
+    // Adds row to the array value, or prints the line at once without json.
+    void add(const Json& row, const std::string& line);
+
+    // Prints the line, except with json.
+    void tell(const std::string& line) const;
+
+    Json value;
+
+  private:
+    bool json_;
+};
+
+// Progress on standard error: on a terminal a single line, overwritten; elsewhere one line each.
+class ProgressLine {
+  public:
+    ProgressLine();
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void show(const std::string& text);
+
+  private:
+    bool terminal_;
+    bool open_ = false;
+};
+
 } // namespace doccam::host

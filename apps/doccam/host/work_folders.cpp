@@ -1,8 +1,11 @@
 #include "host/work_folders.h"
 
+#include "base/files/file_placement.h"
+#include "base/unique_fd.h"
+#include "host/texts.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -10,7 +13,6 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -37,28 +39,24 @@ std::vector<fs::path>& ownFolders() {
     return folders;
 }
 
-bool isOwnedBy(const struct stat& status, mode_t type) {
-    return (status.st_mode & S_IFMT) == type && status.st_uid == geteuid();
+bool isOwn(const std::optional<struct stat>& status, mode_t type) {
+    return status && (status->st_mode & S_IFMT) == type && status->st_uid == geteuid();
 }
 
-// Locks the open folder's owner file, which only this user can have created. With flags O_CREAT |
-// O_EXCL it is created first. Negative if another process has the lock, the folder is not ours or
-// has gone, or the file system has no locks.
-int lockOwner(int folder, int flags) {
-    const int owner = openat(folder, kOwner, O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, 0600);
-
-    struct stat status {};
-
-    if (owner >= 0 && (flock(owner, LOCK_EX | LOCK_NB) != 0 || fstat(owner, &status) != 0 ||
-                       !isOwnedBy(status, S_IFREG) || status.st_nlink == 0)) {
-        close(owner);
-        return -1;
+// Locks the open folder's owner file, which only this user can have created; with flags O_CREAT |
+// O_EXCL creates it first. Not open if another process has the lock, the folder is not ours or has
+// gone, or the file system has no locks.
+UniqueFd lockOwner(const UniqueFd& folder, int flags) {
+    UniqueFd owner(openat(folder.get(), kOwner, O_RDWR | O_NOFOLLOW | O_CLOEXEC | flags, 0600));
+    if (!owner.isOpen() || flock(owner.get(), LOCK_EX | LOCK_NB) != 0) {
+        return {};
     }
-    return owner;
+    const auto status = statusOf(owner.get());
+    return isOwn(status, S_IFREG) && status->st_nlink > 0 ? std::move(owner) : UniqueFd();
 }
 
-int openFolder(const fs::path& path) {
-    return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+UniqueFd openFolder(const fs::path& path) {
+    return UniqueFd(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 bool hasWorkFoldersName(const std::string& name) {
@@ -66,13 +64,6 @@ bool hasWorkFoldersName(const std::string& name) {
     return name.size() == prefix.size() + kRandomLetters && name.starts_with(prefix) &&
            std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end(),
                        [](unsigned char letter) { return std::isalnum(letter) != 0; });
-}
-
-bool isOwnPrivateFolder(int folder) {
-    struct stat status {};
-
-    return fstat(folder, &status) == 0 && isOwnedBy(status, S_IFDIR) &&
-           (status.st_mode & 0777) == 0700;
 }
 
 // Other machines' locks are not visible on these.
@@ -111,32 +102,25 @@ void removeAll(const fs::path& path) {
 }
 
 void removeIfAbandoned(const fs::path& path) {
-    const int folder = openFolder(path);
-    if (folder < 0) {
+    const UniqueFd folder = openFolder(path);
+    const auto status = statusOf(folder.get());
+    if (!isOwn(status, S_IFDIR) || (status->st_mode & 0777) != 0700) {
         return;
     }
-    if (const int owner = isOwnPrivateFolder(folder) ? lockOwner(folder, 0) : -1; owner >= 0) {
+    if (const UniqueFd owner = lockOwner(folder, 0); owner.isOpen()) {
         // Others with write access might replace the path, so go through the open folder.
-        removeContent("/proc/self/fd/" + std::to_string(folder));
+        removeContent("/proc/self/fd/" + std::to_string(folder.get()));
         rmdir(path.c_str());
-        close(owner);
     }
-    close(folder);
 }
 
 // The process that owns an unfinished file of the library, .doccam-PROCESS-NUMBER; 0 for any other
 // name.
 pid_t processOf(const std::string& name) {
     const std::string_view rest = std::string_view(name).substr(std::strlen(kPrefix));
-    pid_t process = 0;
-    unsigned number = 0;
-    const char* const end = rest.data() + rest.size();
-    const auto first = std::from_chars(rest.data(), end, process);
-    if (first.ec != std::errc() || first.ptr == end || *first.ptr != '-') {
-        return 0;
-    }
-    const auto second = std::from_chars(first.ptr + 1, end, number);
-    return second.ec == std::errc() && second.ptr == end && process > 0 ? process : 0;
+    const std::size_t dash = std::min(rest.find('-'), rest.size() - 1);
+    const auto process = parseNumber<pid_t>(rest.substr(0, dash));
+    return process && parseNumber<unsigned>(rest.substr(dash + 1)) ? *process : 0;
 }
 
 // Process numbers are reused, and may be invisible across containers, so only the lock is reliable.
@@ -144,21 +128,16 @@ void removeIfAbandoned(const fs::path& path, pid_t process) {
     if (kill(process, 0) == 0 || errno != ESRCH) {
         return;
     }
-    const int file = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) {
-        return;
-    }
-
-    struct stat opened {};
+    const UniqueFd file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const auto opened = statusOf(file.get());
 
     struct stat named {};
 
-    if (fstat(file, &opened) == 0 && isOwnedBy(opened, S_IFREG) && opened.st_nlink == 1 &&
-        flock(file, LOCK_EX | LOCK_NB) == 0 && lstat(path.c_str(), &named) == 0 &&
-        named.st_dev == opened.st_dev && named.st_ino == opened.st_ino) {
+    if (isOwn(opened, S_IFREG) && opened->st_nlink == 1 &&
+        flock(file.get(), LOCK_EX | LOCK_NB) == 0 && lstat(path.c_str(), &named) == 0 &&
+        named.st_dev == opened->st_dev && named.st_ino == opened->st_ino) {
         unlink(path.c_str());
     }
-    close(file);
 }
 
 void removeAbandoned(const fs::path& place) {
@@ -188,20 +167,21 @@ fs::path makeFolder(const fs::path& place) {
 } // namespace
 
 WorkFolder::WorkFolder(const fs::path& place) {
+    if (place.empty()) {
+        return;
+    }
     removeAbandoned(place);
     const std::lock_guard guard(listing);
     // Another process may take it for abandoned before it is locked.
-    for (int attempt = 0; attempt < kAttempts && lock_ < 0; ++attempt) {
+    for (int attempt = 0; attempt < kAttempts && !lock_.isOpen(); ++attempt) {
         path_ = makeFolder(place);
         if (path_.empty()) {
             return;
         }
         std::error_code ignored;
         ownFolders().push_back(fs::absolute(path_, ignored));
-        const int folder = openFolder(path_);
-        lock_ = lockOwner(folder, O_CREAT | O_EXCL);
-        close(folder);
-        if (lock_ < 0 && fs::exists(path_, ignored)) {
+        lock_ = lockOwner(openFolder(path_), O_CREAT | O_EXCL);
+        if (!lock_.isOpen() && fs::exists(path_, ignored)) {
             return; // the file system has no locks
         }
     }
@@ -215,11 +195,7 @@ WorkFolder::~WorkFolder() {
     const fs::path listed = fs::absolute(path_, ignored);
     removeAll(path_);
     const std::lock_guard guard(listing);
-    auto& own = ownFolders();
-    own.erase(std::remove(own.begin(), own.end(), listed), own.end());
-    if (lock_ >= 0) {
-        close(lock_);
-    }
+    std::erase(ownFolders(), listed);
 }
 
 void removeWorkFolders() {

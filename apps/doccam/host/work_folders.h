@@ -1,9 +1,9 @@
 // The hidden folders in which files are made before they are renamed to their targets.
 #pragma once
 
+#include "base/unique_fd.h"
+
 #include <filesystem>
-#include <optional>
-#include <string>
 
 namespace doccam::host {
 
@@ -12,18 +12,17 @@ namespace doccam::host {
 class WorkFolder {
   public:
     // Creates it, and removes those left in the same place by dead processes of this user, together
-    // with the library's unfinished files. On failure path() is empty and errno is set.
+    // with the library's unfinished files. On failure path() is empty and errno is set. There is
+    // none in an empty place.
     explicit WorkFolder(const std::filesystem::path& place);
     // Removes it with its contents.
     ~WorkFolder();
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
 
   private:
     std::filesystem::path path_;
-    int lock_ = -1;
+    UniqueFd lock_;
 };
 
 // Removes all of this process's work folders before an immediate exit. Waits only briefly for a

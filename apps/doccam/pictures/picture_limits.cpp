@@ -1,10 +1,9 @@
 #include "pictures/picture_limits.h"
 
 #include "host/failure.h"
+#include "host/texts.h"
 
-#include <charconv>
 #include <cstdlib>
-#include <string_view>
 
 namespace doccam::host {
 namespace {
@@ -23,11 +22,8 @@ int setting(const char* name, int otherwise) {
     if (set == nullptr || *set == '\0') {
         return otherwise;
     }
-    const std::string_view text(set);
-    int value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc() || stop != end || value < 1 || value > kMaximum) {
+    const int value = parseNumber<int>(set).value_or(0);
+    if (value < 1 || value > kMaximum) {
         throw Failure(kUsage, std::string("The environment sets ") + name + " to \"" + set +
                                   "\"; give a whole number from 1 to 1000.");
     }

@@ -1,9 +1,11 @@
 #include "scan/scanning.h"
 
 #include "host/line_input.h"
-#include "host/progress_line.h"
+#include "host/own_output.h"
+#include "pictures/written_file.h"
 #include "scan/sheet_watch.h"
-#include "scan/watched_frames.h"
+
+#include <filesystem>
 
 namespace doccam::host {
 namespace {
@@ -107,6 +109,19 @@ class AutomaticScan {
 };
 
 } // namespace
+
+const ScannedPage& PageStack::take(bool crop) {
+    const std::string path = file_.part("scan" + std::to_string(pages_.size() + 1) + ".jpg");
+    session_.still(path, crop);
+    const WrittenFile written = describeFile(path);
+    return pages_.emplace_back(ScannedPage{path, written.width, written.height, crop});
+}
+
+void PageStack::discardLast() {
+    std::error_code ignored;
+    std::filesystem::remove(pages_.back().path, ignored);
+    pages_.pop_back();
+}
 
 void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
     if (plan.automatic) {

@@ -1,7 +1,11 @@
 // Detecting when a new sheet has come to rest under the camera.
 #pragma once
 
+#include "camera/camera_session.h"
+
 #include <opencv2/core.hpp>
+
+#include <mutex>
 
 namespace doccam::host {
 
@@ -39,6 +43,28 @@ class SheetWatch {
     int calm_ = 0;
     cv::Mat taken_;
     cv::Mat dismissed_;
+};
+
+// The newest frame of a session, as reducedGrey. Listens to the session's frames during its
+// lifetime, except while the session searches for a sheet; call resume() afterwards.
+class WatchedFrames {
+  public:
+    explicit WatchedFrames(CameraSession& session);
+    ~WatchedFrames();
+
+    // Drops the current frame and listens again.
+    void resume();
+
+    // The newest frame not yet taken; empty if there is none.
+    cv::Mat take();
+
+    // Waits for the next frame.
+    cv::Mat next();
+
+  private:
+    CameraSession& session_;
+    std::mutex mutex_;
+    cv::Mat newest_;
 };
 
 } // namespace doccam::host

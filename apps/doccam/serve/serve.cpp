@@ -3,7 +3,7 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
-#include "serve/access/addresses.h"
+#include "serve/access/access.h"
 #include "serve/access/token_file.h"
 #include "serve/commands/commands.h"
 #include "serve/live/picture_encoder.h"
@@ -24,7 +24,7 @@ class Encoding {
     Encoding(PictureHandover& handover, PictureFeed& feed)
       : handover_(handover)
       , feed_(feed)
-      , thread_([this] { run(); }) {}
+      , thread_(ownedThread([this] { run(); })) {}
 
     ~Encoding() {
         feed_.close();
@@ -50,7 +50,7 @@ class Encoding {
     PictureHandover& handover_;
     PictureFeed& feed_;
     PictureEncoder encoder_;
-    OwnedThread thread_;
+    std::jthread thread_;
 };
 
 // Releases requests that wait for a command, a picture or an event, so that the server can end.

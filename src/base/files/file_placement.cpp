@@ -49,6 +49,15 @@ std::optional<struct stat> statusOf(const std::string& path) {
     return status;
 }
 
+std::optional<struct stat> statusOf(int file) {
+    struct stat status {};
+
+    if (fstat(file, &status) != 0) {
+        return std::nullopt;
+    }
+    return status;
+}
+
 std::string endOfLinks(const std::string& path) {
     fs::path end = path;
     std::error_code notALink;

@@ -11,6 +11,9 @@ namespace doccam {
 // None with errno set if path leads to no file or may not be inspected.
 std::optional<struct stat> statusOf(const std::string& path);
 
+// The same of an open file.
+std::optional<struct stat> statusOf(int file);
+
 // The end of the chain of symbolic links that starts at path, whether or not a file is there.
 std::string endOfLinks(const std::string& path);
 

@@ -1,5 +1,5 @@
 // What to open in a browser.
-#include "serve/access/addresses.h"
+#include "serve/access/access.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

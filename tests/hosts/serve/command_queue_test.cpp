@@ -1,10 +1,13 @@
-// The queue of work for the one thread that calls the library.
+// The queue of work for the thread that calls the library, and for those that serve requests.
 #include "serve/commands/command_queue.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -16,10 +19,7 @@ class Server {
   public:
     explicit Server(CommandQueue& queue)
       : queue_(queue)
-      , thread_([&queue] {
-          while (queue.serve(kLong)) {
-          }
-      }) {}
+      , thread_([&queue] { queue.serve(); }) {}
 
     ~Server() {
         queue_.close();
@@ -35,6 +35,10 @@ class Server {
     CommandQueue& queue_;
     std::thread thread_;
 };
+
+bool offer(CommandQueue& queue, std::function<void()> command) {
+    return queue.offer(command);
+}
 
 } // namespace
 
@@ -108,6 +112,54 @@ TEST(CommandQueue, HasItsGivenLengthAndRefusal) {
     } catch (const Busy& refusal) {
         EXPECT_STREQ(refusal.what(), "come back later");
     }
+}
+
+TEST(CommandQueue, RefusesAnOfferBeyondItsLengthWhileItsThreadIsBusy) {
+    std::promise<void> begun;
+    std::promise<void> released;
+    CommandQueue queue(1);
+    const Server server(queue);
+    EXPECT_TRUE(offer(queue, [&] {
+        begun.set_value();
+        released.get_future().wait();
+    }));
+    begun.get_future().wait();
+    EXPECT_TRUE(offer(queue, [] {}));
+    std::function<void()> refused = [] {};
+    EXPECT_FALSE(queue.offer(refused));
+    EXPECT_TRUE(refused);
+    released.set_value();
+}
+
+TEST(CommandQueue, AcceptsAnOfferForEachIdleThread) {
+    CommandQueue queue(0);
+    EXPECT_FALSE(offer(queue, [] {}));
+    const Server first(queue);
+    const Server second(queue);
+    std::promise<void> begun[2];
+    std::promise<void> released;
+    const std::shared_future<void> mayEnd = released.get_future().share();
+    for (std::promise<void>& one : begun) {
+        while (!offer(queue, [&] {
+            one.set_value();
+            mayEnd.wait();
+        })) {
+            std::this_thread::yield(); // until the thread is idle
+        }
+        one.get_future().wait();
+    }
+    EXPECT_FALSE(offer(queue, [] {}));
+    released.set_value();
+}
+
+TEST(CommandQueue, DropsWaitingOffersWhenItCloses) {
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> kept = held;
+    CommandQueue queue;
+    EXPECT_TRUE(offer(queue, [held] {}));
+    held.reset();
+    queue.close();
+    EXPECT_TRUE(kept.expired());
 }
 
 TEST(CommandQueue, KeepsServingWithoutCommands) {

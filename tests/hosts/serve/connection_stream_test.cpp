@@ -1,5 +1,5 @@
 // Reading and writing on a connection, with time limits.
-#include "serve/http/connection_stream.h"
+#include "serve/http/request_server.h"
 #include "waiting.h"
 
 #include <gtest/gtest.h>

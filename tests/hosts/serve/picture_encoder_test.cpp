@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kTolerance = 4;
 
-constexpr FormSize kForm{64, 48};
+constexpr host::Size kForm{64, 48};
 
 FormPicture withRed(const Place& place) {
     std::vector<unsigned char> picture;

@@ -26,7 +26,7 @@ TEST(PictureHandover, HandsOverAPictureAndItsPosition) {
     give(handover, 9);
     FormPicture form;
     ASSERT_TRUE(handover.take(form));
-    EXPECT_EQ(form.size, (FormSize{10, 20}));
+    EXPECT_EQ(form.size, (host::Size{10, 20}));
     EXPECT_EQ(form.place, (Place{1, 3, 4, 2}));
     EXPECT_EQ(firstOf(form), 9);
 }

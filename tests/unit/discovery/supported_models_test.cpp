@@ -1,4 +1,4 @@
-#include "discovery/supported_models.h"
+#include "base/files/model_table.h"
 #include "state/library_state.h"
 #include "support/model_tables.h"
 #include "support/scratch_folder.h"
@@ -25,7 +25,7 @@ std::string written(const test::ScratchFolder& folder, const std::string& text) 
 std::vector<std::string> rowsOf(const ParsedModels& parsed) {
     std::vector<std::string> rows;
     for (const ModelId& model : parsed.models) {
-        rows.push_back(std::string(model.vendor.data()) + ":" + model.product.data());
+        rows.push_back(textOf(model));
     }
     return rows;
 }
@@ -35,6 +35,7 @@ TEST(SupportedModels, ReadsItsRowsInOrderUnlessALineIsMalformed) {
         const ParsedModels parsed = parseModels(table.text);
         EXPECT_EQ(rowsOf(parsed), table.rows) << table.text;
         EXPECT_EQ(parsed.errorLine, table.errorLine) << table.text;
+        EXPECT_EQ(parsed.tooMany, table.errorLine == 10) << table.text;
         EXPECT_EQ(parsed.error.empty(), table.errorLine == 0) << table.text;
     }
 }

@@ -17,19 +17,18 @@ struct Reach {
     bool connections = false;                   // accepted from an already listening socket
 };
 
-// Permanently drops all other access: in one step, or in two if sockets are created in between.
-// Does nothing in instrumented builds, whose runtimes need more.
-void confine(const Reach& reach, Interrupt& interrupt);
+// Each permanently drops other access: in two steps, as sockets may be created in between. Both do
+// nothing in instrumented builds, whose runtimes need more.
 
 // Restricts file access with Landlock if the kernel has it (Linux 5.19). Applies to the calling
 // thread, those it starts later, and the one that waits for signals: call it before other threads
 // exist.
 void confineFiles(const Reach& reach, Interrupt& interrupt);
 
-// Prevents starting programs and processes, creating sockets, and tracing or signalling other
-// processes, with a seccomp filter for all threads. Such calls fail with EPERM, and the process
-// continues; if the filter cannot be installed, it prints a warning and continues. A program needed
-// later must be started before, and connected by a pipe.
+// Restricts system calls with a seccomp filter for all threads; prints a warning if it cannot be
+// installed. Starting programs and processes, signalling or tracing others, and creating sockets
+// fail with EPERM. All other disallowed calls fail with ENOSYS, as on an older kernel, so that the
+// C library falls back to alternatives, which it would not for EPERM.
 void confineCalls(const Reach& reach);
 
 } // namespace doccam::host

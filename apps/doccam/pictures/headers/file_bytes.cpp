@@ -1,26 +1,19 @@
 #include "pictures/headers/file_bytes.h"
 
+#include "base/files/file_placement.h"
+
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace doccam::host {
 
 // An ordinary open() would block on a pipe without a writer.
 FileBytes::FileBytes(const std::string& path)
   : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
-    struct stat status {};
-
-    if (isOpen() && (fstat(file_, &status) != 0 || !S_ISREG(status.st_mode))) {
-        close(file_);
-        file_ = -1;
-    }
-    size_ = isOpen() ? static_cast<std::uint64_t>(status.st_size) : 0;
-}
-
-FileBytes::~FileBytes() {
-    if (isOpen()) {
-        close(file_);
+    const auto status = statusOf(file_.get());
+    if (status && S_ISREG(status->st_mode)) {
+        size_ = static_cast<std::uint64_t>(status->st_size);
+    } else {
+        file_.reset();
     }
 }
 
@@ -29,7 +22,8 @@ bool FileBytes::load(std::uint64_t offset) {
         return false;
     }
     windowStart_ = offset;
-    const ssize_t count = pread(file_, window_.data(), window_.size(), static_cast<off_t>(offset));
+    const ssize_t count =
+        pread(file_.get(), window_.data(), window_.size(), static_cast<off_t>(offset));
     windowSize_ = count > 0 ? static_cast<std::size_t>(count) : 0;
     return windowSize_ > 0;
 }

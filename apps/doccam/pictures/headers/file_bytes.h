@@ -1,6 +1,8 @@
 // Random access to a file's bytes without reading all of it.
 #pragma once
 
+#include "base/unique_fd.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -14,11 +16,8 @@ class FileBytes {
   public:
     // Opens the file at path if it is a regular file; otherwise isOpen() is false.
     explicit FileBytes(const std::string& path);
-    ~FileBytes();
-    FileBytes(const FileBytes&) = delete;
-    FileBytes& operator=(const FileBytes&) = delete;
 
-    bool isOpen() const { return file_ >= 0; }
+    bool isOpen() const { return file_.isOpen(); }
 
     std::uint64_t size() const { return size_; }
 
@@ -34,7 +33,7 @@ class FileBytes {
   private:
     bool load(std::uint64_t offset);
 
-    int file_ = -1;
+    UniqueFd file_;
     std::uint64_t size_ = 0;
     std::uint64_t windowStart_ = 0;
     std::size_t windowSize_ = 0;

@@ -1,4 +1,4 @@
-// Parsers for the picture types' headers, for content with the type's signature.
+// Parsers for the headers of types in a file of their own, for content with the type's signature.
 #pragma once
 
 #include "pictures/headers/picture_header.h"
@@ -6,11 +6,7 @@
 namespace doccam::host {
 
 std::optional<PictureHeader> readJpegHeader(FileBytes& file);
-std::optional<PictureHeader> readPngHeader(FileBytes& file);
 std::optional<PictureHeader> readTiffHeader(FileBytes& file);
-std::optional<PictureHeader> readBmpHeader(FileBytes& file);
-std::optional<PictureHeader> readWebpHeader(FileBytes& file);
-std::optional<PictureHeader> readPnmHeader(FileBytes& file);
 
 // A header of one page that is decoded without working memory. None if a side is 0 or longer than
 // OpenCV accepts.

@@ -42,14 +42,12 @@ struct Sampling {
 
 // libjpeg keeps all coefficients of a picture with several scans.
 std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sampling>& parts) {
-    const auto less = [](unsigned Sampling::*side) {
-        return [side](const Sampling& a, const Sampling& b) { return a.*side < b.*side; };
-    };
-    const auto across =
-        std::max_element(parts.begin(), parts.end(), less(&Sampling::across))->across;
-    const auto down = std::max_element(parts.begin(), parts.end(), less(&Sampling::down))->down;
-    const std::uint64_t unitsAcross = unitsIn(header.width, across * kBlockSide);
-    const std::uint64_t unitsDown = unitsIn(header.height, down * kBlockSide);
+    Sampling maximum;
+    for (const Sampling& part : parts) {
+        maximum = {std::max(maximum.across, part.across), std::max(maximum.down, part.down)};
+    }
+    const std::uint64_t unitsAcross = unitsIn(header.width, maximum.across * kBlockSide);
+    const std::uint64_t unitsDown = unitsIn(header.height, maximum.down * kBlockSide);
     std::uint64_t blocks = 0;
     for (const Sampling& part : parts) {
         blocks += unitsAcross * part.across * unitsDown * part.down;
@@ -58,48 +56,13 @@ std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sa
 }
 
 // Iterates over the markers like libjpeg.
-class Markers {
-  public:
-    explicit Markers(FileBytes& file)
-      : file_(file) {}
-
-    // The next marker; none at the end of the file.
-    std::optional<std::uint8_t> next() {
-        bool afterFill = false;
-        while (const auto byte = file_.at(at_)) {
-            ++at_;
-            // 0xFF followed by zero is an ordinary byte of a scan.
-            if (afterFill && *byte != 0xFF && *byte != 0) {
-                return byte;
-            }
-            afterFill = *byte == 0xFF;
-        }
-        return std::nullopt;
-    }
-
-    // The position of the last found marker's segment, starting with its length.
-    std::uint64_t segment() const { return at_; }
-
-    // Skips the segment. False if it is truncated.
-    bool skipSegment() {
-        const auto length = file_.bigEndian(at_, 2);
-        at_ += std::max<std::uint64_t>(length.value_or(0), 2);
-        return length.has_value();
-    }
-
-  private:
-    FileBytes& file_;
-    std::uint64_t at_ = 0;
-};
-
 class JpegHeader {
   public:
     explicit JpegHeader(FileBytes& file)
-      : file_(file)
-      , markers_(file) {}
+      : file_(file) {}
 
     std::optional<PictureHeader> read() {
-        while (const auto marker = markers_.next()) {
+        while (const auto marker = nextMarker()) {
             if (isReserved(*marker) && scans_ > 0) {
                 // Searching for the next restart marker, libjpeg drops the marker but not what
                 // follows.
@@ -122,6 +85,20 @@ class JpegHeader {
     }
 
   private:
+    // None at the end of the file.
+    std::optional<std::uint8_t> nextMarker() {
+        bool afterFill = false;
+        while (const auto byte = file_.at(at_)) {
+            ++at_;
+            // 0xFF followed by zero is an ordinary byte of a scan.
+            if (afterFill && *byte != 0xFF && *byte != 0) {
+                return byte;
+            }
+            afterFill = *byte == 0xFF;
+        }
+        return std::nullopt;
+    }
+
     // False for a segment on which libjpeg gives up.
     bool take(std::uint8_t marker) {
         if (isFrameHeader(marker)) {
@@ -130,22 +107,23 @@ class JpegHeader {
             }
             inScans_ = isProgressive(marker);
         } else if (marker == kStartOfScan) {
-            const auto parts = file_.at(markers_.segment() + 2);
+            const auto parts = file_.at(at_ + 2);
             inScans_ = inScans_ || parts.value_or(0) < parts_.size();
             ++scans_;
         }
-        exif_ = exif_ || (marker == kApp1 && file_.startsWith(markers_.segment() + 2, "Exif"));
-        return ++segments_ <= kMaximumSegments && markers_.skipSegment();
+        exif_ = exif_ || (marker == kApp1 && file_.startsWith(at_ + 2, "Exif"));
+        const auto length = file_.bigEndian(at_, 2);
+        at_ += std::max<std::uint64_t>(length.value_or(0), 2);
+        return ++segments_ <= kMaximumSegments && length;
     }
 
     bool readFrame() {
-        const std::uint64_t at = markers_.segment();
-        const auto height = file_.bigEndian(at + 3, 2);
-        const auto width = file_.bigEndian(at + 5, 2);
-        const auto count = file_.at(at + 7);
+        const auto height = file_.bigEndian(at_ + 3, 2);
+        const auto width = file_.bigEndian(at_ + 5, 2);
+        const auto count = file_.at(at_ + 7);
         header_ = plainHeader(width.value_or(0), height.value_or(0));
         for (unsigned i = 0; i < count.value_or(0); ++i) {
-            const unsigned factors = file_.at(at + 9 + std::uint64_t{3} * i).value_or(0);
+            const unsigned factors = file_.at(at_ + 9 + std::uint64_t{3} * i).value_or(0);
             const Sampling part{factors >> 4, factors & 15};
             if (part.across < 1 || part.across > kMaximumSampling || part.down < 1 ||
                 part.down > kMaximumSampling) {
@@ -157,7 +135,7 @@ class JpegHeader {
     }
 
     FileBytes& file_;
-    Markers markers_;
+    std::uint64_t at_ = 0; // past the last marker: its segment, starting with its length
     std::optional<PictureHeader> header_;
     std::vector<Sampling> parts_;
     std::uint64_t scans_ = 0;

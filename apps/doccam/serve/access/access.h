@@ -1,5 +1,5 @@
 // Access control: a token known only to the user who started the server, and the server's own
-// names.
+// names and addresses.
 #pragma once
 
 #include <cstddef>
@@ -34,14 +34,13 @@ std::string randomToken();
 // Whether two texts are equal, in a time that depends only on their lengths.
 bool sameSecret(std::string_view left, std::string_view right);
 
-// A host name or number for use in an address: with brackets if it has colons.
-std::string inAddress(const std::string& name);
-
 // The rules for a server that listens on address (a name or a number) and port.
 AccessRules rulesFor(const std::string& address, int port, const std::string& token);
 
-// Whether address is a loopback address.
-bool isLoopback(std::string_view address);
+// The addresses to open for a server that listens on address: the address itself, or for a wildcard
+// all of the machine's of that kind. The token is in the fragment, which browsers never send.
+std::vector<std::string> addressesOf(const std::string& address, int port,
+                                     const std::string& token);
 
 // Checks Host and Origin before the token, so that a foreign page learns nothing about the token.
 // The token must be in a header: browsers send cookies to every port of a host.

@@ -1,6 +1,7 @@
 #include "serve/access/admission.h"
 
-#include <charconv>
+#include "host/texts.h"
+
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -20,11 +21,8 @@ Credentials credentialsOf(const RequestHead& head) {
 }
 
 std::uint64_t announcedBytes(const RequestHead& head) {
-    const std::string_view text = head.header("content-length");
-    std::uint64_t bytes = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), bytes);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole ? bytes : std::numeric_limits<std::uint64_t>::max();
+    const auto bytes = host::parseNumber<std::uint64_t>(head.header("content-length"));
+    return bytes.value_or(std::numeric_limits<std::uint64_t>::max());
 }
 
 std::optional<Refusal> refusalOfBody(const RequestHead& head, std::size_t longest) {

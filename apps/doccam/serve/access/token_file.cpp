@@ -1,10 +1,10 @@
 #include "serve/access/token_file.h"
 
+#include "base/files/file_placement.h"
 #include "base/unique_fd.h"
 #include "serve/access/access.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
 #include <optional>
@@ -29,21 +29,15 @@ bool makePrivate(const fs::path& folder) {
     fs::create_directories(folder.parent_path(), error);
     mkdir(folder.c_str(), S_IRWXU);
     const UniqueFd opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-
-    struct stat state {};
-
-    return opened.isOpen() && fstat(opened.get(), &state) == 0 && state.st_uid == geteuid() &&
-           fchmod(opened.get(), S_IRWXU) == 0;
+    const auto status = statusOf(opened.get());
+    return status && status->st_uid == geteuid() && fchmod(opened.get(), S_IRWXU) == 0;
 }
 
 std::optional<std::string> readToken(const fs::path& path) {
     const UniqueFd file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-
-    struct stat state {};
-
-    if (!file.isOpen() || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
-        state.st_uid != geteuid() || (state.st_mode & kOthers) != 0 ||
-        state.st_size != static_cast<off_t>(kTokenDigits)) {
+    const auto status = statusOf(file.get());
+    if (!status || !S_ISREG(status->st_mode) || status->st_uid != geteuid() ||
+        (status->st_mode & kOthers) != 0 || status->st_size != static_cast<off_t>(kTokenDigits)) {
         return std::nullopt;
     }
     std::string text(kTokenDigits, '\0');

@@ -4,25 +4,28 @@
 
 namespace doccam::serve {
 
-void CommandQueue::push(std::function<void()> command) {
+bool CommandQueue::offer(std::function<void()>& command) {
     {
         const std::lock_guard lock(mutex_);
         if (closed_) {
             throw Busy("the server is ending");
         }
-        if (waiting_.size() >= longest_) {
-            throw Busy(refusal_);
+        if (waiting_.size() >= longest_ + idle_) {
+            return false;
         }
         waiting_.push_back(std::move(command));
     }
     changed_.notify_one();
+    return true;
 }
 
 bool CommandQueue::serve(std::chrono::milliseconds patience) {
     std::function<void()> command;
     {
         std::unique_lock lock(mutex_);
+        ++idle_;
         changed_.wait_for(lock, patience, [&] { return closed_ || !waiting_.empty(); });
+        --idle_;
         if (closed_) {
             return false;
         }
@@ -34,6 +37,11 @@ bool CommandQueue::serve(std::chrono::milliseconds patience) {
     }
     command();
     return true;
+}
+
+void CommandQueue::serve() {
+    while (serve(std::chrono::hours(1))) {
+    }
 }
 
 void CommandQueue::close() {

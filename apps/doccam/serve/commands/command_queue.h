@@ -1,4 +1,4 @@
-// The queue of work for the one thread that calls the library.
+// A queue of work for threads that serve it, such as the one that calls the library.
 #pragma once
 
 #include <chrono>
@@ -20,10 +20,10 @@ struct Busy : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Any thread submits, one thread serves. Commands run in order of arrival.
+// Any thread submits, others serve. Commands start in order of arrival.
 class CommandQueue {
   public:
-    // Commands beyond longest waiting ones are refused with a reason that says what to do.
+    // Commands that longest others wait before are refused with a reason that says what to do.
     explicit CommandQueue(std::size_t longest = 32,
                           std::string refusal = "too many commands are waiting; try again")
       : longest_(longest)
@@ -37,7 +37,10 @@ class CommandQueue {
         auto task = std::make_shared<std::packaged_task<Result()>>(std::move(command));
         std::future<Result> result = task->get_future();
         // Owned only by the queue, so that a dropped task breaks its promise.
-        push([task = std::move(task)] { (*task)(); });
+        std::function<void()> owner = [task = std::move(task)] { (*task)(); };
+        if (!offer(owner)) {
+            throw Busy(refusal_);
+        }
         try {
             return result.get();
         } catch (const std::future_error&) {
@@ -45,20 +48,26 @@ class CommandQueue {
         }
     }
 
+    // Takes over command; returns false, leaving it unchanged, if too many wait. Throws Busy after
+    // close().
+    bool offer(std::function<void()>& command);
+
     // Serves one command if one arrives in time. False after close().
     bool serve(std::chrono::milliseconds patience);
+
+    // Serves commands on the calling thread until close().
+    void serve();
 
     // Drops waiting commands and refuses new ones.
     void close();
 
   private:
-    void push(std::function<void()> command);
-
     const std::size_t longest_;
     const std::string refusal_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::function<void()>> waiting_;
+    std::size_t idle_ = 0; // serving threads that wait
     bool closed_ = false;
 };
 

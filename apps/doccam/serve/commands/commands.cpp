@@ -2,8 +2,6 @@
 
 #include <doccam/doccam.h>
 
-#include <algorithm>
-#include <iterator>
 #include <limits>
 
 namespace doccam::serve {
@@ -12,7 +10,15 @@ namespace {
 constexpr int kMaximumZoomSteps = 150; // from the smallest scale to the largest
 constexpr int kLongestMove = 10000;
 constexpr int kLongestSide = 100000;
-constexpr int kLargestId = std::numeric_limits<int>::max();
+constexpr int kLargest = std::numeric_limits<int>::max();
+
+const std::vector<std::string> kControls = [] {
+    std::vector<std::string> names;
+    for (const host::ControlName& control : host::kControlNames) {
+        names.emplace_back(control.text);
+    }
+    return names;
+}();
 
 Json toJson(const Page& page) {
     return {{"id", page.id},
@@ -40,7 +46,7 @@ std::string textOf(const Json& value) {
 
 } // namespace
 
-const Commands::Entry Commands::kEntries[] = {
+const std::map<std::string, Json (Commands::*)(const Json&)> Commands::kCommands{
     {"form", &Commands::form},           {"zoom", &Commands::zoom},
     {"move", &Commands::move},           {"turn", &Commands::turn},
     {"settings", &Commands::settings},   {"control", &Commands::control},
@@ -57,22 +63,16 @@ Commands::Commands(LiveCamera& camera, PageStore& pages, EventFeed& events)
     events_.set("codes", Json::object().dump());
 }
 
-const Commands::Entry* Commands::find(const std::string& name) {
-    const auto found = std::find_if(std::begin(kEntries), std::end(kEntries),
-                                    [&](const Entry& entry) { return entry.name == name; });
-    return found == std::end(kEntries) ? nullptr : found;
-}
-
 bool Commands::knows(const std::string& name) {
-    return find(name) != nullptr;
+    return kCommands.contains(name);
 }
 
 Json Commands::run(const std::string& name, const Json& request) {
-    const Entry* const entry = find(name);
-    if (entry == nullptr) {
+    const auto found = kCommands.find(name);
+    if (found == kCommands.end()) {
         throw BadRequest("there is no such command");
     }
-    return (this->*entry->run)(request);
+    return (this->*found->second)(request);
 }
 
 Json Commands::form(const Json& request) {
@@ -109,11 +109,11 @@ Json Commands::settings(const Json& request) {
 }
 
 Json Commands::control(const Json& request) {
-    const std::string name = choice(request, "name", PictureControls::names());
+    const std::string name = choice(request, "name", kControls);
     const bool standard = !request.contains("value");
-    constexpr int kAny = std::numeric_limits<int>::max();
-    camera_.setControl(name, standard ? std::nullopt
-                                      : std::optional(integer(request, "value", -kAny, kAny)));
+    camera_.setControl(name, standard
+                                 ? std::nullopt
+                                 : std::optional(integer(request, "value", -kLargest, kLargest)));
     return Json::object();
 }
 
@@ -146,13 +146,13 @@ Json Commands::orderPages(const Json& request) {
 }
 
 Json Commands::turnPage(const Json& request) {
-    pages_.turn(integer(request, "id", 1, kLargestId), quarterTurn(request));
+    pages_.turn(integer(request, "id", 1, kLargest), quarterTurn(request));
     tellPages();
     return Json::object();
 }
 
 Json Commands::deletePage(const Json& request) {
-    pages_.remove(integer(request, "id", 1, kLargestId));
+    pages_.remove(integer(request, "id", 1, kLargest));
     tellPages();
     return Json::object();
 }

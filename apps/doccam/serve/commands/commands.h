@@ -6,6 +6,7 @@
 #include "serve/live/live_camera.h"
 #include "serve/tray/page_store.h"
 
+#include <map>
 #include <string>
 
 namespace doccam::serve {
@@ -37,13 +38,7 @@ class Commands {
     Json turnPage(const Json& request);
     Json deletePage(const Json& request);
 
-    struct Entry {
-        const char* name;
-        Json (Commands::*run)(const Json&);
-    };
-
-    static const Entry kEntries[];
-    static const Entry* find(const std::string& name);
+    static const std::map<std::string, Json (Commands::*)(const Json&)> kCommands;
 
     LiveCamera& camera_;
     PageStore& pages_;

@@ -1,5 +1,7 @@
 #include "serve/commands/requests.h"
 
+#include "host/texts.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -56,11 +58,7 @@ std::string choice(const Json& object, const char* field, const std::vector<std:
         std::find(choices.begin(), choices.end(), value.get<std::string>()) != choices.end()) {
         return value.get<std::string>();
     }
-    std::string listed;
-    for (const std::string& known : choices) {
-        listed += (listed.empty() ? "" : ", ") + known;
-    }
-    throw BadRequest(std::string("\"") + field + "\" must be one of: " + listed);
+    throw BadRequest(std::string("\"") + field + "\" must be one of: " + host::listed(choices));
 }
 
 std::string text(const Json& object, const char* field, std::size_t longest) {

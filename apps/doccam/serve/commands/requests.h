@@ -1,8 +1,8 @@
 // Parsing the JSON of a page's commands.
 #pragma once
 
+#include "camera/cameras.h"
 #include "camera/page_settings.h"
-#include "camera/picture_format.h"
 
 #include <nlohmann/json.hpp>
 

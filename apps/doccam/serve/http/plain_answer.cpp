@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <map>
+
 namespace doccam::serve {
 namespace {
 
@@ -10,28 +12,19 @@ constexpr const char* kContentPolicy =
     "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 std::string_view phraseOf(int status) {
-    switch (status) {
-    case 200:
-        return "OK";
-    case 403:
-        return "Forbidden";
-    case 405:
-        return "Method Not Allowed";
-    case 411:
-        return "Length Required";
-    case 413:
-        return "Content Too Large";
-    case 414:
-        return "URI Too Long";
-    case 415:
-        return "Unsupported Media Type";
-    case 431:
-        return "Request Header Fields Too Large";
-    case 503:
-        return "Service Unavailable";
-    default:
-        return status < 500 ? "Bad Request" : "Internal Server Error";
-    }
+    static const std::map<int, std::string_view> phrases{{200, "OK"},
+                                                         {403, "Forbidden"},
+                                                         {405, "Method Not Allowed"},
+                                                         {411, "Length Required"},
+                                                         {413, "Content Too Large"},
+                                                         {414, "URI Too Long"},
+                                                         {415, "Unsupported Media Type"},
+                                                         {431, "Request Header Fields Too Large"},
+                                                         {503, "Service Unavailable"}};
+    const auto found = phrases.find(status);
+    return found != phrases.end() ? found->second
+           : status < 500         ? "Bad Request"
+                                  : "Internal Server Error";
 }
 
 std::string pageOf(const std::string& reason) {

@@ -45,7 +45,7 @@ Reception::Reception(int listener, Desk desk, const ReceptionLimits& limits)
   , desk_(std::move(desk))
   , limits_(limits)
   , wake_(makeWake())
-  , thread_([this] { run(); }) {}
+  , thread_(ownedThread([this] { run(); })) {}
 
 Reception::~Reception() {
     const std::uint64_t one = 1;
@@ -55,7 +55,8 @@ Reception::~Reception() {
 
 void Reception::run() {
     while (await()) {
-        acceptSome();
+        for (int i = 0; i < kAcceptedAtOnce && acceptOne(); ++i) {
+        }
     }
 }
 
@@ -97,11 +98,6 @@ bool Reception::await() {
         visitor = stays ? std::next(visitor) : visitors_.erase(visitor);
     }
     return true;
-}
-
-void Reception::acceptSome() {
-    for (int i = 0; i < kAcceptedAtOnce && acceptOne(); ++i) {
-    }
 }
 
 bool Reception::acceptOne() {

@@ -41,8 +41,6 @@ class Reception {
     // listener must be listening and outlive the reception. Throws std::system_error.
     Reception(int listener, Desk desk, const ReceptionLimits& limits = {});
     ~Reception();
-    Reception(const Reception&) = delete;
-    Reception& operator=(const Reception&) = delete;
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -59,7 +57,6 @@ class Reception {
     void run();
     bool await();
     int patience() const;
-    void acceptSome();
     bool acceptOne();
     void makeRoom(const PeerAddress& newcomer);
     // Each returns whether the visitor is kept.
@@ -74,7 +71,7 @@ class Reception {
     UniqueFd wake_;
     std::list<Visitor> visitors_; // oldest first
     Clock::time_point acceptsAgain_;
-    OwnedThread thread_;
+    std::jthread thread_;
 };
 
 } // namespace doccam::serve

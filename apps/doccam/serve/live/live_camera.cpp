@@ -88,7 +88,7 @@ void LiveCamera::applySettings() const {
 void LiveCamera::startPreview() {
     SetWebFormSize(kLargestForm.width, kLargestForm.height);
     SetWebFormSize(form_.width, form_.height);
-    handover_.setForm({form_.width, form_.height});
+    handover_.setForm(form_);
     tellView();
 }
 
@@ -161,7 +161,7 @@ void LiveCamera::setForm(host::Size form) {
     form_ = fitted;
     if (session_) {
         SetWebFormSize(form_.width, form_.height);
-        handover_.setForm({form_.width, form_.height});
+        handover_.setForm(form_);
     }
     tellView();
 }
@@ -274,12 +274,15 @@ void LiveCamera::tellView() {
 
 void LiveCamera::tellControls() {
     Json controls = Json::array();
-    for (const PictureControl& control : controls_.read()) {
-        controls.push_back({{"name", control.name},
-                            {"minimum", control.state.minimum},
-                            {"maximum", control.state.maximum},
-                            {"default", control.state.defaultValue},
-                            {"value", control.state.value}});
+    for (const host::ControlName& control : host::kControlNames) {
+        const auto state = host::readControl(control.selector);
+        if (state && state->maximum > state->minimum) {
+            controls.push_back({{"name", control.text},
+                                {"minimum", state->minimum},
+                                {"maximum", state->maximum},
+                                {"default", state->defaultValue},
+                                {"value", state->value}});
+        }
     }
     events_.set("controls", controls.dump());
 }

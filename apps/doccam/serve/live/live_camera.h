@@ -2,12 +2,12 @@
 #pragma once
 
 #include "camera/camera_session.h"
+#include "camera/controls.h"
 #include "camera/page_settings.h"
 #include "camera/silence.h"
 #include "codes/code_reading.h"
 #include "serve/commands/event_feed.h"
 #include "serve/commands/requests.h"
-#include "serve/live/picture_controls.h"
 #include "serve/live/picture_handover.h"
 
 #include <chrono>
@@ -108,7 +108,7 @@ class LiveCamera {
     std::string name_; // name of the camera opened first, which watch() looks for
     host::PageSettings settings_;
     int settingsVersion_ = 0; // orders settings updates
-    PictureControls controls_;
+    host::ChosenControls controls_;
     host::Size form_{1280, 960};
     Clock::time_point lastLook_, lastCount_;
     std::uint64_t countedFrames_ = 0;

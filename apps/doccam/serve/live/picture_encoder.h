@@ -1,8 +1,8 @@
 // Encoding a form as a JPEG.
 #pragma once
 
-#include "serve/live/form_picture.h"
 #include "serve/live/picture_feed.h"
+#include "serve/live/picture_handover.h"
 
 #include <memory>
 #include <vector>

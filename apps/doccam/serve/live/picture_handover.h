@@ -1,19 +1,43 @@
-// Passes the newest preview picture from the streaming thread to the encoder.
+// The viewers' picture: the form with the camera's picture at its place, passed from the streaming
+// thread to the encoder.
 #pragma once
 
-#include "serve/live/form_picture.h"
+#include "camera/cameras.h"
 
 #include <condition_variable>
 #include <mutex>
+#include <vector>
 
 namespace doccam::serve {
+
+// The grey level around a picture that does not fill the form, suitable for light and dark pages.
+inline constexpr unsigned char kSurround = 0x30;
+
+// The picture's position in the form; it may extend beyond the form.
+struct Place {
+    int x = 0, y = 0;
+    int width = 0, height = 0;
+
+    bool operator==(const Place&) const = default;
+};
+
+// Three bytes per pixel, red first, rows back to back.
+struct FormPicture {
+    host::Size size;
+    Place place;
+    std::vector<unsigned char> pixels;
+};
+
+// Composes the picture at its place with the surround, in a form of the given size. Reuses the
+// content of form, so that a picture at the same place costs only its copy.
+void compose(FormPicture& form, host::Size size, const Place& place, const unsigned char* picture);
 
 // One thread gives, one takes. Giving only copies and never waits for the encoder; a picture that
 // was not taken is replaced.
 class PictureHandover {
   public:
     // The form of pictures given from now on; with a form without pixels none are accepted.
-    void setForm(FormSize form);
+    void setForm(host::Size form);
 
     // Whether pictures are accepted at all; initially not.
     void setWanted(bool wanted);
@@ -31,7 +55,7 @@ class PictureHandover {
     std::mutex mutex_;
     std::condition_variable given_;
     FormPicture newest_;
-    FormSize form_;
+    host::Size form_;
     bool wanted_ = false;
     bool fresh_ = false;
     bool closed_ = false;

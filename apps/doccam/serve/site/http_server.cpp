@@ -5,7 +5,6 @@
 #include "serve/http/plain_answer.h"
 #include "serve/site/answers.h"
 #include "serve/site/page_files.h"
-#include "serve/site/streams.h"
 
 #include <algorithm>
 #include <functional>
@@ -18,7 +17,7 @@ namespace {
 
 constexpr int kMaximumListeners = 16;
 // Viewers and listeners occupy a thread each; the rest is for pages and commands.
-constexpr std::size_t kThreads = 48;
+constexpr int kThreads = 48;
 constexpr std::size_t kMaximumWaiting = 32;
 constexpr std::size_t kLongestPath = 100;
 constexpr std::size_t kLongestBody = std::size_t{64} * 1024;
@@ -67,7 +66,8 @@ const PageFile* pageFileAt(std::string_view path) {
 
 HttpServer::HttpServer(const Sources& sources)
   : sources_(sources)
-  , listeners_(kMaximumListeners) {
+  , listeners_(kMaximumListeners)
+  , requests_(kMaximumWaiting) {
     configure(server_);
     addStreams();
     addPages();
@@ -78,7 +78,7 @@ HttpServer::HttpServer(const Sources& sources)
 HttpServer::~HttpServer() {
     reception_.reset();
     server_.stopStreams();
-    workers_.reset();
+    requests_.close();
 }
 
 int HttpServer::bind(const std::string& address, int port) {
@@ -93,7 +93,9 @@ int HttpServer::bind(const std::string& address, int port) {
 
 void HttpServer::start(const AccessRules& rules) {
     rules_ = rules;
-    workers_.emplace(kThreads, kMaximumWaiting);
+    for (int i = 0; i < kThreads; ++i) {
+        workers_.push_back(ownedThread([this] { requests_.serve(); }));
+    }
     reception_.emplace(
         server_.listener(),
         Desk{[this](const RequestHead& head) { return answerAtOnce(head); },
@@ -120,7 +122,7 @@ std::optional<std::string> HttpServer::handOver(const RequestHead& head, UniqueF
     std::function<void()> work = [this, owned, text = plainHead(head) + body] {
         server_.process(*owned, text);
     };
-    if (workers_->take(work)) {
+    if (requests_.offer(work)) {
         return std::nullopt;
     }
     socket = std::move(*owned);

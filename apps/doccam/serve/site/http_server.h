@@ -8,14 +8,16 @@
 #include "serve/commands/event_feed.h"
 #include "serve/http/reception.h"
 #include "serve/http/request_server.h"
-#include "serve/http/workers.h"
 #include "serve/live/picture_feed.h"
 #include "serve/live/seats.h"
+#include "serve/owned_thread.h"
 #include "serve/tray/document_maker.h"
 #include "serve/tray/page_store.h"
 
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace doccam::serve {
 
@@ -35,8 +37,6 @@ class HttpServer {
     explicit HttpServer(const Sources& sources);
     // Stops and waits for requests in progress. Close the queue and the feeds first.
     ~HttpServer();
-    HttpServer(const HttpServer&) = delete;
-    HttpServer& operator=(const HttpServer&) = delete;
 
     // Binds the port, or any free one for 0, and returns it. Throws Failure on failure.
     int bind(const std::string& address, int port);
@@ -48,7 +48,6 @@ class HttpServer {
     std::optional<std::string> answerAtOnce(const RequestHead& head);
     std::optional<std::string> handOver(const RequestHead& head, UniqueFd& socket,
                                         const std::string& body);
-    void addFiles();
     void addStreams();
     void addPages();
     void addCommands();
@@ -59,7 +58,8 @@ class HttpServer {
     Tickets tickets_;
     Seats listeners_;
     RequestServer server_;
-    std::optional<Workers> workers_;
+    CommandQueue requests_;
+    std::vector<std::jthread> workers_;
     std::optional<Reception> reception_;
 };
 

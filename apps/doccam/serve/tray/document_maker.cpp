@@ -8,8 +8,6 @@
 namespace doccam::serve {
 namespace {
 
-constexpr std::chrono::hours kUntilAsked{1};
-
 // Copies of the pages' files, removed with their folder.
 struct Copies {
     std::filesystem::path folder;
@@ -25,10 +23,7 @@ struct Copies {
 DocumentMaker::DocumentMaker(PageStore& pages)
   : pages_(pages)
   , queue_(kMaximumWaiting, "several PDFs are being made already; try again in some seconds")
-  , thread_([this] {
-      while (queue_.serve(kUntilAsked)) {
-      }
-  }) {}
+  , thread_(ownedThread([this] { queue_.serve(); })) {}
 
 DocumentMaker::~DocumentMaker() {
     close();

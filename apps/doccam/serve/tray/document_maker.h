@@ -18,8 +18,6 @@ class DocumentMaker {
 
     explicit DocumentMaker(PageStore& pages);
     ~DocumentMaker();
-    DocumentMaker(const DocumentMaker&) = delete;
-    DocumentMaker& operator=(const DocumentMaker&) = delete;
 
     // Waits for a PDF of the pages as they are when it is started, and returns its path; the caller
     // removes it. Throws Busy if too many wait or after close(), TrayError if none can be made.
@@ -33,7 +31,7 @@ class DocumentMaker {
 
     PageStore& pages_;
     CommandQueue queue_;
-    OwnedThread thread_;
+    std::jthread thread_;
 };
 
 } // namespace doccam::serve

@@ -16,19 +16,10 @@ namespace {
 constexpr int kThumbnailSide = 240;
 constexpr int kTurnedQuality = 95;
 
-[[noreturn]] void failForLackOfAFolder() {
-    throw host::Failure(host::kFileFailed,
-                        "No folder for the pages can be made where temporary files lie; let "
-                        "TMPDIR name another place.");
-}
-
+// Empty if there is none.
 std::filesystem::path temporaryPlace() {
-    std::error_code error;
-    std::filesystem::path place = std::filesystem::temp_directory_path(error);
-    if (error) {
-        failForLackOfAFolder();
-    }
-    return place;
+    std::error_code ignored;
+    return std::filesystem::temp_directory_path(ignored);
 }
 
 void write(const std::string& path, const cv::Mat& picture, int quality) {
@@ -89,7 +80,9 @@ auto find(auto& pages, int id) {
 PageStore::PageStore()
   : folder_(temporaryPlace()) {
     if (folder_.path().empty()) {
-        failForLackOfAFolder();
+        throw host::Failure(host::kFileFailed,
+                            "No folder for the pages can be made where temporary files lie; let "
+                            "TMPDIR name another place.");
     }
 }
 

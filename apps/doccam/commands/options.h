@@ -1,17 +1,25 @@
-// The options shared by all commands that take stills.
+// The options shared by several commands.
 #pragma once
 
 #include "camera/camera_session.h"
 #include "camera/page_settings.h"
+#include "host/context.h"
 
 #include <CLI/App.hpp>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace doccam::host {
 
-struct Context;
+// Returns what is wrong with a value; empty for a valid one.
+using OptionCheck = std::function<std::string(const std::string&)>;
+
+OptionCheck oneOf(std::vector<std::string> choices);
+OptionCheck between(int least, int most);
 
 struct StillOptions {
     std::optional<Size> size;

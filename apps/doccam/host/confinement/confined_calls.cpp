@@ -1,6 +1,7 @@
-#include "host/confinement/call_filter.h"
-
-#include "host/confinement/call_names.h"
+// Restricting system calls with a seccomp filter.
+#include "host/confinement/confinement.h"
+#include "host/own_output.h"
+#include "host/virtual_camera.h"
 
 #include <sched.h>
 #include <seccomp.h>
@@ -10,12 +11,57 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
 
 namespace doccam::host {
 namespace {
+
+// The system calls by purpose, separated by blanks.
+
+// Using and opening files; Landlock restricts which ones.
+constexpr const char* kFileCalls =
+    "access chmod close close_range copy_file_range creat dup dup2 dup3 faccessat faccessat2 "
+    "fadvise64 fallocate fchmod fchmodat fchown fcntl fdatasync fgetxattr flock fstat fstatfs "
+    "fsync ftruncate getcwd getdents getdents64 getxattr lgetxattr link linkat lseek lstat "
+    "mkdir mkdirat newfstatat open openat openat2 pread64 preadv preadv2 pwrite64 pwritev "
+    "pwritev2 read readahead readlink readlinkat readv rename renameat renameat2 rmdir "
+    "sendfile stat statfs statx sync_file_range truncate umask unlink unlinkat utimensat "
+    "write writev";
+
+constexpr const char* kMemoryCalls =
+    "brk madvise membarrier memfd_create mincore mremap msync munmap";
+
+constexpr const char* kThreadCalls =
+    "arch_prctl exit exit_group futex futex_waitv get_robust_list getcpu getpriority gettid "
+    "rseq sched_getaffinity sched_get_priority_max sched_getparam sched_get_priority_min "
+    "sched_getscheduler sched_setaffinity sched_yield set_robust_list set_tid_address prctl";
+
+// Querying the process, the machine and the time.
+constexpr const char* kQueryCalls =
+    "clock_getres clock_gettime getegid geteuid getgid getgroups getpgid getpgrp getpid "
+    "getppid getrandom getresgid getresuid getrlimit getrusage getsid gettimeofday getuid "
+    "prlimit64 sysinfo time times uname";
+
+// Signals to itself, timers, and waiting for them and for descriptors.
+constexpr const char* kWaitingCalls =
+    "alarm clock_nanosleep epoll_create epoll_create1 epoll_ctl epoll_pwait epoll_pwait2 "
+    "epoll_wait eventfd eventfd2 inotify_add_watch inotify_init inotify_init1 "
+    "inotify_rm_watch nanosleep pause pipe pipe2 poll ppoll pselect6 restart_syscall "
+    "rt_sigaction rt_sigpending rt_sigprocmask rt_sigreturn rt_sigsuspend rt_sigtimedwait "
+    "select setitimer sigaltstack signalfd signalfd4 timer_create timer_delete timer_settime "
+    "timerfd_create timerfd_gettime timerfd_settime";
+
+constexpr const char* kConnectionCalls =
+    "accept accept4 getpeername getsockname getsockopt recvfrom recvmsg sendmmsg sendmsg "
+    "sendto setsockopt shutdown";
+
+// Never allowed; these fail with EPERM.
+constexpr const char* kRefusedCalls =
+    "execve execveat fork vfork ptrace process_vm_readv process_vm_writev kill tkill "
+    "rt_sigqueueinfo rt_tgsigqueueinfo pidfd_open pidfd_send_signal socketpair";
 
 constexpr std::uint32_t kRefuse = SCMP_ACT_ERRNO(EPERM);
 constexpr std::uint32_t kAsUnknown = SCMP_ACT_ERRNO(ENOSYS);
@@ -115,11 +161,13 @@ void addRequests(Filter& filter, bool cameras) {
     }
 }
 
-void addSockets(Filter& filter, const CallGroups& groups) {
-    if (groups.connections || groups.localSockets) {
+// Virtual cameras are steered through local sockets.
+void addSockets(Filter& filter, bool connections) {
+    const bool localSockets = !virtualCameraFolders().empty();
+    if (connections || localSockets) {
         filter.allow(kConnectionCalls);
     }
-    if (!groups.localSockets) {
+    if (!localSockets) {
         filter.refuse("socket connect bind listen");
         return;
     }
@@ -128,9 +176,8 @@ void addSockets(Filter& filter, const CallGroups& groups) {
     filter.refuse("socket", {0, SCMP_CMP_NE, AF_UNIX, 0});
 }
 
-} // namespace
-
-int filterCalls(const CallGroups& groups) {
+// Returns 0 or the kernel's error.
+int filterCalls(const Reach& reach) {
     Filter filter;
     for (const char* names : {kFileCalls, kMemoryCalls, kThreadCalls, kQueryCalls, kWaitingCalls}) {
         filter.allow(names);
@@ -138,9 +185,19 @@ int filterCalls(const CallGroups& groups) {
     filter.refuse(kRefusedCalls);
     addThreads(filter);
     addMappings(filter);
-    addRequests(filter, groups.cameras);
-    addSockets(filter, groups);
+    addRequests(filter, reach.cameras);
+    addSockets(filter, reach.connections);
     return filter.load();
+}
+
+} // namespace
+
+void confineCalls(const Reach& reach) {
+    const int error = DOCCAM_CONFINED ? filterCalls(reach) : 0;
+    if (error != 0) {
+        complain(std::string("The system does not let this process be confined (") +
+                 std::strerror(error) + "); it goes on, and --no-confinement silences this.");
+    }
 }
 
 } // namespace doccam::host

@@ -1,9 +1,10 @@
-#include "commands/options/still_options.h"
+#include "commands/options.h"
 
-#include "commands/options/option_checks.h"
-#include "host/context.h"
+#include "host/texts.h"
 
+#include <algorithm>
 #include <map>
+#include <utility>
 
 namespace doccam::host {
 namespace {
@@ -42,6 +43,23 @@ std::string refuseOddSize(const std::string& text) {
 }
 
 } // namespace
+
+OptionCheck oneOf(std::vector<std::string> choices) {
+    return [choices = std::move(choices)](const std::string& value) -> std::string {
+        const bool known = std::find(choices.begin(), choices.end(), value) != choices.end();
+        return known ? "" : "\"" + value + "\" is none of " + listed(choices);
+    };
+}
+
+OptionCheck between(int least, int most) {
+    return [least, most](const std::string& value) -> std::string {
+        const auto number = parseNumber<double>(value);
+        return number && *number >= least && *number <= most
+                   ? ""
+                   : "\"" + value + "\" is no number from " + std::to_string(least) + " to " +
+                         std::to_string(most);
+    };
+}
 
 void addCaptureOptions(CLI::App& command, StillOptions& options) {
     command

@@ -1,5 +1,4 @@
-#include "command_line.h"
-
+// The command line: global options and all commands.
 #include "commands/commands.h"
 #include "commands/options.h"
 

@@ -1,5 +1,5 @@
 // doccam: document cameras from the command line.
-#include "command_line.h"
+#include "commands/commands.h"
 #include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
@@ -10,7 +10,6 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <exception>
 #include <memory>

@@ -1,3 +1,4 @@
+#include "base/files/harmless_text.h"
 #include "host/own_output.h"
 
 #include <fcntl.h>
@@ -9,24 +10,25 @@
 namespace {
 
 TEST(HarmlessText, KeepsLettersOfAllLanguagesAndLines) {
-    EXPECT_EQ(doccam::host::harmless("Stra\xC3\x9F"
-                                     "e\t1\n2"),
+    EXPECT_EQ(doccam::harmlessText("Stra\xC3\x9F"
+                                   "e\t1\n2",
+                                   "\n\t"),
               "Stra\xC3\x9F"
               "e\t1\n2");
 }
 
 TEST(HarmlessText, EscapesTerminalControlSequences) {
-    EXPECT_EQ(doccam::host::harmless("\x1B[2J\x07\x7F"), "\\x1b[2J\\x07\\x7f");
+    EXPECT_EQ(doccam::harmlessText("\x1B[2J\x07\x7F"), "\\x1b[2J\\x07\\x7f");
 }
 
 TEST(HarmlessText, EscapesTheSecondSetOfControlCharacters) {
-    EXPECT_EQ(doccam::host::harmless("\xC2\x9B"
-                                     "2J\xC2\xA0"),
+    EXPECT_EQ(doccam::harmlessText("\xC2\x9B"
+                                   "2J\xC2\xA0"),
               "\\xc2\\x9b2J\xC2\xA0");
 }
 
 TEST(HarmlessText, EscapesInvalidUtf8) {
-    EXPECT_EQ(doccam::host::harmless("a\x9B\xE2\x82"), "a\\x9b\\xe2\\x82");
+    EXPECT_EQ(doccam::harmlessText("a\x9B\xE2\x82"), "a\\x9b\\xe2\\x82");
 }
 
 TEST(Complaint, IsOneLineWhateverItQuotes) {

@@ -1,5 +1,5 @@
 // Giving up on a silent camera, but not on a slow machine.
-#include "camera/silence.h"
+#include "camera/camera_session.h"
 
 #include <gtest/gtest.h>
 

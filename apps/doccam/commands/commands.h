@@ -8,6 +8,10 @@
 
 namespace doccam::host {
 
+// The command line: global options and all commands. Parses into context, which must outlive the
+// result.
+std::unique_ptr<CLI::App> makeCommandLine(Context& context);
+
 void addListCommand(CLI::App& app, Context& context);
 void addServeCommand(CLI::App& app, Context& context);
 void addSizesCommand(CLI::App& app, Context& context);

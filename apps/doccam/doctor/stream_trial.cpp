@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <functional>
-#include <optional>
 #include <vector>
 
 namespace doccam::host {

@@ -1,6 +1,5 @@
 #include "host/interrupt.h"
 
-#include "host/failure.h"
 #include "host/work_folders.h"
 
 #include <poll.h>
@@ -9,8 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
-#include <optional>
 
 namespace doccam::host {
 namespace {

@@ -25,8 +25,6 @@ class Interrupt {
 
     explicit Interrupt(Patience patience = std::nullopt, int code = kInterrupted);
     ~Interrupt();
-    Interrupt(const Interrupt&) = delete;
-    Interrupt& operator=(const Interrupt&) = delete;
 
     // Readable once the process has been asked to end.
     int descriptor() const { return asked_; }

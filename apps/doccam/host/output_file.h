@@ -15,8 +15,6 @@ class OutputFile {
     // Throws Failure if target exists and force is not set, if it is not a regular file, or if its
     // folder is not writable.
     OutputFile(const std::filesystem::path& target, bool force);
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
 
     // A path in the work folder with the extension of name.
     std::string part(const std::string& name) const;

@@ -66,24 +66,16 @@ std::FILE* out() {
     return ownOut;
 }
 
-std::FILE* err() {
-    return ownErr;
-}
-
 void complain(const std::string& message) {
     std::string line = message;
     std::replace_if(
         line.begin(), line.end(), [](char letter) { return letter == '\n' || letter == '\t'; },
         ' ');
-    std::fprintf(ownErr, "doccam: %s\n", harmless(line).c_str());
-}
-
-std::string harmless(const std::string& text) {
-    return harmlessText(text, "\n\t");
+    std::fprintf(ownErr, "doccam: %s\n", harmlessText(line).c_str());
 }
 
 void printLine(const std::string& line) {
-    const std::string text = isatty(fileno(ownOut)) == 1 ? harmless(line) : line;
+    const std::string text = isatty(fileno(ownOut)) == 1 ? harmlessText(line, "\n\t") : line;
     std::fwrite(text.data(), 1, text.size(), ownOut);
     std::fputc('\n', ownOut);
 }
@@ -123,17 +115,17 @@ void Result::tell(const std::string& line) const {
 }
 
 ProgressLine::ProgressLine()
-  : terminal_(isatty(fileno(err())) == 1) {}
+  : terminal_(isatty(fileno(ownErr)) == 1) {}
 
 ProgressLine::~ProgressLine() {
     if (open_) {
-        std::fputc('\n', err());
+        std::fputc('\n', ownErr);
     }
 }
 
 void ProgressLine::show(const std::string& text) {
-    std::fprintf(err(), terminal_ ? "\r\033[K%s" : "%s\n", text.c_str());
-    std::fflush(err());
+    std::fprintf(ownErr, terminal_ ? "\r\033[K%s" : "%s\n", text.c_str());
+    std::fflush(ownErr);
     open_ = terminal_;
 }
 

@@ -19,20 +19,14 @@ void holdStandardStreams();
 // Failure if no descriptors are left.
 void divertLibraryLines(bool verbose);
 
-// The host's streams for results, and for errors and progress; until the diversion, standard output
-// and standard error.
+// The stream for results; until the diversion, standard output.
 std::FILE* out();
-std::FILE* err();
 
-// Prints the message on err() after the program's name, on one line and escaped for a terminal.
+// Prints the message as an error after the program's name, on one line and escaped for a terminal.
 void complain(const std::string& message);
 
-// Escapes control characters except newline and tab, and invalid UTF-8, as \xNN: texts of codes and
-// devices must not control the terminal.
-std::string harmless(const std::string& text);
-
-// Print one line, escaped if on a terminal, or value as indented JSON, in which invalid UTF-8 is
-// replaced.
+// Print one line, on a terminal escaped but for newlines and tabs, or value as indented JSON, in
+// which invalid UTF-8 is replaced.
 void printLine(const std::string& line);
 void printJson(const Json& value);
 

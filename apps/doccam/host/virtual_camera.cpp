@@ -8,9 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string_view>
-#include <vector>
 
 namespace doccam::host {
 namespace {

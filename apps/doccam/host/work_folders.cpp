@@ -1,7 +1,6 @@
 #include "host/work_folders.h"
 
 #include "base/files/file_placement.h"
-#include "base/unique_fd.h"
 #include "host/texts.h"
 
 #include <fcntl.h>

@@ -1,16 +1,64 @@
 #include "scan/scanning.h"
 
-#include "host/line_input.h"
 #include "host/own_output.h"
 #include "pictures/written_file.h"
 #include "scan/sheet_watch.h"
 
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <deque>
 #include <filesystem>
+#include <optional>
 
 namespace doccam::host {
 namespace {
 
 constexpr const char* kEndWord = "q";
+
+// Reads lines that the user types, without blocking.
+class LineInput {
+  public:
+    // To wait for; negative once the input has ended, so that poll() ignores it.
+    int descriptor() const { return ended_ ? -1 : STDIN_FILENO; }
+
+    bool ended() const { return ended_; }
+
+    // The next complete line without its newline; none if there is none yet.
+    std::optional<std::string> takeLine() {
+        readAvailable();
+        if (lines_.empty()) {
+            return std::nullopt;
+        }
+        std::string line = std::move(lines_.front());
+        lines_.pop_front();
+        return line;
+    }
+
+  private:
+    void readAvailable() {
+        pollfd state{descriptor(), POLLIN, 0};
+        while (!ended_ && poll(&state, 1, 0) > 0) {
+            std::array<char, 256> chunk{};
+            const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
+            ended_ = count <= 0;
+            for (ssize_t i = 0; i < count; ++i) {
+                const char letter = chunk[static_cast<std::size_t>(i)];
+                if (letter == '\n') {
+                    lines_.push_back(std::move(begun_));
+                    begun_.clear();
+                } else {
+                    begun_ += letter;
+                }
+            }
+        }
+    }
+
+    std::string begun_;
+    std::deque<std::string> lines_;
+    bool ended_ = false;
+};
 
 std::string ofAll(std::size_t page, const ScanPlan& plan) {
     return std::to_string(page) + (plan.pages > 0 ? " of " + std::to_string(plan.pages) : "");

@@ -32,9 +32,6 @@ class Encoding {
         thread_.join();
     }
 
-    Encoding(const Encoding&) = delete;
-    Encoding& operator=(const Encoding&) = delete;
-
   private:
     void run() {
         FormPicture picture;

@@ -1,5 +1,5 @@
 // Single-use permits for one path that soon expire.
-#include "serve/access/tickets.h"
+#include "serve/access/access.h"
 
 #include <gtest/gtest.h>
 

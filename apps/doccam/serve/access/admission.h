@@ -2,7 +2,6 @@
 #pragma once
 
 #include "serve/access/access.h"
-#include "serve/access/tickets.h"
 #include "serve/http/plain_answer.h"
 #include "serve/http/request_head.h"
 

@@ -1,7 +1,5 @@
 #include "serve/commands/command_queue.h"
 
-#include <utility>
-
 namespace doccam::serve {
 
 bool CommandQueue::offer(std::function<void()>& command) {

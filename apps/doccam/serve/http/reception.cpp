@@ -61,15 +61,12 @@ void Reception::run() {
 }
 
 int Reception::patience() const {
-    if (visitors_.empty() && acceptsAgain_ == Clock::time_point()) {
-        return -1;
-    }
-    auto next = visitors_.empty() ? acceptsAgain_ : visitors_.front().deadline;
+    auto next = acceptsAgain_ == Clock::time_point() ? Clock::time_point::max() : acceptsAgain_;
     for (const Visitor& visitor : visitors_) {
         next = std::min(next, visitor.deadline);
     }
-    if (acceptsAgain_ != Clock::time_point()) {
-        next = std::min(next, acceptsAgain_);
+    if (next == Clock::time_point::max()) {
+        return -1;
     }
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
     return static_cast<int>(std::max<std::int64_t>(left.count(), 0));

@@ -51,8 +51,6 @@ class RequestServer : public httplib::Server {
     RequestServer() = default;
     // Closes the port.
     ~RequestServer() override;
-    RequestServer(const RequestServer&) = delete;
-    RequestServer& operator=(const RequestServer&) = delete;
 
     // Binds the port, or any free one for 0, and returns it; 0 on failure.
     int takePort(const std::string& address, int port);

@@ -4,7 +4,6 @@
 #include "camera/camera_session.h"
 #include "camera/controls.h"
 #include "camera/page_settings.h"
-#include "camera/silence.h"
 #include "codes/code_reading.h"
 #include "serve/commands/event_feed.h"
 #include "serve/commands/requests.h"
@@ -51,8 +50,6 @@ class LiveCamera {
     LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
                PictureHandover& handover, EventFeed& events);
     ~LiveCamera();
-    LiveCamera(const LiveCamera&) = delete;
-    LiveCamera& operator=(const LiveCamera&) = delete;
 
     // Opens the camera. Throws Failure on failure; watch() will try again.
     void open();

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "serve/access/access.h"
-#include "serve/access/tickets.h"
 #include "serve/commands/command_queue.h"
 #include "serve/commands/commands.h"
 #include "serve/commands/event_feed.h"

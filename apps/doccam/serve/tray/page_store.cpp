@@ -7,7 +7,6 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <filesystem>
 #include <system_error>
 
 namespace doccam::serve {

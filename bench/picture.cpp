@@ -1,6 +1,6 @@
 #include "picture.h"
 
-#include "decode/mjpeg_decoder.h"
+#include "modules/mjpeg/libav_decoder.h"
 #include "picture/frame_cache.h"
 
 #include <algorithm>

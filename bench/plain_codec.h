@@ -1,8 +1,8 @@
 // libavcodec and libswscale called in the plainest way: decode one JPEG and convert it.
 #pragma once
 
-#include "base/handles/codec_handles.h"
 #include "device/frame_source.h"
+#include "modules/mjpeg/codec_handles.h"
 
 #include <opencv2/core/mat.hpp>
 

@@ -1,8 +1,8 @@
 // Times the stages of one frame, each by itself, and a frame of a running session. Prints JSON:
 // milliseconds, the minimum of many rounds. Run by scripts/performance-chart.
 #include "base/parallel_copy.h"
-#include "decode/mjpeg_decoder.h"
 #include "live_session.h"
+#include "modules/mjpeg/libav_decoder.h"
 #include "picture.h"
 #include "preview/picture.h"
 #include "preview/view.h"

@@ -1,7 +1,7 @@
 #include "barcode/recognition.h"
 
 #include "base/pause.h"
-#include "base/picture_file.h"
+#include "base/pictures/picture_file.h"
 #include "state/session.h"
 
 #include <opencv2/imgcodecs.hpp>

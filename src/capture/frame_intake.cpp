@@ -28,7 +28,7 @@ FrameIntake::FrameIntake(StreamingThread& thread, const record::Session& session
   , capacity_(static_cast<std::size_t>(std::max(session.nSize.load(), 0)))
   , reserved_(bytesToReserve(thread.frames().srcimage, capacity_))
   , frame_(std::make_unique<RawFrame>(reserved_))
-  , nextPicture_(av_frame_alloc()) {}
+  , nextPicture_(makeMjpegPicture(session.pdecode)) {}
 
 FrameIntake::~FrameIntake() {
     thread_.decodeThread().end();
@@ -93,7 +93,7 @@ void FrameIntake::beginNext() {
         return;
     }
     thread_.decodeThread().begin([this, next = next_.get()] {
-        nextResult_ = decodeFrameInto(session_.pdecode, *nextPicture_, mjpegIn(*next));
+        nextResult_ = decodeFrame(session_.pdecode, mjpegIn(*next), nextPicture_.get());
     });
     nextIsBegun_ = true;
 }

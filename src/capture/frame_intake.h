@@ -1,11 +1,10 @@
 // Taking frames from the driver and decoding them, one frame ahead.
 #pragma once
 
-#include "base/handles/codec_handles.h"
 #include "base/zeroed_bytes.h"
 #include "capture/grab_frame.h"
 #include "capture/streaming_thread.h"
-#include "decode/mjpeg_decoder.h"
+#include "decode/mjpeg_frames.h"
 #include "state/parts.h"
 
 #include <opencv2/core/mat.hpp>
@@ -64,7 +63,7 @@ class FrameIntake {
     std::unique_ptr<RawFrame> next_;
     bool hasNext_ = false;
     bool nextIsBegun_ = false;
-    CodecFrame nextPicture_; // the decode thread's, and so is the result
+    MjpegPicture nextPicture_; // the decode thread's, and so is the result
     Decoded nextResult_ = Decoded::kNothing;
 };
 

@@ -1,38 +1,69 @@
 #include "decode/mjpeg_frames.h"
 
+#include <array>
 #include <cstdio>
-#include <memory>
 
 namespace doccam {
+namespace {
 
-Decoded decodeFrame(const DecoderSlot& slot, const MjpegFrame& frame) {
-    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
-    if (frame.data.empty() || decoder == nullptr) {
-        return Decoded::kNothing;
-    }
-    return decoder->picture ? decodePicture(*decoder, frame, *decoder->picture) : Decoded::kError;
+// The decoder while the module cannot be opened: no field is set, and every frame is an error.
+std::array<void*, 8> emptyRecord{};
+
+MjpegDecoder* noDecoder() {
+    return reinterpret_cast<MjpegDecoder*>(emptyRecord.data());
 }
 
-Decoded decodeFrameInto(const DecoderSlot& slot, AVFrame& picture, const MjpegFrame& frame) {
+const MjpegCodec& codec() {
+    return moduleTable<MjpegCodec>(kMjpegModule);
+}
+
+MjpegDecoder* makeDecoder() try { return codec().makeDecoder(); } catch (const ModuleError& error) {
+
+    std::fprintf(stderr, "doccam: %s\n", error.what());
+    return noDecoder();
+}
+
+void release(MjpegDecoder* decoder) {
+    if (decoder != nullptr && decoder != noDecoder()) {
+        codec().releaseDecoder(decoder);
+    }
+}
+
+// The decoder of a slot, if it can decode.
+MjpegDecoder* decoderIn(const DecoderSlot& slot) {
     MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
-    return frame.data.empty() || decoder == nullptr ? Decoded::kNothing
-                                                    : decodePicture(*decoder, frame, picture);
+    return decoder != noDecoder() ? decoder : nullptr;
+}
+
+} // namespace
+
+MjpegPicture makeMjpegPicture(const DecoderSlot& slot) {
+    return decoderIn(slot) != nullptr ? MjpegPicture(codec().makePicture(), codec().releasePicture)
+                                      : MjpegPicture(nullptr, [](AVFrame* /*none*/) {});
+}
+
+Decoded decodeFrame(const DecoderSlot& slot, const MjpegFrame& frame, AVFrame* picture) {
+    if (frame.data.empty() || slot.load(std::memory_order_acquire) == nullptr) {
+        return Decoded::kNothing;
+    }
+    MjpegDecoder* const decoder = decoderIn(slot);
+    return decoder != nullptr ? codec().decode(*decoder, frame, picture) : Decoded::kError;
 }
 
 void adoptPicture(const DecoderSlot& slot, AVFrame& picture) {
-    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
-    if (decoder != nullptr && decoder->picture) {
-        av_frame_unref(decoder->picture.get());
-        av_frame_move_ref(decoder->picture.get(), &picture);
+    if (MjpegDecoder* const decoder = decoderIn(slot)) {
+        codec().adopt(*decoder, picture);
     }
 }
 
 void storeFrame(const DecoderSlot& slot, Decoded decoded, FrameSize wanted, cv::Mat& out) {
-    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
     if (decoded == Decoded::kError) {
         std::puts("decode error.");
-    } else if (decoded == Decoded::kPicture && decoder != nullptr && decoder->picture) {
-        convertPicture(*decoder, wanted.width, wanted.height, out);
+        return;
+    }
+    MjpegDecoder* const decoder = decoderIn(slot);
+    if (decoded == Decoded::kPicture && decoder != nullptr) {
+        codec().convert(*decoder, wanted.width, wanted.height, out);
     }
 }
 
@@ -40,15 +71,15 @@ void createDecoder(DecoderSlot& slot) {
     if (slot.load(std::memory_order_acquire) != nullptr) {
         return;
     }
-    auto decoder = makeMjpegDecoder();
+    MjpegDecoder* const decoder = makeDecoder();
     MjpegDecoder* none = nullptr;
-    if (slot.compare_exchange_strong(none, decoder.get(), std::memory_order_acq_rel)) {
-        static_cast<void>(decoder.release());
+    if (!slot.compare_exchange_strong(none, decoder, std::memory_order_acq_rel)) {
+        release(decoder);
     }
 }
 
 void releaseDecoder(DecoderSlot& slot) {
-    const std::unique_ptr<MjpegDecoder> last(slot.exchange(nullptr, std::memory_order_acq_rel));
+    release(slot.exchange(nullptr, std::memory_order_acq_rel));
 }
 
 void decodeInto(const DecoderSlot& slot, const MjpegFrame& frame, cv::Mat& out) {

@@ -71,13 +71,16 @@ TEST_F(CameraSignals, AreHandledBeforeTheCamerasExist) {
 }
 
 TEST_F(CameraSignals, AreHandledBeforeTheProgramHasStarted) {
+    work_.write("desk.png", claimingPng({.width = 64, .height = 64}));
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        RunningProgram listing = start({"--virtual", "list"});
-        while (!isLauncher(listing.process()) || !hasChild(listing.process())) {
+        // It would run for long.
+        RunningProgram reading =
+            start({"--virtual=desk.png", "read", "--size", "640x480", "--wait", "3600"});
+        while (!isLauncher(reading.process()) || !hasChild(reading.process())) {
             std::this_thread::yield();
         }
-        listing.signal(number);
-        expectAnEndThatLeavesNothing(listing);
+        reading.signal(number);
+        expectAnEndThatLeavesNothing(reading);
     }
 }
 

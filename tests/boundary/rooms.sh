@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks that only exports/ uses exported names and includes public headers, apart from the shared
-# types; that a room includes only those below it; and that a folder of src or apps holds at most
+# types, modules being linked without the library; that a room includes only those below it; and that a folder of src or apps holds at most
 # twelve subjects, a subject being a source and its header.
 #   rooms.sh OBJECTS SOURCE
 set -euo pipefail
@@ -8,7 +8,8 @@ objects=$1 source=$2
 failed=0
 
 exported=$(grep -v '^#' "$source/tests/boundary/exported_names.txt" | LC_ALL=C sort)
-for room in $(cd "$source/src" && find . -name '*.cpp' -not -path './exports/*' -printf '%P\n'); do
+for room in $(cd "$source/src" && find . -name '*.cpp' -not -path './exports/*' \
+    -not -path './modules/*' -printf '%P\n'); do
     wanted=$(nm --undefined-only -P "$objects/$room.o" | awk '{print $1}' | LC_ALL=C sort |
         LC_ALL=C comm -12 - <(echo "$exported"))
     [ -z "$wanted" ] || { echo "rooms: $room calls" $wanted >&2; failed=1; }
@@ -28,6 +29,8 @@ done <<'END'
 base none
 base/handles none
 base/files base/handles
+base/modules base/files
+base/pictures base/handles base/modules
 state base
 faults base state
 discovery base state
@@ -46,9 +49,13 @@ barcode base state
 preview base state
 capture base state faults discovery decode docimage output barcode preview
 exports base state faults discovery decode docimage output barcode preview capture
+modules base decode
+modules/formats none
+modules/mjpeg none
+modules/seal none
 END
 
-above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|output|barcode|preview|capture|exports)/" \
+above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|output|barcode|preview|capture|exports|modules)/" \
     apps examples || true)
 [ -z "$above" ] || { echo "rooms: hosts include rooms other than base:" >&2; echo "$above" >&2; failed=1; }
 

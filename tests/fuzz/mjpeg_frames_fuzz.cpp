@@ -1,8 +1,8 @@
 // Frames of an MJPEG stream, one after another through one decoder.
-#include "decode/mjpeg_decoder.h"
 #include "decode/mjpeg_frames.h"
 #include "fuzz_target.h"
 #include "input.h"
+#include "modules/mjpeg/libav_decoder.h"
 #include "state/library_state.h"
 
 #include <doccam/doccam.hpp>

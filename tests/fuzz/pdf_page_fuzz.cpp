@@ -1,7 +1,7 @@
 // One or two picture files on the pages of a PDF document.
-#include "decode/jpeg_header.h"
 #include "fuzz_target.h"
 #include "input.h"
+#include "modules/mjpeg/jpeg_header.h"
 #include "scratch_file.h"
 
 #include <doccam/doccam.hpp>

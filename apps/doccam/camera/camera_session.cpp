@@ -2,6 +2,7 @@
 
 #include "camera/page_settings.h"
 #include "host/failure.h"
+#include "host/modules/with_modules.h"
 
 #include <doccam/doccam.hpp>
 
@@ -100,6 +101,9 @@ CameraSession::CameraSession(int camera, const Capture& capture, const Interrupt
   , capture_(capture)
   , interrupt_(interrupt)
   , feed_(FrameFeed::instance()) {
+    if (capture.format == Format::kMjpeg) {
+        withModules([] { openModule(kMjpegModule); });
+    }
     feed_.restart();
     SetVideoFormat(static_cast<int>(capture.format));
     cropToSheet(false);

@@ -1,6 +1,9 @@
 #include "pictures/reading.h"
 
+#include "base/pictures/formats.h"
+#include "base/pictures/picture_file.h"
 #include "host/failure.h"
+#include "host/modules/with_modules.h"
 #include "pictures/picture_limits.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -23,8 +26,11 @@ std::optional<PictureHeader> headerOf(const std::string& path) {
 
 // Damaged data and lack of memory may throw.
 cv::Mat decode(const std::string& file, int flags) {
+    if (needsFormats(file)) {
+        withModules([] { pictureFormats(); });
+    }
     try {
-        return cv::imread(file, flags);
+        return readPictureFile(file, flags);
     } catch (const cv::Exception&) {
         return {};
     } catch (const std::bad_alloc&) {

@@ -14,4 +14,7 @@ namespace doccam::host {
 void writePicture(const OutputFile& target, const std::string& path, const cv::Mat& picture,
                   int quality);
 
+// The same, anywhere. Returns false if not all of it could be written.
+bool writePicture(const std::string& path, const cv::Mat& picture, int quality);
+
 } // namespace doccam::host

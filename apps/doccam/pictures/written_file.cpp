@@ -1,17 +1,17 @@
 #include "pictures/written_file.h"
 
+#include "base/pictures/picture_encoding.h"
 #include "host/failure.h"
+#include "host/modules/with_modules.h"
 #include "pictures/pdf_file.h"
 #include "pictures/reading.h"
-
-#include <opencv2/imgcodecs.hpp>
 
 #include <filesystem>
 
 namespace doccam::host {
 
 void refuseUnknownType(const std::string& name) {
-    if (!isPdfName(name) && !cv::haveImageWriter(name)) {
+    if (!isPdfName(name) && !withModules([&] { return canEncode(name); })) {
         throw Failure(kUsage, "The name " + name +
                                   " ends in no known file type; let it end in "
                                   ".jpg, .png, .tif, .bmp or .pdf.");

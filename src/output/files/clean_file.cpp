@@ -1,6 +1,6 @@
 #include "output/files/clean_file.h"
 
-#include "base/picture_file.h"
+#include "base/pictures/picture_file.h"
 #include "docimage/clean/black_edge.h"
 #include "output/files/image_file.h"
 

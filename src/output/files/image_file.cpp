@@ -1,10 +1,11 @@
 #include "output/files/image_file.h"
 
 #include "base/handles/standard_file.h"
-#include "output/files/jpeg_writer.h"
+#include "base/modules/module.h"
+#include "base/pictures/picture_encoding.h"
 #include "output/files/staged_file.h"
 
-#include <opencv2/imgcodecs.hpp>
+#include <opencv2/core.hpp>
 
 #include <cstdio>
 #include <utility>
@@ -17,33 +18,22 @@ using Bytes = std::vector<unsigned char>;
 
 bool isWritable(const std::string& path, const cv::Mat& picture) {
     const int channels = picture.channels();
-    return cv::haveImageWriter(path) && !picture.empty() &&
-           (channels == 1 || channels == 3 || channels == 4);
-}
-
-std::vector<int> parametersOf(std::optional<int> jpegQuality) {
-    return jpegQuality ? std::vector<int>{cv::IMWRITE_JPEG_QUALITY, *jpegQuality}
-                       : std::vector<int>{};
+    return canEncode(path) && !picture.empty() && (channels == 1 || channels == 3 || channels == 4);
 }
 
 // Encoded in memory, because not all of OpenCV's encoders notice a full disk.
 std::optional<Bytes> encode(const std::string& path, const cv::Mat& picture,
                             std::optional<int> jpegQuality) {
-    if (jpegQuality && path.ends_with(".jpg")) {
-        if (auto jpeg = jpegOf(picture, *jpegQuality)) {
-            return jpeg;
-        }
-    }
-    Bytes bytes;
     try {
-        cv::imencode(path, picture, bytes, parametersOf(jpegQuality));
+        return encodePicture(path, picture, jpegQuality);
+    } catch (const ModuleError& error) {
+        std::fprintf(stderr, "doccam: %s\n", error.what());
     } catch (const cv::Exception&) {
         if (!isWritable(path, picture)) {
             throw;
         }
-        return std::nullopt;
     }
-    return bytes;
+    return std::nullopt;
 }
 
 bool writeBytes(const std::string& path, const Bytes& bytes) {

@@ -1,6 +1,6 @@
 #include "output/merge/merge_images.h"
 
-#include "base/picture_file.h"
+#include "base/pictures/picture_file.h"
 #include "output/files/files.h"
 #include "output/still/save_image.h"
 #include "state/documents.h"

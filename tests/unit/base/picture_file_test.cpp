@@ -1,4 +1,4 @@
-#include "base/picture_file.h"
+#include "base/pictures/picture_file.h"
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>

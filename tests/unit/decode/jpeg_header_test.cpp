@@ -1,5 +1,5 @@
-#include "decode/jpeg_header.h"
 #include "jpeg_samples.h"
+#include "modules/mjpeg/jpeg_header.h"
 
 #include <gmock/gmock.h>
 

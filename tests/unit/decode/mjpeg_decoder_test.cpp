@@ -1,6 +1,6 @@
 // The decoder's record: its life, and the scaler that the first picture fixes.
-#include "decode/mjpeg_decoder.h"
 #include "mjpeg_fixture.h"
+#include "modules/mjpeg/libav_decoder.h"
 #include "plain_codec.h"
 #include "support/printed_text.h"
 

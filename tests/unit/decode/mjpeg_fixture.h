@@ -3,6 +3,7 @@
 
 #include "decode/mjpeg_frames.h"
 #include "jpeg_samples.h"
+#include "modules/mjpeg/libav_decoder.h"
 #include "state/library_state.h"
 
 #include <doccam/doccam.hpp>

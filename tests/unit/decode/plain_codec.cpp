@@ -1,7 +1,7 @@
 #include "plain_codec.h"
 
-#include "base/handles/codec_handles.h"
-#include "decode/mjpeg_decoder.h"
+#include "modules/mjpeg/codec_handles.h"
+#include "modules/mjpeg/libav_decoder.h"
 
 #include <cstring>
 #include <stdexcept>

@@ -1,5 +1,6 @@
 // Restricting file access with Landlock.
 #include "base/files/file_placement.h"
+#include "base/modules/module.h"
 #include "base/unique_fd.h"
 #include "host/confinement/confinement.h"
 #include "host/virtual_camera.h"
@@ -106,6 +107,7 @@ void addSystem(const FileRules& rules) {
     for (const char* place : kSystemPlaces) {
         rules.allow(place, kRead);
     }
+    rules.allowReading(modulesFolder());
     for (const char* device : {"/dev/null", "/dev/zero", "/dev/random", "/dev/urandom"}) {
         rules.allow(device, kRead | kUseDevice);
     }

@@ -1,6 +1,8 @@
 #include "serve/tray/page_store.h"
 
+#include "base/pictures/picture_file.h"
 #include "host/failure.h"
+#include "pictures/writing.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -22,13 +24,13 @@ std::filesystem::path temporaryPlace() {
 }
 
 void write(const std::string& path, const cv::Mat& picture, int quality) {
-    if (!cv::imwrite(path, picture, {cv::IMWRITE_JPEG_QUALITY, quality})) {
+    if (!host::writePicture(path, picture, quality)) {
         throw TrayError("the page could not be written; is the disk full?");
     }
 }
 
 cv::Mat read(const std::string& path) {
-    cv::Mat picture = cv::imread(path, cv::IMREAD_UNCHANGED);
+    cv::Mat picture = readPictureFile(path, cv::IMREAD_UNCHANGED);
     if (picture.empty()) {
         throw TrayError("the camera gave no picture; try again");
     }

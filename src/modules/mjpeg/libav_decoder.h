@@ -1,19 +1,12 @@
 // Decodes MJPEG frames with libav.
 #pragma once
 
-#include "base/frame_size.h"
-#include "base/handles/codec_handles.h"
+#include "decode/mjpeg_codec.h"
+#include "modules/mjpeg/codec_handles.h"
 
-#include <opencv2/core/mat.hpp>
-
-#include <cstddef>
 #include <memory>
-#include <span>
 
 namespace doccam {
-
-// The number of zero bytes after padded data: libavcodec reads past the end.
-inline constexpr std::size_t kCodecPadding = AV_INPUT_BUFFER_PADDING_SIZE;
 
 // One decoder and all it owns. Its fields and their order are fixed.
 struct MjpegDecoder {
@@ -36,15 +29,6 @@ static_assert(sizeof(MjpegDecoder) == 8 * sizeof(void*));
 
 // Creates a decoder that prints nothing. If its setup failed, decoding fails for every frame.
 std::unique_ptr<MjpegDecoder> makeMjpegDecoder();
-
-enum class Decoded { kPicture, kNothing, kError };
-
-// One JPEG of a stream, which may be followed by leftover bytes.
-struct MjpegFrame {
-    std::span<const unsigned char> data;
-    bool padded = false; // kCodecPadding readable bytes follow, so data need not be copied
-    FrameSize wanted;    // the size to decode to
-};
 
 // Decodes a frame into picture. Since a few hundred bytes may announce gigabytes of pixels, a frame
 // of more than four times the wanted pixels and more than any supported camera sends is an error.

@@ -1,8 +1,8 @@
-#include "decode/mjpeg_decoder.h"
+#include "modules/mjpeg/libav_decoder.h"
 
 #include "base/pixel.h"
-#include "decode/jpeg_header.h"
-#include "decode/picture_scaler.h"
+#include "modules/mjpeg/jpeg_header.h"
+#include "modules/mjpeg/picture_scaler.h"
 
 extern "C" {
 #include <libavutil/imgutils.h>

@@ -1,4 +1,4 @@
-#include "decode/jpeg_header.h"
+#include "modules/mjpeg/jpeg_header.h"
 
 #include <cstddef>
 #include <cstring>

@@ -10,7 +10,8 @@
 namespace doccam {
 
 // The file's bytes, equal to OpenCV's. quality is clamped to 0 to 100. picture must be 8-bit with
-// one channel or three, blue first; none for others, and for a picture too large for a JPEG.
+// one channel, three, or four of which the last does not count, blue first; none for others, and
+// for a picture too large for a JPEG.
 std::optional<std::vector<unsigned char>> jpegOf(const cv::Mat& picture, int quality);
 
 } // namespace doccam

@@ -1,7 +1,7 @@
 // Converting decoded pictures to packed red-first pixels of another size.
 #pragma once
 
-#include "base/handles/codec_handles.h"
+#include "modules/mjpeg/codec_handles.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "output/files/jpeg_writer.h"
+#include "base/pictures/jpeg_writer.h"
 
 #include "base/handles/libjpeg.h"
 
@@ -89,6 +89,17 @@ void JpegWriter::growTo(std::size_t size) {
     target_.free_in_buffer = size - written_;
 }
 
+J_COLOR_SPACE coloursOf(const cv::Mat& picture) {
+    switch (picture.channels()) {
+    case 1:
+        return JCS_GRAYSCALE;
+    case 3:
+        return JCS_EXT_BGR;
+    default:
+        return JCS_EXT_BGRX;
+    }
+}
+
 // Holds no object with a destructor, since an error would jump over it.
 bool JpegWriter::write(const cv::Mat& picture, int quality) {
     if (setjmp(failed_) != 0) {
@@ -99,7 +110,7 @@ bool JpegWriter::write(const cv::Mat& picture, int quality) {
     jpeg_.image_width = static_cast<unsigned>(picture.cols);
     jpeg_.image_height = static_cast<unsigned>(picture.rows);
     jpeg_.input_components = picture.channels();
-    jpeg_.in_color_space = picture.channels() == 3 ? JCS_EXT_BGR : JCS_GRAYSCALE;
+    jpeg_.in_color_space = coloursOf(picture);
     jpeg_set_defaults(&jpeg_);
     jpeg_set_quality(&jpeg_, std::clamp(quality, 0, 100), TRUE);
     jpeg_start_compress(&jpeg_, TRUE);
@@ -112,8 +123,9 @@ bool JpegWriter::write(const cv::Mat& picture, int quality) {
 }
 
 bool isSuitable(const cv::Mat& picture) {
+    const int type = picture.type();
     return picture.dims == 2 && !picture.empty() &&
-           (picture.type() == CV_8UC1 || picture.type() == CV_8UC3);
+           (type == CV_8UC1 || type == CV_8UC3 || type == CV_8UC4);
 }
 
 } // namespace

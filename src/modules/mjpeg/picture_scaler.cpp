@@ -1,4 +1,4 @@
-#include "decode/picture_scaler.h"
+#include "modules/mjpeg/picture_scaler.h"
 
 extern "C" {
 #include <libavutil/opt.h>

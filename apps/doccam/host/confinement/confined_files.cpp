@@ -107,7 +107,7 @@ void addSystem(const FileRules& rules) {
     for (const char* place : kSystemPlaces) {
         rules.allow(place, kRead);
     }
-    rules.allowReading(modulesFolder());
+    rules.allow(modulesFolder(), kRead);
     for (const char* device : {"/dev/null", "/dev/zero", "/dev/random", "/dev/urandom"}) {
         rules.allow(device, kRead | kUseDevice);
     }

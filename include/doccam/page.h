@@ -1,0 +1,104 @@
+/*
+ * doccam: pages out of pictures. Finding sheets in a picture, making one upright, and making it look
+ * like paper. The functions keep no state: any thread, several at once, no camera needed.
+ */
+#ifndef DOCCAM_PAGE_H
+#define DOCCAM_PAGE_H
+
+#include "export.h"
+
+#include <stddef.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The largest width and height of an image, and its largest number of pixels. */
+#define DOCCAM_PAGE_MAX_SIDE 32767
+#define DOCCAM_PAGE_MAX_PIXELS 268435456
+
+/* Results below 0. */
+#define DOCCAM_PAGE_BAD_IMAGE (-1)    /* no pixels, a size beyond the limits, a stride below a row */
+#define DOCCAM_PAGE_BAD_ARGUMENT (-2) /* a null pointer, a value that is none of those listed */
+#define DOCCAM_PAGE_BAD_SHEET (-3)    /* corners that are no convex quadrilateral, clockwise */
+#define DOCCAM_PAGE_NO_MEMORY (-4)
+#define DOCCAM_PAGE_FAILED (-5) /* anything else; never seen */
+
+/* Channels and their order. */
+enum DoccamPixels {
+    DOCCAM_PIXELS_GREY = 1, /* one byte */
+    DOCCAM_PIXELS_BGR = 3,  /* blue, green, red, a byte each */
+    DOCCAM_PIXELS_RGB = 4,  /* red, green, blue, a byte each, as frame callbacks get them */
+    DOCCAM_PIXELS_BITS = 5  /* results only: one bit, 1 white, the highest of a byte leftmost */
+};
+
+/* An image of the caller's; only read. */
+typedef struct DoccamImage {
+    const unsigned char* data; /* the top left pixel */
+    int width;                 /* in pixels */
+    int height;
+    size_t stride; /* bytes from a row to the next */
+    int pixels;    /* DOCCAM_PIXELS_GREY, _BGR or _RGB */
+} DoccamImage;
+
+/* A result; free it with doccam_page_free. */
+typedef struct DoccamPage {
+    unsigned char* data;
+    int width;
+    int height;
+    size_t stride;
+    int pixels;
+} DoccamPage;
+
+/*
+ * A sheet in an image. Its corners are clockwise, beginning with the one that is nearest to the top
+ * left, in pixels: the centre of the top left pixel is (0, 0), its outer corner (-0.5, -0.5).
+ */
+typedef struct DoccamSheet {
+    double corners[4][2]; /* x and y of each; outside of the image where the sheet is cut */
+    double confidence;    /* 0 to 1 */
+    int cut;              /* 1 if part of the sheet lies outside of the image */
+} DoccamSheet;
+
+/*
+ * Finds sheets of paper in image, the surest first, and writes at most capacity of them to sheets.
+ * last may be a sheet that was found in an earlier picture of the same camera: it is looked for
+ * there first, which takes a fraction of the time, and then found alone. Returns the number
+ * written, 0 for none, or an error.
+ */
+DOCCAM_API int doccam_find_sheets(const DoccamImage* image, const DoccamSheet* last,
+                                  DoccamSheet* sheets, int capacity);
+
+/*
+ * Makes sheet an upright rectangle of the sheet's own proportions, with no more pixels than the
+ * image has of it, and the image's channels. Parts outside of the image are white. Returns 0, and
+ * the page in *page; or an error, and *page null.
+ */
+DOCCAM_API int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet,
+                              DoccamPage** page);
+
+enum DoccamLook {
+    DOCCAM_LOOK_PHOTO = 0, /* as seen */
+    DOCCAM_LOOK_PAPER = 1  /* evenly lit: white paper, dark ink, pictures and marks kept */
+};
+
+enum DoccamColour {
+    DOCCAM_COLOUR = 0,        /* the channels of the page */
+    DOCCAM_COLOUR_GREY = 1,   /* DOCCAM_PIXELS_GREY */
+    DOCCAM_COLOUR_BLACK_WHITE = 2 /* DOCCAM_PIXELS_BITS */
+};
+
+/*
+ * Gives page, a rectified sheet, a look and a colour. Returns 0, and the result in *result; or an
+ * error, and *result null.
+ */
+DOCCAM_API int doccam_look(const DoccamImage* page, int look, int colour, DoccamPage** result);
+
+/* Frees a result; nothing for null. */
+DOCCAM_API void doccam_page_free(DoccamPage* page);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -14,10 +14,9 @@
 
 namespace doccam::host {
 
-// Decides when to give up on a camera that delivers no frames.
-// Counts looks that found no frame. On a busy machine a frame or a still may take many seconds, so
-// a look during which this process has worked counts for little. Each look counts once, however
-// long it lasted: a suspended process has not waited for the camera.
+// Counts looks that found no frame, to decide when to give up on a camera. On a busy machine a
+// frame may take many seconds, so a look during which this process has worked counts for little.
+// Each counts once, however long it lasted: a suspended process has not waited for the camera.
 class Silence {
   public:
     // The length of one look.
@@ -41,8 +40,7 @@ class Silence {
 
 // At most one at a time, used by one thread. Waits continue as long as frames come; they throw
 // Interruption when the process is asked to end, and Failure when the stream has ended or the
-// camera is silent (see Silence). For a still that is not taken, these checks begin only after the
-// library has waited for up to four seconds.
+// camera is silent; for a still that is not taken, after up to four seconds in the library.
 class CameraSession {
   public:
     // Opens the camera and waits for its first frame. Throws Failure when it cannot be opened.
@@ -73,8 +71,7 @@ class CameraSession {
     bool findSheet();
 
     // Saves a still at path, whole or cropped to the sheet that findSheet found. Throws Failure if
-    // there is no file afterwards: kFileFailed if it could not be written, otherwise with the
-    // library's reason.
+    // there is no file afterwards: kFileFailed if it could not be written.
     void still(const std::string& path, bool crop);
 
   private:

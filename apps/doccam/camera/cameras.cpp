@@ -10,24 +10,15 @@
 namespace doccam::host {
 namespace {
 
-// Only stills are enlarged to this size; frames are captured at the smaller one. Never the default.
-constexpr Size kEnlarged{3672, 2856};
-constexpr Size kEnlargedFrom{3264, 2448};
-
-[[noreturn]] void failWithoutSizes(int index, std::optional<Format> format) {
-    throw Failure(kCameraFailed, "Camera " + std::to_string(index) + " offers no frame size" +
-                                     (format ? " in " + nameOf(*format) : std::string()) +
-                                     "; doccam doctor says why.");
-}
-
 // The driver's texts may start with blanks.
 std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
     return first == std::string::npos ? "" : text.substr(first);
 }
 
+// The enlarged size, which only stills have, is never the default.
 bool smaller(Size a, Size b) {
-    const auto weight = [](Size size) { return size == kEnlarged ? 0 : area(size); };
+    const auto weight = [](Size size) { return size == kEnlargedSize ? 0 : size.area(); };
     return weight(a) < weight(b);
 }
 
@@ -35,7 +26,7 @@ Size choose(int index, Format format, const std::vector<Size>& offered, std::opt
     if (!size) {
         return *std::max_element(offered.begin(), offered.end(), smaller);
     }
-    const Size needed = *size == kEnlarged ? kEnlargedFrom : *size;
+    const Size needed = *size == kEnlargedSize ? kFullSize : *size;
     if (std::find(offered.begin(), offered.end(), needed) == offered.end()) {
         throw Failure(kUsage, "Camera " + std::to_string(index) + " has no size " + textOf(*size) +
                                   " in " + nameOf(format) + "; choose one of " +
@@ -72,6 +63,17 @@ std::optional<Size> parseSize(const std::string& text) {
     return width && height ? std::optional(Size{*width, *height}) : std::nullopt;
 }
 
+void failWithoutCamera() {
+    throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
+                             "doccam doctor.");
+}
+
+void failWithoutSizes(int index, std::optional<Format> format) {
+    throw Failure(kCameraFailed, "Camera " + std::to_string(index) + " offers no frame size" +
+                                     (format ? " in " + nameOf(*format) : std::string()) +
+                                     "; doccam doctor says why.");
+}
+
 std::vector<Camera> attachedCameras() {
     const int count = getDeviceCount();
     if (count == DOCCAM_DEVICES_NO_UDEV) {
@@ -89,8 +91,7 @@ std::vector<Camera> attachedCameras() {
 void requireCamera(int index) {
     const int count = getDeviceCount();
     if (count < 1) {
-        throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
-                                 "doccam doctor.");
+        failWithoutCamera();
     }
     if (index < 0 || index >= count) {
         throw Failure(kNoCamera, "There is no camera " + std::to_string(index) +

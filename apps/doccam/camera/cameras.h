@@ -1,6 +1,8 @@
 // The attached cameras, and the pixel formats and frame sizes that they offer.
 #pragma once
 
+#include "base/frame_size.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,16 +11,7 @@ namespace doccam::host {
 
 enum class Format { kMjpeg = 0, kYuyv = 1 }; // the values that SetVideoFormat takes
 
-struct Size {
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const Size&) const = default;
-};
-
-inline long long area(Size size) {
-    return static_cast<long long>(size.width) * size.height;
-}
+using Size = FrameSize;
 
 // "mjpeg" and "yuyv".
 std::string nameOf(Format format);
@@ -39,6 +32,11 @@ struct Capture {
     Size size;
 };
 
+// Throw the Failure that no camera is attached, or that camera index has no size, in format if
+// given.
+[[noreturn]] void failWithoutCamera();
+[[noreturn]] void failWithoutSizes(int index, std::optional<Format> format = std::nullopt);
+
 // Call these while no session is open, on one host thread.
 
 // Throws Failure if udev cannot be used; the list may be empty.
@@ -50,9 +48,8 @@ void requireCamera(int index);
 // The sizes that camera index offers in format, in the driver's order.
 std::vector<Size> offeredSizes(int index, Format format);
 
-// The format and size to open camera index with: the requested ones, by default MJPEG, or YUYV if
-// there is no MJPEG, at its largest size. Selects the format in the library. Throws Failure naming
-// the offered ones if a requested one is not among them.
+// The requested format and size, by default MJPEG, or else YUYV, at its largest size. Selects the
+// format in the library. Throws Failure naming the offered ones if the camera lacks them.
 Capture chooseCapture(int index, std::optional<Format> format, std::optional<Size> size);
 
 } // namespace doccam::host

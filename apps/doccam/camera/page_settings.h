@@ -1,6 +1,8 @@
 // Settings for turning a still into a page.
 #pragma once
 
+#include <doccam/doccam.h>
+
 #include <array>
 
 namespace doccam::host {
@@ -20,9 +22,17 @@ struct PageSettings {
 };
 
 // Passes all but the cropping to the library, effective from the next frame.
-void apply(const PageSettings& settings);
+inline void apply(const PageSettings& settings) {
+    SetRotate(settings.quarterTurns);
+    SetColorMode(static_cast<int>(settings.colour));
+    SetDelBlackedge(settings.cleanEdges ? 1 : 0);
+    SetDelBackColor(settings.cleanBackground ? 1 : 0);
+    SetJpgQuality(settings.quality);
+}
 
 // Switches cropping stills to the sheet and the live outline on or off, from the next frame.
-void cropToSheet(bool crop);
+inline void cropToSheet(bool crop) {
+    SetCutType(crop ? 1 : 0);
+}
 
 } // namespace doccam::host

@@ -24,9 +24,8 @@ struct FileCodes {
 // "bar" and "qr".
 std::string nameOf(CodeKind kind);
 
-// At most one code of each kind, in the order of kinds. A picture of more than
-// PictureLimits::kReducedPixels is reduced. Throws Failure for a file that is not a readable
-// picture, Interruption when the process is asked to end.
+// At most one code of each kind, in the order of kinds. Large pictures are reduced. Throws Failure
+// for a file that is not a readable picture, Interruption when the process is asked to end.
 FileCodes codesInFile(const std::string& path, const std::vector<CodeKind>& kinds,
                       const Context& context);
 

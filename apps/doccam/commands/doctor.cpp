@@ -1,8 +1,6 @@
 // doccam doctor: diagnoses camera problems and suggests remedies.
 #include "commands/commands.h"
 #include "doctor/advice.h"
-#include "doctor/examination.h"
-#include "doctor/model_table.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 

@@ -18,8 +18,7 @@ int list(const Context& context) {
                        (camera.name.empty() ? kNoName : camera.name));
     }
     if (cameras.empty()) {
-        throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
-                                 "doccam doctor.");
+        failWithoutCamera();
     }
     return kDone;
 }
@@ -53,8 +52,7 @@ int sizes(const Context& context) {
         result.tell(asText(format, offered));
     }
     if (!any) {
-        throw Failure(kCameraFailed, "Camera " + std::to_string(camera) +
-                                         " offers no frame size; doccam doctor says why.");
+        failWithoutSizes(camera);
     }
     return kDone;
 }

@@ -137,14 +137,7 @@ void adviseOnNode(List& list, const Node& node, const ModelTable& table) {
 } // namespace
 
 std::string nameOf(Level level) {
-    switch (level) {
-    case Level::kWell:
-        return "ok";
-    case Level::kNote:
-        return "note";
-    default:
-        return "trouble";
-    }
+    return level == Level::kWell ? "ok" : level == Level::kNote ? "note" : "trouble";
 }
 
 std::vector<Advice> adviceOn(const Findings& findings) {

@@ -1,10 +1,7 @@
 // Turning findings into advice.
 #pragma once
 
-#include "doctor/findings.h"
-
-#include <string>
-#include <vector>
+#include "doctor/examination.h"
 
 namespace doccam::host {
 

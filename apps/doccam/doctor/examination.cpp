@@ -3,8 +3,6 @@
 #include "base/files/file_placement.h"
 #include "base/handles/udev_handles.h"
 #include "base/unique_fd.h"
-#include "doctor/model_table.h"
-#include "doctor/stream_trial.h"
 #include "host/texts.h"
 
 #include <fcntl.h>

@@ -52,7 +52,7 @@ FrameFlaw flawOf(Bytes frame, Format format, Size size) {
     }
     constexpr long long kBytesPerPixel = 2;
     const auto length = static_cast<long long>(frame.size());
-    return length < area(size) * kBytesPerPixel ? FrameFlaw::kShort : FrameFlaw::kNone;
+    return length < size.area() * kBytesPerPixel ? FrameFlaw::kShort : FrameFlaw::kNone;
 }
 
 } // namespace doccam::host

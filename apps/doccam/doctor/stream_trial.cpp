@@ -56,7 +56,7 @@ Size largestSize(int descriptor, Format format) {
     v4l2_frmsizeenum entry{};
     entry.pixel_format = pixelFormatOf(format);
     for (; ioctl(descriptor, VIDIOC_ENUM_FRAMESIZES, &entry) == 0; ++entry.index) {
-        if (const Size size = sizeIn(entry); area(size) > area(largest)) {
+        if (const Size size = sizeIn(entry); size.area() > largest.area()) {
             largest = size;
         }
     }
@@ -94,7 +94,7 @@ class DriverStream {
     // The largest size in MJPEG, or else in YUYV; fails with EINVAL if there is neither.
     DriverFormat largestFormat() const {
         for (const Format format : {Format::kMjpeg, Format::kYuyv}) {
-            if (const Size size = largestSize(node_.get(), format); area(size) > 0) {
+            if (const Size size = largestSize(node_.get(), format); size.area() > 0) {
                 return {format, size};
             }
         }

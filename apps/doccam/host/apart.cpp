@@ -19,6 +19,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <utility>
 
 namespace doccam::host {
 namespace {
@@ -108,27 +109,59 @@ void apply(const Bounds& bounds, std::uint64_t before) {
     _exit(kDone);
 }
 
-// The child's messages, which may be arbitrary bytes once a decoder is compromised.
-class Messages {
+int millisecondsUntil(std::optional<Clock::time_point> end) {
+    using std::chrono::milliseconds;
+    if (!end) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<milliseconds>(*end - Clock::now());
+    return static_cast<int>(std::max(left, milliseconds(0)).count());
+}
+
+// The running child process, which does not outlive this object. Its messages may be arbitrary
+// bytes once a decoder is compromised.
+class Child {
   public:
-    explicit Messages(int pipe)
-      : pipe_(pipe) {}
+    Child(pid_t process, const UniqueFd& pipe)
+      : process_(process)
+      , pipe_(pipe.get()) {}
 
-    int pipe() const { return pipe_; }
-
-    // Reads what is available; false at the end.
-    bool read() {
-        std::array<char, 65536> chunk{};
-        const ssize_t count = ::read(pipe_, chunk.data(), chunk.size());
-        bytes_.append(chunk.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        return count > 0 || (count < 0 && errno == EINTR);
+    ~Child() {
+        if (process_ > 0) {
+            kill(process_, SIGKILL);
+            await();
+        }
     }
 
-    bool areTooLong() const { return bytes_.size() > kMaximumBytes; }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
 
-    // The reports, once read() has returned false. Throws a Failure contained in the messages.
+    // Reads the messages until the child has ended or must be ended.
+    ApartEnd follow(const Interrupt& interrupt, std::optional<Clock::time_point> end) {
+        std::array<pollfd, 2> events{{{pipe_, POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
+        while (true) {
+            const int ready = poll(events.data(), events.size(), millisecondsUntil(end));
+            interrupt.check();
+            if (ready == 0) {
+                // Without waiting for it, as a disk that does not respond may block it.
+                kill(std::exchange(process_, -1), SIGKILL);
+                return ApartEnd::kOutOfTime;
+            }
+            if (ready < 0 || (events[0].revents & (POLLIN | POLLHUP)) == 0) {
+                continue;
+            }
+            if (!read()) {
+                return await();
+            }
+            if (bytes_.size() > kMaximumBytes) {
+                return ApartEnd::kCrashed;
+            }
+        }
+    }
+
+    // The reports in its messages. Throws a Failure that they contain.
     Apart after(ApartEnd end) const {
-        if (areTooLong()) {
+        if (bytes_.size() > kMaximumBytes) {
             return {ApartEnd::kCrashed, {}};
         }
         Apart apart{end, {}};
@@ -155,25 +188,13 @@ class Messages {
     }
 
   private:
-    int pipe_;
-    std::string bytes_;
-};
-
-// The running child process, which does not outlive this object.
-class Copy {
-  public:
-    explicit Copy(pid_t process)
-      : process_(process) {}
-
-    ~Copy() {
-        if (process_ > 0) {
-            kill(process_, SIGKILL);
-            await();
-        }
+    // Reads what is available; false at the end.
+    bool read() {
+        std::array<char, 65536> chunk{};
+        const ssize_t count = ::read(pipe_, chunk.data(), chunk.size());
+        bytes_.append(chunk.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        return count > 0 || (count < 0 && errno == EINTR);
     }
-
-    Copy(const Copy&) = delete;
-    Copy& operator=(const Copy&) = delete;
 
     ApartEnd await() {
         int status = 0;
@@ -186,48 +207,10 @@ class Copy {
         return WTERMSIG(status) == SIGXCPU ? ApartEnd::kOutOfTime : ApartEnd::kCrashed;
     }
 
-    // Kills it without waiting, as a disk that does not respond may block it.
-    void giveUp() {
-        kill(process_, SIGKILL);
-        process_ = -1;
-    }
-
-  private:
     pid_t process_;
+    int pipe_;
+    std::string bytes_;
 };
-
-int millisecondsUntil(std::optional<Clock::time_point> end) {
-    using std::chrono::milliseconds;
-    if (!end) {
-        return -1;
-    }
-    const auto left = std::chrono::ceil<milliseconds>(*end - Clock::now());
-    return static_cast<int>(std::max(left, milliseconds(0)).count());
-}
-
-// Reads the messages until the child has ended or must be ended.
-ApartEnd follow(Copy& copy, Messages& messages, const Interrupt& interrupt,
-                std::optional<Clock::time_point> end) {
-    std::array<pollfd, 2> events{
-        {{messages.pipe(), POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
-    while (true) {
-        const int ready = poll(events.data(), events.size(), millisecondsUntil(end));
-        interrupt.check();
-        if (ready == 0) {
-            copy.giveUp();
-            return ApartEnd::kOutOfTime;
-        }
-        if (ready < 0 || (events[0].revents & (POLLIN | POLLHUP)) == 0) {
-            continue;
-        }
-        if (!messages.read()) {
-            return copy.await();
-        }
-        if (messages.areTooLong()) {
-            return ApartEnd::kCrashed;
-        }
-    }
-}
 
 } // namespace
 
@@ -250,10 +233,9 @@ Apart runApart(const Interrupt& interrupt, const Bounds& bounds,
         workInCopy(to.get(), parent, bounds, before, work);
     }
     to.reset();
-    Copy copy(process);
-    Messages messages(from.get());
+    Child child(process, from);
     const auto end = bounds.wall ? std::optional(Clock::now() + *bounds.wall) : std::nullopt;
-    return messages.after(follow(copy, messages, interrupt, end));
+    return child.after(child.follow(interrupt, end));
 }
 
 } // namespace doccam::host

@@ -16,9 +16,8 @@ sigset_t blockSignals();
 
 // Waits for the signals that blockSignals blocks, including those pending since then. With
 // patience, a process that has not ended that long after the first signal ends at once with code,
-// removing its work folders; without patience it continues until a second signal, at least half a
-// second after the first, kills it. Create it before the process has threads, which inherit the
-// signal mask.
+// removing its work folders; without, a second signal at least half a second later kills it. Create
+// it before the process has threads, which inherit the signal mask.
 class Interrupt {
   public:
     using Patience = std::optional<std::chrono::milliseconds>;

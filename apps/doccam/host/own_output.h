@@ -14,9 +14,8 @@ using Json = nlohmann::ordered_json;
 // otherwise get. Call before any file is opened.
 void holdStandardStreams();
 
-// Discards everything printed on standard output and standard error from now on, or with verbose
-// sends all of it to standard error. Call once, before the first call of the library. Throws
-// Failure if no descriptors are left.
+// Discards what others print on the standard streams from now on, or with verbose sends it to
+// standard error. Call once, before the library. Throws Failure if no descriptors are left.
 void divertLibraryLines(bool verbose);
 
 // The stream for results; until the diversion, standard output.

@@ -12,9 +12,8 @@ struct VirtualCameraRequest {
     int sheetFrames = 0; // frames after which the drawn sheet is replaced; 0: never
 };
 
-// Executes the virtual camera's launcher with this command line; returns only in the process that
-// the launcher has started. Throws Failure if the launcher is not installed or the photo cannot be
-// read.
+// Executes the launcher with this command line; returns only in the process that it has started.
+// Throws Failure if it is not installed or the photo cannot be read.
 void moveUnderVirtualCamera(const VirtualCameraRequest& request, char** argv);
 
 // The folders that virtual cameras use in a process that sees them: the replacements of /dev and

@@ -4,6 +4,7 @@
 #include "host/texts.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -68,16 +69,8 @@ bool hasWorkFoldersName(const std::string& name) {
 // Other machines' locks are not visible on these.
 bool isShared(const fs::path& folder) {
     constexpr std::array<unsigned long, 9> kNetworks{
-        0x6969,     // NFS
-        0x517B,     // SMB
-        0xFE534D42, // SMB 2
-        0xFF534D42, // CIFS
-        0x65735546, // FUSE
-        0x01021997, // 9P
-        0x00C36400, // Ceph
-        0x5346414F, // AFS
-        0x73757245  // Coda
-    };
+        NFS_SUPER_MAGIC,  SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC,
+        CEPH_SUPER_MAGIC, AFS_SUPER_MAGIC, CODA_SUPER_MAGIC, V9FS_MAGIC};
 
     struct statfs status {};
 

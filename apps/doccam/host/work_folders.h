@@ -12,8 +12,8 @@ namespace doccam::host {
 class WorkFolder {
   public:
     // Creates it, and removes those left in the same place by dead processes of this user, together
-    // with the library's unfinished files. On failure path() is empty and errno is set. There is
-    // none in an empty place.
+    // with the library's unfinished files. On failure, as in an empty place, path() is empty; errno
+    // tells why.
     explicit WorkFolder(const std::filesystem::path& place);
     // Removes it with its contents.
     ~WorkFolder();

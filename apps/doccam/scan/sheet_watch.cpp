@@ -71,14 +71,6 @@ bool SheetWatch::isUnmoved(const cv::Mat& grey) const {
     return !differs(grey, rest_, kMovingShare);
 }
 
-void SheetWatch::noteTaken() {
-    taken_ = rest_;
-}
-
-void SheetWatch::noteDismissed() {
-    dismissed_ = rest_;
-}
-
 WatchedFrames::WatchedFrames(CameraSession& session)
   : session_(session) {
     resume();

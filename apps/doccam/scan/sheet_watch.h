@@ -35,8 +35,9 @@ class SheetWatch {
     bool isUnmoved(const cv::Mat& grey) const;
 
     // Records that the picture at rest has been taken as a page, or shows none.
-    void noteTaken();
-    void noteDismissed();
+    void noteTaken() { taken_ = rest_; }
+
+    void noteDismissed() { dismissed_ = rest_; }
 
   private:
     cv::Mat rest_;

@@ -29,7 +29,6 @@ class Encoding {
     ~Encoding() {
         feed_.close();
         handover_.close();
-        thread_.join();
     }
 
   private:
@@ -48,21 +47,6 @@ class Encoding {
     PictureFeed& feed_;
     PictureEncoder encoder_;
     std::jthread thread_;
-};
-
-// Releases requests that wait for a command, a picture or an event, so that the server can end.
-struct ReleaseWaiters {
-    CommandQueue& queue;
-    DocumentMaker& documents;
-    PictureFeed& pictures;
-    EventFeed& events;
-
-    ~ReleaseWaiters() {
-        queue.close();
-        documents.close();
-        pictures.close();
-        events.close();
-    }
 };
 
 void print(const ServeOptions& options, const std::vector<std::string>& addresses) {
@@ -109,7 +93,6 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);
     HttpServer server({queue, commands, pages, documents, pictures, events, viewers});
-    const ReleaseWaiters letGo{queue, documents, pictures, events};
     const int port = server.bind(options.address, options.port);
     const AccessRules rules = rulesFor(options.address, port, token);
     const std::vector<std::string> addresses = addressesOf(options.address, port, rules.token);

@@ -1,5 +1,5 @@
 // PDFs of the tray's pages, made in the background.
-#include "serve/tray/document_maker.h"
+#include "serve/tray/page_store.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>

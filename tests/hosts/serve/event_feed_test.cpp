@@ -56,7 +56,7 @@ TEST(EventFeed, ReleasesListenersWhenItCloses) {
     std::thread listener([&] { EXPECT_TRUE(feed.next(0, kLong).events.empty()); });
     feed.close();
     listener.join();
-    EXPECT_TRUE(feed.closed());
+    EXPECT_TRUE(feed.next(0, kNoTime).closed);
 }
 
 } // namespace

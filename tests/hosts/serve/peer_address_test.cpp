@@ -1,5 +1,5 @@
 // Which connection makes room for a new one.
-#include "serve/http/peer_address.h"
+#include "serve/http/reception.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

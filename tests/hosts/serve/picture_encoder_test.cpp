@@ -12,7 +12,7 @@ constexpr int kTolerance = 4;
 
 constexpr host::Size kForm{64, 48};
 
-FormPicture withRed(const Place& place) {
+FormPicture withRed(const cv::Rect& place) {
     std::vector<unsigned char> picture;
     for (int i = 0; i < place.width * place.height; ++i) {
         picture.insert(picture.end(), {200, 0, 0});
@@ -70,7 +70,7 @@ TEST(PictureEncoder, RefusesAFormWithoutPixels) {
 
 TEST(Compose, ErasesTheEarlierPicture) {
     FormPicture form = withRed({0, 0, 64, 48});
-    const std::vector<unsigned char> black(3, 0);
+    std::vector<unsigned char> black(3, 0);
     compose(form, kForm, {10, 10, 1, 1}, black.data());
     EXPECT_EQ(form.pixels[0], kSurround);
     EXPECT_EQ(form.pixels[3 * (10 * 64 + 10)], 0);
@@ -79,7 +79,7 @@ TEST(Compose, ErasesTheEarlierPicture) {
 
 TEST(Compose, FollowsTheFormsSize) {
     FormPicture form = withRed({0, 0, 64, 48});
-    const std::vector<unsigned char> black(3, 0);
+    std::vector<unsigned char> black(3, 0);
     compose(form, {8, 4}, {0, 0, 1, 1}, black.data());
     EXPECT_EQ(form.pixels.size(), 8U * 4 * 3);
 }

@@ -95,7 +95,7 @@ TEST(PictureFeed, ReleasesAllViewersWhenItCloses) {
     EXPECT_TRUE(feed.awaitViewer());
     feed.close();
     viewer.join();
-    EXPECT_TRUE(feed.closed());
+    EXPECT_TRUE(feed.next(0, kNoTime).closed);
     feed.publish(picture(1));
     EXPECT_EQ(feed.next(0, kLong).picture, nullptr);
 }

@@ -9,7 +9,7 @@ namespace doccam::serve {
 namespace {
 
 void give(PictureHandover& handover, unsigned char value) {
-    const std::vector<unsigned char> pixels(4 * 2 * 3, value);
+    std::vector<unsigned char> pixels(4 * 2 * 3, value);
     handover.give(pixels.data(), {1, 3, 4, 2});
 }
 
@@ -27,7 +27,7 @@ TEST(PictureHandover, HandsOverAPictureAndItsPosition) {
     FormPicture form;
     ASSERT_TRUE(handover.take(form));
     EXPECT_EQ(form.size, (host::Size{10, 20}));
-    EXPECT_EQ(form.place, (Place{1, 3, 4, 2}));
+    EXPECT_EQ(form.place, (cv::Rect{1, 3, 4, 2}));
     EXPECT_EQ(firstOf(form), 9);
 }
 

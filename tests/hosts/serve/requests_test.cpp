@@ -76,13 +76,13 @@ TEST(FittedForm, IsThePagesAreaIfPossible) {
 
 TEST(FittedForm, KeepsItsShapeWhenItIsTooLarge) {
     const host::Size form = fittedForm({5120, 2880});
-    EXPECT_LE(area(form), area(kLargestForm));
+    EXPECT_LE(form.area(), kLargestForm.area());
     EXPECT_NEAR(static_cast<double>(form.width) / form.height, 16.0 / 9, 0.01);
 }
 
 TEST(FittedForm, HasRoomForAPicture) {
     EXPECT_EQ(fittedForm({1, 1}), (host::Size{64, 64}));
-    EXPECT_LE(area(fittedForm({100000, 100000})), area(kLargestForm));
+    EXPECT_LE(fittedForm({100000, 100000}).area(), kLargestForm.area());
 }
 
 } // namespace doccam::serve

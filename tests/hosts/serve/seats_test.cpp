@@ -1,5 +1,5 @@
 // Places for viewers.
-#include "serve/live/seats.h"
+#include "serve/site/answers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -63,6 +63,7 @@ constexpr const char* kRefusedCalls =
     "execve execveat fork vfork ptrace process_vm_readv process_vm_writev kill tkill "
     "rt_sigqueueinfo rt_tgsigqueueinfo pidfd_open pidfd_send_signal socketpair";
 
+constexpr std::uint32_t kAllow = SCMP_ACT_ALLOW;
 constexpr std::uint32_t kRefuse = SCMP_ACT_ERRNO(EPERM);
 constexpr std::uint32_t kAsUnknown = SCMP_ACT_ERRNO(ENOSYS);
 
@@ -94,24 +95,6 @@ class Filter {
         set(SCMP_FLTATR_CTL_OPTIMIZE, kAsTree);
     }
 
-    void allow(const char* names) { add(SCMP_ACT_ALLOW, names); }
-
-    void refuse(const char* names) { add(kRefuse, names); }
-
-    void allow(const char* name, const Argument& argument) { add(SCMP_ACT_ALLOW, name, argument); }
-
-    void refuse(const char* name, const Argument& argument) { add(kRefuse, name, argument); }
-
-    int load() {
-        note(context_ == nullptr ? -ENOMEM : error_ == 0 ? seccomp_load(context_.get()) : 0);
-        return -error_;
-    }
-
-  private:
-    void set(scmp_filter_attr attribute, std::uint32_t value) {
-        note(seccomp_attr_set(context_.get(), attribute, value));
-    }
-
     void add(std::uint32_t action, const char* names) {
         std::istringstream words(names);
         for (std::string name; words >> name;) {
@@ -128,6 +111,16 @@ class Filter {
                                     &argument));
     }
 
+    int load() {
+        note(context_ == nullptr ? -ENOMEM : error_ == 0 ? seccomp_load(context_.get()) : 0);
+        return -error_;
+    }
+
+  private:
+    void set(scmp_filter_attr attribute, std::uint32_t value) {
+        note(seccomp_attr_set(context_.get(), attribute, value));
+    }
+
     void note(int result) { error_ = error_ == 0 && result < 0 ? result : error_; }
 
     std::unique_ptr<void, decltype(&seccomp_release)> context_;
@@ -137,26 +130,26 @@ class Filter {
 void addThreads(Filter& filter) {
     // Threads, but no processes. clone3 has its flags in memory, where the filter cannot see them;
     // it fails with ENOSYS, and the C library falls back to clone.
-    filter.allow("clone", bits(0, CLONE_THREAD | kNewNamespaces, CLONE_THREAD));
-    filter.refuse("clone", bits(0, CLONE_THREAD, 0));
-    filter.allow("tgkill", bits(0, kWholeRequest, static_cast<std::uint64_t>(getpid())));
+    filter.add(kAllow, "clone", bits(0, CLONE_THREAD | kNewNamespaces, CLONE_THREAD));
+    filter.add(kRefuse, "clone", bits(0, CLONE_THREAD, 0));
+    filter.add(kAllow, "tgkill", bits(0, kWholeRequest, static_cast<std::uint64_t>(getpid())));
 }
 
 // No memory is both writable and executable.
 void addMappings(Filter& filter) {
     for (const std::uint64_t allowed : {0, PROT_WRITE, PROT_EXEC}) {
-        filter.allow("mmap", bits(2, kWriteAndRun, allowed));
+        filter.add(kAllow, "mmap", bits(2, kWriteAndRun, allowed));
     }
-    filter.allow("mprotect", bits(2, PROT_EXEC, 0));
+    filter.add(kAllow, "mprotect", bits(2, PROT_EXEC, 0));
 }
 
 void addRequests(Filter& filter, bool cameras) {
     for (const std::uint64_t request : {TCGETS, TIOCGWINSZ, FIONREAD, FIONBIO, FIOCLEX, FIONCLEX}) {
-        filter.allow("ioctl", bits(1, kWholeRequest, request));
+        filter.add(kAllow, "ioctl", bits(1, kWholeRequest, request));
     }
     for (const std::uint64_t way : kWays) {
         if (cameras) {
-            filter.allow("ioctl", bits(1, kLetterAndWay, way | kV4l2Letter));
+            filter.add(kAllow, "ioctl", bits(1, kLetterAndWay, way | kV4l2Letter));
         }
     }
 }
@@ -165,24 +158,24 @@ void addRequests(Filter& filter, bool cameras) {
 void addSockets(Filter& filter, bool connections) {
     const bool localSockets = !virtualCameraFolders().empty();
     if (connections || localSockets) {
-        filter.allow(kConnectionCalls);
+        filter.add(kAllow, kConnectionCalls);
     }
     if (!localSockets) {
-        filter.refuse("socket connect bind listen");
+        filter.add(kRefuse, "socket connect bind listen");
         return;
     }
-    filter.allow("connect bind listen");
-    filter.allow("socket", {0, SCMP_CMP_EQ, AF_UNIX, 0});
-    filter.refuse("socket", {0, SCMP_CMP_NE, AF_UNIX, 0});
+    filter.add(kAllow, "connect bind listen");
+    filter.add(kAllow, "socket", {0, SCMP_CMP_EQ, AF_UNIX, 0});
+    filter.add(kRefuse, "socket", {0, SCMP_CMP_NE, AF_UNIX, 0});
 }
 
 // Returns 0 or the kernel's error.
 int filterCalls(const Reach& reach) {
     Filter filter;
     for (const char* names : {kFileCalls, kMemoryCalls, kThreadCalls, kQueryCalls, kWaitingCalls}) {
-        filter.allow(names);
+        filter.add(kAllow, names);
     }
-    filter.refuse(kRefusedCalls);
+    filter.add(kRefuse, kRefusedCalls);
     addThreads(filter);
     addMappings(filter);
     addRequests(filter, reach.cameras);

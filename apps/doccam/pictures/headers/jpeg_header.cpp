@@ -1,5 +1,5 @@
 // JPEG: the frame header, and the number of scans.
-#include "pictures/headers/header_readers.h"
+#include "pictures/headers/picture_header.h"
 
 #include <algorithm>
 #include <vector>

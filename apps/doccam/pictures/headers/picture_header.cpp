@@ -1,7 +1,5 @@
 #include "pictures/headers/picture_header.h"
 
-#include "pictures/headers/header_readers.h"
-
 #include <algorithm>
 #include <cctype>
 

@@ -22,4 +22,12 @@ struct PictureHeader {
 // damaged file. Also none for a header that is truncated or that OpenCV cannot read.
 std::optional<PictureHeader> readPictureHeader(FileBytes& file);
 
+// The parts of it that have a file of their own, for content with the type's signature.
+std::optional<PictureHeader> readJpegHeader(FileBytes& file);
+std::optional<PictureHeader> readTiffHeader(FileBytes& file);
+
+// A header of one page that is decoded without working memory. None if a side is 0 or longer than
+// OpenCV accepts.
+std::optional<PictureHeader> plainHeader(std::uint64_t width, std::uint64_t height);
+
 } // namespace doccam::host

@@ -1,5 +1,5 @@
 // TIFF and BigTIFF: all pages, and the storage of the first one.
-#include "pictures/headers/header_readers.h"
+#include "pictures/headers/picture_header.h"
 
 #include <algorithm>
 #include <array>
@@ -103,23 +103,11 @@ class TiffFile {
         return field.bytes > 0 ? std::optional(field) : std::nullopt;
     }
 
+    // Of integers; 0 for the other types.
     static unsigned bytesOfType(std::uint64_t type) {
-        switch (type) {
-        case 1:
-        case 6:
-            return 1;
-        case 3:
-        case 8:
-            return 2;
-        case 4:
-        case 9:
-            return 4;
-        case 16:
-        case 17:
-            return 8;
-        default:
-            return 0;
-        }
+        constexpr std::array<unsigned, 18> kBytes{0, 1, 0, 2, 4, 0, 1, 0, 2,
+                                                  4, 0, 0, 0, 0, 0, 0, 8, 8};
+        return type < kBytes.size() ? kBytes[type] : 0;
     }
 
     FileBytes& file_;

@@ -2,7 +2,9 @@
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
+#include <netdb.h>
 #include <netinet/in.h>
+#include <strings.h>
 #include <sys/random.h>
 
 #include <algorithm>
@@ -18,13 +20,8 @@ namespace {
 
 constexpr std::size_t kTokenBytes = kTokenDigits / 2;
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool sameName(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return lowered(a) == lowered(b); });
+    return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
 }
 
 bool isNumeric(const std::string& name) {
@@ -65,33 +62,17 @@ std::string inAddress(const std::string& name) {
     return name.find(':') == std::string::npos ? name : std::string("[").append(name).append("]");
 }
 
-template <typename Address>
-Address as(const sockaddr* general) {
-    Address address{};
-    std::memcpy(&address, general, sizeof address);
-    return address;
-}
-
-std::string numericText(int family, const void* bytes) {
-    std::array<char, INET6_ADDRSTRLEN> text{};
-    inet_ntop(family, bytes, text.data(), text.size());
-    return text.data();
-}
-
 // An interface's numeric address, or an empty text for one that no browser can open: a link-local
-// address needs its interface.
-std::string numberOf(const sockaddr* general, bool six) {
-    if (general != nullptr && general->sa_family == AF_INET) {
-        const auto address = as<sockaddr_in>(general);
-        return numericText(AF_INET, &address.sin_addr);
+// address needs its interface, which follows a percent sign.
+std::string numberOf(const sockaddr* address, bool six) {
+    const int family = address == nullptr ? AF_UNSPEC : address->sa_family;
+    if (family != AF_INET && !(six && family == AF_INET6)) {
+        return "";
     }
-    if (six && general != nullptr && general->sa_family == AF_INET6) {
-        const auto address = as<sockaddr_in6>(general);
-        return IN6_IS_ADDR_LINKLOCAL(&address.sin6_addr)
-                   ? ""
-                   : numericText(AF_INET6, &address.sin6_addr);
-    }
-    return "";
+    const socklen_t length = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);
+    std::array<char, NI_MAXHOST> text{};
+    getnameinfo(address, length, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
+    return std::strchr(text.data(), '%') == nullptr ? text.data() : "";
 }
 
 std::vector<std::string> ownAddresses(bool six) {

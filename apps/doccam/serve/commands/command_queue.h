@@ -23,7 +23,8 @@ struct Busy : std::runtime_error {
 // Any thread submits, others serve. Commands start in order of arrival.
 class CommandQueue {
   public:
-    // Commands that longest others wait before are refused with a reason that says what to do.
+    // Up to longest commands may wait besides those that idle threads are about to take; others are
+    // refused with a reason that says what to do.
     explicit CommandQueue(std::size_t longest = 32,
                           std::string refusal = "too many commands are waiting; try again")
       : longest_(longest)

@@ -19,7 +19,7 @@ void EventFeed::set(const std::string& topic, const std::string& text) {
 EventFeed::News EventFeed::next(std::uint64_t version, std::chrono::milliseconds patience) {
     std::unique_lock lock(mutex_);
     changed_.wait_for(lock, patience, [&] { return closed_ || version_ > version; });
-    News news{version_, {}};
+    News news{version_, {}, closed_};
     if (closed_) {
         return news;
     }
@@ -38,16 +38,9 @@ EventFeed::News EventFeed::next(std::uint64_t version, std::chrono::milliseconds
 }
 
 void EventFeed::close() {
-    {
-        const std::lock_guard lock(mutex_);
-        closed_ = true;
-    }
-    changed_.notify_all();
-}
-
-bool EventFeed::closed() const {
     const std::lock_guard lock(mutex_);
-    return closed_;
+    closed_ = true;
+    changed_.notify_all();
 }
 
 } // namespace doccam::serve

@@ -23,6 +23,7 @@ class EventFeed {
     struct News {
         std::uint64_t version = 0; // to pass to the next call of next()
         std::vector<Event> events; // in the order they were set
+        bool closed = false;
     };
 
     // Sets a topic's text, which must have no line break. An unchanged text is no event.
@@ -32,7 +33,6 @@ class EventFeed {
     News next(std::uint64_t version, std::chrono::milliseconds patience);
 
     void close();
-    bool closed() const;
 
   private:
     struct Entry {
@@ -40,7 +40,7 @@ class EventFeed {
         std::string text;
     };
 
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::condition_variable changed_;
     std::uint64_t version_ = 0;
     std::map<std::string, Entry> topics_;

@@ -116,11 +116,11 @@ host::Size fittedForm(host::Size wanted) {
         return std::clamp(value, kSmallestFormSide, kLongestFormSide);
     };
     const host::Size form{side(wanted.width), side(wanted.height)};
-    if (area(form) <= area(kLargestForm)) {
+    if (form.area() <= kLargestForm.area()) {
         return form;
     }
     const double scale =
-        std::sqrt(static_cast<double>(area(kLargestForm)) / static_cast<double>(area(form)));
+        std::sqrt(static_cast<double>(kLargestForm.area()) / static_cast<double>(form.area()));
     return {static_cast<int>(form.width * scale), static_cast<int>(form.height * scale)};
 }
 

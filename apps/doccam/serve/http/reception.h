@@ -2,18 +2,44 @@
 #pragma once
 
 #include "base/unique_fd.h"
-#include "serve/http/peer_address.h"
 #include "serve/http/request_head.h"
 #include "serve/owned_thread.h"
 
+#include <sys/socket.h>
+
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <list>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace doccam::serve {
+
+// An IPv4 address, or the /64 network of an IPv6 address, which usually belongs to one household.
+struct PeerAddress {
+    std::array<unsigned char, 8> bytes{};
+    bool six = false;
+
+    auto operator<=>(const PeerAddress&) const = default;
+};
+
+PeerAddress peerAddressOf(const sockaddr_storage& address);
+
+struct RoomLimits {
+    std::size_t places = 256;
+    std::size_t placesPerAddress = 64;
+};
+
+// Which of the waiting connections, oldest first, is dropped for a newcomer: none while there is
+// room; the oldest from the same address if that has used up its share; otherwise the oldest from
+// the address with the most. So silent ones make room, and earlier ones cannot keep anyone out.
+std::optional<std::size_t> leaverFor(const PeerAddress& newcomer,
+                                     const std::vector<PeerAddress>& waiting,
+                                     const RoomLimits& limits);
 
 struct ReceptionLimits {
     std::size_t longestHead = std::size_t{16} * 1024; // first line and headers together

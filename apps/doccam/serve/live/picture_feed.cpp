@@ -28,7 +28,7 @@ PictureFeed::Shown PictureFeed::next(std::uint64_t number, std::chrono::millisec
         return closed_ || (newest_.number > number && newest_.picture != nullptr);
     });
     --waiting_;
-    return arrived && !closed_ ? newest_ : Shown{};
+    return arrived && !closed_ ? newest_ : Shown{0, nullptr, closed_};
 }
 
 void PictureFeed::clear() {
@@ -37,17 +37,10 @@ void PictureFeed::clear() {
 }
 
 void PictureFeed::close() {
-    {
-        const std::lock_guard lock(mutex_);
-        closed_ = true;
-    }
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
     changed_.notify_all();
     wanted_.notify_all();
-}
-
-bool PictureFeed::closed() const {
-    const std::lock_guard lock(mutex_);
-    return closed_;
 }
 
 } // namespace doccam::serve

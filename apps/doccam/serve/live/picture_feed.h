@@ -20,6 +20,7 @@ class PictureFeed {
     struct Shown {
         std::uint64_t number = 0;
         std::shared_ptr<const Jpeg> picture;
+        bool closed = false;
     };
 
     // Replaces the newest picture. Never waits for a viewer.
@@ -37,10 +38,9 @@ class PictureFeed {
 
     // Ends all waiting, now and later.
     void close();
-    bool closed() const;
 
   private:
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::condition_variable changed_;
     std::condition_variable wanted_;
     int waiting_ = 0;

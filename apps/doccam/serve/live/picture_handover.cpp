@@ -1,35 +1,20 @@
 #include "serve/live/picture_handover.h"
 
-#include <algorithm>
-#include <cstring>
+#include "base/pixel.h"
+
 #include <utility>
 
 namespace doccam::serve {
-namespace {
-
-constexpr std::size_t kChannels = 3;
-
-std::size_t bytesOf(int pixels) {
-    return static_cast<std::size_t>(pixels) * kChannels;
-}
-
-} // namespace
-
-void compose(FormPicture& form, host::Size size, const Place& place, const unsigned char* picture) {
-    const std::size_t row = bytesOf(size.width);
+void compose(FormPicture& form, host::Size size, const cv::Rect& place, unsigned char* picture) {
     if (form.size != size || form.place != place) {
         form.size = size;
         form.place = place;
-        form.pixels.assign(row * static_cast<std::size_t>(size.height), kSurround);
+        form.pixels.assign(static_cast<std::size_t>(size.area() * kChannels), kSurround);
     }
-    const int left = std::max(place.x, 0);
-    const int right = std::min(place.x + place.width, size.width);
-    const int top = std::max(place.y, 0);
-    const int bottom = std::min(place.y + place.height, size.height);
-    for (int y = top; y < bottom && left < right; ++y) {
-        const std::size_t from = bytesOf(place.width) * static_cast<std::size_t>(y - place.y);
-        std::memcpy(form.pixels.data() + row * static_cast<std::size_t>(y) + bytesOf(left),
-                    picture + from + bytesOf(left - place.x), bytesOf(right - left));
+    if (const cv::Rect seen = place & cv::Rect(0, 0, size.width, size.height); !seen.empty()) {
+        cv::Mat canvas(size.height, size.width, CV_8UC3, form.pixels.data());
+        const cv::Mat whole(place.height, place.width, CV_8UC3, picture);
+        whole(seen - place.tl()).copyTo(canvas(seen));
     }
 }
 
@@ -44,7 +29,7 @@ void PictureHandover::setWanted(bool wanted) {
     fresh_ = fresh_ && wanted; // otherwise the next viewer would get an old picture
 }
 
-void PictureHandover::give(const unsigned char* picture, const Place& place) {
+void PictureHandover::give(unsigned char* picture, const cv::Rect& place) {
     {
         const std::lock_guard lock(mutex_);
         if (!wanted_ || form_.width < 1 || form_.height < 1) {
@@ -68,10 +53,8 @@ bool PictureHandover::take(FormPicture& form) {
 }
 
 void PictureHandover::close() {
-    {
-        const std::lock_guard lock(mutex_);
-        closed_ = true;
-    }
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
     given_.notify_one();
 }
 

@@ -4,6 +4,8 @@
 
 #include "camera/cameras.h"
 
+#include <opencv2/core.hpp>
+
 #include <condition_variable>
 #include <mutex>
 #include <vector>
@@ -13,24 +15,16 @@ namespace doccam::serve {
 // The grey level around a picture that does not fill the form, suitable for light and dark pages.
 inline constexpr unsigned char kSurround = 0x30;
 
-// The picture's position in the form; it may extend beyond the form.
-struct Place {
-    int x = 0, y = 0;
-    int width = 0, height = 0;
-
-    bool operator==(const Place&) const = default;
-};
-
 // Three bytes per pixel, red first, rows back to back.
 struct FormPicture {
     host::Size size;
-    Place place;
+    cv::Rect place; // may extend beyond the form
     std::vector<unsigned char> pixels;
 };
 
 // Composes the picture at its place with the surround, in a form of the given size. Reuses the
 // content of form, so that a picture at the same place costs only its copy.
-void compose(FormPicture& form, host::Size size, const Place& place, const unsigned char* picture);
+void compose(FormPicture& form, host::Size size, const cv::Rect& place, unsigned char* picture);
 
 // One thread gives, one takes. Giving only copies and never waits for the encoder; a picture that
 // was not taken is replaced.
@@ -43,7 +37,7 @@ class PictureHandover {
     void setWanted(bool wanted);
 
     // picture has place.width x place.height pixels, red first.
-    void give(const unsigned char* picture, const Place& place);
+    void give(unsigned char* picture, const cv::Rect& place);
 
     // Waits for a picture and swaps it with form, whose memory is reused. False if there is none
     // after close().

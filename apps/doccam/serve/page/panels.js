@@ -59,23 +59,17 @@ export function makeSettings(say, failed) {
   };
 }
 
+const element = (tag, properties) => Object.assign(document.createElement(tag), properties);
+
 function makeSlider(control, failed) {
-  const row = document.createElement('div');
-  row.className = 'slider';
-  const label = document.createElement('label');
-  const value = document.createElement('output');
-  const slider = document.createElement('input');
-  const reset = document.createElement('button');
-  const name = control.name[0].toUpperCase() + control.name.slice(1);
-  slider.type = 'range';
-  slider.id = `control-${control.name}`;
-  slider.min = control.minimum;
-  slider.max = control.maximum;
-  label.textContent = name;
-  label.htmlFor = slider.id;
-  value.htmlFor = slider.id;
-  reset.textContent = '↺';
-  reset.title = `Reset ${control.name}`;
+  const row = element('div', { className: 'slider' });
+  const slider = element('input', {
+    type: 'range', id: `control-${control.name}`, min: control.minimum, max: control.maximum,
+  });
+  const textContent = control.name[0].toUpperCase() + control.name.slice(1);
+  const label = element('label', { textContent, htmlFor: slider.id });
+  const value = element('output', { htmlFor: slider.id });
+  const reset = element('button', { textContent: '↺', title: `Reset ${control.name}` });
   reset.setAttribute('aria-label', reset.title);
   row.append(label, value, slider, reset);
   const send = merging('control', newest, failed);
@@ -117,13 +111,10 @@ async function copy(input, say) {
 }
 
 function makeCode(kind, text, say) {
-  const row = document.createElement('li');
-  const input = document.createElement('input');
-  const button = document.createElement('button');
-  input.readOnly = true;
-  input.value = text;
+  const row = element('li');
+  const input = element('input', { readOnly: true, value: text });
+  const button = element('button', { textContent: 'Copy' });
   input.setAttribute('aria-label', `${kind} text`);
-  button.textContent = 'Copy';
   button.setAttribute('aria-label', `Copy ${kind} text`);
   button.addEventListener('click', () => copy(input, say));
   row.append(input, button);

@@ -9,7 +9,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <memory>
+#include <utility>
 
 namespace doccam::serve {
 namespace {
@@ -71,7 +71,7 @@ struct PreviewStream {
             return write(sink, std::string("--") + kBoundary + "\r\n");
         }
         const PictureFeed::Shown shown = pictures.next(last, kLookForViewer);
-        if (pictures.closed()) {
+        if (shown.closed) {
             return false;
         }
         // Writing a header of the next part shows whether the viewer is still connected.
@@ -90,7 +90,7 @@ struct EventStream {
 
     bool operator()(httplib::DataSink& sink) {
         const EventFeed::News news = events.next(version, kLookForViewer);
-        if (events.closed()) {
+        if (news.closed) {
             return false;
         }
         version = news.version;
@@ -104,6 +104,37 @@ struct EventStream {
 };
 
 } // namespace
+
+Seats::Seats(int count, std::function<void(int)> changed)
+  : count_(count)
+  , state_(std::make_shared<State>()) {
+    state_->changed = std::move(changed);
+}
+
+// Call with the lock held.
+void Seats::State::add(int difference) {
+    taken += difference;
+    if (changed) {
+        changed(taken);
+    }
+}
+
+std::shared_ptr<void> Seats::take() {
+    const std::lock_guard lock(state_->mutex);
+    if (state_->taken >= count_) {
+        return nullptr;
+    }
+    state_->add(1);
+    return {this, [state = state_](void*) {
+                const std::lock_guard relock(state->mutex);
+                state->add(-1);
+            }};
+}
+
+int Seats::taken() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->taken;
+}
 
 void answerError(httplib::Response& response, int status, const std::string& reason) {
     response.status = status;

@@ -3,12 +3,14 @@
 
 #include "serve/commands/event_feed.h"
 #include "serve/live/picture_feed.h"
-#include "serve/live/seats.h"
 #include "serve/tray/page_store.h"
 
 #include <httplib.h>
 
 #include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
 #include <string>
 
 namespace doccam::serve {
@@ -26,9 +28,32 @@ void answerPage(httplib::Response& response, const PageStore& pages, int id);
 void answerThumbnail(httplib::Response& response, const PageStore& pages, int id);
 void answerDocument(httplib::Response& response, const std::string& path);
 
-// Pictures as parts of a multipart response, until the viewer disconnects or stalls. raw sends them
-// as plain bytes for scripts, which in some browsers cannot read multipart responses. 503 if all
-// seats are taken.
+// A limited number of seats, such as for viewers. Any thread.
+class Seats {
+  public:
+    // changed is called with the number of taken seats, one call at a time.
+    explicit Seats(int count, std::function<void(int)> changed = {});
+
+    // A seat, freed with its last copy; null if all are taken.
+    std::shared_ptr<void> take();
+
+    int taken() const;
+
+  private:
+    struct State {
+        std::mutex mutex;
+        int taken = 0;
+        std::function<void(int)> changed;
+        void add(int difference);
+    };
+
+    int count_;
+    std::shared_ptr<State> state_;
+};
+
+// Pictures as parts of a multipart response, which raw declares to be plain bytes, as scripts
+// cannot read it in some browsers. Ends when the viewer disconnects or stalls; 503 if all seats are
+// taken.
 void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& viewers, bool raw);
 
 // All topics, then each change, as server-sent events. 503 if all seats are taken.

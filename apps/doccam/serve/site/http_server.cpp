@@ -3,7 +3,6 @@
 #include "host/failure.h"
 #include "serve/access/admission.h"
 #include "serve/http/plain_answer.h"
-#include "serve/site/answers.h"
 #include "serve/site/page_files.h"
 
 #include <algorithm>
@@ -69,13 +68,15 @@ HttpServer::HttpServer(const Sources& sources)
   , listeners_(kMaximumListeners)
   , requests_(kMaximumWaiting) {
     configure(server_);
-    addStreams();
-    addPages();
-    addTickets();
+    addResponses();
     addCommands();
 }
 
 HttpServer::~HttpServer() {
+    sources_.queue.close();
+    sources_.documents.close();
+    sources_.pictures.close();
+    sources_.events.close();
     reception_.reset();
     server_.stopStreams();
     requests_.close();
@@ -129,7 +130,7 @@ std::optional<std::string> HttpServer::handOver(const RequestHead& head, UniqueF
     return refusalBytes({503, "too many requests are waiting; try again"}, head);
 }
 
-void HttpServer::addStreams() {
+void HttpServer::addResponses() {
     server_.Get("/preview", [this](const auto& request, auto& response) {
         streamPreview(response, sources_.pictures, sources_.viewers, request.has_param("raw"));
     });
@@ -140,9 +141,6 @@ void HttpServer::addStreams() {
         response.set_content(stateOf(sources_.events, sources_.viewers, listeners_),
                              "application/json");
     });
-}
-
-void HttpServer::addPages() {
     server_.Get(R"(/pages/(\d{1,9})\.jpg)", [this](const auto& request, auto& response) {
         answerPage(response, sources_.pages, std::stoi(request.matches[1].str()));
     });
@@ -154,16 +152,13 @@ void HttpServer::addPages() {
     });
 }
 
-void HttpServer::addTickets() {
+void HttpServer::addCommands() {
     server_.Post("/api/tickets", [this](const auto& request, auto& response) {
         const std::string path = text(parseBody(request.body), "for", kLongestPath);
         const Json answer{{"ticket", tickets_.issue(path)},
                           {"seconds", Tickets::kLifetime.count()}};
         response.set_content(answer.dump(), "application/json");
     });
-}
-
-void HttpServer::addCommands() {
     server_.Post(R"(/api/([a-z/]{1,40}))", [this](const auto& request, auto& response) {
         const std::string name = request.matches[1].str();
         if (!Commands::knows(name)) {

@@ -8,9 +8,8 @@
 #include "serve/http/reception.h"
 #include "serve/http/request_server.h"
 #include "serve/live/picture_feed.h"
-#include "serve/live/seats.h"
 #include "serve/owned_thread.h"
-#include "serve/tray/document_maker.h"
+#include "serve/site/answers.h"
 #include "serve/tray/page_store.h"
 
 #include <optional>
@@ -34,7 +33,8 @@ struct Sources {
 class HttpServer {
   public:
     explicit HttpServer(const Sources& sources);
-    // Stops and waits for requests in progress. Close the queue and the feeds first.
+    // Closes the queue, the documents and the feeds, so that requests that wait for them end, and
+    // waits for all in progress.
     ~HttpServer();
 
     // Binds the port, or any free one for 0, and returns it. Throws Failure on failure.
@@ -47,10 +47,8 @@ class HttpServer {
     std::optional<std::string> answerAtOnce(const RequestHead& head);
     std::optional<std::string> handOver(const RequestHead& head, UniqueFd& socket,
                                         const std::string& body);
-    void addStreams();
-    void addPages();
+    void addResponses();
     void addCommands();
-    void addTickets();
 
     Sources sources_;
     AccessRules rules_;

@@ -4,6 +4,8 @@
 #include "host/failure.h"
 #include "pictures/writing.h"
 
+#include <doccam/doccam.h>
+
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -58,6 +60,16 @@ cv::Mat turned(const cv::Mat& picture, int quarterTurns) {
     cv::rotate(picture, result, kTurns[quarterTurns - 1]);
     return result;
 }
+
+// Copies of the pages' files, removed with their folder.
+struct Copies {
+    std::filesystem::path folder;
+
+    ~Copies() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+};
 
 // Not every file system has links.
 void linkOrCopy(const std::string& from, const std::string& to) {
@@ -207,6 +219,32 @@ void PageStore::removeFiles(const Page& page) const {
     std::error_code ignored;
     std::filesystem::remove(pathOf(page, ""), ignored);
     std::filesystem::remove(pathOf(page, "-small"), ignored);
+}
+
+DocumentMaker::DocumentMaker(PageStore& pages)
+  : pages_(pages)
+  , queue_(kMaximumWaiting, "several PDFs are being made already; try again in some seconds")
+  , thread_(ownedThread([this] { queue_.serve(); })) {}
+
+DocumentMaker::~DocumentMaker() {
+    close();
+}
+
+std::string DocumentMaker::make() {
+    return queue_.order([this] { return write(); });
+}
+
+std::string DocumentMaker::write() {
+    std::string path = pages_.newDocument();
+    const Copies copies{path + ".pages"};
+    for (const std::string& picture : pages_.copyPictures(copies.folder)) {
+        AddImageFileToPDF(picture.c_str());
+    }
+    if (CombineToPDF(path.c_str(), false) != DOCCAM_OK) {
+        throw TrayError("the PDF could not be made; take a page first, and see that the disk is "
+                        "not full");
+    }
+    return path;
 }
 
 } // namespace doccam::serve

@@ -1,13 +1,16 @@
-// The tray: the pages taken so far, in the user's order.
+// The tray: the pages taken so far, in the user's order, and PDFs of them.
 #pragma once
 
 #include "host/work_folders.h"
+#include "serve/commands/command_queue.h"
+#include "serve/owned_thread.h"
 
 #include <filesystem>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace doccam::serve {
@@ -78,6 +81,31 @@ class PageStore {
     std::vector<Page> pages_;
     int lastId_ = 0;
     int lastDocument_ = 0;
+};
+
+// Makes one document at a time on its own thread: the library allows no more, and each takes as
+// much memory as its pages. Any thread may call make().
+class DocumentMaker {
+  public:
+    // Requests that may wait while a document is made.
+    static constexpr std::size_t kMaximumWaiting = 3;
+
+    explicit DocumentMaker(PageStore& pages);
+    ~DocumentMaker();
+
+    // Waits for a PDF of the pages as they are when it is started, and returns its path; the caller
+    // removes it. Throws Busy if too many wait or after close(), TrayError if none can be made.
+    std::string make();
+
+    // Drops waiting requests and refuses new ones.
+    void close() { queue_.close(); }
+
+  private:
+    std::string write();
+
+    PageStore& pages_;
+    CommandQueue queue_;
+    std::jthread thread_;
 };
 
 } // namespace doccam::serve

@@ -2,15 +2,11 @@
 // instruction set.
 #pragma once
 
-#include <initializer_list>
 #include <vector>
 
 namespace doccam {
 
-enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
-
-// For functions that require AVX-512. By default GCC uses only half of the width; clang does not
-// know the option.
+// By default GCC uses only half of AVX-512's width; clang does not know the option.
 #ifdef __clang__
 #define DOCCAM_TARGET_AVX512 gnu::target("avx512f,avx512bw,avx512dq,avx512vl")
 #else
@@ -18,44 +14,42 @@ enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
     gnu::target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")
 #endif
 
-constexpr const char* nameOf(InstructionSet set) {
-    switch (set) {
-    case InstructionSet::kAvx2:
-        return "AVX2";
-    case InstructionSet::kAvx512:
-        return "AVX-512";
-    default:
-        return "baseline";
-    }
-}
+enum class Widest { kAvx2, kAvx512 };
 
-// Whether this machine supports set; for AVX-512, the parts for 8-bit and 16-bit integers.
-inline bool isSupported(InstructionSet set) {
+// An always_inline loop, compiled for wider vectors.
+template <auto loop>
+struct Compiled;
+
+template <typename... Arguments, void (*loop)(Arguments...)>
+struct Compiled<loop> {
 #ifdef __x86_64__
-    switch (set) {
-    case InstructionSet::kAvx2:
-        return __builtin_cpu_supports("avx2") != 0;
-    case InstructionSet::kAvx512:
-        return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-               __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
-    default:
-        return true;
+    [[gnu::target("avx2")]] static void forAvx2(Arguments... arguments) {
+        loop(arguments...);
     }
-#else
-    return set == InstructionSet::kBaseline;
-#endif
-}
 
-// The kernels that this machine can run, in their order. Each has a member instructionSet.
-template <typename Kernels>
-std::vector<Kernels> supportedKernels(std::initializer_list<Kernels> all) {
-    std::vector<Kernels> supported;
-    for (const Kernels& kernels : all) {
-        if (isSupported(kernels.instructionSet)) {
-            supported.push_back(kernels);
+    [[DOCCAM_TARGET_AVX512]] static void forAvx512(Arguments... arguments) {
+        loop(arguments...);
+    }
+#endif
+};
+
+// Kernels{name of the instruction set, loops...} for each instruction set of this machine up to
+// widest, narrowest vectors first.
+template <typename Kernels, Widest widest, auto... loops>
+std::vector<Kernels> supportedKernels() {
+    std::vector<Kernels> kernels{{"baseline", loops...}};
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) {
+        kernels.push_back({"AVX2", Compiled<loops>::forAvx2...});
+    }
+    if constexpr (widest == Widest::kAvx512) {
+        if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+            __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl")) {
+            kernels.push_back({"AVX-512", Compiled<loops>::forAvx512...});
         }
     }
-    return supported;
+#endif
+    return kernels;
 }
 
 // The last of what allKernels() returns, the widest that this machine can run.

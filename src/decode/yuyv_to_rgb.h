@@ -16,7 +16,7 @@ void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int he
 // bytes each in dst, red first. Values above 250 become 255, those below 0 become 0, all others are
 // truncated. src and dst must not overlap.
 struct YuyvKernel {
-    InstructionSet instructionSet;
+    const char* instructionSet;
     void (*convert)(const unsigned char* src, unsigned char* dst, std::size_t count);
 };
 

@@ -25,7 +25,7 @@ void whitenRows(cv::Mat& page, cv::Range part, const Planes& planes, PixelRow ab
     PixelRow row = above;
     for (int y = part.start; y < part.end; ++y) {
         std::copy_n(page.ptr(y), row.size(), row.begin());
-        pageKernels().whitenPaper(
+        widestKernels<allPageKernels>().whitenPaper(
             {
                 .above = above.data(),
                 .row = row.data(),

@@ -36,7 +36,8 @@ void addColours(const cv::Mat& picture, WorkPlane& outline) {
     forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
         std::vector<uchar> colours(static_cast<std::size_t>(picture.cols));
         for (int y = part.start; y < part.end; ++y) {
-            pageKernels().markColours(picture.ptr(y), picture.cols, colours.data());
+            widestKernels<allPageKernels>().markColours(picture.ptr(y), picture.cols,
+                                                        colours.data());
             addMarks(colours, outline.unpaddedRow(y));
         }
     });

@@ -107,7 +107,7 @@ PageGrey gammaGrey(const cv::Mat& page) {
 PageGrey nearBlackGrey(const cv::Mat& page) {
     const GammaWeights weights;
     return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
-        pageKernels().markDark(pixels, page.cols, grey);
+        widestKernels<allPageKernels>().markDark(pixels, page.cols, grey);
         flatten(pixels, page.cols, weights, grey, levels);
     });
 }

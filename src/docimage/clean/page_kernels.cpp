@@ -153,71 +153,11 @@ struct Colours {
     whitenBlock(row, first, row.count - first, result);
 }
 
-constexpr PageKernels kBaseline = {InstructionSet::kBaseline, markColoursOf, markDarkOf,
-                                   markPaperOf, whitenPaperOf};
-
-#ifdef __x86_64__
-
-[[gnu::target("avx2")]] void markColoursWithAvx2(const unsigned char* pixels, int count,
-                                                 unsigned char* marks) {
-    markColoursOf(pixels, count, marks);
-}
-
-[[gnu::target("avx2")]] void markDarkWithAvx2(const unsigned char* pixels, int count,
-                                              unsigned char* marks) {
-    markDarkOf(pixels, count, marks);
-}
-
-[[gnu::target("avx2")]] void markPaperWithAvx2(const unsigned char* grey, const std::uint32_t* sums,
-                                               int count, unsigned char* paper) {
-    markPaperOf(grey, sums, count, paper);
-}
-
-[[gnu::target("avx2")]] void whitenPaperWithAvx2(const WhitenRowInput& row, unsigned char* result) {
-    whitenPaperOf(row, result);
-}
-
-constexpr PageKernels kAvx2 = {InstructionSet::kAvx2, markColoursWithAvx2, markDarkWithAvx2,
-                               markPaperWithAvx2, whitenPaperWithAvx2};
-
-[[DOCCAM_TARGET_AVX512]] void markColoursWithAvx512(const unsigned char* pixels, int count,
-                                                    unsigned char* marks) {
-    markColoursOf(pixels, count, marks);
-}
-
-[[DOCCAM_TARGET_AVX512]] void markDarkWithAvx512(const unsigned char* pixels, int count,
-                                                 unsigned char* marks) {
-    markDarkOf(pixels, count, marks);
-}
-
-[[DOCCAM_TARGET_AVX512]] void markPaperWithAvx512(const unsigned char* grey,
-                                                  const std::uint32_t* sums, int count,
-                                                  unsigned char* paper) {
-    markPaperOf(grey, sums, count, paper);
-}
-
-[[DOCCAM_TARGET_AVX512]] void whitenPaperWithAvx512(const WhitenRowInput& row,
-                                                    unsigned char* result) {
-    whitenPaperOf(row, result);
-}
-
-constexpr PageKernels kAvx512 = {InstructionSet::kAvx512, markColoursWithAvx512, markDarkWithAvx512,
-                                 markPaperWithAvx512, whitenPaperWithAvx512};
-
-#endif
-
 } // namespace
 
 std::vector<PageKernels> allPageKernels() {
-#ifdef __x86_64__
-    return supportedKernels({kBaseline, kAvx2, kAvx512});
-#else
-    return {kBaseline};
-#endif
-}
-
-const PageKernels& pageKernels() {
-    return widestKernels<allPageKernels>();
+    return supportedKernels<PageKernels, Widest::kAvx512, markColoursOf, markDarkOf, markPaperOf,
+                            whitenPaperOf>();
 }
 
 } // namespace doccam

@@ -21,7 +21,7 @@ struct WhitenRowInput {
 inline constexpr int kSurroundings = 179; // side of the square, in pixels
 
 struct PageKernels {
-    InstructionSet instructionSet;
+    const char* instructionSet;
 
     // 255 for coloured pixels of three samples, 0 for others.
     void (*markColours)(const unsigned char* pixels, int count, unsigned char* marks);
@@ -42,8 +42,5 @@ struct PageKernels {
 
 // The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<PageKernels> allPageKernels();
-
-// The one with the widest vectors.
-const PageKernels& pageKernels();
 
 } // namespace doccam

@@ -78,7 +78,8 @@ void markPaper(const cv::Mat& grey, cv::Range part, cv::Mat& paper) {
     std::vector<std::uint32_t> sums(static_cast<std::size_t>(grey.cols + kSurroundings));
     for (int y = part.start; y < part.end; ++y) {
         sumUp(columns.sums(), sums);
-        pageKernels().markPaper(grey.ptr(y), sums.data(), grey.cols, paper.ptr(y));
+        widestKernels<allPageKernels>().markPaper(grey.ptr(y), sums.data(), grey.cols,
+                                                  paper.ptr(y));
         columns.moveDown();
     }
 }

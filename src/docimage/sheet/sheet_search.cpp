@@ -26,7 +26,7 @@ void reduceEvenly(const cv::Mat& frame, cv::Mat& reduced) {
     forEachStrip(Strips(reduced.rows), [&](cv::Range part, int /*number*/) {
         for (int y = part.start; y < part.end; ++y) {
             const int row = kReduction * y;
-            sheetSearchKernels().reduceToGrey(
+            widestKernels<allSheetSearchKernels>().reduceToGrey(
                 {frame.ptr(row), frame.ptr(row + 1), frame.ptr(row + 2), frame.ptr(row + 3)},
                 reduced.cols, reduced.ptr(y));
         }
@@ -70,13 +70,15 @@ const cv::Mat& SheetSearch::flatField() {
     forEachStrip(strips, [&](cv::Range part, int /*number*/) {
         for (int y = part.start; y < part.end; ++y) {
             extendRow(reduced_.ptr(y), width);
-            sheetSearchKernels().blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
+            widestKernels<allSheetSearchKernels>().blurAlong(reduced_.ptr(y), width,
+                                                             sums_.ptr<std::uint16_t>(y));
         }
     });
     std::array<Levels, Strips::kMaximum> levels{};
     forEachStrip(strips, [&](cv::Range part, int number) {
         for (int y = part.start; y < part.end; ++y) {
-            sheetSearchKernels().flatField(rowsAround(sums_, y), width, reduced_.ptr(y));
+            widestKernels<allSheetSearchKernels>().flatField(rowsAround(sums_, y), width,
+                                                             reduced_.ptr(y));
             countLevels(reduced_.ptr(y), width, levels[static_cast<std::size_t>(number)]);
         }
     });

@@ -132,61 +132,11 @@ constexpr int kWeightsShift = 16; // for both directions together
     }
 }
 
-constexpr SheetSearchKernels kBaseline = {InstructionSet::kBaseline, reduceRows, blurRow,
-                                          flatFieldRow};
-
-#ifdef __x86_64__
-
-[[gnu::target("avx2")]] void reduceWithAvx2(const SheetSearchKernels::FrameRows& rows, int count,
-                                            unsigned char* grey) {
-    reduceRows(rows, count, grey);
-}
-
-[[gnu::target("avx2")]] void blurWithAvx2(const unsigned char* grey, int count,
-                                          std::uint16_t* sums) {
-    blurRow(grey, count, sums);
-}
-
-[[gnu::target("avx2")]] void flatFieldWithAvx2(const SheetSearchKernels::SumRows& rows, int count,
-                                               unsigned char* grey) {
-    flatFieldRow(rows, count, grey);
-}
-
-constexpr SheetSearchKernels kAvx2 = {InstructionSet::kAvx2, reduceWithAvx2, blurWithAvx2,
-                                      flatFieldWithAvx2};
-
-[[DOCCAM_TARGET_AVX512]] void reduceWithAvx512(const SheetSearchKernels::FrameRows& rows, int count,
-                                               unsigned char* grey) {
-    reduceRows(rows, count, grey);
-}
-
-[[DOCCAM_TARGET_AVX512]] void blurWithAvx512(const unsigned char* grey, int count,
-                                             std::uint16_t* sums) {
-    blurRow(grey, count, sums);
-}
-
-[[DOCCAM_TARGET_AVX512]] void flatFieldWithAvx512(const SheetSearchKernels::SumRows& rows,
-                                                  int count, unsigned char* grey) {
-    flatFieldRow(rows, count, grey);
-}
-
-constexpr SheetSearchKernels kAvx512 = {InstructionSet::kAvx512, reduceWithAvx512, blurWithAvx512,
-                                        flatFieldWithAvx512};
-
-#endif
-
 } // namespace
 
 std::vector<SheetSearchKernels> allSheetSearchKernels() {
-#ifdef __x86_64__
-    return supportedKernels({kBaseline, kAvx2, kAvx512});
-#else
-    return {kBaseline};
-#endif
-}
-
-const SheetSearchKernels& sheetSearchKernels() {
-    return widestKernels<allSheetSearchKernels>();
+    return supportedKernels<SheetSearchKernels, Widest::kAvx512, reduceRows, blurRow,
+                            flatFieldRow>();
 }
 
 } // namespace doccam

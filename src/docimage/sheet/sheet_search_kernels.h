@@ -19,7 +19,7 @@ struct SheetSearchKernels {
     using FrameRows = std::array<const unsigned char*, kReduction>;
     using SumRows = std::array<const std::uint16_t*, 2 * kBlurReach + 1>;
 
-    InstructionSet instructionSet;
+    const char* instructionSet;
 
     // The grey levels of count means of four by four red-first pixels.
     void (*reduceToGrey)(const FrameRows& rows, int count, unsigned char* grey);
@@ -33,8 +33,5 @@ struct SheetSearchKernels {
 
 // The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<SheetSearchKernels> allSheetSearchKernels();
-
-// The one with the widest vectors.
-const SheetSearchKernels& sheetSearchKernels();
 
 } // namespace doccam

@@ -128,31 +128,10 @@ struct Fractions {
     blendBlock(row, first, row.count - first, order, target);
 }
 
-constexpr RotationKernels kBaseline = {InstructionSet::kBaseline, blendRow};
-
-#ifdef __x86_64__
-
-[[gnu::target("avx2")]] void blendWithAvx2(const RotationRow& row, SampleOrder order,
-                                           unsigned char* target) {
-    blendRow(row, order, target);
-}
-
-constexpr RotationKernels kAvx2 = {InstructionSet::kAvx2, blendWithAvx2};
-
-#endif
-
 } // namespace
 
 std::vector<RotationKernels> allRotationKernels() {
-#ifdef __x86_64__
-    return supportedKernels({kBaseline, kAvx2});
-#else
-    return {kBaseline};
-#endif
-}
-
-const RotationKernels& rotationKernels() {
-    return widestKernels<allRotationKernels>();
+    return supportedKernels<RotationKernels, Widest::kAvx2, blendRow>();
 }
 
 } // namespace doccam

@@ -27,7 +27,7 @@ struct RotationRow {
 };
 
 struct RotationKernels {
-    InstructionSet instructionSet;
+    const char* instructionSet;
 
     // Blends the four pixels around each position.
     void (*blend)(const RotationRow& row, SampleOrder order, unsigned char* target);
@@ -35,9 +35,6 @@ struct RotationKernels {
 
 // The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<RotationKernels> allRotationKernels();
-
-// The one with the widest vectors.
-const RotationKernels& rotationKernels();
 
 // The position between two pixels, in 32nds of the distance.
 [[gnu::always_inline]] inline std::int16_t fractionOf(int place) {

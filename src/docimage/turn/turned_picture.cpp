@@ -110,7 +110,7 @@ void TurnedPicture::renderRow(const cv::Rect& part, int y, SampleOrder order, uc
     if (!amidst.empty()) {
         const auto first = static_cast<std::size_t>(amidst.start);
         const Place start = placeOf(amidst.start, y);
-        rotationKernels().blend(
+        widestKernels<allRotationKernels>().blend(
             {
                 .source = source_.data,
                 .step = static_cast<int>(source_.step[0]),

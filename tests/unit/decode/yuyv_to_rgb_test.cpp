@@ -69,7 +69,7 @@ TEST(YuyvToRgb, EqualsThePlainFormulaForEveryColourOnEveryInstructionSet) {
     for (const YuyvKernel& path : allYuyvKernels()) {
         std::fill(pixels.begin(), pixels.end(), 7);
         path.convert(frame.data(), pixels.data(), std::size_t{1} << 23);
-        EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << nameOf(path.instructionSet);
+        EXPECT_EQ(wrongPixels(pixels.data(), 0), 0) << path.instructionSet;
     }
 }
 
@@ -83,14 +83,14 @@ TEST(YuyvToRgb, WritesOnlyTheRequestedPairsOnEveryInstructionSet) {
             for (std::size_t i = 0; i < pairs; ++i) {
                 allYuyvKernels().front().convert(&frame[4 * i], &plain[6 * i], 1);
             }
-            EXPECT_EQ(pixels, plain) << nameOf(path.instructionSet) << ", " << pairs;
+            EXPECT_EQ(pixels, plain) << path.instructionSet << ", " << pairs;
         }
     }
 }
 
 #ifdef __x86_64__
 TEST(YuyvToRgb, UsesTheMachinesWidestInstructionSet) {
-    const std::string fastest = nameOf(allYuyvKernels().back().instructionSet);
+    const std::string fastest = allYuyvKernels().back().instructionSet;
     const bool wide = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
                       __builtin_cpu_supports("avx512vl");
     EXPECT_EQ(fastest, wide ? "AVX-512" : __builtin_cpu_supports("avx2") ? "AVX2" : "baseline");

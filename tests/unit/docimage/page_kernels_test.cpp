@@ -18,7 +18,7 @@ using doccam::WhitenRowInput;
 class EachPageKernel : public testing::TestWithParam<PageKernels> {};
 
 std::string named(const testing::TestParamInfo<PageKernels>& rows) {
-    std::string name = nameOf(rows.param.instructionSet);
+    std::string name = rows.param.instructionSet;
     std::erase(name, '-');
     return name;
 }

@@ -58,7 +58,7 @@ TEST(LiftedLevel, EqualsTheFractionsForAllLevels) {
 class EachSheetSearchKernel : public testing::TestWithParam<SheetSearchKernels> {};
 
 std::string named(const testing::TestParamInfo<SheetSearchKernels>& rows) {
-    std::string name = nameOf(rows.param.instructionSet);
+    std::string name = rows.param.instructionSet;
     std::erase(name, '-');
     return name;
 }

@@ -136,7 +136,7 @@ TEST(RotateImageOfOtherKinds, EqualsOpenCvs) {
 class EachRotationKernel : public testing::TestWithParam<RotationKernels> {};
 
 std::string nameOfRows(const testing::TestParamInfo<RotationKernels>& rows) {
-    return nameOf(rows.param.instructionSet);
+    return rows.param.instructionSet;
 }
 
 INSTANTIATE_TEST_SUITE_P(RotationKernels, EachRotationKernel,

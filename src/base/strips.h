@@ -40,4 +40,14 @@ void forEachStrip(const Strips& strips, const Work& work) {
     });
 }
 
+// Calls work(row) for rows 0 to count - 1, on several threads at once.
+template <typename Work>
+void forEachRow(int count, const Work& work) {
+    forEachStrip(Strips(count), [&](cv::Range part, int /*number*/) {
+        for (int row = part.start; row < part.end; ++row) {
+            work(row);
+        }
+    });
+}
+
 } // namespace doccam

@@ -4,8 +4,8 @@
 #include "docimage/clean/legacy_image.h"
 #include "docimage/pixels/gamma.h"
 #include "docimage/sheet/edge_overlay.h"
-#include "docimage/turn/free_rotation.h"
 #include "docimage/turn/quarter_turn.h"
+#include "docimage/turn/turned_picture.h"
 #include "output/files/clean_file.h"
 #include "state/library_state.h"
 
@@ -58,7 +58,7 @@ void FN_DeleteBlackEdgeEx2(char* path) {
 }
 
 IplImage* FillBlackEdgeToWhite(IplImage* src) {
-    return doccam::newImageOf(doccam::marginMask(doccam::viewOf(src)));
+    return doccam::newMarginMask(src);
 }
 
 void FN_DeleteBackcolor(cv::Mat src) {

@@ -54,10 +54,8 @@ void halveRow(const uchar* upper, const uchar* lower, int width, uchar* target) 
 }
 
 void halve(const cv::Mat& source, cv::Mat& target) {
-    forEachStrip(Strips(target.rows), [&](cv::Range part, int /*number*/) {
-        for (int y = part.start; y < part.end; ++y) {
-            halveRow(source.ptr(2 * y), source.ptr(2 * y + 1), target.cols, target.ptr(y));
-        }
+    forEachRow(target.rows, [&](int y) {
+        halveRow(source.ptr(2 * y), source.ptr(2 * y + 1), target.cols, target.ptr(y));
     });
 }
 

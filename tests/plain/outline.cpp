@@ -28,7 +28,7 @@ using Corners = std::array<cv::Point2f, 4>;
 Corners frameCorners(const CvSeq* contour) {
     std::vector<cv::Point> points(static_cast<std::size_t>(contour->total));
     cvCvtSeqToArray(contour, points.data());
-    Corners corners = boxCorners(minAreaRectangle(points));
+    Corners corners = boxCorners(MinAreaFit().around(points));
     for (cv::Point2f& corner : corners) {
         corner *= static_cast<float>(kReduction);
     }

@@ -1,7 +1,7 @@
 #include "docimage/clean/background.h"
 
+#include "base/strips.h"
 #include "docimage/clean/black_edge.h"
-#include "docimage/clean/neighbour_rows.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/clean/paper.h"
 #include "docimage/pixels/work_plane.h"
@@ -9,9 +9,30 @@
 #include <algorithm>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace doccam {
 namespace {
+
+using PixelRow = std::vector<uchar>;
+
+int mirrored(int y, int rows) {
+    if (rows == 1) {
+        return 0;
+    }
+    return y < 0 ? -y : (y >= rows ? 2 * (rows - 1) - y : y);
+}
+
+// At the page's edge rows are mirrored about the edge row; a page within a larger picture continues
+// to that picture's edge.
+PixelRow copyOfRow(const cv::Mat& page, int y) {
+    cv::Size whole;
+    cv::Point corner;
+    page.locateROI(whole, corner);
+    const std::ptrdiff_t row = mirrored(corner.y + y, whole.height) - corner.y;
+    const uchar* const first = page.data + row * static_cast<std::ptrdiff_t>(page.step);
+    return {first, first + static_cast<std::size_t>(page.cols) * page.elemSize()};
+}
 
 // The planes of the whole page that decide on each pixel.
 struct Planes {
@@ -44,10 +65,16 @@ void whitenRows(cv::Mat& page, cv::Range part, const Planes& planes, PixelRow ab
 void whitenBackground(cv::Mat page) {
     const Planes planes{paperOf(page), marginMask(page)};
     const Strips strips(page.rows);
-    const NeighbourRows neighbours(page, strips);
+    // The rows just outside each strip, copied since strips are processed in place.
+    std::vector<PixelRow> above, below;
+    for (int number = 0; number < strips.count; ++number) {
+        const cv::Range part = strips.part(number);
+        above.push_back(copyOfRow(page, part.start - 1));
+        below.push_back(copyOfRow(page, part.end));
+    }
     forEachStrip(strips, [&](cv::Range part, int number) {
         const auto strip = static_cast<std::size_t>(number);
-        whitenRows(page, part, planes, neighbours.above[strip], neighbours.below[strip]);
+        whitenRows(page, part, planes, above[strip], below[strip]);
     });
 }
 

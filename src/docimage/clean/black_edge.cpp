@@ -7,7 +7,8 @@
 
 #include <opencv2/core.hpp>
 
-#include <utility>
+#include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace doccam {
@@ -25,12 +26,6 @@ void whitenAround(const WorkPlane& outline, cv::Mat& picture) {
     paintMargins(picture, findMargins(marksOf(outline)));
 }
 
-void addMarks(const std::vector<uchar>& more, uchar* marks) {
-    for (std::size_t x = 0; x < more.size(); ++x) {
-        marks[x] |= more[x];
-    }
-}
-
 // Adds the coloured pixels to the outline's marks.
 void addColours(const cv::Mat& picture, WorkPlane& outline) {
     forEachStrip(Strips(picture.rows), [&](cv::Range part, int /*number*/) {
@@ -38,7 +33,8 @@ void addColours(const cv::Mat& picture, WorkPlane& outline) {
         for (int y = part.start; y < part.end; ++y) {
             widestKernels<allPageKernels>().markColours(picture.ptr(y), picture.cols,
                                                         colours.data());
-            addMarks(colours, outline.unpaddedRow(y));
+            uchar* const marks = outline.unpaddedRow(y);
+            std::transform(colours.begin(), colours.end(), marks, marks, std::bit_or<>());
         }
     });
 }

@@ -1,5 +1,7 @@
 #include "docimage/clean/legacy_image.h"
 
+#include "docimage/clean/black_edge.h"
+
 #include <opencv2/core/core_c.h>
 
 #include <cstring>
@@ -14,15 +16,12 @@ struct ReleaseImage {
 
 } // namespace
 
-cv::Mat viewOf(IplImage* image) {
-    return cv::cvarrToMat(image);
-}
-
-IplImage* newImageOf(const WorkPlane& plane) {
+IplImage* newMarginMask(IplImage* picture) {
+    const WorkPlane mask = marginMask(cv::cvarrToMat(picture));
     std::unique_ptr<IplImage, ReleaseImage> image(
-        cvCreateImage(cvSize(plane.size()), IPL_DEPTH_8U, plane.rows().channels()));
+        cvCreateImage(cvSize(mask.size()), IPL_DEPTH_8U, 1));
     std::memset(image->imageData, 0, static_cast<std::size_t>(image->imageSize));
-    plane.rows().copyTo(viewOf(image.get()));
+    mask.rows().copyTo(cv::cvarrToMat(image.get()));
     return image.release();
 }
 

@@ -129,14 +129,6 @@ void findBottoms(const Marks& marks, cv::Range columns, std::vector<int>& depths
     }
 }
 
-void findSides(const Marks& marks, cv::Range rows, Margins& margins) {
-    for (int y = rows.start; y < rows.end; ++y) {
-        const auto line = static_cast<std::size_t>(y);
-        margins.left[line] = leftMargin(marks.row(y), marks.size.width);
-        margins.right[line] = rightMargin(marks.row(y), marks.size.width);
-    }
-}
-
 // Columns of similar margins, painted together.
 constexpr int kBlock = 64;
 
@@ -210,8 +202,11 @@ Margins findMargins(const Marks& marks) {
     margins.right.resize(height);
     margins.top.assign(width, marks.size.height);
     margins.bottom.assign(width, marks.size.height);
-    forEachStrip(Strips(marks.size.height),
-                 [&](cv::Range rows, int /*number*/) { findSides(marks, rows, margins); });
+    forEachRow(marks.size.height, [&](int y) {
+        const auto line = static_cast<std::size_t>(y);
+        margins.left[line] = leftMargin(marks.row(y), marks.size.width);
+        margins.right[line] = rightMargin(marks.row(y), marks.size.width);
+    });
     forEachStrip(Strips(marks.size.width), [&](cv::Range columns, int /*number*/) {
         findTops(marks, columns, margins.top);
         findBottoms(marks, columns, margins.bottom);
@@ -221,11 +216,7 @@ Margins findMargins(const Marks& marks) {
 
 void paintMargins(cv::Mat& target, const Margins& margins) {
     const MarginPainter painter(target, margins);
-    forEachStrip(Strips(target.rows), [&](cv::Range rows, int /*number*/) {
-        for (int y = rows.start; y < rows.end; ++y) {
-            painter.paintRow(y);
-        }
-    });
+    forEachRow(target.rows, [&](int y) { painter.paintRow(y); });
 }
 
 } // namespace doccam

@@ -1,7 +1,6 @@
 #include "docimage/clean/page_grey.h"
 
 #include "base/pixel.h"
-#include "base/strips.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/pixels/gamma.h"
 #include "docimage/pixels/grey_weights.h"
@@ -41,25 +40,11 @@ struct GammaWeights {
 // Makes each grey row with makeRow(row of the page, row of the plane, levels to add to).
 template <typename MakeRow>
 PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
-    PageGrey grey{WorkPlane::unset(page.size())};
-    cv::Mat& rows = grey.plane.rows();
-    const Strips strips(page.rows);
-    std::array<Levels, Strips::kMaximum> levels{};
-    forEachStrip(strips, [&](cv::Range part, int number) {
-        for (int y = part.start; y < part.end; ++y) {
-            makeRow(page.ptr(y), rows.ptr(y), levels[static_cast<std::size_t>(number)]);
-        }
+    PageGrey grey{WorkPlane(page.size())};
+    grey.levels = levelsOfRows(page.rows, [&](int y, Levels& levels) {
+        makeRow(page.ptr(y), grey.plane.rows().ptr(y), levels);
     });
-    for (const Levels& part : levels) {
-        addLevels(part, grey.levels);
-    }
     return grey;
-}
-
-void lift(const uchar* pixels, int count, const GammaWeights& weights, uchar* grey) {
-    for (int x = 0; x < count; ++x, pixels += kChannels) {
-        grey[x] = weights.greyOf(pixels);
-    }
 }
 
 // Dark pixels are rare, so the gaps between them are filled a block at a time. Initially row holds
@@ -99,7 +84,9 @@ PageGrey greyOf(const cv::Mat& page) {
 PageGrey gammaGrey(const cv::Mat& page) {
     const GammaWeights weights;
     return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
-        lift(pixels, page.cols, weights, grey);
+        for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
+            grey[x] = weights.greyOf(pixels);
+        }
         countLevels(grey, page.cols, levels);
     });
 }

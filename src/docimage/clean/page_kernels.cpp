@@ -3,10 +3,10 @@
 
 #include "base/dispatch.h"
 #include "base/pixel.h"
-#include "docimage/pixels/pixel_colour.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 namespace doccam {
 namespace {
@@ -36,6 +36,17 @@ struct Colours {
         pixels[kPixelBytes * i + 1] = colours.green[i];
         pixels[kPixelBytes * i + 2] = colours.red[i];
     }
+}
+
+// A grey pixel's samples lie within 30 of their mean, rounded down. Comparing the sum instead of
+// the mean avoids a division.
+[[gnu::always_inline]] inline bool isColoured(std::int16_t c0, std::int16_t c1, std::int16_t c2) {
+    constexpr std::int16_t kGreyest = 30;
+    const auto sum = static_cast<std::int16_t>(c0 + c1 + c2);
+    const std::int16_t most = std::max(std::max(c0, c1), c2);
+    const std::int16_t least = std::min(std::min(c0, c1), c2);
+    return sum < static_cast<std::int16_t>(3 * (most - kGreyest)) ||
+           sum >= static_cast<std::int16_t>(3 * (least + kGreyest + 1));
 }
 
 [[gnu::always_inline]] inline void markBlock(const Colours& colours, int count,

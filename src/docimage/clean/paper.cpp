@@ -89,7 +89,7 @@ void markPaper(const cv::Mat& grey, cv::Range part, cv::Mat& paper) {
 WorkPlane paperOf(const cv::Mat& page) {
     cv::Mat grey;
     cv::cvtColor(page, grey, cv::COLOR_RGB2GRAY);
-    WorkPlane paper = WorkPlane::unset(page.size());
+    WorkPlane paper = WorkPlane(page.size());
     forEachStrip(Strips(page.rows),
                  [&](cv::Range part, int /*number*/) { markPaper(grey, part, paper.rows()); });
     return paper;

@@ -1,7 +1,6 @@
 #include "docimage/clean/sheet_outline.h"
 
-#include "docimage/clean/outline_brush.h"
-#include "docimage/pixels/bright_regions.h"
+#include "docimage/pixels/levels.h"
 #include "docimage/sheet/outer_outlines.h"
 
 #include <cstddef>
@@ -20,7 +19,34 @@ std::size_t countToLowestLarge(const OuterOutlines& outlines) {
     return count;
 }
 
+constexpr uchar kInk = 255;
+
+// A round brush of three pixels.
+void dab(uchar* pixel, std::ptrdiff_t step) {
+    pixel[-step] = kInk;
+    pixel[-1] = pixel[0] = pixel[1] = kInk;
+    pixel[step] = kInk;
+}
+
 } // namespace
+
+void drawOutline(std::span<const cv::Point> outline, cv::Mat& plane) {
+    const auto step = static_cast<std::ptrdiff_t>(plane.step);
+    cv::Point previous = outline.back();
+    for (const cv::Point point : outline) {
+        dab(plane.ptr(point.y, point.x), step);
+        const cv::Point move = point - previous;
+        if (move.x != 0 && move.y != 0) {
+            // A diagonal step widens the line on both sides.
+            const std::ptrdiff_t beside = move.y * step - move.x;
+            for (const cv::Point end : {previous, point}) {
+                uchar* const pixel = plane.ptr(end.y, end.x);
+                pixel[beside] = pixel[-beside] = kInk;
+            }
+        }
+        previous = point;
+    }
+}
 
 WorkPlane sheetOutline(PageGrey grey) {
     cv::Mat& rows = grey.plane.rows();

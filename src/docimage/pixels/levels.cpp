@@ -66,4 +66,18 @@ int otsuLevel(const Levels& levels) {
     return bestLevel;
 }
 
+void markBrightRegions(cv::Mat& grey, const Levels& levels) {
+    const auto level = static_cast<uchar>(otsuLevel(levels));
+    forEachRow(grey.rows, [&](int y) {
+        uchar* const row = grey.ptr(y);
+        for (int x = 0; x < grey.cols; ++x) {
+            row[x] = row[x] > level ? 1 : 0;
+        }
+    });
+    grey.row(0).setTo(0);
+    grey.row(grey.rows - 1).setTo(0);
+    grey.col(0).setTo(0);
+    grey.col(grey.cols - 1).setTo(0);
+}
+
 } // namespace doccam

@@ -13,18 +13,11 @@ int paddedWidth(int width) {
 
 } // namespace
 
-// A separate header instead of a submatrix of memory: OpenCV's filters read beyond a submatrix.
-WorkPlane::WorkPlane(const cv::Mat& memory, int width)
-  : memory_(memory)
-  , rows_(memory.rows, width, CV_8UC1, memory_.data, memory_.step) {}
-
+// The rows are a separate header, not a submatrix: OpenCV's filters read beyond a submatrix.
 WorkPlane::WorkPlane(cv::Size size)
-  : WorkPlane(cv::Mat(size.height, paddedWidth(size.width), CV_8UC1, cv::Scalar(0)), size.width) {}
-
-WorkPlane WorkPlane::unset(cv::Size size) {
-    const cv::Mat memory(size.height, paddedWidth(size.width), CV_8UC1);
-    memory.colRange(size.width, memory.cols).setTo(0);
-    return WorkPlane(memory, size.width);
+  : memory_(size.height, paddedWidth(size.width), CV_8UC1)
+  , rows_(size, CV_8UC1, memory_.data, memory_.step) {
+    memory_.colRange(size.width, memory_.cols).setTo(0);
 }
 
 } // namespace doccam

@@ -11,11 +11,8 @@ namespace doccam {
 // four. A copy shares the memory.
 class WorkPlane {
   public:
-    // All 0. Throws cv::Exception if out of memory.
+    // The pixels are uninitialised. Throws cv::Exception if out of memory.
     explicit WorkPlane(cv::Size size);
-
-    // The same with uninitialised pixels.
-    static WorkPlane unset(cv::Size size);
 
     cv::Size size() const { return rows_.size(); }
 
@@ -26,22 +23,14 @@ class WorkPlane {
 
     // Row y as read with the width for the stride: with padded rows the picture is skewed and
     // contains the padding.
-    const uchar* unpaddedRow(int y) const {
-        return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
-    }
-
-    uchar* unpaddedRow(int y) {
+    uchar* unpaddedRow(int y) const {
         return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
     }
 
     // Sets all pixels and padding to 0, including what was written to unpadded rows.
     void clear() { memory_.setTo(0); }
 
-    uchar unpaddedAt(int x, int y) const { return unpaddedRow(y)[x]; }
-
   private:
-    explicit WorkPlane(const cv::Mat& memory, int width);
-
     cv::Mat memory_;
     cv::Mat rows_;
 };

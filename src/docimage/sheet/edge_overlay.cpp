@@ -1,16 +1,14 @@
 #include "docimage/sheet/edge_overlay.h"
 
-#include "docimage/sheet/frame_corners.h"
 #include "docimage/sheet/min_area_rectangle.h"
 #include "docimage/sheet/outer_outlines.h"
-#include "docimage/sheet/sheet_geometry.h"
 #include "docimage/sheet/sheet_search.h"
 #include "docimage/sheet/sheet_search_kernels.h"
 #include "state/sheet.h"
 
 #include <opencv2/imgproc.hpp>
 
-#include <array>
+#include <algorithm>
 #include <optional>
 #include <span>
 
@@ -55,6 +53,22 @@ void drawLines(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
 }
 
 } // namespace
+
+std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box) {
+    std::array<cv::Point2f, 4> corners = boxCorners(box);
+    for (cv::Point2f& corner : corners) {
+        corner *= static_cast<float>(kReduction);
+    }
+    return corners;
+}
+
+SheetCorners wholePixels(const std::array<cv::Point2f, 4>& corners) {
+    SheetCorners whole;
+    std::transform(corners.begin(), corners.end(), whole.begin(), [](cv::Point2f corner) {
+        return cv::Point(static_cast<int>(corner.x), static_cast<int>(corner.y));
+    });
+    return whole;
+}
 
 SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
     if (frame.data == nullptr || frame.cols < kReduction || frame.rows < kReduction) {

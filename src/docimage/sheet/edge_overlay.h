@@ -1,15 +1,12 @@
 // The live outline of the sheet, and the page geometry derived from its corners.
 #pragma once
 
-#include "docimage/sheet/sheet_corners.h"
+#include "docimage/sheet/sheet_geometry.h"
+#include "state/parts.h"
 
 #include <opencv2/core/mat.hpp>
 
-namespace doccam::record {
-
-struct Sheet;
-
-} // namespace doccam::record
+#include <array>
 
 namespace doccam {
 
@@ -18,6 +15,10 @@ enum class SheetFound { kSheet = 0, kNoOutline = -1, kNoSheet = -2 };
 // Finds the sheet in the red-first frame, keeps its corners for the next still, and draws its
 // outline into the frame if draw is set. Without a sheet nothing changes. Streaming thread.
 SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept);
+
+// The corners of a rectangle in the reduced copy, in frame pixels; and truncated toward zero.
+std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box);
+SheetCorners wholePixels(const std::array<cv::Point2f, 4>& corners);
 
 // Keeps the crop of a sheet with these corners, and returns the clockwise rotation in degrees that
 // straightens it.

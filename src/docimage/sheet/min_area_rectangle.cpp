@@ -1,16 +1,34 @@
 #include "docimage/sheet/min_area_rectangle.h"
 
-#include "docimage/sheet/convex_hull.h"
-
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 
-// OpenCV's own routine reports the same rectangle with a different angle and first corner from
-// version to version, which would turn pages sideways. So it is computed here, in single precision
-// and with ties decided by a fixed order of the vertices.
+// OpenCV's angle and first corner differ from version to version, which would turn pages sideways.
+// Here they follow from single precision and a fixed order of the vertices.
 namespace doccam {
 namespace {
+
+bool liesFurtherLeft(cv::Point a, cv::Point b) {
+    return a.x < b.x || (a.x == b.x && a.y < b.y);
+}
+
+// Whether the path a-b-c turns left, as displayed.
+bool bendsLeft(cv::Point a, cv::Point b, cv::Point c) {
+    const std::int64_t cross =
+        std::int64_t{b.x - a.x} * (c.y - a.y) - std::int64_t{b.y - a.y} * (c.x - a.x);
+    return cross < 0;
+}
+
+// Appends next to the chain that starts at hull[begin], removing points that become interior.
+void append(std::vector<cv::Point>& hull, std::size_t begin, cv::Point next) {
+    while (hull.size() >= begin + 2 && !bendsLeft(hull[hull.size() - 2], hull.back(), next)) {
+        hull.pop_back();
+    }
+    hull.push_back(next);
+}
 
 constexpr std::size_t kFewestVertices = 3;
 
@@ -164,6 +182,24 @@ cv::RotatedRect asBox(const Enclosure& smallest) {
 
 } // namespace
 
+void findConvexHull(std::vector<cv::Point>& points, std::vector<cv::Point>& hull) {
+    std::sort(points.begin(), points.end(), liesFurtherLeft);
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+    hull.clear();
+    if (points.size() < 3) {
+        hull = points;
+        return;
+    }
+    for (const cv::Point point : points) {
+        append(hull, 0, point);
+    }
+    const std::size_t back = hull.size() - 1;
+    for (auto point = points.rbegin() + 1; point != points.rend(); ++point) {
+        append(hull, back, *point);
+    }
+    hull.pop_back(); // the first point again
+}
+
 cv::RotatedRect MinAreaFit::around(std::span<const cv::Point> contour) {
     if (contour.empty()) {
         return {};
@@ -175,10 +211,6 @@ cv::RotatedRect MinAreaFit::around(std::span<const cv::Point> contour) {
     }
     measureEdges(corners_, hull_);
     return asBox(smallestEnclosure(hull_));
-}
-
-cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour) {
-    return MinAreaFit().around(contour);
 }
 
 std::array<cv::Point2f, 4> boxCorners(const cv::RotatedRect& box) {

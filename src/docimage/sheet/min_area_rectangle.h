@@ -23,10 +23,8 @@ struct HullEdges {
 // Finds smallest rectangles around contours, reusing its memory. Not thread-safe.
 class MinAreaFit {
   public:
-    // The rectangle of smallest area around the contour's points. Its angle is -90 to 0 degrees,
-    // both inclusive; width runs along the angle, height perpendicular to it. The result does not
-    // depend on where the contour starts. A collinear contour gives an empty box at its first
-    // point, an empty one an empty box at the origin.
+    // Its angle is -90 to 0 degrees, both inclusive, wherever the contour starts. A collinear
+    // contour gives an empty box at its first point, an empty one at the origin.
     cv::RotatedRect around(std::span<const cv::Point> contour);
 
   private:
@@ -35,8 +33,10 @@ class MinAreaFit {
     HullEdges hull_;
 };
 
-// The same for a single contour. Any thread.
-cv::RotatedRect minAreaRectangle(const std::vector<cv::Point>& contour);
+// Reorders points, and stores the corners of their convex hull in hull: from the leftmost, of
+// several the highest, along the bottom and back along the top, no three of them collinear. Fewer
+// than three points, or equal ones, are returned as they are.
+void findConvexHull(std::vector<cv::Point>& points, std::vector<cv::Point>& hull);
 
 // The box's corners, clockwise as displayed. The first edge has the length of the box's height.
 std::array<cv::Point2f, 4> boxCorners(const cv::RotatedRect& box);

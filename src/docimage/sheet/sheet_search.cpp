@@ -1,13 +1,11 @@
 #include "docimage/sheet/sheet_search.h"
 
 #include "base/strips.h"
-#include "docimage/pixels/bright_regions.h"
 #include "docimage/sheet/sheet_search_kernels.h"
 
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -23,13 +21,12 @@ void reduceUnevenly(const cv::Mat& frame, cv::Mat& reduced) {
 }
 
 void reduceEvenly(const cv::Mat& frame, cv::Mat& reduced) {
-    forEachStrip(Strips(reduced.rows), [&](cv::Range part, int /*number*/) {
-        for (int y = part.start; y < part.end; ++y) {
-            const int row = kReduction * y;
-            widestKernels<allSheetSearchKernels>().reduceToGrey(
-                {frame.ptr(row), frame.ptr(row + 1), frame.ptr(row + 2), frame.ptr(row + 3)},
-                reduced.cols, reduced.ptr(y));
-        }
+    const auto& kernels = widestKernels<allSheetSearchKernels>();
+    forEachRow(reduced.rows, [&](int y) {
+        const int row = kReduction * y;
+        kernels.reduceToGrey(
+            {frame.ptr(row), frame.ptr(row + 1), frame.ptr(row + 2), frame.ptr(row + 3)},
+            reduced.cols, reduced.ptr(y));
     });
 }
 
@@ -50,7 +47,7 @@ SheetSearchKernels::SumRows rowsAround(const cv::Mat& sums, int y) {
 
 } // namespace
 
-const cv::Mat& SheetSearch::reduce(const cv::Mat& frame) {
+void SheetSearch::reduce(const cv::Mat& frame) {
     const cv::Size size(frame.cols / kReduction, frame.rows / kReduction);
     CV_Assert(!size.empty());
     padded_.create(size.height, size.width + 2 * kBlurReach, CV_8UC1);
@@ -60,39 +57,26 @@ const cv::Mat& SheetSearch::reduce(const cv::Mat& frame) {
     } else {
         reduceUnevenly(frame, reduced_);
     }
-    return reduced_;
 }
 
-const cv::Mat& SheetSearch::flatField() {
+// Returns the levels of the corrected copy.
+Levels SheetSearch::flatField() {
+    const auto& kernels = widestKernels<allSheetSearchKernels>();
     const int width = reduced_.cols;
-    const Strips strips(reduced_.rows);
     sums_.create(reduced_.size(), CV_16UC1);
-    forEachStrip(strips, [&](cv::Range part, int /*number*/) {
-        for (int y = part.start; y < part.end; ++y) {
-            extendRow(reduced_.ptr(y), width);
-            widestKernels<allSheetSearchKernels>().blurAlong(reduced_.ptr(y), width,
-                                                             sums_.ptr<std::uint16_t>(y));
-        }
+    forEachRow(reduced_.rows, [&](int y) {
+        extendRow(reduced_.ptr(y), width);
+        kernels.blurAlong(reduced_.ptr(y), width, sums_.ptr<std::uint16_t>(y));
     });
-    std::array<Levels, Strips::kMaximum> levels{};
-    forEachStrip(strips, [&](cv::Range part, int number) {
-        for (int y = part.start; y < part.end; ++y) {
-            widestKernels<allSheetSearchKernels>().flatField(rowsAround(sums_, y), width,
-                                                             reduced_.ptr(y));
-            countLevels(reduced_.ptr(y), width, levels[static_cast<std::size_t>(number)]);
-        }
+    return levelsOfRows(reduced_.rows, [&](int y, Levels& levels) {
+        kernels.flatField(rowsAround(sums_, y), width, reduced_.ptr(y));
+        countLevels(reduced_.ptr(y), width, levels);
     });
-    levels_.fill(0);
-    for (const Levels& part : levels) {
-        addLevels(part, levels_);
-    }
-    return reduced_;
 }
 
 const OuterOutlines& SheetSearch::outlinesIn(const cv::Mat& frame) {
     reduce(frame);
-    flatField();
-    markBrightRegions(reduced_, levels_);
+    markBrightRegions(reduced_, flatField());
     outlines_.search(reduced_);
     return outlines_;
 }

@@ -17,17 +17,13 @@ class SheetSearch {
     // frame under four pixels wide or high.
     const OuterOutlines& outlinesIn(const cv::Mat& frame);
 
-    // The individual steps.
-    // The reduced grey copy, its sides rounded down.
-    const cv::Mat& reduce(const cv::Mat& frame);
-    // The copy without slow variations of the light.
-    const cv::Mat& flatField();
-
   private:
+    void reduce(const cv::Mat& frame);
+    Levels flatField();
+
     cv::Mat padded_;  // the reduced copy with the pixels that the blur reads around each row
     cv::Mat reduced_; // a view of it
     cv::Mat sums_;    // of the blur along the rows
-    Levels levels_{};
     OuterOutlines outlines_;
 };
 

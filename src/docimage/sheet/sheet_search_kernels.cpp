@@ -3,7 +3,6 @@
 
 #include "base/dispatch.h"
 #include "base/pixel.h"
-#include "docimage/pixels/flat_field.h"
 #include "docimage/pixels/grey_weights.h"
 
 #include <cstddef>

@@ -3,6 +3,7 @@
 
 #include "base/dispatch.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -30,6 +31,17 @@ struct SheetSearchKernels {
     // Flat-fields grey by the blurred row, which is the weighted sum of the rows' sums.
     void (*flatField)(const SumRows& rows, int count, unsigned char* grey);
 };
+
+// Subtracts 0.7 of the background's distance from mid-grey, truncated. Below 0 it becomes 0; above
+// 255 it wraps around.
+[[gnu::always_inline]] inline unsigned char flatFieldedLevel(int grey, int background) {
+    constexpr int kMiddleLevel = 127;
+    // 0.7 in single precision, slightly less than 0.7.
+    constexpr int kLift = 11744051;
+    constexpr int kLiftShift = 24;
+    const int lift = (kLift * (kMiddleLevel - background)) >> kLiftShift;
+    return static_cast<unsigned char>(std::max(grey + lift, 0));
+}
 
 // The kernels that this machine can run, narrowest vectors first. All give the same results.
 std::vector<SheetSearchKernels> allSheetSearchKernels();

@@ -1,11 +1,11 @@
-// Turning the live frame by quarters.
+// Turning the live frame by quarters, in one pass over the memory.
 #pragma once
-
-#include "docimage/turn/pixel_turn.h"
 
 #include <opencv2/core/mat.hpp>
 
 namespace doccam {
+
+enum class Quarter { kClockwise, kCounterClockwise };
 
 // Turns source into turned, whose memory is reused from frame to frame; does nothing while turned
 // is empty. Images of any type. Throws cv::Exception like cv::transpose.

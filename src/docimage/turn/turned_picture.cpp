@@ -2,11 +2,11 @@
 
 #include "base/pixel.h"
 #include "base/strips.h"
-#include "docimage/turn/free_rotation.h"
 
-#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 
@@ -23,6 +23,19 @@ int inPlaceUnits(double pixels) {
     return cv::saturate_cast<int>(pixels * kPlaceUnits);
 }
 
+constexpr double kPi = 3.141592653589793;
+
+int wholePixels(double length) {
+    if (!(length <= std::numeric_limits<int>::max())) {
+        CV_Error(cv::Error::StsOutOfRange, "the turned picture has no size");
+    }
+    return static_cast<int>(length);
+}
+
+double radiansOf(float degrees) {
+    return kPi * degrees / 180.0;
+}
+
 // OpenCV's operations in OpenCV's order, since rounding would show any other.
 cv::Matx23d inverseOf(const cv::Mat& map) {
     const cv::Matx23d m = map;
@@ -36,6 +49,23 @@ cv::Matx23d inverseOf(const cv::Mat& map) {
 }
 
 } // namespace
+
+cv::Size canvasSize(cv::Size picture, double radians) {
+    const double sine = std::abs(std::sin(radians));
+    const double cosine = std::abs(std::cos(radians));
+    return {wholePixels(picture.height * sine + picture.width * cosine),
+            wholePixels(picture.width * sine + picture.height * cosine)};
+}
+
+cv::Mat turnOnto(cv::Size canvas, cv::Size picture, double degrees) {
+    const cv::Point middle(picture.width / 2, picture.height / 2);
+    const cv::Point shift((canvas.width - picture.width) / 2, (canvas.height - picture.height) / 2);
+    cv::Mat map;
+    cv::getRotationMatrix2D(middle, degrees, 1.0).convertTo(map, CV_32F);
+    map.at<float>(0, 2) += static_cast<float>(shift.x);
+    map.at<float>(1, 2) += static_cast<float>(shift.y);
+    return map;
+}
 
 // A position in the source.
 struct TurnedPicture::Place {
@@ -67,11 +97,7 @@ TurnedPicture::TurnedPicture(const TurnedRegion& region, float degrees)
 void TurnedPicture::render(const cv::Rect& part, cv::Mat& target, SampleOrder order) const {
     CV_Assert(target.type() == source_.type() && target.size() == part.size());
     CV_Assert((part & cv::Rect({}, canvas_)) == part);
-    forEachStrip(Strips(part.height), [&](cv::Range rows, int /*number*/) {
-        for (int y = rows.start; y < rows.end; ++y) {
-            renderRow(part, part.y + y, order, target.ptr(y));
-        }
-    });
+    forEachRow(part.height, [&](int y) { renderRow(part, part.y + y, order, target.ptr(y)); });
 }
 
 TurnedPicture::Place TurnedPicture::placeOf(int x, int y) const {
@@ -142,6 +168,21 @@ void TurnedPicture::renderPixel(Place place, SampleOrder order, uchar* pixel) co
         pixel[to] =
             blendDown(blendAlong(ul[i], ur[i], right), blendAlong(ll[i], lr[i], right), below);
     }
+}
+
+cv::Mat rotated(const cv::Mat& picture, float degrees) {
+    const TurnedRegion whole{picture, {}, picture.size()};
+    cv::Mat turned;
+    if (TurnedPicture::canRender(whole)) {
+        const TurnedPicture rendered(whole, degrees);
+        turned.create(rendered.size(), picture.type());
+        rendered.render({{}, rendered.size()}, turned, SampleOrder::kKept);
+        return turned;
+    }
+    const cv::Size canvas = canvasSize(picture.size(), radiansOf(-degrees));
+    cv::warpAffine(picture, turned, turnOnto(canvas, picture.size(), -degrees), canvas,
+                   cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(0));
+    return turned;
 }
 
 } // namespace doccam

@@ -1,7 +1,7 @@
 // The automatic crop's geometry: borders around the frame, the sheet's box, the straight page.
 #pragma once
 
-#include "docimage/sheet/sheet_corners.h"
+#include "docimage/sheet/sheet_geometry.h"
 
 #include <opencv2/core/types.hpp>
 

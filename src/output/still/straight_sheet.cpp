@@ -1,6 +1,5 @@
 #include "output/still/straight_sheet.h"
 
-#include "docimage/turn/free_rotation.h"
 #include "output/still/page_cleaning.h"
 
 #include <opencv2/imgproc.hpp>

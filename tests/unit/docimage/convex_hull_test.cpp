@@ -1,5 +1,5 @@
 // Convex hulls against OpenCV's.
-#include "docimage/sheet/convex_hull.h"
+#include "docimage/sheet/min_area_rectangle.h"
 #include "drawn_shapes.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,9 @@
-#include "docimage/sheet/frame_corners.h"
+#include "docimage/sheet/edge_overlay.h"
 #include "docimage/sheet/min_area_rectangle.h"
 
 #include <gmock/gmock.h>
+
+#include <vector>
 
 namespace doccam {
 namespace {
@@ -9,8 +11,8 @@ namespace {
 using testing::ElementsAre;
 
 TEST(FrameCorners, AreFourTimesThoseOfTheReducedOutline) {
-    const SheetCorners corners =
-        wholePixels(frameCorners(minAreaRectangle({{20, 50}, {50, 20}, {80, 50}, {50, 80}})));
+    const std::vector<cv::Point> outline = {{20, 50}, {50, 20}, {80, 50}, {50, 80}};
+    const SheetCorners corners = wholePixels(frameCorners(MinAreaFit().around(outline)));
     EXPECT_NEAR(corners[0].x, 200, 1);
     EXPECT_NEAR(corners[0].y, 320, 1);
     EXPECT_NEAR(corners[1].x, 80, 1);

@@ -1,4 +1,4 @@
-#include "docimage/turn/free_rotation.h"
+#include "docimage/turn/turned_picture.h"
 #include "support/same_picture.h"
 
 #include <doccam/doccam.hpp>

@@ -15,6 +15,10 @@ using test::Contour;
 using test::Shape;
 using test::ShapeMaker;
 
+cv::RotatedRect minAreaRectangle(const Contour& contour) {
+    return MinAreaFit().around(contour);
+}
+
 constexpr int kShapesOfAKind = 1000;
 
 // Single-precision rounding of a vertex, in pixels.

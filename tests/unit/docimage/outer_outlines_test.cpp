@@ -1,5 +1,5 @@
 // The outer outlines of regions, against OpenCV's contours.
-#include "docimage/clean/outline_brush.h"
+#include "docimage/clean/sheet_outline.h"
 #include "docimage/sheet/outer_outlines.h"
 #include "support/same_picture.h"
 

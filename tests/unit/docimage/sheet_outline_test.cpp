@@ -32,20 +32,21 @@ TEST(WorkPlane, ReadsPaddingAsPartOfTheFollowingRow) {
     const int expected[3][3] = {{1, 1, 1}, {0, 2, 2}, {2, 0, 3}};
     for (int y = 0; y < 3; ++y) {
         for (int x = 0; x < 3; ++x) {
-            EXPECT_EQ(plane.unpaddedAt(x, y), expected[y][x]) << x << ' ' << y;
+            EXPECT_EQ(plane.unpaddedRow(y)[x], expected[y][x]) << x << ' ' << y;
         }
     }
 }
 
-TEST(WorkPlane, IsBlackAtFirst) {
-    const WorkPlane plane({5, 4});
+TEST(WorkPlane, IsBlackWhenCleared) {
+    WorkPlane plane({5, 4});
+    plane.clear();
     EXPECT_EQ(cv::countNonZero(plane.rows()), 0);
-    EXPECT_EQ(plane.unpaddedAt(4, 3), 0);
+    EXPECT_EQ(plane.unpaddedRow(3)[4], 0);
 }
 
-TEST(WorkPlane, HasBlackPaddingWhenItsPixelsAreUnset) {
+TEST(WorkPlane, HasBlackPadding) {
     for (int width = 1; width <= 8; ++width) {
-        const WorkPlane plane = WorkPlane::unset({width, 3});
+        const WorkPlane plane({width, 3});
         for (int y = 0; y < 3; ++y) {
             const uchar* const row = plane.rows().ptr(y);
             EXPECT_TRUE(std::all_of(row + width, row + plane.rows().step[0],

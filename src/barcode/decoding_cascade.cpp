@@ -1,6 +1,5 @@
 #include "barcode/decoding_cascade.h"
 
-#include "barcode/threshold_ladder.h"
 #include "base/pixel.h"
 
 #include <opencv2/imgproc.hpp>
@@ -11,6 +10,8 @@ namespace doccam {
 namespace {
 
 constexpr int kAdaptiveBlock = 33;
+constexpr int kThresholdStep = 20;
+constexpr int kHighestThreshold = 239;
 
 } // namespace
 
@@ -45,10 +46,7 @@ std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted) {
         text = readCodeInBinary(bin, wanted);
     }
     // Starts with Otsu's threshold again.
-    for (const int level : thresholdLadder(otsu)) {
-        if (!text.empty()) {
-            break;
-        }
+    for (int level = otsu; text.empty() && level <= kHighestThreshold; level += kThresholdStep) {
         cv::threshold(grey, bin, level, kWhite, cv::THRESH_BINARY);
         text = readCodeInBinary(bin, wanted);
     }

@@ -36,13 +36,6 @@ cv::Mat readPicture(const char* path) {
     }
 }
 
-// A file's pixels are blue first, so red and blue swap their weights.
-cv::Mat greyOfFile(const cv::Mat& picture) {
-    cv::Mat grey;
-    cv::cvtColor(picture, grey, cv::COLOR_RGB2GRAY);
-    return grey;
-}
-
 // Keeps the texts last read from files by any thread. Never destroyed: a host may still read a text
 // at process exit.
 const char* keptText(std::string text) {
@@ -72,7 +65,10 @@ const char* readCodeFromFile(const char* path, CodeKind wanted) {
         std::puts("read image file error!!\r");
         return nullptr;
     }
-    CodeScan scan = scanForCode(greyOfFile(picture), wanted);
+    // A file's pixels are blue first, so red and blue swap their weights.
+    cv::Mat grey;
+    cv::cvtColor(picture, grey, cv::COLOR_RGB2GRAY);
+    CodeScan scan = scanForCode(grey, wanted);
     if (!scan.anySymbol) {
         std::puts("No BarQrCode!!\r");
         return nullptr;

@@ -1,10 +1,15 @@
 // Pauses and polling.
 #pragma once
 
+#include <sys/select.h>
+
 namespace doccam {
 
 // Waits for less than a second, by select() with only a timeout.
-void pauseFor(int milliseconds);
+inline void pauseFor(int milliseconds) {
+    timeval wait{.tv_sec = 0, .tv_usec = static_cast<suseconds_t>(milliseconds) * 1000};
+    select(0, nullptr, nullptr, nullptr, &wait);
+}
 
 inline constexpr int kPollMilliseconds = 50;
 

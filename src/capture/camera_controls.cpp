@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdio>
+#include <optional>
 
 namespace doccam {
 namespace {
@@ -52,8 +53,21 @@ bool writeControl(record::Session& session, int value, const char* complaint) {
     return true;
 }
 
-constexpr const char* kFocusUnread =
-    "**********************get Focus params failed**************\n";
+// Reads the control that makes the camera focus. The result if that is not possible, else none.
+std::optional<int> failureToReadFocus(record::Session& session, std::uint32_t identifier) {
+    if (!session.bKeep) {
+        return -1;
+    }
+    pauseFor(30);
+    session.qctrl.id = identifier;
+    if (!queryControl(session)) {
+        return 0;
+    }
+    if (!readControl(session, "**********************get Focus params failed**************\n")) {
+        return -2;
+    }
+    return std::nullopt;
+}
 
 void store(int* output, int value) {
     if (output != nullptr) {
@@ -121,16 +135,8 @@ int resetControl(record::Session& session, int selector) {
 }
 
 int toggleZoomFocus(record::Session& session) {
-    if (!session.bKeep) {
-        return -1;
-    }
-    pauseFor(30);
-    session.qctrl.id = V4L2_CID_ZOOM_ABSOLUTE;
-    if (!queryControl(session)) {
-        return 0;
-    }
-    if (!readControl(session, kFocusUnread)) {
-        return -2;
+    if (const auto failure = failureToReadFocus(session, V4L2_CID_ZOOM_ABSOLUTE)) {
+        return *failure;
     }
     pauseFor(25);
     const int opposite = session.ctrl.value != 0 ? 0 : 1;
@@ -138,16 +144,8 @@ int toggleZoomFocus(record::Session& session) {
 }
 
 int refocus(record::Session& session) {
-    if (!session.bKeep) {
-        return -1;
-    }
-    pauseFor(30);
-    session.qctrl.id = V4L2_CID_FOCUS_AUTO;
-    if (!queryControl(session)) {
-        return 0;
-    }
-    if (!readControl(session, kFocusUnread)) {
-        return -2;
+    if (const auto failure = failureToReadFocus(session, V4L2_CID_FOCUS_AUTO)) {
+        return *failure;
     }
     pauseFor(20);
     if (!writeControl(session, 0, "set default param error 01!")) {

@@ -55,10 +55,6 @@ void forget(record::Session& session, int index) {
     session.mappedLength[static_cast<std::size_t>(index)] = 0;
 }
 
-bool wasEverMapped(const record::Session& session, int index) {
-    return session.video_buffer_ptr[index] != nullptr;
-}
-
 // Unmaps the rest of the buffer from offset.
 void unmapFrom(const record::Session& session, int index, std::size_t offset) {
     const std::size_t mapped = session.mappedLength[static_cast<std::size_t>(index)];
@@ -78,7 +74,8 @@ void unmapBuffer(record::Session& session, int index) {
     ioctl(session.cam_fd.get(), VIDIOC_QUERYBUF, &record);
     const std::size_t length =
         std::min<std::size_t>(record.length, session.mappedLength[static_cast<std::size_t>(index)]);
-    if (wasEverMapped(session, index) && munmap(session.video_buffer_ptr[index], length) == -1) {
+    unsigned char* const pixels = session.video_buffer_ptr[index];
+    if (pixels != nullptr && munmap(pixels, length) == -1) {
         std::puts("munmap fail!!!");
         // An unplugged camera no longer reports the length; the mapping is still there.
         unmapFrom(session, index, 0);

@@ -16,13 +16,12 @@ void printDriver(int descriptor) {
     v4l2_capability capability{};
     ioctl(descriptor, VIDIOC_QUERYCAP, &capability);
     // Drivers may fill these fields to the last byte.
-    capability.driver[sizeof capability.driver - 1] = 0;
-    capability.card[sizeof capability.card - 1] = 0;
-    capability.bus_info[sizeof capability.bus_info - 1] = 0;
+    const auto text = [](auto& field) {
+        field[sizeof field - 1] = 0;
+        return reinterpret_cast<const char*>(field);
+    };
     std::printf("Driver Name:%s Card Name:%s Bus info:%s Driver Version:%u.%u.%u",
-                reinterpret_cast<const char*>(capability.driver),
-                reinterpret_cast<const char*>(capability.card),
-                reinterpret_cast<const char*>(capability.bus_info),
+                text(capability.driver), text(capability.card), text(capability.bus_info),
                 (capability.version >> 16) & 0xFFU, (capability.version >> 8) & 0xFFU,
                 capability.version & 0xFFU);
 }

@@ -1,6 +1,7 @@
 #include "capture/frame_loop.h"
 
 #include "barcode/decoding_cascade.h"
+#include "base/frame_size.h"
 #include "base/pause.h"
 #include "decode/yuyv_to_rgb.h"
 #include "docimage/sheet/edge_overlay.h"
@@ -13,12 +14,6 @@
 #include <cstring>
 
 namespace doccam {
-namespace {
-
-constexpr int kFramePause = 3;
-
-} // namespace
-
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
   , frames_(thread.frames())
@@ -51,6 +46,7 @@ FrameLoop::Next FrameLoop::step() {
         reportFaults() == Next::kEnd) {
         return Next::kEnd;
     }
+    constexpr int kFramePause = 3;
     pauseFor(kFramePause);
     return Next::kFrame;
 }
@@ -60,15 +56,15 @@ FrameLoop::Next FrameLoop::grab() {
         return Next::kEnd;
     }
     const int result = logGrabFailure(intake_.grabbed());
-    if (result != 0) {
-        std::puts("grabImage error!!!!!!!!!!");
-        std::printf("cam get image ret = %d\n", result);
-        if (endsUnexpectedly()) {
-            reportFault(endOfStream(result, library_.session.cam_fd.get()));
-        }
-        return Next::kEnd;
+    if (result == 0) {
+        return Next::kFrame;
     }
-    return Next::kFrame;
+    std::puts("grabImage error!!!!!!!!!!");
+    std::printf("cam get image ret = %d\n", result);
+    if (endsUnexpectedly()) {
+        reportFault(endOfStream(result, library_.session.cam_fd.get()));
+    }
+    return Next::kEnd;
 }
 
 FrameLoop::Next FrameLoop::decode() {
@@ -117,32 +113,21 @@ bool FrameLoop::dropAfterTurn() {
 }
 
 void FrameLoop::rotate() {
-    switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
-    case 1:
-        turnIntoFrame(frames_.srcimage, Quarter::kClockwise, frames_.roimage);
-        break;
-    case 2:
+    const int turns = library_.settings.RotateAngle.load(std::memory_order_relaxed);
+    if (turns == 2) {
         turnByHalf(frames_.srcimage);
-        break;
-    case 3:
-        turnIntoFrame(frames_.srcimage, Quarter::kCounterClockwise, frames_.roimage);
-        break;
-    default:
-        break;
+    } else if (sidesSwapped(turns)) {
+        const Quarter quarter = turns == 1 ? Quarter::kClockwise : Quarter::kCounterClockwise;
+        turnIntoFrame(frames_.srcimage, quarter, frames_.roimage);
     }
 }
 
 const cv::Mat* FrameLoop::workingImage() const {
-    switch (library_.settings.RotateAngle.load(std::memory_order_relaxed)) {
-    case 0:
-    case 2:
-        return &frames_.srcimage;
-    case 1:
-    case 3:
-        return &frames_.roimage;
-    default:
+    const int turns = library_.settings.RotateAngle.load(std::memory_order_relaxed);
+    if (turns < 0 || turns > 3) {
         return nullptr;
     }
+    return sidesSwapped(turns) ? &frames_.roimage : &frames_.srcimage;
 }
 
 bool FrameLoop::endsUnexpectedly() const {

@@ -84,20 +84,17 @@ GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
 }
 
 int logGrabFailure(const GrabbedFrame& grabbed) {
-    const int detail = grabbed.detail;
-    switch (grabbed.failure) {
-    case GrabbedFrame::Failure::kNone:
+    using enum GrabbedFrame::Failure;
+    if (grabbed.failure == kNone) {
         return 0;
-    case GrabbedFrame::Failure::kDequeue:
-        std::printf("ioctl(VIDIOC_DQBUF) failed %d(%s)", detail, strerror(detail));
-        return kGrabFailed;
-    case GrabbedFrame::Failure::kBufferIndex:
-        std::printf("invalid buffer index: %d", detail);
-        return kGrabImpossibleBuffer;
-    case GrabbedFrame::Failure::kRequeue:
-        std::printf("ioctl(VIDIOC_QBUF) failed %d(%s)", detail, strerror(detail));
-        return kGrabFailed;
     }
+    if (grabbed.failure == kBufferIndex) {
+        std::printf("invalid buffer index: %d", grabbed.detail);
+        return kGrabImpossibleBuffer;
+    }
+    std::printf("ioctl(%s) failed %d(%s)",
+                grabbed.failure == kDequeue ? "VIDIOC_DQBUF" : "VIDIOC_QBUF", grabbed.detail,
+                strerror(grabbed.detail));
     return kGrabFailed;
 }
 

@@ -7,7 +7,6 @@
 #include "capture/session.h"
 #include "decode/mjpeg_frames.h"
 #include "discovery/device_enumeration.h"
-#include "discovery/device_node.h"
 #include "discovery/frame_sizes.h"
 #include "state/library_state.h"
 
@@ -37,8 +36,9 @@ void chooseGrabSize(record::Session& session, FrameSize size) {
     setGrabSize(session, enlarged ? kFullSize : size);
 }
 
-int openNode(record::Session& session, const std::string& path) {
-    session.cam_fd.reset(openDeviceNode(path.c_str()));
+int openNode(LibraryState& library, int index) {
+    record::Session& session = library.session;
+    session.cam_fd.reset(openDeviceNode(library.discovery, index));
     if (!session.cam_fd.isOpen()) {
         std::puts("打开相机节点失败");
         return -3;
@@ -69,8 +69,7 @@ int switchStreamOn(const record::Session& session) {
 
 int startStream(LibraryState& library, int index) {
     record::Session& session = library.session;
-    const auto& node = library.discovery.devices[static_cast<std::size_t>(index)];
-    if (const int code = openNode(session, node); code != 0) {
+    if (const int code = openNode(library, index); code != 0) {
         return code;
     }
     printCamera(session.cam_fd.get());
@@ -132,7 +131,7 @@ int countSizes(LibraryState& library, int index) {
     }
     releaseNode(library, "getResolutionCount");
     UniqueFd& node = library.session.cam_fd;
-    node.reset(openDeviceNode(library.discovery.devices[static_cast<std::size_t>(index)].c_str()));
+    node.reset(openDeviceNode(library.discovery, index));
     if (!node.isOpen()) {
         std::puts("open camera error!!");
         return 0;

@@ -2,6 +2,13 @@
 
 namespace doccam {
 
+void exitOnJpegError(jpeg_common_struct* cinfo) {
+    static thread_local char errStr[JMSG_LENGTH_MAX];
+    cinfo->err->format_message(cinfo, errStr);
+    std::puts(errStr);
+    std::longjmp(reinterpret_cast<JpegErrors*>(cinfo->err)->escape, 1);
+}
+
 int serveEndOfImage(jpeg_decompress_struct* cinfo) {
     static constexpr JOCTET kEndOfImage[4] = {0xFF, JPEG_EOI};
     WARNMS(cinfo, JWRN_JPEG_EOF);

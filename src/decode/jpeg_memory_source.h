@@ -1,11 +1,25 @@
-// A libjpeg source over memory, which supplies an end marker if the data ends early.
+// libjpeg's callbacks: a source over memory, which supplies an end marker if the data ends early,
+// and fatal errors, which print their message and jump back.
 #pragma once
 
-#include "decode/jpeg_error_exit.h"
+#include "base/handles/libjpeg.h"
 
+#include <csetjmp>
+#include <cstddef>
 #include <span>
 
 namespace doccam {
+
+// exitOnJpegError() expects the jump buffer right after the manager.
+struct JpegErrors {
+    jpeg_error_mgr manager;
+    std::jmp_buf escape;
+};
+
+static_assert(offsetof(JpegErrors, escape) == sizeof(jpeg_error_mgr));
+
+// Prints the pending message and jumps to the buffer after the manager.
+void exitOnJpegError(jpeg_common_struct* cinfo);
 
 // Supplies the two bytes of an end marker, with libjpeg's warning of a premature end.
 int serveEndOfImage(jpeg_decompress_struct* cinfo);

@@ -2,8 +2,6 @@
 
 #include "base/unique_fd.h"
 #include "discovery/device_enumeration.h"
-#include "discovery/device_node.h"
-#include "discovery/split_text.h"
 #include "state/discovery.h"
 
 #include <linux/videodev2.h>
@@ -32,12 +30,27 @@ std::string displayName(const std::string& card, int index) {
 
 } // namespace
 
+std::vector<std::string> splitText(std::string text, const std::string& pattern) {
+    if (pattern.empty()) {
+        return {std::move(text)};
+    }
+    std::vector<std::string> pieces;
+    text += pattern;
+    std::size_t start = 0;
+    for (std::size_t found = text.find(pattern); found != std::string::npos;
+         found = text.find(pattern, start)) {
+        pieces.push_back(text.substr(start, found - start));
+        start = found + pattern.size();
+    }
+    return pieces;
+}
+
 const char* cameraName(record::Discovery& discovery, UniqueFd& node, int index) {
     if (!cameraExists(discovery, index)) {
         return nullptr;
     }
     node.reset();
-    node.reset(openDeviceNode(discovery.devices[static_cast<std::size_t>(index)].c_str()));
+    node.reset(openDeviceNode(discovery, index));
     if (!node.isOpen()) {
         return nullptr;
     }

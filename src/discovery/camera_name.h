@@ -3,6 +3,9 @@
 
 #include "state/parts.h"
 
+#include <string>
+#include <vector>
+
 namespace doccam {
 
 class UniqueFd;
@@ -11,5 +14,9 @@ class UniqueFd;
 // node, which closes the descriptor of an open session. The text is valid until the next call. Host
 // thread.
 const char* cameraName(record::Discovery& discovery, UniqueFd& node, int index);
+
+// The pieces of text between the occurrences of pattern, including empty ones. Never empty; an
+// empty pattern gives the whole text.
+std::vector<std::string> splitText(std::string text, const std::string& pattern);
 
 } // namespace doccam

@@ -3,6 +3,8 @@
 #include "base/handles/udev_handles.h"
 #include "state/discovery.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
 #include <string_view>
 
@@ -82,7 +84,16 @@ bool cameraExists(record::Discovery& discovery, int index) {
     if (discovery.deviceCount < 1) {
         discovery.deviceCount = enumerateCameras(discovery);
     }
-    return index >= 0 && discovery.deviceCount >= 1 && index < discovery.deviceCount;
+    return index >= 0 && index < discovery.deviceCount;
+}
+
+int openDeviceNode(const record::Discovery& discovery, int index) {
+    const std::string& path = discovery.devices[static_cast<std::size_t>(index)];
+    const int descriptor = open(path.c_str(), O_RDWR);
+    if (descriptor != -1) {
+        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    }
+    return descriptor;
 }
 
 } // namespace doccam

@@ -1,4 +1,4 @@
-// Finding attached supported cameras.
+// Finding attached supported cameras, and opening them.
 #pragma once
 
 #include "state/parts.h"
@@ -11,5 +11,10 @@ int enumerateCameras(record::Discovery& discovery);
 
 // Whether index is that of a found camera; enumerates first if none is known yet.
 bool cameraExists(record::Discovery& discovery, int index);
+
+// Opens the camera at index, which must exist, for reading and writing, blocking, and
+// close-on-exec: a program started by the host would otherwise hold the camera. The descriptor, or
+// -1 with errno set.
+int openDeviceNode(const record::Discovery& discovery, int index);
 
 } // namespace doccam

@@ -1,6 +1,4 @@
 // The preview: the form, moving the view, rendering.
-#include "preview/form.h"
-#include "preview/navigation.h"
 #include "preview/picture.h"
 #include "preview/view_state.h"
 #include "state/library_state.h"
@@ -28,27 +26,27 @@ int Web_SetMoveOffet(int dx, int dy) {
 }
 
 int Web_ZoomIn() {
-    return doccam::zoomIn(state());
+    return doccam::zoomTo(state(), doccam::largerScale);
 }
 
 int Web_ZoomOut() {
-    return doccam::zoomOut(state());
+    return doccam::zoomTo(state(), doccam::smallerScale);
 }
 
 int Web_TrueSize() {
-    return doccam::showTrueSize(state());
+    return doccam::zoomTo(state(), [](const doccam::View&) { return doccam::kTrueScale; });
 }
 
 int Web_BestSize() {
-    return doccam::showBestSize(state());
+    return doccam::zoomTo(state(), [](const doccam::View& view) { return view.bestScale; });
 }
 
 int Web_RotateL() {
-    return doccam::turnViewLeft(state());
+    return doccam::turnView(state(), doccam::turnedLeft);
 }
 
 int Web_RotateR() {
-    return doccam::turnViewRight(state());
+    return doccam::turnView(state(), doccam::turnedRight);
 }
 
 void VideoZoomToWeb(cv::Mat frame, unsigned char* out) {

@@ -1,7 +1,7 @@
 // Settings, callbacks and helpers. Setters store their value unchecked.
 #include "base/pause.h"
 #include "capture/session.h"
-#include "discovery/split_text.h"
+#include "discovery/camera_name.h"
 #include "faults/faults.h"
 #include "state/library_state.h"
 

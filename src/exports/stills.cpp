@@ -1,6 +1,6 @@
 // Taking and saving stills, and merging pictures.
 #include "base/guarded.h"
-#include "output/merge/merge_images.h"
+#include "output/pdf/document_steps.h"
 #include "output/still/save_image.h"
 #include "output/still/still.h"
 #include "output/still/still_request.h"
@@ -40,9 +40,7 @@ int TempImgToPdf(char* path, cv::Mat img) {
     return 0;
 }
 
-int MergeImages(const char* path, int mergeMode, int /*reserved*/, bool deleteSources) {
-    return guarded("MergeImages", -2, [=] {
-        return doccam::mergeQueued(state().documents, state().settings, path, mergeMode,
-                                   deleteSources);
-    });
+int MergeImages(const char* path, int /*mergeMode*/, int /*reserved*/, bool deleteSources) {
+    return guarded("MergeImages", -2,
+                   [=] { return doccam::mergeQueued(state().documents, path, deleteSources); });
 }

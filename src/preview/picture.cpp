@@ -2,7 +2,6 @@
 
 #include "base/pixel.h"
 #include "preview/linear_scaler.h"
-#include "preview/saturated.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>

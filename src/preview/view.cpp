@@ -1,10 +1,10 @@
 #include "preview/view.h"
 
-#include "preview/saturated.h"
-
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
 
 namespace doccam {
 namespace {
@@ -12,6 +12,11 @@ namespace {
 constexpr double kZoomStep = 4.0;
 constexpr double kLargestScale = 600.0;
 constexpr int kLastTurn = 3;
+
+constexpr int saturated(std::int64_t value) {
+    return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
+                                                     std::numeric_limits<int>::max()));
+}
 
 // Makes picture rows end on whole words.
 constexpr int multipleOfFour(int side) {
@@ -86,6 +91,14 @@ ViewAxis panned(ViewAxis axis, int distance) {
 }
 
 } // namespace
+
+int truncated(double value) {
+    if (std::isnan(value)) {
+        return 0;
+    }
+    return static_cast<int>(std::clamp(value, double{std::numeric_limits<int>::min()},
+                                       double{std::numeric_limits<int>::max()}));
+}
 
 double fittingScale(FrameSize turned, FrameSize form) {
     if (turned.width < form.width && turned.height < form.height) {

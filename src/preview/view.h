@@ -28,6 +28,9 @@ struct View {
     bool operator==(const View&) const = default;
 };
 
+// Truncates toward zero, to the nearest int; 0 for NaN. A host may declare any form.
+int truncated(double value);
+
 // The scale at which the turned frame just fits into the form, at most 100.
 double fittingScale(FrameSize turned, FrameSize form);
 

@@ -1,8 +1,11 @@
-// Loading and storing the view in the state record.
+// The view in the state record, and the host's changes to it, which the next frame shows.
+//
+// pan(), zoomTo() and turnView() return 0, or -1 without changes while no camera streams. Any
+// thread.
 #pragma once
 
 #include "preview/view.h"
-#include "state/library_state.h"
+#include "state/parts.h"
 
 namespace doccam {
 
@@ -10,14 +13,29 @@ namespace doccam {
 // two views.
 View loadView(const record::View& kept);
 
-// Each operation stores only the fields that it decides, so that another thread's simultaneous
-// changes survive. Only SetWebFormSize() stores the form.
-void storeFrameSides(record::View& kept, const View& view); // the whole frame at the scale
-void storePlace(record::View& kept, const View& view);      // picture, frame and pan in the form
-void storeScale(record::View& kept, const View& view);      // the scale, and both of the above
-void storeBestFit(record::View& kept, const View& view);    // also the best scale
+// Stores all of view but the form, which only declareForm() stores.
+void storeBestFit(record::View& kept, const View& view);
 
 // The size of the session's frames as shown, after the set rotation.
 FrameSize shownFrameSize(const LibraryState& library);
+
+// Declares the host's display area and fits the frame into it. The session's first valid form sizes
+// the preview buffer. Host thread.
+void declareForm(LibraryState& library, int width, int height);
+
+// Fits the frame into form, centred in the declared one.
+void fitView(LibraryState& library, FrameSize form);
+
+// Recomputes the whole frame's sides from the scale.
+void rescaleView(LibraryState& library);
+
+// Drags the picture by form pixels.
+int pan(LibraryState& library, int dx, int dy);
+
+// Shows the frame at another scale, centred.
+int zoomTo(LibraryState& library, double (*scaleOf)(const View&));
+
+// Turns the frames from a number of quarters to the next, and drops those still in flight.
+int turnView(LibraryState& library, int (*next)(int));
 
 } // namespace doccam

@@ -6,10 +6,27 @@
 #include "state/session.h"
 #include "state/settings.h"
 #include "state/sheet.h"
-#include "state/unused.h"
 #include "state/view.h"
 
+#include <string>
+#include <vector>
+
+struct CvSeq;
+
 namespace doccam {
+
+namespace record {
+
+// Declared fields that nothing reads.
+struct Unused {
+    bool isMjpegMode = true;
+    std::vector<int> areaList;
+    std::vector<CvSeq*> cvSeqList;
+    int ManualCutX = 0, ManualCutY = 0, ManualCutW = 0, ManualCutH = 0;
+    std::vector<std::string> addFileList;
+};
+
+} // namespace record
 
 using record::kBufferCount;
 using record::kCropToSheet;

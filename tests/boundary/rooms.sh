@@ -44,7 +44,6 @@ output base state faults docimage
 output/files none
 output/pdf output/files
 output/still output/files output/pdf
-output/merge output/files output/still
 barcode base state
 preview base state
 capture base state faults discovery decode docimage output barcode preview

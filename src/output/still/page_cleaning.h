@@ -1,13 +1,9 @@
 // Steps that both kinds of still apply to a page before it is saved.
 #pragma once
 
+#include "state/parts.h"
+
 #include <opencv2/core/mat.hpp>
-
-namespace doccam::record {
-
-struct Settings;
-
-} // namespace doccam::record
 
 namespace doccam {
 

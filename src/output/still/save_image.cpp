@@ -1,11 +1,13 @@
 #include "output/still/save_image.h"
 
+#include "base/pixel.h"
 #include "faults/faults.h"
 #include "output/files/files.h"
 #include "output/files/image_file.h"
 #include "output/pdf/pdf_writer.h"
-#include "output/still/colour_mode.h"
 #include "state/settings.h"
+
+#include <opencv2/imgproc.hpp>
 
 #include <array>
 #include <optional>
@@ -23,6 +25,34 @@ int jpegQuality(const record::Settings& settings) {
 // Throws std::out_of_range for a path shorter than an extension.
 std::string extensionOf(const std::string& path) {
     return path.substr(path.size() - kExtensionLength);
+}
+
+constexpr int kNeighbourhood = 179;
+constexpr double kBelowMean = 19.0;
+
+cv::Mat greyOf(const cv::Mat& page) {
+    cv::Mat grey;
+    cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
+    return grey;
+}
+
+// The blue-first page in a colour mode; none for an invalid one. Throws cv::Exception for grey and
+// for black and white unless page has 3 or 4 channels.
+std::optional<cv::Mat> pictureInMode(const cv::Mat& page, int colorMode) {
+    switch (colorMode) {
+    case 0:
+        return page;
+    case 1:
+        return greyOf(page);
+    case 2: {
+        cv::Mat grey = greyOf(page);
+        cv::adaptiveThreshold(grey, grey, kWhite, cv::ADAPTIVE_THRESH_MEAN_C, cv::THRESH_BINARY,
+                              kNeighbourhood, kBelowMean);
+        return grey;
+    }
+    default:
+        return std::nullopt;
+    }
 }
 
 // The path of the JPEG for the PDF at path; empty if path's last part has no extension.

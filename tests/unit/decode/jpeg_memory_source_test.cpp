@@ -1,5 +1,5 @@
 // The in-memory JPEG source and the error exit, by themselves.
-#include "decode/jpeg_error_exit.h"
+#include "decode/jpeg_memory_source.h"
 #include "jpeg_samples.h"
 #include "support/printed_text.h"
 

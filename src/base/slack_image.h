@@ -8,9 +8,8 @@ namespace doccam {
 // The number of bytes past the last pixel that may be written: one pair of pixels.
 inline constexpr int kImageSlack = 6;
 
-// A rows x columns image of 8-bit, three-channel pixels followed by kImageSlack bytes. It is not a
-// view into a larger image, whose surroundings OpenCV's border functions would read. Throws
-// cv::Exception for a size below 1 or if out of memory.
+// A black rows x columns image of 8-bit, three-channel pixels followed by kImageSlack bytes or
+// more. Throws cv::Exception for a size below 1 or if out of memory.
 cv::Mat makeSlackImage(int rows, int columns);
 
 } // namespace doccam

@@ -12,8 +12,7 @@ class ZeroedBytes {
   public:
     // Throws std::bad_alloc.
     explicit ZeroedBytes(std::size_t size)
-      : bytes_(static_cast<unsigned char*>(std::calloc(size, 1)))
-      , size_(size) {
+      : bytes_(static_cast<unsigned char*>(std::calloc(size, 1))) {
         if (!bytes_ && size > 0) {
             throw std::bad_alloc();
         }
@@ -21,15 +20,12 @@ class ZeroedBytes {
 
     unsigned char* data() const { return bytes_.get(); }
 
-    std::size_t size() const { return size_; }
-
   private:
     struct Release {
         void operator()(unsigned char* bytes) const { std::free(bytes); }
     };
 
     std::unique_ptr<unsigned char, Release> bytes_;
-    std::size_t size_;
 };
 
 } // namespace doccam

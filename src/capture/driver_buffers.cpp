@@ -28,7 +28,7 @@ v4l2_buffer bufferRecord(int index) {
 int mapBuffer(record::Session& session, int index) {
     v4l2_buffer record = bufferRecord(index);
     if (ioctl(session.cam_fd.get(), VIDIOC_QUERYBUF, &record) != 0) {
-        return requestFailed("ioctl(VIDIOC_QUERYBUF) failed %d(%s)", -10);
+        return requestFailed("ioctl(VIDIOC_QUERYBUF)", -10);
     }
     std::printf("buffer.length: %d", static_cast<int>(record.length));
     std::printf("buffer.m.offset: %d", static_cast<int>(record.m.offset));
@@ -38,14 +38,14 @@ int mapBuffer(record::Session& session, int index) {
         const int error = errno;
         std::puts("MAP_FAILED!!!!!!!!!!!!!!!!!!!!!!!!!!!!");
         errno = error;
-        return requestFailed("mmap() failed %d(%s)", -11);
+        return requestFailed("mmap()", -11);
     }
     session.video_buffer_ptr[index] = static_cast<unsigned char*>(mapping);
     session.mappedLength[static_cast<std::size_t>(index)] = record.length;
 
     record = bufferRecord(index);
     if (ioctl(session.cam_fd.get(), VIDIOC_QBUF, &record) != 0) {
-        return requestFailed("ioctl(VIDIOC_QBUF) failed %d(%s)", -12);
+        return requestFailed("ioctl(VIDIOC_QBUF)", -12);
     }
     return 0;
 }
@@ -94,7 +94,7 @@ int mapDriverBuffers(record::Session& session) {
     request.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     request.memory = V4L2_MEMORY_MMAP;
     if (ioctl(session.cam_fd.get(), VIDIOC_REQBUFS, &request) != 0) {
-        return requestFailed("ioctl(VIDIOC_REQBUFS) failed %d(%s)", -8);
+        return requestFailed("ioctl(VIDIOC_REQBUFS)", -8);
     }
     std::printf("req.count: %d", static_cast<int>(request.count));
     if (request.count < static_cast<std::uint32_t>(session.buffer_count)) {

@@ -84,10 +84,10 @@ int negotiateFormat(record::Session& session, const record::Settings& settings) 
     const int descriptor = session.cam_fd.get();
     v4l2_format format = wantedFormat(session, settings);
     if (ioctl(descriptor, VIDIOC_TRY_FMT, &format) != 0) {
-        return requestFailed("ioctl(VIDIOC_TRY_FMT) failed %d(%s)", -5);
+        return requestFailed("ioctl(VIDIOC_TRY_FMT)", -5);
     }
     if (ioctl(descriptor, VIDIOC_S_FMT, &format) != 0) {
-        return requestFailed("ioctl(VIDIOC_S_FMT) failed %d(%s)", -6);
+        return requestFailed("ioctl(VIDIOC_S_FMT)", -6);
     }
     if (ioctl(descriptor, VIDIOC_G_FMT, &format) == -1) {
         std::puts("set format failed!");

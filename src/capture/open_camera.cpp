@@ -62,7 +62,7 @@ void allocateImages(const record::Session& session) {
 int switchStreamOn(const record::Session& session) {
     int type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     if (ioctl(session.cam_fd.get(), VIDIOC_STREAMON, &type) != 0) {
-        return requestFailed("ioctl(VIDIOC_STREAMON) failed %d(%s)\n", -13);
+        return requestFailed("ioctl(VIDIOC_STREAMON)", -13, "\n");
     }
     return 0;
 }

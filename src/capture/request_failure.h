@@ -7,13 +7,10 @@
 
 namespace doccam {
 
-// Prints format, which has two conversions, with errno and its text, and returns code.
-inline int requestFailed(const char* format, int code) {
+// Prints the request with errno, its text and end, and returns code.
+inline int requestFailed(const char* request, int code, const char* end = "") {
     const int error = errno;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    std::printf(format, error, strerror(error));
-#pragma GCC diagnostic pop
+    std::printf("%s failed %d(%s)%s", request, error, strerror(error), end);
     return code;
 }
 

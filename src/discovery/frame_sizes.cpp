@@ -21,34 +21,40 @@ struct SizeList {
     std::vector<int>& heights;
 };
 
-SizeList selectedSizes(record::Discovery& discovery, const record::Settings& settings) {
-    if (settings.CameraFormat.load(std::memory_order_relaxed) != 0) {
+enum Format { kMjpeg, kYuyv, kOther }; // as in formatList
+
+SizeList sizesIn(record::Discovery& discovery, Format format) {
+    switch (format) {
+    case kMjpeg:
+        return {discovery.mjpegWidthList, discovery.mjpegHeightList};
+    case kYuyv:
         return {discovery.yuvWidthList, discovery.yuvHeightList};
+    default:
+        return {discovery.otherfmtWidthList, discovery.otherfmtHeightList};
     }
-    return {discovery.mjpegWidthList, discovery.mjpegHeightList};
+}
+
+SizeList selectedSizes(record::Discovery& discovery, const record::Settings& settings) {
+    return sizesIn(discovery,
+                   settings.CameraFormat.load(std::memory_order_relaxed) == 0 ? kMjpeg : kYuyv);
 }
 
 void clearLists(record::Discovery& discovery) {
-    for (auto* list : {&discovery.formatList, &discovery.yuvWidthList, &discovery.yuvHeightList,
-                       &discovery.mjpegWidthList, &discovery.mjpegHeightList,
-                       &discovery.otherfmtWidthList, &discovery.otherfmtHeightList}) {
-        list->clear();
+    discovery.formatList.clear();
+    for (const Format format : {kMjpeg, kYuyv, kOther}) {
+        const SizeList sizes = sizesIn(discovery, format);
+        sizes.widths.clear();
+        sizes.heights.clear();
     }
 }
 
 // Records the format and returns its list of sizes.
 SizeList addFormat(record::Discovery& discovery, std::uint32_t pixelFormat) {
-    switch (pixelFormat) {
-    case V4L2_PIX_FMT_MJPEG:
-        discovery.formatList.push_back(0);
-        return {discovery.mjpegWidthList, discovery.mjpegHeightList};
-    case V4L2_PIX_FMT_YUYV:
-        discovery.formatList.push_back(1);
-        return {discovery.yuvWidthList, discovery.yuvHeightList};
-    default:
-        discovery.formatList.push_back(2);
-        return {discovery.otherfmtWidthList, discovery.otherfmtHeightList};
-    }
+    const Format format = pixelFormat == V4L2_PIX_FMT_MJPEG  ? kMjpeg
+                          : pixelFormat == V4L2_PIX_FMT_YUYV ? kYuyv
+                                                             : kOther;
+    discovery.formatList.push_back(format);
+    return sizesIn(discovery, format);
 }
 
 void addSizes(int descriptor, std::uint32_t pixelFormat, SizeList sizes) {

@@ -9,7 +9,6 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <optional>
 #include <span>
 
 namespace doccam {
@@ -30,9 +29,9 @@ struct Search {
 
 thread_local Search search;
 
-// The largest outline, of equal ones the lowest in the picture; none if all are specks.
-std::optional<std::span<const cv::Point>> largestOutline(const OuterOutlines& outlines) {
-    std::optional<std::span<const cv::Point>> largest;
+// The largest outline, of equal ones the lowest in the picture; empty if all are specks.
+std::span<const cv::Point> largestOutline(const OuterOutlines& outlines) {
+    std::span<const cv::Point> largest;
     int largestArea = kLargestSpeck;
     for (std::size_t i = outlines.count(); i-- > 0;) {
         const int area = enclosedArea(outlines[i]);
@@ -79,10 +78,10 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
         return SheetFound::kNoOutline;
     }
     const auto outline = largestOutline(outlines);
-    if (!outline) {
+    if (outline.empty()) {
         return SheetFound::kNoSheet;
     }
-    const auto corners = frameCorners(search.fit.around(*outline));
+    const auto corners = frameCorners(search.fit.around(outline));
     storeCorners(wholePixels(corners), kept.CutPoint.data());
     if (draw) {
         drawLines(frame, corners);

@@ -45,10 +45,10 @@ float dot(cv::Point2f a, cv::Point2f b) {
     return a.x * b.x + a.y * b.y;
 }
 
-float inverseLength(cv::Point2f edge) {
-    const double x = edge.x;
-    const double y = edge.y;
-    return static_cast<float>(1.0 / std::sqrt(x * x + y * y));
+double lengthOf(cv::Point2f side) {
+    const double x = side.x;
+    const double y = side.y;
+    return std::sqrt(x * x + y * y);
 }
 
 // The vertices start with the leftmost: the starting point decides ties between equally small
@@ -59,7 +59,7 @@ void measureEdges(const std::vector<cv::Point>& corners, HullEdges& hull) {
     hull.inverseLengths.clear();
     for (std::size_t i = 0; i < hull.size(); ++i) {
         hull.edges.push_back(hull.vertices[hull.after(i)] - hull.vertices[i]);
-        hull.inverseLengths.push_back(inverseLength(hull.edges.back()));
+        hull.inverseLengths.push_back(static_cast<float>(1.0 / lengthOf(hull.edges.back())));
     }
 }
 
@@ -154,12 +154,6 @@ Enclosure smallestEnclosure(const HullEdges& hull) {
     return smallest;
 }
 
-float lengthOf(cv::Point2f side) {
-    const double x = side.x;
-    const double y = side.y;
-    return static_cast<float>(std::sqrt(x * x + y * y));
-}
-
 // Single-precision product, double quotient: other orders differ in the last bit.
 float inDegrees(float radians) {
     return static_cast<float>(static_cast<double>(radians * 180.0F) / CV_PI);
@@ -176,7 +170,7 @@ cv::RotatedRect asBox(const Enclosure& smallest) {
     const cv::Point2f heightSide = nextSide(base) * smallest.height;
     const double radians = std::atan2(widthSide.y, static_cast<double>(widthSide.x));
     return {corner + (widthSide + heightSide) * 0.5F,
-            {lengthOf(widthSide), lengthOf(heightSide)},
+            {static_cast<float>(lengthOf(widthSide)), static_cast<float>(lengthOf(heightSide))},
             inDegrees(static_cast<float>(radians))};
 }
 

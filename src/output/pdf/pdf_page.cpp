@@ -68,49 +68,43 @@ HPDF_Image load(HPDF_Doc document, const PngReader& png, const Bytes& file) {
                          : loadPixels(document, png);
 }
 
-// A page of the picture's size. Null if libharu refuses it, as below 3 and above 14400.
-HPDF_Page addPageOf(HPDF_Doc document, HPDF_REAL width, HPDF_REAL height) {
+// A page of the picture's size that shows what loadImage() returns. The size, which libharu refuses
+// below 3 and above 14400, is set first, so that a huge picture allocates nothing.
+template <typename LoadImage>
+PdfError addPageOf(HPDF_Doc document, unsigned width, unsigned height, HPDF_STATUS damaged,
+                   const LoadImage& loadImage) {
+    const auto across = static_cast<HPDF_REAL>(width);
+    const auto down = static_cast<HPDF_REAL>(height);
     HPDF_Page page = HPDF_AddPage(document);
-    const bool taken = page != nullptr && HPDF_Page_SetWidth(page, width) == HPDF_OK &&
-                       HPDF_Page_SetHeight(page, height) == HPDF_OK;
-    return taken ? page : nullptr;
-}
-
-// The page's size is set before the pixels are read, so that a huge picture allocates nothing.
-PdfError addPng(HPDF_Doc document, const Bytes& file) {
-    constexpr PdfError kDamaged{HPDF_INVALID_PNG_IMAGE, 0};
-    PngReader png(file);
-    if (!png.readHeader()) {
-        return kDamaged;
-    }
-    const auto width = static_cast<HPDF_REAL>(png.width());
-    const auto height = static_cast<HPDF_REAL>(png.height());
-    HPDF_Page page = addPageOf(document, width, height);
-    if (page == nullptr) {
+    if (page == nullptr || HPDF_Page_SetWidth(page, across) != HPDF_OK ||
+        HPDF_Page_SetHeight(page, down) != HPDF_OK) {
         return {HPDF_PAGE_INVALID_SIZE, 0};
     }
-    HPDF_Image image = png.readPixels() ? load(document, png, file) : nullptr;
-    if (image == nullptr || HPDF_Page_DrawImage(page, image, 0, 0, width, height) != HPDF_OK) {
-        return kDamaged;
+    HPDF_Image image = loadImage();
+    if (image == nullptr || HPDF_Page_DrawImage(page, image, 0, 0, across, down) != HPDF_OK) {
+        return {damaged, 0};
     }
     return {};
+}
+
+PdfError addPng(HPDF_Doc document, const Bytes& file) {
+    PngReader png(file);
+    if (!png.readHeader()) {
+        return {HPDF_INVALID_PNG_IMAGE, 0};
+    }
+    return addPageOf(document, png.width(), png.height(), HPDF_INVALID_PNG_IMAGE,
+                     [&] { return png.readPixels() ? load(document, png, file) : nullptr; });
 }
 
 // libharu copies a JPEG unchanged and reads only its header; viewers show truncated pictures as far
 // as they go.
 PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
-    constexpr PdfError kDamaged{HPDF_INVALID_JPEG_DATA, 0};
     HPDF_Image image = HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
     if (image == nullptr || HPDF_Image_GetWidth(image) == 0) {
-        return kDamaged;
+        return {HPDF_INVALID_JPEG_DATA, 0};
     }
-    const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
-    const auto height = static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image));
-    HPDF_Page page = addPageOf(document, width, height);
-    if (page == nullptr) {
-        return {HPDF_PAGE_INVALID_SIZE, 0};
-    }
-    return HPDF_Page_DrawImage(page, image, 0, 0, width, height) == HPDF_OK ? PdfError{} : kDamaged;
+    return addPageOf(document, HPDF_Image_GetWidth(image), HPDF_Image_GetHeight(image),
+                     HPDF_INVALID_JPEG_DATA, [&] { return image; });
 }
 
 PdfError addFile(HPDF_Doc document, const std::string& path,

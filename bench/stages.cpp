@@ -1,6 +1,6 @@
 // Times the stages of one frame, each by itself, and a frame of a running session. Prints JSON:
 // milliseconds, the minimum of many rounds. Run by scripts/performance-chart.
-#include "base/parallel_copy.h"
+#include "base/shared_work.h"
 #include "live_session.h"
 #include "modules/mjpeg/libav_decoder.h"
 #include "picture.h"

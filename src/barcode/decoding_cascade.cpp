@@ -7,13 +7,6 @@
 #include <cstdio>
 
 namespace doccam {
-namespace {
-
-constexpr int kAdaptiveBlock = 33;
-constexpr int kThresholdStep = 20;
-constexpr int kHighestThreshold = 239;
-
-} // namespace
 
 std::string scanOnce(const cv::Mat& grey, CodeKind wanted) {
     const CodeScan scan = scanForCode(grey, wanted);
@@ -36,6 +29,9 @@ std::string readCodeInBinary(const cv::Mat& bin, CodeKind wanted) {
 }
 
 std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted) {
+    constexpr int kAdaptiveBlock = 33;
+    constexpr int kStep = 20;
+    constexpr int kHighest = 239;
     cv::Mat bin;
     const auto otsu =
         static_cast<int>(cv::threshold(grey, bin, 0, kWhite, cv::THRESH_BINARY | cv::THRESH_OTSU));
@@ -46,7 +42,7 @@ std::string readCodeInGrey(const cv::Mat& grey, CodeKind wanted) {
         text = readCodeInBinary(bin, wanted);
     }
     // Starts with Otsu's threshold again.
-    for (int level = otsu; text.empty() && level <= kHighestThreshold; level += kThresholdStep) {
+    for (int level = otsu; text.empty() && level <= kHighest; level += kStep) {
         cv::threshold(grey, bin, level, kWhite, cv::THRESH_BINARY);
         text = readCodeInBinary(bin, wanted);
     }

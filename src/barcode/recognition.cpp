@@ -36,8 +36,7 @@ cv::Mat readPicture(const char* path) {
     }
 }
 
-// Keeps the texts last read from files by any thread. Never destroyed: a host may still read a text
-// at process exit.
+// Keeps the texts last read from files. Never destroyed: a host may read one at process exit.
 const char* keptText(std::string text) {
     constexpr std::size_t kKept = 16;
     static std::mutex mutex;

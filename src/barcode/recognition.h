@@ -10,9 +10,8 @@ namespace doccam {
 // and returns the text read last, which is valid until the next but one. Host thread.
 const char* requestCode(record::Session& session, int mode);
 
-// Reads a code from an image file in a single scan and prints the result. Null for an unreadable
-// file or one without any code; empty if there are only codes of the other kind. Valid until
-// fifteen further texts have been returned. Any thread.
+// Scans an image file once for a code and prints the result. Null if it is unreadable or has none,
+// empty if only of the other kind. Valid until fifteen more have been returned. Any thread.
 const char* readCodeFromFile(const char* path, CodeKind wanted);
 
 } // namespace doccam

@@ -1,5 +1,4 @@
-// Choosing the fastest kernels that this machine can run: the same loops compiled for each
-// instruction set.
+// The same loops compiled for each instruction set, of which the machine's widest is chosen.
 #pragma once
 
 #include <vector>
@@ -33,8 +32,7 @@ struct Compiled<loop> {
 #endif
 };
 
-// Kernels{name of the instruction set, loops...} for each instruction set of this machine up to
-// widest, narrowest vectors first.
+// Kernels{instruction set's name, loops...} of this machine up to widest, narrowest vectors first.
 template <typename Kernels, Widest widest, auto... loops>
 std::vector<Kernels> supportedKernels() {
     std::vector<Kernels> kernels{{"baseline", loops...}};

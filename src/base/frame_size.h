@@ -24,8 +24,7 @@ constexpr FrameSize turned(FrameSize size, int quarterTurns) {
     return sidesSwapped(quarterTurns) ? FrameSize{size.height, size.width} : size;
 }
 
-// The largest size a supported camera captures, and the size to which whole-frame stills are
-// enlarged at the host's request.
+// The largest size of a supported camera, and that of whole-frame stills enlarged on request.
 inline constexpr FrameSize kFullSize{3264, 2448};
 inline constexpr FrameSize kEnlargedSize{3672, 2856};
 

@@ -6,8 +6,7 @@
 
 namespace doccam {
 
-// Runs action and returns its result. An exception, which a C host could not catch, becomes one
-// line on standard error and the result failed.
+// Runs action and returns its result; failed, with a line on standard error, for an exception.
 template <typename Result, typename Action>
 Result guarded(const char* operation, Result failed, Action&& action) noexcept {
     try {

@@ -13,8 +13,7 @@ inline void pauseFor(int milliseconds) {
 
 inline constexpr int kPollMilliseconds = 50;
 
-// How a host thread waits for the streaming thread: pauses while the condition holds, at most
-// maximumWaits times.
+// How a host thread waits for the streaming thread: at most maximumWaits pauses.
 template <typename Condition>
 void pollWhile(Condition&& condition, int maximumWaits) {
     for (int waits = 0; condition() && waits < maximumWaits; ++waits) {

@@ -7,8 +7,7 @@
 
 namespace doccam {
 
-// Closes its descriptor when it is replaced or destroyed. One thread at a time may replace it; any
-// thread may read its number.
+// Closes its descriptor when replaced or destroyed, by one thread at a time. Any thread may read.
 class UniqueFd {
   public:
     static constexpr int kNone = -1;

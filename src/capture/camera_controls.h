@@ -1,9 +1,8 @@
-// Picture controls and focus, through the session's descriptor.
+// Picture controls and focus, through the session's descriptor. One host thread at a time.
 //
-// Controls are named by selectors, 0 to 5: brightness, contrast, saturation, hue, gain, gamma; any
-// other selects the one used before. All of these pause around their requests for the camera's
-// firmware, print or report failures, and return 0 or the fixed code of the failing step. One host
-// thread at a time.
+// Selectors 0 to 5 name brightness, contrast, saturation, hue, gain, gamma; any other the one used
+// before. All pause around their requests for the camera's firmware, print or report failures, and
+// return 0 or the fixed code of the failing step.
 #pragma once
 
 #include "state/parts.h"

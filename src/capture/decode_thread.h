@@ -18,8 +18,7 @@ class DecodeThread {
     DecodeThread(const DecodeThread&) = delete;
     DecodeThread& operator=(const DecodeThread&) = delete;
 
-    // Begins work on the thread, or does it on the caller's when no thread can be created. Call
-    // finish() before the next begin().
+    // Begins work, on the caller's thread when none can be created. Call finish() before the next.
     void begin(std::function<void()> work);
 
     // Waits for the work and rethrows its exception.

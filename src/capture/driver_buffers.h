@@ -9,8 +9,7 @@ namespace doccam {
 // result code for the request that failed. What was mapped before a failure stays mapped.
 int mapDriverBuffers(record::Session& session);
 
-// Silently unmaps what an earlier session left mapped: the device stays busy as long as a buffer is
-// mapped.
+// Silently unmaps what an earlier session left mapped, which would keep the device busy.
 void unmapLostBuffers(record::Session& session);
 
 // Unmaps all buffers, printing a line for each that is no longer mapped.

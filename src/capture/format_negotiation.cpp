@@ -26,8 +26,7 @@ void printDriver(int descriptor) {
                 capability.version & 0xFFU);
 }
 
-// One line more than there are formats: hosts expect the failing index, with the description
-// before.
+// One more than there are formats: hosts expect the failing index, with the last description.
 void printFormats(int descriptor) {
     std::puts("Support format:");
     v4l2_fmtdesc format{};

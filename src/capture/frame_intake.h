@@ -15,8 +15,7 @@
 namespace doccam {
 
 // Decoding takes longer than all other work on a frame. So a second thread decodes the next MJPEG
-// frame meanwhile, but only if the driver already has it: no frame waits for the next one. What
-// becomes of it is reported in its turn.
+// frame meanwhile, if the driver already has it, and what becomes of it is reported in its turn.
 class FrameIntake {
   public:
     FrameIntake(StreamingThread& thread, const record::Session& session);
@@ -33,8 +32,7 @@ class FrameIntake {
     // Its bytes; one pair of pixels past their end may be read.
     unsigned char* bytes() const { return frame_->bytes.data(); }
 
-    // Decodes the frame taken last into image, as do_excute_image does. False when the thread has
-    // been given up meanwhile.
+    // Decodes the frame taken last into image. False when the thread has been given up meanwhile.
     bool decodeInto(cv::Mat& image);
 
   private:

@@ -7,13 +7,14 @@
 #include "docimage/sheet/edge_overlay.h"
 #include "docimage/turn/quarter_turn.h"
 #include "output/still/still.h"
-#include "preview/preview_stage.h"
+#include "preview/picture.h"
 #include "state/library_state.h"
 
 #include <cstdio>
 #include <cstring>
 
 namespace doccam {
+
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
   , frames_(thread.frames())
@@ -22,7 +23,7 @@ FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
 
 void FrameLoop::run() {
     containing(DOCCAM_FAULT_STREAM_ENDED, [this] {
-        while (library_.session.bKeep && !thread_.stopRequested() && step() == Next::kFrame) {
+        while (library_.session.bKeep && !thread_.stopRequested() && step()) {
         }
     });
     if (!thread_.abandoned()) {
@@ -30,70 +31,69 @@ void FrameLoop::run() {
     }
 }
 
-FrameLoop::Next FrameLoop::step() {
+bool FrameLoop::step() {
     bool usable = false;
-    if (grab() == Next::kEnd || prepareFrame(usable) == Next::kEnd) {
-        return Next::kEnd;
+    if (!grab() || !prepareFrame(usable)) {
+        return false;
     }
     if (!usable) {
         return reportFaults();
     }
-    if (takeStill() == Next::kEnd || readCode() == Next::kEnd) {
-        return Next::kEnd;
+    if (!takeStill() || !readCode()) {
+        return false;
     }
     drawOutline();
-    if (deliverFrame() == Next::kEnd || deliverPreview() == Next::kEnd ||
-        reportFaults() == Next::kEnd) {
-        return Next::kEnd;
+    if (!deliverFrame() || !deliverPreview() || !reportFaults()) {
+        return false;
     }
     constexpr int kFramePause = 3;
     pauseFor(kFramePause);
-    return Next::kFrame;
+    return true;
 }
 
-FrameLoop::Next FrameLoop::grab() {
+bool FrameLoop::grab() {
     if (!intake_.take()) {
-        return Next::kEnd;
+        return false;
     }
     const int result = logGrabFailure(intake_.grabbed());
     if (result == 0) {
-        return Next::kFrame;
+        return true;
     }
     std::puts("grabImage error!!!!!!!!!!");
     std::printf("cam get image ret = %d\n", result);
     if (endsUnexpectedly()) {
         reportFault(endOfStream(result, library_.session.cam_fd.get()));
     }
-    return Next::kEnd;
+    return false;
 }
 
-FrameLoop::Next FrameLoop::decode() {
+bool FrameLoop::decode() {
     cv::Mat& image = frames_.srcimage;
     if (isMjpeg()) {
-        return intake_.decodeInto(image) ? Next::kFrame : Next::kEnd;
+        return intake_.decodeInto(image);
     }
     if (std::strstr(library_.session.pix_format, "YUYV") != nullptr) {
         convertYuyv(intake_.bytes(), image.data, image.cols, image.rows);
-        return Next::kFrame;
+        return true;
     }
     std::puts("don't suport format");
     if (endsUnexpectedly()) {
         reportFault({DOCCAM_FAULT_STREAM_ENDED, DOCCAM_CAUSE_PIXEL_FORMAT,
                      "the pixel format is neither MJPEG nor YUYV"});
     }
-    return Next::kEnd;
+    return false;
 }
 
-FrameLoop::Next FrameLoop::prepareFrame(bool& usable) {
-    Next next = Next::kFrame;
+bool FrameLoop::prepareFrame(bool& usable) {
+    bool goesOn = true;
     containing(DOCCAM_FAULT_FRAME, [&] {
-        next = decode();
-        if (next == Next::kFrame && !dropAfterTurn()) {
+        goesOn = decode();
+        if (goesOn && !dropAfterTurn()) {
             rotate();
             usable = true;
         }
     });
-    return next;
+    return goesOn;
 }
 
 bool FrameLoop::isMjpeg() const {
@@ -134,27 +134,24 @@ bool FrameLoop::endsUnexpectedly() const {
     return hasFaultCallback() && library_.session.bKeep && !thread_.stopRequested();
 }
 
-FrameLoop::Next FrameLoop::reportFaults() {
-    if (faults_.empty()) {
-        return Next::kFrame;
-    }
-    return thread_.outside([this] { faults_.report(); }) ? Next::kFrame : Next::kEnd;
+bool FrameLoop::reportFaults() {
+    return faults_.empty() || thread_.outside([this] { faults_.report(); });
 }
 
 template <typename ClearFlag>
-FrameLoop::Next FrameLoop::completeRequest(ClearFlag&& clearFlag) {
+bool FrameLoop::completeRequest(ClearFlag&& clearFlag) {
     library_.session.reportingFaults.store(!faults_.empty(), std::memory_order_release);
     clearFlag();
-    const Next next = reportFaults();
-    if (next == Next::kFrame) {
-        library_.session.reportingFaults.store(false, std::memory_order_release);
+    if (!reportFaults()) {
+        return false;
     }
-    return next;
+    library_.session.reportingFaults.store(false, std::memory_order_release);
+    return true;
 }
 
-FrameLoop::Next FrameLoop::takeStill() {
+bool FrameLoop::takeStill() {
     if (!library_.session.isShootPhoto.load(std::memory_order_acquire)) {
-        return Next::kFrame;
+        return true;
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
@@ -164,16 +161,16 @@ FrameLoop::Next FrameLoop::takeStill() {
         }
     });
     if (thread_.abandoned()) {
-        return Next::kEnd;
+        return false;
     }
     return completeRequest(
         [this] { library_.session.isShootPhoto.store(false, std::memory_order_release); });
 }
 
-FrameLoop::Next FrameLoop::readCode() {
+bool FrameLoop::readCode() {
     const int mode = library_.session.IsRecogBarQr.load(std::memory_order_acquire);
     if (mode == kNoCodeRequest) {
-        return Next::kFrame;
+        return true;
     }
     const bool read = containing(DOCCAM_FAULT_CODE, [this, mode] {
         if (const cv::Mat* image = workingImage()) {
@@ -199,24 +196,24 @@ void FrameLoop::drawOutline() {
     }
 }
 
-FrameLoop::Next FrameLoop::deliverFrame() {
+bool FrameLoop::deliverFrame() {
     const FrameCallback callback =
         library_.settings.pGetVideoStream.load(std::memory_order_acquire);
     const cv::Mat* image = workingImage();
     if (callback == nullptr || image == nullptr) {
-        return Next::kFrame;
+        return true;
     }
     const cv::Mat frame = *image;
     containing(DOCCAM_FAULT_FRAME,
                [&] { thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); }); });
-    return thread_.abandoned() ? Next::kEnd : Next::kFrame;
+    return !thread_.abandoned();
 }
 
-FrameLoop::Next FrameLoop::deliverPreview() {
+bool FrameLoop::deliverPreview() {
     const WebFrameCallback callback =
         library_.settings.pGetVideoWebStream.load(std::memory_order_acquire);
     if (callback == nullptr) {
-        return Next::kFrame;
+        return true;
     }
     const auto deliver = [&](const PreviewPicture& picture) {
         return thread_.outside([&] {
@@ -225,7 +222,7 @@ FrameLoop::Next FrameLoop::deliverPreview() {
     };
     containing(DOCCAM_FAULT_PREVIEW,
                [&] { showPreview(library_.view, frames_.zoomimage, workingImage(), deliver); });
-    return thread_.abandoned() ? Next::kEnd : Next::kFrame;
+    return !thread_.abandoned();
 }
 
 void streamFrames(StreamingThread& thread) {

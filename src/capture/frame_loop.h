@@ -17,33 +17,31 @@ class FrameLoop {
     void run();
 
   private:
-    enum class Next { kFrame, kEnd };
-
-    Next step();
-    Next grab();
-    Next decode();
+    // The stages return false when the thread must end.
+    bool step();
+    bool grab();
+    bool decode();
 
     // Decodes and turns the frame; usable is set when the later stages may process it.
-    Next prepareFrame(bool& usable);
+    bool prepareFrame(bool& usable);
     bool dropAfterTurn();
     void rotate();
-    Next takeStill();
-    Next readCode();
+    bool takeStill();
+    bool readCode();
     void drawOutline();
-    Next deliverFrame();
-    Next deliverPreview();
+    bool deliverFrame();
+    bool deliverPreview();
 
-    // True when the host has a fault callback and has not ended the stream itself. Only then may
-    // the driver be asked for the reason.
+    // True with a fault callback unless the host ends the stream; else no reason may be asked for.
     bool endsUnexpectedly() const;
 
     // Reports deferred faults to the host.
-    Next reportFaults();
+    bool reportFaults();
 
     // Completes the request that clearFlag clears. Its faults are reported before a waiting host
     // sees it completed; a host that reopens the camera on such a report must not find it pending.
     template <typename ClearFlag>
-    Next completeRequest(ClearFlag&& clearFlag);
+    bool completeRequest(ClearFlag&& clearFlag);
 
     bool isMjpeg() const;
 

@@ -1,7 +1,7 @@
 #include "capture/grab_frame.h"
 
-#include "base/parallel_copy.h"
 #include "base/pause.h"
+#include "base/shared_work.h"
 #include "state/session.h"
 
 #include <poll.h>

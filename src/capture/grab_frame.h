@@ -41,8 +41,7 @@ GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
 // Returns 0, or prints the failure and returns one of the codes above.
 int logGrabFailure(const GrabbedFrame& grabbed);
 
-// Takes one frame of the session into buffer, which has room for a frame's bytes, and stores its
-// length. Returns as logGrabFailure() does.
+// Takes a frame into buffer, which has room for one, and returns as logGrabFailure() does.
 int grabFrame(const record::Session& session, unsigned char* buffer, int* length);
 
 // Why no further frame comes from descriptor after logGrabFailure() gave result.

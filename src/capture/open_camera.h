@@ -6,12 +6,12 @@
 
 namespace doccam {
 
-// Opens the camera at index for frames of size and starts the streaming thread. 0 or the fixed code
-// of the failing step, whose clean-up is fixed as well. Host thread.
+// Opens the camera at index for frames of size and starts the streaming thread. Returns 0 or the
+// fixed code of the failing step. Host thread.
 int openSession(LibraryState& library, int index, FrameSize size);
 
-// Lists the frame sizes of the camera at index, which ends an open session, and prints each. How
-// many there are for the set format; 0 on any failure. Host thread.
+// Lists and prints the frame sizes of the camera at index, which ends an open session. Returns how
+// many the set format has, 0 on any failure. Host thread.
 int countSizes(LibraryState& library, int index);
 
 } // namespace doccam

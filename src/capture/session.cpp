@@ -23,17 +23,14 @@ namespace {
 constexpr int kStopWait = 550;
 constexpr int kNodeWait = 100;
 
-// How long a callback or the writing of a still may delay the close; enough for any that is merely
-// slow.
+// How long a callback or the writing of a still, which may merely be slow, delays the close.
 constexpr StreamingThread::Patience kPatience{.inCall = std::chrono::seconds(2),
                                               .inWriting = std::chrono::seconds(9)};
 
-// Held by the one caller that ends the session: a host may close the camera while its own callback
-// does the same.
+// Held by the one caller that ends the session: a host and its callback may both close the camera.
 std::mutex ending;
 
-// A forked child lacks the thread that holds it. Only that thread could unlock it, so it is
-// constructed anew; its destructor is trivial.
+// A forked child lacks the thread that could unlock it, so there it is constructed anew.
 [[maybe_unused]] const int unlockedInChildren =
     pthread_atfork(nullptr, nullptr, [] { new (&ending) std::mutex; });
 
@@ -70,8 +67,7 @@ void closeNode(record::Session& session) {
     pauseFor(kNodeWait);
 }
 
-// The old frames live until a thread that was given up releases them, too. True when there was a
-// preview buffer.
+// A thread that was given up keeps the old frames. True when there was a preview buffer.
 bool replaceFrames(LibraryState& library) {
     auto frames = std::make_shared<Frames>();
     const std::lock_guard lock(library.session.framesMutex);
@@ -92,8 +88,8 @@ void releaseFrames(LibraryState& library) {
     report(replaceFrames(library), ">>>>>>>>>>>>> closeCamera 04!");
 }
 
-// Ends a session that the host left open when the process exits, before what its thread uses is
-// destroyed. A forked child leaves its parent's camera alone.
+// At process exit ends a session left open, before what its thread uses is destroyed; not in a
+// forked child, whose parent has the camera.
 struct ExitGuard {
     ExitGuard() { state(); }
 

@@ -1,5 +1,4 @@
-// The life of one session's streaming thread: started, asked to stop, joined, and given up when it
-// is stuck in a call that the library cannot end.
+// The life of a session's streaming thread, which is given up when stuck in a call.
 #pragma once
 
 #include "capture/decode_thread.h"
@@ -22,8 +21,7 @@ namespace doccam {
 //
 // The thread is "inside" while it works on the library's state, and "outside" while it waits in
 // the driver, runs a callback of the host or writes a file. Only outside can it be given up: it
-// then finds out when it comes back inside, and ends without touching the state again. It takes the
-// lock only once it has been asked to stop.
+// finds out when it comes back inside, and ends. It locks only once it has been asked to stop.
 class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
   public:
     using Work = void (*)(StreamingThread&);
@@ -73,9 +71,8 @@ class StreamingThread : public std::enable_shared_from_this<StreamingThread> {
         return runAs(Phase::kInCall, std::forward<Call>(call));
     }
 
-    // Runs write outside. It may hang forever, as on a pipe that nobody reads or a dead network
-    // disk, and must use nothing that the end of a session releases. False when the thread has been
-    // given up meanwhile.
+    // The same for write, which may hang forever, as on a pipe that nobody reads or a dead network
+    // disk, and must use nothing that the end of a session releases.
     template <typename Write>
     bool writing(Write&& write) {
         return runAs(Phase::kWriting, std::forward<Write>(write));

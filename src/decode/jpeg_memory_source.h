@@ -1,5 +1,4 @@
-// libjpeg's callbacks: a source over memory, which supplies an end marker if the data ends early,
-// and fatal errors, which print their message and jump back.
+// A libjpeg source over memory, which ends early data with a marker, and fatal errors.
 #pragma once
 
 #include "base/handles/libjpeg.h"
@@ -36,8 +35,7 @@ struct SourceCallbacks {
     void (*end)(jpeg_decompress_struct*) = ignore;
 };
 
-// Makes data, which must outlive the decompression, the input. Raises libjpeg's error if it is
-// empty.
+// Makes data, which must outlive it, the decompression's input. Raises libjpeg's error if empty.
 void readFromMemory(jpeg_decompress_struct* cinfo, std::span<const unsigned char> data,
                     const SourceCallbacks& callbacks = {});
 

@@ -11,8 +11,7 @@ namespace doccam {
 namespace {
 
 // In integer thousandths: red = 1.164 (y - 16) + 1.596 (v - 128), and so on. Equal to the formula
-// in single precision: a sum that is not a whole number is at least a thousandth away from one, far
-// more than the rounding error.
+// in single precision, whose rounding error is far below a thousandth.
 [[gnu::always_inline]] inline int luma(int y) {
     return 1164 * (y - 16);
 }

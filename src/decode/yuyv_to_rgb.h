@@ -12,9 +12,8 @@ namespace doccam {
 // which are blue first. Reads 4 and writes 6 bytes past the frame's end.
 void convertYuyv(const unsigned char* src, unsigned char* dst, int width, int height);
 
-// The loop compiled for one instruction set: converts count pixel pairs of four bytes in src to six
-// bytes each in dst, red first. Values above 250 become 255, those below 0 become 0, all others are
-// truncated. src and dst must not overlap.
+// Converts count pixel pairs of four bytes to six bytes each, red first. Values above 250 become
+// 255, those below 0 become 0, all others are truncated. src and dst must not overlap.
 struct YuyvKernel {
     const char* instructionSet;
     void (*convert)(const unsigned char* src, unsigned char* dst, std::size_t count);

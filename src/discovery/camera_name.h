@@ -10,13 +10,11 @@ namespace doccam {
 
 class UniqueFd;
 
-// The name of the camera at index; null if there is none or its node cannot be opened. Opens it as
-// node, which closes the descriptor of an open session. The text is valid until the next call. Host
-// thread.
+// The name of the camera at index, valid until the next call; null if its node cannot be opened.
+// Opens it as node, which closes the descriptor of an open session. Host thread.
 const char* cameraName(record::Discovery& discovery, UniqueFd& node, int index);
 
-// The pieces of text between the occurrences of pattern, including empty ones. Never empty; an
-// empty pattern gives the whole text.
+// The pieces of text between patterns, including empty ones; the whole text for an empty pattern.
 std::vector<std::string> splitText(std::string text, const std::string& pattern);
 
 } // namespace doccam

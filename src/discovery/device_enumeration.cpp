@@ -29,8 +29,7 @@ void remember(record::Discovery& discovery, udev_device* device) {
     ++discovery.deviceCount;
 }
 
-// Records the first video device of one model, if any. A second device of the model, such as a
-// camera's metadata node, is ignored.
+// Records a model's first video device, not a second one such as the camera's metadata node.
 Walk findModel(record::Discovery& discovery, udev_enumerate* enumerator, const char* vendor,
                const char* product) {
     for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator); entry != nullptr;

@@ -5,8 +5,7 @@
 
 namespace doccam {
 
-// Replaces the known formats and sizes with those of the camera open at descriptor, and prints each
-// size. Host thread.
+// Replaces the known formats and sizes with those of the open camera, which it prints. Host thread.
 void listSizes(int descriptor, record::Discovery& discovery);
 
 // Appends the enlarged size to those of the selected format if they end at the full size.

@@ -1,4 +1,4 @@
-// The results of the exported functions as sentences.
+// The version, and the results of the exported functions as sentences.
 #include <doccam/doccam.h>
 
 namespace doccam {
@@ -101,6 +101,10 @@ const char* otherText(int operation, int result) {
 
 } // namespace
 } // namespace doccam
+
+int doccam_version() {
+    return DOCCAM_VERSION;
+}
 
 const char* doccam_result_text(int operation, int result) {
     const char* text = doccam::otherText(operation, result);

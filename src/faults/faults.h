@@ -47,8 +47,7 @@ class DeferredFaults {
     std::vector<Fault> faults_;
 };
 
-// Runs stage. When the host has a fault callback, an exception ends only the stage and is reported.
-// True when there was none.
+// Runs stage; with a fault callback an exception ends only that. True when there was none.
 template <typename Stage>
 bool containing(DoccamFault fault, Stage&& stage) {
     try {

@@ -1,7 +1,7 @@
 #include "preview/linear_scaler.h"
 
 #include "base/pixel.h"
-#include "base/strips.h"
+#include "base/shared_work.h"
 
 #include <opencv2/core.hpp>
 
@@ -29,13 +29,6 @@ cv::Point2d ratioOf(cv::Size source, cv::Size target) {
 
 bool isTwo(double ratio) {
     return std::abs(ratio - 2) < std::numeric_limits<double>::epsilon();
-}
-
-// The first of two source pixels, and the distance from it.
-std::pair<int, float> placeOf(int target, double ratio) {
-    const auto place = static_cast<float>((target + 0.5) * ratio - 0.5);
-    const float first = std::floor(place);
-    return {static_cast<int>(first), place - first};
 }
 
 std::int16_t shareOf(float part) {
@@ -70,8 +63,7 @@ void mixRows(const std::int16_t* upper, std::int16_t upperShare, const std::int1
 
 } // namespace
 
-// A strip of the target's rows. Keeps the last two horizontally scaled source rows, as the next
-// target row often needs one of them again.
+// Keeps the last two scaled source rows, as the next target row often needs one of them again.
 class LinearScaler::Strip {
   public:
     using Columns = std::vector<LinearTap>;
@@ -127,8 +119,7 @@ class LinearScaler::Strip {
             (first * shares.firstShare + second * shares.secondShare) >> 4);
     }
 
-    // Interpolates between a pixel and the next. Reads kWideRead bytes and writes four samples, the
-    // fourth of which is scratch.
+    // Mixes a pixel and the next. Reads kWideRead bytes, writes four samples, the fourth scratch.
     static void mixAtOnce(const uchar* pixels, const LinearTap& shares, std::int16_t* target) {
 #ifdef __SSE2__
         const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));
@@ -166,28 +157,28 @@ bool LinearScaler::canScale(const cv::Mat& source, const cv::Mat& target) {
     return source.type() == CV_8UC3 && target.type() == CV_8UC3;
 }
 
-// Past the source, a row repeats its last pixel; vertically only the row is clamped, the weights
-// are kept.
+// Past the source, a row repeats its last pixel; vertically the weights are kept.
 void LinearScaler::prepare(cv::Size source, cv::Size target) {
     if (source == source_ && target == target_) {
         return;
     }
     source_ = target_ = {}; // invalid if an allocation throws
     const cv::Point2d ratio = ratioOf(source, target);
+    const auto tapAt = [](int at, double step, int length, bool keepsShares) -> LinearTap {
+        const auto place = static_cast<float>((at + 0.5) * step - 0.5);
+        const auto first = static_cast<int>(std::floor(place));
+        const bool between = keepsShares || (first >= 0 && first < length - 1);
+        const float share = between ? place - std::floor(place) : 0;
+        return {std::clamp(first, 0, length - 1), std::clamp(first + 1, 0, length - 1),
+                shareOf(1.0F - share), shareOf(share)};
+    };
     columns_.clear();
     for (int x = 0; x < target.width; ++x) {
-        const auto [place, part] = placeOf(x, ratio.x);
-        const int first = std::clamp(place, 0, source.width - 1);
-        const float beyond = place < 0 || place >= source.width - 1 ? 0 : part;
-        columns_.push_back({first, std::min(first + 1, source.width - 1), shareOf(1.0F - beyond),
-                            shareOf(beyond)});
+        columns_.push_back(tapAt(x, ratio.x, source.width, false));
     }
     rows_.clear();
     for (int y = 0; y < target.height; ++y) {
-        const auto [place, part] = placeOf(y, ratio.y);
-        rows_.push_back({std::clamp(place, 0, source.height - 1),
-                         std::clamp(place + 1, 0, source.height - 1), shareOf(1.0F - part),
-                         shareOf(part)});
+        rows_.push_back(tapAt(y, ratio.y, source.height, true));
     }
     memory_.resize(std::size_t{2} * Strips::kMaximum * kChannels * columns_.size());
     source_ = source;

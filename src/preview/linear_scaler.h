@@ -14,8 +14,7 @@ class LinearScaler {
     // Whether pictures of these types can be scaled: 8-bit with three channels.
     static bool canScale(const cv::Mat& source, const cv::Mat& target);
 
-    // Scales source to target's size. Both must be scalable and not overlap. Throws cv::Exception
-    // if one is empty.
+    // Scales source to target's size. They must not overlap. Throws cv::Exception if one is empty.
     void scale(const cv::Mat& source, cv::Mat& target);
 
   private:

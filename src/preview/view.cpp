@@ -72,8 +72,7 @@ ViewAxis pannedInForm(ViewAxis axis, int distance) {
     return axis;
 }
 
-// Moves the form over the frame. The far end is checked by the pan's magnitude, so a pan far past
-// the near end counts as one past the far end.
+// Moves the form over the frame. A pan far past the near end counts as one past the far end.
 ViewAxis pannedOverFrame(ViewAxis axis, int distance) {
     std::int64_t moved = std::int64_t{axis.offset} + distance;
     if (axis.zoom - std::abs(moved) < axis.form) {

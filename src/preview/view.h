@@ -1,7 +1,6 @@
 // The preview's view: the frame's position in the host's display area, the form.
 //
-// Pure values and functions on them. Lengths are form pixels, scales percent. No input is refused:
-// nonsense gives a view that cannot be rendered.
+// Lengths are form pixels, scales percent. Nonsense gives a view that cannot be rendered.
 #pragma once
 
 #include "base/frame_size.h"
@@ -52,8 +51,7 @@ inline constexpr double kTrueScale = 100.0; // a frame pixel is a form pixel
 double largerScale(const View& view);
 double smallerScale(const View& view);
 
-// The view with the picture dragged by (dx, dy), as far as the form or the frame allows. A drag far
-// past the start of a frame that overflows the form lands at the frame's end.
+// The view with the picture dragged by (dx, dy), as far as the form or the frame allows.
 View panned(View view, int dx, int dy);
 
 // The next quarter turn, 0 to 3 with wrap-around: right counts up, left down.

@@ -13,8 +13,7 @@ namespace {
 
 constexpr auto kRelaxed = std::memory_order_relaxed;
 
-// Each operation stores only the fields that it decides, so that another thread's simultaneous
-// changes survive.
+// Each operation stores only the fields that it decides: another thread's changes survive.
 void storeFrameSides(record::View& kept, const View& view) {
     kept.ZoomWidth.store(view.x.zoom, kRelaxed);
     kept.ZoomHeight.store(view.y.zoom, kRelaxed);

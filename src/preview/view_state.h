@@ -1,7 +1,6 @@
 // The view in the state record, and the host's changes to it, which the next frame shows.
 //
-// pan(), zoomTo() and turnView() return 0, or -1 without changes while no camera streams. Any
-// thread.
+// Changes that return an int return 0, or -1 unchanged while no camera streams. Any thread.
 #pragma once
 
 #include "preview/view.h"
@@ -9,8 +8,7 @@
 
 namespace doccam {
 
-// Reads each field once. Another thread may change the view in between, so the result may combine
-// two views.
+// Reads each field once; while another thread changes the view it may combine two.
 View loadView(const record::View& kept);
 
 // Stores all of view but the form, which only declareForm() stores.
@@ -19,8 +17,7 @@ void storeBestFit(record::View& kept, const View& view);
 // The size of the session's frames as shown, after the set rotation.
 FrameSize shownFrameSize(const LibraryState& library);
 
-// Declares the host's display area and fits the frame into it. The session's first valid form sizes
-// the preview buffer. Host thread.
+// Fits the frame into the host's form; a session's first valid one sizes its buffer. Host thread.
 void declareForm(LibraryState& library, int width, int height);
 
 // Fits the frame into form, centred in the declared one.

@@ -7,9 +7,8 @@
 
 namespace doccam {
 
-// Owned jointly by the record and the streaming thread, so that they outlive a callback that is
-// stuck past the end of its session. Written by the streaming thread while it runs, except preview,
-// which the host allocates before it publishes WEB_BUF.
+// Shared by the record and the streaming thread, so that they outlive a stuck callback. The stream
+// writes them while it runs, except preview, which the host allocates before publishing WEB_BUF.
 struct Frames {
     cv::Mat srcimage;                         // nWidth x nHeight
     cv::Mat roimage;                          // the same after a quarter turn

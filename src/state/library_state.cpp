@@ -5,8 +5,8 @@
 
 namespace doccam {
 
-// Built at first use, which is at load: other parts of the library fill it while they load. Never
-// destroyed: at the exit of the process a callback may still be running on it.
+// Built at first use, while the library loads. Never destroyed: at process exit a callback may
+// still be running on it.
 LibraryState& state() {
     alignas(LibraryState) static std::byte storage[sizeof(LibraryState)];
     static LibraryState& instance = *new (storage) LibraryState;

@@ -2,7 +2,6 @@
 #include "fuzz_target.h"
 #include "input.h"
 #include "preview/picture.h"
-#include "preview/preview_stage.h"
 #include "preview/view_state.h"
 #include "state/library_state.h"
 

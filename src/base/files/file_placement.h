@@ -20,9 +20,8 @@ std::string endOfLinks(const std::string& path);
 // Gives the open file the owner and permissions of existing, as far as permitted.
 void takeOver(int file, const struct stat& existing);
 
-// Moves the file at from to to, replacing any file there. If the folder does not permit that, as
-// for another user's file in a shared folder, replaces the content of the existing file and keeps
-// from. False with errno set on failure.
+// Moves the file at from to to, replacing any file there, or only its content, keeping from, if the
+// folder permits no more, as for another user's file. False with errno set on failure.
 bool replaceFile(const std::string& from, const std::string& to);
 
 // Moves the file at from to an unused name. False with errno set; EEXIST if the name is in use.

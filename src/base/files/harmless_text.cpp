@@ -7,8 +7,7 @@
 namespace doccam {
 namespace {
 
-// The length of the UTF-8 character that text starts with; 0 for control characters and invalid
-// UTF-8.
+// The length of the UTF-8 character that text starts with; 0 for a control or invalid one.
 std::size_t harmlessLetter(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
     if (first < 0x80) {

@@ -33,12 +33,10 @@ struct ParsedModels {
     std::string text; // of the file, if it was read
 };
 
-// Parses rows "vvvv:pppp  # remark". Skips blank lines and comments. Stops at the first malformed
-// row, or at a tenth one, with an error.
+// Parses rows "vvvv:pppp  # remark", up to the first malformed row, or a tenth one: an error.
 ParsedModels parseModels(std::string_view text);
 
-// Reads the table from the file at path. On failure returns no model, and an error naming file and
-// line.
+// Reads the table from the file at path. On failure no model, and an error naming file and line.
 ParsedModels readModels(const std::string& path);
 
 // The path of the file that replaces the built-in table; empty if there is none.

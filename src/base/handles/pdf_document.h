@@ -14,8 +14,7 @@ struct PdfRelease {
 
 using PdfDocument = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, PdfRelease>;
 
-// An empty document, or null if out of memory. Failed calls on it are reported to onError, with
-// context as the last argument.
+// An empty document, or null if out of memory. Its failed calls are reported to onError.
 inline PdfDocument makePdfDocument(HPDF_Error_Handler onError, void* context) {
     return PdfDocument(HPDF_New(onError, context));
 }

@@ -1,6 +1,6 @@
 #include "docimage/clean/background.h"
 
-#include "base/strips.h"
+#include "base/shared_work.h"
 #include "docimage/clean/black_edge.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/clean/paper.h"
@@ -23,8 +23,7 @@ int mirrored(int y, int rows) {
     return y < 0 ? -y : (y >= rows ? 2 * (rows - 1) - y : y);
 }
 
-// At the page's edge rows are mirrored about the edge row; a page within a larger picture continues
-// to that picture's edge.
+// Past the edge rows are mirrored: that of the page, or of the larger picture that it is part of.
 PixelRow copyOfRow(const cv::Mat& page, int y) {
     cv::Size whole;
     cv::Point corner;

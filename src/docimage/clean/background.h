@@ -5,8 +5,7 @@
 
 namespace doccam {
 
-// Works in place on the blue-first page. Throws cv::Exception unless it is 8-bit with three
-// channels and not empty.
+// In place. Throws cv::Exception unless the blue-first page is 8-bit, three-channel, not empty.
 void whitenBackground(cv::Mat page);
 
 } // namespace doccam

@@ -1,6 +1,6 @@
 #include "docimage/clean/black_edge.h"
 
-#include "base/strips.h"
+#include "base/shared_work.h"
 #include "docimage/clean/margins.h"
 #include "docimage/clean/page_kernels.h"
 #include "docimage/clean/sheet_outline.h"

@@ -6,8 +6,7 @@ using IplImage = _IplImage;
 
 namespace doccam {
 
-// The marginMask() of picture, with zero padding, to be freed by cvReleaseImage. Throws
-// cv::Exception for null, too.
+// The marginMask() of picture, to be freed by cvReleaseImage. Throws cv::Exception for null.
 IplImage* newMarginMask(IplImage* picture);
 
 } // namespace doccam

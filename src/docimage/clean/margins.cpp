@@ -1,7 +1,7 @@
 #include "docimage/clean/margins.h"
 
 #include "base/pixel.h"
-#include "base/strips.h"
+#include "base/shared_work.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -24,14 +24,11 @@ struct Margins {
     std::vector<int> top, bottom; // by column
 };
 
-// A margin extends up to the outline and over its first three pixels. The outline begins where
-// three neighbouring positions are marked. Without one the whole line is margin.
-//
-// Position 0 counts as marked for a walk that begins there.
+// A margin extends over the first three neighbouring marks, or else over the whole line. Position 0
+// counts as marked for a walk that begins there.
 Margins findMargins(const Marks& marks);
 
-// Sets the pixels of target within the margins to 255. target is 8-bit and of the size that the
-// margins were found for.
+// Sets the pixels of target, 8-bit and of the marks' size, to 255 within the margins.
 void paintMargins(cv::Mat& target, const Margins& margins);
 
 } // namespace doccam

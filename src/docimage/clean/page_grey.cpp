@@ -17,8 +17,7 @@ namespace {
 
 constexpr float kGamma = 0.4F;
 
-// The contribution of each gamma-corrected sample to the grey level, including the half for
-// rounding.
+// Each gamma-corrected sample's part of the grey level, including the half for rounding.
 struct GammaWeights {
     GammaWeights() {
         const auto curve = gammaCurve(kGamma);
@@ -47,8 +46,7 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     return grey;
 }
 
-// Dark pixels are rare, so the gaps between them are filled a block at a time. Initially row holds
-// 255 for dark pixels, 0 for others.
+// Row marks dark pixels with 255. They are rare, so the gaps are filled a block at a time.
 void flatten(const uchar* pixels, int count, const GammaWeights& weights, uchar* row,
              Levels& levels) {
     constexpr uchar kSheet[kChannels] = {128, 128, 128};

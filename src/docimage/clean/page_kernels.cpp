@@ -38,8 +38,7 @@ struct Colours {
     }
 }
 
-// A grey pixel's samples lie within 30 of their mean, rounded down. Comparing the sum instead of
-// the mean avoids a division.
+// Grey samples lie within 30 of their mean, rounded down; comparing their sum avoids a division.
 [[gnu::always_inline]] inline bool isColoured(std::int16_t c0, std::int16_t c1, std::int16_t c2) {
     constexpr std::int16_t kGreyest = 30;
     const auto sum = static_cast<std::int16_t>(c0 + c1 + c2);
@@ -77,8 +76,7 @@ struct Colours {
     }
 }
 
-// Brighter than the mean, rounded to nearest, less 19. The number of pixels is odd, so no mean is
-// halfway between two levels.
+// Brighter than the mean less 19. Of an odd number of pixels, no mean is halfway between levels.
 [[gnu::always_inline]] inline void markPaperOf(const unsigned char* grey, const std::uint32_t* sums,
                                                int count, unsigned char* paper) {
     constexpr int kPixels = kSurroundings * kSurroundings;
@@ -108,8 +106,7 @@ struct Colours {
     return static_cast<unsigned char>(std::min<int>(sample, kWhite - amount) + amount);
 }
 
-// Makes clearly red pixels redder. Here and below, amounts of 0 replace branches, which would
-// prevent vectorization.
+// Makes clearly red pixels redder. Amounts of 0 replace branches, which would not vectorize.
 [[gnu::always_inline]] inline void emphasise(Colours& colours, int count) {
     constexpr int kClearlyRed = 81;
     constexpr int kLowered = 40;

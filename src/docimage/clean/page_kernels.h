@@ -29,14 +29,12 @@ struct PageKernels {
     // 255 for nearly black pixels of three samples, 0 for others.
     void (*markDark)(const unsigned char* pixels, int count, unsigned char* marks);
 
-    // 255 where a pixel is brighter than the mean of its surroundings less a constant: paper, not
-    // print. sums are prefix sums over the columns' greys: the one at a pixel ends before its
-    // surroundings, the one kSurroundings further includes them.
+    // 255 on paper, brighter than its surroundings' mean less a constant. sums are prefix sums over
+    // columns: at a pixel before its surroundings, kSurroundings further including them.
     void (*markPaper)(const unsigned char* grey, const std::uint32_t* sums, int count,
                       unsigned char* paper);
 
-    // Sharpens coloured marks and whitens the remaining paper and margins. result may be row
-    // itself, but no other row that is read.
+    // Sharpens coloured marks, whitens paper and margins. result may be row itself, no other input.
     void (*whitenPaper)(const WhitenRowInput& row, unsigned char* result);
 };
 

@@ -1,6 +1,6 @@
 #include "docimage/clean/paper.h"
 
-#include "base/strips.h"
+#include "base/shared_work.h"
 #include "docimage/clean/page_kernels.h"
 
 #include <opencv2/imgproc.hpp>

@@ -7,8 +7,8 @@
 
 namespace doccam {
 
-// 255 where the 8-bit, three-channel page is brighter than its surroundings less a constant, 0
-// elsewhere. The edge pixels are replicated past the edge.
+// 255 where the page is brighter than its surroundings less a constant, 0 elsewhere. The edge's
+// pixels are replicated past it.
 WorkPlane paperOf(const cv::Mat& page);
 
 } // namespace doccam

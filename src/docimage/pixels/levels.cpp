@@ -7,8 +7,7 @@
 
 namespace doccam {
 
-// Alternates between histograms, as incrementing the same count twice in a row stalls the
-// processor.
+// Alternates between histograms: incrementing one count twice in a row stalls the processor.
 void countLevels(const unsigned char* pixels, int count, Levels& levels) {
     constexpr int kTurns = 4;
     std::array<Levels, kTurns> turns{};
@@ -31,8 +30,7 @@ void addLevels(const Levels& more, Levels& levels) {
     std::transform(levels.begin(), levels.end(), more.begin(), levels.begin(), std::plus<>());
 }
 
-// Of equally good levels the lowest counts. Since rounding decides, the order of operations is
-// OpenCV's.
+// Of equally good levels the lowest counts. The order of operations is OpenCV's: rounding decides.
 int otsuLevel(const Levels& levels) {
     constexpr double kSmallestShare = std::numeric_limits<float>::epsilon();
     const double scale = 1.0 / std::accumulate(levels.begin(), levels.end(), 0);

@@ -1,7 +1,7 @@
 // A picture's histogram, and its bright regions.
 #pragma once
 
-#include "base/strips.h"
+#include "base/shared_work.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -20,8 +20,7 @@ void countLevels(const unsigned char* pixels, int count, Levels& levels);
 
 void addLevels(const Levels& more, Levels& levels);
 
-// Calls makeRow(row, levels to add to) for rows 0 to count - 1, on several threads at once, and
-// returns the levels of all.
+// Calls makeRow(row, levels to add to) for count rows, on several threads. The levels of all.
 template <typename MakeRow>
 Levels levelsOfRows(int count, const MakeRow& makeRow) {
     std::array<Levels, Strips::kMaximum> levels{};
@@ -36,8 +35,7 @@ Levels levelsOfRows(int count, const MakeRow& makeRow) {
     return levels[0];
 }
 
-// Otsu's threshold: levels above it are bright. Equal to OpenCV's for a picture with these levels;
-// 0 if there are fewer than two.
+// Otsu's threshold, equal to OpenCV's: levels above it are bright. 0 for fewer than two levels.
 int otsuLevel(const Levels& levels);
 
 // Sets the pixels of grey, whose levels these are, to 1 above Otsu's threshold and to 0 elsewhere

@@ -7,8 +7,7 @@
 
 namespace doccam {
 
-// 8-bit with one channel. Rows are padded with 0 to 3 zero bytes to a stride that is a multiple of
-// four. A copy shares the memory.
+// 8-bit, one channel, rows padded with zeros to a multiple of four bytes. A copy shares the memory.
 class WorkPlane {
   public:
     // The pixels are uninitialised. Throws cv::Exception if out of memory.
@@ -21,8 +20,7 @@ class WorkPlane {
 
     const cv::Mat& rows() const { return rows_; }
 
-    // Row y as read with the width for the stride: with padded rows the picture is skewed and
-    // contains the padding.
+    // Row y as read with the width for the stride, skewed and with padding in it.
     uchar* unpaddedRow(int y) const {
         return memory_.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(rows_.cols);
     }

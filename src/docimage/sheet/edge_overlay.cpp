@@ -22,12 +22,8 @@ constexpr int kLineWidth = 6;
 const cv::Scalar kGreen(0, 255, 0, 0);
 
 // Reused from frame to frame, so that searches do not allocate.
-struct Search {
-    SheetSearch sheets;
-    MinAreaFit fit;
-};
-
-thread_local Search search;
+thread_local SheetSearch search;
+thread_local MinAreaFit fit;
 
 // The largest outline, of equal ones the lowest in the picture; empty if all are specks.
 std::span<const cv::Point> largestOutline(const OuterOutlines& outlines) {
@@ -73,7 +69,7 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
     if (frame.data == nullptr || frame.cols < kReduction || frame.rows < kReduction) {
         return SheetFound::kNoOutline;
     }
-    const OuterOutlines& outlines = search.sheets.outlinesIn(frame);
+    const OuterOutlines& outlines = search.outlinesIn(frame);
     if (outlines.empty()) {
         return SheetFound::kNoOutline;
     }
@@ -81,7 +77,7 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
     if (outline.empty()) {
         return SheetFound::kNoSheet;
     }
-    const auto corners = frameCorners(search.fit.around(outline));
+    const auto corners = frameCorners(fit.around(outline));
     storeCorners(wholePixels(corners), kept.CutPoint.data());
     if (draw) {
         drawLines(frame, corners);

@@ -20,8 +20,7 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept);
 std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box);
 SheetCorners wholePixels(const std::array<cv::Point2f, 4>& corners);
 
-// Keeps the crop of a sheet with these corners, and returns the clockwise rotation in degrees that
-// straightens it.
+// Keeps the crop of a sheet, and returns the clockwise degrees that straighten it.
 float storeGeometry(const SheetCorners& corners, record::Sheet& kept);
 
 } // namespace doccam

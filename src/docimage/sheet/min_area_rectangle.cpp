@@ -51,8 +51,7 @@ double lengthOf(cv::Point2f side) {
     return std::sqrt(x * x + y * y);
 }
 
-// The vertices start with the leftmost: the starting point decides ties between equally small
-// rectangles.
+// The first vertex, the leftmost, decides ties between equally small rectangles.
 void measureEdges(const std::vector<cv::Point>& corners, HullEdges& hull) {
     hull.vertices.assign(corners.begin(), corners.end());
     hull.edges.clear();
@@ -76,8 +75,7 @@ float orientation(const HullEdges& hull) {
     return 1.0F;
 }
 
-// The vertices that touch the rectangle's four sides, initially those of the smallest y, the
-// largest x, the largest y and the smallest x.
+// The vertices that touch the rectangle's four sides.
 using Supports = std::array<std::size_t, 4>;
 
 template <typename Before>
@@ -134,8 +132,7 @@ Enclosure enclosureOf(const HullEdges& hull, const Supports& supports, cv::Point
             vertex(0), vertex(3)};
 }
 
-// Rotating calipers: turns the rectangle about the hull, edge by edge. Of equal areas the last
-// wins.
+// Rotating calipers: turns the rectangle about the hull. Of equal areas the last wins.
 Enclosure smallestEnclosure(const HullEdges& hull) {
     Supports supports = uprightSupports(hull);
     cv::Point2f base(orientation(hull), 0);

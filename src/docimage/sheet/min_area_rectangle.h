@@ -34,8 +34,7 @@ class MinAreaFit {
 };
 
 // Reorders points, and stores the corners of their convex hull in hull: from the leftmost, of
-// several the highest, along the bottom and back along the top, no three of them collinear. Fewer
-// than three points, or equal ones, are returned as they are.
+// several the highest, along the bottom and back, no three collinear. Fewer than three points stay.
 void findConvexHull(std::vector<cv::Point>& points, std::vector<cv::Point>& hull);
 
 // The box's corners, clockwise as displayed. The first edge has the length of the box's height.

@@ -10,12 +10,10 @@
 
 namespace doccam {
 
-// The same outlines, points and order as OpenCV's external contours without approximation. Reuses
-// its memory from search to search.
+// As OpenCV's external contours without approximation. Reuses its memory from search to search.
 class OuterOutlines {
   public:
-    // Searches binary, 8-bit with one channel, of 0 and 1, whose one-pixel frame must be 0.
-    // Relabels the pixels of the outlines.
+    // Searches binary, of 0 and 1, whose one-pixel frame must be 0. Relabels the outlines' pixels.
     void search(cv::Mat& binary);
 
     std::size_t count() const { return ends_.size(); }

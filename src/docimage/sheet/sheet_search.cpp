@@ -1,6 +1,6 @@
 #include "docimage/sheet/sheet_search.h"
 
-#include "base/strips.h"
+#include "base/shared_work.h"
 #include "docimage/sheet/sheet_search_kernels.h"
 
 #include <opencv2/imgproc.hpp>

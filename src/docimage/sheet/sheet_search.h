@@ -8,13 +8,11 @@
 
 namespace doccam {
 
-// Works on a grey copy of a quarter of the frame's width and height, reusing its memory from frame
-// to frame. Not thread-safe.
+// Works on a grey copy of a quarter of the frame's sides, reusing its memory. Not thread-safe.
 class SheetSearch {
   public:
-    // The outlines of bright regions in the red-first frame, corrected for slow variations of the
-    // light, in pixels of the reduced copy. Valid until the next search. Throws cv::Exception for a
-    // frame under four pixels wide or high.
+    // The outlines of bright regions in the red-first frame, whose light is evened, in pixels of
+    // the copy. Valid until the next search. Throws cv::Exception for a side under four pixels.
     const OuterOutlines& outlinesIn(const cv::Mat& frame);
 
   private:

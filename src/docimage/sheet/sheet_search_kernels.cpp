@@ -27,8 +27,7 @@ using Columns = std::uint16_t[kBlockSamples + kPixel];
     }
 }
 
-// Each sum plus the next three of the same colour. Only every twelfth is needed, but a loop without
-// gaps vectorizes better.
+// Adds the next three of the same colour. Only every twelfth sum counts, but gaps vectorize badly.
 [[gnu::always_inline]] inline void addNeighbours(const Columns& sums, int samples, Columns& wide) {
     for (int i = 0; i < samples; ++i) {
         wide[i] = static_cast<std::uint16_t>(sums[i] + sums[i + kChannels] +
@@ -94,8 +93,7 @@ constexpr int kWeightsShift = 16; // for both directions together
     }
 }
 
-// The first done pixels are already flat-fielded. Sums all rows for a pixel before the next, as the
-// compiler would not vectorize the sum row by row.
+// The first done pixels are flat-fielded. Sums pixel by pixel; row by row would not vectorize.
 [[gnu::always_inline]] inline void flatFieldBlock(const SheetSearchKernels::SumRows& rows,
                                                   int first, int count, int done,
                                                   unsigned char* grey) {

@@ -32,8 +32,7 @@ struct SheetSearchKernels {
     void (*flatField)(const SumRows& rows, int count, unsigned char* grey);
 };
 
-// Subtracts 0.7 of the background's distance from mid-grey, truncated. Below 0 it becomes 0; above
-// 255 it wraps around.
+// Subtracts 0.7 of the background's distance from mid-grey: at least 0, wraps around above 255.
 [[gnu::always_inline]] inline unsigned char flatFieldedLevel(int grey, int background) {
     constexpr int kMiddleLevel = 127;
     // 0.7 in single precision, slightly less than 0.7.

@@ -15,8 +15,7 @@
 namespace doccam {
 namespace {
 
-// The picture is turned in blocks, whose source and target stay in the cache while each line is
-// used several times.
+// The picture is turned in blocks, whose source and target stay in the cache.
 constexpr int kBlockRows = 512;
 constexpr int kBlockColumns = 128;
 constexpr int kCacheLine = 64;
@@ -25,8 +24,7 @@ constexpr int kCacheLine = 64;
 constexpr int kUpsideDown = 0;
 constexpr int kLeftRight = 1;
 
-// Prefetches the next tiles while a column of tiles is turned: the hardware prefetcher cannot
-// predict this stride.
+// Prefetched while tiles are turned: the hardware prefetcher cannot predict this stride.
 constexpr int kRowsPerFetch = kBlockRows * kTile / kBlockColumns;
 
 // Copies count pixels that are step bytes apart to adjacent ones.

@@ -7,8 +7,8 @@ namespace doccam {
 
 enum class Quarter { kClockwise, kCounterClockwise };
 
-// Turns source into turned, whose memory is reused from frame to frame; does nothing while turned
-// is empty. Images of any type. Throws cv::Exception like cv::transpose.
+// Turns source into turned, whose memory is reused, unless turned is empty. Images of any type.
+// Throws cv::Exception like cv::transpose.
 void turnIntoFrame(const cv::Mat& source, Quarter quarter, cv::Mat& turned);
 
 // Turns the image by half a turn in place.

@@ -3,7 +3,6 @@
 
 #include "base/dispatch.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 

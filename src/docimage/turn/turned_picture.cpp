@@ -1,7 +1,7 @@
 #include "docimage/turn/turned_picture.h"
 
 #include "base/pixel.h"
-#include "base/strips.h"
+#include "base/shared_work.h"
 
 #include <opencv2/imgproc.hpp>
 

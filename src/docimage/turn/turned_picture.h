@@ -13,12 +13,10 @@ namespace doccam {
 // Throws cv::Exception for an angle that is not finite, and for types that cv::warpAffine rejects.
 cv::Mat rotated(const cv::Mat& picture, float degrees);
 
-// The size of the canvas that holds a picture turned by radians, truncated. Throws cv::Exception
-// for an impossible size, as of an angle that is not finite.
+// The canvas for a picture turned by radians. Throws cv::Exception for an impossible size.
 cv::Size canvasSize(cv::Size picture, double radians);
 
-// The 2 x 3 single-precision map that turns a picture counter-clockwise by degrees about its centre
-// onto the centre of the canvas.
+// The single-precision map that turns a picture counter-clockwise onto the canvas's centre.
 cv::Mat turnOnto(cv::Size canvas, cv::Size picture, double degrees);
 
 // The region to turn: a black rectangle of size with pixels at place.
@@ -28,23 +26,19 @@ struct TurnedRegion {
     cv::Size size;
 };
 
-// The region turned about its centre on a black canvas that holds all of it. The pixels equal those
-// of OpenCV's bilinear warp.
+// The region turned about its centre on a black canvas, with the pixels of OpenCV's bilinear warp.
 class TurnedPicture {
   public:
-    // Whether region can be rendered: its pixels must be 8-bit with three channels, not empty, and
-    // at most 16384 pixels wide and high.
+    // Whether region's pixels are 8-bit with three channels, not empty, and no side over 16384.
     static bool canRender(const TurnedRegion& region);
 
-    // Turns clockwise. region must be renderable; its pixels are shared. Throws cv::Exception for
-    // an angle that is not finite.
+    // Turns the renderable region clockwise; shares its pixels. Throws as rotated() does.
     TurnedPicture(const TurnedRegion& region, float degrees);
 
     // The canvas's size.
     cv::Size size() const { return canvas_; }
 
-    // Renders part, which must lie within the canvas, into target, which must have part's size and
-    // the pixels' type.
+    // Renders part of the canvas into target, which must have part's size and the pixels' type.
     void render(const cv::Rect& part, cv::Mat& target, SampleOrder order) const;
 
   private:

@@ -95,8 +95,7 @@ int mergeQueued(record::Documents& documents, const char* path, bool deleteSourc
     for (std::size_t i = 0; i < std::min(files.size(), kMaximumRead); ++i) {
         readQuietly(files[i]);
     }
-    // Here the pictures would be composed. Deliberately empty: no layout is defined, so nothing is
-    // written.
+    // The composition of the pictures is deliberately empty: no layout is defined.
     if (path == nullptr || !fileExists(path)) {
         return -2;
     }

@@ -1,6 +1,4 @@
-// The PDF document that a host makes step by step, and the queues of files.
-//
-// One thread at a time.
+// A PDF document made step by step, and the queues of files. One thread at a time.
 #pragma once
 
 #include "state/parts.h"
@@ -27,14 +25,12 @@ void failDocument(record::Documents& documents, HPDF_STATUS number, HPDF_STATUS 
 // Appends path to queue if the file exists. Returns 0, or -1 if it does not.
 int enqueueFile(std::vector<std::string>& queue, const char* path);
 
-// Makes a document at path from the queued files that still exist and empties the queue; with
-// deleteSources the files are then deleted. Returns 0; -1 for an empty queue; -2, deleting nothing,
-// after an error or if no file is at path.
+// Makes a document at path of the queued files that exist, empties the queue and, if set, deletes
+// them. Returns 0; -1 for an empty queue; -2, deleting nothing, if the document was not made.
 int combineQueued(record::Documents& documents, const char* path, bool deleteSources);
 
-// Reads the files queued for merging, empties the queue and, with deleteSources, deletes them if a
-// file is at path. Composes nothing. Returns 0; -1 for fewer than two files, -2 if no file is at
-// path.
+// Reads the files queued for merging, composes nothing, empties the queue and, if set, deletes the
+// files. Returns 0; -1 for fewer than two files; -2, deleting nothing, if no file is at path.
 int mergeQueued(record::Documents& documents, const char* path, bool deleteSources);
 
 } // namespace doccam

@@ -96,8 +96,7 @@ PdfError addPng(HPDF_Doc document, const Bytes& file) {
                      [&] { return png.readPixels() ? load(document, png, file) : nullptr; });
 }
 
-// libharu copies a JPEG unchanged and reads only its header; viewers show truncated pictures as far
-// as they go.
+// libharu reads only a JPEG's header; viewers show truncated pictures as far as they go.
 PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
     HPDF_Image image = HPDF_LoadJpegImageFromMem(document, file.data(), sizeOf(file));
     if (image == nullptr || HPDF_Image_GetWidth(image) == 0) {

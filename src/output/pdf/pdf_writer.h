@@ -8,8 +8,7 @@
 
 namespace doccam {
 
-// After the first error the document accepts no further page and is not saved. Errors are printed
-// when they happen. One thread at a time.
+// Errors are printed; after the first the document is not saved. One thread at a time.
 class PdfWriter {
   public:
     // Starts a document for the file at path.
@@ -24,8 +23,7 @@ class PdfWriter {
     // The handle; null if there was no memory for a document.
     HPDF_Doc document() const { return document_.get(); }
 
-    // Adds a page that shows the file, like addPicturePage(). Throws std::bad_alloc, after which
-    // the document has also failed.
+    // Adds a page like addPicturePage(). After a std::bad_alloc that it throws, it has failed.
     void addPage(const std::string& picture);
 
     // Saves the document, completely or not at all. Throws like addPage().
@@ -54,8 +52,7 @@ class PdfWriter {
 // Prints the line of a libharu error.
 void printPdfError(HPDF_STATUS number, HPDF_STATUS detail);
 
-// Adds the pictures as pages, saves the document and reports a failure to the host. Returns whether
-// it was saved.
+// Adds the pictures, saves the document and reports a failure. Returns whether it was saved.
 bool finishDocument(PdfWriter& writer, std::span<const std::string> pictures);
 
 // Reports the failure of a document, if it has failed.

@@ -22,15 +22,13 @@ struct FittedCorners {
     SheetCorners corners;  // in pixels of the bordered frame
 };
 
-// Makes room for corners outside a frame of that size. Of several past one side the last one
-// decides, not the farthest; so a corner may remain outside.
+// Makes room for corners outside the frame: for the last one past each side, not the farthest.
 FittedCorners fitIntoFrame(SheetCorners corners, cv::Size frame);
 
 // The box enlarged by four pixels, clipped to the right and lower edge of the picture.
 cv::Rect enlargedBox(cv::Rect box, cv::Size picture);
 
-// The page's position in the centre of the turned picture, with sides in steps of four pixels,
-// clipped to the right and lower edge of the picture.
+// The page in the picture's centre, in steps of four pixels, clipped to its right and lower edge.
 cv::Rect centredPage(cv::Size page, cv::Size picture);
 
 // The size with each side rounded down to a multiple of four.

@@ -36,8 +36,7 @@ cv::Mat greyOf(const cv::Mat& page) {
     return grey;
 }
 
-// The blue-first page in a colour mode; none for an invalid one. Throws cv::Exception for grey and
-// for black and white unless page has 3 or 4 channels.
+// The blue-first page in a colour mode, none for an invalid one. Throws like cv::cvtColor.
 std::optional<cv::Mat> pictureInMode(const cv::Mat& page, int colorMode) {
     switch (colorMode) {
     case 0:

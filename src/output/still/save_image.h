@@ -9,9 +9,9 @@
 
 namespace doccam {
 
-// Saves the blue-first page at target in the set colour mode, as the type given by target's last
-// three characters; saves nothing in an invalid mode. A write failure is reported as a fault.
-// Throws std::out_of_range for a target of fewer characters, and like writeImage().
+// Saves the blue-first page in the set colour mode, nothing in an invalid one, as the type given by
+// target's last three characters. Reports a fault if it cannot be written. Throws std::out_of_range
+// for a shorter target, and like writeImage().
 void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings);
 
 // Writes picture as a one-page PDF at target, through a JPEG that remains in the home directory.

@@ -1,9 +1,10 @@
 #include "output/still/still.h"
 
 #include "base/frame_size.h"
+#include "docimage/clean/background.h"
+#include "docimage/clean/black_edge.h"
 #include "docimage/sheet/edge_overlay.h"
 #include "output/still/crop_geometry.h"
-#include "output/still/page_cleaning.h"
 #include "output/still/save_image.h"
 #include "output/still/straight_sheet.h"
 #include "state/library_state.h"
@@ -52,8 +53,21 @@ cv::Mat resizedToSteps(const cv::Mat& page) {
     return resized;
 }
 
-// The sheet whose corners were found last, cut out and straightened. Moves the corners into the
-// frame.
+bool isOn(const std::atomic<int>& setting) {
+    return setting.load(std::memory_order_relaxed) == 1;
+}
+
+// Whitens the page's dark margins and then its background in place, each if its setting is on.
+void cleanAsSet(const cv::Mat& page, const record::Settings& settings) {
+    if (isOn(settings.isDelBlackedge)) {
+        whitenMargins(page);
+    }
+    if (isOn(settings.isDelBcakColor)) {
+        whitenBackground(page);
+    }
+}
+
+// The sheet whose corners were found last, straightened. Moves the corners into the frame.
 cv::Mat pageOfSheet(const cv::Mat& frame, record::Sheet& kept, const record::Settings& settings) {
     const FittedCorners fitted = fitKeptCorners(frame.size(), kept);
     const float degrees = storeGeometry(fitted.corners, kept);

@@ -15,9 +15,8 @@ struct Still {
     bool ofWholeFrame = false;
 };
 
-// Makes the page to be saved at path from the red-first frame: the sheet or, depending on cropMode,
-// the whole frame. Throws cv::Exception if the sheet's corners give no region of the frame.
-// Streaming thread.
+// Makes the page to be saved at path of the red-first frame, cropped by cropMode. Throws
+// cv::Exception if the sheet's corners give no region of the frame. Streaming thread.
 Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library);
 
 // Saves it with savePage(). Uses nothing of the session.

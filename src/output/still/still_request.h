@@ -5,9 +5,9 @@
 
 namespace doccam {
 
-// Deletes a file at path, requests a still there from the streaming thread, and waits for it at
-// most about four seconds. Returns 0, even if no still was taken; -1, without a request, while no
-// camera streams or if path is null or too long. One host thread at a time.
+// Deletes a file at path, requests a still there from the streaming thread, and waits for it, about
+// four seconds at most. 0, even if none was taken; -1, without a request, while no camera streams
+// or for a path that is null or too long. One host thread at a time.
 int requestStill(record::Session& session, const char* path);
 
 } // namespace doccam

@@ -1,7 +1,5 @@
 #include "output/still/straight_sheet.h"
 
-#include "output/still/page_cleaning.h"
-
 #include <opencv2/imgproc.hpp>
 
 namespace doccam {
@@ -23,8 +21,7 @@ bool isWhole(const cv::Mat& frame) {
     return frame.type() == CV_8UC3 && !frame.empty() && !frame.isSubmatrix();
 }
 
-// Borders are black like the surroundings of a turned picture, so the frame need not be copied for
-// them.
+// Borders are as black as the surroundings of a turned picture, so the frame need not be copied.
 TurnedRegion regionOf(const cv::Mat& frame, const BorderAmounts& borders, const cv::Rect& box) {
     const cv::Rect shown({borders.left, borders.top}, frame.size());
     const cv::Rect visible = box & shown;
@@ -38,6 +35,12 @@ TurnedRegion regionOf(const cv::Mat& frame, const BorderAmounts& borders, const 
 }
 
 } // namespace
+
+cv::Mat blueFirst(const cv::Mat& frame) {
+    cv::Mat page;
+    cv::cvtColor(frame, page, cv::COLOR_RGB2BGR);
+    return page;
+}
 
 StraightSheet::StraightSheet(const cv::Mat& frame, const BorderAmounts& borders,
                              const cv::Rect& box, float degrees) {

@@ -10,20 +10,20 @@
 
 namespace doccam {
 
-// Of frames of the camera's type only the page's pixels are rendered; for other types the whole
-// sheet is turned at once. The pixels are the same.
+// A blue-first copy of the red-first frame. Throws cv::Exception unless it has 3 or 4 channels.
+cv::Mat blueFirst(const cv::Mat& frame);
+
+// Of a camera's frame only the page's pixels are rendered, of others the whole sheet: the same.
 class StraightSheet {
   public:
-    // box must lie in the red-first frame with black borders around it; otherwise throws
-    // cv::Exception, as for clockwise degrees that are not finite.
+    // Throws cv::Exception unless box lies in the bordered frame and clockwise degrees are finite.
     StraightSheet(const cv::Mat& frame, const BorderAmounts& borders, const cv::Rect& box,
                   float degrees);
 
     // The size of the picture that holds the whole turned box.
     cv::Size size() const;
 
-    // The part at place, with a border of 8 pixels around it, blue first. Throws cv::Exception if
-    // place leaves the picture.
+    // The part at place, blue first, with a border of 8 pixels. Throws cv::Exception outside.
     cv::Mat cut(const cv::Rect& place) const;
 
   private:

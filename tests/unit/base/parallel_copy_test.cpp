@@ -1,4 +1,4 @@
-#include "base/parallel_copy.h"
+#include "base/shared_work.h"
 
 #include <gtest/gtest.h>
 

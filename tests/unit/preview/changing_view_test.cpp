@@ -1,7 +1,7 @@
 // A host that changes the view at any moment while frames are shown at full speed.
 #include "busy_host.h"
 #include "frames.h"
-#include "preview/preview_stage.h"
+#include "preview/picture.h"
 
 #include <doccam/doccam.hpp>
 

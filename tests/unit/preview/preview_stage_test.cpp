@@ -1,6 +1,6 @@
 // What the host receives for each frame.
 #include "frames.h"
-#include "preview/preview_stage.h"
+#include "preview/picture.h"
 
 #include <doccam/doccam.hpp>
 

@@ -11,8 +11,6 @@
 namespace doccam {
 namespace {
 
-enum class Walk { kFound, kNotFound, kDeviceVanished };
-
 bool isModel(udev_device* device, std::string_view vendor, std::string_view product) {
     const char* deviceVendor = udev_device_get_property_value(device, "ID_VENDOR_ID");
     const char* deviceProduct = udev_device_get_property_value(device, "ID_MODEL_ID");
@@ -30,23 +28,24 @@ void remember(record::Discovery& discovery, udev_device* device) {
 }
 
 // Records a model's first video device, not a second one such as the camera's metadata node.
-Walk findModel(record::Discovery& discovery, udev_enumerate* enumerator, const char* vendor,
+// False if a device has vanished.
+bool findModel(record::Discovery& discovery, udev_enumerate* enumerator, const char* vendor,
                const char* product) {
     for (udev_list_entry* entry = udev_enumerate_get_list_entry(enumerator); entry != nullptr;
          entry = udev_list_entry_get_next(entry)) {
         UdevDevice device(udev_device_new_from_syspath(udev_enumerate_get_udev(enumerator),
                                                        udev_list_entry_get_name(entry)));
         if (!device) {
-            return Walk::kDeviceVanished;
+            return false;
         }
         if (isModel(device.get(), vendor, product)) {
             remember(discovery, device.get());
             // Not released: hosts may rely on the found camera's device object staying alive.
             static_cast<void>(device.release());
-            return Walk::kFound;
+            return true;
         }
     }
-    return Walk::kNotFound;
+    return true;
 }
 
 } // namespace
@@ -69,8 +68,8 @@ int enumerateCameras(record::Discovery& discovery) {
         if (discovery.gpyVendor[row] == nullptr) {
             break;
         }
-        if (findModel(discovery, enumerator.get(), discovery.gpyVendor[row],
-                      discovery.gpyProduct[row]) == Walk::kDeviceVanished) {
+        if (!findModel(discovery, enumerator.get(), discovery.gpyVendor[row],
+                       discovery.gpyProduct[row])) {
             static_cast<void>(enumerator.release());
             static_cast<void>(context.release());
             return 0;

@@ -46,7 +46,13 @@ PageGrey greyByRows(const cv::Mat& page, const MakeRow& makeRow) {
     return grey;
 }
 
-// Row marks dark pixels with 255. They are rare, so the gaps are filled a block at a time.
+void lift(const uchar* pixels, int count, const GammaWeights& weights, uchar* grey) {
+    for (int x = 0; x < count; ++x, pixels += kChannels) {
+        grey[x] = weights.greyOf(pixels);
+    }
+}
+
+// Initially row marks dark pixels with 255. They are rare, so gaps are filled a block at a time.
 void flatten(const uchar* pixels, int count, const GammaWeights& weights, uchar* row,
              Levels& levels) {
     constexpr uchar kSheet[kChannels] = {128, 128, 128};
@@ -82,9 +88,7 @@ PageGrey greyOf(const cv::Mat& page) {
 PageGrey gammaGrey(const cv::Mat& page) {
     const GammaWeights weights;
     return greyByRows(page, [&](const uchar* pixels, uchar* grey, Levels& levels) {
-        for (int x = 0; x < page.cols; ++x, pixels += kChannels) {
-            grey[x] = weights.greyOf(pixels);
-        }
+        lift(pixels, page.cols, weights, grey);
         countLevels(grey, page.cols, levels);
     });
 }

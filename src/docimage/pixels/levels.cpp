@@ -6,6 +6,16 @@
 #include <numeric>
 
 namespace doccam {
+namespace {
+
+// A function of values: a loop that reads what row may overwrite would not vectorize.
+void markRow(uchar* row, int width, uchar level) {
+    for (int x = 0; x < width; ++x) {
+        row[x] = row[x] > level ? 1 : 0;
+    }
+}
+
+} // namespace
 
 // Alternates between histograms: incrementing one count twice in a row stalls the processor.
 void countLevels(const unsigned char* pixels, int count, Levels& levels) {
@@ -66,12 +76,7 @@ int otsuLevel(const Levels& levels) {
 
 void markBrightRegions(cv::Mat& grey, const Levels& levels) {
     const auto level = static_cast<uchar>(otsuLevel(levels));
-    forEachRow(grey.rows, [&](int y) {
-        uchar* const row = grey.ptr(y);
-        for (int x = 0; x < grey.cols; ++x) {
-            row[x] = row[x] > level ? 1 : 0;
-        }
-    });
+    forEachRow(grey.rows, [&](int y) { markRow(grey.ptr(y), grey.cols, level); });
     grey.row(0).setTo(0);
     grey.row(grey.rows - 1).setTo(0);
     grey.col(0).setTo(0);

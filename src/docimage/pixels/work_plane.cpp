@@ -3,19 +3,10 @@
 #include <opencv2/core.hpp>
 
 namespace doccam {
-namespace {
-
-constexpr int kRowUnit = 4;
-
-int paddedWidth(int width) {
-    return (width + kRowUnit - 1) / kRowUnit * kRowUnit;
-}
-
-} // namespace
 
 // The rows are a separate header, not a submatrix: OpenCV's filters read beyond a submatrix.
 WorkPlane::WorkPlane(cv::Size size)
-  : memory_(size.height, paddedWidth(size.width), CV_8UC1)
+  : memory_(size.height, (size.width + kRowUnit - 1) / kRowUnit * kRowUnit, CV_8UC1)
   , rows_(size, CV_8UC1, memory_.data, memory_.step) {
     memory_.colRange(size.width, memory_.cols).setTo(0);
 }

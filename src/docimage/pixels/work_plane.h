@@ -29,6 +29,8 @@ class WorkPlane {
     void clear() { memory_.setTo(0); }
 
   private:
+    static constexpr int kRowUnit = 4; // bytes
+
     cv::Mat memory_;
     cv::Mat rows_;
 };

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace doccam {
@@ -106,24 +105,19 @@ PdfError addJpeg(HPDF_Doc document, const Bytes& file) {
                      HPDF_INVALID_JPEG_DATA, [&] { return image; });
 }
 
-PdfError addFile(HPDF_Doc document, const std::string& path,
-                 PdfError (*add)(HPDF_Doc, const Bytes&)) {
-    PdfError error;
-    const auto file = readFile(path, error);
-    return file ? add(document, *file) : error;
-}
-
 } // namespace
 
 PdfError addPicturePage(HPDF_Doc document, const std::string& path) {
-    const std::string_view name = path;
-    if (name.ends_with("png")) {
-        return addFile(document, path, addPng);
+    const bool isPng = path.ends_with("png");
+    if (!isPng && !path.ends_with("jpg")) {
+        return {};
     }
-    if (name.ends_with("jpg")) {
-        return addFile(document, path, addJpeg);
+    PdfError error;
+    const auto file = readFile(path, error);
+    if (!file) {
+        return error;
     }
-    return {};
+    return isPng ? addPng(document, *file) : addJpeg(document, *file);
 }
 
 } // namespace doccam

@@ -21,20 +21,14 @@ std::size_t countToLowestLarge(const OuterOutlines& outlines) {
 
 constexpr uchar kInk = 255;
 
-// A round brush of three pixels.
-void dab(uchar* pixel, std::ptrdiff_t step) {
-    pixel[-step] = kInk;
-    pixel[-1] = pixel[0] = pixel[1] = kInk;
-    pixel[step] = kInk;
-}
-
 } // namespace
 
 void drawOutline(std::span<const cv::Point> outline, cv::Mat& plane) {
     const auto step = static_cast<std::ptrdiff_t>(plane.step);
     cv::Point previous = outline.back();
     for (const cv::Point point : outline) {
-        dab(plane.ptr(point.y, point.x), step);
+        uchar* const middle = plane.ptr(point.y, point.x); // of a round brush
+        middle[-step] = middle[-1] = middle[0] = middle[1] = middle[step] = kInk;
         const cv::Point move = point - previous;
         if (move.x != 0 && move.y != 0) {
             // A diagonal step widens the line on both sides.

@@ -23,8 +23,6 @@ int inPlaceUnits(double pixels) {
     return cv::saturate_cast<int>(pixels * kPlaceUnits);
 }
 
-constexpr double kPi = 3.141592653589793;
-
 int wholePixels(double length) {
     if (!(length <= std::numeric_limits<int>::max())) {
         CV_Error(cv::Error::StsOutOfRange, "the turned picture has no size");
@@ -33,7 +31,7 @@ int wholePixels(double length) {
 }
 
 double radiansOf(float degrees) {
-    return kPi * degrees / 180.0;
+    return CV_PI * degrees / 180.0;
 }
 
 // OpenCV's operations in OpenCV's order, since rounding would show any other.

@@ -1,8 +1,8 @@
 // Page cleaning against its plain steps: every width, sizes shared among cores, parts of larger
 // pictures, photographs.
 #include "cleaning_pictures.h"
+#include "docimage/clean/background.h"
 #include "docimage/clean/black_edge.h"
-#include "docimage/clean/paper.h"
 #include "plain/black_edge.h"
 #include "support/photographs.h"
 #include "support/same_picture.h"

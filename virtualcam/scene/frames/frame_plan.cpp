@@ -2,6 +2,7 @@
 
 #include "scene/frames/drawn_frame.h"
 #include "scene/frames/placing.h"
+#include "scene/pages/contents.h"
 #include "scene/pages/sheets.h"
 #include "scene/sheets/shapes.h"
 
@@ -162,51 +163,37 @@ void addSheetCategories(std::map<std::string, Change>& categories) {
     categories["several"] = laySeveral;
 }
 
+Change printed(PrintedPage (*print)(cv::RNG&)) {
+    return [print](FramePlan& plan, cv::RNG& random) {
+        lay(plan, "a4", print(random), random);
+        plan.fill = random.uniform(0.62, 0.86);
+    };
+}
+
+void addPageCategories(std::map<std::string, Change>& categories) {
+    categories["small"] = [](FramePlan& plan, cv::RNG& random) {
+        printed(printSmallPrint)(plan, random);
+        plan.fill = random.uniform(0.76, 0.86);
+    };
+    categories["pale"] = printed(printPalePrint);
+    categories["coloured"] = printed(printColouredPrint);
+    categories["reversed"] = printed(printReversedPrint);
+    categories["pictures"] = printed(printPictures);
+    categories["fills"] = printed(printFills);
+    categories["highlighter"] = printed(printHighlighter);
+    categories["tables"] = printed(printTables);
+}
+
 const std::map<std::string, Change>& changes() {
     static const std::map<std::string, Change> kChanges = [] {
         std::map<std::string, Change> categories;
         addFindCategories(categories);
         addLightCategories(categories);
         addSheetCategories(categories);
+        addPageCategories(categories);
         return categories;
     }();
     return kChanges;
-}
-
-// From outside of the sheet towards it.
-double directionTo(cv::Point2d tip, const Quad& corners) {
-    cv::Point2d middle(0, 0);
-    for (const cv::Point2d& corner : corners) {
-        middle += corner / 4.0;
-    }
-    return std::atan2(middle.y - tip.y, middle.x - tip.x) * 180 / CV_PI;
-}
-
-void castHand(FramePlan& plan, const Quad& corners, cv::RNG& random) {
-    const cv::Point2d tip =
-        (corners[0] + corners[2]) / 2.0 + (corners[static_cast<std::size_t>(random.uniform(0, 4))] -
-                                           (corners[0] + corners[2]) / 2.0) *
-                                              random.uniform(0.1, 0.8);
-    const double direction = random.uniform(0.0, 360.0);
-    HandShadow shadow;
-    shadow.hand = spreadHand(tip, direction, random.uniform(90.0, 150.0), random);
-    shadow.blur = random.uniform(0, 2) == 0 ? random.uniform(2.0, 6.0) : random.uniform(30.0, 90.0);
-    shadow.strength = random.uniform(0.3, 0.6);
-    plan.scene.light.shadows.push_back(shadow);
-}
-
-void layFinger(FramePlan& plan, const Quad& corners, cv::RNG& random) {
-    static const cv::Scalar kSkins[] = {
-        {0.30, 0.42, 0.68}, {0.2, 0.3, 0.54}, {0.1, 0.16, 0.32}, {0.05, 0.08, 0.16}};
-    const auto side = static_cast<std::size_t>(random.uniform(0, 4));
-    const double part = random.uniform(0.25, 0.75);
-    const cv::Point2d edge = corners[side] * (1 - part) + corners[(side + 1) % 4] * part;
-    const double scale = std::sqrt(area(corners) / plan.pages.front().millimetres.area()) * 16;
-    const double direction = directionTo(edge, corners) + random.uniform(-25.0, 25.0);
-    const cv::Point2d way(std::cos(direction * CV_PI / 180), std::sin(direction * CV_PI / 180));
-    plan.scene.skin = kSkins[random.uniform(0, 4)];
-    plan.scene.hands.push_back(
-        pointingHand(edge + way * scale * random.uniform(0.5, 1.0), direction, scale));
 }
 
 } // namespace
@@ -230,14 +217,6 @@ FramePlan planFrame(const std::string& category, cv::RNG& random) {
     FramePlan plan = ordinary(random);
     change->second(plan, random);
     return plan;
-}
-
-void addHands(FramePlan& plan, const std::string& category, cv::RNG& random) {
-    if (category != "hand-shadow" && category != "finger") {
-        return;
-    }
-    const Quad corners = cornersInPicture(plan.scene.sheets.front(), plan.scene.view, kFullSize);
-    category == "finger" ? layFinger(plan, corners, random) : castHand(plan, corners, random);
 }
 
 } // namespace doccam::virtualcam

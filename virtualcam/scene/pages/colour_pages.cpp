@@ -23,7 +23,7 @@ double writeBox(PagePainter& page, double y, cv::RNG& random) {
     const double height = 5 * page.lineHeight() + 8;
     page.fillRegion({kPageMargin, y - page.lineHeight(), kTextWidth, height},
                     kPale[random.uniform(0, 8)], RegionKind::kFill);
-    page.writeParagraph(prose(random.uniform(2, 4), random), kPageMargin + kBoxInset, y + 3,
+    page.writeParagraph(prose(random.uniform(4, 6), random), kPageMargin + kBoxInset, y + 3,
                         kTextWidth - 2 * kBoxInset, y + 3.5 * page.lineHeight());
     return y + height + page.lineHeight() * 0.8;
 }
@@ -112,7 +112,7 @@ PrintedPage printFills(cv::RNG& random) {
     page.use(Font{family, random.uniform(10.5, 12.0)});
     y = drawChart(page, y - 4, random);
     while (y + 10 * page.lineHeight() < kPageBottom) {
-        y = writeProse(page, random.uniform(2, 4), y, random) + page.lineHeight() * 0.4;
+        y = writeProse(page, random.uniform(4, 7), y, random) + page.lineHeight() * 0.4;
         y = writeBox(page, y, random);
     }
     return page.finish();
@@ -140,13 +140,13 @@ PrintedPage printTables(cv::RNG& random) {
     PagePainter page = emptyPage();
     const std::string family = textFamily(random);
     double y = writeHeading(page, family, random);
-    page.use(Font{family, random.uniform(11.0, 12.5)});
+    page.use(Font{family, random.uniform(10.5, 11.5)});
     for (int i = 0; i < 3; ++i) {
-        y = writeProse(page, random.uniform(2, 4), y, random);
+        y = writeProse(page, random.uniform(5, 8), y, random);
         y = drawTable(page, y, random.uniform(4, 6), random);
     }
     if (hasRoom(page, y)) {
-        writeProse(page, 4, y, random);
+        writeProse(page, 8, y, random);
     }
     return page.finish();
 }

@@ -2,6 +2,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 
@@ -11,7 +12,8 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 constexpr double kPointsPerInch = 72;
-constexpr double kLeading = 1.28; // line to line, of the font's size
+constexpr double kLeading = 1.28;    // line to line, of the font's size
+constexpr double kWiderSpace = 0.15; // of a space: fonts are set a little wider in print
 
 cairo_surface_t* createdSurface(cv::Size2d millimetres, double scale) {
     return cairo_image_surface_create(CAIRO_FORMAT_RGB24, cvRound(millimetres.width * scale),
@@ -59,7 +61,10 @@ double PagePainter::lineHeight() const {
 double PagePainter::widthOf(const std::string& text) const {
     cairo_text_extents_t extents;
     cairo_text_extents(cairo_.get(), text.c_str(), &extents);
-    return extents.x_advance;
+    cairo_text_extents_t space;
+    cairo_text_extents(cairo_.get(), " ", &space);
+    const auto spaces = static_cast<double>(std::count(text.begin(), text.end(), ' '));
+    return extents.x_advance + spaces * kWiderSpace * space.x_advance;
 }
 
 cv::Rect PagePainter::pixels(const cv::Rect2d& box) const {

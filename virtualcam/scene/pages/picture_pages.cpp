@@ -12,7 +12,7 @@ PrintedPage printPictures(cv::RNG& random) {
     const std::string family = textFamily(random);
     double y = writeHeading(page, family, random);
     page.use(Font{family, random.uniform(10.5, 12.0)});
-    const int count = random.uniform(1, 4);
+    const int count = random.uniform(1, 3);
     for (int i = 0; i < count; ++i) {
         y = writeProse(page, random.uniform(2, 5), y, random);
         const double width = random.uniform(90.0, kTextWidth);

@@ -1,0 +1,61 @@
+#include "quality_bounds.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace doccam::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+FrameMeasures frameWith(const std::string& kind, double overlap) {
+    SheetMeasures sheet;
+    sheet.kind = kind;
+    sheet.overlap = overlap;
+    return {"frame", {sheet}, 0};
+}
+
+TEST(QualityBounds, HoldForGoodFrames) {
+    EXPECT_THAT(categoryFailures("a4", {frameWith("a4", 0.995), frameWith("a4", 0.986)}),
+                IsEmpty());
+    EXPECT_THAT(categoryFailures("receipt", {frameWith("receipt", 0.971)}), IsEmpty());
+}
+
+TEST(QualityBounds, NameEachFrameBelowItsOverlap) {
+    EXPECT_THAT(categoryFailures("a4", {frameWith("a4", 0.999), frameWith("a4", 0.984)}),
+                ElementsAre(StartsWith("overlap of frame (a4)")));
+    EXPECT_THAT(categoryFailures("card", {frameWith("card", 0.969)}), SizeIs(1));
+    EXPECT_THAT(overallFailures({frameWith("card", 0.98)}), SizeIs(1));
+}
+
+TEST(QualityBounds, AllowNoSheetOnAnEmptyDesk) {
+    EXPECT_THAT(categoryFailures("empty", {{"empty-3", {}, 0}}), IsEmpty());
+    EXPECT_THAT(categoryFailures("empty", {{"empty-3", {}, 1}}),
+                ElementsAre(StartsWith("sheets found on the empty desk empty-3")));
+}
+
+TEST(QualityBounds, AreThoseOfEachMeasure) {
+    FrameMeasures frame = frameWith("a4", 1);
+    SheetMeasures& sheet = frame.sheets.front();
+    sheet.proportions = 0.011;
+    sheet.readings = Readings{Reading{0.994, 0}, Reading{1, 2}, Reading{1, 1}};
+    sheet.fills = {1, 6.1};
+    sheet.pictures = {0.021};
+    EXPECT_THAT(categoryFailures("fills", {frame}),
+                ElementsAre(StartsWith("proportions"), StartsWith("words of fills in colour"),
+                            StartsWith("wrong words of fills in grey"), StartsWith("delta E"),
+                            StartsWith("SSIM")));
+}
+
+TEST(QualityBounds, AreStricterForTheMeanOfPhotographs) {
+    EXPECT_THAT(photographFailures({{"a", 0.966}, {"b", 0.999}, {"c", 0.999}}), IsEmpty());
+    EXPECT_THAT(photographFailures({{"a", 0.964}, {"b", 0.97}}), SizeIs(2));
+}
+
+} // namespace
+
+} // namespace doccam::test

@@ -40,6 +40,8 @@ docimage/pixels none
 docimage/turn docimage/pixels
 docimage/sheet docimage/pixels
 docimage/clean docimage/pixels docimage/sheet
+page base
+page/paper none
 output base state faults docimage
 output/files none
 output/pdf output/files

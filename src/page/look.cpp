@@ -1,0 +1,28 @@
+// Making a rectified sheet look like paper.
+#include "page/look.h"
+
+#include "page/paper/binarized.h"
+#include "page/paper/illumination.h"
+#include "page/paper/rim.h"
+#include "page/paper/thresholds.h"
+#include "page/paper/tone.h"
+
+#include <opencv2/imgproc.hpp>
+
+namespace doccam::page {
+
+cv::Mat paperLook(const cv::Mat& page) {
+    cv::Mat paper = evened(page, illumination(page));
+    fillRim(paper);
+    return paper;
+}
+
+cv::Mat blackAndWhite(const cv::Mat& paper) {
+    cv::Mat grey = paper;
+    if (paper.channels() != 1) {
+        cv::cvtColor(paper, grey, cv::COLOR_BGR2GRAY);
+    }
+    return binarized(grey, thresholds(grey));
+}
+
+} // namespace doccam::page

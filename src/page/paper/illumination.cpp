@@ -1,0 +1,180 @@
+// The light on a page.
+#include "page/paper/illumination.h"
+
+#include "page/paper/flat_fills.h"
+#include "page/paper/membrane.h"
+#include "page/paper/paper_cells.h"
+#include "page/paper/reduced_page.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <vector>
+
+namespace doccam::page {
+
+namespace {
+
+constexpr int kLongestSide = 800;    // of the reduced page
+constexpr int kThickestInk = 9;      // in its pixels
+constexpr int kRounds = 3;
+constexpr double kSameLight = 0.035; // deviation of paper from the light around
+constexpr double kSamePaper = 0.03;
+constexpr double kDarkestShadow = 0.25;
+constexpr double kBrightestSpot = 3;
+constexpr double kSameColour = 0.025; // how far the channels of such paper differ
+constexpr double kNeutral = 0.08;     // and those of a sharp shadow
+constexpr double kLargeRegion = 0.005; // of the page
+constexpr double kRectangular = 0.88;  // share of its box that a fill takes
+constexpr double kDarkInk = 0.4;
+
+// The region's colour divided by the light there.
+struct Ratio {
+    double least = 1;
+    double highest = 1;
+};
+
+Ratio ratioOf(const Region& region, const Cells& cells, const cv::Mat& light) {
+    const cv::Mat inside = cells.labels(region.box) == region.label;
+    const cv::Scalar colour = cv::mean(cells.colour(region.box), inside);
+    const cv::Scalar lit = cv::mean(light(region.box), inside);
+    Ratio ratio{1e6, 0};
+    for (int c = 0; c < light.channels(); ++c) {
+        const double channel = colour[c] / std::max(lit[c], 1.0);
+        ratio = {std::min(ratio.least, channel), std::max(ratio.highest, channel)};
+    }
+    return ratio;
+}
+
+bool touchesBorder(const Region& region, cv::Size page) {
+    constexpr int kMargin = 3;
+    const cv::Rect& box = region.box;
+    return box.x <= kMargin || box.y <= kMargin || box.br().x >= page.width - kMargin ||
+           box.br().y >= page.height - kMargin;
+}
+
+// A shadow or a bright spot with a sharp edge: it has the paper's colour, comes in over the page's
+// border, and is no rectangle as fills are.
+bool isSharpShadow(const Region& region, const Ratio& ratio, cv::Size page) {
+    return ratio.highest - ratio.least < kNeutral * ratio.highest &&
+           ratio.least > kDarkestShadow && ratio.highest < kBrightestSpot &&
+           region.area > kLargeRegion * page.area() && touchesBorder(region, page) &&
+           region.area < kRectangular * region.box.area();
+}
+
+bool isPaper(const Region& region, const Cells& cells, const cv::Mat& light) {
+    const Ratio ratio = ratioOf(region, cells, light);
+    return (ratio.least > 1 - kSameLight && ratio.highest < 1 + kSameLight &&
+            ratio.highest - ratio.least < kSameColour) ||
+           isSharpShadow(region, ratio, cells.labels.size());
+}
+
+// 255 for the cells of the main region, and of others that the light around explains.
+cv::Mat knownPaper(const Cells& cells, const Region& main) {
+    cv::Mat known = cells.labels == main.label;
+    std::vector<Region> others;
+    std::copy_if(cells.regions.begin(), cells.regions.end(), std::back_inserter(others),
+                 [&](const Region& region) { return region.label != main.label; });
+    for (int round = 0; round < kRounds && !others.empty(); ++round) {
+        const cv::Mat light = membrane(cells.colour, known);
+        const auto end = std::remove_if(others.begin(), others.end(), [&](const Region& region) {
+            const bool paper = isPaper(region, cells, light);
+            if (paper) {
+                known(region.box).setTo(255, cells.labels(region.box) == region.label);
+            }
+            return paper;
+        });
+        if (end == others.end()) {
+            break;
+        }
+        others.erase(end, others.end());
+    }
+    return known;
+}
+
+// The known cells without noise; the unknown ones stay unknown.
+cv::Mat smoothed(const cv::Mat& colour, const cv::Mat& known) {
+    cv::Mat weight;
+    known.convertTo(weight, CV_32F, 1.0 / 255);
+    std::vector<cv::Mat> planes;
+    cv::split(colour, planes);
+    cv::Mat weights;
+    cv::GaussianBlur(weight, weights, {5, 5}, 1.0);
+    cv::max(weights, 1e-6, weights);
+    for (cv::Mat& plane : planes) {
+        plane = plane.mul(weight);
+        cv::GaussianBlur(plane, plane, {5, 5}, 1.0);
+        plane /= weights;
+    }
+    cv::Mat smooth;
+    cv::merge(planes, smooth);
+    return smooth;
+}
+
+// 255 where the page without ink is as bright as its light.
+cv::Mat asBright(const cv::Mat& colour, const cv::Mat& light) {
+    std::vector<cv::Mat> planes;
+    std::vector<cv::Mat> lights;
+    cv::split(colour, planes);
+    cv::split(light, lights);
+    cv::Mat bright(colour.size(), CV_8U, cv::Scalar(255));
+    for (std::size_t c = 0; c < planes.size(); ++c) {
+        bright &= planes[c] > lights[c] * (1 - kSamePaper);
+    }
+    return bright;
+}
+
+// Letters so thick that they were not removed as ink: unlike pictures they are all dark.
+void addThickInk(cv::Mat& paper, const cv::Mat& colour, const cv::Mat& light) {
+    cv::Mat grey;
+    cv::Mat lit;
+    cv::transform(colour, grey, cv::Mat(1, colour.channels(), CV_32F, cv::Scalar(1)));
+    cv::transform(light, lit, cv::Mat(1, light.channels(), CV_32F, cv::Scalar(1)));
+    const cv::Mat dark = grey < lit * kDarkInk;
+    cv::Mat labels;
+    cv::Mat statistics;
+    cv::Mat centroids;
+    const cv::Mat other = ~paper;
+    const int count = cv::connectedComponentsWithStats(other, labels, statistics, centroids, 8);
+    for (int label = 1; label < count; ++label) {
+        const int* const row = statistics.ptr<int>(label);
+        const cv::Rect box(row[0], row[1], row[2], row[3]);
+        const cv::Mat inside = labels(box) == label;
+        if (cv::countNonZero(inside & dark(box)) * 5 > row[4] * 2 &&
+            row[4] < kLargeRegion * static_cast<double>(paper.total())) {
+            paper(box).setTo(255, inside);
+        }
+    }
+}
+
+// How sure each cell is paper, softly, and nowhere beside a picture.
+cv::Mat paperShare(const cv::Mat& colour, const cv::Mat& light) {
+    cv::Mat paper = asBright(colour, light);
+    cv::medianBlur(paper, paper, 3);
+    addThickInk(paper, colour, light);
+    cv::erode(paper, paper, {});
+    cv::Mat share;
+    paper.convertTo(share, CV_32F, 1.0 / 255);
+    cv::blur(share, share, {3, 3});
+    return share;
+}
+
+} // namespace
+
+Illumination illumination(const cv::Mat& page) {
+    const ReducedPage reduced = reducePage(page, kLongestSide);
+    const Cells cells = paperCells(withoutInk(reduced.pixels, kThickestInk));
+    const int scale = reduced.scale * 2;
+    const Region* const main = mainPaper(cells);
+    if (main == nullptr) {
+        return {cv::Mat(cells.colour.size(), cells.colour.type(), cv::Scalar::all(255)),
+                cv::Mat::zeros(cells.colour.size(), CV_32F), scale};
+    }
+    cv::Mat known = knownPaper(cells, *main);
+    cv::Mat colour = cells.colour.clone();
+    addFlatFills(cells, membrane(cells.colour, known), colour, known);
+    const cv::Mat light = membrane(smoothed(colour, known), known);
+    return {light, paperShare(cells.colour, light), scale};
+}
+
+} // namespace doccam::page

@@ -1,0 +1,144 @@
+// Filling what a page shows of the desk around it.
+#include "page/paper/rim.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace doccam::page {
+
+namespace {
+
+constexpr double kDeepest = 0.03;  // of the page's side across
+constexpr int kPaper = 228;        // the darkest channel that still is paper
+constexpr int kPaperRun = 3;       // samples of paper that end the rim
+constexpr int kPositions = 400;    // along a border, at most
+constexpr double kSupport = 0.3;   // of the positions lie on the sheet's edge
+constexpr int kPenumbra = 2;       // pixels beside the sheet's edge that are still dark
+constexpr int kShortest = 64;      // sides below this have no rim
+
+// A view of the page on which every border is the left one.
+struct Border {
+    bool level;  // the top or the bottom border
+    bool far;    // the right or the bottom one
+    int length;  // along it
+    int across;  // the page's side across it
+
+    cv::Point at(int along, int depth) const {
+        const int inward = far ? across - 1 - depth : depth;
+        return level ? cv::Point(along, inward) : cv::Point(inward, along);
+    }
+};
+
+// The depth at a distance along the border.
+struct Edge {
+    double start = 0;
+    double slope = 0;
+
+    double at(double along) const { return start + slope * along; }
+};
+
+struct Depth {
+    int along;
+    int depth;
+};
+
+bool isPaper(const cv::Mat& page, cv::Point pixel) {
+    const int channels = page.channels();
+    const auto* samples = page.ptr<unsigned char>(pixel.y) + pixel.x * channels;
+    return *std::min_element(samples, samples + channels) >= kPaper;
+}
+
+// How many pixels inward the first paper lies, or deepest.
+int depthAt(const cv::Mat& page, const Border& border, int along, int deepest) {
+    int run = 0;
+    for (int depth = 0; depth < deepest; ++depth) {
+        run = isPaper(page, border.at(along, depth)) ? run + 1 : 0;
+        if (run == kPaperRun) {
+            return depth + 1 - kPaperRun;
+        }
+    }
+    return deepest;
+}
+
+std::vector<Depth> depths(const cv::Mat& page, const Border& border, int deepest) {
+    const int step = std::max(1, border.length / kPositions);
+    std::vector<Depth> found;
+    for (int along = step / 2; along < border.length; along += step) {
+        found.push_back({along, depthAt(page, border, along, deepest)});
+    }
+    return found;
+}
+
+int support(const std::vector<Depth>& depths, const Edge& edge, int deepest) {
+    const double tolerance = 1.5;
+    return static_cast<int>(std::count_if(depths.begin(), depths.end(), [&](const Depth& d) {
+        return d.depth > 0 && d.depth < deepest && std::abs(edge.at(d.along) - d.depth) <= tolerance;
+    }));
+}
+
+// The straight edge on which most of the depths lie, of those through two of them.
+Edge bestEdge(const std::vector<Depth>& depths, int deepest, int& bestSupport) {
+    Edge best;
+    bestSupport = 0;
+    const std::size_t count = depths.size();
+    for (std::size_t apart = count / 8; apart < count; apart += std::max<std::size_t>(count / 8, 1)) {
+        for (std::size_t i = 0; i + apart < count; i += 3) {
+            const Depth& a = depths[i];
+            const Depth& b = depths[i + apart];
+            if (a.depth >= deepest || b.depth >= deepest || a.depth + b.depth == 0) {
+                continue;
+            }
+            const double slope = static_cast<double>(b.depth - a.depth) / (b.along - a.along);
+            const Edge edge{a.depth - slope * a.along, slope};
+            const int supported = support(depths, edge, deepest);
+            if (supported > bestSupport) {
+                bestSupport = supported;
+                best = edge;
+            }
+        }
+    }
+    return best;
+}
+
+void fill(cv::Mat& page, const Border& border, const Edge& edge, int deepest) {
+    for (int along = 0; along < border.length; ++along) {
+        const double reach = edge.at(along);
+        if (reach <= 0) {
+            continue;
+        }
+        const int depth = std::min({static_cast<int>(std::ceil(reach)) + kPenumbra,
+                                    deepest + kPenumbra, border.across});
+        const cv::Point outer = border.at(along, 0);
+        const cv::Point inner = border.at(along, depth - 1);
+        const cv::Rect band(cv::Point(std::min(outer.x, inner.x), std::min(outer.y, inner.y)),
+                            cv::Point(std::max(outer.x, inner.x) + 1, std::max(outer.y, inner.y) + 1));
+        page(band).setTo(cv::Scalar::all(255));
+    }
+}
+
+} // namespace
+
+void fillRim(cv::Mat& page) {
+    if (std::min(page.cols, page.rows) < kShortest) {
+        return;
+    }
+    for (const bool level : {false, true}) {
+        for (const bool far : {false, true}) {
+            const Border border{level, far, level ? page.cols : page.rows,
+                                level ? page.rows : page.cols};
+            const int deepest = std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
+            const std::vector<Depth> found = depths(page, border, deepest);
+            int supported = 0;
+            const Edge edge = bestEdge(found, deepest, supported);
+            if (supported >= kSupport * static_cast<double>(found.size())) {
+                fill(page, border, edge, deepest);
+            }
+        }
+    }
+}
+
+} // namespace doccam::page

@@ -47,6 +47,28 @@ TEST(Scenario, ReadsFormatsIntervalAndScene) {
     EXPECT_EQ(camera.scene.angle, -12);
 }
 
+TEST(Scenario, ReadsDeskViewAndLight) {
+    const SceneSettings scene = parseScenario(R"({"cameras": [{"scene": {
+        "desk": "cloth", "view": {"tilt": 20, "focal": 0.9}, "light": {"handShadow": 0.5}}}]})")[0]
+                                    .scene;
+    EXPECT_EQ(scene.desk, "cloth");
+    EXPECT_EQ(scene.view.tilt, 20);
+    EXPECT_EQ(scene.view.focal, 0.9);
+    EXPECT_EQ(scene.light.handShadow, 0.5);
+    EXPECT_EQ(parseScenario(R"({"cameras": [{"scene": {}}]})")[0].scene, SceneSettings{});
+}
+
+TEST(Scenario, RefusesImpossibleDesksViewsAndLights) {
+    const auto errorOf = [](const std::string& scene) {
+        return errorFrom(R"({"cameras": [{"scene": )" + scene + "}]}");
+    };
+    EXPECT_THAT(errorOf(R"({"desk": "sea"})"), HasSubstr("unknown desk \"sea\""));
+    EXPECT_THAT(errorOf(R"({"view": {"tilt": 26}})"), HasSubstr("impossible tilt"));
+    EXPECT_THAT(errorOf(R"({"light": {"gradient": 0}})"), HasSubstr("impossible gradient"));
+    EXPECT_THAT(errorOf(R"({"desk": "wood", "sheetHeight": 0})"), HasSubstr("sheetHeight"));
+    EXPECT_THAT(errorOf(R"({"light": {"lamp": 1}})"), HasSubstr("unknown field"));
+}
+
 TEST(Scenario, ChangesAndRemovesControls) {
     const CameraDescription camera = parseScenario(R"({"cameras": [{"controls": [
         {"name": "Brightness", "minimum": 0, "maximum": 255, "default": 128},

@@ -42,6 +42,54 @@ TEST(DrawnScene, ShowsTheFlatSheetWhereItLies) {
     EXPECT_GT(cv::PSNR(straight, flat), 20.0);
 }
 
+SceneSettings tiltedOnDark() {
+    SceneSettings settings;
+    settings.desk = "dark";
+    settings.view.tilt = 20;
+    settings.view.tiltDirection = 60;
+    return settings;
+}
+
+TEST(DrawnScene, PutsTheSheetBetweenItsCornersUnderATiltedCamera) {
+    const cv::Mat scene = drawScene(tiltedOnDark(), {1280, 960});
+    const auto corners = sheetCorners(tiltedOnDark(), scene.size());
+    const cv::Point2f centre = (corners[0] + corners[2]) / 2;
+    for (const cv::Point2f& corner : corners) {
+        const cv::Point inside = corner + (centre - corner) * 0.02F;
+        const cv::Point outside = corner - (centre - corner) * 0.02F;
+        EXPECT_GT(scene.at<cv::Vec3b>(inside)[1], 200) << corner;
+        EXPECT_LT(scene.at<cv::Vec3b>(outside)[1], 100) << corner;
+    }
+    // Sides that converge.
+    EXPECT_GT(std::abs(cv::norm(corners[1] - corners[0]) - cv::norm(corners[2] - corners[3])), 20);
+}
+
+TEST(DrawnScene, IsDarkerWhereTheLightFallsOff) {
+    SceneSettings settings = tiltedOnDark();
+    settings.light.gradient = 3;
+    settings.light.gradientDirection = 0;
+    const cv::Mat scene = drawScene(settings, {640, 480});
+    const auto corners = sheetCorners(settings, scene.size());
+    const auto level = [&](float across) {
+        const cv::Point2f left = corners[0] + (corners[3] - corners[0]) * 0.02F;
+        const cv::Point2f right = corners[1] + (corners[2] - corners[1]) * 0.02F;
+        return static_cast<int>(scene.at<cv::Vec3b>(cv::Point(left + (right - left) * across))[1]);
+    };
+    EXPECT_GT(level(0.05F), level(0.95F) + 20);
+}
+
+TEST(DrawnScene, LeavesTheDeskEmptyWhereTheSheetIsFarAway) {
+    for (const char* const desk : {"dark", "wood", "grey", "white", "cloth"}) {
+        SceneSettings settings = tiltedOnDark();
+        settings.desk = desk;
+        SceneSettings empty = settings;
+        settings.centreX = 10;
+        empty.centreX = -10;
+        const cv::Size size(320, 240);
+        EXPECT_EQ(cv::norm(drawScene(settings, size), drawScene(empty, size), cv::NORM_INF), 0);
+    }
+}
+
 TEST(DrawnScene, DrawsARedStamp) {
     const cv::Mat flat = flatSheet({});
     cv::Mat red;

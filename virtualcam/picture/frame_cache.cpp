@@ -27,7 +27,11 @@ std::string keyOf(const std::string& photo, const SceneSettings& scene, std::uin
             << scene.angle << ' ' << scene.sheetHeight << ' ' << scene.centreX << ' '
             << scene.centreY << ' ' << scene.qrText << '\n'
             << scene.code128Text << '\n'
-            << scene.sheet;
+            << scene.sheet << '\n'
+            << scene.desk << ' ' << scene.view.focal << ' ' << scene.view.tilt << ' '
+            << scene.view.tiltDirection << ' ' << scene.view.blur << ' ' << scene.light.gradient
+            << ' ' << scene.light.gradientDirection << ' ' << scene.light.vignetting << ' '
+            << scene.light.handShadow << ' ' << scene.light.glare;
     }
     return key.str();
 }

@@ -1,5 +1,7 @@
 #include "scene/scene.h"
 
+#include "scene/desk_picture.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <cmath>
@@ -22,6 +24,9 @@ cv::Mat noiseTile(double deviation, int pattern) {
 } // namespace
 
 std::array<cv::Point2f, 4> sheetCorners(const SceneSettings& settings, cv::Size picture) {
+    if (!isPlain(settings)) {
+        return cornersOnDesk(settings, picture);
+    }
     const double height = settings.sheetHeight * picture.height;
     const double width = height * kSheetRatio;
     const double radians = settings.angle * CV_PI / 180.0;
@@ -37,6 +42,9 @@ std::array<cv::Point2f, 4> sheetCorners(const SceneSettings& settings, cv::Size 
 }
 
 cv::Mat drawScene(const SceneSettings& settings, cv::Size picture) {
+    if (!isPlain(settings)) {
+        return drawOnDesk(settings, picture);
+    }
     cv::Mat sheet = flatSheet(settings);
     // The warp samples single points, so a sheet much larger than its image is shrunk first.
     const double ratio = settings.sheetHeight * picture.height / sheet.rows;

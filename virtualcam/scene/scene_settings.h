@@ -1,9 +1,29 @@
-// The sheet's position in the drawn scene and its content.
+// The drawn scene: the sheet's position and content, the desk, the camera's view and the light.
 #pragma once
 
 #include <string>
 
 namespace doccam::virtualcam {
+
+// How the camera looks at the desk. An upright camera sees no perspective.
+struct SceneView {
+    double focal = 1.2;        // focal length, of the picture's width; matters where tilt is not 0
+    double tilt = 0;           // degrees from upright, 0 to 25
+    double tiltDirection = 90; // degrees, where the camera stands, clockwise from the right
+    double blur = 0;           // deviation, in pixels
+
+    bool operator==(const SceneView&) const = default;
+};
+
+struct SceneLight {
+    double gradient = 1;          // brightest to darkest place, 1 to 10
+    double gradientDirection = 0; // degrees, towards the darkest place, clockwise from the right
+    double vignetting = 0;        // of the light that the corners lose
+    double handShadow = 0;        // of the light that a hand takes from the sheet
+    double glare = 0;             // a lamp's reflection on the sheet, 1 as bright as white
+
+    bool operator==(const SceneLight&) const = default;
+};
 
 struct SceneSettings {
     double angle = 4.0;       // degrees, clockwise as seen
@@ -16,6 +36,10 @@ struct SceneSettings {
     int sheet = 0;         // number of the sheet: its texts' numbers are incremented by this
     int sheetFrames = 0;   // frames that a sheet lies still before the next; 0: for ever
     int changeFrames = 24; // frames from one sheet to the next
+
+    std::string desk = "plain"; // or dark, wood, grey, white, cloth
+    SceneView view;
+    SceneLight light;
 
     bool operator==(const SceneSettings&) const = default;
 };

@@ -34,7 +34,8 @@ void layDesk(cv::Mat& pixels, const DeskScene& scene, cv::RNG& random) {
     const cv::Rect2d part = visibleDesk(scene.view, pixels.size());
     const double scale = kLargestTexture / std::max(part.width, part.height);
     const cv::Size texture(cvCeil(part.width * scale), cvCeil(part.height * scale));
-    const cv::Mat flat = drawDesk(scene.desk, texture, scale, random);
+    const cv::Mat flat = scene.desk ? drawDesk(*scene.desk, texture, scale, random)
+                                    : cv::Mat(texture, CV_8UC3, scene.plainColour);
     const cv::Point2d middle = (part.tl() + part.br()) / 2;
     const cv::Matx33d moved(1, 0, middle.x, 0, 1, middle.y, 0, 0, 1);
     layDown(pixels, flat, {},

@@ -8,12 +8,14 @@
 #include "scene/views/camera_view.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace doccam::virtualcam {
 
 struct DeskScene {
-    Desk desk = Desk::kDark;
+    std::optional<Desk> desk;           // none: one colour
+    cv::Scalar plainColour{38, 42, 46}; // of that desk; sRGB, blue first
     CameraView view;
     std::vector<LaidSheet> sheets;     // a later one covers an earlier one
     std::vector<Hand> hands;           // in front of the sheets

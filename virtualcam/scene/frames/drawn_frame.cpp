@@ -59,7 +59,7 @@ DrawnFrame drawFrame(const std::string& category, std::uint64_t seed) {
     plan.scene.seed = random.next();
     DrawnFrame frame;
     frame.category = category;
-    frame.desk = deskName(plan.scene.desk);
+    frame.desk = deskName(*plan.scene.desk);
     frame.seed = seed;
     frame.picture = takePicture(plan.scene, kFullSize);
     frame.jpegQuality = plan.jpegQuality;

@@ -12,8 +12,8 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 constexpr double kPointsPerInch = 72;
-constexpr double kLeading = 1.28;    // line to line, of the font's size
-constexpr double kWiderSpace = 0.15; // of a space: fonts are set a little wider in print
+constexpr double kLeading = 1.28;   // line to line, of the font's size
+constexpr double kWiderSpace = 0.3; // of a space: fonts are set a little wider in print
 
 cairo_surface_t* createdSurface(cv::Size2d millimetres, double scale) {
     return cairo_image_surface_create(CAIRO_FORMAT_RGB24, cvRound(millimetres.width * scale),

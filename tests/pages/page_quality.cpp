@@ -27,7 +27,7 @@ using doccam::virtualcam::DrawnFrame;
 
 // What a gate has time for: a frame of each difficulty.
 const std::vector<std::string> kGate = {"desk-white", "desk-cloth", "hand-shadow", "folded-corner",
-                                        "finger",     "receipt",    "several",     "empty",
+                                        "finger",     "receipt",    "several",     "empty-wood",
                                         "pale",       "pictures",   "reversed",    "highlighter"};
 
 // Of the others the find engine's measures are enough.

@@ -55,7 +55,7 @@ DrawnFrame drawFrame(const std::string& category, std::uint64_t seed) {
     cv::RNG random(mixed(category, seed));
     FramePlan plan = planFrame(category, random);
     place(plan, random);
-    addHands(plan, category, random);
+    addHands(plan, random);
     plan.scene.seed = random.next();
     DrawnFrame frame;
     frame.category = category;

@@ -59,7 +59,6 @@ Change onDesk(Desk desk) {
 }
 
 void addGlares(FramePlan& plan, cv::RNG& random) {
-    layLetter(plan, random);
     for (int i = random.uniform(1, 4); i > 0; --i) {
         Glare glare;
         glare.centre = {random.uniform(0.1, 1.25), random.uniform(0.1, 0.9)};
@@ -68,6 +67,17 @@ void addGlares(FramePlan& plan, cv::RNG& random) {
         glare.strength = random.uniform(0.25, 0.9);
         plan.scene.light.glares.push_back(glare);
     }
+}
+
+// Shadows and reflections, which have outlines too, fall on some.
+Change emptyDesk(Desk desk) {
+    return [desk](FramePlan& plan, cv::RNG& random) {
+        plan.scene.desk = desk;
+        plan.handShadow = random.uniform(0, 3) == 0;
+        if (random.uniform(0, 4) == 0) {
+            addGlares(plan, random);
+        }
+    };
 }
 
 void layPad(FramePlan& plan, cv::RNG& random) {
@@ -110,7 +120,11 @@ void addFindCategories(std::map<std::string, Change>& categories) {
         plan.leastTilt = 14;
         plan.largestTilt = 25;
     };
-    categories["empty"] = [](FramePlan&, cv::RNG&) {};
+    categories["empty-dark"] = emptyDesk(Desk::kDark);
+    categories["empty-wood"] = emptyDesk(Desk::kWood);
+    categories["empty-grey"] = emptyDesk(Desk::kGrey);
+    categories["empty-white"] = emptyDesk(Desk::kNearlyWhite);
+    categories["empty-cloth"] = emptyDesk(Desk::kCloth);
 }
 
 void addLightCategories(std::map<std::string, Change>& categories) {
@@ -118,8 +132,14 @@ void addLightCategories(std::map<std::string, Change>& categories) {
         layLetter(plan, random);
         plan.scene.light.gradient = random.uniform(2.0, 3.0);
     };
-    categories["hand-shadow"] = layLetter;
-    categories["glare"] = addGlares;
+    categories["hand-shadow"] = [](FramePlan& plan, cv::RNG& random) {
+        layLetter(plan, random);
+        plan.handShadow = true;
+    };
+    categories["glare"] = [](FramePlan& plan, cv::RNG& random) {
+        layLetter(plan, random);
+        addGlares(plan, random);
+    };
     categories["noise"] = [](FramePlan& plan, cv::RNG& random) {
         layLetter(plan, random);
         plan.scene.sensor.noise = random.uniform(0.014, 0.026);
@@ -154,7 +174,10 @@ void addSheetCategories(std::map<std::string, Change>& categories) {
     };
     categories["ruled-pad"] = layPad;
     categories["folded-corner"] = layFolded;
-    categories["finger"] = layLetter;
+    categories["finger"] = [](FramePlan& plan, cv::RNG& random) {
+        layLetter(plan, random);
+        plan.finger = true;
+    };
     categories["cut-side"] = [](FramePlan& plan, cv::RNG& random) {
         layLetter(plan, random);
         plan.cut = true;

@@ -20,6 +20,8 @@ struct FramePlan {
     double leastTilt = 0;           // degrees
     double largestTilt = 12;
     bool cut = false;
+    bool handShadow = false;
+    bool finger = false; // on the sheet's edge
     int jpegQuality = 92;
 };
 
@@ -27,7 +29,7 @@ struct FramePlan {
 // unknown one.
 FramePlan planFrame(const std::string& category, cv::RNG& random);
 
-// What has to be known where the sheets lie: shadows and fingers on them.
-void addHands(FramePlan& plan, const std::string& category, cv::RNG& random);
+// Adds the planned hands, for which the sheets must lie in their places.
+void addHands(FramePlan& plan, cv::RNG& random);
 
 } // namespace doccam::virtualcam

@@ -44,14 +44,27 @@ void layFinger(FramePlan& plan, const Quad& corners, cv::RNG& random) {
         pointingHand(edge + way * scale * random.uniform(0.5, 1.0), direction, scale));
 }
 
+// Of an empty desk, the middle of the picture.
+Quad placeForHands(const FramePlan& plan) {
+    if (plan.scene.sheets.empty()) {
+        const double right = 0.8 * kFullSize.width;
+        const double bottom = 0.8 * kFullSize.height;
+        const cv::Point2d low(0.2 * kFullSize.width, 0.2 * kFullSize.height);
+        return {low, cv::Point2d(right, low.y), {right, bottom}, {low.x, bottom}};
+    }
+    return cornersInPicture(plan.scene.sheets.front(), plan.scene.view, kFullSize);
+}
+
 } // namespace
 
-void addHands(FramePlan& plan, const std::string& category, cv::RNG& random) {
-    if (category != "hand-shadow" && category != "finger") {
-        return;
+void addHands(FramePlan& plan, cv::RNG& random) {
+    const Quad corners = placeForHands(plan);
+    if (plan.handShadow) {
+        castHand(plan, corners, random);
     }
-    const Quad corners = cornersInPicture(plan.scene.sheets.front(), plan.scene.view, kFullSize);
-    category == "finger" ? layFinger(plan, corners, random) : castHand(plan, corners, random);
+    if (plan.finger) {
+        layFinger(plan, corners, random);
+    }
 }
 
 } // namespace doccam::virtualcam

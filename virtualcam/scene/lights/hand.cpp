@@ -1,6 +1,7 @@
 #include "scene/lights/hand.h"
 
 #include "scene/lights/shadow.h"
+#include "scene/views/polygon.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -11,22 +12,26 @@ namespace doccam::virtualcam {
 
 namespace {
 
-constexpr int kShift = 4;
-constexpr int kPart = 1 << kShift;
-constexpr int kSteps = 48;
-
 cv::Point2d unit(double degrees) {
     return {std::cos(degrees * CV_PI / 180), std::sin(degrees * CV_PI / 180)};
 }
 
+void fillEnd(cv::Mat& mask, cv::Point2d at, double radius) {
+    constexpr int kShift = 4;
+    constexpr int kPart = 1 << kShift;
+    cv::circle(mask, {cvRound(at.x * kPart), cvRound(at.y * kPart)}, cvRound(radius * kPart),
+               cv::Scalar(255), cv::FILLED, cv::LINE_AA, kShift);
+}
+
 void fillLimb(cv::Mat& mask, const Limb& limb) {
-    for (int i = 0; i <= kSteps; ++i) {
-        const double part = i / static_cast<double>(kSteps);
-        const cv::Point2d at = limb.from + (limb.to - limb.from) * part;
-        const double radius = limb.fromRadius + (limb.toRadius - limb.fromRadius) * part;
-        cv::circle(mask, {cvRound(at.x * kPart), cvRound(at.y * kPart)}, cvRound(radius * kPart),
-                   cv::Scalar(255), cv::FILLED, cv::LINE_AA, kShift);
-    }
+    const cv::Point2d along = limb.to - limb.from;
+    const cv::Point2d across = cv::Point2d(-along.y, along.x) / cv::norm(along);
+    fillEnd(mask, limb.from, limb.fromRadius);
+    fillEnd(mask, limb.to, limb.toRadius);
+    fillPolygon(mask,
+                {limb.from - across * limb.fromRadius, limb.to - across * limb.toRadius,
+                 limb.to + across * limb.toRadius, limb.from + across * limb.fromRadius},
+                cv::Scalar(255), cv::LINE_AA);
 }
 
 // Round like a finger: bright in the middle, dark at the rim.

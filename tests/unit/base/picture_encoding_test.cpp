@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
 
-
 namespace doccam::test {
 namespace {
 

@@ -5,7 +5,9 @@ add_library(doccam_options INTERFACE)
 target_compile_options(doccam_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wcast-align -Wformat=2
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast>
-    -ffp-contract=off)
+    -ffp-contract=off
+    # Messages name files as the repository does, wherever it was built.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(DOCCAM_WERROR)
     target_compile_options(doccam_options INTERFACE -Werror)
 endif()

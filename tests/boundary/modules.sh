@@ -74,6 +74,7 @@ for module in mjpeg formats; do
     cp "$file" whole
     rm "$file"
     complains "$file is missing" --virtual capture $new
+    complains "$file is missing" --virtual doctor
     [ $module = mjpeg ] || complains "$file is missing" read page.tif
     head -c 9000 whole >"$file"
     complains "$file is damaged" --virtual capture $new
@@ -82,9 +83,15 @@ for module in mjpeg formats; do
     cp whole "$file"
     printf 'X' | dd of="$file" bs=1 seek=4200 conv=notrunc status=none
     complains "$file is damaged" --virtual capture $new
-    cp "$old" "$file"
-    version=$("$program" --version)
-    complains "$file is of version 0.0.1, the library of ${version#doccam }" --virtual capture $new
+    if [ $module = formats ]; then
+        cp "$old" "$file"
+        version=$("$program" --version)
+        complains "$file is of version 0.0.1, the library of ${version#doccam }" --virtual capture $new
+    fi
+    other=formats
+    [ $module = mjpeg ] || other=mjpeg
+    cp "$modules/$other.so" "$file"
+    complains "$file is the module $other" --virtual capture $new
     # What needs no module works without it.
     "$program" --version >/dev/null
     "$program" --virtual list >/dev/null

@@ -2,6 +2,7 @@
 #include "commands/commands.h"
 #include "doctor/advice.h"
 #include "host/failure.h"
+#include "host/modules/with_modules.h"
 #include "host/own_output.h"
 
 #include <algorithm>
@@ -101,6 +102,10 @@ bool add(const Findings& findings, const std::string& model, Result& result) {
 }
 
 int doctor(const Context& context, const DoctorOptions& options) {
+    withModules([] {
+        checkModule(kMjpegModule);
+        checkModule(kFormatsModule);
+    });
     const Findings findings = examine(*context.interrupt);
     const std::vector<Advice> advice = adviceOn(findings);
     Result result(context.options.json,

@@ -1,11 +1,9 @@
 #include "doctor/frame_check.h"
 
-#include "base/handles/standard_file.h"
 #include "base/pictures/jpeg_file_reader.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace doccam::host {
 namespace {
@@ -16,19 +14,19 @@ constexpr std::array<std::uint8_t, 2> kStart{0xFF, 0xD8};
 constexpr std::array<std::uint8_t, 2> kEnd{0xFF, 0xD9};
 
 // Decodes an eighth of its pixels.
-bool isReadable(Bytes frame) {
+bool isReadable(Bytes frame) try {
     constexpr int kReduction = 8;
-    const StandardFile file(fmemopen(const_cast<std::uint8_t*>(frame.data()), frame.size(), "r"));
-    if (!file) {
-        return false;
-    }
-    JpegFileReader reader(file.get());
+    JpegFileReader reader(frame);
     PictureReader::Header header;
     if (!reader.readHeader(kReduction, header)) {
         return false;
     }
     cv::Mat picture(header.size, CV_8UC1);
     return reader.readPixels(picture);
+
+} catch (const cv::Exception&) {
+
+    return false;
 }
 
 FrameFlaw flawOfJpeg(Bytes frame) {

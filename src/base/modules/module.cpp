@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -35,10 +36,10 @@ std::vector<unsigned char> contentsOf(int descriptor) {
     std::size_t count = 0;
     while (count < contents.size()) {
         const ssize_t got = read(descriptor, contents.data() + count, contents.size() - count);
-        if (got <= 0) {
+        if (got == 0 || (got < 0 && errno != EINTR)) {
             return {};
         }
-        count += static_cast<std::size_t>(got);
+        count += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
     }
     return contents;
 }
@@ -57,20 +58,35 @@ void requireIntact(const std::string& path) {
     }
 }
 
+std::string pathOf(const char* name) {
+    const std::string folder = modulesFolder();
+    // Never a path of the working folder, which anybody may have filled.
+    if (folder.empty()) {
+        fail(name, "cannot be looked for, as the library's own folder is unknown");
+    }
+    return folder + "/" + name + ".so";
+}
+
 } // namespace
 
 std::string modulesBeside(const void* address) noexcept try {
     Dl_info library{};
-    dladdr(address, &library);
+    if (dladdr(address, &library) == 0) {
+        return {};
+    }
     return std::filesystem::canonical(library.dli_fname).parent_path() / "doccam";
 
 } catch (const std::exception&) {
 
-    return "doccam";
+    return {};
+}
+
+void checkModule(const char* name) {
+    requireIntact(pathOf(name));
 }
 
 const ModuleHead& openModule(const char* name) {
-    const std::string path = modulesFolder() + "/" + name + ".so";
+    const std::string path = pathOf(name);
     requireIntact(path);
     void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) {
@@ -79,6 +95,9 @@ const ModuleHead& openModule(const char* name) {
     const auto* const table = static_cast<const ModuleHead*>(dlsym(module, "doccam_module"));
     if (table == nullptr) {
         fail(path, "is damaged");
+    }
+    if (std::strcmp(table->name, name) != 0) {
+        fail(path, std::string("is the module ") + harmlessText(table->name));
     }
     if (std::strcmp(table->version, DOCCAM_MODULE_VERSION) != 0) {
         fail(path, std::string("is of version ") + harmlessText(table->version) +

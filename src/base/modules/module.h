@@ -12,6 +12,7 @@ inline constexpr char kFormatsModule[] = "formats"; // reads and writes with Ope
 
 // Begins the table that each module exports as doccam_module; the rest are its functions.
 struct ModuleHead {
+    const char* name;
     const char* version; // of the library to which it belongs
 };
 
@@ -26,14 +27,19 @@ class ModuleError : public std::runtime_error {
 // code defines it.
 std::string modulesFolder();
 
-// The folder of modules beside the library that contains address. Call it while the process starts:
-// the loader may know the library by a name relative to the working folder.
+// The folder of modules beside the library that contains address; empty if that is unknown. Call it
+// while the process starts: the loader may know the library by a name relative to the working
+// folder.
 std::string modulesBeside(const void* address) noexcept;
 
 // The table of the module of that name, which is never closed. Throws ModuleError. Any thread.
 const ModuleHead& openModule(const char* name);
 
-// The same, opening the file only once. Threads that do so at the same time get the same table.
+// Whether its file is there and intact; opens nothing. Throws ModuleError.
+void checkModule(const char* name);
+
+// Like openModule(), opening the file only once. Threads that do so at the same time get the same
+// table.
 template <typename Table>
 const Table& moduleTable(const char* name) {
     static std::atomic<const Table*> opened{nullptr};

@@ -47,15 +47,17 @@ std::optional<std::uint32_t> sumOfSegments(File file, const ElfW(Ehdr) & header)
     return static_cast<std::uint32_t>(sum);
 }
 
-// Blanks what does not count: the sum itself and the header, which stripping changes and the
-// loader checks.
+// Blanks what does not count: the sum itself, and where the sections are, which stripping changes.
 std::optional<std::uint32_t> computedSum(File file, std::size_t kept) {
-    const auto header = partAt<ElfW(Ehdr)>(file, 0);
+    auto header = partAt<ElfW(Ehdr)>(file, 0);
     if (!header || std::memcmp(header->e_ident, ELFMAG, SELFMAG) != 0 ||
         header->e_phentsize != sizeof(ElfW(Phdr))) {
         return std::nullopt;
     }
-    std::fill_n(file.begin(), sizeof *header, std::uint8_t{0});
+    header->e_shoff = 0;
+    header->e_shnum = 0;
+    header->e_shstrndx = 0;
+    std::memcpy(file.data(), &*header, sizeof *header);
     std::fill_n(file.begin() + static_cast<std::ptrdiff_t>(kept), sizeof(std::uint32_t),
                 std::uint8_t{0});
     return sumOfSegments(file, *header);

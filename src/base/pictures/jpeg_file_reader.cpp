@@ -3,6 +3,8 @@
 
 #include "base/pictures/exif_orientation.h"
 
+#include <algorithm>
+
 namespace doccam {
 namespace {
 
@@ -50,6 +52,26 @@ void convertInks(const unsigned char* inks, cv::Mat& picture, int row) {
 
 JpegFileReader::JpegFileReader(std::FILE* file)
   : file_(file) {
+    reportByJumps();
+}
+
+JpegFileReader::JpegFileReader(std::span<const unsigned char> bytes) {
+    reportByJumps();
+    bytes_.next_input_byte = bytes.data();
+    bytes_.bytes_in_buffer = bytes.size();
+    bytes_.init_source = [](j_decompress_ptr /*jpeg*/) {};
+    bytes_.fill_input_buffer = [](j_decompress_ptr /*jpeg*/) -> boolean { return FALSE; };
+    bytes_.skip_input_data = [](j_decompress_ptr jpeg, long count) {
+        const auto skipped =
+            std::min(static_cast<std::size_t>(std::max(count, 0L)), jpeg->src->bytes_in_buffer);
+        jpeg->src->next_input_byte += skipped;
+        jpeg->src->bytes_in_buffer -= skipped;
+    };
+    bytes_.resync_to_restart = jpeg_resync_to_restart;
+    bytes_.term_source = [](j_decompress_ptr /*jpeg*/) {};
+}
+
+void JpegFileReader::reportByJumps() {
     jpeg_.err = jpeg_std_error(&errors_);
     jpeg_.client_data = this;
     errors_.error_exit = onError;
@@ -69,7 +91,11 @@ bool JpegFileReader::readHeader(int denominator, Header& header) {
     }
     constexpr unsigned kWholeMarker = 0xFFFF;
     jpeg_create_decompress(&jpeg_);
-    jpeg_stdio_src(&jpeg_, file_);
+    if (file_ != nullptr) {
+        jpeg_stdio_src(&jpeg_, file_);
+    } else {
+        jpeg_.src = &bytes_;
+    }
     jpeg_save_markers(&jpeg_, JPEG_APP0 + 1, kWholeMarker);
     jpeg_read_header(&jpeg_, TRUE);
     jpeg_.scale_num = 1;
@@ -114,19 +140,21 @@ bool JpegFileReader::readPixels(cv::Mat& picture) {
 
 // Once all rows are there, damage after them does not matter.
 bool JpegFileReader::readRows(cv::Mat& picture) {
+    allRead_ = false;
     if (setjmp(failed_) != 0) {
-        return jpeg_.output_height > 0 && jpeg_.output_scanline >= jpeg_.output_height;
+        return allRead_;
     }
     chooseColours(picture.channels() > 1);
     jpeg_start_decompress(&jpeg_);
-    while (jpeg_.output_scanline < jpeg_.output_height) {
-        const int row = static_cast<int>(jpeg_.output_scanline);
+    // Bytes that end early give fewer rows.
+    for (int row = 0; row < picture.rows; ++row) {
         JSAMPROW target = inkRow_.empty() ? picture.ptr(row) : inkRow_.data();
         jpeg_read_scanlines(&jpeg_, &target, 1);
         if (!inkRow_.empty()) {
             convertInks(inkRow_.data(), picture, row);
         }
     }
+    allRead_ = true;
     jpeg_finish_decompress(&jpeg_);
     return true;
 }

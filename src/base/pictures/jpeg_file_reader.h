@@ -5,14 +5,18 @@
 #include "base/pictures/picture_reader.h"
 
 #include <csetjmp>
+#include <span>
 #include <vector>
 
 namespace doccam {
 
 class JpegFileReader : public PictureReader {
   public:
-    // file must outlive the object.
+    // Of a file, at whose end libjpeg supplies an end marker. It must outlive the object.
     explicit JpegFileReader(std::FILE* file);
+
+    // Of bytes, after which nothing comes, as OpenCV decodes them. They must outlive the object.
+    explicit JpegFileReader(std::span<const unsigned char> bytes);
 
     ~JpegFileReader() override;
     JpegFileReader(const JpegFileReader&) = delete;
@@ -26,14 +30,18 @@ class JpegFileReader : public PictureReader {
   private:
     static void onError(j_common_ptr jpeg);
 
+    void reportByJumps();
+
     void chooseColours(bool colour);
     bool readRows(cv::Mat& picture);
     int orientationInMarkers() const;
 
-    std::FILE* file_;
+    std::FILE* file_ = nullptr;
+    jpeg_source_mgr bytes_{};
     jpeg_error_mgr errors_{};
     jpeg_decompress_struct jpeg_{};
     std::jmp_buf failed_{};
+    bool allRead_ = false;
     int orientation_ = 1;
     std::vector<unsigned char> inkRow_; // of a picture in CMYK
 };

@@ -17,7 +17,7 @@ using Bytes = std::vector<unsigned char>;
 class PngWriter {
   public:
     PngWriter()
-      : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr))
+      : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, onError, onWarning))
       , info_(png_ != nullptr ? png_create_info_struct(png_) : nullptr) {}
 
     ~PngWriter() { png_destroy_write_struct(&png_, &info_); }
@@ -34,6 +34,11 @@ class PngWriter {
     static void onWrite(png_structp png, png_bytep data, std::size_t length);
 
     static void onFlush(png_structp /*png*/) {}
+
+    // OpenCV, which then refuses the picture itself, reports.
+    static void onError(png_structp png, png_const_charp /*message*/) { png_longjmp(png, 1); }
+
+    static void onWarning(png_structp /*png*/, png_const_charp /*message*/) {}
 
     bool append(const unsigned char* data, std::size_t length);
     void describe(const cv::Mat& picture);

@@ -7,7 +7,7 @@
 extern "C" {
 
 [[gnu::visibility("default")]] extern constexpr doccam::PictureFormats doccam_module{
-    .head = {DOCCAM_MODULE_VERSION},
+    .head = {doccam::kFormatsModule, DOCCAM_MODULE_VERSION},
     .read = [](const std::string& path, int flags) { return cv::imread(path, flags); },
     .encode =
         [](const std::string& name, const cv::Mat& picture, std::vector<unsigned char>& bytes,

@@ -34,7 +34,7 @@ bool convert(MjpegDecoder& decoder, int width, int height, cv::Mat& out) {
 extern "C" {
 
 [[gnu::visibility("default")]] extern constexpr doccam::MjpegCodec doccam_module{
-    .head = {DOCCAM_MODULE_VERSION},
+    .head = {doccam::kMjpegModule, DOCCAM_MODULE_VERSION},
     .makeDecoder = [] { return doccam::makeMjpegDecoder().release(); },
     .releaseDecoder = [](doccam::MjpegDecoder* decoder) { delete decoder; },
     .makePicture = av_frame_alloc,

@@ -34,16 +34,18 @@ class Module : public testing::Test {
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    // A new name each time: an opened module is never closed.
-    std::string put(const std::string& contents) {
-        std::string name = "module" + std::to_string(count_++);
-        std::ofstream(folder / (name + ".so"), std::ios::binary) << contents;
-        return name;
+    // A new folder each time: an opened module is never closed.
+    void put(const std::string& contents) {
+        folder = scratch_.path() / std::to_string(count_++);
+        fs::create_directory(folder);
+        std::ofstream(file(), std::ios::binary) << contents;
     }
 
-    static std::string complaintOf(const std::string& name) {
+    static fs::path file() { return folder / "formats.so"; }
+
+    static std::string complaint() {
         try {
-            openModule(name.c_str());
+            openModule(doccam::kFormatsModule);
         } catch (const ModuleError& error) {
             return error.what();
         }
@@ -51,40 +53,54 @@ class Module : public testing::Test {
     }
 
     void expectDamaged(const std::string& contents) {
-        EXPECT_THAT(complaintOf(put(contents)),
-                    AllOf(StartsWith("The module " + folder.string()),
-                          EndsWith(" is damaged; install doccam again.")));
+        put(contents);
+        EXPECT_EQ(complaint(),
+                  "The module " + file().string() + " is damaged; install doccam again.");
     }
 
     doccam::test::ScratchFolder scratch_;
     int count_ = 0;
 };
 
-TEST_F(Module, IsOpenedWithItsVersion) {
-    const std::string name = put(built());
-    EXPECT_STREQ(openModule(name.c_str()).version, DOCCAM_MODULE_VERSION);
-    EXPECT_EQ(&openModule(name.c_str()), &openModule(name.c_str()));
+TEST_F(Module, IsOpenedWithItsNameAndVersion) {
+    put(built());
+    const doccam::ModuleHead& head = openModule(doccam::kFormatsModule);
+    EXPECT_STREQ(head.name, doccam::kFormatsModule);
+    EXPECT_STREQ(head.version, DOCCAM_MODULE_VERSION);
+    EXPECT_EQ(&openModule(doccam::kFormatsModule), &head);
 }
 
 TEST_F(Module, IsTheSameForThreadsThatOpenItAtOnce) {
-    const std::string name = put(built());
+    put(built());
     const doccam::ModuleHead* other = nullptr;
-    std::thread thread([&] { other = &openModule(name.c_str()); });
-    const doccam::ModuleHead* const one = &openModule(name.c_str());
+    std::thread thread([&] { other = &openModule(doccam::kFormatsModule); });
+    const doccam::ModuleHead* const one = &openModule(doccam::kFormatsModule);
     thread.join();
     EXPECT_EQ(one, other);
 }
 
 TEST_F(Module, MayBeStripped) {
-    const std::string name = put(built());
-    ASSERT_EQ(std::system(("strip " + (folder / (name + ".so")).string()).c_str()), 0);
-    EXPECT_LT(fs::file_size(folder / (name + ".so")), built().size());
-    EXPECT_EQ(complaintOf(name), "");
+    put(built());
+    ASSERT_EQ(std::system(("strip " + file().string()).c_str()), 0);
+    EXPECT_LT(fs::file_size(file()), built().size());
+    EXPECT_EQ(complaint(), "");
 }
 
 TEST_F(Module, ThatIsMissingIsReported) {
-    EXPECT_EQ(complaintOf("none"),
-              "The module " + (folder / "none.so").string() + " is missing; install doccam again.");
+    EXPECT_EQ(complaint(), "The module " + file().string() + " is missing; install doccam again.");
+}
+
+TEST_F(Module, IsNotLookedForInTheWorkingFolder) {
+    put(built());
+    const fs::path before = fs::current_path();
+    fs::create_directory(scratch_.path() / "doccam");
+    fs::copy(file(), scratch_.path() / "doccam" / "formats.so");
+    fs::current_path(scratch_.path());
+    folder = doccam::modulesBeside(nullptr);
+    EXPECT_EQ(complaint(),
+              "The module formats cannot be looked for, as the library's own folder is "
+              "unknown; install doccam again.");
+    fs::current_path(before);
 }
 
 TEST_F(Module, ThatIsCutIsReported) {
@@ -96,11 +112,10 @@ TEST_F(Module, ThatIsCutIsReported) {
 
 TEST_F(Module, ThatWasChangedAnywhereIsReported) {
     const std::string whole = built();
-    constexpr std::size_t kAfterHeader = 0x40;
     const std::size_t end =
         whole.find("GCC: ("); // the compiler's remark follows all that is loaded
     ASSERT_NE(end, std::string::npos);
-    for (std::size_t at = kAfterHeader; at < end; at += 7) {
+    for (std::size_t at = 0; at < end; at += 7) {
         if (whole[at] == 0) {
             continue; // perhaps filled up between two parts
         }
@@ -118,25 +133,32 @@ TEST_F(Module, ThatIsSomethingElseIsReported) {
                       .append(100'000, '\xFF'));
     std::ifstream program("/proc/self/exe", std::ios::binary);
     expectDamaged({std::istreambuf_iterator<char>(program), {}});
-    fs::create_directory(folder / "place.so");
-    EXPECT_THAT(complaintOf("place"), HasSubstr(" is damaged"));
-    ASSERT_EQ(mkfifo((folder / "pipe.so").c_str(), 0600), 0);
-    EXPECT_THAT(complaintOf("pipe"), HasSubstr(" is damaged"));
+    fs::remove(file());
+    fs::create_directory(file());
+    EXPECT_THAT(complaint(), HasSubstr(" is damaged"));
+    fs::remove(file());
+    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
+    EXPECT_THAT(complaint(), HasSubstr(" is damaged"));
+}
+
+TEST_F(Module, OfAnotherNameIsReported) {
+    fs::copy(DOCCAM_OTHER_MODULE, file());
+    EXPECT_EQ(complaint(),
+              "The module " + file().string() + " is the module mjpeg; install doccam again.");
 }
 
 TEST_F(Module, OfAnotherVersionIsReported) {
-    fs::copy(DOCCAM_OLD_MODULE, folder / "old.so");
-    EXPECT_EQ(complaintOf("old"), "The module " + (folder / "old.so").string() +
-                                      " is of version 0.0.1, the library of " DOCCAM_MODULE_VERSION
-                                      "; install doccam again.");
+    fs::copy(DOCCAM_OLD_MODULE, file());
+    EXPECT_EQ(complaint(), "The module " + file().string() +
+                               " is of version 0.0.1, the library of " DOCCAM_MODULE_VERSION
+                               "; install doccam again.");
 }
 
 TEST_F(Module, WhoseLibraryIsMissingIsReported) {
-    fs::copy(DOCCAM_LACKING_MODULE, folder / "lacking.so");
-    EXPECT_THAT(complaintOf("lacking"),
-                AllOf(StartsWith("The module " + (folder / "lacking.so").string() +
-                                 " cannot be loaded (libdoccam-absent.so: "),
-                      EndsWith("; install doccam again.")));
+    fs::copy(DOCCAM_LACKING_MODULE, file());
+    EXPECT_THAT(complaint(), AllOf(StartsWith("The module " + file().string() +
+                                              " cannot be loaded (libdoccam-absent.so: "),
+                                   EndsWith("; install doccam again.")));
 }
 
 } // namespace

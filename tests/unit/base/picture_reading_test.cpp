@@ -1,4 +1,5 @@
 // Pictures read here, pixel for pixel equal to what OpenCV reads, whatever is wrong with the file.
+#include "base/pictures/jpeg_file_reader.h"
 #include "base/pictures/picture_file.h"
 #include "picture_corpus.h"
 #include "support/same_picture.h"
@@ -134,6 +135,37 @@ TEST_F(PictureReading, OfOtherTypesIsOpenCvs) {
     for (const char* text : {"", "G", "GIF89a", "%PDF-1.4", "\xFF\xD8", "\x89PNG\r\n"}) {
         expectAsOpenCv({text, text});
     }
+}
+
+// As a camera's frame is checked: damage counts as in OpenCV's decoding of memory.
+TEST_F(PictureReading, OfBytesFindsTheSameDamageAsOpenCv) {
+    int readable = 0;
+    int unreadable = 0;
+    testing::internal::CaptureStderr();
+    for (const PictureSample& sample : everyTenth(jpegSamples())) {
+        for (PictureSample& changed : damaged(sample, 60)) {
+            changed.bytes += "\xFF\xD9";
+            const std::vector<unsigned char> bytes(changed.bytes.begin(), changed.bytes.end());
+            bool expected = false;
+            try {
+                expected = !cv::imdecode(bytes, cv::IMREAD_REDUCED_GRAYSCALE_8).empty();
+            } catch (const cv::Exception&) {
+            }
+            JpegFileReader reader(bytes);
+            PictureReader::Header header;
+            cv::Mat picture;
+            bool found = reader.readHeader(8, header);
+            if (found) {
+                picture.create(header.size, CV_8UC1);
+                found = reader.readPixels(picture);
+            }
+            EXPECT_EQ(found, expected) << changed.name;
+            ++(expected ? readable : unreadable);
+        }
+    }
+    testing::internal::GetCapturedStderr();
+    EXPECT_GT(readable, 100);
+    EXPECT_GT(unreadable, 100);
 }
 
 // A frame of a camera's stream has no tables; libjpeg supplies them.

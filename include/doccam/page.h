@@ -1,6 +1,6 @@
 /*
- * doccam: pages out of pictures. Finding sheets in a picture, making one upright, and making it look
- * like paper. The functions keep no state: any thread, several at once, no camera needed.
+ * doccam: pages out of pictures. Finding sheets in a picture, making one upright, and making it
+ * look like paper. The functions keep no state: any thread, several at once, no camera needed.
  */
 #ifndef DOCCAM_PAGE_H
 #define DOCCAM_PAGE_H
@@ -18,7 +18,7 @@ extern "C" {
 #define DOCCAM_PAGE_MAX_PIXELS 268435456
 
 /* Results below 0. */
-#define DOCCAM_PAGE_BAD_IMAGE (-1)    /* no pixels, a size beyond the limits, a stride below a row */
+#define DOCCAM_PAGE_BAD_IMAGE (-1) /* no pixels, a size beyond the limits, a stride below a row */
 #define DOCCAM_PAGE_BAD_ARGUMENT (-2) /* a null pointer, a value that is none of those listed */
 #define DOCCAM_PAGE_BAD_SHEET (-3)    /* corners that are no convex quadrilateral, clockwise */
 #define DOCCAM_PAGE_NO_MEMORY (-4)
@@ -83,8 +83,8 @@ enum DoccamLook {
 };
 
 enum DoccamColour {
-    DOCCAM_COLOUR = 0,        /* the channels of the page */
-    DOCCAM_COLOUR_GREY = 1,   /* DOCCAM_PIXELS_GREY */
+    DOCCAM_COLOUR = 0,            /* the channels of the page */
+    DOCCAM_COLOUR_GREY = 1,       /* DOCCAM_PIXELS_GREY */
     DOCCAM_COLOUR_BLACK_WHITE = 2 /* DOCCAM_PIXELS_BITS */
 };
 

@@ -7,11 +7,9 @@
 
 namespace doccam::page {
 
-// Width divided by height of the rectangle that a camera with square pixels, and its principal
-// point in the middle of a picture of that size, sees as these corners.
-double aspectRatio(const Corners& corners, cv::Size picture);
-
-// The sheet as an upright rectangle of picture's type, white where it lies outside of the picture.
+// The sheet as an upright rectangle of its own proportions and of picture's type, with no more
+// pixels than picture has of it; white where it lies outside of the picture. picture is 8-bit with
+// one channel or three.
 cv::Mat rectify(const cv::Mat& picture, const Corners& corners);
 
 } // namespace doccam::page

@@ -42,21 +42,22 @@ docimage/sheet docimage/pixels
 docimage/clean docimage/pixels docimage/sheet
 page base
 page/paper none
-output base state faults docimage
+page/search none
+output base state faults docimage page
 output/files none
 output/pdf output/files
 output/still output/files output/pdf
 barcode base state
 preview base state
-capture base state faults discovery decode docimage output barcode preview
-exports base state faults discovery decode docimage output barcode preview capture
+capture base state faults discovery decode docimage page output barcode preview
+exports base state faults discovery decode docimage page output barcode preview capture
 modules base decode
 modules/formats none
 modules/mjpeg none
 modules/seal none
 END
 
-above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|output|barcode|preview|capture|exports|modules)/" \
+above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|page|output|barcode|preview|capture|exports|modules)/" \
     apps examples || true)
 [ -z "$above" ] || { echo "rooms: hosts include rooms other than base:" >&2; echo "$above" >&2; failed=1; }
 

@@ -1,0 +1,138 @@
+#include "page/find.h"
+
+#include "page/quadrilateral.h"
+#include "page/search/candidates.h"
+#include "page/search/evidence.h"
+#include "page/search/judgement.h"
+#include "page/search/side_fit.h"
+
+#include <algorithm>
+
+namespace doccam::page {
+namespace {
+
+constexpr std::size_t kCandidates = 300;
+constexpr int kSmallestSide = 32;
+
+Corners inPicture(const Corners& reduced, int factor) {
+    Corners corners = reduced;
+    for (cv::Point2d& corner : corners) {
+        corner = (corner + cv::Point2d(0.5, 0.5)) * factor - cv::Point2d(0.5, 0.5);
+    }
+    return corners;
+}
+
+struct Judged {
+    Candidate candidate;
+    double confidence;
+};
+
+// The best first, without those that are nearly the same as a better one.
+std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
+    std::vector<Judged> all;
+    for (const Candidate& candidate : candidates) {
+        all.push_back({candidate, confidenceIn(candidate, evidence)});
+    }
+    std::sort(all.begin(), all.end(), [](const Judged& one, const Judged& other) {
+        return one.confidence > other.confidence;
+    });
+    return all;
+}
+
+bool encloses(const Corners& outer, const Corners& inner) {
+    constexpr double kSlack = 4; // pixels of the reduced picture
+    cv::Point2d middle;
+    for (const cv::Point2d& corner : inner) {
+        middle += corner / 4.0;
+    }
+    return std::all_of(inner.begin(), inner.end(), [&](cv::Point2d corner) {
+        const cv::Point2d inwards = middle - corner;
+        return contains(outer, corner + inwards * (kSlack / cv::norm(inwards)));
+    });
+}
+
+// A line printed across a sheet makes a quadrilateral of a part of it, often a surer one.
+const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all,
+                      const Evidence& evidence) {
+    constexpr double kAboutAsSure = 0.15;
+    const Judged* whole = &part;
+    for (const Judged& other : all) {
+        if (other.candidate.cut == part.candidate.cut &&
+            other.confidence > part.confidence - kAboutAsSure &&
+            areaOf(other.candidate.corners) > 1.05 * areaOf(whole->candidate.corners) &&
+            encloses(other.candidate.corners, part.candidate.corners) &&
+            continuesTo(other.candidate.corners, part.candidate.corners, evidence)) {
+            whole = &other;
+        }
+    }
+    return *whole;
+}
+
+// Sheets may lie on each other, but one found is not found again.
+bool overlaps(const Corners& one, const Corners& other) {
+    cv::Point2d middle;
+    for (const cv::Point2d& corner : one) {
+        middle += corner / 4.0;
+    }
+    cv::Point2d otherMiddle;
+    for (const cv::Point2d& corner : other) {
+        otherMiddle += corner / 4.0;
+    }
+    return contains(other, middle) || contains(one, otherMiddle);
+}
+
+bool isCut(const Corners& corners, cv::Size picture) {
+    constexpr double kOutside = 2;
+    return std::any_of(corners.begin(), corners.end(), [&](cv::Point2d corner) {
+        return corner.x < -kOutside || corner.y < -kOutside ||
+               corner.x > picture.width + kOutside || corner.y > picture.height + kOutside;
+    });
+}
+
+} // namespace
+
+std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
+    std::vector<Sheet> sheets;
+    if (std::min(picture.cols, picture.rows) < kSmallestSide) {
+        return sheets;
+    }
+    const Evidence evidence = evidenceOf(picture);
+    const auto candidates = candidatesOf(linesIn(evidence), evidence.colour.size(), kCandidates);
+    const std::vector<Judged> all = judged(candidates, evidence);
+    for (const Judged& sure : all) {
+        if (sheets.size() >= maximum || sure.confidence < kLeastConfidence) {
+            break;
+        }
+        const Judged& found = wholeOf(sure, all, evidence);
+        const Corners coarse = inPicture(found.candidate.corners, evidence.factor);
+        if (std::any_of(sheets.begin(), sheets.end(),
+                        [&](const Sheet& sheet) { return overlaps(sheet.corners, coarse); })) {
+            continue;
+        }
+        const auto fitted = fitSides(picture, coarse, 2.5 * evidence.factor);
+        if (fitted && fitted->support > 0.3) {
+            sheets.push_back({clockwise(fitted->corners), found.confidence,
+                              found.candidate.cut || isCut(fitted->corners, picture.size())});
+        }
+    }
+    return sheets;
+}
+
+std::vector<Sheet> findSheetAgain(const cv::Mat& picture, const Sheet& last) {
+    constexpr double kFar = 24;
+    constexpr double kNear = 6;
+    constexpr double kLeastSupport = 0.5;
+    if (std::min(picture.cols, picture.rows) < kSmallestSide) {
+        return {};
+    }
+    auto fitted = fitSides(picture, last.corners, kFar);
+    if (fitted) {
+        fitted = fitSides(picture, fitted->corners, kNear);
+    }
+    if (!fitted || fitted->support < kLeastSupport) {
+        return {};
+    }
+    return {{clockwise(fitted->corners), last.confidence, isCut(fitted->corners, picture.size())}};
+}
+
+} // namespace doccam::page

@@ -35,8 +35,8 @@ class PartedRows {
             return;
         }
         widestKernels<allToneKernels>().thresholdRow(grey_.ptr<unsigned char>(y),
-                                                     blurred_.ptr<unsigned char>(y),
-                                                     levels_.row(y), grey_.cols, row.data() + 1);
+                                                     blurred_.ptr<unsigned char>(y), levels_.row(y),
+                                                     grey_.cols, row.data() + 1);
     }
 
     // One of the three rows parted last; a white pixel precedes and follows it.

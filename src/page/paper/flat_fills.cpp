@@ -12,11 +12,11 @@ namespace doccam::page {
 
 namespace {
 
-constexpr int kReach = 5;             // cells from a fill to the paper around
-constexpr int kSmallestFill = 60;     // cells
-constexpr double kSurrounded = 0.6;   // of a fill's outline lies beside paper
-constexpr double kSpread = 0.025;     // of its colour in the light of that paper
-constexpr double kShadow = 0.08;      // how much the light has to vary
+constexpr int kReach = 5;           // cells from a fill to the paper around
+constexpr int kSmallestFill = 60;   // cells
+constexpr double kSurrounded = 0.6; // of a fill's outline lies beside paper
+constexpr double kSpread = 0.025;   // of its colour in the light of that paper
+constexpr double kShadow = 0.08;    // how much the light has to vary
 
 using Colour = std::array<double, 3>;
 

@@ -15,15 +15,15 @@ namespace doccam::page {
 
 namespace {
 
-constexpr int kLongestSide = 800;    // of the reduced page
-constexpr int kThickestInk = 9;      // in its pixels
+constexpr int kLongestSide = 800; // of the reduced page
+constexpr int kThickestInk = 9;   // in its pixels
 constexpr int kRounds = 3;
 constexpr double kSameLight = 0.035; // deviation of paper from the light around
 constexpr double kSamePaper = 0.03;
 constexpr double kDarkestShadow = 0.25;
 constexpr double kBrightestSpot = 3;
-constexpr double kSameColour = 0.025; // how far the channels of such paper differ
-constexpr double kNeutral = 0.08;     // and those of a sharp shadow
+constexpr double kSameColour = 0.025;  // how far the channels of such paper differ
+constexpr double kNeutral = 0.08;      // and those of a sharp shadow
 constexpr double kLargeRegion = 0.005; // of the page
 constexpr double kRectangular = 0.88;  // share of its box that a fill takes
 constexpr double kDarkInk = 0.4;
@@ -56,10 +56,9 @@ bool touchesBorder(const Region& region, cv::Size page) {
 // A shadow or a bright spot with a sharp edge: it has the paper's colour, comes in over the page's
 // border, and is no rectangle as fills are.
 bool isSharpShadow(const Region& region, const Ratio& ratio, cv::Size page) {
-    return ratio.highest - ratio.least < kNeutral * ratio.highest &&
-           ratio.least > kDarkestShadow && ratio.highest < kBrightestSpot &&
-           region.area > kLargeRegion * page.area() && touchesBorder(region, page) &&
-           region.area < kRectangular * region.box.area();
+    return ratio.highest - ratio.least < kNeutral * ratio.highest && ratio.least > kDarkestShadow &&
+           ratio.highest < kBrightestSpot && region.area > kLargeRegion * page.area() &&
+           touchesBorder(region, page) && region.area < kRectangular * region.box.area();
 }
 
 bool isPaper(const Region& region, const Cells& cells, const cv::Mat& light) {

@@ -13,10 +13,10 @@ namespace doccam::page {
 
 namespace {
 
-constexpr int kNear = 1; // an edge is sharp if its step over 2 * kNear
-constexpr int kFar = 3;  // exceeds the slopes from there to kFar
-constexpr int kSmallestRegion = 12;   // cells
-constexpr double kDarkestPaper = 36;  // of 255
+constexpr int kNear = 1;                // an edge is sharp if its step over 2 * kNear
+constexpr int kFar = 3;                 // exceeds the slopes from there to kFar
+constexpr int kSmallestRegion = 12;     // cells
+constexpr double kDarkestPaper = 36;    // of 255
 constexpr double kSmallestPaper = 0.02; // of the page
 constexpr int kWhite = 255;
 

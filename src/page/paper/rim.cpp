@@ -12,20 +12,20 @@ namespace doccam::page {
 
 namespace {
 
-constexpr double kDeepest = 0.03;  // of the page's side across
-constexpr int kPaper = 228;        // the darkest channel that still is paper
-constexpr int kPaperRun = 3;       // samples of paper that end the rim
-constexpr int kPositions = 400;    // along a border, at most
-constexpr double kSupport = 0.3;   // of the positions lie on the sheet's edge
-constexpr int kPenumbra = 2;       // pixels beside the sheet's edge that are still dark
-constexpr int kShortest = 64;      // sides below this have no rim
+constexpr double kDeepest = 0.03; // of the page's side across
+constexpr int kPaper = 228;       // the darkest channel that still is paper
+constexpr int kPaperRun = 3;      // samples of paper that end the rim
+constexpr int kPositions = 400;   // along a border, at most
+constexpr double kSupport = 0.3;  // of the positions lie on the sheet's edge
+constexpr int kPenumbra = 2;      // pixels beside the sheet's edge that are still dark
+constexpr int kShortest = 64;     // sides below this have no rim
 
 // A view of the page on which every border is the left one.
 struct Border {
-    bool level;  // the top or the bottom border
-    bool far;    // the right or the bottom one
-    int length;  // along it
-    int across;  // the page's side across it
+    bool level; // the top or the bottom border
+    bool far;   // the right or the bottom one
+    int length; // along it
+    int across; // the page's side across it
 
     cv::Point at(int along, int depth) const {
         const int inward = far ? across - 1 - depth : depth;
@@ -76,7 +76,8 @@ std::vector<Depth> depths(const cv::Mat& page, const Border& border, int deepest
 int support(const std::vector<Depth>& depths, const Edge& edge, int deepest) {
     const double tolerance = 1.5;
     return static_cast<int>(std::count_if(depths.begin(), depths.end(), [&](const Depth& d) {
-        return d.depth > 0 && d.depth < deepest && std::abs(edge.at(d.along) - d.depth) <= tolerance;
+        return d.depth > 0 && d.depth < deepest &&
+               std::abs(edge.at(d.along) - d.depth) <= tolerance;
     }));
 }
 
@@ -85,7 +86,8 @@ Edge bestEdge(const std::vector<Depth>& depths, int deepest, int& bestSupport) {
     Edge best;
     bestSupport = 0;
     const std::size_t count = depths.size();
-    for (std::size_t apart = count / 8; apart < count; apart += std::max<std::size_t>(count / 8, 1)) {
+    for (std::size_t apart = count / 8; apart < count;
+         apart += std::max<std::size_t>(count / 8, 1)) {
         for (std::size_t i = 0; i + apart < count; i += 3) {
             const Depth& a = depths[i];
             const Depth& b = depths[i + apart];
@@ -110,12 +112,13 @@ void fill(cv::Mat& page, const Border& border, const Edge& edge, int deepest) {
         if (reach <= 0) {
             continue;
         }
-        const int depth = std::min({static_cast<int>(std::ceil(reach)) + kPenumbra,
-                                    deepest + kPenumbra, border.across});
+        const int depth = std::min(
+            {static_cast<int>(std::ceil(reach)) + kPenumbra, deepest + kPenumbra, border.across});
         const cv::Point outer = border.at(along, 0);
         const cv::Point inner = border.at(along, depth - 1);
-        const cv::Rect band(cv::Point(std::min(outer.x, inner.x), std::min(outer.y, inner.y)),
-                            cv::Point(std::max(outer.x, inner.x) + 1, std::max(outer.y, inner.y) + 1));
+        const cv::Rect band(
+            cv::Point(std::min(outer.x, inner.x), std::min(outer.y, inner.y)),
+            cv::Point(std::max(outer.x, inner.x) + 1, std::max(outer.y, inner.y) + 1));
         page(band).setTo(cv::Scalar::all(255));
     }
 }
@@ -130,7 +133,8 @@ void fillRim(cv::Mat& page) {
         for (const bool far : {false, true}) {
             const Border border{level, far, level ? page.cols : page.rows,
                                 level ? page.rows : page.cols};
-            const int deepest = std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
+            const int deepest =
+                std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
             const std::vector<Depth> found = depths(page, border, deepest);
             int supported = 0;
             const Edge edge = bestEdge(found, deepest, supported);

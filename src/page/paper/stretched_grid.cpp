@@ -47,8 +47,8 @@ void StretchedGrid::stretch(const std::uint16_t* from, std::uint16_t* to) const 
         for (int c = 0; c < own; ++c) {
             const int before = from[column.first + c];
             const int after = from[column.second + c];
-            to[c] = static_cast<std::uint16_t>(before +
-                                              (((after - before) * column.weight) >> shift_));
+            to[c] =
+                static_cast<std::uint16_t>(before + (((after - before) * column.weight) >> shift_));
         }
         for (int c = own; c < channels_; ++c) {
             to[c] = to[0];

@@ -15,11 +15,11 @@ namespace doccam::page {
 namespace {
 
 constexpr int kScale = 4;
-constexpr int kWindow = 11;         // cells: wider than letters are thick
-constexpr float kNoise = 40;         // if ink and paper differ by less it is no ink
-constexpr float kNoiseStep = 60;     // how much darker than paper a pixel has to be then
-constexpr float kDarkestPaper = 118; // darker is ink, whatever is around
-constexpr float kInkShare = 0.42F;   // of the way from paper to ink
+constexpr int kWindow = 11;            // cells: wider than letters are thick
+constexpr float kNoise = 40;           // if ink and paper differ by less it is no ink
+constexpr float kNoiseStep = 60;       // how much darker than paper a pixel has to be then
+constexpr float kDarkestPaper = 118;   // darker is ink, whatever is around
+constexpr float kInkShare = 0.42F;     // of the way from paper to ink
 constexpr float kReversedShare = 0.6F; // the same where letters are white
 
 // The brightest and the darkest pixel of each cell.
@@ -34,8 +34,8 @@ void extremesOfRow(const cv::Mat& grey, int cellRow, std::vector<unsigned char>&
     // The last row of cells reaches back where the page ends within it.
     const int first = std::max(std::min(cellRow * kScale, grey.rows - kScale), 0);
     const std::size_t stride = grey.rows < kScale ? 0 : grey.step[0];
-    widestKernels<allToneKernels>().columnExtremes(grey.ptr<unsigned char>(first), stride, grey.cols,
-                                 brightest.data(), darkest.data());
+    widestKernels<allToneKernels>().columnExtremes(grey.ptr<unsigned char>(first), stride,
+                                                   grey.cols, brightest.data(), darkest.data());
     auto* bright = extremes.brightest.ptr<unsigned char>(cellRow);
     auto* dark = extremes.darkest.ptr<unsigned char>(cellRow);
     for (int x = 0; x < extremes.brightest.cols; ++x) {

@@ -13,8 +13,8 @@ namespace doccam::page {
 namespace {
 
 constexpr float kHighestGain = 65535;
-constexpr float kPaperLift = 0.03F;  // makes noise of paper white
-constexpr float kDarkLift = 0.08F;   // more in the dark, which is noisier
+constexpr float kPaperLift = 0.03F; // makes noise of paper white
+constexpr float kDarkLift = 0.08F;  // more in the dark, which is noisier
 constexpr float kDark = 110;
 
 // What each sample is multiplied with.

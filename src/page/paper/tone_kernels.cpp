@@ -39,8 +39,7 @@ constexpr Word kInk = 128 * 16;  // and darkened from here
 [[gnu::always_inline]] inline Word toned(Word value, Word share) {
     const auto lift = static_cast<Word>(excess(value, kPale) >> 1);
     const auto drop = static_cast<Word>(static_cast<Word>(excess(kInk, value) * 5) >> 3);
-    const auto lifted =
-        static_cast<Word>(value + upperHalf(static_cast<Word>(lift << 2), share));
+    const auto lifted = static_cast<Word>(value + upperHalf(static_cast<Word>(lift << 2), share));
     return excess(lifted, upperHalf(static_cast<Word>(drop << 2), share));
 }
 
@@ -62,9 +61,9 @@ constexpr Word kInk = 128 * 16;  // and darkened from here
 }
 
 [[gnu::always_inline]] inline void thresholdRow(const unsigned char* __restrict grey,
-                                                  const unsigned char* __restrict blurred,
-                                                  const GridRow& levels, int count,
-                                                  unsigned char* __restrict to) {
+                                                const unsigned char* __restrict blurred,
+                                                const GridRow& levels, int count,
+                                                unsigned char* __restrict to) {
     const Word* const above = levels.above;
     const Word* const below = levels.below;
     const Word weight = levels.weight;
@@ -76,14 +75,13 @@ constexpr Word kInk = 128 * 16;  // and darkened from here
 }
 
 [[gnu::always_inline]] inline void columnExtremes(const unsigned char* rows, std::size_t stride,
-                                                    int count, unsigned char* __restrict brightest,
-                                                    unsigned char* __restrict darkest) {
+                                                  int count, unsigned char* __restrict brightest,
+                                                  unsigned char* __restrict darkest) {
     const unsigned char* const second = rows + stride;
     const unsigned char* const third = second + stride;
     const unsigned char* const fourth = third + stride;
     for (int i = 0; i < count; ++i) {
-        brightest[i] =
-            std::max(std::max(rows[i], second[i]), std::max(third[i], fourth[i]));
+        brightest[i] = std::max(std::max(rows[i], second[i]), std::max(third[i], fourth[i]));
         darkest[i] = std::min(std::min(rows[i], second[i]), std::min(third[i], fourth[i]));
     }
 }

@@ -1,6 +1,5 @@
 // What a page looks like once its light is even, and in black and white.
 #include "page/look.h"
-
 #include "page/paper/tone_kernels.h"
 
 #include <gtest/gtest.h>
@@ -96,7 +95,8 @@ TEST(PaperLook, KeepsInkDarkUnderAGradient) {
 TEST(PaperLook, TakesASoftShadowOut) {
     const cv::Mat print = printedPage();
     cv::Mat shadow(print.size(), CV_32FC3, cv::Scalar::all(0.9));
-    cv::fillPoly(shadow, std::vector<std::vector<cv::Point>>{{{300, 1200}, {450, 500}, {700, 1200}}},
+    cv::fillPoly(shadow,
+                 std::vector<std::vector<cv::Point>>{{{300, 1200}, {450, 500}, {700, 1200}}},
                  cv::Scalar::all(0.5));
     cv::GaussianBlur(shadow, shadow, {0, 0}, 15);
     cv::Mat seen;
@@ -169,16 +169,19 @@ TEST(PaperLook, FillsAWedgeOfDeskWithPaper) {
     const cv::Scalar desks[] = {{30, 30, 30}, {60, 120, 170}, {140, 90, 60}, {170, 175, 180}};
     for (const cv::Scalar& desk : desks) {
         cv::Mat seen = lit(printedPage(), kWarm, 0.8);
-        cv::fillPoly(seen, std::vector<std::vector<cv::Point>>{{{0, 0}, {15, 0}, {3, 1199}, {0, 1199}}},
+        cv::fillPoly(seen,
+                     std::vector<std::vector<cv::Point>>{{{0, 0}, {15, 0}, {3, 1199}, {0, 1199}}},
                      desk);
-        cv::fillPoly(seen, std::vector<std::vector<cv::Point>>{{{0, 0}, {899, 0}, {899, 20}, {0, 6}}},
-                     desk);
+        cv::fillPoly(
+            seen, std::vector<std::vector<cv::Point>>{{{0, 0}, {899, 0}, {899, 20}, {0, 6}}}, desk);
         const cv::Mat look = paperLook(seen);
-        EXPECT_EQ(different(look.colRange(0, 70), cv::Mat(look.size(), CV_8UC3, kWhite).colRange(0, 70),
-                            16), 0)
+        EXPECT_EQ(different(look.colRange(0, 70),
+                            cv::Mat(look.size(), CV_8UC3, kWhite).colRange(0, 70), 16),
+                  0)
             << desk;
-        EXPECT_EQ(different(look.rowRange(0, 80), cv::Mat(look.size(), CV_8UC3, kWhite).rowRange(0, 80),
-                            16), 0)
+        EXPECT_EQ(different(look.rowRange(0, 80),
+                            cv::Mat(look.size(), CV_8UC3, kWhite).rowRange(0, 80), 16),
+                  0)
             << desk;
     }
 }

@@ -1,0 +1,221 @@
+// Pages out of pictures: finding sheets, making them upright, giving them a look.
+#include "page/find.h"
+#include "page/look.h"
+#include "page/quadrilateral.h"
+#include "page/rectify.h"
+
+#include <doccam/page.h>
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <new>
+#include <optional>
+
+namespace doccam {
+namespace {
+
+int channelsOf(int pixels) {
+    switch (pixels) {
+    case DOCCAM_PIXELS_GREY:
+        return 1;
+    case DOCCAM_PIXELS_BGR:
+    case DOCCAM_PIXELS_RGB:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
+bool isValid(const DoccamImage& image) {
+    const int channels = channelsOf(image.pixels);
+    return image.data != nullptr && channels > 0 && image.width > 0 && image.height > 0 &&
+           image.width <= DOCCAM_PAGE_MAX_SIDE && image.height <= DOCCAM_PAGE_MAX_SIDE &&
+           std::int64_t{image.width} * image.height <= DOCCAM_PAGE_MAX_PIXELS &&
+           image.stride >= static_cast<std::size_t>(image.width) * static_cast<unsigned>(channels);
+}
+
+// The caller's pixels, not copied.
+cv::Mat pixelsOf(const DoccamImage& image) {
+    return {image.height, image.width, CV_8UC(channelsOf(image.pixels)),
+            const_cast<unsigned char*>(image.data), image.stride};
+}
+
+cv::Mat blueFirst(const DoccamImage& image) {
+    cv::Mat pixels = pixelsOf(image);
+    if (image.pixels == DOCCAM_PIXELS_RGB) {
+        cv::cvtColor(pixels, pixels, cv::COLOR_RGB2BGR);
+    }
+    return pixels;
+}
+
+page::Sheet sheetOf(const DoccamSheet& sheet) {
+    page::Sheet found;
+    for (std::size_t i = 0; i < 4; ++i) {
+        found.corners[i] = {sheet.corners[i][0], sheet.corners[i][1]};
+    }
+    found.confidence = sheet.confidence;
+    found.cut = sheet.cut != 0;
+    return found;
+}
+
+DoccamSheet asSheet(const page::Sheet& found) {
+    DoccamSheet sheet{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        sheet.corners[i][0] = found.corners[i].x;
+        sheet.corners[i][1] = found.corners[i].y;
+    }
+    sheet.confidence = found.confidence;
+    sheet.cut = found.cut ? 1 : 0;
+    return sheet;
+}
+
+// Far corners would make pages of any size.
+bool isUsable(const page::Corners& corners) {
+    return std::all_of(corners.begin(), corners.end(),
+                       [](cv::Point2d corner) {
+                           return std::abs(corner.x) <= 2.0 * DOCCAM_PAGE_MAX_SIDE &&
+                                  std::abs(corner.y) <= 2.0 * DOCCAM_PAGE_MAX_SIDE;
+                       }) &&
+           page::isConvex(corners) && page::areaOf(corners) >= 1;
+}
+
+// The page and its pixels are freed apart.
+DoccamPage* asPage(const cv::Mat& picture, int pixels) {
+    auto page = std::make_unique<DoccamPage>();
+    page->width = picture.cols;
+    page->height = picture.rows;
+    page->pixels = pixels;
+    page->stride = pixels == DOCCAM_PIXELS_BITS ? (static_cast<std::size_t>(picture.cols) + 7) / 8
+                                                : picture.cols * picture.elemSize();
+    auto data = std::make_unique<unsigned char[]>(page->stride *
+                                                  static_cast<std::size_t>(picture.rows));
+    for (int y = 0; y < picture.rows; ++y) {
+        unsigned char* const row = data.get() + page->stride * static_cast<std::size_t>(y);
+        const unsigned char* const from = picture.ptr(y);
+        if (pixels != DOCCAM_PIXELS_BITS) {
+            std::copy_n(from, page->stride, row);
+            continue;
+        }
+        for (int x = 0; x < picture.cols; ++x) {
+            row[x / 8] |= static_cast<unsigned char>((from[x] != 0 ? 0x80 : 0) >> (x % 8));
+        }
+    }
+    page->data = data.release();
+    return page.release();
+}
+
+// Runs action, whose exceptions become results.
+template <typename Action>
+int resultOf(const Action& action) noexcept {
+    try {
+        return action();
+    } catch (const std::bad_alloc&) {
+        return DOCCAM_PAGE_NO_MEMORY;
+    } catch (const cv::Exception& error) {
+        return error.code == cv::Error::StsNoMem ? DOCCAM_PAGE_NO_MEMORY : DOCCAM_PAGE_FAILED;
+    } catch (...) {
+        return DOCCAM_PAGE_FAILED;
+    }
+}
+
+cv::Mat looking(const DoccamImage& image, int look, int colour) {
+    cv::Mat picture = blueFirst(image);
+    if (colour != DOCCAM_COLOUR && picture.channels() == 3) {
+        cv::cvtColor(picture, picture, cv::COLOR_BGR2GRAY);
+    }
+    if (look == DOCCAM_LOOK_PAPER || colour == DOCCAM_COLOUR_BLACK_WHITE) {
+        picture = page::paperLook(picture);
+    }
+    if (colour == DOCCAM_COLOUR_BLACK_WHITE) {
+        picture = page::blackAndWhite(picture);
+    } else if (colour == DOCCAM_COLOUR && image.pixels == DOCCAM_PIXELS_RGB) {
+        cv::cvtColor(picture, picture, cv::COLOR_BGR2RGB);
+    }
+    return picture;
+}
+
+int pixelsFor(const DoccamImage& image, int colour) {
+    switch (colour) {
+    case DOCCAM_COLOUR_GREY:
+        return DOCCAM_PIXELS_GREY;
+    case DOCCAM_COLOUR_BLACK_WHITE:
+        return DOCCAM_PIXELS_BITS;
+    default:
+        return image.pixels;
+    }
+}
+
+} // namespace
+} // namespace doccam
+
+int doccam_find_sheets(const DoccamImage* image, const DoccamSheet* last, DoccamSheet* sheets,
+                       int capacity) {
+    if (image == nullptr || sheets == nullptr || capacity < 1) {
+        return DOCCAM_PAGE_BAD_ARGUMENT;
+    }
+    if (!doccam::isValid(*image)) {
+        return DOCCAM_PAGE_BAD_IMAGE;
+    }
+    return doccam::resultOf([&] {
+        const cv::Mat picture = doccam::blueFirst(*image);
+        std::vector<doccam::page::Sheet> found;
+        if (last != nullptr && doccam::isUsable(doccam::sheetOf(*last).corners)) {
+            found = doccam::page::findSheetAgain(picture, doccam::sheetOf(*last));
+        }
+        if (found.empty()) {
+            found = doccam::page::findSheets(picture, static_cast<std::size_t>(capacity));
+        }
+        std::transform(found.begin(), found.end(), sheets, doccam::asSheet);
+        return static_cast<int>(found.size());
+    });
+}
+
+int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet, DoccamPage** page) {
+    if (page != nullptr) {
+        *page = nullptr;
+    }
+    if (image == nullptr || sheet == nullptr || page == nullptr) {
+        return DOCCAM_PAGE_BAD_ARGUMENT;
+    }
+    if (!doccam::isValid(*image)) {
+        return DOCCAM_PAGE_BAD_IMAGE;
+    }
+    const doccam::page::Corners corners = doccam::sheetOf(*sheet).corners;
+    if (!doccam::isUsable(corners)) {
+        return DOCCAM_PAGE_BAD_SHEET;
+    }
+    return doccam::resultOf([&] {
+        *page = doccam::asPage(doccam::page::rectify(doccam::pixelsOf(*image), corners),
+                               image->pixels);
+        return 0;
+    });
+}
+
+int doccam_look(const DoccamImage* page, int look, int colour, DoccamPage** result) {
+    if (result != nullptr) {
+        *result = nullptr;
+    }
+    if (page == nullptr || result == nullptr || look < DOCCAM_LOOK_PHOTO ||
+        look > DOCCAM_LOOK_PAPER || colour < DOCCAM_COLOUR || colour > DOCCAM_COLOUR_BLACK_WHITE) {
+        return DOCCAM_PAGE_BAD_ARGUMENT;
+    }
+    if (!doccam::isValid(*page)) {
+        return DOCCAM_PAGE_BAD_IMAGE;
+    }
+    return doccam::resultOf([&] {
+        *result = doccam::asPage(doccam::looking(*page, look, colour),
+                                 doccam::pixelsFor(*page, colour));
+        return 0;
+    });
+}
+
+void doccam_page_free(DoccamPage* page) {
+    if (page != nullptr) {
+        const std::unique_ptr<unsigned char[]> data(page->data);
+        const std::unique_ptr<DoccamPage> owned(page);
+    }
+}

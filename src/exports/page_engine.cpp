@@ -91,8 +91,8 @@ DoccamPage* asPage(const cv::Mat& picture, int pixels) {
     page->pixels = pixels;
     page->stride = pixels == DOCCAM_PIXELS_BITS ? (static_cast<std::size_t>(picture.cols) + 7) / 8
                                                 : picture.cols * picture.elemSize();
-    auto data = std::make_unique<unsigned char[]>(page->stride *
-                                                  static_cast<std::size_t>(picture.rows));
+    auto data =
+        std::make_unique<unsigned char[]>(page->stride * static_cast<std::size_t>(picture.rows));
     for (int y = 0; y < picture.rows; ++y) {
         unsigned char* const row = data.get() + page->stride * static_cast<std::size_t>(y);
         const unsigned char* const from = picture.ptr(y);
@@ -189,8 +189,8 @@ int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet, DoccamPag
         return DOCCAM_PAGE_BAD_SHEET;
     }
     return doccam::resultOf([&] {
-        *page = doccam::asPage(doccam::page::rectify(doccam::pixelsOf(*image), corners),
-                               image->pixels);
+        *page =
+            doccam::asPage(doccam::page::rectify(doccam::pixelsOf(*image), corners), image->pixels);
         return 0;
     });
 }
@@ -207,8 +207,8 @@ int doccam_look(const DoccamImage* page, int look, int colour, DoccamPage** resu
         return DOCCAM_PAGE_BAD_IMAGE;
     }
     return doccam::resultOf([&] {
-        *result = doccam::asPage(doccam::looking(*page, look, colour),
-                                 doccam::pixelsFor(*page, colour));
+        *result =
+            doccam::asPage(doccam::looking(*page, look, colour), doccam::pixelsFor(*page, colour));
         return 0;
     });
 }

@@ -110,6 +110,22 @@ std::optional<SideView> viewOf(const std::vector<Sample>& samples) {
     return view;
 }
 
+// How far the oddest of the sides is from the others, in levels: what lies around a sheet goes on,
+// and beside a part of a sheet lies another.
+double oddestOf(const std::vector<cv::Vec3f>& colours) {
+    double oddest = 0;
+    for (const cv::Vec3f& one : colours) {
+        double nearest = 1e9;
+        for (const cv::Vec3f& other : colours) {
+            if (&one != &other) {
+                nearest = std::min(nearest, cv::norm(one - other));
+            }
+        }
+        oddest = std::max(oddest, nearest);
+    }
+    return oddest;
+}
+
 double saturating(double value, double half) {
     return value / (value + half);
 }
@@ -126,6 +142,7 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
     double brighter = 0;
     int seen = 0;
     std::vector<cv::Vec3f> insides;
+    std::vector<cv::Vec3f> outsides;
     for (std::size_t i = 0; i < 4; ++i) {
         const auto view = viewOf(samplesOf(evidence, corners[i], corners[(i + 1) % 4]));
         if (!view) {
@@ -139,6 +156,7 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
         jumps += view->jumps;
         brighter += view->brighter > 0 ? 1 : 0;
         insides.push_back(view->inside);
+        outsides.push_back(view->outside);
     }
     if (seen < 3) {
         return 0;
@@ -156,18 +174,14 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
                                           std::abs(difference[2]));
         }
     }
+    const double background = 1 / (1 + oddestOf(outsides) / 30);
     const double sameness = 1 / (1 + spread / 40);
     const double size = std::sqrt(areaOf(corners) / evidence.colour.size().area());
-    const double score = 0.22 * candidate.support + 0.18 * consistency + 0.10 * leastConsistency +
-                         0.10 * contrast + 0.10 * evenness + 0.10 * brighter + 0.05 * sameness +
-                         0.15 * size;
+    const double score = 0.20 * candidate.support + 0.16 * consistency + 0.10 * leastConsistency +
+                         0.10 * contrast + 0.08 * evenness + 0.08 * brighter + 0.05 * sameness +
+                         0.12 * background + 0.11 * size;
     constexpr double kManyJumps = 0.20;
     const double smoothness = 1 / (1 + (jumps / kManyJumps) * (jumps / kManyJumps));
-    std::fprintf(stderr,
-                 "J sup %.2f cons %.2f least %.2f contr %.2f even %.2f bright %.2f same %.2f "
-                 "size %.2f jumps %.3f score %.3f  %.0f,%.0f\n",
-                 candidate.support, consistency, leastConsistency, contrast, evenness, brighter,
-                 sameness, size, jumps, score, corners[0].x * 5, corners[0].y * 5);
     constexpr double kOfCut = 0.88; // one side proves nothing
     return std::clamp(score * (0.35 + 0.65 * smoothness) * (candidate.cut ? kOfCut : 1), 0.0, 1.0);
 }

@@ -17,6 +17,19 @@ cv::Mat paperLook(const cv::Mat& page) {
     return paper;
 }
 
+cv::Mat greyPaperLook(const cv::Mat& page) {
+    if (page.channels() == 1) {
+        return paperLook(page);
+    }
+    Illumination found = illumination(page);
+    cv::Mat grey;
+    cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
+    cv::cvtColor(found.light, found.light, cv::COLOR_BGR2GRAY);
+    cv::Mat paper = evened(grey, found);
+    fillRim(paper);
+    return paper;
+}
+
 cv::Mat blackAndWhite(const cv::Mat& paper) {
     cv::Mat grey = paper;
     if (paper.channels() != 1) {

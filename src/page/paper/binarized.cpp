@@ -5,10 +5,9 @@
 #include "page/paper/stretched_grid.h"
 #include "page/paper/tone_kernels.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <vector>
 
 namespace doccam::page {
@@ -20,10 +19,10 @@ constexpr unsigned char kWhite = 255;
 // The parted rows of a page, of which three neighbours are kept.
 class PartedRows {
   public:
-    PartedRows(const cv::Mat& grey, const cv::Mat& blurred, const Thresholds& thresholds)
+    PartedRows(const cv::Mat& grey, const Thresholds& thresholds)
       : grey_(grey)
-      , blurred_(blurred)
-      , levels_(thresholds.levels, thresholds.scale, grey.cols, 1) {
+      , levels_(thresholds.levels, thresholds.scale, grey.cols, 1)
+      , sums_(std::size_t{4} + grey.cols) {
         rows_.fill(std::vector<unsigned char>(std::size_t{2} + grey.cols, kWhite));
     }
 
@@ -34,9 +33,12 @@ class PartedRows {
             std::fill(row.begin(), row.end(), kWhite);
             return;
         }
-        widestKernels<allToneKernels>().thresholdRow(grey_.ptr<unsigned char>(y),
-                                                     blurred_.ptr<unsigned char>(y), levels_.row(y),
-                                                     grey_.cols, row.data() + 1);
+        FiveRows around{};
+        for (int i = 0; i < 5; ++i) {
+            around[i] = grey_.ptr<unsigned char>(std::clamp(y + i - 2, 0, grey_.rows - 1));
+        }
+        widestKernels<allToneKernels>().thresholdRow(around, levels_.row(y), grey_.cols,
+                                                     sums_.data(), row.data() + 1);
     }
 
     // One of the three rows parted last; a white pixel precedes and follows it.
@@ -46,20 +48,17 @@ class PartedRows {
     static std::size_t place(int y) { return static_cast<std::size_t>(y + 3) % 3; }
 
     const cv::Mat& grey_;
-    const cv::Mat& blurred_;
     StretchedGrid levels_;
+    std::vector<std::uint16_t> sums_;
     std::array<std::vector<unsigned char>, 3> rows_;
 };
 
 } // namespace
 
 cv::Mat binarized(const cv::Mat& grey, const Thresholds& thresholds) {
-    // The difference from it makes thin strokes, which the lens blurs, as dark as thick ones.
-    cv::Mat blurred;
-    cv::GaussianBlur(grey, blurred, {5, 5}, 1.2);
     cv::Mat bits(grey.size(), CV_8U);
     forEachStrip(Strips(grey.rows), [&](const cv::Range& rows, int) {
-        PartedRows parted(grey, blurred, thresholds);
+        PartedRows parted(grey, thresholds);
         parted.part(rows.start - 1);
         parted.part(rows.start);
         for (int y = rows.start; y < rows.end; ++y) {

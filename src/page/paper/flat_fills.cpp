@@ -74,7 +74,7 @@ cv::Rect around(const cv::Rect& box, cv::Size page) {
            cv::Rect({}, page);
 }
 
-void addFill(const Region& region, const Cells& cells, const cv::Mat& light, cv::Mat& colour,
+bool addFill(const Region& region, const Cells& cells, const cv::Mat& light, cv::Mat& colour,
              const cv::Mat& paper, cv::Mat& known) {
     const cv::Rect box = around(region.box, cells.labels.size());
     const cv::Mat inside = cells.labels(box) == region.label;
@@ -86,29 +86,32 @@ void addFill(const Region& region, const Cells& cells, const cv::Mat& light, cv:
     const cv::Mat outline = inside & ~core;
     const cv::Mat seenRim = outline & beside;
     if (cv::countNonZero(seenRim) < kSurrounded * cv::countNonZero(outline)) {
-        return;
+        return false;
     }
     const Rim rim = rimOf(seenRim, cells.colour(box), light(box));
     const Colour print = oneColour(rim, colour.channels());
     if (print[0] <= 0 || rim.darkest > (1 - kShadow) * rim.brightest) {
-        return;
+        return false;
     }
     cv::Mat implied;
     cv::divide(cells.colour(box), cv::Scalar(print[0], print[1], print[2]), implied);
     implied.copyTo(colour(box), inside);
     known(box).setTo(255, inside);
+    return true;
 }
 
 } // namespace
 
-void addFlatFills(const Cells& cells, const cv::Mat& light, cv::Mat& colour, cv::Mat& known) {
+bool addFlatFills(const Cells& cells, const cv::Mat& light, cv::Mat& colour, cv::Mat& known) {
     const cv::Mat paper = known.clone();
+    bool added = false;
     for (const Region& region : cells.regions) {
         if (region.area >= kSmallestFill &&
             cv::countNonZero(paper(region.box) & (cells.labels(region.box) == region.label)) == 0) {
-            addFill(region, cells, light, colour, paper, known);
+            added |= addFill(region, cells, light, colour, paper, known);
         }
     }
+    return added;
 }
 
 } // namespace doccam::page

@@ -19,7 +19,7 @@ constexpr int kLongestSide = 800; // of the reduced page
 constexpr int kThickestInk = 9;   // in its pixels
 constexpr int kRounds = 3;
 constexpr double kSameLight = 0.035; // deviation of paper from the light around
-constexpr double kSamePaper = 0.03;
+constexpr float kSamePaper = 0.03F;
 constexpr double kDarkestShadow = 0.25;
 constexpr double kBrightestSpot = 3;
 constexpr double kSameColour = 0.025;  // how far the channels of such paper differ
@@ -68,18 +68,24 @@ bool isPaper(const Region& region, const Cells& cells, const cv::Mat& light) {
            isSharpShadow(region, ratio, cells.labels.size());
 }
 
-// 255 for the cells of the main region, and of others that the light around explains.
-cv::Mat knownPaper(const Cells& cells, const Region& main) {
-    cv::Mat known = cells.labels == main.label;
+// The light as far as it is known.
+struct Light {
+    cv::Mat known;   // 255 for cells that show it
+    cv::Mat surface; // their light, and what it implies for the others
+};
+
+// From the cells of the main region, and of others that the light around explains.
+Light lightOnPaper(const Cells& cells, const Region& main) {
+    Light light{cells.labels == main.label, {}};
+    light.surface = membrane(cells.colour, light.known);
     std::vector<Region> others;
     std::copy_if(cells.regions.begin(), cells.regions.end(), std::back_inserter(others),
                  [&](const Region& region) { return region.label != main.label; });
-    for (int round = 0; round < kRounds && !others.empty(); ++round) {
-        const cv::Mat light = membrane(cells.colour, known);
+    for (int round = 0; round < kRounds; ++round) {
         const auto end = std::remove_if(others.begin(), others.end(), [&](const Region& region) {
-            const bool paper = isPaper(region, cells, light);
+            const bool paper = isPaper(region, cells, light.surface);
             if (paper) {
-                known(region.box).setTo(255, cells.labels(region.box) == region.label);
+                light.known(region.box).setTo(255, cells.labels(region.box) == region.label);
             }
             return paper;
         });
@@ -87,38 +93,37 @@ cv::Mat knownPaper(const Cells& cells, const Region& main) {
             break;
         }
         others.erase(end, others.end());
+        light.surface = membrane(cells.colour, light.known);
     }
-    return known;
+    return light;
 }
 
-// The known cells without noise; the unknown ones stay unknown.
-cv::Mat smoothed(const cv::Mat& colour, const cv::Mat& known) {
-    cv::Mat weight;
-    known.convertTo(weight, CV_32F, 1.0 / 255);
-    std::vector<cv::Mat> planes;
-    cv::split(colour, planes);
-    cv::Mat weights;
-    cv::GaussianBlur(weight, weights, {5, 5}, 1.0);
-    cv::max(weights, 1e-6, weights);
-    for (cv::Mat& plane : planes) {
-        plane = plane.mul(weight);
-        cv::GaussianBlur(plane, plane, {5, 5}, 1.0);
-        plane /= weights;
+// The light also on fills that shadows cross, without noise.
+cv::Mat wholeLight(const Cells& cells, const Region& main) {
+    Light light = lightOnPaper(cells, main);
+    cv::Mat colour = light.surface.clone();
+    if (addFlatFills(cells, light.surface, colour, light.known)) {
+        light.surface = membrane(colour, light.known);
     }
-    cv::Mat smooth;
-    cv::merge(planes, smooth);
-    return smooth;
+    cv::GaussianBlur(light.surface, light.surface, {5, 5}, 1.0, 1.0, cv::BORDER_REPLICATE);
+    return light.surface;
 }
 
 // 255 where the page without ink is as bright as its light.
 cv::Mat asBright(const cv::Mat& colour, const cv::Mat& light) {
-    std::vector<cv::Mat> planes;
-    std::vector<cv::Mat> lights;
-    cv::split(colour, planes);
-    cv::split(light, lights);
-    cv::Mat bright(colour.size(), CV_8U, cv::Scalar(255));
-    for (std::size_t c = 0; c < planes.size(); ++c) {
-        bright &= planes[c] > lights[c] * (1 - kSamePaper);
+    cv::Mat bright(colour.size(), CV_8U);
+    const int channels = colour.channels();
+    for (int y = 0; y < colour.rows; ++y) {
+        const auto* seen = colour.ptr<float>(y);
+        const auto* lit = light.ptr<float>(y);
+        auto* row = bright.ptr<unsigned char>(y);
+        for (int x = 0; x < colour.cols; ++x) {
+            bool paper = true;
+            for (int i = x * channels; i < (x + 1) * channels; ++i) {
+                paper &= seen[i] > lit[i] * (1 - kSamePaper);
+            }
+            row[x] = paper ? 255 : 0;
+        }
     }
     return bright;
 }
@@ -169,10 +174,7 @@ Illumination illumination(const cv::Mat& page) {
         return {cv::Mat(cells.colour.size(), cells.colour.type(), cv::Scalar::all(255)),
                 cv::Mat::zeros(cells.colour.size(), CV_32F), scale};
     }
-    cv::Mat known = knownPaper(cells, *main);
-    cv::Mat colour = cells.colour.clone();
-    addFlatFills(cells, membrane(cells.colour, known), colour, known);
-    const cv::Mat light = membrane(smoothed(colour, known), known);
+    const cv::Mat light = wholeLight(cells, *main);
     return {light, paperShare(cells.colour, light), scale};
 }
 

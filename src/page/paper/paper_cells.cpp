@@ -7,7 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 namespace doccam::page {
 
@@ -20,48 +21,51 @@ constexpr double kDarkestPaper = 36;    // of 255
 constexpr double kSmallestPaper = 0.02; // of the page
 constexpr int kWhite = 255;
 
-// Whether four samples, far, near, near, far, across a pixel show a sharp edge. Soft ones are
-// shadows; noise takes a level or two.
-inline bool isSharp(int farBefore, int before, int after, int farAfter) {
-    const int step = std::abs(after - before);
-    const int slope = std::max(std::abs(before - farBefore), std::abs(farAfter - after));
-    return (step - slope) * 64 > 96 + std::max(before, after);
-}
-
-// Marks the pixels of a picture where it changes sharply from one sample to the next but one along
-// offset, in bytes; the picture has a border of kFar around it.
-void markSharp(const cv::Mat& bordered, std::ptrdiff_t offset, cv::Mat& edges) {
-    const int channels = bordered.channels();
-    for (int y = 0; y < edges.rows; ++y) {
-        const auto* row = bordered.ptr<unsigned char>(y + kFar) + kFar * channels;
-        auto* edge = edges.ptr<unsigned char>(y);
-        for (int i = 0; i < edges.cols * channels; ++i) {
-            const auto* sample = row + i;
-            if (isSharp(sample[-kFar * offset], sample[-kNear * offset], sample[kNear * offset],
-                        sample[kFar * offset])) {
-                edge[i / channels] = kWhite;
-            }
-        }
+// 255 for samples between which, far, near, near and far across them, an edge is sharp. Soft ones
+// are shadows; noise takes a level or two. count samples, in 16 bits so that vectors hold many.
+void markSharp(const unsigned char* farBefore, const unsigned char* before,
+               const unsigned char* after, const unsigned char* farAfter, int count,
+               unsigned char* __restrict edge) {
+    for (int i = 0; i < count; ++i) {
+        const auto step = static_cast<std::int16_t>(std::abs(after[i] - before[i]));
+        const auto slope = static_cast<std::int16_t>(
+            std::max(std::abs(before[i] - farBefore[i]), std::abs(farAfter[i] - after[i])));
+        const auto level = static_cast<std::int16_t>(96 + std::max(before[i], after[i]));
+        const auto excess = static_cast<std::int16_t>((step - slope) * 64);
+        edge[i] |= excess > level ? kWhite : 0;
     }
 }
 
-// 255 where a sharp edge, upright or level, passes. Means along the edge take noise out.
+// 255 in the samples where a sharp edge, upright or level, passes. Means along the edge take noise
+// out.
 cv::Mat sharpEdges(const cv::Mat& picture) {
     cv::Mat bordered;
     cv::copyMakeBorder(picture, bordered, kFar, kFar, kFar, kFar, cv::BORDER_REPLICATE);
-    cv::Mat edges = cv::Mat::zeros(picture.size(), CV_8U);
-    cv::Mat means;
-    cv::blur(bordered, means, {1, 3});
-    markSharp(means, picture.channels(), edges);
-    cv::blur(bordered, means, {3, 1});
-    markSharp(means, static_cast<std::ptrdiff_t>(means.step[0]), edges);
+    cv::Mat alongColumns;
+    cv::Mat alongRows;
+    cv::blur(bordered, alongColumns, {1, 3});
+    cv::blur(bordered, alongRows, {3, 1});
+    cv::Mat edges = cv::Mat::zeros(picture.size(), picture.type());
+    const int channels = picture.channels();
+    const int count = picture.cols * channels;
+    for (int y = 0; y < picture.rows; ++y) {
+        auto* edge = edges.ptr<unsigned char>(y);
+        const auto* row = alongColumns.ptr<unsigned char>(y + kFar);
+        markSharp(row, row + (kFar - kNear) * channels, row + (kFar + kNear) * channels,
+                  row + 2 * kFar * channels, count, edge);
+        const auto at = [&](int offset) {
+            return alongRows.ptr<unsigned char>(y + kFar + offset) + kFar * channels;
+        };
+        markSharp(at(-kFar), at(-kNear), at(kNear), at(kFar), count, edge);
+    }
     return edges;
 }
 
-// 255 for cells in which some pixel is 255.
+// 255 for cells in which some sample is 255.
 cv::Mat halvedMask(const cv::Mat& mask) {
-    cv::Mat half = halved(mask);
-    return half > 0;
+    cv::Mat empty;
+    cv::inRange(halved(mask), cv::Scalar::all(0), cv::Scalar::all(0), empty);
+    return ~empty;
 }
 
 // Cells in which light was too strong, or which a rectifier filled, tell nothing.

@@ -1,8 +1,6 @@
 // Filling what a page shows of the desk around it.
 #include "page/paper/rim.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -18,7 +16,8 @@ constexpr int kPaperRun = 3;      // samples of paper that end the rim
 constexpr int kPositions = 400;   // along a border, at most
 constexpr double kSupport = 0.3;  // of the positions lie on the sheet's edge
 constexpr int kPenumbra = 2;      // pixels beside the sheet's edge that are still dark
-constexpr int kShortest = 64;     // sides below this have no rim
+constexpr unsigned char kWhite = 255;
+constexpr int kShortest = 64; // sides below this have no rim
 
 // A view of the page on which every border is the left one.
 struct Border {
@@ -107,6 +106,7 @@ Edge bestEdge(const std::vector<Depth>& depths, int deepest, int& bestSupport) {
 }
 
 void fill(cv::Mat& page, const Border& border, const Edge& edge, int deepest) {
+    const int channels = page.channels();
     for (int along = 0; along < border.length; ++along) {
         const double reach = edge.at(along);
         if (reach <= 0) {
@@ -114,12 +114,10 @@ void fill(cv::Mat& page, const Border& border, const Edge& edge, int deepest) {
         }
         const int depth = std::min(
             {static_cast<int>(std::ceil(reach)) + kPenumbra, deepest + kPenumbra, border.across});
-        const cv::Point outer = border.at(along, 0);
-        const cv::Point inner = border.at(along, depth - 1);
-        const cv::Rect band(
-            cv::Point(std::min(outer.x, inner.x), std::min(outer.y, inner.y)),
-            cv::Point(std::max(outer.x, inner.x) + 1, std::max(outer.y, inner.y) + 1));
-        page(band).setTo(cv::Scalar::all(255));
+        for (int inward = 0; inward < depth; ++inward) {
+            const cv::Point pixel = border.at(along, inward);
+            std::fill_n(page.ptr<unsigned char>(pixel.y) + pixel.x * channels, channels, kWhite);
+        }
     }
 }
 

@@ -1,26 +1,44 @@
 // A coarse grid of values, read row by row at a page's resolution.
 #include "page/paper/stretched_grid.h"
 
+#include <opencv2/core/hal/intrin.hpp>
+
 #include <algorithm>
 #include <bit>
 
 namespace doccam::page {
 
+namespace {
+
+constexpr int kVector = 4;
+
+// The pixels between the centres of two neighbouring cells; before the first centre and past the
+// last, both are the same cell.
+struct Gap {
+    int begin;
+    int end;
+    int before;
+    int after;
+};
+
+Gap gapOf(int number, int scale, int width, int cells) {
+    const int half = scale / 2; // 0 for cells of one pixel, whose centres are the pixels' own
+    const int begin = number == 0 ? 0 : std::min((number - 1) * scale + half, width);
+    const int end = number == cells ? width : std::min(number * scale + half, width);
+    return {begin, end, std::max(number - 1, 0), std::min(number, cells - 1)};
+}
+
+} // namespace
+
 StretchedGrid::StretchedGrid(const cv::Mat& grid, int scale, int width, int channels)
   : grid_(grid)
   , scale_(scale)
   , shift_(std::bit_width(static_cast<unsigned>(scale)))
-  , channels_(channels)
-  , columns_(width) {
-    for (int x = 0; x < width; ++x) {
-        const int position = std::max(2 * x + 1 - scale, 0);
-        const int first = std::min(position >> shift_, grid.cols - 1);
-        columns_[x] = {first * grid.channels(),
-                       std::min(first + 1, grid.cols - 1) * grid.channels(),
-                       position & (2 * scale - 1)};
-    }
+  , width_(width)
+  , channels_(channels) {
     for (auto& row : rows_) {
-        row.resize(std::size_t{1} * width * channels);
+        // Whole vectors are stored, past the end of the row.
+        row.resize(std::size_t{1} * width * channels + kVector);
     }
 }
 
@@ -41,19 +59,24 @@ const std::uint16_t* StretchedGrid::stretched(int gridRow) {
     return row.data();
 }
 
+// Four samples at once: a pixel and one too many, which the next pixel overwrites.
 void StretchedGrid::stretch(const std::uint16_t* from, std::uint16_t* to) const {
-    const int own = grid_.channels() == 1 ? 1 : channels_;
-    for (const Column& column : columns_) {
-        for (int c = 0; c < own; ++c) {
-            const int before = from[column.first + c];
-            const int after = from[column.second + c];
-            to[c] =
-                static_cast<std::uint16_t>(before + (((after - before) * column.weight) >> shift_));
+    const int own = grid_.channels();
+    const auto load = [&](int cell) {
+        const auto* values = from + cell * own;
+        const int last = own - 1;
+        return cv::v_int32x4(values[0], values[std::min(1, last)], values[std::min(2, last)], 0);
+    };
+    for (int number = 0; number <= grid_.cols; ++number) {
+        const Gap gap = gapOf(number, scale_, width_, grid_.cols);
+        const cv::v_int32x4 before = load(gap.before);
+        const cv::v_int32x4 step = load(gap.after) - before;
+        int weight = scale_ == 1 ? 0 : 1;
+        cv::v_int32x4 way = weight == 0 ? cv::v_setzero_s32() : step;
+        for (int x = gap.begin; x < gap.end; ++x, weight += 2) {
+            cv::v_pack_u_store(to + x * channels_, before + (way >> shift_));
+            way += step + step;
         }
-        for (int c = own; c < channels_; ++c) {
-            to[c] = to[0];
-        }
-        to += channels_;
     }
 }
 

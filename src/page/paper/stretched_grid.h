@@ -28,20 +28,14 @@ class StretchedGrid {
     GridRow row(int y);
 
   private:
-    struct Column {
-        int first; // offsets of the two cells around
-        int second;
-        int weight; // of the second, in parts of 2 * scale
-    };
-
     const std::uint16_t* stretched(int gridRow);
     void stretch(const std::uint16_t* from, std::uint16_t* to) const;
 
     cv::Mat grid_;
     int scale_;
     int shift_; // 2 * scale is a power of two
+    int width_;
     int channels_;
-    std::vector<Column> columns_;
     std::array<std::vector<std::uint16_t>, 2> rows_; // even and odd rows of the grid
     std::array<int, 2> held_ = {-1, -1};
 };

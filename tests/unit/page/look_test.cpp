@@ -297,16 +297,21 @@ TEST(ToneKernels, GiveTheSameWithEveryInstructionSet) {
     cv::RNG random(11);
     cv::Mat samples(6, kCount, CV_8U);
     random.fill(samples, cv::RNG::UNIFORM, 0, 256);
-    cv::Mat values(4, kCount, CV_16U);
+    cv::Mat values(6, kCount, CV_16U);
     random.fill(values.rowRange(0, 2), cv::RNG::UNIFORM, 0, 65536);
     random.fill(values.rowRange(2, 4), cv::RNG::UNIFORM, 0, kShareOne + 1);
     const GridRow gain{values.ptr<std::uint16_t>(0), values.ptr<std::uint16_t>(1), 52345};
     const GridRow paper{values.ptr<std::uint16_t>(2), values.ptr<std::uint16_t>(3), 52345};
+    random.fill(values.rowRange(4, 6), cv::RNG::UNIFORM, 0, 256);
+    const GridRow levels{values.ptr<std::uint16_t>(4), values.ptr<std::uint16_t>(5), 52345};
     std::vector<cv::Mat> results;
     for (const ToneKernels& kernels : allToneKernels()) {
         cv::Mat result(5, kCount, CV_8U, kBlack);
         kernels.evenRow(samples.ptr(0), gain, paper, kCount, result.ptr(0));
-        kernels.thresholdRow(samples.ptr(0), samples.ptr(1), paper, kCount, result.ptr(1));
+        std::vector<std::uint16_t> sums(kCount + 4);
+        kernels.thresholdRow(
+            {samples.ptr(0), samples.ptr(1), samples.ptr(2), samples.ptr(3), samples.ptr(4)},
+            levels, kCount, sums.data(), result.ptr(1));
         kernels.columnExtremes(samples.ptr(2), samples.step[0], kCount, result.ptr(2),
                                result.ptr(3));
         kernels.removeSpecks(samples.ptr(3) + 1, samples.ptr(4) + 1, samples.ptr(5) + 1, kCount - 2,

@@ -11,7 +11,7 @@ namespace doccam::page {
 namespace {
 
 // Coarse levels settle what is far away, at little cost.
-constexpr int kSweeps = 6;
+constexpr int kSweeps = 4;
 constexpr int kCoarseSweeps = 30;
 constexpr int kCoarse = 4000; // cells
 

@@ -2,6 +2,7 @@
 #include "page/paper/rim.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <vector>
@@ -10,12 +11,14 @@ namespace doccam::page {
 
 namespace {
 
-constexpr double kDeepest = 0.03; // of the page's side across
-constexpr int kPaper = 228;       // the darkest channel that still is paper
-constexpr int kPaperRun = 3;      // samples of paper that end the rim
-constexpr int kPositions = 400;   // along a border, at most
-constexpr double kSupport = 0.3;  // of the positions lie on the sheet's edge
-constexpr int kPenumbra = 2;      // pixels beside the sheet's edge that are still dark
+constexpr double kDeepest = 0.03;      // of the page's side across
+constexpr int kPaper = 228;            // the darkest channel that still is paper
+constexpr int kPaperRun = 3;           // samples of paper that end the rim
+constexpr int kPositions = 400;        // along a border, at most
+constexpr double kSupport = 0.3;       // of the positions lie on the sheet's edge
+constexpr double kCurledSupport = 0.6; // show desk beside a sheet without a straight edge
+constexpr double kCurl = 0.012;        // of the side across: how far an edge curls from straight
+constexpr int kPenumbra = 2;           // pixels beside the sheet's edge that are still dark
 constexpr unsigned char kWhite = 255;
 constexpr int kShortest = 64; // sides below this have no rim
 
@@ -105,18 +108,65 @@ Edge bestEdge(const std::vector<Depth>& depths, int deepest, int& bestSupport) {
     return best;
 }
 
-void fill(cv::Mat& page, const Border& border, const Edge& edge, int deepest) {
+// The middle one of the depths at number and its neighbours; 0 for none that ends on paper.
+int depthAround(const std::vector<Depth>& depths, std::size_t number, int deepest) {
+    const auto at = [&](std::size_t i) { return depths[std::min(i, depths.size() - 1)].depth; };
+    std::array<int, 3> near = {at(number == 0 ? 0 : number - 1), at(number), at(number + 1)};
+    std::sort(near.begin(), near.end());
+    return near[1] < deepest ? near[1] : 0;
+}
+
+// How far to fill at each of the positions: to the straight edge, and where the sheet curls as far
+// beyond it as the desk is seen. Nothing if there is no rim.
+std::vector<double> reaches(const std::vector<Depth>& depths, const Border& border, int deepest) {
+    const auto count = static_cast<double>(depths.size());
+    const auto seen = std::count_if(depths.begin(), depths.end(), [&](const Depth& d) {
+        return d.depth > 0 && d.depth < deepest;
+    });
+    if (static_cast<double>(seen) < kSupport * count) {
+        return {};
+    }
+    int supported = 0;
+    const Edge edge = bestEdge(depths, deepest, supported);
+    const bool straight = supported >= kSupport * count;
+    if (!straight && static_cast<double>(seen) < kCurledSupport * count) {
+        return {};
+    }
+    std::vector<double> found;
+    for (std::size_t i = 0; i < depths.size(); ++i) {
+        const double line = straight ? edge.at(depths[i].along) : 0;
+        const double depth = depthAround(depths, i, deepest);
+        const bool curled = !straight || depth < line + kCurl * border.across;
+        found.push_back(
+            std::clamp(curled ? std::max(line, depth) : line, 0.0, static_cast<double>(deepest)));
+    }
+    return found;
+}
+
+void fillPosition(cv::Mat& page, const Border& border, int along, double reach) {
     const int channels = page.channels();
+    const int depth = std::min(static_cast<int>(std::ceil(reach)) + kPenumbra, border.across);
+    for (int inward = 0; inward < depth; ++inward) {
+        const cv::Point pixel = border.at(along, inward);
+        std::fill_n(page.ptr<unsigned char>(pixel.y) + pixel.x * channels, channels, kWhite);
+    }
+}
+
+void fillBorder(cv::Mat& page, const Border& border) {
+    const int deepest = std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
+    const std::vector<Depth> found = depths(page, border, deepest);
+    const std::vector<double> reach = reaches(found, border, deepest);
+    if (reach.empty()) {
+        return;
+    }
+    std::size_t next = 0; // position
     for (int along = 0; along < border.length; ++along) {
-        const double reach = edge.at(along);
-        if (reach <= 0) {
-            continue;
+        while (next + 1 < found.size() && found[next].along < along) {
+            ++next;
         }
-        const int depth = std::min(
-            {static_cast<int>(std::ceil(reach)) + kPenumbra, deepest + kPenumbra, border.across});
-        for (int inward = 0; inward < depth; ++inward) {
-            const cv::Point pixel = border.at(along, inward);
-            std::fill_n(page.ptr<unsigned char>(pixel.y) + pixel.x * channels, channels, kWhite);
+        const double deeper = std::max(reach[next], reach[next == 0 ? 0 : next - 1]);
+        if (deeper > 0) {
+            fillPosition(page, border, along, deeper);
         }
     }
 }
@@ -129,16 +179,8 @@ void fillRim(cv::Mat& page) {
     }
     for (const bool level : {false, true}) {
         for (const bool far : {false, true}) {
-            const Border border{level, far, level ? page.cols : page.rows,
-                                level ? page.rows : page.cols};
-            const int deepest =
-                std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
-            const std::vector<Depth> found = depths(page, border, deepest);
-            int supported = 0;
-            const Edge edge = bestEdge(found, deepest, supported);
-            if (supported >= kSupport * static_cast<double>(found.size())) {
-                fill(page, border, edge, deepest);
-            }
+            fillBorder(page,
+                       {level, far, level ? page.cols : page.rows, level ? page.rows : page.cols});
         }
     }
 }

@@ -16,10 +16,12 @@ namespace {
 
 constexpr int kScale = 4;
 constexpr int kWindow = 11;            // cells: wider than letters are thick
-constexpr float kNoise = 40;           // if ink and paper differ by less it is no ink
-constexpr float kNoiseStep = 60;       // how much darker than paper a pixel has to be then
+constexpr int kBlank = 3;              // cells: some of so many are blank, even in small print
+constexpr float kFaintest = 20;        // how much darker than paper ink is at least
+constexpr float kFaintestInNoise = 90; // where the paper is very noisy
+constexpr float kNoiseShare = 6;       // as much more for each level of noise
 constexpr float kDarkestPaper = 118;   // darker is ink, whatever is around
-constexpr float kInkShare = 0.42F;     // of the way from paper to ink
+constexpr float kInkShare = 0.36F;     // of the way from paper to ink
 constexpr float kReversedShare = 0.6F; // the same where letters are white
 
 // The brightest and the darkest pixel of each cell.
@@ -60,35 +62,54 @@ Extremes extremesOf(const cv::Mat& grey) {
     return extremes;
 }
 
-// paper: the level without ink; ink: the darkest around; mean: of all around.
-float levelOf(float paper, float ink, float mean) {
-    const float contrast = paper - ink;
-    const float brightShare = (mean - ink) / std::max(contrast, 1.0F);
+// What surrounds a cell.
+struct Surroundings {
+    float paper; // the level without ink
+    float blank; // the darkest of a blank cell: less than paper where it is noisy
+    float ink;   // the darkest of all
+    float mean;
+};
+
+float levelOf(const Surroundings& around) {
+    const float contrast = around.paper - around.ink;
+    const float brightShare = (around.mean - around.ink) / std::max(contrast, 1.0F);
     const float reversed = std::clamp((0.5F - brightShare) * 5, 0.0F, 1.0F);
     const float share = kInkShare + (kReversedShare - kInkShare) * reversed;
-    const float faint = kNoiseStep - std::max(contrast - kNoise, 0.0F) * 0.3F;
-    return std::max(paper - std::max(contrast * share, faint), kDarkestPaper);
+    const float noise = std::max(around.paper - around.blank, 0.0F);
+    const float faintest = std::min(kFaintest + kNoiseShare * noise, kFaintestInNoise);
+    return std::max(around.paper - std::max(contrast * share, faintest), kDarkestPaper);
+}
+
+cv::Mat square(int side) {
+    return cv::getStructuringElement(cv::MORPH_RECT, {side, side});
 }
 
 } // namespace
 
 Thresholds thresholds(const cv::Mat& grey) {
     const Extremes extremes = extremesOf(grey);
-    const cv::Mat square = cv::getStructuringElement(cv::MORPH_RECT, {kWindow, kWindow});
     cv::Mat paper;
+    cv::Mat blank;
     cv::Mat ink;
     cv::Mat mean;
-    cv::morphologyEx(extremes.brightest, paper, cv::MORPH_CLOSE, square);
-    cv::erode(extremes.darkest, ink, square);
+    cv::morphologyEx(extremes.brightest, paper, cv::MORPH_CLOSE, square(kWindow));
+    cv::dilate(extremes.darkest, blank, square(kBlank));
+    cv::blur(blank, blank, {kWindow, kWindow});
+    cv::erode(extremes.darkest, ink, square(kWindow));
     cv::blur(ink, ink, {kWindow, kWindow});
     cv::addWeighted(extremes.brightest, 0.5, extremes.darkest, 0.5, 0, mean);
     cv::blur(mean, mean, {kWindow, kWindow});
     Thresholds found{cv::Mat(paper.size(), CV_16U), kScale};
     for (int y = 0; y < paper.rows; ++y) {
+        const auto* papers = paper.ptr<unsigned char>(y);
+        const auto* blanks = blank.ptr<unsigned char>(y);
+        const auto* inks = ink.ptr<unsigned char>(y);
+        const auto* means = mean.ptr<unsigned char>(y);
+        auto* levels = found.levels.ptr<std::uint16_t>(y);
         for (int x = 0; x < paper.cols; ++x) {
-            found.levels.at<std::uint16_t>(y, x) = static_cast<std::uint16_t>(
-                levelOf(paper.at<unsigned char>(y, x), ink.at<unsigned char>(y, x),
-                        mean.at<unsigned char>(y, x)));
+            levels[x] = static_cast<std::uint16_t>(
+                levelOf({static_cast<float>(papers[x]), static_cast<float>(blanks[x]),
+                         static_cast<float>(inks[x]), static_cast<float>(means[x])}));
         }
     }
     return found;

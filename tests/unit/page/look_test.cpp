@@ -186,6 +186,17 @@ TEST(PaperLook, FillsAWedgeOfDeskWithPaper) {
     }
 }
 
+TEST(PaperLook, FillsTheDeskBesideACurledEdge) {
+    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
+    for (int y = 0; y < seen.rows; ++y) {
+        const int depth = static_cast<int>(16 * std::sin(3.14 * y / seen.rows));
+        seen.row(y).colRange(0, depth).setTo(cv::Scalar(60, 120, 170));
+    }
+    const cv::Mat look = paperLook(seen);
+    const cv::Mat white(look.size(), CV_8UC3, kWhite);
+    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
+}
+
 TEST(PaperLook, LeavesPrintNearTheBorder) {
     cv::Mat print = printedPage();
     cv::rectangle(print, {22, 22, 856, 1156}, kBlack, 3);
@@ -213,6 +224,17 @@ TEST(PaperLook, TakesGreyPages) {
     EXPECT_LE(different(look, print, 60), 0.001 * static_cast<double>(print.total()));
 }
 
+TEST(GreyPaperLook, LooksLikeThePaperLookInGrey) {
+    cv::Mat print = printedPage();
+    print(cv::Rect(100, 400, 700, 300)).setTo(cv::Scalar(216, 238, 226));
+    const cv::Mat seen = lit(print, kWarm);
+    cv::Mat wanted;
+    cv::cvtColor(paperLook(seen), wanted, cv::COLOR_BGR2GRAY);
+    const cv::Mat look = greyPaperLook(seen);
+    ASSERT_EQ(look.type(), CV_8UC1);
+    EXPECT_LE(different(look, wanted, 12), 0.001 * static_cast<double>(wanted.total()));
+}
+
 TEST(PaperLook, TakesPagesOfAnySize) {
     for (const int width : {1, 2, 3, 7, 33, 801}) {
         for (const int height : {1, 2, 5, 64, 900}) {
@@ -221,6 +243,7 @@ TEST(PaperLook, TakesPagesOfAnySize) {
                 const cv::Mat look = paperLook(page);
                 EXPECT_EQ(look.size(), page.size());
                 EXPECT_EQ(look.type(), type);
+                EXPECT_EQ(greyPaperLook(page).size(), page.size());
                 EXPECT_EQ(blackAndWhite(look).size(), page.size());
             }
         }

@@ -124,11 +124,10 @@ int resultOf(const Action& action) noexcept {
 
 cv::Mat looking(const DoccamImage& image, int look, int colour) {
     cv::Mat picture = blueFirst(image);
-    if (colour != DOCCAM_COLOUR && picture.channels() == 3) {
-        cv::cvtColor(picture, picture, cv::COLOR_BGR2GRAY);
-    }
     if (look == DOCCAM_LOOK_PAPER || colour == DOCCAM_COLOUR_BLACK_WHITE) {
-        picture = page::paperLook(picture);
+        picture = colour == DOCCAM_COLOUR ? page::paperLook(picture) : page::greyPaperLook(picture);
+    } else if (colour != DOCCAM_COLOUR && picture.channels() == 3) {
+        cv::cvtColor(picture, picture, cv::COLOR_BGR2GRAY);
     }
     if (colour == DOCCAM_COLOUR_BLACK_WHITE) {
         picture = page::blackAndWhite(picture);

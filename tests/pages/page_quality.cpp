@@ -60,9 +60,9 @@ void measurePhotographs(QualityTable& table) {
     }
 }
 
-int report(const QualityTable& table) {
+int report(const QualityTable& table, doccam::test::Means means) {
     std::cout << table.text() << std::flush;
-    const std::vector<std::string> failures = table.failures();
+    const std::vector<std::string> failures = table.failures(means);
     for (const std::string& failure : failures) {
         std::cout << "beyond its bound: " << failure << '\n';
     }
@@ -100,7 +100,8 @@ int main(int argc, char** argv) {
             }
         }
         measurePhotographs(table);
-        return report(table);
+        using doccam::test::Means;
+        return report(table, gate ? Means::kOfAll : Means::kOfEachCategory);
     } catch (const std::exception& error) {
         std::cerr << "page_quality: " << error.what() << '\n';
         return 2;

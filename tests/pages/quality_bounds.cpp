@@ -69,22 +69,6 @@ void append(Values& values, const Values& more) {
     values.insert(values.end(), more.begin(), more.end());
 }
 
-// Sheets one by one, and the mean of those that are not small.
-void requireOverlaps(Sentences& failed, const std::string& category,
-                     const std::vector<FrameMeasures>& frames) {
-    Values overlaps;
-    for (const FrameMeasures& frame : frames) {
-        for (const SheetMeasures& sheet : frame.sheets) {
-            atLeast(failed, "overlap of " + frame.name + " (" + sheet.kind + ")", sheet.overlap,
-                    isSmall(sheet) ? kLeastSmallOverlap : kLeastOverlap);
-            if (!isSmall(sheet)) {
-                overlaps.push_back(sheet.overlap);
-            }
-        }
-    }
-    atLeast(failed, "mean overlap of " + category, mean(overlaps), kMeanOverlap);
-}
-
 } // namespace
 
 Summary summaryOf(const std::vector<FrameMeasures>& frames) {
@@ -120,23 +104,41 @@ Summary summaryOf(const std::vector<FrameMeasures>& frames) {
     return summary;
 }
 
-Sentences categoryFailures(const std::string& category, const std::vector<FrameMeasures>& frames) {
-    static const char* const kColours[] = {"colour", "grey", "black and white"};
+Sentences frameFailures(const std::string& name, const std::vector<FrameMeasures>& frames) {
     Sentences failed;
-    requireOverlaps(failed, category, frames);
-    const Summary summary = summaryOf(frames);
-    atMost(failed, "proportions of " + category, summary.proportions, kProportions);
-    for (std::size_t i = 0; i < summary.words.size(); ++i) {
-        const std::string where = " of " + category + " in " + kColours[i];
-        atLeast(failed, "words" + where, summary.words[i], kWords);
-        atMost(failed, "wrong words" + where, summary.wrong[i], kWrongWords);
-    }
-    atMost(failed, "delta E of fills of " + category, summary.fills, kFillDifference);
-    atMost(failed, "SSIM lost by pictures of " + category, summary.pictures, kPictureLoss);
     for (const FrameMeasures& frame : frames) {
+        for (const SheetMeasures& sheet : frame.sheets) {
+            atLeast(failed, "overlap of " + frame.name + " (" + sheet.kind + ")", sheet.overlap,
+                    isSmall(sheet) ? kLeastSmallOverlap : kLeastOverlap);
+        }
         if (frame.sheets.empty()) {
             atMost(failed, "sheets found on the empty desk " + frame.name, frame.extra, 0);
         }
+    }
+    const Summary summary = summaryOf(frames);
+    atMost(failed, "proportions of " + name, summary.proportions, kProportions);
+    atMost(failed, "delta E of fills of " + name, summary.fills, kFillDifference);
+    atMost(failed, "SSIM lost by pictures of " + name, summary.pictures, kPictureLoss);
+    return failed;
+}
+
+Sentences meanFailures(const std::string& name, const std::vector<FrameMeasures>& frames) {
+    static const char* const kColours[] = {"colour", "grey", "black and white"};
+    Sentences failed;
+    Values overlaps;
+    for (const FrameMeasures& frame : frames) {
+        for (const SheetMeasures& sheet : frame.sheets) {
+            if (!isSmall(sheet)) {
+                overlaps.push_back(sheet.overlap);
+            }
+        }
+    }
+    atLeast(failed, "mean overlap of " + name, mean(overlaps), kMeanOverlap);
+    const Summary summary = summaryOf(frames);
+    for (std::size_t i = 0; i < summary.words.size(); ++i) {
+        const std::string where = " of " + name + " in " + kColours[i];
+        atLeast(failed, "words" + where, summary.words[i], kWords);
+        atMost(failed, "wrong words" + where, summary.wrong[i], kWrongWords);
     }
     return failed;
 }

@@ -25,10 +25,14 @@ struct Summary {
 
 Summary summaryOf(const std::vector<FrameMeasures>& frames);
 
-// A sentence for each bound that does not hold: of one category, of all drawn frames together, of
-// photographs (name and overlap).
-std::vector<std::string> categoryFailures(const std::string& category,
-                                          const std::vector<FrameMeasures>& frames);
+// A sentence for each bound that does not hold: those that each frame must keep, and those of the
+// means of the named frames.
+std::vector<std::string> frameFailures(const std::string& name,
+                                       const std::vector<FrameMeasures>& frames);
+std::vector<std::string> meanFailures(const std::string& name,
+                                      const std::vector<FrameMeasures>& frames);
+
+// Of all drawn frames together, and of photographs (name and overlap).
 std::vector<std::string> overallFailures(const std::vector<FrameMeasures>& frames);
 std::vector<std::string>
 photographFailures(const std::vector<std::pair<std::string, double>>& photographs);

@@ -20,21 +20,22 @@ FrameMeasures frameWith(const std::string& kind, double overlap) {
 }
 
 TEST(QualityBounds, HoldForGoodFrames) {
-    EXPECT_THAT(categoryFailures("a4", {frameWith("a4", 0.995), frameWith("a4", 0.986)}),
-                IsEmpty());
-    EXPECT_THAT(categoryFailures("receipt", {frameWith("receipt", 0.971)}), IsEmpty());
+    const std::vector<FrameMeasures> letters{frameWith("a4", 0.995), frameWith("a4", 0.986)};
+    EXPECT_THAT(frameFailures("a4", letters), IsEmpty());
+    EXPECT_THAT(meanFailures("a4", letters), IsEmpty());
+    EXPECT_THAT(frameFailures("receipt", {frameWith("receipt", 0.971)}), IsEmpty());
 }
 
 TEST(QualityBounds, NameEachFrameBelowItsOverlap) {
-    EXPECT_THAT(categoryFailures("a4", {frameWith("a4", 0.999), frameWith("a4", 0.984)}),
+    EXPECT_THAT(frameFailures("a4", {frameWith("a4", 0.999), frameWith("a4", 0.984)}),
                 ElementsAre(StartsWith("overlap of frame (a4)")));
-    EXPECT_THAT(categoryFailures("card", {frameWith("card", 0.969)}), SizeIs(1));
+    EXPECT_THAT(frameFailures("card", {frameWith("card", 0.969)}), SizeIs(1));
     EXPECT_THAT(overallFailures({frameWith("card", 0.98)}), SizeIs(1));
 }
 
 TEST(QualityBounds, AllowNoSheetOnAnEmptyDesk) {
-    EXPECT_THAT(categoryFailures("empty", {{"empty-3", {}, 0}}), IsEmpty());
-    EXPECT_THAT(categoryFailures("empty", {{"empty-3", {}, 1}}),
+    EXPECT_THAT(frameFailures("empty", {{"empty-3", {}, 0}}), IsEmpty());
+    EXPECT_THAT(frameFailures("empty", {{"empty-3", {}, 1}}),
                 ElementsAre(StartsWith("sheets found on the empty desk empty-3")));
 }
 
@@ -45,10 +46,13 @@ TEST(QualityBounds, AreThoseOfEachMeasure) {
     sheet.readings = Readings{Reading{0.994, 0}, Reading{1, 2}, Reading{1, 1}};
     sheet.fills = {1, 6.1};
     sheet.pictures = {0.021};
-    EXPECT_THAT(categoryFailures("fills", {frame}),
-                ElementsAre(StartsWith("proportions"), StartsWith("words of fills in colour"),
-                            StartsWith("wrong words of fills in grey"), StartsWith("delta E"),
-                            StartsWith("SSIM")));
+    EXPECT_THAT(frameFailures("fills", {frame}),
+                ElementsAre(StartsWith("proportions"), StartsWith("delta E"), StartsWith("SSIM")));
+    EXPECT_THAT(meanFailures("fills", {frame}),
+                ElementsAre(StartsWith("words of fills in colour"),
+                            StartsWith("wrong words of fills in grey")));
+    EXPECT_THAT(meanFailures("a4", {frameWith("a4", 0.989)}),
+                ElementsAre(StartsWith("mean overlap of a4")));
 }
 
 TEST(QualityBounds, AreStricterForTheMeanOfPhotographs) {

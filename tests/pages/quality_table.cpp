@@ -64,16 +64,23 @@ std::string QualityTable::text() const {
     return text;
 }
 
-std::vector<std::string> QualityTable::failures() const {
+std::vector<std::string> QualityTable::failures(Means means) const {
     std::vector<std::string> failed = photographFailures(photographs_);
+    const auto append = [&](const std::vector<std::string>& more) {
+        failed.insert(failed.end(), more.begin(), more.end());
+    };
     std::vector<FrameMeasures> all;
     for (const auto& [category, frames] : rows_) {
-        const std::vector<std::string> own = categoryFailures(category, frames);
-        failed.insert(failed.end(), own.begin(), own.end());
+        append(frameFailures(category, frames));
+        if (means == Means::kOfEachCategory) {
+            append(meanFailures(category, frames));
+        }
         all.insert(all.end(), frames.begin(), frames.end());
     }
-    const std::vector<std::string> common = overallFailures(all);
-    failed.insert(failed.end(), common.begin(), common.end());
+    if (means == Means::kOfAll) {
+        append(meanFailures("all frames", all));
+    }
+    append(overallFailures(all));
     return failed;
 }
 

@@ -9,6 +9,9 @@
 
 namespace doccam::test {
 
+// A single frame of a category has no mean, so those of few frames are taken of all.
+enum class Means { kOfEachCategory, kOfAll };
+
 class QualityTable {
   public:
     void add(const std::string& category, const FrameMeasures& frame);
@@ -19,7 +22,7 @@ class QualityTable {
     std::string text() const;
 
     // A sentence for each bound that does not hold.
-    std::vector<std::string> failures() const;
+    std::vector<std::string> failures(Means means) const;
 
   private:
     using Row = std::pair<std::string, std::vector<FrameMeasures>>;

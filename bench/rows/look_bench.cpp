@@ -51,7 +51,10 @@ Contest looking(const Picture& picture, cv::Mat (*look)(const cv::Mat&)) {
     const auto jpeg = std::make_shared<std::vector<unsigned char>>();
     return {
         .ours = [=] { *result = look(page); },
-        .peer = [=] { cv::imencode(".jpg", page, *jpeg, {cv::IMWRITE_JPEG_QUALITY, 85}); },
+        .peer =
+            [=] {
+                cv::imencode(".jpg", page, *jpeg, {cv::IMWRITE_JPEG_QUALITY, 85});
+            },
         .same = [=] { return isPaper(*result, page) && !jpeg->empty(); },
     };
 }

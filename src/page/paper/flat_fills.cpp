@@ -33,8 +33,8 @@ Rim rimOf(const cv::Mat& rim, const cv::Mat& colour, const cv::Mat& light) {
     std::vector<cv::Point> points;
     cv::findNonZero(rim, points);
     for (const cv::Point point : points) {
-        const auto* seen = colour.ptr<float>(point.y) + point.x * channels;
-        const auto* lit = light.ptr<float>(point.y) + point.x * channels;
+        const auto* seen = colour.ptr<float>(point.y, point.x);
+        const auto* lit = light.ptr<float>(point.y, point.x);
         Colour print{};
         double sum = 0;
         for (int c = 0; c < channels; ++c) {

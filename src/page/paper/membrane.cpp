@@ -34,8 +34,8 @@ Level coarser(const Level& fine) {
             if (known[x] == 0) {
                 continue;
             }
-            ++count[x / 2];
-            const auto weight = 1.0F / static_cast<float>(count[x / 2]);
+            const unsigned char seen = ++count[x / 2];
+            const auto weight = 1.0F / static_cast<float>(seen);
             for (int c = 0; c < channels; ++c) {
                 float& mean = to[(x / 2) * channels + c];
                 mean += (from[x * channels + c] - mean) * weight;

@@ -50,11 +50,10 @@ cv::Mat sharpEdges(const cv::Mat& picture) {
     const int count = picture.cols * channels;
     for (int y = 0; y < picture.rows; ++y) {
         auto* edge = edges.ptr<unsigned char>(y);
-        const auto* row = alongColumns.ptr<unsigned char>(y + kFar);
-        markSharp(row, row + (kFar - kNear) * channels, row + (kFar + kNear) * channels,
-                  row + 2 * kFar * channels, count, edge);
+        const auto along = [&](int x) { return alongColumns.ptr<unsigned char>(y + kFar, x); };
+        markSharp(along(0), along(kFar - kNear), along(kFar + kNear), along(2 * kFar), count, edge);
         const auto at = [&](int offset) {
-            return alongRows.ptr<unsigned char>(y + kFar + offset) + kFar * channels;
+            return alongRows.ptr<unsigned char>(y + kFar + offset, kFar);
         };
         markSharp(at(-kFar), at(-kNear), at(kNear), at(kFar), count, edge);
     }

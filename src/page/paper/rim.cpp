@@ -50,7 +50,7 @@ struct Depth {
 
 bool isPaper(const cv::Mat& page, cv::Point pixel) {
     const int channels = page.channels();
-    const auto* samples = page.ptr<unsigned char>(pixel.y) + pixel.x * channels;
+    const auto* samples = page.ptr<unsigned char>(pixel.y, pixel.x);
     return *std::min_element(samples, samples + channels) >= kPaper;
 }
 
@@ -148,7 +148,7 @@ void fillPosition(cv::Mat& page, const Border& border, int along, double reach) 
     const int depth = std::min(static_cast<int>(std::ceil(reach)) + kPenumbra, border.across);
     for (int inward = 0; inward < depth; ++inward) {
         const cv::Point pixel = border.at(along, inward);
-        std::fill_n(page.ptr<unsigned char>(pixel.y) + pixel.x * channels, channels, kWhite);
+        std::fill_n(page.ptr<unsigned char>(pixel.y, pixel.x), channels, kWhite);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 
 namespace doccam::page {
 
@@ -33,7 +34,7 @@ Gap gapOf(int number, int scale, int width, int cells) {
 StretchedGrid::StretchedGrid(const cv::Mat& grid, int scale, int width, int channels)
   : grid_(grid)
   , scale_(scale)
-  , shift_(std::bit_width(static_cast<unsigned>(scale)))
+  , shift_(static_cast<int>(std::bit_width(static_cast<unsigned>(scale))))
   , width_(width)
   , channels_(channels) {
     for (auto& row : rows_) {
@@ -63,7 +64,7 @@ const std::uint16_t* StretchedGrid::stretched(int gridRow) {
 void StretchedGrid::stretch(const std::uint16_t* from, std::uint16_t* to) const {
     const int own = grid_.channels();
     const auto load = [&](int cell) {
-        const auto* values = from + cell * own;
+        const auto* values = from + std::ptrdiff_t{cell} * own;
         const int last = own - 1;
         return cv::v_int32x4(values[0], values[std::min(1, last)], values[std::min(2, last)], 0);
     };
@@ -74,7 +75,7 @@ void StretchedGrid::stretch(const std::uint16_t* from, std::uint16_t* to) const 
         int weight = scale_ == 1 ? 0 : 1;
         cv::v_int32x4 way = weight == 0 ? cv::v_setzero_s32() : step;
         for (int x = gap.begin; x < gap.end; ++x, weight += 2) {
-            cv::v_pack_u_store(to + x * channels_, before + (way >> shift_));
+            cv::v_pack_u_store(to + std::ptrdiff_t{x} * channels_, before + (way >> shift_));
             way += step + step;
         }
     }

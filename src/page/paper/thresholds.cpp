@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -21,7 +22,7 @@ constexpr float kFaintest = 20;        // how much darker than paper ink is at l
 constexpr float kFaintestInNoise = 90; // where the paper is very noisy
 constexpr float kNoiseShare = 6;       // as much more for each level of noise
 constexpr float kDarkestPaper = 118;   // darker is ink, whatever is around
-constexpr float kInkShare = 0.36F;     // of the way from paper to ink
+constexpr float kInkShare = 0.33F;     // of the way from paper to ink
 constexpr float kReversedShare = 0.6F; // the same where letters are white
 
 // The brightest and the darkest pixel of each cell.
@@ -41,10 +42,10 @@ void extremesOfRow(const cv::Mat& grey, int cellRow, std::vector<unsigned char>&
     auto* bright = extremes.brightest.ptr<unsigned char>(cellRow);
     auto* dark = extremes.darkest.ptr<unsigned char>(cellRow);
     for (int x = 0; x < extremes.brightest.cols; ++x) {
-        bright[x] = std::max(std::max(brightest[4 * x], brightest[4 * x + 1]),
-                             std::max(brightest[4 * x + 2], brightest[4 * x + 3]));
-        dark[x] = std::min(std::min(darkest[4 * x], darkest[4 * x + 1]),
-                           std::min(darkest[4 * x + 2], darkest[4 * x + 3]));
+        const auto* four = brightest.data() + std::ptrdiff_t{kScale} * x;
+        bright[x] = std::max(std::max(four[0], four[1]), std::max(four[2], four[3]));
+        four = darkest.data() + std::ptrdiff_t{kScale} * x;
+        dark[x] = std::min(std::min(four[0], four[1]), std::min(four[2], four[3]));
     }
 }
 
@@ -100,18 +101,20 @@ Thresholds thresholds(const cv::Mat& grey) {
     cv::addWeighted(extremes.brightest, 0.5, extremes.darkest, 0.5, 0, mean);
     cv::blur(mean, mean, {kWindow, kWindow});
     Thresholds found{cv::Mat(paper.size(), CV_16U), kScale};
-    for (int y = 0; y < paper.rows; ++y) {
-        const auto* papers = paper.ptr<unsigned char>(y);
-        const auto* blanks = blank.ptr<unsigned char>(y);
-        const auto* inks = ink.ptr<unsigned char>(y);
-        const auto* means = mean.ptr<unsigned char>(y);
-        auto* levels = found.levels.ptr<std::uint16_t>(y);
-        for (int x = 0; x < paper.cols; ++x) {
-            levels[x] = static_cast<std::uint16_t>(
-                levelOf({static_cast<float>(papers[x]), static_cast<float>(blanks[x]),
-                         static_cast<float>(inks[x]), static_cast<float>(means[x])}));
+    forEachStrip(Strips(paper.rows), [&](const cv::Range& rows, int) {
+        for (int y = rows.start; y < rows.end; ++y) {
+            const auto* papers = paper.ptr<unsigned char>(y);
+            const auto* blanks = blank.ptr<unsigned char>(y);
+            const auto* inks = ink.ptr<unsigned char>(y);
+            const auto* means = mean.ptr<unsigned char>(y);
+            auto* levels = found.levels.ptr<std::uint16_t>(y);
+            for (int x = 0; x < paper.cols; ++x) {
+                levels[x] = static_cast<std::uint16_t>(
+                    levelOf({static_cast<float>(papers[x]), static_cast<float>(blanks[x]),
+                             static_cast<float>(inks[x]), static_cast<float>(means[x])}));
+            }
         }
-    }
+    });
     return found;
 }
 

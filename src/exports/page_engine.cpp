@@ -45,11 +45,12 @@ cv::Mat pixelsOf(const DoccamImage& image) {
 }
 
 cv::Mat blueFirst(const DoccamImage& image) {
-    cv::Mat pixels = pixelsOf(image);
-    if (image.pixels == DOCCAM_PIXELS_RGB) {
-        cv::cvtColor(pixels, pixels, cv::COLOR_RGB2BGR);
+    if (image.pixels != DOCCAM_PIXELS_RGB) {
+        return pixelsOf(image);
     }
-    return pixels;
+    cv::Mat swapped;
+    cv::cvtColor(pixelsOf(image), swapped, cv::COLOR_RGB2BGR);
+    return swapped;
 }
 
 page::Sheet sheetOf(const DoccamSheet& sheet) {
@@ -127,12 +128,16 @@ cv::Mat looking(const DoccamImage& image, int look, int colour) {
     if (look == DOCCAM_LOOK_PAPER || colour == DOCCAM_COLOUR_BLACK_WHITE) {
         picture = colour == DOCCAM_COLOUR ? page::paperLook(picture) : page::greyPaperLook(picture);
     } else if (colour != DOCCAM_COLOUR && picture.channels() == 3) {
-        cv::cvtColor(picture, picture, cv::COLOR_BGR2GRAY);
+        cv::Mat grey; // picture's pixels may be the caller's
+        cv::cvtColor(picture, grey, cv::COLOR_BGR2GRAY);
+        picture = grey;
     }
     if (colour == DOCCAM_COLOUR_BLACK_WHITE) {
         picture = page::blackAndWhite(picture);
     } else if (colour == DOCCAM_COLOUR && image.pixels == DOCCAM_PIXELS_RGB) {
-        cv::cvtColor(picture, picture, cv::COLOR_BGR2RGB);
+        cv::Mat swapped;
+        cv::cvtColor(picture, swapped, cv::COLOR_BGR2RGB);
+        picture = swapped;
     }
     return picture;
 }

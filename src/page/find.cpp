@@ -22,16 +22,15 @@ Corners inPicture(const Corners& reduced, int factor) {
     return corners;
 }
 
-struct Judged {
+struct Judged : Judgement {
     Candidate candidate;
-    double confidence;
 };
 
 // The best first, without those that are nearly the same as a better one.
 std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
     std::vector<Judged> all;
     for (const Candidate& candidate : candidates) {
-        all.push_back({candidate, confidenceIn(candidate, evidence)});
+        all.push_back({judgementOf(candidate, evidence), candidate});
     }
     std::sort(all.begin(), all.end(), [](const Judged& one, const Judged& other) {
         return one.confidence > other.confidence;
@@ -51,17 +50,46 @@ bool encloses(const Corners& outer, const Corners& inner) {
     });
 }
 
-// A line printed across a sheet makes a quadrilateral of a part of it, often a surer one.
+int sharedSides(const Corners& one, const Corners& other) {
+    constexpr double kNear = 3;
+    int shared = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const cv::Point2d side = one[(i + 1) % 4] - one[i];
+        const cv::Point2d normal = cv::Point2d(-side.y, side.x) / cv::norm(side);
+        int near = 0;
+        for (const cv::Point2d& corner : other) {
+            near += std::abs((corner - one[i]).dot(normal)) < kNear ? 1 : 0;
+        }
+        shared += near >= 2 ? 1 : 0;
+    }
+    return shared;
+}
+
+// A part of a sheet, as between a line printed across and three of its sides, may be surer than the
+// whole.
+bool isWholeOf(const Judged& whole, const Judged& part, const Evidence& evidence) {
+    constexpr double kNearlyAsSure = 0.15;
+    constexpr double kAsSure = 0.06;
+    constexpr double kMoreAlike = 0.08;
+    const Corners& outer = whole.candidate.corners;
+    const Corners& inner = part.candidate.corners;
+    if (whole.candidate.cut != part.candidate.cut ||
+        whole.confidence < part.confidence - kNearlyAsSure || !encloses(outer, inner)) {
+        return false;
+    }
+    return continuesTo(outer, inner, whole.contrast, evidence) ||
+           (whole.confidence > part.confidence - kAsSure &&
+            whole.candidate.support > part.candidate.support - kAsSure &&
+            whole.contrast > 0.6 * part.contrast &&
+            whole.background > part.background + kMoreAlike && sharedSides(outer, inner) >= 2);
+}
+
 const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all,
                       const Evidence& evidence) {
-    constexpr double kAboutAsSure = 0.15;
     const Judged* whole = &part;
     for (const Judged& other : all) {
-        if (other.candidate.cut == part.candidate.cut &&
-            other.confidence > part.confidence - kAboutAsSure &&
-            areaOf(other.candidate.corners) > 1.05 * areaOf(whole->candidate.corners) &&
-            encloses(other.candidate.corners, part.candidate.corners) &&
-            continuesTo(other.candidate.corners, part.candidate.corners, evidence)) {
+        if (areaOf(other.candidate.corners) > 1.05 * areaOf(whole->candidate.corners) &&
+            isWholeOf(other, part, evidence)) {
             whole = &other;
         }
     }

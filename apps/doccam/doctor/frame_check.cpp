@@ -2,6 +2,8 @@
 
 #include "base/pictures/jpeg_file_reader.h"
 
+#include <opencv2/core.hpp>
+
 #include <algorithm>
 #include <array>
 

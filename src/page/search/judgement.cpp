@@ -132,11 +132,12 @@ double saturating(double value, double half) {
 
 } // namespace
 
-double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
+Judgement judgementOf(const Candidate& candidate, const Evidence& evidence) {
     const Corners& corners = candidate.corners;
     double consistency = 0;
     double leastConsistency = 1;
     double contrast = 1;
+    double faintest = 1e9;
     double evenness = 0;
     double jumps = 0;
     double brighter = 0;
@@ -152,6 +153,7 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
         consistency += view->consistency;
         leastConsistency = std::min(leastConsistency, view->consistency);
         contrast = std::min(contrast, saturating(view->contrast, 3));
+        faintest = std::min(faintest, view->contrast);
         evenness += view->evenness;
         jumps += view->jumps;
         brighter += view->brighter > 0 ? 1 : 0;
@@ -159,7 +161,7 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
         outsides.push_back(view->outside);
     }
     if (seen < 3) {
-        return 0;
+        return {};
     }
     consistency /= seen;
     evenness /= seen;
@@ -177,13 +179,14 @@ double confidenceIn(const Candidate& candidate, const Evidence& evidence) {
     const double background = 1 / (1 + oddestOf(outsides) / 30);
     const double sameness = 1 / (1 + spread / 40);
     const double size = std::sqrt(areaOf(corners) / evidence.colour.size().area());
-    const double score = 0.20 * candidate.support + 0.16 * consistency + 0.10 * leastConsistency +
-                         0.10 * contrast + 0.08 * evenness + 0.08 * brighter + 0.05 * sameness +
-                         0.12 * background + 0.11 * size;
+    const double score = 0.32 * candidate.support + 0.14 * consistency + 0.08 * leastConsistency +
+                         0.08 * contrast + 0.08 * evenness + 0.08 * brighter + 0.05 * sameness +
+                         0.10 * background + 0.07 * size;
     constexpr double kManyJumps = 0.20;
     const double smoothness = 1 / (1 + (jumps / kManyJumps) * (jumps / kManyJumps));
     constexpr double kOfCut = 0.88; // one side proves nothing
-    return std::clamp(score * (0.35 + 0.65 * smoothness) * (candidate.cut ? kOfCut : 1), 0.0, 1.0);
+    const double confidence = score * (0.35 + 0.65 * smoothness) * (candidate.cut ? kOfCut : 1);
+    return {std::clamp(confidence, 0.0, 1.0), faintest, background};
 }
 
 // The corners of inner in the order of the nearest ones of outer.
@@ -205,13 +208,15 @@ Corners matched(const Corners& inner, const Corners& outer) {
     return best;
 }
 
-bool continuesTo(const Corners& whole, const Corners& part, const Evidence& evidence) {
+bool continuesTo(const Corners& whole, const Corners& part, double contrast,
+                 const Evidence& evidence) {
     constexpr double kApart = 4;
-    constexpr double kOffset = 3;
+    constexpr double kInside = 3;
+    constexpr double kBeyond = 8; // behind a printed line, too
+    const double same = std::max(2.0, 0.3 * contrast);
     const Corners inner = matched(part, whole);
     for (std::size_t i = 0; i < 4; ++i) {
-        int paper = 0;
-        int desk = 0;
+        std::vector<float> changes;
         for (int k = 0; k < kSamples; ++k) {
             const double at = (k + 0.5) / kSamples;
             const cv::Point2d here = inner[i] + (inner[(i + 1) % 4] - inner[i]) * at;
@@ -221,15 +226,14 @@ bool continuesTo(const Corners& whole, const Corners& part, const Evidence& evid
                 continue;
             }
             const cv::Point2d outwards = (there - here) / apart;
-            const auto inside = colourAt(evidence.colour, here - outwards * kOffset);
-            const auto between = colourAt(evidence.colour, (here + there) / 2.0);
-            const auto outside = colourAt(evidence.colour, there + outwards * kOffset);
-            if (inside && between && outside) {
-                const bool isPaper = cv::norm(*between - *inside) < cv::norm(*between - *outside);
-                ++(isPaper ? paper : desk);
+            const auto inside = colourAt(evidence.colour, here - outwards * kInside);
+            const auto beyond =
+                colourAt(evidence.colour, here + outwards * std::min(kBeyond, apart / 2));
+            if (inside && beyond) {
+                changes.push_back(static_cast<float>(cv::norm(*beyond - *inside)));
             }
         }
-        if (desk > paper) {
+        if (changes.size() > kSamples / 3 && median(std::move(changes)) > same) {
             return false;
         }
     }

@@ -6,13 +6,19 @@
 
 namespace doccam::page {
 
-// 0 to 1; below kLeastConfidence it is no sheet.
-double confidenceIn(const Candidate& candidate, const Evidence& evidence);
+struct Judgement {
+    double confidence = 0; // 0 to 1; below kLeastConfidence it is no sheet
+    double contrast = 0;   // levels between inside and outside, of the faintest side
+    double background = 0; // how much alike its surroundings are on all sides, 0 to 1
+};
+
+Judgement judgementOf(const Candidate& candidate, const Evidence& evidence);
 
 inline constexpr double kLeastConfidence = 0.5;
 
-// Whether the sheet goes on from part to whole, which encloses it: what lies between their sides
-// looks like the inside of part rather than like the outside of whole.
-bool continuesTo(const Corners& whole, const Corners& part, const Evidence& evidence);
+// Whether the sheet goes on from part to whole, which encloses it and whose faintest side has that
+// contrast: beyond the sides of part that are not those of whole it looks as inside.
+bool continuesTo(const Corners& whole, const Corners& part, double contrast,
+                 const Evidence& evidence);
 
 } // namespace doccam::page

@@ -1,0 +1,123 @@
+// Sheets found in drawn pictures, and found again.
+#include "drawn_sheets.h"
+#include "page/find.h"
+#include "page/quadrilateral.h"
+
+#include <gmock/gmock.h>
+#include <opencv2/imgproc.hpp>
+
+namespace doccam::test {
+namespace {
+
+using page::Corners;
+using page::findSheetAgain;
+using page::findSheets;
+using page::Sheet;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const Camera kTilted{.tilt = 18, .pan = -9, .turn = 12, .distance = 1.9};
+const cv::Scalar kPaper(238, 240, 242);
+
+void expectNear(const Corners& found, const Corners& truth, double pixels) {
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_LT(cv::norm(found[i] - truth[i]), pixels) << found[i] << truth[i];
+    }
+}
+
+class FindSheets : public testing::TestWithParam<cv::Scalar> {};
+
+TEST_P(FindSheets, FindsASheetInPerspectiveToAFractionOfAPixel) {
+    const Corners truth = seenCorners(kTilted, 0.707);
+    cv::Mat picture = drawnSheet(kTilted.picture, truth, kPaper, GetParam());
+    addNoise(picture, 2);
+    const auto sheets = findSheets(picture, 4);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 0.7);
+    EXPECT_FALSE(sheets[0].cut);
+    EXPECT_GT(sheets[0].confidence, 0.7);
+}
+
+INSTANTIATE_TEST_SUITE_P(Desks, FindSheets,
+                         testing::Values(cv::Scalar(30, 30, 30), cv::Scalar(60, 100, 150),
+                                         cv::Scalar(128, 128, 128), cv::Scalar(228, 230, 233),
+                                         cv::Scalar(200, 240, 242)));
+
+TEST(FindSheets, FindsNothingOnAnEmptyDesk) {
+    for (const double grey : {0.0, 90.0, 235.0, 255.0}) {
+        cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar::all(grey));
+        EXPECT_THAT(findSheets(desk, 4), IsEmpty());
+        addNoise(desk, 3);
+        EXPECT_THAT(findSheets(desk, 4), IsEmpty());
+    }
+}
+
+TEST(FindSheets, FindsNothingInStripes) {
+    cv::Mat stripes(900, 1200, CV_8UC3, cv::Scalar(80, 120, 160));
+    for (int x = 0; x < stripes.cols; x += 100) {
+        stripes.colRange(x, x + 50).setTo(cv::Scalar(180, 190, 200));
+    }
+    EXPECT_THAT(findSheets(stripes, 4), IsEmpty());
+}
+
+TEST(FindSheets, FindsSeveralAndNoMoreThanWanted) {
+    cv::Mat picture(900, 1200, CV_8UC3, cv::Scalar(40, 60, 70));
+    for (const int x : {80, 460, 840}) {
+        cv::rectangle(picture, cv::Rect(x, 200, 280, 400), kPaper, cv::FILLED);
+    }
+    EXPECT_THAT(findSheets(picture, 8), SizeIs(3));
+    EXPECT_THAT(findSheets(picture, 2), SizeIs(2));
+}
+
+TEST(FindSheets, IsNotDisturbedByAFingerAndAFoldedCorner) {
+    const Corners truth = seenCorners({.turn = 4, .distance = 1.8}, 0.707);
+    cv::Mat picture = drawnSheet({1200, 900}, truth, kPaper, {50, 70, 90});
+    cv::ellipse(picture, truth[0] * 0.5 + truth[3] * 0.5, {90, 35}, 5, 0, 360, {110, 140, 200},
+                cv::FILLED, cv::LINE_AA);
+    const cv::Point2d fold[] = {truth[2], truth[2] + (truth[1] - truth[2]) * 0.1,
+                                truth[2] + (truth[3] - truth[2]) * 0.12};
+    cv::fillConvexPoly(picture, std::vector<cv::Point>(std::begin(fold), std::end(fold)),
+                       {50, 70, 90}, cv::LINE_AA);
+    const auto sheets = findSheets(picture, 1);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 2);
+}
+
+TEST(FindSheets, MarksASheetWhoseSideLiesOutsideAsCut) {
+    Corners truth = seenCorners({.distance = 1.6}, 0.707);
+    cv::Mat picture = drawnSheet({1200, 900}, truth, kPaper, {50, 70, 90});
+    const auto sheets = findSheets(picture(cv::Rect(0, 0, 1200, 600)), 1);
+    ASSERT_THAT(sheets, SizeIs(1));
+    EXPECT_TRUE(sheets[0].cut);
+}
+
+TEST(FindSheets, TakesPicturesOfAnySize) {
+    for (const cv::Size size : {cv::Size(1, 1), cv::Size(1, 4000), cv::Size(31, 31),
+                                cv::Size(33, 40), cv::Size(40, 3000)}) {
+        findSheets(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)), 2);
+        findSheets(cv::Mat(size, CV_8UC1, cv::Scalar::all(9)), 2);
+        findSheetAgain(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)),
+                       {Corners{{{1, 1}, {20, 1}, {20, 20}, {1, 20}}}});
+    }
+}
+
+TEST(FindSheetAgain, FollowsASheetThatHasMovedALittle) {
+    const Corners before = seenCorners(kTilted, 0.707);
+    Corners after = before;
+    for (cv::Point2d& corner : after) {
+        corner += cv::Point2d(7, -5);
+    }
+    const cv::Mat picture = drawnSheet(kTilted.picture, after, kPaper, {50, 70, 90});
+    const auto sheets = findSheetAgain(picture, {before, 0.9, false});
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, after, 0.7);
+}
+
+TEST(FindSheetAgain, FindsNothingWhereTheSheetIsGone) {
+    cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar(50, 70, 90));
+    addNoise(desk, 2);
+    EXPECT_THAT(findSheetAgain(desk, {seenCorners(kTilted, 0.707), 0.9, false}), IsEmpty());
+}
+
+} // namespace
+} // namespace doccam::test

@@ -42,7 +42,7 @@ struct Sampling {
 
 // libjpeg keeps all coefficients of a picture with several scans.
 std::uint64_t coefficientBytes(const PictureHeader& header, const std::vector<Sampling>& parts) {
-    Sampling maximum;
+    Sampling maximum{1, 1};
     for (const Sampling& part : parts) {
         maximum = {std::max(maximum.across, part.across), std::max(maximum.down, part.down)};
     }

@@ -14,6 +14,7 @@ constexpr int kLargest = std::numeric_limits<int>::max();
 
 const std::vector<std::string> kControls = [] {
     std::vector<std::string> names;
+    names.reserve(std::size(host::kControlNames));
     for (const host::ControlName& control : host::kControlNames) {
         names.emplace_back(control.text);
     }

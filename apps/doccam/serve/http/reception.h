@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace doccam::serve {
@@ -24,7 +25,11 @@ struct PeerAddress {
     std::array<unsigned char, 8> bytes{};
     bool six = false;
 
-    auto operator<=>(const PeerAddress&) const = default;
+    bool operator<(const PeerAddress& other) const {
+        return std::tie(six, bytes) < std::tie(other.six, other.bytes);
+    }
+
+    bool operator==(const PeerAddress&) const = default;
 };
 
 PeerAddress peerAddressOf(const sockaddr_storage& address);

@@ -21,7 +21,9 @@ constexpr int kBlank = 3;              // cells: some of so many are blank, even
 constexpr float kFaintest = 20;        // how much darker than paper ink is at least
 constexpr float kFaintestInNoise = 90; // where the paper is very noisy
 constexpr float kNoiseShare = 6;       // as much more for each level of noise
-constexpr float kDarkestPaper = 118;   // darker is ink, whatever is around
+constexpr float kDarkestPaper = 128;   // darker is ink, or a picture, throughout
+constexpr float kDarkestLevel = 118;   // of what lies on paper
+constexpr float kClear = 35; // between a level and the one tone of a fill, so that it has no specks
 constexpr float kInkShare = 0.33F;     // of the way from paper to ink
 constexpr float kReversedShare = 0.6F; // the same where letters are white
 
@@ -72,13 +74,17 @@ struct Surroundings {
 };
 
 float levelOf(const Surroundings& around) {
+    if (around.paper < kDarkestPaper) {
+        return around.paper + kClear;
+    }
     const float contrast = around.paper - around.ink;
     const float brightShare = (around.mean - around.ink) / std::max(contrast, 1.0F);
     const float reversed = std::clamp((0.5F - brightShare) * 5, 0.0F, 1.0F);
     const float share = kInkShare + (kReversedShare - kInkShare) * reversed;
     const float noise = std::max(around.paper - around.blank, 0.0F);
     const float faintest = std::min(kFaintest + kNoiseShare * noise, kFaintestInNoise);
-    return std::max(around.paper - std::max(contrast * share, faintest), kDarkestPaper);
+    return std::max(around.paper - std::max(contrast * share, faintest),
+                    std::min(kDarkestLevel, around.paper - kClear));
 }
 
 cv::Mat square(int side) {

@@ -294,6 +294,18 @@ TEST(BlackAndWhite, HasNoSpecksOnNoisyPaper) {
     EXPECT_EQ(cv::countNonZero(bits == 0), 0);
 }
 
+TEST(BlackAndWhite, HasNoSpecksInFills) {
+    // Those next to the tone that parts black from white may be either, in patches.
+    for (const int tone : {60, 90, 105, 116, 140, 150, 165, 180, 200, 220}) {
+        cv::Mat print(1200, 900, CV_8UC3, kWhite);
+        print(cv::Rect(80, 300, 740, 400)).setTo(cv::Scalar::all(tone));
+        const cv::Mat bits = blackAndWhite(paperLook(lit(print, kWarm, 0.7)));
+        const cv::Rect inner(100, 320, 700, 360);
+        const int black = cv::countNonZero(bits(inner) == 0);
+        EXPECT_TRUE(black == 0 || black == inner.area()) << black << " black at " << tone;
+    }
+}
+
 TEST(BlackAndWhite, KeepsReversedPrint) {
     cv::Mat print(1200, 900, CV_8UC3, kWhite);
     print(cv::Rect(80, 300, 740, 120)).setTo(cv::Scalar(60, 40, 30));

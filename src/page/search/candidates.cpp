@@ -69,7 +69,7 @@ double supportOf(const std::array<Side, 4>& sides) {
     if (least < kLeastSupport || sum < kLeastMeanSupport) {
         return 0;
     }
-    return 0.7 * sum + 0.3 * least - 0.25 * outside;
+    return 0.7 * sum + 0.3 * least - 0.5 * outside;
 }
 
 void addCandidate(const Pair& rows, const Pair& columns, cv::Size picture,

@@ -14,7 +14,7 @@ struct Judgement {
 
 Judgement judgementOf(const Candidate& candidate, const Evidence& evidence);
 
-inline constexpr double kLeastConfidence = 0.5;
+inline constexpr double kLeastConfidence = 0.71;
 
 // Whether the sheet goes on from part to whole, which encloses it and whose faintest side has that
 // contrast: beyond the sides of part that are not those of whole it looks as inside.

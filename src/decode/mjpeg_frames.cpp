@@ -17,10 +17,13 @@ const MjpegCodec& codec() {
     return moduleTable<MjpegCodec>(kMjpegModule);
 }
 
-MjpegDecoder* makeDecoder() try { return codec().makeDecoder(); } catch (const ModuleError& error) {
-
-    std::fprintf(stderr, "doccam: %s\n", error.what());
-    return noDecoder();
+MjpegDecoder* makeDecoder() {
+    try {
+        return codec().makeDecoder();
+    } catch (const ModuleError& error) {
+        std::fprintf(stderr, "doccam: %s\n", error.what());
+        return noDecoder();
+    }
 }
 
 void release(MjpegDecoder* decoder) {

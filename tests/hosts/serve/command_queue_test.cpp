@@ -132,13 +132,14 @@ TEST(CommandQueue, RefusesAnOfferBeyondItsLengthWhileItsThreadIsBusy) {
 }
 
 TEST(CommandQueue, AcceptsAnOfferForEachIdleThread) {
+    // They outlive the threads.
+    std::promise<void> begun[2];
+    std::promise<void> released;
+    const std::shared_future<void> mayEnd = released.get_future().share();
     CommandQueue queue(0);
     EXPECT_FALSE(offer(queue, [] {}));
     const Server first(queue);
     const Server second(queue);
-    std::promise<void> begun[2];
-    std::promise<void> released;
-    const std::shared_future<void> mayEnd = released.get_future().share();
     for (std::promise<void>& one : begun) {
         while (!offer(queue, [&] {
             one.set_value();

@@ -46,11 +46,11 @@ MjpegPicture makeMjpegPicture(const DecoderSlot& slot) {
 }
 
 Decoded decodeFrame(const DecoderSlot& slot, const MjpegFrame& frame, AVFrame* picture) {
-    if (frame.data.empty() || slot.load(std::memory_order_acquire) == nullptr) {
+    MjpegDecoder* const decoder = slot.load(std::memory_order_acquire);
+    if (frame.data.empty() || decoder == nullptr) {
         return Decoded::kNothing;
     }
-    MjpegDecoder* const decoder = decoderIn(slot);
-    return decoder != nullptr ? codec().decode(*decoder, frame, picture) : Decoded::kError;
+    return decoder != noDecoder() ? codec().decode(*decoder, frame, picture) : Decoded::kError;
 }
 
 void adoptPicture(const DecoderSlot& slot, AVFrame& picture) {

@@ -26,7 +26,7 @@ struct Judged : Judgement {
     Candidate candidate;
 };
 
-// The best first, without those that are nearly the same as a better one.
+// The surest first.
 std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
     std::vector<Judged> all;
     for (const Candidate& candidate : candidates) {
@@ -40,10 +40,7 @@ std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evide
 
 bool encloses(const Corners& outer, const Corners& inner) {
     constexpr double kSlack = 4; // pixels of the reduced picture
-    cv::Point2d middle;
-    for (const cv::Point2d& corner : inner) {
-        middle += corner / 4.0;
-    }
+    const cv::Point2d middle = middleOf(inner);
     return std::all_of(inner.begin(), inner.end(), [&](cv::Point2d corner) {
         const cv::Point2d inwards = middle - corner;
         return contains(outer, corner + inwards * (kSlack / cv::norm(inwards)));
@@ -98,15 +95,7 @@ const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all,
 
 // Sheets may lie on each other, but one found is not found again.
 bool overlaps(const Corners& one, const Corners& other) {
-    cv::Point2d middle;
-    for (const cv::Point2d& corner : one) {
-        middle += corner / 4.0;
-    }
-    cv::Point2d otherMiddle;
-    for (const cv::Point2d& corner : other) {
-        otherMiddle += corner / 4.0;
-    }
-    return contains(other, middle) || contains(one, otherMiddle);
+    return contains(other, middleOf(one)) || contains(one, middleOf(other));
 }
 
 bool isCut(const Corners& corners, cv::Size picture) {

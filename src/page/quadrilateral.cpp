@@ -45,6 +45,10 @@ bool isConvex(const Corners& corners) {
     return true;
 }
 
+cv::Point2d middleOf(const Corners& corners) {
+    return (corners[0] + corners[1] + corners[2] + corners[3]) / 4.0;
+}
+
 bool contains(const Corners& corners, cv::Point2d place) {
     for (std::size_t i = 0; i < 4; ++i) {
         const cv::Point2d side = corners[(i + 1) % 4] - corners[i];

@@ -13,6 +13,9 @@ double areaOf(const Corners& corners);
 
 bool isConvex(const Corners& corners);
 
+// The mean of the corners.
+cv::Point2d middleOf(const Corners& corners);
+
 // Whether place lies inside of the clockwise corners.
 bool contains(const Corners& corners, cv::Point2d place);
 

@@ -130,6 +130,25 @@ double saturating(double value, double half) {
     return value / (value + half);
 }
 
+// The corners of inner in the order of the nearest ones of outer.
+Corners matched(const Corners& inner, const Corners& outer) {
+    Corners best = inner;
+    double least = 1e18;
+    for (std::size_t turn = 0; turn < 4; ++turn) {
+        Corners turned;
+        double sum = 0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            turned[i] = inner[(i + turn) % 4];
+            sum += cv::norm(turned[i] - outer[i]);
+        }
+        if (sum < least) {
+            least = sum;
+            best = turned;
+        }
+    }
+    return best;
+}
+
 } // namespace
 
 Judgement judgementOf(const Candidate& candidate, const Evidence& evidence) {
@@ -189,30 +208,11 @@ Judgement judgementOf(const Candidate& candidate, const Evidence& evidence) {
     return {std::clamp(confidence, 0.0, 1.0), faintest, background};
 }
 
-// The corners of inner in the order of the nearest ones of outer.
-Corners matched(const Corners& inner, const Corners& outer) {
-    Corners best = inner;
-    double least = 1e18;
-    for (std::size_t turn = 0; turn < 4; ++turn) {
-        Corners turned;
-        double sum = 0;
-        for (std::size_t i = 0; i < 4; ++i) {
-            turned[i] = inner[(i + turn) % 4];
-            sum += cv::norm(turned[i] - outer[i]);
-        }
-        if (sum < least) {
-            least = sum;
-            best = turned;
-        }
-    }
-    return best;
-}
-
 bool continuesTo(const Corners& whole, const Corners& part, double contrast,
                  const Evidence& evidence) {
     constexpr double kApart = 4;
     constexpr double kInside = 3;
-    constexpr double kBeyond = 8; // behind a printed line, too
+    constexpr double kBeyond = 8; // past a printed line, too
     const double same = std::max(2.0, 0.3 * contrast);
     const Corners inner = matched(part, whole);
     for (std::size_t i = 0; i < 4; ++i) {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kProfiles = 160; // across each side
 
-// The picture's colour between pixels, with tenths of neighbours' noise taken out along the side.
+// The picture's colour between pixels.
 cv::Vec3f colourAt(const cv::Mat& picture, cv::Point2d place) {
     const int x = std::clamp(static_cast<int>(std::floor(place.x)), 0, picture.cols - 2);
     const int y = std::clamp(static_cast<int>(std::floor(place.y)), 0, picture.rows - 2);
@@ -301,6 +301,11 @@ bool isOnBorder(cv::Point2d from, cv::Point2d to, cv::Size picture) {
 } // namespace
 
 std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corners, double reach) {
+    // Lines that are nearly parallel meet anywhere, and a caller's corners may be anything.
+    constexpr double kMargin = 0.5;
+    if (!isPlausible(corners, picture.size(), 0, kMargin)) {
+        return std::nullopt;
+    }
     std::vector<FittedSide> sides;
     double support = 1;
     for (std::size_t i = 0; i < 4; ++i) {
@@ -321,7 +326,8 @@ std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corne
     for (std::size_t i = 0; i < 4; ++i) {
         sheet.corners[i] = sides[(i + 3) % 4].end.meet(sides[i].start);
     }
-    return isConvex(sheet.corners) ? std::optional(sheet) : std::nullopt;
+    return isPlausible(sheet.corners, picture.size(), 0, kMargin) ? std::optional(sheet)
+                                                                  : std::nullopt;
 }
 
 } // namespace doccam::page

@@ -119,5 +119,13 @@ TEST(FindSheetAgain, FindsNothingWhereTheSheetIsGone) {
     EXPECT_THAT(findSheetAgain(desk, {seenCorners(kTilted, 0.707), 0.9, false}), IsEmpty());
 }
 
+TEST(FindSheetAgain, FindsNothingFarFromThePicture) {
+    const cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar(50, 70, 90));
+    for (const double far : {3e3, 6e4, 1e9}) {
+        EXPECT_THAT(findSheetAgain(desk, {{{{-far, -far}, {far, -far}, {far, far}, {-far, far}}}}),
+                    IsEmpty());
+    }
+}
+
 } // namespace
 } // namespace doccam::test

@@ -84,28 +84,35 @@ bool isUsable(const page::Corners& corners) {
            page::isConvex(corners) && page::areaOf(corners) >= 1;
 }
 
-// The page and its pixels are freed apart.
-DoccamPage* asPage(const cv::Mat& picture, int pixels) {
-    auto page = std::make_unique<DoccamPage>();
-    page->width = picture.cols;
-    page->height = picture.rows;
-    page->pixels = pixels;
-    page->stride = pixels == DOCCAM_PIXELS_BITS ? (static_cast<std::size_t>(picture.cols) + 7) / 8
-                                                : picture.cols * picture.elemSize();
-    auto data =
-        std::make_unique<unsigned char[]>(page->stride * static_cast<std::size_t>(picture.rows));
+// A result, with its pixels behind it.
+struct OwnedPage : DoccamPage {
+    cv::Mat pixelsHeld;
+};
+
+// One bit a pixel.
+cv::Mat packed(const cv::Mat& picture) {
+    cv::Mat bits = cv::Mat::zeros(picture.rows, (picture.cols + 7) / 8, CV_8U);
     for (int y = 0; y < picture.rows; ++y) {
-        unsigned char* const row = data.get() + page->stride * static_cast<std::size_t>(y);
+        unsigned char* const row = bits.ptr(y);
         const unsigned char* const from = picture.ptr(y);
-        if (pixels != DOCCAM_PIXELS_BITS) {
-            std::copy_n(from, page->stride, row);
-            continue;
-        }
         for (int x = 0; x < picture.cols; ++x) {
             row[x / 8] |= static_cast<unsigned char>((from[x] != 0 ? 0x80 : 0) >> (x % 8));
         }
     }
-    page->data = data.release();
+    return bits;
+}
+
+// picture may be the caller's, whose pixels are then copied.
+DoccamPage* asPage(const cv::Mat& picture, int pixels) {
+    auto page = std::make_unique<OwnedPage>();
+    page->pixelsHeld = pixels == DOCCAM_PIXELS_BITS ? packed(picture)
+                       : picture.u == nullptr       ? picture.clone()
+                                                    : picture;
+    page->data = page->pixelsHeld.data;
+    page->width = picture.cols;
+    page->height = picture.rows;
+    page->stride = page->pixelsHeld.step[0];
+    page->pixels = pixels;
     return page.release();
 }
 
@@ -218,8 +225,5 @@ int doccam_look(const DoccamImage* page, int look, int colour, DoccamPage** resu
 }
 
 void doccam_page_free(DoccamPage* page) {
-    if (page != nullptr) {
-        const std::unique_ptr<unsigned char[]> data(page->data);
-        const std::unique_ptr<DoccamPage> owned(page);
-    }
+    const std::unique_ptr<doccam::OwnedPage> owned(static_cast<doccam::OwnedPage*>(page));
 }

@@ -4,16 +4,52 @@
 #include "page/perspective_warp.h"
 #include "page/quadrilateral.h"
 #include "page/rectify.h"
+#include "page/warp_kernels.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/imgproc.hpp>
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 namespace doccam::test {
 namespace {
 
 using page::Corners;
+
+using RunsKernel = void (*)(const page::WarpRuns&, unsigned char*);
+using Pixels = std::vector<unsigned char>;
+
+constexpr std::size_t kGuards = 8; // which a kernel must not write
+constexpr unsigned char kGuard = 77;
+
+Pixels plainRuns(const page::WarpRuns& runs, int channels) {
+    Pixels pixels;
+    for (int i = 0; i < runs.count * page::kWarpRun; ++i) {
+        const page::WarpPlace& start = runs.places[i / page::kWarpRun];
+        const page::WarpPlace step = page::stepBetween(start, (&start)[1]);
+        const std::int64_t x = start.x + i % page::kWarpRun * step.x;
+        const std::int64_t y = start.y + i % page::kWarpRun * step.y;
+        const unsigned char* from = runs.picture + (y >> page::kPlaceBits) * runs.stride +
+                                    (x >> page::kPlaceBits) * channels;
+        for (const unsigned char* const end = from + channels; from < end; ++from) {
+            pixels.push_back(page::blended(from[0], from[channels], from[runs.stride],
+                                           from[runs.stride + channels], page::weightOf(x),
+                                           page::weightOf(y)));
+        }
+    }
+    pixels.resize(pixels.size() + kGuards, kGuard);
+    return pixels;
+}
+
+Pixels runsBy(RunsKernel kernel, const page::WarpRuns& runs, int channels) {
+    const auto count = static_cast<std::size_t>(runs.count * page::kWarpRun * channels);
+    Pixels pixels(count + kGuards, kGuard);
+    kernel(runs, pixels.data());
+    return pixels;
+}
 
 TEST(AspectRatio, IsThatOfTheSheetInViewsThatShowIt) {
     for (const double ratio : {0.5, 0.707, 0.773, 1.0, 1.414, 1.9}) {
@@ -59,6 +95,38 @@ TEST(PerspectiveWarp, CopiesPixelsInPlaceAndIsWhiteOutside) {
     const cv::Mat shifted = page::warped(picture, {1, 0, -10, 0, 1, 0, 0, 0, 1}, picture.size());
     EXPECT_EQ(cv::countNonZero(shifted.colRange(0, 10) != 255), 0);
     EXPECT_EQ(cv::norm(shifted.colRange(10, 50), picture.colRange(0, 40), cv::NORM_INF), 0);
+}
+
+TEST(WarpKernels, GiveThePlainFormulaWithEveryInstructionSet) {
+    cv::Mat picture(200, 300, CV_8UC3);
+    cv::randu(picture, 0, 256);
+    cv::RNG random(5);
+    for (int trial = 0; trial < 200; ++trial) {
+        std::vector<page::WarpPlace> places(static_cast<std::size_t>(random.uniform(2, 9)));
+        for (page::WarpPlace& place : places) {
+            place = {random.uniform(0, 298 << page::kPlaceBits),
+                     random.uniform(0, 199 << page::kPlaceBits)};
+        }
+        const page::WarpRuns runs{picture.data, static_cast<std::ptrdiff_t>(picture.step[0]),
+                                  places.data(), static_cast<int>(places.size()) - 1};
+        for (const page::WarpKernels& kernels : page::allWarpKernels()) {
+            EXPECT_EQ(runsBy(kernels.colourRuns, runs, 3), plainRuns(runs, 3))
+                << kernels.instructionSet;
+            EXPECT_EQ(runsBy(kernels.greyRuns, runs, 1), plainRuns(runs, 1))
+                << kernels.instructionSet;
+        }
+    }
+}
+
+TEST(PerspectiveWarp, InterpolatesEverywhereUpToTheBorder) {
+    cv::Mat picture(60, 100, CV_8UC3);
+    for (int x = 0; x < picture.cols; ++x) {
+        picture.col(x).setTo(cv::Scalar::all(2 * x));
+    }
+    const cv::Mat shifted = page::warped(picture, {1, 0, 0.5, 0, 1, 0, 0, 0, 1}, {99, 60});
+    for (int x = 0; x < shifted.cols; ++x) {
+        EXPECT_EQ(shifted.at<cv::Vec3b>(30, x)[0], 2 * x + 1) << x;
+    }
 }
 
 TEST(Rectify, ShowsTheSheetAloneAndNoMorePixelsThanThePicture) {

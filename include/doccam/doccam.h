@@ -75,6 +75,17 @@ DOCCAM_API void SetDelBlackedge(int value);
 /* 1: whiten the paper's background in stills. Otherwise leave it. */
 DOCCAM_API void SetDelBackColor(int value);
 
+/*
+ * Chooses what finds the sheet and makes stills.
+ * 0 (initially): the largest bright shape; its smallest rectangle is cropped and straightened.
+ * 1: the page engine of page.h. With SetCutType(1) a sheet seen at an angle becomes an upright page
+ * of its own proportions; without a sheet, a still is the whole frame. Either of SetDelBlackedge(1)
+ * and SetDelBackColor(1) gives the still the paper look, and black and white keeps thin strokes.
+ * The outline of the sheet is drawn as ever; results, printed lines and files' names stay.
+ * Returns 0; -1 for any other value, which changes nothing.
+ */
+DOCCAM_API int SetPageEngine(int engine);
+
 /* An upload hook that does nothing. Returns 0. */
 DOCCAM_API int HttpUpFile(char* file, char* url);
 

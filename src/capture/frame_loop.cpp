@@ -155,8 +155,10 @@ bool FrameLoop::takeStill() {
     }
     containing(DOCCAM_FAULT_STILL, [this] {
         if (const cv::Mat* image = workingImage()) {
-            const Still still = prepareStill(library_.session.imgSavePath.load(),
-                                             library_.settings.cutType, *image, library_);
+            const int turns = library_.settings.RotateAngle.load(std::memory_order_relaxed);
+            const Still still =
+                prepareStill(library_.session.imgSavePath.load(), library_.settings.cutType, *image,
+                             library_, liveSheet_.outlined(image->size(), turns));
             thread_.writing([&] { saveStill(still, library_.settings); });
         }
     });
@@ -189,11 +191,24 @@ bool FrameLoop::readCode() {
 
 // After the still, which must not show the outline, and for the next one, which needs the corners.
 void FrameLoop::drawOutline() {
-    const int cutType = library_.settings.cutType.load(std::memory_order_relaxed);
-    const cv::Mat* image = workingImage();
-    if (cutType == kCropToSheet && image != nullptr) {
-        containing(DOCCAM_FAULT_OUTLINE, [&] { outlineSheet(*image, true, library_.sheet); });
+    const record::Settings& settings = library_.settings;
+    const bool isWanted = settings.cutType.load(std::memory_order_relaxed) == kCropToSheet;
+    const bool byEngine = settings.pageEngine.load(std::memory_order_relaxed) == kPageEngine;
+    if (!isWanted || !byEngine) {
+        liveSheet_.forget();
     }
+    const cv::Mat* image = workingImage();
+    if (!isWanted || image == nullptr) {
+        return;
+    }
+    containing(DOCCAM_FAULT_OUTLINE, [&] {
+        if (byEngine) {
+            const int turns = settings.RotateAngle.load(std::memory_order_relaxed);
+            liveSheet_.outline(*image, turns, library_.sheet);
+        } else {
+            outlineSheet(*image, true, library_.sheet);
+        }
+    });
 }
 
 bool FrameLoop::deliverFrame() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "capture/frame_intake.h"
+#include "capture/live_sheet.h"
 #include "capture/streaming_thread.h"
 #include "faults/faults.h"
 #include "state/parts.h"
@@ -53,6 +54,7 @@ class FrameLoop {
     LibraryState& library_;
     DeferredFaults faults_;
     FrameIntake intake_;
+    LiveSheet liveSheet_;
 };
 
 // The streaming thread's work from its first frame to its last.

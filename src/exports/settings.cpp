@@ -79,6 +79,14 @@ void SetDelBackColor(int value) {
     state().settings.isDelBcakColor.store(value, kRelaxed);
 }
 
+int SetPageEngine(int engine) {
+    if (engine != doccam::kContractEngine && engine != doccam::kPageEngine) {
+        return -1;
+    }
+    state().settings.pageEngine.store(engine, kRelaxed);
+    return 0;
+}
+
 void setGrabSize(int width, int height) {
     doccam::setGrabSize(state().session, {width, height});
 }

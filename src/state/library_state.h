@@ -29,9 +29,11 @@ struct Unused {
 } // namespace record
 
 using record::kBufferCount;
+using record::kContractEngine;
 using record::kCropToSheet;
 using record::kNoCodeRequest;
 using record::kNoProcess;
+using record::kPageEngine;
 
 // Field names are fixed.
 struct LibraryState {

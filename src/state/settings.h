@@ -9,6 +9,10 @@
 
 namespace doccam::record {
 
+// Of pageEngine: what finds the sheet and makes stills.
+inline constexpr int kContractEngine = 0;
+inline constexpr int kPageEngine = 1;
+
 // Single relaxed values that take effect at their next use. Host writes, stream reads.
 struct Settings {
     std::atomic<int> CameraFormat{1}; // 0 MJPEG, else YUYV
@@ -20,6 +24,7 @@ struct Settings {
     std::atomic<int> isDelBcakColor{0};
     std::atomic<int> RotateAngle{0};
     std::atomic<int> RotateFlag{0}; // frames still to drop after a turn
+    std::atomic<int> pageEngine{kContractEngine};
 
     // Host sets the first two once, the third at any time; stream calls.
     std::atomic<FrameCallback> pGetVideoStream{nullptr};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 namespace doccam::record {
 
@@ -10,6 +11,7 @@ struct Sheet {
     std::array<int, 40> CutPoint{};
     int CutImgStartX = 0, CutImgStartY = 0, CutImgW = 0, CutImgH = 0;
     int CutLastW = 0, CutLastH = 0;
+    std::optional<std::array<int, 40>> contractCutPoint; // while CutPoint is the page engine's
 };
 
 } // namespace doccam::record

@@ -43,10 +43,10 @@ void resetLibrary() {
                        &library.discovery.otherfmtHeightList}) {
         list->clear();
     }
-    for (auto* setting :
-         {&library.settings.cutType, &library.settings.colorMode, &library.settings.fileFormat,
-          &library.settings.isDelBlackedge, &library.settings.isDelBcakColor,
-          &library.settings.RotateAngle, &library.settings.RotateFlag}) {
+    for (auto* setting : {&library.settings.cutType, &library.settings.colorMode,
+                          &library.settings.fileFormat, &library.settings.isDelBlackedge,
+                          &library.settings.isDelBcakColor, &library.settings.RotateAngle,
+                          &library.settings.RotateFlag, &library.settings.pageEngine}) {
         *setting = 0;
     }
     std::fill_n(library.session.video_buffer_ptr.get(), kBufferCount, nullptr);

@@ -67,7 +67,7 @@ void RestlessHost::act() {
 }
 
 void RestlessHost::changeSetting() {
-    switch (between(0, 7)) {
+    switch (between(0, 8)) {
     case 0:
         SetCutType(between(0, 2));
         break;
@@ -88,6 +88,9 @@ void RestlessHost::changeSetting() {
         break;
     case 6:
         SetVideoFormat(between(0, 1)); // takes effect in the next session
+        break;
+    case 7:
+        SetPageEngine(between(-1, 2));
         break;
     default:
         SetFileFormat(between(0, 9));

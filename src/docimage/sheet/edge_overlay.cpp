@@ -39,7 +39,9 @@ std::span<const cv::Point> largestOutline(const OuterOutlines& outlines) {
     return largest;
 }
 
-void drawLines(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
+} // namespace
+
+void drawOutline(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const cv::Point from = corners[i];
         const cv::Point to = corners[(i + 1) % corners.size()];
@@ -47,7 +49,20 @@ void drawLines(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners) {
     }
 }
 
-} // namespace
+void storeEngineCorners(const SheetCorners& corners, record::Sheet& kept) {
+    if (!kept.contractCutPoint) {
+        kept.contractCutPoint = kept.CutPoint;
+    }
+    storeCorners(corners, kept.CutPoint.data());
+}
+
+// A crop by a rectangle may fail for the corners of a sheet seen in perspective.
+void restoreCorners(record::Sheet& kept) {
+    if (kept.contractCutPoint) {
+        kept.CutPoint = *kept.contractCutPoint;
+        kept.contractCutPoint.reset();
+    }
+}
 
 std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box) {
     std::array<cv::Point2f, 4> corners = boxCorners(box);
@@ -79,8 +94,9 @@ SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept) {
     }
     const auto corners = frameCorners(fit.around(outline));
     storeCorners(wholePixels(corners), kept.CutPoint.data());
+    kept.contractCutPoint.reset();
     if (draw) {
-        drawLines(frame, corners);
+        drawOutline(frame, corners);
     }
     return SheetFound::kSheet;
 }

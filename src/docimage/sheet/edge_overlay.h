@@ -16,6 +16,13 @@ enum class SheetFound { kSheet = 0, kNoOutline = -1, kNoSheet = -2 };
 // outline into the frame if draw is set. Without a sheet nothing changes. Streaming thread.
 SheetFound outlineSheet(cv::Mat frame, bool draw, record::Sheet& kept);
 
+// Keeps corners that the page engine found, and those of outlineSheet() for restoreCorners().
+void storeEngineCorners(const SheetCorners& corners, record::Sheet& kept);
+void restoreCorners(record::Sheet& kept);
+
+// Draws the lines between neighbouring corners into the red-first frame.
+void drawOutline(cv::Mat& frame, const std::array<cv::Point2f, 4>& corners);
+
 // The corners of a rectangle in the reduced copy, in frame pixels; and truncated toward zero.
 std::array<cv::Point2f, 4> frameCorners(const cv::RotatedRect& box);
 SheetCorners wholePixels(const std::array<cv::Point2f, 4>& corners);

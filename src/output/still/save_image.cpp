@@ -36,7 +36,18 @@ cv::Mat greyOf(const cv::Mat& page) {
     return grey;
 }
 
-// The blue-first page in a colour mode, none for an invalid one. Throws like cv::cvtColor.
+// The path of the JPEG for the PDF at path; empty if path's last part has no extension.
+std::string temporaryJpeg(std::string_view path) {
+    const std::size_t start = path.rfind('/') + 1; // npos + 1 is 0: the start, if there is no slash
+    const std::size_t dot = path.rfind('.');
+    if (dot == std::string_view::npos || dot < start) {
+        return {};
+    }
+    return homeFolder() + '/' + std::string(path.substr(start, dot - start)) + ".jpg";
+}
+
+} // namespace
+
 std::optional<cv::Mat> pictureInMode(const cv::Mat& page, int colorMode) {
     switch (colorMode) {
     case 0:
@@ -54,18 +65,6 @@ std::optional<cv::Mat> pictureInMode(const cv::Mat& page, int colorMode) {
     }
 }
 
-// The path of the JPEG for the PDF at path; empty if path's last part has no extension.
-std::string temporaryJpeg(std::string_view path) {
-    const std::size_t start = path.rfind('/') + 1; // npos + 1 is 0: the start, if there is no slash
-    const std::size_t dot = path.rfind('.');
-    if (dot == std::string_view::npos || dot < start) {
-        return {};
-    }
-    return homeFolder() + '/' + std::string(path.substr(start, dot - start)) + ".jpg";
-}
-
-} // namespace
-
 bool writeOnePagePdf(const std::string& target, const cv::Mat& picture,
                      const record::Settings& settings) {
     const std::string jpeg = temporaryJpeg(target);
@@ -78,18 +77,24 @@ bool writeOnePagePdf(const std::string& target, const cv::Mat& picture,
     return finishDocument(writer, std::array{jpeg});
 }
 
-void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings) {
+void savePicture(const std::string& target, const cv::Mat& picture,
+                 const record::Settings& settings) {
     const std::string extension = extensionOf(target);
-    const auto picture = pictureInMode(page, settings.colorMode.load(std::memory_order_relaxed));
-    if (!picture) {
-        return;
-    }
     const auto quality = extension == "jpg" ? std::optional(jpegQuality(settings)) : std::nullopt;
-    const bool written = extension == "pdf" ? writeOnePagePdf(target, *picture, settings)
-                                            : writeImage(target, *picture, quality);
+    const bool written = extension == "pdf" ? writeOnePagePdf(target, picture, settings)
+                                            : writeImage(target, picture, quality);
     if (!written) {
         reportFault(
             {DOCCAM_FAULT_STILL, DOCCAM_CAUSE_NOT_WRITTEN, target + " could not be written"});
+    }
+}
+
+// A name without room for an extension is refused before the page is looked at.
+void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings) {
+    static_cast<void>(extensionOf(target));
+    const auto picture = pictureInMode(page, settings.colorMode.load(std::memory_order_relaxed));
+    if (picture) {
+        savePicture(target, *picture, settings);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <opencv2/core/mat.hpp>
 
+#include <optional>
 #include <string>
 
 namespace doccam {
@@ -13,6 +14,13 @@ namespace doccam {
 // target's last three characters. Reports a fault if it cannot be written. Throws std::out_of_range
 // for a shorter target, and like writeImage().
 void savePage(const std::string& target, const cv::Mat& page, const record::Settings& settings);
+
+// The same, of a picture that is in its colour mode already.
+void savePicture(const std::string& target, const cv::Mat& picture,
+                 const record::Settings& settings);
+
+// The blue-first page in a colour mode, none for an invalid one. Throws like cv::cvtColor.
+std::optional<cv::Mat> pictureInMode(const cv::Mat& page, int colorMode);
 
 // Writes picture as a one-page PDF at target, through a JPEG that remains in the home directory.
 // False if the document could not be made; throws like writeImage().

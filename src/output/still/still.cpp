@@ -1,11 +1,12 @@
 #include "output/still/still.h"
 
-#include "base/frame_size.h"
 #include "docimage/clean/background.h"
 #include "docimage/clean/black_edge.h"
 #include "docimage/sheet/edge_overlay.h"
 #include "output/still/crop_geometry.h"
+#include "output/still/engine_still.h"
 #include "output/still/save_image.h"
+#include "output/still/still_settings.h"
 #include "output/still/straight_sheet.h"
 #include "state/library_state.h"
 
@@ -53,10 +54,6 @@ cv::Mat resizedToSteps(const cv::Mat& page) {
     return resized;
 }
 
-bool isOn(const std::atomic<int>& setting) {
-    return setting.load(std::memory_order_relaxed) == 1;
-}
-
 // Whitens the page's dark margins and then its background in place, each if its setting is on.
 void cleanAsSet(const cv::Mat& page, const record::Settings& settings) {
     if (isOn(settings.isDelBlackedge)) {
@@ -84,11 +81,7 @@ cv::Mat pageOfWholeFrame(const cv::Mat& frame, const record::Settings& settings,
     std::puts("capture->02");
     cleanAsSet(page, settings);
     if (enlarge) {
-        const int turns = settings.RotateAngle.load(std::memory_order_relaxed);
-        const auto [width, height] = turned(kEnlargedSize, turns);
-        cv::Mat larger;
-        cv::resize(page, larger, {width, height}, 0, 0, cv::INTER_LINEAR);
-        return larger;
+        return enlarged(page, settings);
     }
     std::puts("capture->03");
     return page;
@@ -96,17 +89,26 @@ cv::Mat pageOfWholeFrame(const cv::Mat& frame, const record::Settings& settings,
 
 } // namespace
 
-Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library) {
+Still prepareStill(std::string path, int cropMode, const cv::Mat& frame, LibraryState& library,
+                   const page::Sheet* live) {
     std::printf("capture->path:%s\n", path.c_str());
-    if (cropMode == kCropToSheet) {
-        return {std::move(path), pageOfSheet(frame, library.sheet, library.settings), false};
-    }
     const bool enlarge = library.session.isInsert1000M.load(std::memory_order_relaxed);
+    if (library.settings.pageEngine.load(std::memory_order_relaxed) == kPageEngine) {
+        return engineStill(std::move(path), cropMode, frame, {library.settings, enlarge, live});
+    }
+    restoreCorners(library.sheet);
+    if (cropMode == kCropToSheet) {
+        return {std::move(path), pageOfSheet(frame, library.sheet, library.settings)};
+    }
     return {std::move(path), pageOfWholeFrame(frame, library.settings, enlarge), true};
 }
 
 void saveStill(const Still& still, const record::Settings& settings) {
-    savePage(still.path, still.page, settings);
+    if (!still.isInColourMode) {
+        savePage(still.path, still.page, settings);
+    } else if (!still.page.empty()) {
+        savePicture(still.path, still.page, settings);
+    }
     if (still.ofWholeFrame) {
         std::puts("capture->04");
     }

@@ -1,3 +1,4 @@
+#include "docimage/sheet/edge_overlay.h"
 #include "docimage/sheet/min_area_rectangle.h"
 #include "state/library_state.h"
 #include "support/same_picture.h"
@@ -57,6 +58,26 @@ TEST_F(DrawingEdgeTest, KeepsTheCornersOfASheetInFramePixels) {
     EXPECT_EQ(detect(frame), 0);
     EXPECT_THAT(corners(), ElementsAre(476, 356, 160, 356, 160, 120, 476, 120));
     EXPECT_EQ(state().sheet.CutPoint[8], kUntouched);
+}
+
+TEST_F(DrawingEdgeTest, FindsItsCornersAgainAfterThoseOfThePageEngine) {
+    cv::Mat frame = deskWithSheet();
+    detect(frame);
+    const std::vector<int> own = corners();
+    storeEngineCorners({{{9, 9}, {1, 9}, {1, 1}, {9, 1}}}, state().sheet);
+    storeEngineCorners({{{8, 8}, {1, 8}, {1, 1}, {8, 1}}}, state().sheet);
+    EXPECT_THAT(corners(), ElementsAre(8, 8, 1, 8, 1, 1, 8, 1));
+    restoreCorners(state().sheet);
+    EXPECT_EQ(corners(), own);
+}
+
+TEST_F(DrawingEdgeTest, PrefersCornersFoundAfterThoseOfThePageEngine) {
+    storeEngineCorners({{{9, 9}, {1, 9}, {1, 1}, {9, 1}}}, state().sheet);
+    cv::Mat frame = deskWithSheet();
+    detect(frame);
+    const std::vector<int> own = corners();
+    restoreCorners(state().sheet);
+    EXPECT_EQ(corners(), own);
 }
 
 TEST_F(DrawingEdgeTest, ReturnsMinus1WithoutAnyOutline) {

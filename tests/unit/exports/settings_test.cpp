@@ -95,6 +95,17 @@ TEST_F(Settings, StoreAnyValueUnchecked) {
     }
 }
 
+TEST_F(Settings, RefuseAPageEngineThatDoesNotExist) {
+    EXPECT_EQ(state().settings.pageEngine, 0);
+    EXPECT_EQ(SetPageEngine(1), 0);
+    for (const int value : {2, -1, kMax, kMin}) {
+        EXPECT_EQ(SetPageEngine(value), -1);
+        EXPECT_EQ(state().settings.pageEngine, 1);
+    }
+    EXPECT_EQ(SetPageEngine(0), 0);
+    EXPECT_EQ(state().settings.pageEngine, 0);
+}
+
 TEST_F(Settings, EachHaveTheirOwnField) {
     SetRotate(11);
     SetCutType(12);

@@ -25,7 +25,7 @@ _doccam() {
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;
     pdf) options='--force' ;;
-    clean) options='--edges --background --bright-sheet --into --force --in-place --quality' ;;
+    clean) options='--crop --each --look --colour --color --edges --background --bright-sheet --into --force --in-place --quality' ;;
     serve) options='--listen --port --size --format' ;;
     doctor) options='--add' ;;
     esac
@@ -34,6 +34,7 @@ _doccam() {
     case $before in
     --format) choices='mjpeg yuyv' ;;
     --colour | --color) choices='colour grey bw' ;;
+    --look) choices='photo paper' ;;
     --rotate) choices='0 90 180 270' ;;
     --kind) choices='qr bar any' ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;

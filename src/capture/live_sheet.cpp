@@ -58,18 +58,16 @@ void LiveSheet::search(const cv::Mat& frame) {
     cv::Mat picture;
     cv::cvtColor(frame, picture, cv::COLOR_RGB2BGR);
     const auto found = page::findSheets(picture, kSheets);
-    framesSinceSearch_ = 0;
-    if (found.empty()) {
-        const bool isKept = isInSight_ && !isDoubtful_;
-        if (!isKept) {
-            forget();
-        }
-        isDoubtful_ = isKept;
-        return;
+    if (!found.empty()) {
+        sheet_ = sheet_ ? page::sameSheet(found, *sheet_, frame.size()) : found.front();
+        isInSight_ = true;
+        isDoubtful_ = false;
+    } else if (isInSight_ && !isDoubtful_) {
+        isDoubtful_ = true;
+    } else {
+        forget();
     }
-    sheet_ = sheet_ ? page::sameSheet(found, *sheet_, frame.size()) : found.front();
-    isInSight_ = true;
-    isDoubtful_ = false;
+    framesSinceSearch_ = 0;
 }
 
 void LiveSheet::outline(cv::Mat frame, int turns, record::Sheet& kept) {

@@ -12,11 +12,12 @@ const Sheet& sameSheet(const std::vector<Sheet>& sheets, const Sheet& last, cv::
     const auto distance = [&](const Sheet& sheet) {
         return distanceBetween(sheet.corners, last.corners);
     };
-    const auto nearest = std::min_element(
-        sheets.begin(), sheets.end(),
-        [&](const Sheet& one, const Sheet& other) { return distance(one) < distance(other); });
+    const auto nearest =
+        std::min_element(sheets.begin(), sheets.end(), [&](const Sheet& one, const Sheet& other) {
+            return distance(one) < distance(other);
+        });
     return distance(*nearest) < kNear * std::hypot(picture.width, picture.height) ? *nearest
-                                                                                : sheets.front();
+                                                                                  : sheets.front();
 }
 
 } // namespace doccam::page

@@ -7,8 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string_view>
 
 namespace {
 
@@ -24,17 +22,6 @@ class Files : public HostProgramTest {
         cv::rectangle(page, {40, 40, 220, 320}, cv::Scalar::all(235), -1);
         cv::rectangle(page, {80, 100, 140, 12}, cv::Scalar::all(60), -1);
         cv::imwrite(file(name), page);
-    }
-
-    // Sets a JPEG's orientation tag to a camera held on its side.
-    void turnOnItsSide(const std::string& name) const {
-        constexpr std::string_view kNote(
-            "\xFF\xE1\0\x22"
-            "Exif\0\0II*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0\0\0\0\0",
-            36);
-        std::ifstream file(this->file(name), std::ios::binary);
-        std::string jpeg{std::istreambuf_iterator<char>(file), {}};
-        std::ofstream(this->file(name), std::ios::binary) << jpeg.insert(2, kNote);
     }
 
     // The number that a command prints when run in the folder.

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 namespace doccam::test {
 namespace {
@@ -88,6 +89,15 @@ std::string HostProgramTest::drawSheet(const std::string& name, int number) cons
     scene.sheet = number;
     cv::imwrite(file(name), virtualcam::drawScene(scene, {1280, 960}));
     return name;
+}
+
+void HostProgramTest::turnOnItsSide(const std::string& name) const {
+    constexpr std::string_view kNote(
+        "\xFF\xE1\0\x22"
+        "Exif\0\0II*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0\0\0\0\0",
+        36);
+    std::string jpeg = contentOf(file(name));
+    std::ofstream(file(name), std::ios::binary) << jpeg.insert(2, kNote);
 }
 
 std::vector<std::string> HostProgramTest::files() const {

@@ -55,6 +55,9 @@ class HostProgramTest : public testing::Test {
     // A picture of the drawn sheet; number increments its texts.
     std::string drawSheet(const std::string& name, int number = 0) const;
 
+    // Sets a JPEG's orientation tag to a camera held on its side.
+    void turnOnItsSide(const std::string& name) const;
+
     std::string file(const std::string& name) const { return work_ + "/" + name; }
 
     // The names of all files in the folder and in the home.

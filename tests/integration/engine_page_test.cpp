@@ -32,8 +32,8 @@ void noteCorners(unsigned char* /*pixels*/, int /*width*/, int /*height*/) {
     {
         const std::lock_guard lock(cornersMutex);
         for (std::size_t i = 0; i < 4; ++i) {
-            lastCorners[i] = cv::Point2d(state().sheet.CutPoint[2 * i],
-                                         state().sheet.CutPoint[2 * i + 1]);
+            lastCorners[i] =
+                cv::Point2d(state().sheet.CutPoint[2 * i], state().sheet.CutPoint[2 * i + 1]);
         }
     }
     framesDelivered.fetch_add(1);

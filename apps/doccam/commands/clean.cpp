@@ -1,110 +1,25 @@
-// doccam clean: whitens margins and paper of picture files.
+// doccam clean: whitens margins and paper of picture files, or makes pages of the sheets in them.
+#include "clean/clean_options.h"
+#include "clean/page_cleaning.h"
+#include "clean/picture_cleaning.h"
 #include "commands/commands.h"
 #include "commands/options.h"
-#include "host/apart.h"
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
-#include "host/output_file.h"
 #include "host/own_output.h"
-#include "host/texts.h"
-#include "pictures/picture_limits.h"
-#include "pictures/reading.h"
-#include "pictures/writing.h"
-#include "pictures/written_file.h"
 
-#include <doccam/doccam.hpp>
-
-#include <opencv2/imgcodecs.hpp>
-
+#include <cmath>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace doccam::host {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct CleanOptions {
-    std::vector<std::string> files;
-    std::string folder;
-    bool inPlace = false;
-    bool edges = false;
-    bool background = false;
-    bool brightSheet = false;
-    int quality = 95;
-    bool force = false;
-};
-
-fs::path targetOf(const fs::path& file, const CleanOptions& options) {
-    if (options.inPlace) {
-        return file;
-    }
-    if (!options.folder.empty()) {
-        return fs::path(options.folder) / file.filename();
-    }
-    fs::path target = file;
-    return target.replace_filename(file.stem().string() + "-clean" + file.extension().string());
-}
-
-// Through a file, as the library offers this only for files.
-cv::Mat withoutDimMargins(cv::Mat page, const OutputFile& target) {
-    std::string work = target.part("work.png");
-    writePicture(target, work, page, 0);
-    page.release();
-    FN_DeleteBlackEdgeEx2(work.data());
-    return readPicture(work, cv::IMREAD_COLOR);
-}
-
-// Without a choice, both steps are applied.
-cv::Mat cleaned(cv::Mat page, const CleanOptions& options, const OutputFile& target) {
-    const bool both = options.edges == options.background;
-    if (options.brightSheet) {
-        page = withoutDimMargins(std::move(page), target);
-    } else if (both || options.edges) {
-        FN_DeleteBlackEdge(page);
-    }
-    if (both || options.background) {
-        FN_DeleteBackcolor(page);
-    }
-    return page;
-}
-
-// Reports the picture's width and height.
-void writeCleaned(const std::string& file, const CleanOptions& options, const OutputFile& target,
-                  const Report& report) {
-    try {
-        const cv::Mat page = cleaned(readPicture(file, cv::IMREAD_COLOR), options, target);
-        writePicture(target, target.draft(), page, options.quality);
-        report(std::to_string(page.cols));
-        report(std::to_string(page.rows));
-    } catch (const cv::Exception& error) {
-        throw Failure(kUsage, "The picture " + file + " cannot be cleaned: " + error.err +
-                                  "; leave it out.");
-    }
-}
-
-WrittenFile cleanFile(const Context& context, const std::string& file,
-                      const CleanOptions& options) {
-    requirePicture(file);
-    OutputFile target(targetOf(file, options), options.force);
-    const PictureLimits limits = pictureLimits();
-    const Bounds bounds{.bytes = limits.workingBytes(),
-                        .processor = limits.working,
-                        .confined = context.options.confined};
-    const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
-        writeCleaned(file, options, target, report);
-    });
-    if (made.end != ApartEnd::kDone || made.reports.size() != 2) {
-        throw Failure(kUsage, "The picture " + file +
-                                  " cannot be cleaned; look whether it is sound, or leave it out.");
-    }
-    target.publish(target.draft());
-    const auto number = [](const std::string& text) { return parseNumber<int>(text).value_or(0); };
-    return describeFile(target.target().string(),
-                        {number(made.reports[0]), number(made.reports[1])});
-}
+const std::map<std::string, Look> kLooks{{"photo", Look::kPhoto}, {"paper", Look::kPaper}};
 
 // A link is written to its target.
 Reach reachOf(const CleanOptions& options) {
@@ -117,17 +32,119 @@ Reach reachOf(const CleanOptions& options) {
     return reach;
 }
 
+double rounded(double value, double steps) {
+    return std::round(value * steps) / steps;
+}
+
+Json asJson(const FoundSheet& sheet) {
+    constexpr double kPerPixel = 100;
+    Json corners = Json::array();
+    for (const cv::Point2d& corner : sheet.corners) {
+        corners.push_back({rounded(corner.x, kPerPixel), rounded(corner.y, kPerPixel)});
+    }
+    return corners;
+}
+
+// Without a page: no sheet was found.
+Json rowOf(const std::string& source, const CleanedPage* page) {
+    constexpr double kSteps = 1000;
+    Json row{{"source", source}, {"sheet", nullptr}, {"confidence", nullptr}, {"file", nullptr}};
+    if (page != nullptr) {
+        if (page->sheet) {
+            row["sheet"] = asJson(*page->sheet);
+            row["confidence"] = rounded(page->sheet->confidence, kSteps);
+        }
+        row.update(asJson(page->written));
+    }
+    return row;
+}
+
+// The sentence of a picture without a sheet.
+void complainOf(const std::string& file) {
+    complain("No sheet was found in " + file +
+             "; photograph it whole and with some desk around it, or leave out --crop.");
+}
+
+// Returns whether there was a sheet, if one was to be found.
+bool addPages(const Context& context, const std::string& file, const CleanOptions& options,
+              Result& result) {
+    const auto pages = cleanPages(context, file, options);
+    for (const CleanedPage& page : pages) {
+        result.add(rowOf(file, &page), asText(page.written));
+    }
+    if (pages.empty()) {
+        result.value.push_back(rowOf(file, nullptr));
+    }
+    return !pages.empty();
+}
+
+bool addPicture(const Context& context, const std::string& file, const CleanOptions& options,
+                Result& result) {
+    const auto written = cleanPicture(context, file, options);
+    if (written) {
+        result.add(asJson(*written), asText(*written));
+    }
+    return written.has_value();
+}
+
 int clean(const Context& context, const CleanOptions& options) {
+    refuseContradictions(options);
     if (context.options.confined) {
         confineFiles(reachOf(options), *context.interrupt);
     }
     Result result(context.options.json, Json::array());
+    const auto add = byPageEngine(options) ? addPages : addPicture;
+    int code = kDone;
     for (const std::string& file : options.files) {
         context.interrupt->check();
-        const WrittenFile written = cleanFile(context, file, options);
-        result.add(asJson(written), asText(written));
+        if (!add(context, file, options, result)) {
+            complainOf(file);
+            code = kNothingFound;
+        }
     }
-    return kDone;
+    return code;
+}
+
+// CLI11 stores "true" for --crop without a value.
+const std::map<std::string, Crop> kCrops{
+    {"true", Crop::kSheet}, {"sheet", Crop::kSheet}, {"rectangle", Crop::kRectangle}};
+
+void addPageOptions(CLI::App& command, CleanOptions& options) {
+    command
+        .add_flag(
+            "--crop", options.cropName,
+            "Make a page of the sheet; --crop=rectangle takes it for a rectangle, as stills do")
+        ->check([](const std::string& name) {
+            return kCrops.count(name) > 0 ? "" : "\"" + name + "\" is none of sheet, rectangle";
+        });
+    command.add_flag("--each", options.each, "Make a page of every sheet: NAME-clean-1, -2 ...");
+    command
+        .add_option_function<std::string>(
+            "--look", [&options](const std::string& name) { options.look = kLooks.at(name); },
+            "photo (as seen) or paper (evenly lit)")
+        ->check(oneOf({"photo", "paper"}))
+        ->type_name("CHOICE");
+    addColourOption(command, [&options](Colour colour) { options.colour = colour; });
+}
+
+void addOlderOptions(CLI::App& command, CleanOptions& options) {
+    command.add_flag("--edges", options.edges, "Only whiten the dark margins around the sheet");
+    command.add_flag("--background", options.background, "Only whiten the paper");
+    command.add_flag("--bright-sheet", options.brightSheet,
+                     "Whiten all but what is bright, for desks that are not black");
+}
+
+void addFileOptions(CLI::App& command, CleanOptions& options) {
+    CLI::Option* into =
+        command.add_option("--into", options.folder, "Write into this folder, under the same name")
+            ->type_name("FOLDER");
+    CLI::Option* force = command.add_flag("--force", options.force, "Replace files that exist");
+    command.add_flag("--in-place", options.inPlace, "Replace the pictures themselves")
+        ->needs(force)
+        ->excludes(into);
+    command.add_option("--quality", options.quality, "Quality of JPEG files, 0 to 100")
+        ->check(between(0, 100))
+        ->type_name("N");
 }
 
 } // namespace
@@ -138,29 +155,26 @@ void addCleanCommand(CLI::App& app, Context& context) {
         app.add_subcommand("clean", "Whiten the margins and the paper of picture files");
     command
         ->add_option("FILE", options->files,
-                     "Pictures to clean; NAME.jpg is written as NAME-clean.jpg beside it")
+                     "Pictures to clean; NAME.jpg is written as NAME-clean.jpg beside it, in black "
+                     "and white as NAME-clean.png")
         ->required()
         ->type_name("");
-    command->add_flag("--edges", options->edges, "Only whiten the dark margins around the sheet");
-    command->add_flag("--background", options->background, "Only whiten the paper");
-    command->add_flag("--bright-sheet", options->brightSheet,
-                      "Whiten all but what is bright, for desks that are not black");
-    CLI::Option* into =
-        command
-            ->add_option("--into", options->folder, "Write into this folder, under the same name")
-            ->type_name("FOLDER");
-    CLI::Option* force = command->add_flag("--force", options->force, "Replace files that exist");
-    command->add_flag("--in-place", options->inPlace, "Replace the pictures themselves")
-        ->needs(force)
-        ->excludes(into);
-    command->add_option("--quality", options->quality, "Quality of JPEG files, 0 to 100")
-        ->check(between(0, 100))
-        ->type_name("N");
-    command->footer("Examples:\n"
+    addPageOptions(*command, *options);
+    addOlderOptions(*command, *options);
+    addFileOptions(*command, *options);
+    command->footer("Any of --crop, --each, --look and --colour makes pages: with the look of "
+                    "paper unless\n--look is given, in colour unless --colour is given.\n\n"
+                    "Examples:\n"
                     "  doccam clean page.jpg\n"
+                    "  doccam clean --crop photo.jpg\n"
+                    "  doccam clean --crop --colour bw --json photo.jpg\n"
+                    "  doccam clean --each --look photo receipts.jpg\n"
                     "  doccam clean --edges --bright-sheet --into cleaned *.jpg\n"
                     "  doccam clean --in-place --force page.png");
     command->callback([&context, options] {
+        if (!options->cropName.empty()) {
+            options->crop = kCrops.at(options->cropName);
+        }
         context.run = [&context, options] { return clean(context, *options); };
     });
 }

@@ -72,11 +72,15 @@ void addCaptureOptions(CLI::App& command, StillOptions& options) {
               [&options](Format format) { options.format = format; });
 }
 
+void addColourOption(CLI::App& command, const std::function<void(Colour)>& store) {
+    addChoice(command, "--colour,--color", kColours, "colour, grey or bw (black and white)", store)
+        ->transform([](const std::string& name) { return name == "gray" ? "grey" : name; });
+}
+
 void addPageOptions(CLI::App& command, PageSettings& page) {
     addChoice(command, "--rotate", kTurns, "Turn clockwise by 0, 90, 180 or 270 degrees",
               [&page](int turns) { page.quarterTurns = turns; });
-    addChoice(command, "--colour,--color", kColours, "colour, grey or bw (black and white)",
-              [&page](Colour colour) { page.colour = colour; });
+    addColourOption(command, [&page](Colour colour) { page.colour = colour; });
     command.add_flag("--clean-edges", page.cleanEdges, "Whiten the dark margins around the sheet");
     command.add_flag("--clean-background", page.cleanBackground, "Whiten the paper");
     command.add_option("--quality", page.quality, "Quality of JPEG files and of pages, 0 to 100")

@@ -33,6 +33,9 @@ void addCaptureOptions(CLI::App& command, StillOptions& options);
 // --rotate, --colour, --clean-edges, --clean-background, --quality.
 void addPageOptions(CLI::App& command, PageSettings& page);
 
+// --colour, or --color; "gray" is grey.
+void addColourOption(CLI::App& command, const std::function<void(Colour)>& store);
+
 // Opens the chosen camera according to the options and applies the page settings.
 std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options);
 

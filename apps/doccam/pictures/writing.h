@@ -6,6 +6,7 @@
 #include <opencv2/core.hpp>
 
 #include <string>
+#include <vector>
 
 namespace doccam::host {
 
@@ -14,7 +15,11 @@ namespace doccam::host {
 void writePicture(const OutputFile& target, const std::string& path, const cv::Mat& picture,
                   int quality);
 
-// The same, anywhere. Returns false if not all of it could be written.
+// The same, of a file's bytes.
+void writeBytes(const OutputFile& target, const std::string& path,
+                const std::vector<unsigned char>& bytes);
+
+// The first, anywhere. Returns false if not all of it could be written.
 bool writePicture(const std::string& path, const cv::Mat& picture, int quality);
 
 } // namespace doccam::host

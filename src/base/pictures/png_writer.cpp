@@ -27,6 +27,7 @@ class PngWriter {
 
     // Call once. False if libpng refuses the picture.
     bool write(const cv::Mat& picture);
+    bool writeBits(const unsigned char* bits, std::size_t stride, cv::Size size);
 
     Bytes takeFile() { return std::move(file_); }
 
@@ -95,6 +96,24 @@ bool PngWriter::write(const cv::Mat& picture) {
     return true;
 }
 
+// Filters are of no use to bits.
+bool PngWriter::writeBits(const unsigned char* bits, std::size_t stride, cv::Size size) {
+    if (info_ == nullptr || setjmp(png_jmpbuf(png_)) != 0) {
+        return false;
+    }
+    png_set_write_fn(png_, this, onWrite, onFlush);
+    png_set_filter(png_, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+    png_set_IHDR(png_, info_, static_cast<png_uint_32>(size.width),
+                 static_cast<png_uint_32>(size.height), 1, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_write_info(png_, info_);
+    for (int row = 0; row < size.height; ++row) {
+        png_write_row(png_, bits + stride * static_cast<std::size_t>(row));
+    }
+    png_write_end(png_, info_);
+    return true;
+}
+
 bool isSuitable(const cv::Mat& picture) {
     const int channels = picture.channels();
     return picture.dims == 2 && !picture.empty() &&
@@ -107,6 +126,15 @@ bool isSuitable(const cv::Mat& picture) {
 std::optional<Bytes> pngOf(const cv::Mat& picture) {
     PngWriter writer;
     if (!isSuitable(picture) || !writer.write(picture)) {
+        return std::nullopt;
+    }
+    return writer.takeFile();
+}
+
+std::optional<Bytes> pngOfBits(const unsigned char* bits, std::size_t stride, int width,
+                               int height) {
+    PngWriter writer;
+    if (!writer.writeBits(bits, stride, {width, height})) {
         return std::nullopt;
     }
     return writer.takeFile();

@@ -63,8 +63,7 @@ cv::Mat inColourMode(const cv::Mat& page, int colorMode) {
     return page.channels() == 1 ? page : pictureInMode(page, colorMode).value_or(cv::Mat());
 }
 
-cv::Mat pageOfWholeFrame(const cv::Mat& picture, int colorMode,
-                         const EngineStillOptions& options) {
+cv::Mat pageOfWholeFrame(const cv::Mat& picture, int colorMode, const EngineStillOptions& options) {
     std::puts("capture->02");
     cv::Mat page = withLook(picture, colorMode, options.settings);
     if (options.enlarge) {

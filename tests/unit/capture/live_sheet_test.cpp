@@ -1,6 +1,5 @@
 // Following drawn sheets from frame to frame.
 #include "capture/live_sheet.h"
-
 #include "page/quadrilateral.h"
 #include "state/sheet.h"
 #include "unit/page/drawn_sheets.h"
@@ -78,6 +77,14 @@ TEST_F(LiveSheetTest, FindsASheetThatIsLaidDownLaterAndMissesItWhenItIsGone) {
     ASSERT_TRUE(isOutlined(frame_));
     show(empty_);
     EXPECT_FALSE(isOutlined(empty_));
+}
+
+TEST_F(LiveSheetTest, SearchesAnEmptyDeskInEveryEighthFrameOnly) {
+    show(empty_);
+    show(frame_, 7);
+    EXPECT_FALSE(isOutlined(frame_));
+    show(frame_);
+    EXPECT_TRUE(isOutlined(frame_));
 }
 
 TEST_F(LiveSheetTest, FollowsASheetThatIsPushed) {

@@ -1,0 +1,20 @@
+// From a frame and a recipe to a page.
+#pragma once
+
+#include "pages/page_engine.h"
+#include "pages/recipe.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+// The page of the blue-first or grey frame. In black and white it has one bit per pixel. Throws
+// Failure if there is not enough memory.
+Page renderPage(const cv::Mat& frame, const Recipe& recipe);
+
+// A file of the type of name's extension; a page of bits is a PNG whatever that is. quality is for
+// a JPEG. Throws like encodePicture().
+std::vector<unsigned char> encodePage(const std::string& name, const DoccamPage& page, int quality);
+
+} // namespace doccam::host

@@ -42,10 +42,9 @@ double seconds(const timeval& time) {
 } // namespace
 
 std::vector<std::vector<std::string>> commandsOn(const std::string& name) {
-    return {{"pdf", "all.pdf", name},
-            {"clean", name},
-            {"clean", "--bright-sheet", name},
-            {"read", name},
+    return {{"pdf", "all.pdf", name},           {"clean", name},
+            {"clean", "--bright-sheet", name},  {"clean", "--crop", name},
+            {"clean", "--look", "paper", name}, {"read", name},
             {"--virtual=" + name, "list"}};
 }
 

@@ -1,5 +1,6 @@
 // Pictures encoded here, byte for byte equal to what OpenCV writes.
 #include "base/pictures/picture_encoding.h"
+#include "base/pictures/png_writer.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
@@ -96,6 +97,39 @@ TEST(PictureEncoding, OfWhatCannotBeEncodedThrowsAsOpenCvDoes) {
         expectAsOpenCv(name, cv::Mat(1, 70000, CV_8UC1, cv::Scalar(1)));
         expectAsOpenCv(name, cv::Mat(1, 2000000, CV_8UC1, cv::Scalar(1)));
     }
+}
+
+TEST(PictureEncoding, OfBitsIsAPngOfOneBitPerPixel) {
+    for (const int width : {1, 7, 8, 9, 33}) {
+        SCOPED_TRACE(width);
+        constexpr std::size_t kStride = 6; // more than a row
+        constexpr int kRows = 5;
+        Bytes bits(kStride * kRows);
+        cv::Mat expected(kRows, width, CV_8UC1);
+        cv::RNG random(static_cast<unsigned>(width));
+        for (unsigned char& byte : bits) {
+            byte = static_cast<unsigned char>(random.uniform(0, 256));
+        }
+        for (int y = 0; y < kRows; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const int byte =
+                    bits[kStride * static_cast<std::size_t>(y) + static_cast<std::size_t>(x) / 8];
+                expected.at<uchar>(y, x) = (byte << (x % 8) & 0x80) != 0 ? 255 : 0;
+            }
+        }
+        const auto file = pngOfBits(bits.data(), kStride, width, kRows);
+        ASSERT_TRUE(file);
+        EXPECT_EQ((*file)[24], 1); // bits per sample
+        EXPECT_EQ((*file)[25], 0); // grey
+        const cv::Mat decoded = cv::imdecode(*file, cv::IMREAD_UNCHANGED);
+        ASSERT_EQ(decoded.size(), expected.size());
+        EXPECT_EQ(cv::norm(decoded, expected, cv::NORM_INF), 0);
+    }
+}
+
+TEST(PictureEncoding, OfBitsTooWideForAPngIsRefused) {
+    const Bytes bits(1);
+    EXPECT_FALSE(pngOfBits(bits.data(), 0, 2000000, 1));
 }
 
 } // namespace

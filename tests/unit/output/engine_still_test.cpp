@@ -1,6 +1,7 @@
 // Stills by the page engine, from drawn frames.
 #include "decoded.h"
 #include "environment.h"
+#include "output/still/still.h"
 #include "state/library_state.h"
 #include "support/printed_text.h"
 #include "support/scratch_folder.h"
@@ -166,6 +167,29 @@ TEST_F(EngineStill, IsWrittenAsThePathSays) {
     const PrintedText printed;
     capture(path.data(), 0, kCropped, frame_);
     EXPECT_TRUE(fs::exists(path));
+}
+
+TEST_F(EngineStill, IsOfTheSheetThatWasOutlinedIfSeveralLieThere) {
+    const doccam::page::Corners left{{{100, 200}, {400, 200}, {400, 620}, {100, 620}}};
+    const doccam::page::Corners right{{{600, 250}, {1100, 250}, {1100, 600}, {600, 600}}};
+    cv::Mat frame = drawnSheet({1200, 900}, left, kWarmPaper, kDesk);
+    const cv::Mat other = drawnSheet({1200, 900}, right, kWarmPaper, kDesk);
+    other.colRange(500, 1200).copyTo(frame.colRange(500, 1200));
+    addNoise(frame, 1);
+    for (const auto& corners : {left, right}) {
+        const doccam::page::Sheet live{corners, 0.9, false};
+        const PrintedText printed;
+        const auto still = doccam::prepareStill("a.png", kCropped, frame, state(), &live);
+        EXPECT_NEAR(still.page.cols, corners[1].x - corners[0].x, 4);
+        EXPECT_NEAR(still.page.rows, corners[2].y - corners[1].y, 4);
+    }
+}
+
+TEST_F(EngineStill, IsNotOfASheetThatWasOutlinedAndIsGone) {
+    const doccam::page::Sheet live{corners_, 0.9, false};
+    const PrintedText printed;
+    const auto still = doccam::prepareStill("a.png", kCropped, empty_, state(), &live);
+    EXPECT_TRUE(still.ofWholeFrame);
 }
 
 TEST_F(EngineStill, IsOfASheetOfWhichAPartLiesOutside) {

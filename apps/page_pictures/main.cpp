@@ -39,27 +39,31 @@ DoccamImage imageOf(const cv::Mat& picture) {
 
 using Page = std::unique_ptr<DoccamPage, decltype(&doccam_page_free)>;
 
+cv::Mat fromBits(const DoccamPage& page) {
+    cv::Mat grey(page.height, page.width, CV_8UC1);
+    for (int y = 0; y < page.height; ++y) {
+        const unsigned char* row = page.data + page.stride * static_cast<std::size_t>(y);
+        for (int x = 0; x < page.width; ++x) {
+            grey.at<uchar>(y, x) = (row[x / 8] << (x % 8) & 0x80) != 0 ? 255 : 0;
+        }
+    }
+    return grey;
+}
+
 // The result as a picture of three channels.
 cv::Mat pictureOf(int result, DoccamPage* made) {
     const Page page(made, doccam_page_free);
     if (result != 0) {
         throw std::runtime_error("no page was made");
     }
-    cv::Mat picture(page->height, page->width, CV_8UC3);
-    for (int y = 0; y < page->height; ++y) {
-        const unsigned char* row = page->data + page->stride * static_cast<std::size_t>(y);
-        for (int x = 0; x < page->width; ++x) {
-            auto& pixel = picture.at<cv::Vec3b>(y, x);
-            if (page->pixels == DOCCAM_PIXELS_BITS) {
-                const int bit = row[x / 8] >> (7 - x % 8) & 1;
-                pixel = cv::Vec3b::all(static_cast<uchar>(255 * bit));
-            } else if (page->pixels == DOCCAM_PIXELS_GREY) {
-                pixel = cv::Vec3b::all(row[x]);
-            } else {
-                pixel = {row[3 * x], row[3 * x + 1], row[3 * x + 2]};
-            }
-        }
+    if (page->pixels == DOCCAM_PIXELS_BGR) {
+        return cv::Mat(page->height, page->width, CV_8UC3, page->data, page->stride).clone();
     }
+    cv::Mat picture;
+    cv::cvtColor(page->pixels == DOCCAM_PIXELS_BITS
+                     ? fromBits(*page)
+                     : cv::Mat(page->height, page->width, CV_8UC1, page->data, page->stride),
+                 picture, cv::COLOR_GRAY2BGR);
     return picture;
 }
 

@@ -156,6 +156,7 @@ TEST_F(Sheets, ThatAreNotThereLeaveNoFile) {
     EXPECT_EQ(outcome.status, kNothingFound);
     EXPECT_TRUE(outcome.json()[0]["sheet"].is_null());
     EXPECT_EQ(outcome.json().size(), 1U);
+    EXPECT_THAT(run("clean --each a.jpg").err, HasSubstr("--each"));
     EXPECT_THAT(files(), ElementsAre("a.jpg"));
 }
 
@@ -224,9 +225,10 @@ TEST_F(Sheets, AreCroppedToTheirRectangleLikeStills) {
 
 TEST_F(Sheets, AreNotCroppedToTheRectangleOfNothing) {
     cv::imwrite(file("a.png"), cv::Mat(60, 60, CV_8UC3, cv::Scalar::all(90)));
-    const Outcome outcome = run("clean --crop=rectangle a.png");
+    const Outcome outcome = run("clean --crop=rectangle --json a.png");
     EXPECT_EQ(outcome.status, kNothingFound);
     EXPECT_THAT(outcome.err, isOneSentence());
+    EXPECT_TRUE(outcome.json()[0]["sheet"].is_null());
     EXPECT_THAT(files(), ElementsAre("a.png"));
 }
 

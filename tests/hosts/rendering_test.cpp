@@ -1,6 +1,5 @@
 // Pages by recipes.
 #include "pages/rendering.h"
-
 #include "pages/sheets.h"
 
 #include <gtest/gtest.h>
@@ -51,9 +50,9 @@ TEST(Rendering, OfASheetIsTheSheet) {
 TEST(Rendering, TurnsThePageClockwise) {
     Recipe recipe = ofTheSheet();
     const cv::Mat upright = rendered(recipe);
-    for (const auto& [turn, rotation] : {std::pair(1, cv::ROTATE_90_CLOCKWISE),
-                                         std::pair(2, cv::ROTATE_180),
-                                         std::pair(3, cv::ROTATE_90_COUNTERCLOCKWISE)}) {
+    for (const auto& [turn, rotation] :
+         {std::pair(1, cv::ROTATE_90_CLOCKWISE), std::pair(2, cv::ROTATE_180),
+          std::pair(3, cv::ROTATE_90_COUNTERCLOCKWISE)}) {
         recipe.turn = turn;
         cv::Mat turned;
         cv::rotate(upright, turned, rotation);

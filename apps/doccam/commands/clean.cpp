@@ -60,9 +60,10 @@ Json rowOf(const std::string& source, const CleanedPage* page) {
 }
 
 // The sentence of a picture without a sheet.
-void complainOf(const std::string& file) {
+void complainOf(const std::string& file, const CleanOptions& options) {
     complain("No sheet was found in " + file +
-             "; photograph it whole and with some desk around it, or leave out --crop.");
+             "; photograph it whole and with some desk around it, or leave out " +
+             (options.each ? "--each." : "--crop."));
 }
 
 // Returns whether there was a sheet, if one was to be found.
@@ -83,6 +84,8 @@ bool addPicture(const Context& context, const std::string& file, const CleanOpti
     const auto written = cleanPicture(context, file, options);
     if (written) {
         result.add(asJson(*written), asText(*written));
+    } else {
+        result.value.push_back(rowOf(file, nullptr));
     }
     return written.has_value();
 }
@@ -98,7 +101,7 @@ int clean(const Context& context, const CleanOptions& options) {
     for (const std::string& file : options.files) {
         context.interrupt->check();
         if (!add(context, file, options, result)) {
-            complainOf(file);
+            complainOf(file, options);
             code = kNothingFound;
         }
     }

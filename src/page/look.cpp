@@ -11,9 +11,19 @@
 
 namespace doccam::page {
 
+namespace {
+
+// As OpenCV converts blue, green and red.
+double greyOf(const cv::Scalar& colour) {
+    return 0.114 * colour[0] + 0.587 * colour[1] + 0.299 * colour[2];
+}
+
+} // namespace
+
 cv::Mat paperLook(const cv::Mat& page) {
-    cv::Mat paper = evened(page, illumination(page));
-    fillRim(paper);
+    const Illumination found = illumination(page);
+    cv::Mat paper = evened(page, found);
+    fillRim(paper, found.ground);
     return paper;
 }
 
@@ -26,7 +36,7 @@ cv::Mat greyPaperLook(const cv::Mat& page) {
     cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
     cv::cvtColor(found.light, found.light, cv::COLOR_BGR2GRAY);
     cv::Mat paper = evened(grey, found);
-    fillRim(paper);
+    fillRim(paper, cv::Scalar::all(greyOf(found.ground)));
     return paper;
 }
 

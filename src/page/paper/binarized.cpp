@@ -21,8 +21,7 @@ class PartedRows {
   public:
     PartedRows(const cv::Mat& grey, const Thresholds& thresholds)
       : grey_(grey)
-      , levels_(thresholds.levels, thresholds.scale, grey.cols, 1)
-      , sums_(std::size_t{4} + grey.cols) {
+      , levels_(thresholds.levels, thresholds.scale, grey.cols, 1) {
         rows_.fill(std::vector<unsigned char>(std::size_t{2} + grey.cols, kWhite));
     }
 
@@ -33,12 +32,8 @@ class PartedRows {
             std::fill(row.begin(), row.end(), kWhite);
             return;
         }
-        FiveRows around{};
-        for (int i = 0; i < 5; ++i) {
-            around[i] = grey_.ptr<unsigned char>(std::clamp(y + i - 2, 0, grey_.rows - 1));
-        }
-        widestKernels<allToneKernels>().thresholdRow(around, levels_.row(y), grey_.cols,
-                                                     sums_.data(), row.data() + 1);
+        widestKernels<allToneKernels>().thresholdRow(grey_.ptr<unsigned char>(y), levels_.row(y),
+                                                     grey_.cols, row.data() + 1);
     }
 
     // One of the three rows parted last; a white pixel precedes and follows it.
@@ -49,7 +44,6 @@ class PartedRows {
 
     const cv::Mat& grey_;
     StretchedGrid levels_;
-    std::vector<std::uint16_t> sums_;
     std::array<std::vector<unsigned char>, 3> rows_;
 };
 

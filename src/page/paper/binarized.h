@@ -7,7 +7,7 @@
 
 namespace doccam::page {
 
-// 0 where the grey page, sharpened, is below its thresholds, else 255; without single black pixels.
+// 0 where the grey page is below its thresholds, else 255; without single black pixels.
 cv::Mat binarized(const cv::Mat& grey, const Thresholds& thresholds);
 
 } // namespace doccam::page

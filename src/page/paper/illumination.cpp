@@ -5,6 +5,7 @@
 #include "page/paper/membrane.h"
 #include "page/paper/paper_cells.h"
 #include "page/paper/reduced_page.h"
+#include "page/paper/sheet_colour.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -27,6 +28,8 @@ constexpr double kNeutral = 0.08;      // and those of a sharp shadow
 constexpr double kLargeRegion = 0.005; // of the page
 constexpr double kRectangular = 0.88;  // share of its box that a fill takes
 constexpr double kDarkInk = 0.4;
+constexpr double kSomePaper = 0.04; // of a quarter of the page
+constexpr int kQuarters = 3;        // of four show paper, unless the page is a photograph
 
 // The region's colour divided by the light there.
 struct Ratio {
@@ -98,15 +101,33 @@ Light lightOnPaper(const Cells& cells, const Region& main) {
     return light;
 }
 
+// Paper is all over a page; a wall or a sky in a photograph is not.
+bool isAllOver(const cv::Mat& paper) {
+    const cv::Size half((paper.cols + 1) / 2, (paper.rows + 1) / 2);
+    int quarters = 0;
+    for (const int x : {0, paper.cols - half.width}) {
+        for (const int y : {0, paper.rows - half.height}) {
+            const int seen = cv::countNonZero(paper(cv::Rect({x, y}, half)));
+            quarters += seen >= kSomePaper * half.area() ? 1 : 0;
+        }
+    }
+    return quarters >= kQuarters;
+}
+
 // The light also on fills that shadows cross, without noise.
-cv::Mat wholeLight(const Cells& cells, const Region& main) {
+Light wholeLight(const Cells& cells, const Region& main) {
     Light light = lightOnPaper(cells, main);
     cv::Mat colour = light.surface.clone();
     if (addFlatFills(cells, light.surface, colour, light.known)) {
         light.surface = membrane(colour, light.known);
     }
     cv::GaussianBlur(light.surface, light.surface, {5, 5}, 1.0, 1.0, cv::BORDER_REPLICATE);
-    return light.surface;
+    return light;
+}
+
+Illumination asSeen(const cv::Mat& colour, int scale) {
+    return {cv::Mat(colour.size(), colour.type(), cv::Scalar::all(255)),
+            cv::Mat::zeros(colour.size(), CV_32F), scale};
 }
 
 // 255 where the page without ink is as bright as its light.
@@ -171,11 +192,18 @@ Illumination illumination(const cv::Mat& page) {
     const int scale = reduced.scale * 2;
     const Region* const main = mainPaper(cells);
     if (main == nullptr) {
-        return {cv::Mat(cells.colour.size(), cells.colour.type(), cv::Scalar::all(255)),
-                cv::Mat::zeros(cells.colour.size(), CV_32F), scale};
+        return asSeen(cells.colour, scale);
     }
-    const cv::Mat light = wholeLight(cells, *main);
-    return {light, paperShare(cells.colour, light), scale};
+    const Ground ground = groundOf(cells, *main);
+    const Light light = wholeLight(cells, *ground.region);
+    if (!isAllOver(light.known)) {
+        return asSeen(cells.colour, scale);
+    }
+    if (!ground.white) {
+        return {light.surface / ground.colour, cv::Mat::zeros(light.surface.size(), CV_32F), scale,
+                ground.colour * 255};
+    }
+    return {light.surface, paperShare(cells.colour, light.surface), scale};
 }
 
 } // namespace doccam::page

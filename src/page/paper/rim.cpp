@@ -1,10 +1,14 @@
 // Filling what a page shows of the desk around it.
 #include "page/paper/rim.h"
 
+#include "page/paper/page_border.h"
+#include "page/paper/rounded_corners.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <vector>
 
 namespace doccam::page {
@@ -12,28 +16,15 @@ namespace doccam::page {
 namespace {
 
 constexpr double kDeepest = 0.03;      // of the page's side across
-constexpr int kPaper = 228;            // the darkest channel that still is paper
-constexpr int kPaperRun = 3;           // samples of paper that end the rim
+constexpr double kDeepestCurl = 0.05;  // the same where the sheet's outline leads there
+constexpr double kSteepest = 0.5;      // of such an outline
+constexpr double kUneven = 1.5;        // pixels
+constexpr int kShallow = 3;            // pixels that are filled wherever paper follows
 constexpr int kPositions = 400;        // along a border, at most
 constexpr double kSupport = 0.3;       // of the positions lie on the sheet's edge
 constexpr double kCurledSupport = 0.6; // show desk beside a sheet without a straight edge
 constexpr double kCurl = 0.012;        // of the side across: how far an edge curls from straight
-constexpr int kPenumbra = 2;           // pixels beside the sheet's edge that are still dark
-constexpr unsigned char kWhite = 255;
-constexpr int kShortest = 64; // sides below this have no rim
-
-// A view of the page on which every border is the left one.
-struct Border {
-    bool level; // the top or the bottom border
-    bool far;   // the right or the bottom one
-    int length; // along it
-    int across; // the page's side across it
-
-    cv::Point at(int along, int depth) const {
-        const int inward = far ? across - 1 - depth : depth;
-        return level ? cv::Point(along, inward) : cv::Point(inward, along);
-    }
-};
+constexpr int kShortest = 64;          // sides below this have no rim
 
 // The depth at a distance along the border.
 struct Edge {
@@ -48,25 +39,11 @@ struct Depth {
     int depth;
 };
 
-bool isPaper(const cv::Mat& page, cv::Point pixel) {
-    const int channels = page.channels();
-    const auto* samples = page.ptr<unsigned char>(pixel.y, pixel.x);
-    return *std::min_element(samples, samples + channels) >= kPaper;
+int deepestOf(const Border& border, double share) {
+    return std::max(4, static_cast<int>(std::lround(border.across * share)));
 }
 
-// How many pixels inward the first paper lies, or deepest.
-int depthAt(const cv::Mat& page, const Border& border, int along, int deepest) {
-    int run = 0;
-    for (int depth = 0; depth < deepest; ++depth) {
-        run = isPaper(page, border.at(along, depth)) ? run + 1 : 0;
-        if (run == kPaperRun) {
-            return depth + 1 - kPaperRun;
-        }
-    }
-    return deepest;
-}
-
-std::vector<Depth> depths(const cv::Mat& page, const Border& border, int deepest) {
+std::vector<Depth> depths(const PaperPage& page, const Border& border, int deepest) {
     const int step = std::max(1, border.length / kPositions);
     std::vector<Depth> found;
     for (int along = step / 2; along < border.length; along += step) {
@@ -116,49 +93,78 @@ int depthAround(const std::vector<Depth>& depths, std::size_t number, int deepes
     return near[1] < deepest ? near[1] : 0;
 }
 
-// How far to fill at each of the positions: to the straight edge, and where the sheet curls as far
-// beyond it as the desk is seen. Nothing if there is no rim.
-std::vector<double> reaches(const std::vector<Depth>& depths, const Border& border, int deepest) {
-    const auto count = static_cast<double>(depths.size());
-    const auto seen = std::count_if(depths.begin(), depths.end(), [&](const Depth& d) {
-        return d.depth > 0 && d.depth < deepest;
-    });
-    if (static_cast<double>(seen) < kSupport * count) {
-        return {};
+// Marks positions, beginning with those that are marked, onto which the outline goes on without a
+// jump, as that of a sheet does and that of a letter does not.
+void followOutline(const std::vector<double>& outline, double slack, std::vector<bool>& marked) {
+    const auto follow = [&](std::size_t from, std::size_t to) {
+        if (marked[from] && outline[to] > 0 && std::abs(outline[to] - outline[from]) <= slack) {
+            marked[to] = true;
+        }
+    };
+    for (std::size_t i = 1; i < outline.size(); ++i) {
+        follow(i - 1, i);
     }
-    int supported = 0;
-    const Edge edge = bestEdge(depths, deepest, supported);
-    const bool straight = supported >= kSupport * count;
-    if (!straight && static_cast<double>(seen) < kCurledSupport * count) {
-        return {};
+    for (std::size_t i = outline.size() - 1; i > 0; --i) {
+        follow(i, i - 1);
     }
+}
+
+// How far to fill at each of the positions: to the line, and where the sheet curls as far
+// beyond it as the desk is seen.
+std::vector<double> curledReaches(const std::vector<Depth>& depths, const Edge& line,
+                                  const Border& border, int deepest) {
+    std::vector<double> outline;
+    std::vector<bool> curled;
+    for (std::size_t i = 0; i < depths.size(); ++i) {
+        outline.push_back(depthAround(depths, i, deepest));
+        curled.push_back(outline.back() < line.at(depths[i].along) + kCurl * border.across);
+    }
+    const double step = depths.size() < 2 ? 0 : depths[1].along - depths[0].along;
+    followOutline(outline, kSteepest * step + kUneven, curled);
     std::vector<double> found;
     for (std::size_t i = 0; i < depths.size(); ++i) {
-        const double line = straight ? edge.at(depths[i].along) : 0;
-        const double depth = depthAround(depths, i, deepest);
-        const bool curled = !straight || depth < line + kCurl * border.across;
-        found.push_back(
-            std::clamp(curled ? std::max(line, depth) : line, 0.0, static_cast<double>(deepest)));
+        const double reach = line.at(depths[i].along);
+        found.push_back(std::clamp(curled[i] ? std::max(reach, outline[i]) : reach, 0.0,
+                                   static_cast<double>(deepest)));
     }
     return found;
 }
 
-void fillPosition(cv::Mat& page, const Border& border, int along, double reach) {
-    const int channels = page.channels();
-    const int depth = std::min(static_cast<int>(std::ceil(reach)) + kPenumbra, border.across);
-    for (int inward = 0; inward < depth; ++inward) {
-        const cv::Point pixel = border.at(along, inward);
-        std::fill_n(page.ptr<unsigned char>(pixel.y, pixel.x), channels, kWhite);
-    }
+// The few pixels along which the desk shines through a sheet's sides.
+std::vector<double> shallowReaches(const std::vector<Depth>& depths) {
+    std::vector<double> found;
+    std::transform(depths.begin(), depths.end(), std::back_inserter(found),
+                   [](const Depth& d) { return d.depth <= kShallow ? d.depth : 0; });
+    return found;
 }
 
-void fillBorder(cv::Mat& page, const Border& border) {
-    const int deepest = std::max(4, static_cast<int>(std::lround(border.across * kDeepest)));
-    const std::vector<Depth> found = depths(page, border, deepest);
-    const std::vector<double> reach = reaches(found, border, deepest);
-    if (reach.empty()) {
-        return;
+// The share of positions where paper begins before deepest, but not at the border.
+double seenShare(const std::vector<Depth>& depths, int deepest) {
+    const auto seen = std::count_if(depths.begin(), depths.end(), [&](const Depth& d) {
+        return d.depth > 0 && d.depth < deepest;
+    });
+    return static_cast<double>(seen) / static_cast<double>(depths.size());
+}
+
+// How far to fill at each of the positions.
+std::vector<double> reaches(const std::vector<Depth>& depths, const Border& border) {
+    const int deepest = deepestOf(border, kDeepest);
+    const int deepestCurl = deepestOf(border, kDeepestCurl);
+    if (seenShare(depths, deepest) >= kSupport) {
+        int supported = 0;
+        const Edge edge = bestEdge(depths, deepest, supported);
+        if (supported >= kSupport * static_cast<double>(depths.size())) {
+            return curledReaches(depths, edge, border, deepestCurl);
+        }
     }
+    return seenShare(depths, deepestCurl) >= kCurledSupport
+               ? curledReaches(depths, {}, border, deepestCurl)
+               : shallowReaches(depths);
+}
+
+void fillBorder(PaperPage& page, const Border& border) {
+    const std::vector<Depth> found = depths(page, border, deepestOf(border, kDeepestCurl));
+    const std::vector<double> reach = reaches(found, border);
     std::size_t next = 0; // position
     for (int along = 0; along < border.length; ++along) {
         while (next + 1 < found.size() && found[next].along < along) {
@@ -166,21 +172,22 @@ void fillBorder(cv::Mat& page, const Border& border) {
         }
         const double deeper = std::max(reach[next], reach[next == 0 ? 0 : next - 1]);
         if (deeper > 0) {
-            fillPosition(page, border, along, deeper);
+            fillInward(page, border, along, deeper);
         }
     }
 }
 
 } // namespace
 
-void fillRim(cv::Mat& page) {
+void fillRim(cv::Mat& page, const cv::Scalar& ground) {
     if (std::min(page.cols, page.rows) < kShortest) {
         return;
     }
+    PaperPage paper{page, ground};
+    fillRoundedCorners(paper);
     for (const bool level : {false, true}) {
         for (const bool far : {false, true}) {
-            fillBorder(page,
-                       {level, far, level ? page.cols : page.rows, level ? page.rows : page.cols});
+            fillBorder(paper, borderOf(page, level, far));
         }
     }
 }

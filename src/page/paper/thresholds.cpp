@@ -17,15 +17,15 @@ namespace {
 
 constexpr int kScale = 4;
 constexpr int kWindow = 11;            // cells: wider than letters are thick
-constexpr int kBlank = 3;              // cells: some of so many are blank, even in small print
 constexpr float kFaintest = 20;        // how much darker than paper ink is at least
 constexpr float kFaintestInNoise = 90; // where the paper is very noisy
-constexpr float kNoiseShare = 6;       // as much more for each level of noise
+constexpr float kNoiseShare = 2;       // as much more for each level of noise
 constexpr float kDarkestPaper = 128;   // darker is ink, or a picture, throughout
 constexpr float kDarkestLevel = 118;   // of what lies on paper
 constexpr float kClear = 35; // between a level and the one tone of a fill, so that it has no specks
-constexpr float kInkShare = 0.33F;     // of the way from paper to ink
-constexpr float kReversedShare = 0.6F; // the same where letters are white
+constexpr float kBelowMean = 14;      // of what surrounds it, where ink begins
+constexpr float kInkShare = 0.6F;     // of the way from paper to ink, at most
+constexpr double kSurroundings = 1.6; // cells
 
 // The brightest and the darkest pixel of each cell.
 struct Extremes {
@@ -65,6 +65,21 @@ Extremes extremesOf(const cv::Mat& grey) {
     return extremes;
 }
 
+// The mean of each cell; of the last ones, which the page may end within, nearly.
+cv::Mat meansOf(const cv::Mat& grey, cv::Size cells) {
+    const cv::Size whole(grey.cols / kScale, grey.rows / kScale);
+    cv::Mat means;
+    if (whole.area() == 0) {
+        cv::resize(grey, means, cells, 0, 0, cv::INTER_AREA);
+        return means;
+    }
+    const cv::Rect seen(0, 0, whole.width * kScale, whole.height * kScale);
+    cv::resize(grey(seen), means, whole, 0, 0, cv::INTER_AREA);
+    cv::copyMakeBorder(means, means, 0, cells.height - whole.height, 0, cells.width - whole.width,
+                       cv::BORDER_REPLICATE);
+    return means;
+}
+
 // What surrounds a cell.
 struct Surroundings {
     float paper; // the level without ink
@@ -77,13 +92,11 @@ float levelOf(const Surroundings& around) {
     if (around.paper < kDarkestPaper) {
         return around.paper + kClear;
     }
-    const float contrast = around.paper - around.ink;
-    const float brightShare = (around.mean - around.ink) / std::max(contrast, 1.0F);
-    const float reversed = std::clamp((0.5F - brightShare) * 5, 0.0F, 1.0F);
-    const float share = kInkShare + (kReversedShare - kInkShare) * reversed;
     const float noise = std::max(around.paper - around.blank, 0.0F);
     const float faintest = std::min(kFaintest + kNoiseShare * noise, kFaintestInNoise);
-    return std::max(around.paper - std::max(contrast * share, faintest),
+    const float lowest = around.paper - kInkShare * (around.paper - around.ink);
+    const float local = std::max(around.mean - kBelowMean, lowest);
+    return std::max(std::min(local, around.paper - faintest),
                     std::min(kDarkestLevel, around.paper - kClear));
 }
 
@@ -98,14 +111,13 @@ Thresholds thresholds(const cv::Mat& grey) {
     cv::Mat paper;
     cv::Mat blank;
     cv::Mat ink;
-    cv::Mat mean;
+    cv::Mat mean = meansOf(grey, extremes.darkest.size());
     cv::morphologyEx(extremes.brightest, paper, cv::MORPH_CLOSE, square(kWindow));
-    cv::dilate(extremes.darkest, blank, square(kBlank));
+    cv::morphologyEx(extremes.darkest, blank, cv::MORPH_CLOSE, square(kWindow));
     cv::blur(blank, blank, {kWindow, kWindow});
     cv::erode(extremes.darkest, ink, square(kWindow));
     cv::blur(ink, ink, {kWindow, kWindow});
-    cv::addWeighted(extremes.brightest, 0.5, extremes.darkest, 0.5, 0, mean);
-    cv::blur(mean, mean, {kWindow, kWindow});
+    cv::GaussianBlur(mean, mean, {}, kSurroundings);
     Thresholds found{cv::Mat(paper.size(), CV_16U), kScale};
     forEachStrip(Strips(paper.rows), [&](const cv::Range& rows, int) {
         for (int y = rows.start; y < rows.end; ++y) {

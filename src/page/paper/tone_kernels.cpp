@@ -60,33 +60,13 @@ constexpr Word kInk = 128 * 16;  // and darkened from here
     }
 }
 
-// Weights 1 3 4 3 1, which add up to 12, down and across.
-[[gnu::always_inline]] inline void sumColumns(const FiveRows& rows, int count,
-                                              Word* __restrict sums) {
-    const auto [first, second, middle, fourth, fifth] = rows;
-    for (int i = 0; i < count; ++i) {
-        sums[i] =
-            static_cast<Word>(first[i] + fifth[i] + 3 * (second[i] + fourth[i]) + 4 * middle[i]);
-    }
-}
-
-[[gnu::always_inline]] inline void thresholdRow(const FiveRows& rows, const GridRow& levels,
-                                                int count, Word* sums,
-                                                unsigned char* __restrict to) {
-    Word* const middle = sums + 2;
-    sumColumns(rows, count, middle);
-    sums[0] = sums[1] = middle[0];
-    middle[count] = middle[count + 1] = middle[count - 1];
-    const unsigned char* const grey = rows[2];
+[[gnu::always_inline]] inline void thresholdRow(const unsigned char* grey, const GridRow& levels,
+                                                int count, unsigned char* __restrict to) {
     const Word* const above = levels.above;
     const Word* const below = levels.below;
     const Word weight = levels.weight;
     for (int i = 0; i < count; ++i) {
-        const auto sum = static_cast<Word>(sums[i] + sums[i + 4] + 3 * (sums[i + 1] + sums[i + 3]) +
-                                           4 * sums[i + 2]);
-        // Twice the pixel less the mean around, all times 36.
-        const auto level = static_cast<Word>(between(above[i], below[i], weight) * 36);
-        to[i] = static_cast<Word>(grey[i] * 72) < static_cast<Word>(level + (sum >> 2)) ? 0 : 255;
+        to[i] = grey[i] < between(above[i], below[i], weight) ? 0 : 255;
     }
 }
 

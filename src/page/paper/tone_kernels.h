@@ -4,7 +4,6 @@
 #include "base/dispatch.h"
 #include "page/paper/stretched_grid.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -14,8 +13,6 @@ namespace doccam::page {
 inline constexpr int kGainOne = 4096;
 inline constexpr int kShareOne = 16384;
 
-using FiveRows = std::array<const unsigned char*, 5>;
-
 struct ToneKernels {
     const char* instructionSet;
 
@@ -24,11 +21,9 @@ struct ToneKernels {
     void (*evenRow)(const unsigned char* from, const GridRow& gain, const GridRow& paper, int count,
                     unsigned char* to);
 
-    // 0 where a pixel of the third of five rows, sharpened by its difference from the pixels
-    // around, is below its level, else 255. Sharpening makes thin strokes, which the lens blurs, as
-    // dark as thick ones. sums has room for count + 4 numbers.
-    void (*thresholdRow)(const FiveRows& rows, const GridRow& levels, int count,
-                         std::uint16_t* sums, unsigned char* to);
+    // 0 where a pixel is below its level, else 255.
+    void (*thresholdRow)(const unsigned char* grey, const GridRow& levels, int count,
+                         unsigned char* to);
 
     // The brightest and the darkest of a column of four, for each of count columns of rows that
     // are stride bytes apart.

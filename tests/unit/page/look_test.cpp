@@ -197,6 +197,80 @@ TEST(PaperLook, FillsTheDeskBesideACurledEdge) {
     EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
 }
 
+TEST(PaperLook, FillsTheDeskBesideADeeplyCurledEdge) {
+    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
+    for (int y = 0; y < seen.rows; ++y) {
+        const int depth = static_cast<int>(38 * std::sin(3.14 * y / seen.rows));
+        seen.row(y).colRange(0, depth).setTo(cv::Scalar(60, 120, 170));
+    }
+    const cv::Mat look = paperLook(seen);
+    const cv::Mat white(look.size(), CV_8UC3, kWhite);
+    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
+}
+
+TEST(PaperLook, FillsTheDeskBesideAPartOfASide) {
+    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
+    seen(cv::Rect(0, 100, 2, 200)).setTo(cv::Scalar(60, 120, 170));
+    const cv::Mat look = paperLook(seen);
+    const cv::Mat white(look.size(), CV_8UC3, kWhite);
+    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
+}
+
+// A card with rounded corners on a dark desk.
+cv::Mat card(const cv::Scalar& ground) {
+    constexpr int kRadius = 38;
+    cv::Mat seen(540, 856, CV_8UC3, cv::Scalar(30, 30, 30));
+    const cv::Rect box(0, 0, seen.cols, seen.rows);
+    cv::rectangle(seen, {kRadius, 0}, {box.width - kRadius, box.height}, ground, cv::FILLED);
+    cv::rectangle(seen, {0, kRadius}, {box.width, box.height - kRadius}, ground, cv::FILLED);
+    for (const int x : {kRadius, box.width - 1 - kRadius}) {
+        for (const int y : {kRadius, box.height - 1 - kRadius}) {
+            cv::circle(seen, {x, y}, kRadius, ground, cv::FILLED, cv::LINE_AA);
+        }
+    }
+    cv::putText(seen, "Library card", {100, 120}, cv::FONT_HERSHEY_SIMPLEX, 1.5, kBlack, 3);
+    return seen;
+}
+
+TEST(PaperLook, FillsRoundedCorners) {
+    const cv::Scalar grounds[] = {{225, 228, 230}, {120, 80, 35}, {150, 190, 160}};
+    for (const cv::Scalar& ground : grounds) {
+        const cv::Mat look = paperLook(card(ground));
+        const cv::Scalar wanted = meanIn(look, {400, 300, 100, 100});
+        for (const int x : {0, look.cols - 40}) {
+            for (const int y : {0, look.rows - 40}) {
+                const cv::Mat corner = look(cv::Rect(x, y, 40, 40));
+                EXPECT_EQ(different(corner, cv::Mat(corner.size(), CV_8UC3, wanted), 24), 0)
+                    << ground << ", corner at " << x << " " << y;
+            }
+        }
+    }
+}
+
+TEST(PaperLook, KeepsTheColourOfSheetsThatAreNotWhite) {
+    const cv::Scalar kDarkBlue(120, 75, 30);
+    const cv::Scalar kGreen(170, 205, 165);
+    const cv::Scalar kPink(205, 180, 225);
+    const cv::Scalar kYellow(110, 225, 235);
+    const cv::Scalar grounds[] = {kDarkBlue, kGreen, kPink, kYellow};
+    for (const cv::Scalar& ground : grounds) {
+        const cv::Scalar seen = meanIn(paperLook(card(ground)), {400, 300, 100, 100});
+        const double brighter =
+            std::max({seen[0], seen[1], seen[2]}) / std::max({ground[0], ground[1], ground[2]});
+        EXPECT_GE(brighter, 0.95);
+        EXPECT_LE(brighter, 1.3);
+        expectNear(seen, ground * brighter, 4);
+    }
+}
+
+TEST(PaperLook, TurnsPaperWhiteUnderLampsOfAnyColour) {
+    const cv::Scalar lamps[] = {{0.55, 0.78, 0.95}, {0.95, 0.85, 0.75}, {0.8, 0.86, 0.82}};
+    for (const cv::Scalar& lamp : lamps) {
+        const cv::Mat look = paperLook(lit(printedPage(), lamp));
+        expectNear(meanIn(look, {10, 10, 60, 1100}), kWhite, 3);
+    }
+}
+
 TEST(PaperLook, LeavesPrintNearTheBorder) {
     cv::Mat print = printedPage();
     cv::rectangle(print, {22, 22, 856, 1156}, kBlack, 3);
@@ -215,6 +289,39 @@ TEST(PaperLook, LeavesAPageWithoutPaperAsItIs) {
     EXPECT_LE(different(look, photo, 1), 0.02 * static_cast<double>(photo.total()));
     const cv::Mat black(300, 200, CV_8UC3, kBlack);
     EXPECT_EQ(different(paperLook(black), black, 0), 0);
+}
+
+TEST(PaperLook, LeavesAPhotographWithAPaleWallAsItIs) {
+    cv::Mat photo = photograph({900, 1200});
+    photo.rowRange(0, 500).setTo(cv::Scalar(190, 195, 200));
+    const cv::Mat look = paperLook(photo);
+    EXPECT_LE(different(look, photo, 1), 0.02 * static_cast<double>(photo.total()));
+}
+
+TEST(PaperLook, LeavesPagesOfOneColourOne) {
+    const cv::Scalar colours[] = {kBlack, kWhite, {0, 0, 255}, {255, 0, 0}, {128, 128, 128}};
+    for (const cv::Scalar& colour : colours) {
+        const cv::Mat page(300, 200, CV_8UC3, colour);
+        const cv::Mat look = paperLook(page);
+        EXPECT_EQ(different(look, cv::Mat(page.size(), CV_8UC3, look.at<cv::Vec3b>(150, 100)), 1),
+                  0)
+            << colour;
+    }
+    const cv::Mat red(300, 200, CV_8UC3, cv::Scalar(0, 0, 255));
+    expectNear(meanIn(paperLook(red), {0, 0, 200, 300}), {0, 0, 240}, 20);
+}
+
+TEST(PaperLook, KeepsWhitePrintOnBlack) {
+    cv::Mat print = printedPage();
+    cv::Mat seen = kWhite - print;
+    cv::Mat noise(seen.size(), CV_8UC3);
+    cv::RNG(3).fill(noise, cv::RNG::UNIFORM, 0, 12);
+    seen = seen * 0.8 + noise;
+    EXPECT_LE(different(paperLook(seen), seen, 40), 0.002 * static_cast<double>(seen.total()));
+    const cv::Mat bits = blackAndWhite(greyPaperLook(seen));
+    cv::Mat wanted;
+    cv::cvtColor(print, wanted, cv::COLOR_BGR2GRAY);
+    EXPECT_LE(cv::countNonZero(bits != (wanted < 128)), 0.01 * static_cast<double>(bits.total()));
 }
 
 TEST(PaperLook, TakesGreyPages) {
@@ -343,10 +450,7 @@ TEST(ToneKernels, GiveTheSameWithEveryInstructionSet) {
     for (const ToneKernels& kernels : allToneKernels()) {
         cv::Mat result(5, kCount, CV_8U, kBlack);
         kernels.evenRow(samples.ptr(0), gain, paper, kCount, result.ptr(0));
-        std::vector<std::uint16_t> sums(kCount + 4);
-        kernels.thresholdRow(
-            {samples.ptr(0), samples.ptr(1), samples.ptr(2), samples.ptr(3), samples.ptr(4)},
-            levels, kCount, sums.data(), result.ptr(1));
+        kernels.thresholdRow(samples.ptr(4), levels, kCount, result.ptr(1));
         kernels.columnExtremes(samples.ptr(2), samples.step[0], kCount, result.ptr(2),
                                result.ptr(3));
         kernels.removeSpecks(samples.ptr(3) + 1, samples.ptr(4) + 1, samples.ptr(5) + 1, kCount - 2,

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 
@@ -116,6 +117,65 @@ TEST_F(PageInterface, PacksBlackAndWhiteWithTheHighestBitLeftmost) {
     EXPECT_EQ(page_->pixels, DOCCAM_PIXELS_BITS);
     EXPECT_EQ(page_->stride, 10U);
     EXPECT_EQ(page_->data[5 * page_->stride + 4], 0xFF);
+    doccam_page_free(page_);
+}
+
+// Every look and colour of an image, which must keep its size.
+void expectLooks(const cv::Mat& picture) {
+    const DoccamImage image =
+        imageOf(picture, picture.channels() == 1 ? DOCCAM_PIXELS_GREY : DOCCAM_PIXELS_BGR);
+    for (const int look : {DOCCAM_LOOK_PHOTO, DOCCAM_LOOK_PAPER}) {
+        for (const int colour : {DOCCAM_COLOUR, DOCCAM_COLOUR_GREY, DOCCAM_COLOUR_BLACK_WHITE}) {
+            DoccamPage* result = nullptr;
+            ASSERT_EQ(doccam_look(&image, look, colour, &result), 0) << picture.size();
+            EXPECT_EQ(cv::Size(result->width, result->height), picture.size());
+            doccam_page_free(result);
+        }
+    }
+}
+
+TEST(PageInterfaceLimits, GiveLooksToPagesOfAnyShape) {
+    for (const cv::Size size : {cv::Size(1, 1), cv::Size(2, 3), cv::Size(32767, 1),
+                                cv::Size(1, 32767), cv::Size(5, 4001), cv::Size(64, 64)}) {
+        for (const int type : {CV_8UC1, CV_8UC3}) {
+            cv::Mat noise(size, type);
+            cv::randu(noise, 0, 256);
+            expectLooks(noise);
+            for (const int level : {0, 128, 255}) {
+                expectLooks(cv::Mat(size, type, cv::Scalar::all(level)));
+            }
+            expectLooks(cv::Mat(size, type, cv::Scalar(0, 0, 255)));
+        }
+    }
+}
+
+TEST(PageInterfaceLimits, RectifySheetsOfAnyShape) {
+    cv::Mat picture(300, 400, CV_8UC3);
+    cv::randu(picture, 0, 256);
+    const DoccamImage image = imageOf(picture, DOCCAM_PIXELS_BGR);
+    for (const DoccamSheet& sheet :
+         {DoccamSheet{{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 1, 0},
+          DoccamSheet{{{-0.5, 10}, {399.5, 10}, {399.5, 12}, {-0.5, 12}}, 1, 0},
+          DoccamSheet{{{10, 0}, {12, 0}, {300, 299}, {5, 299}}, 1, 0},
+          DoccamSheet{{{-500, -500}, {900, -400}, {1000, 800}, {-600, 900}}, 1, 1},
+          DoccamSheet{{{1000, 1000}, {1100, 1000}, {1100, 1100}, {1000, 1100}}, 1, 1}}) {
+        DoccamPage* page = nullptr;
+        ASSERT_EQ(doccam_rectify(&image, &sheet, &page), 0);
+        EXPECT_GE(page->width, 1);
+        EXPECT_GE(page->height, 1);
+        EXPECT_GE(page->stride, static_cast<std::size_t>(page->width) * 3);
+        doccam_page_free(page);
+    }
+}
+
+// The caller may free the image before the page.
+TEST_F(PageInterface, GivesPagesPixelsOfTheirOwn) {
+    cv::Mat caller = picture_.clone();
+    const DoccamImage image = imageOf(caller, DOCCAM_PIXELS_BGR);
+    ASSERT_EQ(doccam_look(&image, DOCCAM_LOOK_PHOTO, DOCCAM_COLOUR, &page_), 0);
+    caller.setTo(cv::Scalar::all(0));
+    const cv::Mat page(page_->height, page_->width, CV_8UC3, page_->data, page_->stride);
+    EXPECT_EQ(cv::norm(page, picture_, cv::NORM_INF), 0);
     doccam_page_free(page_);
 }
 

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kNear = 1;                // an edge is sharp if its step over 2 * kNear
 constexpr int kFar = 3;                 // exceeds the slopes from there to kFar
+constexpr int kSteep = 5;               // levels: folds beside their edge, and no pale fill
 constexpr int kSmallestRegion = 12;     // cells
 constexpr double kDarkestPaper = 36;    // of 255
 constexpr double kSmallestPaper = 0.02; // of the page
@@ -31,7 +32,8 @@ void markSharp(const unsigned char* farBefore, const unsigned char* before,
         const auto slope = static_cast<std::int16_t>(
             std::max(std::abs(before[i] - farBefore[i]), std::abs(farAfter[i] - after[i])));
         const auto level = static_cast<std::int16_t>(96 + std::max(before[i], after[i]));
-        const auto excess = static_cast<std::int16_t>((step - slope) * 64);
+        const auto excess =
+            static_cast<std::int16_t>((2 * step - (slope > kSteep ? 3 : 2) * slope) * 32);
         edge[i] |= excess > level ? kWhite : 0;
     }
 }

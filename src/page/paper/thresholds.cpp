@@ -24,6 +24,7 @@ constexpr float kDarkestPaper = 128;   // darker is ink, or a picture, throughou
 constexpr float kDarkestLevel = 118;   // of what lies on paper
 constexpr float kClear = 35; // between a level and the one tone of a fill, so that it has no specks
 constexpr float kBelowMean = 14;      // of what surrounds it, where ink begins
+constexpr float kFillShare = 0.33F;   // of the way from paper to ink, which narrow fills stay above
 constexpr float kInkShare = 0.6F;     // of the way from paper to ink, at most
 constexpr double kSurroundings = 1.6; // cells
 
@@ -94,8 +95,9 @@ float levelOf(const Surroundings& around) {
     }
     const float noise = std::max(around.paper - around.blank, 0.0F);
     const float faintest = std::min(kFaintest + kNoiseShare * noise, kFaintestInNoise);
-    const float lowest = around.paper - kInkShare * (around.paper - around.ink);
-    const float local = std::max(around.mean - kBelowMean, lowest);
+    const float contrast = around.paper - around.ink;
+    const float local = std::clamp(around.mean - kBelowMean, around.paper - kInkShare * contrast,
+                                   around.paper - kFillShare * contrast);
     return std::max(std::min(local, around.paper - faintest),
                     std::min(kDarkestLevel, around.paper - kClear));
 }

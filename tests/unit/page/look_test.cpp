@@ -114,6 +114,21 @@ TEST(PaperLook, TakesASharpShadowOut) {
     expectNear(meanIn(look, {50, 50, 100, 100}), kWhite, 3);
 }
 
+TEST(PaperLook, TakesTheShadeOfAFoldOut) {
+    const cv::Mat print(1600, 1200, CV_8UC3, kWhite);
+    cv::Mat shade(print.size(), CV_32FC3, cv::Scalar::all(0.85));
+    cv::fillPoly(
+        shade,
+        std::vector<std::vector<cv::Point>>{{{900, 0}, {1199, 0}, {1199, 1200}, {1000, 700}}},
+        cv::Scalar(0.6, 0.52, 0.44)); // lit from elsewhere, so of another cast
+    cv::GaussianBlur(shade, shade, {0, 0}, 1.8);
+    cv::Mat seen;
+    cv::multiply(print, shade, seen, 1, CV_8U);
+    const cv::Mat look = paperLook(seen);
+    expectNear(meanIn(look, {1080, 300, 100, 500}), kWhite, 4);
+    expectNear(meanIn(look, {300, 300, 300, 500}), kWhite, 3);
+}
+
 TEST(PaperLook, KeepsThePaleColourOfAFill) {
     const cv::Scalar colours[] = {{250, 242, 235}, {225, 249, 255}, {230, 230, 230}};
     for (const cv::Scalar& colour : colours) {
@@ -122,6 +137,17 @@ TEST(PaperLook, KeepsThePaleColourOfAFill) {
         const cv::Mat look = paperLook(lit(print, kWarm));
         expectNear(meanIn(look, {150, 450, 600, 200}), colour, 5);
         expectNear(meanIn(look, {105, 405, 40, 40}), colour, 7);
+    }
+}
+
+TEST(PaperLook, KeepsFillsSeenByABlurringLens) {
+    const cv::Scalar colours[] = {{130, 170, 200}, {200, 160, 120}, {215, 235, 225}};
+    for (const cv::Scalar& colour : colours) {
+        cv::Mat print = printedPage();
+        print(cv::Rect(100, 400, 700, 300)).setTo(colour);
+        cv::GaussianBlur(print, print, {0, 0}, 1.5);
+        const cv::Mat look = paperLook(lit(print, kWarm, 0.7));
+        expectNear(meanIn(look, {150, 450, 600, 200}), colour, 8);
     }
 }
 
@@ -410,6 +436,22 @@ TEST(BlackAndWhite, HasNoSpecksInFills) {
         const cv::Rect inner(100, 320, 700, 360);
         const int black = cv::countNonZero(bits(inner) == 0);
         EXPECT_TRUE(black == 0 || black == inner.area()) << black << " black at " << tone;
+    }
+}
+
+TEST(BlackAndWhite, HasNoBarsAroundHighlighter) {
+    const cv::Scalar markers[] = {{90, 243, 254}, {120, 230, 150}, {200, 170, 250}};
+    for (const cv::Scalar& marker : markers) {
+        cv::Mat print = printedPage();
+        const cv::Mat plain = blackAndWhite(greyPaperLook(lit(print, kWarm)));
+        cv::Mat strips(print.size(), CV_8UC3, kWhite);
+        for (int y = 90; y < 1000; y += 60) {
+            strips(cv::Rect(75, y, 560, 42)).setTo(marker);
+        }
+        cv::min(print, strips, print);
+        const cv::Mat bits = blackAndWhite(greyPaperLook(lit(print, kWarm)));
+        const int more = cv::countNonZero((bits == 0) & (plain != 0));
+        EXPECT_LE(more, 0.1 * cv::countNonZero(plain == 0)) << marker;
     }
 }
 

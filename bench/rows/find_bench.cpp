@@ -24,8 +24,7 @@ Contest finding(const DeskFrame& frame, bool live) {
                 doccam_find_sheets(&image, live ? last.get() : nullptr, found.get(), 1);
             },
         .peer = [=, &frame] { *decoded = cv::imdecode(frame.jpeg, cv::IMREAD_COLOR); },
-        .same =
-            [=, &frame] { return frame.shows(*found) && samePixels(*decoded, frame.pixels); },
+        .same = [=, &frame] { return frame.shows(*found) && samePixels(*decoded, frame.pixels); },
     };
 }
 

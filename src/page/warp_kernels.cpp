@@ -69,18 +69,19 @@ template <int kChannels>
                              found.bottomRight[i], right[i], down[i]);
     }
     // The sample too many is overwritten by the next pixel.
-    constexpr int kLast = kWarpRun - 1;
-    for (int i = 0; i < kLast; ++i) {
-        std::memcpy(to + i * kChannels, samples + i * kSamples, kSamples);
+    const unsigned char* pixel = samples;
+    for (int i = 0; i + 1 < kWarpRun; ++i, to += kChannels, pixel += kSamples) {
+        std::memcpy(to, pixel, kSamples);
     }
-    std::memcpy(to + kLast * kChannels, samples + kLast * kSamples, kChannels);
+    std::memcpy(to, pixel, kChannels);
 }
 
 template <int kChannels>
 [[gnu::always_inline]] inline void blendRuns(const WarpRuns& runs, unsigned char* to) {
     Neighbours<kChannels> found[2];
     collect<kChannels>(runs, 0, found[0]);
-    for (int number = 1; number < runs.count; ++number, to += kWarpRun * kChannels) {
+    constexpr std::ptrdiff_t kSize = std::ptrdiff_t{kWarpRun} * kChannels;
+    for (int number = 1; number < runs.count; ++number, to += kSize) {
         collect<kChannels>(runs, number, found[number % 2]);
         blendRun<kChannels>(found[(number + 1) % 2], to);
     }

@@ -71,9 +71,9 @@ double whiteLevel(const Cells& cells) {
     std::vector<float> levels;
     const int channels = cells.colour.channels();
     for (int y = 0; y < cells.colour.rows; ++y) {
-        const auto* row = cells.colour.ptr<float>(y);
-        for (int x = 0; x < cells.colour.cols; ++x) {
-            levels.push_back(*std::max_element(row + x * channels, row + (x + 1) * channels));
+        const auto* cell = cells.colour.ptr<float>(y);
+        for (int x = 0; x < cells.colour.cols; ++x, cell += channels) {
+            levels.push_back(*std::max_element(cell, cell + channels));
         }
     }
     const auto place = levels.begin() + static_cast<std::ptrdiff_t>(

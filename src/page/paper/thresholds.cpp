@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kScale = 4;
 constexpr int kWindow = 11;            // cells: wider than letters are thick
+constexpr int kBeside = 3;             // cells: one on each side
 constexpr float kFaintest = 20;        // how much darker than paper ink is at least
 constexpr float kFaintestInNoise = 90; // where the paper is very noisy
 constexpr float kNoiseShare = 2;       // as much more for each level of noise
@@ -84,6 +85,7 @@ cv::Mat meansOf(const cv::Mat& grey, cv::Size cells) {
 // What surrounds a cell.
 struct Surroundings {
     float paper; // the level without ink
+    float fill;  // that of a fill beside it, if that is white, else the same
     float blank; // the darkest of a blank cell: less than paper where it is noisy
     float ink;   // the darkest of all
     float mean;
@@ -95,15 +97,23 @@ float levelOf(const Surroundings& around) {
     }
     const float noise = std::max(around.paper - around.blank, 0.0F);
     const float faintest = std::min(kFaintest + kNoiseShare * noise, kFaintestInNoise);
-    const float contrast = around.paper - around.ink;
+    const float contrast = std::max(around.paper - around.ink, 0.0F);
     const float local = std::clamp(around.mean - kBelowMean, around.paper - kInkShare * contrast,
                                    around.paper - kFillShare * contrast);
-    return std::max(std::min(local, around.paper - faintest),
-                    std::min(kDarkestLevel, around.paper - kClear));
+    return std::max(std::min(local, around.fill - faintest),
+                    std::min(kDarkestLevel, around.fill - kClear));
 }
 
 cv::Mat square(int side) {
     return cv::getStructuringElement(cv::MORPH_RECT, {side, side});
+}
+
+// Levels between cells must leave no lines along the edges of fills that turn white.
+cv::Mat fillsBeside(const cv::Mat& paper) {
+    cv::Mat fills;
+    cv::erode(paper, fills, square(kBeside));
+    paper.copyTo(fills, fills < kDarkestPaper);
+    return fills;
 }
 
 } // namespace
@@ -115,6 +125,7 @@ Thresholds thresholds(const cv::Mat& grey) {
     cv::Mat ink;
     cv::Mat mean = meansOf(grey, extremes.darkest.size());
     cv::morphologyEx(extremes.brightest, paper, cv::MORPH_CLOSE, square(kWindow));
+    const cv::Mat fill = fillsBeside(paper);
     cv::morphologyEx(extremes.darkest, blank, cv::MORPH_CLOSE, square(kWindow));
     cv::blur(blank, blank, {kWindow, kWindow});
     cv::erode(extremes.darkest, ink, square(kWindow));
@@ -124,14 +135,16 @@ Thresholds thresholds(const cv::Mat& grey) {
     forEachStrip(Strips(paper.rows), [&](const cv::Range& rows, int) {
         for (int y = rows.start; y < rows.end; ++y) {
             const auto* papers = paper.ptr<unsigned char>(y);
+            const auto* fills = fill.ptr<unsigned char>(y);
             const auto* blanks = blank.ptr<unsigned char>(y);
             const auto* inks = ink.ptr<unsigned char>(y);
             const auto* means = mean.ptr<unsigned char>(y);
             auto* levels = found.levels.ptr<std::uint16_t>(y);
             for (int x = 0; x < paper.cols; ++x) {
                 levels[x] = static_cast<std::uint16_t>(
-                    levelOf({static_cast<float>(papers[x]), static_cast<float>(blanks[x]),
-                             static_cast<float>(inks[x]), static_cast<float>(means[x])}));
+                    levelOf({static_cast<float>(papers[x]), static_cast<float>(fills[x]),
+                             static_cast<float>(blanks[x]), static_cast<float>(inks[x]),
+                             static_cast<float>(means[x])}));
             }
         }
     });

@@ -439,6 +439,19 @@ TEST(BlackAndWhite, HasNoSpecksInFills) {
     }
 }
 
+TEST(BlackAndWhite, HasNoLinesAlongTheEdgesOfFills) {
+    for (const int tone : {135, 145, 160, 190}) {
+        cv::Mat print(1200, 900, CV_8UC3, kWhite);
+        print(cv::Rect(80, 300, 740, 400)).setTo(cv::Scalar(170, 215, 230));
+        for (int x = 121; x < 700; x += 143) {
+            print(cv::Rect(x, 401, 98, 203)).setTo(cv::Scalar::all(tone));
+        }
+        cv::GaussianBlur(print, print, {0, 0}, 0.8);
+        const cv::Mat bits = blackAndWhite(greyPaperLook(lit(print, kWarm, 0.7)));
+        EXPECT_EQ(cv::countNonZero(bits == 0), 0) << tone;
+    }
+}
+
 TEST(BlackAndWhite, HasNoBarsAroundHighlighter) {
     const cv::Scalar markers[] = {{90, 243, 254}, {120, 230, 150}, {200, 170, 250}};
     for (const cv::Scalar& marker : markers) {

@@ -28,6 +28,7 @@ constexpr double kNeutral = 0.08;      // and those of a sharp shadow
 constexpr double kLargeRegion = 0.005; // of the page
 constexpr double kRectangular = 0.88;  // share of its box that a fill takes
 constexpr double kDarkInk = 0.4;
+constexpr int kEdge = 9;            // cells, which reach across a sharp edge
 constexpr double kSomePaper = 0.04; // of a quarter of the page
 constexpr int kQuarters = 3;        // of four show paper, unless the page is a photograph
 
@@ -101,6 +102,23 @@ Light lightOnPaper(const Cells& cells, const Region& main) {
     return light;
 }
 
+// The edges of sharp shadows between paper and paper, where light is between that of both sides.
+bool addShadowEdges(const Cells& cells, const cv::Mat& colour, cv::Mat& known) {
+    const cv::Mat around = cv::getStructuringElement(cv::MORPH_RECT, {kEdge, kEdge});
+    cv::Mat darkest = colour.clone();
+    cv::Mat brightest = colour.clone();
+    darkest.setTo(cv::Scalar::all(1e6), ~known);
+    brightest.setTo(cv::Scalar::all(0), ~known);
+    cv::erode(darkest, darkest, around);
+    cv::dilate(brightest, brightest, around);
+    cv::Mat edges;
+    cv::inRange(cells.colour, darkest, brightest, edges);
+    edges &= cells.labels == 0;
+    cells.colour.copyTo(colour, edges);
+    known |= edges;
+    return cv::countNonZero(edges) > 0;
+}
+
 // Paper is all over a page; a wall or a sky in a photograph is not.
 bool isAllOver(const cv::Mat& paper) {
     const cv::Size half((paper.cols + 1) / 2, (paper.rows + 1) / 2);
@@ -114,14 +132,16 @@ bool isAllOver(const cv::Mat& paper) {
     return quarters >= kQuarters;
 }
 
-// The light also on fills that shadows cross, without noise.
+// The light also on fills that shadows cross and on sharp edges of shadows, without noise.
 Light wholeLight(const Cells& cells, const Region& main) {
     Light light = lightOnPaper(cells, main);
     cv::Mat colour = light.surface.clone();
-    if (addFlatFills(cells, light.surface, colour, light.known)) {
+    const bool fills = addFlatFills(cells, light.surface, colour, light.known);
+    const bool edges = addShadowEdges(cells, colour, light.known);
+    if (fills || edges) {
         light.surface = membrane(colour, light.known);
     }
-    cv::GaussianBlur(light.surface, light.surface, {5, 5}, 1.0, 1.0, cv::BORDER_REPLICATE);
+    cv::medianBlur(light.surface, light.surface, 3);
     return light;
 }
 

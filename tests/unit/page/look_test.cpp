@@ -114,6 +114,18 @@ TEST(PaperLook, TakesASharpShadowOut) {
     expectNear(meanIn(look, {50, 50, 100, 100}), kWhite, 3);
 }
 
+TEST(PaperLook, LeavesNoHaloAroundASharpShadow) {
+    const cv::Mat print(2400, 1800, CV_8UC3, kWhite);
+    cv::Mat shadow(print.size(), CV_32FC3, cv::Scalar::all(0.86));
+    cv::line(shadow, {0, 900}, {900, 1300}, cv::Scalar::all(0.56), 160);
+    cv::GaussianBlur(shadow, shadow, {0, 0}, 3);
+    cv::Mat seen;
+    cv::multiply(print, shadow, seen, 1, CV_8U);
+    const cv::Mat look = paperLook(seen);
+    EXPECT_LE(different(look, print, 30), 0.004 * static_cast<double>(print.total()));
+    EXPECT_EQ(cv::countNonZero(blackAndWhite(greyPaperLook(seen)) == 0), 0);
+}
+
 TEST(PaperLook, TakesTheShadeOfAFoldOut) {
     const cv::Mat print(1600, 1200, CV_8UC3, kWhite);
     cv::Mat shade(print.size(), CV_32FC3, cv::Scalar::all(0.85));

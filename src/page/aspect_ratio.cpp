@@ -71,6 +71,19 @@ View viewAt(const Directions& sides, double focal, double usualFocal) {
 
 } // namespace
 
+double leastCosine(const Corners& corners, cv::Size picture) {
+    const Directions sides = directionsOf(corners, picture);
+    double least = 1;
+    for (const double lens : {0.7, 0.9, 1.1, 1.4, 1.8}) {
+        const double focal = lens * std::max(picture.width, picture.height);
+        const double lengths =
+            product(sides.across, sides.across, focal) * product(sides.down, sides.down, focal);
+        least = std::min(least,
+                         std::abs(product(sides.across, sides.down, focal)) / std::sqrt(lengths));
+    }
+    return least;
+}
+
 double aspectRatio(const Corners& corners, cv::Size picture) {
     const Directions sides = directionsOf(corners, picture);
     const double usualFocal = 1.1 * std::max(picture.width, picture.height);

@@ -10,4 +10,8 @@ namespace doccam::page {
 // possible, as for one tilted about a side, a usual focal length and usual formats of paper decide.
 double aspectRatio(const Corners& corners, cv::Size picture);
 
+// How far a rectangle would be from right angles to look like that: the cosine of its angle, with
+// the most favourable of the usual lenses.
+double leastCosine(const Corners& corners, cv::Size picture);
+
 } // namespace doccam::page

@@ -7,39 +7,64 @@
 #include "page/search/side_fit.h"
 
 #include <algorithm>
+#include <optional>
+#include <span>
 
 namespace doccam::page {
 namespace {
 
-constexpr std::size_t kCandidates = 300;
+constexpr std::size_t kCandidates = 200;
 constexpr int kSmallestSide = 32;
 
-Corners inPicture(const Corners& reduced, int factor) {
+// The reduced picture leaves out the last pixels, and a border is the border of both.
+double inPicture(double reduced, int reducedSize, int size, int factor) {
+    constexpr double kSame = 1e-6;
+    return std::abs(reduced - (reducedSize - 0.5)) < kSame ? size - 0.5
+                                                           : (reduced + 0.5) * factor - 0.5;
+}
+
+Corners inPicture(const Corners& reduced, const Evidence& evidence, cv::Size picture) {
     Corners corners = reduced;
     for (cv::Point2d& corner : corners) {
-        corner = (corner + cv::Point2d(0.5, 0.5)) * factor - cv::Point2d(0.5, 0.5);
+        corner.x = inPicture(corner.x, evidence.colour.cols, picture.width, evidence.factor);
+        corner.y = inPicture(corner.y, evidence.colour.rows, picture.height, evidence.factor);
     }
     return corners;
 }
 
-struct Judged : Judgement {
+struct Judged {
     Candidate candidate;
+    double sureness;
 };
 
-// The surest first.
+// Those that may be sheets, the surest first.
 std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
     std::vector<Judged> all;
     for (const Candidate& candidate : candidates) {
-        all.push_back({judgementOf(candidate, evidence), candidate});
+        const double sureness = surenessOf(traitsOf(candidate, evidence));
+        if (sureness >= 0) {
+            all.push_back({candidate, sureness});
+        }
     }
-    std::sort(all.begin(), all.end(), [](const Judged& one, const Judged& other) {
-        return one.confidence > other.confidence;
-    });
+    std::sort(all.begin(), all.end(),
+              [](const Judged& one, const Judged& other) { return one.sureness > other.sureness; });
     return all;
 }
 
+// Sheets may lie on each other, but one found is not found again.
+bool overlaps(const Corners& one, const Corners& other) {
+    return contains(other, middleOf(one)) || contains(one, middleOf(other));
+}
+
+// Whether both may be the same sheet, with a side on another line.
+bool isVariant(const Corners& one, const Corners& other) {
+    constexpr double kLeast = 0.85; // of the area
+    const double ratio = areaOf(one) / areaOf(other);
+    return ratio > kLeast && ratio < 1 / kLeast && overlaps(one, other);
+}
+
 bool encloses(const Corners& outer, const Corners& inner) {
-    constexpr double kSlack = 4; // pixels of the reduced picture
+    constexpr double kSlack = 5; // pixels of the reduced picture
     const cv::Point2d middle = middleOf(inner);
     return std::all_of(inner.begin(), inner.end(), [&](cv::Point2d corner) {
         const cv::Point2d inwards = middle - corner;
@@ -47,55 +72,36 @@ bool encloses(const Corners& outer, const Corners& inner) {
     });
 }
 
-int sharedSides(const Corners& one, const Corners& other) {
-    constexpr double kNear = 3;
-    int shared = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        const cv::Point2d side = one[(i + 1) % 4] - one[i];
-        const cv::Point2d normal = cv::Point2d(-side.y, side.x) / cv::norm(side);
-        int near = 0;
-        for (const cv::Point2d& corner : other) {
-            near += std::abs((corner - one[i]).dot(normal)) < kNear ? 1 : 0;
+// Whether two corners of one are two of the other.
+bool shareSide(const Corners& one, const Corners& other) {
+    constexpr double kNear = 6;
+    const auto shared = std::count_if(one.begin(), one.end(), [&](cv::Point2d corner) {
+        return std::any_of(other.begin(), other.end(),
+                           [&](cv::Point2d there) { return cv::norm(corner - there) < kNear; });
+    });
+    return shared == 2;
+}
+
+// A line printed across may make a part of a sheet surer than the whole, but then the rest looks
+// like a sheet, too, which lies exactly beside it.
+const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
+    constexpr double kSame = 0.04; // of the area
+    const Corners& one = part.candidate.corners;
+    for (const Judged& whole : all) {
+        const Corners& outer = whole.candidate.corners;
+        const double missing = areaOf(outer) - areaOf(one);
+        if (missing < kSame * areaOf(outer) || !encloses(outer, one)) {
+            continue;
         }
-        shared += near >= 2 ? 1 : 0;
-    }
-    return shared;
-}
-
-// A part of a sheet, as between a line printed across and three of its sides, may be surer than the
-// whole.
-bool isWholeOf(const Judged& whole, const Judged& part, const Evidence& evidence) {
-    constexpr double kNearlyAsSure = 0.15;
-    constexpr double kAsSure = 0.06;
-    constexpr double kMoreAlike = 0.08;
-    const Corners& outer = whole.candidate.corners;
-    const Corners& inner = part.candidate.corners;
-    if (whole.candidate.cut != part.candidate.cut ||
-        whole.confidence < part.confidence - kNearlyAsSure || !encloses(outer, inner)) {
-        return false;
-    }
-    return continuesTo(outer, inner, whole.contrast, evidence) ||
-           (whole.confidence > part.confidence - kAsSure &&
-            whole.candidate.support > part.candidate.support - kAsSure &&
-            whole.contrast > 0.6 * part.contrast &&
-            whole.background > part.background + kMoreAlike && sharedSides(outer, inner) >= 2);
-}
-
-const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all,
-                      const Evidence& evidence) {
-    const Judged* whole = &part;
-    for (const Judged& other : all) {
-        if (areaOf(other.candidate.corners) > 1.05 * areaOf(whole->candidate.corners) &&
-            isWholeOf(other, part, evidence)) {
-            whole = &other;
+        for (const Judged& rest : all) {
+            const Corners& other = rest.candidate.corners;
+            if (std::abs(areaOf(other) - missing) < kSame * areaOf(outer) &&
+                encloses(outer, other) && !overlaps(one, other) && shareSide(one, other)) {
+                return whole;
+            }
         }
     }
-    return *whole;
-}
-
-// Sheets may lie on each other, but one found is not found again.
-bool overlaps(const Corners& one, const Corners& other) {
-    return contains(other, middleOf(one)) || contains(one, middleOf(other));
+    return part;
 }
 
 bool isCut(const Corners& corners, cv::Size picture) {
@@ -106,38 +112,105 @@ bool isCut(const Corners& corners, cv::Size picture) {
     });
 }
 
+// A search for sheets in one picture.
+class SheetSearch {
+  public:
+    explicit SheetSearch(const cv::Mat& picture)
+      : picture_(picture)
+      , evidence_(evidenceOf(picture)) {}
+
+    // Finds sheets that do not overlap those of earlier rounds. Returns how many.
+    std::size_t round(std::size_t maximum);
+
+    const std::vector<Sheet>& sheets() const { return sheets_; }
+
+  private:
+    bool isKnown(const Corners& corners) const {
+        return std::any_of(sheets_.begin(), sheets_.end(),
+                           [&](const Sheet& sheet) { return overlaps(sheet.corners, corners); });
+    }
+
+    Corners inPicture(const Judged& judged) const {
+        return page::inPicture(judged.candidate.corners, evidence_, picture_.size());
+    }
+
+    std::optional<Sheet> bestFitted(std::span<const Judged> judged) const;
+
+    cv::Mat picture_;
+    Evidence evidence_;
+    std::vector<Sheet> sheets_;
+};
+
+// Of the first, and of those that are nearly as sure and in its place, the one whose sides are
+// best seen in the full picture.
+std::optional<Sheet> SheetSearch::bestFitted(std::span<const Judged> judged) const {
+    constexpr double kNearlyAsSure = 2;
+    constexpr double kLeastSupport = 0.3;
+    constexpr double kPlain = 0.9;
+    constexpr double kOfSupport = 4;
+    constexpr int kMostFits = 5;
+    std::optional<Sheet> best;
+    double bestValue = 0;
+    int fits = 0;
+    for (const Judged& one : judged) {
+        if (fits == kMostFits || one.sureness < judged.front().sureness - kNearlyAsSure) {
+            break;
+        }
+        if (!isVariant(one.candidate.corners, judged.front().candidate.corners)) {
+            continue;
+        }
+        ++fits;
+        const auto exact = fitSides(picture_, inPicture(one), (5 * evidence_.factor + 1) / 2);
+        if (!exact || exact->support < kLeastSupport) {
+            continue;
+        }
+        const double value = one.sureness + kOfSupport * exact->support;
+        if (!best || value > bestValue) {
+            bestValue = value;
+            best = {clockwise(exact->corners), confidenceOf(one.sureness),
+                    one.candidate.cut || isCut(exact->corners, picture_.size())};
+        }
+        if (fits == 1 && exact->support > kPlain) {
+            break;
+        }
+    }
+    return best;
+}
+
+std::size_t SheetSearch::round(std::size_t maximum) {
+    const std::size_t before = sheets_.size();
+    const std::vector<Judged> all =
+        judged(candidatesOf(linesIn(evidence_), evidence_.colour.size(), kCandidates), evidence_);
+    for (std::size_t i = 0; i < all.size() && sheets_.size() < maximum; ++i) {
+        if (isKnown(inPicture(all[i]))) {
+            continue;
+        }
+        const Judged& whole = wholeOf(all[i], all);
+        const auto from = static_cast<std::size_t>(&whole - all.data());
+        if (const auto sheet = bestFitted(std::span(all).subspan(from))) {
+            sheets_.push_back(*sheet);
+            evidence_.forgetWithin(whole.candidate.corners);
+        }
+    }
+    return sheets_.size() - before;
+}
+
 } // namespace
 
 std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
-    std::vector<Sheet> sheets;
     if (std::min(picture.cols, picture.rows) < kSmallestSide) {
-        return sheets;
+        return {};
     }
-    const Evidence evidence = evidenceOf(picture);
-    const auto candidates = candidatesOf(linesIn(evidence), evidence.colour.size(), kCandidates);
-    const std::vector<Judged> all = judged(candidates, evidence);
-    for (const Judged& sure : all) {
-        if (sheets.size() >= maximum || sure.confidence < kLeastConfidence) {
-            break;
-        }
-        const Judged& found = wholeOf(sure, all, evidence);
-        const Corners coarse = inPicture(found.candidate.corners, evidence.factor);
-        if (std::any_of(sheets.begin(), sheets.end(),
-                        [&](const Sheet& sheet) { return overlaps(sheet.corners, coarse); })) {
-            continue;
-        }
-        const auto fitted = fitSides(picture, coarse, 2.5 * evidence.factor);
-        if (fitted && fitted->support > 0.3) {
-            sheets.push_back({clockwise(fitted->corners), found.confidence,
-                              found.candidate.cut || isCut(fitted->corners, picture.size())});
-        }
+    SheetSearch search(picture);
+    // Without the print of those found, the sides of smaller ones beside them stand out.
+    while (search.round(maximum) > 0 && search.sheets().size() < maximum) {
     }
-    return sheets;
+    return search.sheets();
 }
 
 std::vector<Sheet> findSheetAgain(const cv::Mat& picture, const Sheet& last) {
-    constexpr double kFar = 24;
-    constexpr double kNear = 6;
+    constexpr int kFar = 24;
+    constexpr int kNear = 6;
     constexpr double kLeastSupport = 0.5;
     if (std::min(picture.cols, picture.rows) < kSmallestSide) {
         return {};

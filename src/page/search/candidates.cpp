@@ -2,114 +2,267 @@
 
 #include "page/quadrilateral.h"
 
+#include <opencv2/core/utility.hpp>
+
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace doccam::page {
 namespace {
 
 constexpr double kLeastArea = 0.015; // of the picture
 constexpr double kLeastSupport = 0.35;
-constexpr double kLeastMeanSupport = 0.5;
+constexpr double kLeastMeanSupport = 0.58;
+constexpr double kMarginOfCut = 0.35; // of the picture, to where a cut sheet may go on
 
-double cosine(const Line& one, const Line& other) {
-    return std::abs(one.normal().dot(other.normal()));
+// Edges that go on past an end are of a pattern, of the desk, or of the rest of the sheet.
+double asSides(double along, double oneSided, double beyond) {
+    return 0.6 * along + 0.4 * oneSided - 0.6 * beyond;
 }
 
-// Two lines that may be opposite sides.
-struct Pair {
-    const SupportedLine* one;
-    const SupportedLine* other;
+double asSides(const Support& support) {
+    return asSides(support.mean, support.oneSided, support.beyond);
+}
+
+struct SideSupport {
+    double along;
+    double oneSided;
+    double before;
+    double after;
+
+    double asSide() const { return asSides(along, oneSided, (before + after) / 2); }
 };
 
-std::vector<Pair> oppositePairs(const std::vector<SupportedLine>& lines, cv::Size picture) {
-    constexpr double kParallelEnough = 0.82; // 35 degrees
-    const double apart = 0.06 * std::min(picture.width, picture.height);
-    std::vector<Pair> pairs;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        for (std::size_t j = i + 1; j < lines.size(); ++j) {
-            const Line& other = lines[j];
-            const cv::Point2d middle(picture.width / 2.0, picture.height / 2.0);
-            const cv::Point2d foot = lines[i].at(lines[i].along(middle));
-            const double distance = std::abs(foot.dot(other.normal()) - other.distance());
-            if (cosine(lines[i], other) > kParallelEnough && distance > apart &&
-                !(lines[i].isBorder() && lines[j].isBorder())) {
-                pairs.push_back({&lines[i], &lines[j]});
+SideSupport supportOf(const SupportedLine& line, double from, double to) {
+    if (line.isBorder()) {
+        return {line.support(from, to), line.oneSided(from, to), 0, 0};
+    }
+    constexpr double kBeside = 0.12; // of the side
+    const double length = kBeside * (to - from);
+    return {line.support(from, to), line.oneSided(from, to), line.support(from - length, from),
+            line.support(to, to + length)};
+}
+
+// Which of the parts of one line, between two others that cross it, may be sides of a sheet.
+class SideTable {
+  public:
+    explicit SideTable(std::size_t lines)
+      : words_((lines + 63) / 64)
+      , bits_(lines * words_) {}
+
+    void add(std::size_t start, std::size_t end) {
+        bits_[start * words_ + end / 64] |= std::uint64_t{1} << end % 64;
+        bits_[end * words_ + start / 64] |= std::uint64_t{1} << start % 64;
+    }
+
+    bool contains(std::size_t start, std::size_t end) const {
+        return (bits_[start * words_ + end / 64] >> end % 64 & 1) != 0;
+    }
+
+    // Calls back with each line above least that ends a side from start, here and in other.
+    template <typename Callback>
+    void forEachCommon(const SideTable& other, std::size_t start, std::size_t least,
+                       const Callback& callback) const {
+        for (std::size_t word = (least + 1) / 64; word < words_; ++word) {
+            const std::size_t place = start * words_ + word;
+            for (std::uint64_t bits = bits_[place] & other.bits_[place]; bits != 0;
+                 bits &= bits - 1) {
+                const std::size_t end =
+                    word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
+                if (end > least) {
+                    callback(end);
+                }
             }
         }
     }
-    return pairs;
-}
 
-struct Side {
-    const SupportedLine* line;
-    double from;
-    double to;
+  private:
+    std::size_t words_;
+    std::vector<std::uint64_t> bits_;
 };
 
-// Edges that go on beyond both ends are of a pattern or of the desk.
-double beyond(const Side& side) {
-    const double length = 0.12 * (side.to - side.from);
-    return side.line->isBorder() ? 0
-                                 : std::min(side.line->support(side.from - length, side.from),
-                                            side.line->support(side.to, side.to + length));
+// Where a line meets another.
+struct Crossing {
+    std::size_t line;
+    double at; // along the first
+};
+
+// The lines of a picture as sides of quadrilaterals.
+class SideSearch {
+  public:
+    SideSearch(const std::vector<SupportedLine>& lines, cv::Size picture)
+      : lines_(lines)
+      , picture_(picture)
+      , sides_(lines.size(), SideTable(lines.size())) {
+        cv::parallel_for_({0, static_cast<int>(lines.size())}, [&](const cv::Range& range) {
+            for (int i = range.start; i < range.end; ++i) {
+                addSides(static_cast<std::size_t>(i));
+            }
+        });
+    }
+
+    std::vector<Candidate> candidates() const;
+
+  private:
+    double cosine(std::size_t one, std::size_t other) const {
+        return std::abs(lines_[one].normal().dot(lines_[other].normal()));
+    }
+
+    std::vector<Crossing> crossingsOf(std::size_t line) const;
+    void addSides(std::size_t line);
+    void addCandidates(std::size_t line, std::vector<Candidate>& found) const;
+    Candidate candidateOf(const std::array<std::size_t, 4>& around) const;
+
+    const std::vector<SupportedLine>& lines_;
+    cv::Size picture_;
+    std::vector<SideTable> sides_; // of each line
+};
+
+std::vector<Crossing> SideSearch::crossingsOf(std::size_t line) const {
+    constexpr double kCrossing = 0.7; // 45 degrees
+    const double across = kMarginOfCut * picture_.width;
+    const double down = kMarginOfCut * picture_.height;
+    std::vector<Crossing> crossings;
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (cosine(line, i) > kCrossing) {
+            continue;
+        }
+        const cv::Point2d place = lines_[line].meet(lines_[i]);
+        if (place.x > -across && place.y > -down && place.x < picture_.width + across &&
+            place.y < picture_.height + down) {
+            crossings.push_back({i, lines_[line].along(place)});
+        }
+    }
+    std::sort(crossings.begin(), crossings.end(),
+              [](const Crossing& one, const Crossing& other) { return one.at < other.at; });
+    return crossings;
 }
 
-// The support of all sides, or 0 if one has too little.
-double supportOf(const std::array<Side, 4>& sides) {
-    double sum = 0;
-    double least = 1;
-    double outside = 0;
-    for (const Side& side : sides) {
-        const double support = side.line->support(side.from, side.to);
-        sum += support / 4;
-        least = std::min(least, support);
-        outside += beyond(side) / 4;
+void SideSearch::addSides(std::size_t line) {
+    constexpr double kParallelEnough = 0.82; // 35 degrees
+    const double shortest = 0.06 * std::min(picture_.width, picture_.height);
+    const std::vector<Crossing> crossings = crossingsOf(line);
+    for (auto from = crossings.begin(); from != crossings.end(); ++from) {
+        for (auto to = from + 1; to != crossings.end(); ++to) {
+            if (to->at - from->at >= shortest && cosine(from->line, to->line) > kParallelEnough &&
+                lines_[line].support(from->at, to->at) >= kLeastSupport &&
+                supportOf(lines_[line], from->at, to->at).asSide() >= kLeastSupport) {
+                sides_[line].add(from->line, to->line);
+            }
+        }
     }
-    if (least < kLeastSupport || sum < kLeastMeanSupport) {
-        return 0;
-    }
-    return 0.7 * sum + 0.3 * least - 0.5 * outside;
 }
 
-void addCandidate(const Pair& rows, const Pair& columns, cv::Size picture,
-                  std::vector<Candidate>& candidates) {
-    const std::array<const SupportedLine*, 4> around{rows.one, columns.one, rows.other,
-                                                     columns.other};
-    std::array<Side, 4> sides{};
-    Corners corners;
+// Of the sides that are not a border.
+Support supportOf(const std::array<const SupportedLine*, 4>& lines, const Corners& corners) {
+    constexpr double kAtCorner = 0.12; // of the side
+    Support support;
+    support.least = 1;
+    double sides = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const SupportedLine& line = *lines[i];
+        if (line.isBorder()) {
+            continue;
+        }
+        const double here = line.along(corners[i]);
+        const double there = line.along(corners[(i + 1) % 4]);
+        const double from = std::min(here, there);
+        const double to = std::max(here, there);
+        const double length = kAtCorner * (to - from);
+        const SideSupport side = supportOf(line, from, to);
+        ++sides;
+        support.mean += side.along;
+        support.least = std::min(support.least, side.along);
+        support.oneSided += side.oneSided;
+        support.beyond += (side.before + side.after) / 2;
+        support.corners += (line.support(from, from + length) + line.support(to - length, to)) / 2;
+    }
+    for (double* const sum :
+         {&support.mean, &support.oneSided, &support.beyond, &support.corners}) {
+        *sum /= sides;
+    }
+    return support;
+}
+
+Candidate SideSearch::candidateOf(const std::array<std::size_t, 4>& around) const {
+    std::array<const SupportedLine*, 4> lines{};
+    Candidate candidate;
     int borders = 0;
     for (std::size_t i = 0; i < 4; ++i) {
-        corners[i] = around[(i + 3) % 4]->meet(*around[i]);
-        borders += around[i]->isBorder() ? 1 : 0;
+        lines[i] = &lines_[around[i]];
+        candidate.corners[i] = lines_[around[(i + 3) % 4]].meet(*lines[i]);
+        borders += lines[i]->isBorder() ? 1 : 0;
     }
     constexpr double kMargin = 0.04;
-    constexpr double kMarginOfCut = 0.35;
-    if (borders > 1 ||
-        !isPlausible(corners, picture, kLeastArea, borders > 0 ? kMarginOfCut : kMargin)) {
-        return;
+    candidate.cut = borders > 0;
+    if (borders < 2 && isPlausible(candidate.corners, picture_, kLeastArea,
+                                   candidate.cut ? kMarginOfCut : kMargin)) {
+        candidate.support = supportOf(lines, candidate.corners);
     }
-    for (std::size_t i = 0; i < 4; ++i) {
-        const double from = around[i]->along(corners[i]);
-        const double to = around[i]->along(corners[(i + 1) % 4]);
-        sides[i] = {around[i], std::min(from, to), std::max(from, to)};
+    return candidate;
+}
+
+// Those with this line and three that stand behind it in the list.
+void SideSearch::addCandidates(std::size_t line, std::vector<Candidate>& found) const {
+    for (std::size_t start = line + 1; start < lines_.size(); ++start) {
+        for (std::size_t end = start + 1; end < lines_.size(); ++end) {
+            if (!sides_[line].contains(start, end)) {
+                continue;
+            }
+            sides_[start].forEachCommon(sides_[end], line, line, [&](std::size_t opposite) {
+                if (sides_[opposite].contains(start, end)) {
+                    const Candidate candidate = candidateOf({line, end, opposite, start});
+                    if (asSides(candidate.support) >= kLeastMeanSupport) {
+                        found.push_back(candidate);
+                    }
+                }
+            });
+        }
     }
-    if (const double support = supportOf(sides); support > 0) {
-        candidates.push_back({clockwise(corners), support, borders > 0});
+}
+
+std::vector<Candidate> SideSearch::candidates() const {
+    std::vector<std::vector<Candidate>> found(lines_.size());
+    cv::parallel_for_({0, static_cast<int>(lines_.size())}, [&](const cv::Range& range) {
+        for (int i = range.start; i < range.end; ++i) {
+            addCandidates(static_cast<std::size_t>(i), found[static_cast<std::size_t>(i)]);
+        }
+    });
+    std::vector<Candidate> all;
+    for (const std::vector<Candidate>& some : found) {
+        all.insert(all.end(), some.begin(), some.end());
     }
+    return all;
+}
+
+// Those worth a closer look first.
+double promise(const Candidate& candidate) {
+    constexpr double kOfCut = 0.15; // many lines meet a border, and few of them end there
+    const Support& support = candidate.support;
+    return 0.3 * support.mean + 0.3 * support.least + 0.2 * support.oneSided +
+           0.2 * support.corners - 0.5 * support.beyond - (candidate.cut ? kOfCut : 0);
+}
+
+bool isSame(const Candidate& one, const Candidate& other) {
+    constexpr double kNear = 5;
+    return std::abs(one.corners[0].x + one.corners[1].x + one.corners[2].x + one.corners[3].x -
+                    other.corners[0].x - other.corners[1].x - other.corners[2].x -
+                    other.corners[3].x) < 4 * kNear &&
+           distanceBetween(one.corners, other.corners) < kNear;
 }
 
 // The best, without those that are nearly the same as a better one.
 std::vector<Candidate> different(const std::vector<Candidate>& candidates, std::size_t maximum) {
-    constexpr double kSame = 5;
     std::vector<Candidate> kept;
     for (const Candidate& candidate : candidates) {
         if (kept.size() >= maximum) {
             break;
         }
-        if (std::none_of(kept.begin(), kept.end(), [&](const Candidate& other) {
-                return distanceBetween(candidate.corners, other.corners) < kSame;
-            })) {
+        if (std::none_of(kept.begin(), kept.end(),
+                         [&](const Candidate& other) { return isSame(candidate, other); })) {
             kept.push_back(candidate);
         }
     }
@@ -120,21 +273,17 @@ std::vector<Candidate> different(const std::vector<Candidate>& candidates, std::
 
 std::vector<Candidate> candidatesOf(const std::vector<SupportedLine>& lines, cv::Size picture,
                                     std::size_t maximum) {
-    constexpr double kCrossing = 0.65; // 50 degrees
-    const std::vector<Pair> pairs = oppositePairs(lines, picture);
-    std::vector<Candidate> candidates;
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        for (std::size_t j = i + 1; j < pairs.size(); ++j) {
-            if (cosine(*pairs[i].one, *pairs[j].one) < kCrossing &&
-                cosine(*pairs[i].other, *pairs[j].other) < kCrossing) {
-                addCandidate(pairs[i], pairs[j], picture, candidates);
-            }
-        }
+    constexpr std::size_t kCompared = 10; // of those kept, to leave out similar ones
+    std::vector<Candidate> found = SideSearch(lines, picture).candidates();
+    const std::size_t compared = std::min(found.size(), kCompared * maximum);
+    std::partial_sort(
+        found.begin(), found.begin() + static_cast<std::ptrdiff_t>(compared), found.end(),
+        [](const Candidate& one, const Candidate& other) { return promise(one) > promise(other); });
+    found.resize(compared);
+    for (Candidate& candidate : found) {
+        candidate.corners = clockwise(candidate.corners);
     }
-    std::sort(
-        candidates.begin(), candidates.end(),
-        [](const Candidate& one, const Candidate& other) { return one.support > other.support; });
-    return different(candidates, maximum);
+    return different(found, maximum);
 }
 
 } // namespace doccam::page

@@ -1,11 +1,12 @@
 #include "page/search/evidence.h"
 
+#include "page/search/reduced_colours.h"
+
+#include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 
 namespace doccam::page {
 namespace {
@@ -14,41 +15,30 @@ constexpr int kReducedSide = 640;
 // Fainter changes are noise, in levels per pixel.
 constexpr float kFaintest = 0.8F;
 
-cv::Mat reduced(const cv::Mat& picture, int factor) {
-    const cv::Size size(std::max(1, picture.cols / factor), std::max(1, picture.rows / factor));
-    cv::Mat small;
-    // Without the last incomplete blocks, every pixel is a plain mean.
-    cv::resize(picture(cv::Rect({}, size * factor) & cv::Rect({}, picture.size())), small, size, 0,
-               0, cv::INTER_AREA);
-    return small;
-}
-
-// Paper differs from a desk in lightness, or, on a bright desk, in colour.
-cv::Mat opponentColours(const cv::Mat& small) {
-    cv::Mat colour(small.size(), CV_32FC3);
-    for (int y = 0; y < small.rows; ++y) {
-        const unsigned char* from = small.ptr(y);
-        auto* to = colour.ptr<cv::Vec3f>(y);
-        for (int x = 0; x < small.cols; ++x, from += small.channels()) {
-            if (small.channels() == 1) {
-                to[x] = {static_cast<float>(*from), 0, 0};
-                continue;
-            }
-            const float blue = from[0];
-            const float green = from[1];
-            const float red = from[2];
-            to[x] = {0.114F * blue + 0.587F * green + 0.299F * red, red - green,
-                     blue - (red + green) / 2};
-        }
-    }
-    cv::GaussianBlur(colour, colour, {5, 5}, 1.0);
-    return colour;
-}
-
 struct Slopes {
     cv::Mat x, y;      // of the channel that changes most
     cv::Mat magnitude; // in levels per pixel
 };
+
+void slopesOfRow(const cv::Mat& across, const cv::Mat& down, int y, Slopes& slopes) {
+    const auto* acrossRow = across.ptr<cv::Vec3f>(y);
+    const auto* downRow = down.ptr<cv::Vec3f>(y);
+    auto* const slopeX = slopes.x.ptr<float>(y);
+    auto* const slopeY = slopes.y.ptr<float>(y);
+    auto* const magnitude = slopes.magnitude.ptr<float>(y);
+    for (int x = 0; x < across.cols; ++x) {
+        float most = -1;
+        for (int c = 0; c < 3; ++c) {
+            const float square = acrossRow[x][c] * acrossRow[x][c] + downRow[x][c] * downRow[x][c];
+            if (square > most) {
+                most = square;
+                slopeX[x] = acrossRow[x][c];
+                slopeY[x] = downRow[x][c];
+            }
+        }
+        magnitude[x] = std::sqrt(most);
+    }
+}
 
 Slopes slopesOf(const cv::Mat& colour) {
     cv::Mat across;
@@ -58,23 +48,11 @@ Slopes slopesOf(const cv::Mat& colour) {
     cv::Scharr(colour, down, CV_32F, 0, 1, kPerPixel);
     Slopes slopes{cv::Mat(colour.size(), CV_32F), cv::Mat(colour.size(), CV_32F),
                   cv::Mat(colour.size(), CV_32F)};
-    for (int y = 0; y < colour.rows; ++y) {
-        const auto* acrossRow = across.ptr<cv::Vec3f>(y);
-        const auto* downRow = down.ptr<cv::Vec3f>(y);
-        for (int x = 0; x < colour.cols; ++x) {
-            float most = -1;
-            for (int c = 0; c < 3; ++c) {
-                const float square =
-                    acrossRow[x][c] * acrossRow[x][c] + downRow[x][c] * downRow[x][c];
-                if (square > most) {
-                    most = square;
-                    slopes.x.at<float>(y, x) = acrossRow[x][c];
-                    slopes.y.at<float>(y, x) = downRow[x][c];
-                }
-            }
-            slopes.magnitude.at<float>(y, x) = std::sqrt(most);
+    cv::parallel_for_({0, colour.rows}, [&](const cv::Range& rows) {
+        for (int y = rows.start; y < rows.end; ++y) {
+            slopesOfRow(across, down, y, slopes);
         }
-    }
+    });
     return slopes;
 }
 
@@ -92,33 +70,65 @@ float besides(const Slopes& slopes, int x, int y) {
 }
 
 void collectEdges(const Slopes& slopes, Evidence& evidence) {
-    evidence.angles = cv::Mat(slopes.magnitude.size(), CV_32F, cv::Scalar(-1));
+    evidence.directions = cv::Mat(slopes.magnitude.size(), CV_16S, cv::Scalar(kNoEdge));
+    constexpr float kEnough = 6; // steeper edges count no more
     constexpr int kBorder = 2;
     for (int y = kBorder; y < slopes.magnitude.rows - kBorder; ++y) {
+        const auto* const magnitude = slopes.magnitude.ptr<float>(y);
         for (int x = kBorder; x < slopes.magnitude.cols - kBorder; ++x) {
-            const float strength = slopes.magnitude.at<float>(y, x);
+            const float strength = magnitude[x];
             if (strength < kFaintest || strength < besides(slopes, x, y)) {
                 continue;
             }
-            constexpr float kDegrees = 180 / std::numbers::pi_v<float>;
-            float angle = std::atan2(slopes.y.at<float>(y, x), slopes.x.at<float>(y, x)) * kDegrees;
-            angle = angle < 0 ? angle + 180 : angle;
-            angle = angle >= 180 ? angle - 180 : angle;
-            evidence.angles.at<float>(y, x) = angle;
-            evidence.edges.push_back(
-                {{static_cast<float>(x), static_cast<float>(y)}, angle, strength});
+            const float direction =
+                cv::fastAtan2(slopes.y.at<float>(y, x), slopes.x.at<float>(y, x));
+            evidence.directions.at<short>(y, x) = static_cast<short>(cvRound(direction) % 360);
+            evidence.edges.push_back({{static_cast<float>(x), static_cast<float>(y)},
+                                      direction,
+                                      0.3F + 0.7F * std::min(strength / kEnough, 1.0F)});
         }
+    }
+}
+
+// A side of a sheet stands alone on most of its way, other than the rows of a page's print.
+void weighByCrowd(Evidence& evidence) {
+    constexpr int kWindow = 15;
+    constexpr float kCrowded = 0.20F; // part of the pixels; a lone line has 1 in 15
+    cv::Mat isEdge = evidence.directions != kNoEdge;
+    cv::Mat density;
+    cv::boxFilter(isEdge, density, CV_32F, {kWindow, kWindow}, {-1, -1}, true);
+    for (EdgePixel& edge : evidence.edges) {
+        const float crowd = density.at<float>(edge.place) / 255 / kCrowded;
+        edge.weight /= 1 + crowd * crowd;
     }
 }
 
 } // namespace
 
+void Evidence::forgetWithin(const Corners& corners) {
+    constexpr int kBeside = 3; // pixels, to where the sides' own edges reach
+    std::vector<cv::Point> outline;
+    for (const cv::Point2d corner : corners) {
+        outline.emplace_back(cvRound(corner.x), cvRound(corner.y));
+    }
+    cv::Mat within(directions.size(), CV_8U, cv::Scalar(0));
+    cv::fillConvexPoly(within, outline, cv::Scalar(255));
+    cv::polylines(within, outline, true, cv::Scalar(255), 2 * kBeside + 1);
+    directions.setTo(kNoEdge, within);
+    edges.erase(std::remove_if(edges.begin(), edges.end(),
+                               [&](const EdgePixel& edge) {
+                                   return within.at<unsigned char>(edge.place) != 0;
+                               }),
+                edges.end());
+}
+
 Evidence evidenceOf(const cv::Mat& picture) {
     Evidence evidence;
     const int longest = std::max(picture.cols, picture.rows);
     evidence.factor = std::max(1, (longest + kReducedSide / 2) / kReducedSide);
-    evidence.colour = opponentColours(reduced(picture, evidence.factor));
+    cv::GaussianBlur(reducedColours(picture, evidence.factor), evidence.colour, {5, 5}, 1.0);
     collectEdges(slopesOf(evidence.colour), evidence);
+    weighByCrowd(evidence);
     return evidence;
 }
 

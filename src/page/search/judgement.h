@@ -1,24 +1,26 @@
-// How much a quadrilateral looks like a sheet of paper.
+// How sure it is that a quadrilateral is a sheet of paper.
 #pragma once
 
-#include "page/search/candidates.h"
-#include "page/search/evidence.h"
+#include "page/search/traits.h"
+
+#include <span>
+#include <string_view>
 
 namespace doccam::page {
 
-struct Judgement {
-    double confidence = 0; // 0 to 1; below kLeastConfidence it is no sheet
-    double contrast = 0;   // levels between inside and outside, of the faintest side
-    double background = 0; // how much alike its surroundings are on all sides, 0 to 1
+// What a trait adds to the logarithm of the odds that it is a sheet.
+struct Weight {
+    std::string_view name;
+    double Traits::*trait;
+    double weight;
 };
 
-Judgement judgementOf(const Candidate& candidate, const Evidence& evidence);
+std::span<const Weight> weights();
 
-inline constexpr double kLeastConfidence = 0.71;
+// The logarithm of the odds that it is one; below 0 it is none.
+double surenessOf(const Traits& traits);
 
-// Whether the sheet goes on from part to whole, which encloses it and whose faintest side has that
-// contrast: beyond the sides of part that are not those of whole it looks as inside.
-bool continuesTo(const Corners& whole, const Corners& part, double contrast,
-                 const Evidence& evidence);
+// From 0 to 1.
+double confidenceOf(double sureness);
 
 } // namespace doccam::page

@@ -16,6 +16,6 @@ struct FittedSheet {
 
 // Moves each side of corners, within reach pixels, to the edge of the paper there, despite fingers
 // and folded corners. Sides on the picture's border stay. None if a side is not found.
-std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corners, double reach);
+std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corners, int reach);
 
 } // namespace doccam::page

@@ -1,10 +1,10 @@
 #include "page/find.h"
 
+#include "page/fit/side_fit.h"
 #include "page/quadrilateral.h"
 #include "page/search/candidates.h"
 #include "page/search/evidence.h"
 #include "page/search/judgement.h"
-#include "page/search/side_fit.h"
 
 #include <algorithm>
 #include <optional>

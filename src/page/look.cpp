@@ -3,9 +3,9 @@
 
 #include "page/paper/binarized.h"
 #include "page/paper/illumination.h"
-#include "page/paper/rim.h"
 #include "page/paper/thresholds.h"
 #include "page/paper/tone.h"
+#include "page/rim/rim.h"
 
 #include <opencv2/imgproc.hpp>
 

@@ -1,8 +1,8 @@
 // Which straight lines the edges of a reduced picture lie on.
 #pragma once
 
+#include "page/line.h"
 #include "page/search/evidence.h"
-#include "page/search/line.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "page/search/curl.h"
+#include "page/fit/curl.h"
 
 #include <algorithm>
 #include <cmath>

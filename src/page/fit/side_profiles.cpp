@@ -1,4 +1,4 @@
-#include "page/search/side_profiles.h"
+#include "page/fit/side_profiles.h"
 
 #include <opencv2/core.hpp>
 

@@ -1,8 +1,8 @@
 // Paper that curls: near a corner a side may bend away from its line.
 #pragma once
 
-#include "page/search/offset_line.h"
-#include "page/search/side_profiles.h"
+#include "page/fit/offset_line.h"
+#include "page/fit/side_profiles.h"
 
 namespace doccam::page {
 

@@ -1,5 +1,5 @@
 // A page's borders, and how far inward its paper begins.
-#include "page/paper/page_border.h"
+#include "page/rim/page_border.h"
 
 #include <opencv2/core.hpp>
 

@@ -1,8 +1,8 @@
 // Filling what a page shows of the desk around it.
-#include "page/paper/rim.h"
+#include "page/rim/rim.h"
 
-#include "page/paper/page_border.h"
-#include "page/paper/rounded_corners.h"
+#include "page/rim/page_border.h"
+#include "page/rim/rounded_corners.h"
 
 #include <algorithm>
 #include <array>

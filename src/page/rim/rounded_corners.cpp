@@ -1,5 +1,5 @@
 // Filling what a page shows of the desk outside of a sheet's rounded corners.
-#include "page/paper/rounded_corners.h"
+#include "page/rim/rounded_corners.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,7 @@
 // Filling what a page shows of the desk outside of a sheet's rounded corners.
 #pragma once
 
-#include "page/paper/page_border.h"
+#include "page/rim/page_border.h"
 
 namespace doccam::page {
 

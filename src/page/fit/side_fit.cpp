@@ -1,10 +1,10 @@
-#include "page/search/side_fit.h"
+#include "page/fit/side_fit.h"
 
+#include "page/fit/curl.h"
+#include "page/fit/offset_line.h"
+#include "page/fit/side_profiles.h"
+#include "page/line.h"
 #include "page/quadrilateral.h"
-#include "page/search/curl.h"
-#include "page/search/line.h"
-#include "page/search/offset_line.h"
-#include "page/search/side_profiles.h"
 
 #include <opencv2/core/utility.hpp>
 

@@ -1,4 +1,4 @@
-#include "page/search/offset_line.h"
+#include "page/fit/offset_line.h"
 
 #include <algorithm>
 #include <cmath>

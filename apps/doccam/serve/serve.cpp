@@ -3,6 +3,7 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/state_folder.h"
 #include "serve/access/access.h"
 #include "serve/access/token_file.h"
 #include "serve/commands/commands.h"
@@ -77,7 +78,7 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     EventFeed events;
     CommandQueue queue;
     PageStore pages;
-    const std::string token = keptToken(stateFolder());
+    const std::string token = keptToken(host::stateFolder());
     const host::Reach reach{.write = {pages.folder()}, .cameras = true, .connections = true};
     if (options.confined) {
         host::confineFiles(reach, interrupt);

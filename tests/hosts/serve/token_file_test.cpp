@@ -1,4 +1,5 @@
 // Keeping the token across restarts and from other users.
+#include "host/state_folder.h"
 #include "serve/access/token_file.h"
 #include "support/scratch_folder.h"
 
@@ -117,15 +118,15 @@ TEST(StateFolder, FollowsTheXdgVariables) {
     const Variable home("HOME", "/home/user");
     {
         const Variable state("XDG_STATE_HOME", "/state");
-        EXPECT_EQ(stateFolder(), "/state/doccam");
+        EXPECT_EQ(host::stateFolder(), "/state/doccam");
     }
     for (const char* unusable : {"", "relative"}) {
         const Variable state("XDG_STATE_HOME", unusable);
-        EXPECT_EQ(stateFolder(), "/home/user/.local/state/doccam");
+        EXPECT_EQ(host::stateFolder(), "/home/user/.local/state/doccam");
     }
     const Variable state("XDG_STATE_HOME", "");
     const Variable homeless("HOME", "");
-    EXPECT_EQ(stateFolder(), "");
+    EXPECT_EQ(host::stateFolder(), "");
 }
 
 } // namespace

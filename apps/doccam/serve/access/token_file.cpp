@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 
-#include <cstdlib>
 #include <optional>
 #include <system_error>
 
@@ -62,15 +61,6 @@ bool writeToken(const fs::path& path, const std::string& token) {
 }
 
 } // namespace
-
-fs::path stateFolder() {
-    const char* const state = std::getenv("XDG_STATE_HOME"); // NOLINT(concurrency-mt-unsafe)
-    if (state != nullptr && *state == '/') {
-        return fs::path(state) / "doccam";
-    }
-    const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
-    return home != nullptr && *home == '/' ? fs::path(home) / ".local/state/doccam" : fs::path();
-}
 
 std::string keptToken(const fs::path& folder) {
     std::string token = randomToken();

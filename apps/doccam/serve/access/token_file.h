@@ -6,9 +6,6 @@
 
 namespace doccam::serve {
 
-// $XDG_STATE_HOME/doccam, or ~/.local/state/doccam; empty if neither is known.
-std::filesystem::path stateFolder();
-
 // The token stored in the folder, or a new one, which is then stored. A file that others could have
 // read or written, or that contains no token, is replaced. If nothing can be stored, the token is
 // valid for this run only. Throws std::system_error if there are no random numbers.

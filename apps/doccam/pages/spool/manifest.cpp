@@ -1,0 +1,192 @@
+#include "pages/spool/manifest.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <set>
+#include <stdexcept>
+
+namespace doccam::host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kVersion = 1;
+constexpr std::size_t kMaximumPages = 10000;
+constexpr std::array<const char*, 2> kLookNames{"photo", "paper"};
+
+// File names are any bytes; JSON takes none but UTF-8.
+std::string escaped(const std::string& path) {
+    std::string text;
+    for (const char letter : path) {
+        const auto byte = static_cast<unsigned char>(letter);
+        std::array<char, 4> code{};
+        std::snprintf(code.data(), code.size(), "%%%02X", byte);
+        text += byte < 0x20 || byte > 0x7E || letter == '%' ? std::string(code.data())
+                                                             : std::string(1, letter);
+    }
+    return text;
+}
+
+std::string unescaped(const std::string& text) {
+    std::string path;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned byte = 0;
+        if (text[i] == '%' && i + 2 < text.size() &&
+            std::sscanf(text.c_str() + i + 1, "%2X", &byte) == 1) {
+            path += static_cast<char>(byte);
+            i += 2;
+        } else {
+            path += text[i];
+        }
+    }
+    return path;
+}
+
+Json asJson(const Recipe& recipe) {
+    Json object{{"corners", nullptr},
+                {"turn", recipe.turn},
+                {"look", kLookNames.at(static_cast<std::size_t>(recipe.look))},
+                {"colour", kColourNames.at(static_cast<std::size_t>(recipe.colour))},
+                {"quality", recipe.quality}};
+    if (recipe.corners) {
+        Json corners = Json::array();
+        for (const cv::Point2d& corner : *recipe.corners) {
+            corners.push_back({corner.x, corner.y});
+        }
+        object["corners"] = std::move(corners);
+    }
+    return object;
+}
+
+void require(bool holds) {
+    if (!holds) {
+        throw std::invalid_argument("no manifest");
+    }
+}
+
+int number(const Json& value, int least, int most) {
+    require(value.is_number_integer());
+    const auto number = value.get<std::int64_t>();
+    require(number >= least && number <= most);
+    return static_cast<int>(number);
+}
+
+template <typename Choice, std::size_t Count>
+Choice choice(const Json& value, const std::array<const char*, Count>& names) {
+    const auto found = std::find(names.begin(), names.end(), value.get<std::string>());
+    require(found != names.end());
+    return static_cast<Choice>(found - names.begin());
+}
+
+double coordinate(const Json& value) {
+    constexpr double kFarthest = 2.0 * DOCCAM_PAGE_MAX_SIDE;
+    require(value.is_number());
+    const auto coordinate = value.get<double>();
+    require(std::isfinite(coordinate) && std::abs(coordinate) <= kFarthest);
+    return coordinate;
+}
+
+std::optional<SheetCorners> cornersIn(const Json& value) {
+    if (value.is_null()) {
+        return std::nullopt;
+    }
+    SheetCorners corners;
+    require(value.is_array() && value.size() == corners.size());
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        require(value[i].is_array() && value[i].size() == 2);
+        corners[i] = {coordinate(value[i][0]), coordinate(value[i][1])};
+    }
+    return corners;
+}
+
+Recipe recipeIn(const Json& value) {
+    constexpr int kBestQuality = 100;
+    Recipe recipe;
+    recipe.corners = cornersIn(value.at("corners"));
+    recipe.turn = number(value.at("turn"), 0, 3);
+    recipe.look = choice<Look>(value.at("look"), kLookNames);
+    recipe.colour = choice<Colour>(value.at("colour"), kColourNames);
+    recipe.quality = number(value.at("quality"), 0, kBestQuality);
+    return recipe;
+}
+
+// Never a path, nor the manifest itself.
+bool isFrameName(const std::string& name) {
+    const std::size_t dot = name.rfind('.');
+    const std::string extension = dot == std::string::npos ? "" : name.substr(dot);
+    const std::string stem = name.substr(0, dot);
+    constexpr std::string_view kStart = "frame-";
+    return (extension == ".jpg" || extension == ".png") && stem.starts_with(kStart) &&
+           stem.size() > kStart.size() &&
+           std::all_of(stem.begin() + kStart.size(), stem.end(),
+                       [](unsigned char letter) { return std::isdigit(letter) != 0; });
+}
+
+KeptPage pageIn(const Json& value, int last) {
+    KeptPage page;
+    page.id = number(value.at("id"), 1, last);
+    page.frame = value.at("frame").get<std::string>();
+    require(isFrameName(page.frame));
+    page.recipe = recipeIn(value.at("recipe"));
+    return page;
+}
+
+Manifest manifestIn(const Json& value) {
+    constexpr int kHighest = 1'000'000'000;
+    require(value.at("version") == kVersion);
+    Manifest manifest;
+    manifest.plan.target = unescaped(value.at("target").get<std::string>());
+    require(manifest.plan.target.find('\0') == std::string::npos);
+    manifest.plan.wholeFrame = value.at("wholeFrame").get<bool>();
+    manifest.plan.recipe = recipeIn(value.at("recipe"));
+    require(value.at("saved").is_number_integer());
+    manifest.saved = value.at("saved").get<std::int64_t>();
+    manifest.last = number(value.at("last"), 0, kHighest);
+    const Json& pages = value.at("pages");
+    require(pages.is_array() && pages.size() <= kMaximumPages);
+    std::set<int> ids;
+    std::set<std::string> frames;
+    for (const Json& entry : pages) {
+        const KeptPage& page = manifest.pages.emplace_back(pageIn(entry, manifest.last));
+        require(ids.insert(page.id).second && frames.insert(page.frame).second);
+    }
+    return manifest;
+}
+
+} // namespace
+
+std::string textOf(const Manifest& manifest) {
+    Json pages = Json::array();
+    for (const KeptPage& page : manifest.pages) {
+        pages.push_back({{"id", page.id}, {"frame", page.frame}, {"recipe", asJson(page.recipe)}});
+    }
+    const Json object{{"version", kVersion},
+                      {"target", escaped(manifest.plan.target)},
+                      {"wholeFrame", manifest.plan.wholeFrame},
+                      {"recipe", asJson(manifest.plan.recipe)},
+                      {"saved", manifest.saved},
+                      {"last", manifest.last},
+                      {"pages", std::move(pages)}};
+    return object.dump(1) + "\n";
+}
+
+std::optional<Manifest> parseManifest(std::string_view text) {
+    try {
+        return manifestIn(Json::parse(text));
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::string frameName(int number, const std::string& extension) {
+    std::array<char, 32> name{};
+    std::snprintf(name.data(), name.size(), "frame-%06d%s", number, extension.c_str());
+    return name.data();
+}
+
+} // namespace doccam::host

@@ -1,0 +1,42 @@
+// The list of a document's pages, as it is kept beside their frames.
+#pragma once
+
+#include "pages/recipe.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace doccam::host {
+
+struct KeptPage {
+    int id = 0;        // never reused in its document
+    std::string frame; // its file's name
+    Recipe recipe;
+};
+
+// What is wanted of a document.
+struct DocumentPlan {
+    std::string target;      // the file to write, an absolute path; empty: not yet named
+    bool wholeFrame = false; // pages of whole frames
+    Recipe recipe{};         // of its next pages, but for the corners
+};
+
+struct Manifest {
+    DocumentPlan plan;
+    std::int64_t saved = 0; // when it was saved, in seconds since 1970; 0: not since its last change
+    int last = 0;           // the largest number that an id or a frame has ever had
+    std::vector<KeptPage> pages{}; // in the user's order
+};
+
+std::string textOf(const Manifest& manifest);
+
+// None for damaged text, and for anything that textOf() would not have written.
+std::optional<Manifest> parseManifest(std::string_view text);
+
+// "frame-000012.jpg"
+std::string frameName(int number, const std::string& extension);
+
+} // namespace doccam::host

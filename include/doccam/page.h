@@ -77,6 +77,13 @@ DOCCAM_API int doccam_find_sheets(const DoccamImage* image, const DoccamSheet* l
 DOCCAM_API int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet,
                               DoccamPage** page);
 
+/*
+ * The size in pixels of the page that doccam_rectify makes of sheet in image. Returns 0, or an
+ * error, and then writes nothing.
+ */
+DOCCAM_API int doccam_rectified_size(const DoccamImage* image, const DoccamSheet* sheet, int* width,
+                                     int* height);
+
 enum DoccamLook {
     DOCCAM_LOOK_PHOTO = 0, /* as seen */
     DOCCAM_LOOK_PAPER = 1  /* evenly lit: white paper, dark ink, pictures and marks kept */

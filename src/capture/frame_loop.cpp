@@ -14,6 +14,20 @@
 #include <cstring>
 
 namespace doccam {
+namespace {
+
+thread_local std::span<const unsigned char> handed;
+
+struct Handed {
+    explicit Handed(std::span<const unsigned char> bytes) { handed = bytes; }
+
+    ~Handed() { handed = {}; }
+
+    Handed(const Handed&) = delete;
+    Handed& operator=(const Handed&) = delete;
+};
+
+} // namespace
 
 FrameLoop::FrameLoop(StreamingThread& thread, LibraryState& library)
   : thread_(thread)
@@ -219,6 +233,8 @@ bool FrameLoop::deliverFrame() {
         return true;
     }
     const cv::Mat frame = *image;
+    const auto filled = static_cast<std::size_t>(isMjpeg() ? intake_.grabbed().filled : 0);
+    const Handed bytes({intake_.bytes(), filled});
     containing(DOCCAM_FAULT_FRAME,
                [&] { thread_.outside([&] { callback(frame.data, frame.cols, frame.rows); }); });
     return !thread_.abandoned();
@@ -238,6 +254,10 @@ bool FrameLoop::deliverPreview() {
     containing(DOCCAM_FAULT_PREVIEW,
                [&] { showPreview(library_.view, frames_.zoomimage, workingImage(), deliver); });
     return !thread_.abandoned();
+}
+
+std::span<const unsigned char> FrameLoop::handedBytes() {
+    return handed;
 }
 
 void streamFrames(StreamingThread& thread) {

@@ -7,6 +7,8 @@
 #include "faults/faults.h"
 #include "state/parts.h"
 
+#include <span>
+
 namespace doccam {
 
 class FrameLoop {
@@ -16,6 +18,10 @@ class FrameLoop {
 
     // Processes frames until the session ends, the driver fails or the thread is given up.
     void run();
+
+    // On a streaming thread in the frame callback, the frame as the camera sent it; empty if that
+    // is no JPEG, and anywhere else.
+    static std::span<const unsigned char> handedBytes();
 
   private:
     // The stages return false when the thread must end.

@@ -75,7 +75,9 @@ GrabbedFrame takeFrame(const record::Session& session, DequeuedBuffer dequeued,
     const std::size_t copied = std::min({static_cast<std::size_t>(record.length),
                                          session.mappedLength[record.index], frame.size()});
     copyInParallel({session.video_buffer_ptr[record.index], copied}, frame.data());
-    GrabbedFrame grabbed{.length = static_cast<int>(copied)};
+    GrabbedFrame grabbed{.length = static_cast<int>(copied),
+                         .filled =
+                             static_cast<int>(record.bytesused <= copied ? record.bytesused : 0)};
     if (ioctl(session.cam_fd.get(), VIDIOC_QBUF, &record) != 0) {
         grabbed.failure = kRequeue;
         grabbed.detail = errno;

@@ -32,6 +32,7 @@ struct GrabbedFrame {
     Failure failure = Failure::kNone;
     int detail = 0; // errno, or the impossible index
     int length = 0; // bytes copied
+    int filled = 0; // of these, what the driver says it has filled; 0 if not all were copied
 };
 
 // Copies as much as fits into frame and requeues the buffer.

@@ -206,6 +206,26 @@ int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet, DoccamPag
     });
 }
 
+int doccam_rectified_size(const DoccamImage* image, const DoccamSheet* sheet, int* width,
+                          int* height) {
+    if (image == nullptr || sheet == nullptr || width == nullptr || height == nullptr) {
+        return DOCCAM_PAGE_BAD_ARGUMENT;
+    }
+    if (!doccam::isValid(*image)) {
+        return DOCCAM_PAGE_BAD_IMAGE;
+    }
+    const doccam::page::Corners corners = doccam::sheetOf(*sheet).corners;
+    if (!doccam::isUsable(corners)) {
+        return DOCCAM_PAGE_BAD_SHEET;
+    }
+    return doccam::resultOf([&] {
+        const cv::Size size = doccam::page::rectifiedSize(corners, {image->width, image->height});
+        *width = size.width;
+        *height = size.height;
+        return 0;
+    });
+}
+
 int doccam_look(const DoccamImage* page, int look, int colour, DoccamPage** result) {
     if (result != nullptr) {
         *result = nullptr;

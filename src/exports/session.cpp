@@ -2,11 +2,13 @@
 #include "capture/session.h"
 
 #include "base/guarded.h"
+#include "capture/frame_loop.h"
 #include "capture/grab_frame.h"
 #include "capture/open_camera.h"
 #include "state/library_state.h"
 
 #include <doccam/doccam.hpp>
+#include <doccam/frame.h>
 
 using doccam::guarded;
 using doccam::state;
@@ -28,4 +30,12 @@ int grabImage(unsigned char* buffer, int* length) {
 void* VideoStreamPro(void* /*arg*/) {
     doccam::streamOnThisThread(state().session);
     return nullptr;
+}
+
+const unsigned char* doccam_frame_bytes(size_t* length) {
+    const auto bytes = doccam::FrameLoop::handedBytes();
+    if (length != nullptr) {
+        *length = bytes.size();
+    }
+    return bytes.empty() ? nullptr : bytes.data();
 }

@@ -12,14 +12,6 @@
 namespace doccam::page {
 namespace {
 
-// As many pixels as the picture has between the corners.
-cv::Size sizeFor(const Corners& corners, cv::Size picture) {
-    const double ratio = std::clamp(aspectRatio(corners, picture), 0.01, 100.0);
-    const double area = areaOf(corners);
-    const auto side = [](double length) { return std::max(1, static_cast<int>(length)); };
-    return {side(std::sqrt(area * ratio)), side(std::sqrt(area / ratio))};
-}
-
 // From the page's pixels to the picture's; corners are outer corners of pixels.
 cv::Matx33d placeOf(const Corners& corners, cv::Size page) {
     const auto right = static_cast<float>(page.width - 0.5);
@@ -32,8 +24,16 @@ cv::Matx33d placeOf(const Corners& corners, cv::Size page) {
 
 } // namespace
 
+// As many pixels as the picture has between the corners.
+cv::Size rectifiedSize(const Corners& corners, cv::Size picture) {
+    const double ratio = std::clamp(aspectRatio(corners, picture), 0.01, 100.0);
+    const double area = areaOf(corners);
+    const auto side = [](double length) { return std::max(1, static_cast<int>(length)); };
+    return {side(std::sqrt(area * ratio)), side(std::sqrt(area / ratio))};
+}
+
 cv::Mat rectify(const cv::Mat& picture, const Corners& corners) {
-    const cv::Size size = sizeFor(corners, picture.size());
+    const cv::Size size = rectifiedSize(corners, picture.size());
     return warped(picture, placeOf(corners, size), size);
 }
 

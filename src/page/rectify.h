@@ -12,4 +12,7 @@ namespace doccam::page {
 // one channel or three.
 cv::Mat rectify(const cv::Mat& picture, const Corners& corners);
 
+// The size of that rectangle, for a picture of the given size.
+cv::Size rectifiedSize(const Corners& corners, cv::Size picture);
+
 } // namespace doccam::page

@@ -1,8 +1,7 @@
 // Documents in the making, on disk.
-#include "pages/spool/spool.h"
-
 #include "host/failure.h"
 #include "pages/rendering.h"
+#include "pages/spool/spool.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -144,9 +143,9 @@ TEST_F(Spooled, PagesAreRetakenDroppedAndReordered) {
     const auto again = spool.open(name);
     EXPECT_THAT(idsOf(*again), ElementsAre(3, 2, 5));
     EXPECT_FALSE(again->pages()[0].recipe.corners);
-    EXPECT_EQ(cv::norm(again->frame(again->pages()[0].frame),
-                       cv::imdecode(jpeg(99), cv::IMREAD_COLOR)),
-              0);
+    EXPECT_EQ(
+        cv::norm(again->frame(again->pages()[0].frame), cv::imdecode(jpeg(99), cv::IMREAD_COLOR)),
+        0);
     // Owner, manifest, three frames.
     EXPECT_EQ(std::distance(fs::directory_iterator(folder() / name), {}), 5);
 }
@@ -236,9 +235,9 @@ TEST_F(Spooled, UnfinishedFilesAreNoPages) {
     const auto again = spool.open(name);
     EXPECT_THAT(again->pages(), SizeIs(1));
     again->add(again->keep(jpeg(7)), Recipe{});
-    EXPECT_EQ(cv::norm(again->frame(again->pages()[1].frame),
-                       cv::imdecode(jpeg(7), cv::IMREAD_COLOR)),
-              0);
+    EXPECT_EQ(
+        cv::norm(again->frame(again->pages()[1].frame), cv::imdecode(jpeg(7), cv::IMREAD_COLOR)),
+        0);
 }
 
 TEST_F(Spooled, DamageIsReportedAndHarmsNoOtherDocument) {
@@ -282,7 +281,8 @@ TEST_F(Spooled, LinksAreNotFollowed) {
 TEST_F(Spooled, NamesLeadNowhereElse) {
     const Spool spool;
     fs::create_directory(outside());
-    for (const char* name : {"..", "../../outside", "", "/", ".", "20200101-000000-000000-abcde/"}) {
+    for (const char* name :
+         {"..", "../../outside", "", "/", ".", "20200101-000000-000000-abcde/"}) {
         EXPECT_NE(refusal([&] { spool.open(name); }), "") << name;
         EXPECT_NE(refusal([&] { spool.clear(name); }), "") << name;
     }
@@ -322,9 +322,9 @@ TEST_F(Spooled, AFullDiskLosesNoEarlierPage) {
         const rlimit limit{4096, 4096};
         setrlimit(RLIMIT_FSIZE, &limit);
         const auto opened = spool.open(name);
-        const bool refused =
-            refusal([&] { opened->keep(FrameFile(8192, 1)); }).find("could not be kept") !=
-            std::string::npos;
+        const bool refused = refusal([&] {
+                                 opened->keep(FrameFile(8192, 1));
+                             }).find("could not be kept") != std::string::npos;
         std::_Exit(refused && opened->pages().size() == 1 ? 0 : 1);
     };
     EXPECT_EXIT(full(), testing::ExitedWithCode(0), "");

@@ -25,6 +25,8 @@ class PageInterface : public testing::Test {
     DoccamImage image_ = imageOf(picture_, DOCCAM_PIXELS_BGR);
     DoccamSheet sheet_{};
     DoccamPage* page_ = nullptr;
+    int width_ = 0;
+    int height_ = 0;
 };
 
 TEST_F(PageInterface, MakesAPageOfAPicture) {
@@ -36,6 +38,8 @@ TEST_F(PageInterface, MakesAPageOfAPicture) {
     ASSERT_EQ(doccam_rectify(&image_, &sheet_, &page_), 0);
     EXPECT_EQ(page_->pixels, DOCCAM_PIXELS_BGR);
     EXPECT_NEAR(static_cast<double>(page_->width) / page_->height, 0.707, 0.01);
+    ASSERT_EQ(doccam_rectified_size(&image_, &sheet_, &width_, &height_), 0);
+    EXPECT_EQ(cv::Size(width_, height_), cv::Size(page_->width, page_->height));
     const DoccamImage page{page_->data, page_->width, page_->height, page_->stride, page_->pixels};
     for (const int colour : {DOCCAM_COLOUR, DOCCAM_COLOUR_GREY, DOCCAM_COLOUR_BLACK_WHITE}) {
         for (const int look : {DOCCAM_LOOK_PHOTO, DOCCAM_LOOK_PAPER}) {
@@ -80,6 +84,7 @@ TEST_F(PageInterface, RefusesImagesBeyondItsLimits) {
           DoccamImage{picture_.data, 10, 10, 30, 2}}) {
         EXPECT_EQ(doccam_find_sheets(&image, nullptr, &sheet_, 1), DOCCAM_PAGE_BAD_IMAGE);
         EXPECT_EQ(doccam_rectify(&image, &sheet_, &page_), DOCCAM_PAGE_BAD_IMAGE);
+        EXPECT_EQ(doccam_rectified_size(&image, &sheet_, &width_, &height_), DOCCAM_PAGE_BAD_IMAGE);
         EXPECT_EQ(doccam_look(&image, 0, 0, &page_), DOCCAM_PAGE_BAD_IMAGE);
         EXPECT_EQ(page_, nullptr);
     }
@@ -90,6 +95,8 @@ TEST_F(PageInterface, RefusesMissingAndUnknownArguments) {
     EXPECT_EQ(doccam_find_sheets(&image_, nullptr, nullptr, 1), DOCCAM_PAGE_BAD_ARGUMENT);
     EXPECT_EQ(doccam_find_sheets(&image_, nullptr, &sheet_, 0), DOCCAM_PAGE_BAD_ARGUMENT);
     EXPECT_EQ(doccam_rectify(&image_, nullptr, &page_), DOCCAM_PAGE_BAD_ARGUMENT);
+    EXPECT_EQ(doccam_rectified_size(&image_, nullptr, &width_, &height_), DOCCAM_PAGE_BAD_ARGUMENT);
+    EXPECT_EQ(doccam_rectified_size(&image_, &sheet_, nullptr, &height_), DOCCAM_PAGE_BAD_ARGUMENT);
     EXPECT_EQ(doccam_rectify(&image_, &sheet_, nullptr), DOCCAM_PAGE_BAD_ARGUMENT);
     EXPECT_EQ(doccam_look(&image_, 2, 0, &page_), DOCCAM_PAGE_BAD_ARGUMENT);
     EXPECT_EQ(doccam_look(&image_, 0, 3, &page_), DOCCAM_PAGE_BAD_ARGUMENT);
@@ -105,6 +112,7 @@ TEST_F(PageInterface, RefusesSheetsThatAreNone) {
           DoccamSheet{{{0, 0}, {1e12, 0}, {1e12, 100}, {0, 100}}, 1, 0},
           DoccamSheet{{{nan, 0}, {100, 0}, {100, 100}, {0, 100}}, 1, 0}}) {
         EXPECT_EQ(doccam_rectify(&image_, &sheet, &page_), DOCCAM_PAGE_BAD_SHEET);
+        EXPECT_EQ(doccam_rectified_size(&image_, &sheet, &width_, &height_), DOCCAM_PAGE_BAD_SHEET);
         EXPECT_GE(doccam_find_sheets(&image_, &sheet, &sheet_, 1), 0);
     }
 }

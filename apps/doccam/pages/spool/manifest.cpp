@@ -27,7 +27,7 @@ std::string escaped(const std::string& path) {
         std::array<char, 4> code{};
         std::snprintf(code.data(), code.size(), "%%%02X", byte);
         text += byte < 0x20 || byte > 0x7E || letter == '%' ? std::string(code.data())
-                                                             : std::string(1, letter);
+                                                            : std::string(1, letter);
     }
     return text;
 }

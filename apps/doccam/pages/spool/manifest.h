@@ -26,8 +26,9 @@ struct DocumentPlan {
 
 struct Manifest {
     DocumentPlan plan;
-    std::int64_t saved = 0; // when it was saved, in seconds since 1970; 0: not since its last change
-    int last = 0;           // the largest number that an id or a frame has ever had
+    std::int64_t saved =
+        0;        // when it was saved, in seconds since 1970; 0: not since its last change
+    int last = 0; // the largest number that an id or a frame has ever had
     std::vector<KeptPage> pages{}; // in the user's order
 };
 

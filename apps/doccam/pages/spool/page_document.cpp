@@ -128,9 +128,7 @@ cv::Mat PageDocument::frame(const std::string& name) const {
 }
 
 KeptPage PageDocument::add(const std::string& frame, const Recipe& recipe) {
-    commit([&](Manifest& manifest) {
-        manifest.pages.push_back({++manifest.last, frame, recipe});
-    });
+    commit([&](Manifest& manifest) { manifest.pages.push_back({++manifest.last, frame, recipe}); });
     return manifest_.pages.back();
 }
 

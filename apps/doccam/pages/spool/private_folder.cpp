@@ -71,8 +71,8 @@ bool PrivateFolder::makeFolder(const std::string& name) const {
 
 PrivateFolder PrivateFolder::folder(const std::string& name) const {
     PrivateFolder inside;
-    inside.folder_ = ownFolder(
-        UniqueFd(openat(folder_.get(), name.c_str(), O_RDONLY | O_DIRECTORY | kNoLinks)));
+    inside.folder_ =
+        ownFolder(UniqueFd(openat(folder_.get(), name.c_str(), O_RDONLY | O_DIRECTORY | kNoLinks)));
     return inside;
 }
 
@@ -94,8 +94,8 @@ std::vector<std::string> PrivateFolder::names() const {
 }
 
 bool PrivateFolder::fill(const std::string& draft, std::span<const unsigned char> bytes) const {
-    const UniqueFd file(openat(folder_.get(), draft.c_str(),
-                               O_WRONLY | O_CREAT | O_EXCL | kNoLinks, kPrivateFile));
+    const UniqueFd file(
+        openat(folder_.get(), draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | kNoLinks, kPrivateFile));
     return file.isOpen() && writeAll(file.get(), bytes) && fsync(file.get()) == 0;
 }
 
@@ -132,8 +132,7 @@ std::optional<std::string> PrivateFolder::read(const std::string& name, std::siz
 UniqueFd PrivateFolder::lock(const std::string& name) const {
     UniqueFd file(openat(folder_.get(), name.c_str(), O_RDWR | O_CREAT | kNoLinks, kPrivateFile));
     struct flock whole = wholeFile();
-    if (!file.isOpen() || !isOwn(file, S_IFREG) ||
-        fcntl(file.get(), F_OFD_SETLK, &whole) != 0) {
+    if (!file.isOpen() || !isOwn(file, S_IFREG) || fcntl(file.get(), F_OFD_SETLK, &whole) != 0) {
         return {};
     }
     // Its folder may have been removed before it was locked.

@@ -29,9 +29,9 @@ constexpr const char* kGone = ".gone-";
 constexpr std::string_view kPattern = "00000000-000000-000000-xxxxxx";
 
 [[noreturn]] void failWithoutPlace(const fs::path& path) {
-    throw Failure(kFileFailed,
-                  "Pages cannot be kept in " + path.string() + " (" + std::strerror(errno) +
-                      "); let XDG_STATE_HOME name another place, or add --no-spool.");
+    throw Failure(kFileFailed, "Pages cannot be kept in " + path.string() + " (" +
+                                   std::strerror(errno) +
+                                   "); let XDG_STATE_HOME name another place, or add --no-spool.");
 }
 
 [[noreturn]] void failWithout(const std::string& name) {
@@ -40,8 +40,8 @@ constexpr std::string_view kPattern = "00000000-000000-000000-xxxxxx";
 }
 
 [[noreturn]] void failAsInUse(const std::string& name) {
-    throw Failure(kFileFailed, "The document " + name +
-                                   " is in use by another doccam; end that one first.");
+    throw Failure(kFileFailed,
+                  "The document " + name + " is in use by another doccam; end that one first.");
 }
 
 bool fits(char letter, char pattern) {
@@ -84,9 +84,8 @@ PrivateFolder openSpool(const fs::path& path) {
 // Files that a process did not finish, or removed from the manifest but no more from the disk.
 void sweep(const PrivateFolder& folder, const Manifest& manifest) {
     for (const std::string& name : folder.names()) {
-        const bool isPage =
-            std::any_of(manifest.pages.begin(), manifest.pages.end(),
-                        [&](const KeptPage& page) { return page.frame == name; });
+        const bool isPage = std::any_of(manifest.pages.begin(), manifest.pages.end(),
+                                        [&](const KeptPage& page) { return page.frame == name; });
         if (!isPage && name != kManifestFile && name != kLockFile) {
             folder.remove(name);
         }
@@ -227,8 +226,7 @@ std::unique_ptr<PageDocument> Spool::create(const DocumentPlan& plan) const {
 }
 
 std::unique_ptr<PageDocument> Spool::open(const std::string& name) const {
-    PrivateFolder folder =
-        isDocumentName(name) ? openSpool(path_).folder(name) : PrivateFolder();
+    PrivateFolder folder = isDocumentName(name) ? openSpool(path_).folder(name) : PrivateFolder();
     if (!folder.isOpen()) {
         failWithout(name);
     }

@@ -35,15 +35,16 @@ Corners inPicture(const Corners& reduced, const Evidence& evidence, cv::Size pic
 struct Judged {
     Candidate candidate;
     double sureness;
+    bool isDarker; // than what is around it
 };
 
 // Those that may be sheets, the surest first.
 std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
     std::vector<Judged> all;
     for (const Candidate& candidate : candidates) {
-        const double sureness = surenessOf(traitsOf(candidate, evidence));
-        if (sureness >= 0) {
-            all.push_back({candidate, sureness});
+        const Traits traits = traitsOf(candidate, evidence);
+        if (const double sureness = surenessOf(traits); sureness >= 0) {
+            all.push_back({candidate, sureness, traits.brighter < 0.5});
         }
     }
     std::sort(all.begin(), all.end(),
@@ -82,23 +83,26 @@ bool shareSide(const Corners& one, const Corners& other) {
     return shared == 2;
 }
 
-// A line printed across may make a part of a sheet surer than the whole, but then the rest looks
-// like a sheet, too, which lies exactly beside it.
-const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
+// Whether rest is what part leaves of whole.
+bool completes(const Corners& rest, const Corners& part, const Corners& whole) {
     constexpr double kSame = 0.04; // of the area
-    const Corners& one = part.candidate.corners;
+    return std::abs(areaOf(rest) + areaOf(part) - areaOf(whole)) < kSame * areaOf(whole) &&
+           encloses(whole, rest) && !overlaps(part, rest) && shareSide(part, rest);
+}
+
+// The sheet that part is only a part of, or part itself. A box printed on a sheet may be surer than
+// the sheet, but it is darker than what is around it. So may one side of a line printed across, but
+// then the other side looks like a sheet, too, which lies exactly beside it.
+const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
+    constexpr double kLarger = 1.05;
+    const Corners& inner = part.candidate.corners;
     for (const Judged& whole : all) {
         const Corners& outer = whole.candidate.corners;
-        const double missing = areaOf(outer) - areaOf(one);
-        if (missing < kSame * areaOf(outer) || !encloses(outer, one)) {
-            continue;
-        }
-        for (const Judged& rest : all) {
-            const Corners& other = rest.candidate.corners;
-            if (std::abs(areaOf(other) - missing) < kSame * areaOf(outer) &&
-                encloses(outer, other) && !overlaps(one, other) && shareSide(one, other)) {
-                return whole;
-            }
+        if (areaOf(outer) > kLarger * areaOf(inner) && encloses(outer, inner) &&
+            (part.isDarker || std::any_of(all.begin(), all.end(), [&](const Judged& rest) {
+                 return completes(rest.candidate.corners, inner, outer);
+             }))) {
+            return whole;
         }
     }
     return part;
@@ -185,11 +189,14 @@ std::size_t SheetSearch::round(std::size_t maximum) {
         if (isKnown(inPicture(all[i]))) {
             continue;
         }
-        const Judged& whole = wholeOf(all[i], all);
-        const auto from = static_cast<std::size_t>(&whole - all.data());
-        if (const auto sheet = bestFitted(std::span(all).subspan(from))) {
+        const Judged* found = &wholeOf(all[i], all);
+        if (isKnown(inPicture(*found))) {
+            found = &all[i];
+        }
+        const auto place = static_cast<std::size_t>(found - all.data());
+        if (const auto sheet = bestFitted(std::span(all).subspan(place))) {
             sheets_.push_back(*sheet);
-            evidence_.forgetWithin(whole.candidate.corners);
+            evidence_.forgetWithin(found->candidate.corners);
         }
     }
     return sheets_.size() - before;

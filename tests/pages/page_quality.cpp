@@ -32,9 +32,9 @@ const std::vector<std::string> kGate = {"desk-white", "desk-cloth", "hand-shadow
 
 // Words are read where a whole page of prose is in view and nothing hides its print.
 bool isRead(const std::string& category) {
-    static const std::vector<std::string> kUnread = {"banknote", "card",          "cut-side",
-                                                     "finger",   "folded-corner", "glare",
-                                                     "receipt",  "ruled-pad",     "several"};
+    static const std::vector<std::string> kUnread = {
+        "banknote", "card",  "cut-side", "finger",    "folded-corner",
+        "glare",    "mixed", "receipt",  "ruled-pad", "several"};
     return std::find(kUnread.begin(), kUnread.end(), category) == kUnread.end();
 }
 

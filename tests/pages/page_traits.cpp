@@ -81,10 +81,15 @@ int main(int argc, char** argv) {
     app.add_option("--first", first, "the first seed");
     app.add_option("--count", count, "seeds of each category");
     CLI11_PARSE(app, argc, argv);
-    printHeader();
-    for (const std::string& category : categories) {
-        for (std::uint64_t seed = first; seed < first + count; ++seed) {
-            printTraits(doccam::virtualcam::drawFrame(category, seed));
+    try {
+        printHeader();
+        for (const std::string& category : categories) {
+            for (std::uint64_t seed = first; seed < first + count; ++seed) {
+                printTraits(doccam::virtualcam::drawFrame(category, seed));
+            }
         }
+    } catch (const std::exception& error) {
+        std::cerr << "page_traits: " << error.what() << '\n';
+        return 1;
     }
 }

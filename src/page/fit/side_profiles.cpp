@@ -20,9 +20,10 @@ cv::Vec3f colourBetween(const cv::Mat& picture, cv::Point2d place) {
     cv::Vec3f colour;
     for (int c = 0; c < 3; ++c) {
         const int i = std::min(c, channels - 1);
-        const float above = top[i] + right * static_cast<float>(top[i + channels] - top[i]);
-        const float below =
-            bottom[i] + right * static_cast<float>(bottom[i + channels] - bottom[i]);
+        const float above =
+            static_cast<float>(top[i]) + right * static_cast<float>(top[i + channels] - top[i]);
+        const float below = static_cast<float>(bottom[i]) +
+                            right * static_cast<float>(bottom[i + channels] - bottom[i]);
         colour[c] = above + down * (below - above);
     }
     return colour;
@@ -50,7 +51,7 @@ std::vector<cv::Vec3f> SideProfiles::coloursOf(int profile, int first, int last)
     const cv::Point2d tangent = along_ * (1.5 / cv::norm(along_));
     const cv::Point2d foot = placeOf(profile);
     std::vector<cv::Vec3f> colours;
-    colours.reserve(static_cast<std::size_t>(last - first + 1));
+    colours.reserve(static_cast<std::size_t>(last - first) + 1);
     for (int offset = first; offset <= last; ++offset) {
         const cv::Point2d place = foot + inwards_ * static_cast<double>(offset);
         colours.push_back((colourBetween(picture_, place) +
@@ -68,8 +69,8 @@ cv::Vec3f SideProfiles::step(int reach) const {
         const std::vector<cv::Vec3f> colours = coloursOf(i, -reach, reach);
         cv::Vec3f difference;
         for (int s = 1; s <= reach; ++s) {
-            difference += colours[static_cast<std::size_t>(reach + s)] -
-                          colours[static_cast<std::size_t>(reach - s)];
+            const auto middle = colours.begin() + reach;
+            difference += middle[s] - middle[-s];
         }
         difference *= 1.0F / static_cast<float>(reach);
         sum += difference * (1 / (static_cast<float>(cv::norm(difference)) + 4));
@@ -93,7 +94,7 @@ std::optional<SideProfiles::Edge> SideProfiles::edgeOf(int profile, const cv::Ve
     Edge best{0, 0};
     double bestValue = 0;
     for (int offset = first; offset <= last; ++offset) {
-        const auto i = static_cast<std::size_t>(offset - first + 1);
+        const auto i = static_cast<std::size_t>(offset - first) + 1;
         const double distance = (offset - expected) / (reach + 1);
         const double value = slopes[i] * (1 - 0.5 * distance * distance);
         if (slopes[i] >= slopes[i - 1] && slopes[i] > slopes[i + 1] && value > bestValue) {

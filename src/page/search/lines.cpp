@@ -71,7 +71,8 @@ Line fitted(const Line& line, const Evidence& evidence) {
     const int angle = static_cast<int>(std::lround(degreesOf(line.normal())));
     const Range range = inPicture(line, evidence.directions.size());
     double count = 0, a = 0, b = 0, aa = 0, ab = 0;
-    for (double along = range.from; along <= range.to; ++along) {
+    for (int step = 0; step <= range.to - range.from; ++step) {
+        const double along = range.from + step;
         const cv::Point2d middle = line.at(along);
         for (int across = -kNear; across <= kNear; ++across) {
             if (edgeAt(evidence.directions, middle + line.normal() * double(across), angle,
@@ -132,7 +133,8 @@ SupportedLine::SupportedLine(const Line& line, const Evidence& evidence)
     const Range range = inPicture(line, evidence.directions.size());
     start_ = range.from;
     counts_.emplace_back();
-    for (double place = range.from; place <= range.to; ++place) {
+    for (int step = 0; step <= range.to - range.from; ++step) {
+        const double place = range.from + step;
         bool up = false;
         bool down = false;
         for (const double across : {0.0, -1.0, 1.0, -2.0, 2.0}) {

@@ -207,6 +207,23 @@ void addPageCategories(std::map<std::string, Change>& categories) {
     categories["tables"] = printed(printTables);
 }
 
+// Any page in two difficulties at once.
+void layMixed(FramePlan& plan, cv::RNG& random) {
+    const auto pages = {printPalePrint, printColouredPrint, printReversedPrint, printPictures,
+                        printFills,     printHighlighter,   printTables};
+    lay(plan, "a4", pages.begin()[random.uniform(0, static_cast<int>(pages.size()))](random),
+        random);
+    plan.leastTilt = 8;
+    plan.largestTilt = 25;
+    plan.fill = random.uniform(0.5, 0.86);
+    plan.cut = random.uniform(0, 3) == 0;
+    plan.finger = !plan.cut && random.uniform(0, 3) == 0;
+    plan.handShadow = random.uniform(0, 2) == 0;
+    if (random.uniform(0, 2) == 0) {
+        addGlares(plan, random);
+    }
+}
+
 const std::map<std::string, Change>& changes() {
     static const std::map<std::string, Change> kChanges = [] {
         std::map<std::string, Change> categories;
@@ -214,6 +231,7 @@ const std::map<std::string, Change>& changes() {
         addLightCategories(categories);
         addSheetCategories(categories);
         addPageCategories(categories);
+        categories["mixed"] = layMixed;
         return categories;
     }();
     return kChanges;

@@ -32,9 +32,9 @@ void onFrame(unsigned char* pixels, int width, int height) {
     std::thread([] { seenByAnotherThread = doccam_frame_bytes(nullptr) != nullptr; }).join();
     {
         const std::lock_guard lock(mutex);
-        handed.push_back({bytes != nullptr ? std::vector(bytes, bytes + length)
-                                           : std::vector<unsigned char>(),
-                          cv::Mat(height, width, CV_8UC3, pixels).clone()});
+        handed.push_back(
+            {bytes != nullptr ? std::vector(bytes, bytes + length) : std::vector<unsigned char>(),
+             cv::Mat(height, width, CV_8UC3, pixels).clone()});
     }
     ++count;
     count.notify_all();

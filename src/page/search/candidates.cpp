@@ -1,14 +1,13 @@
 #include "page/search/candidates.h"
 
 #include "page/quadrilateral.h"
+#include "page/search/side_table.h"
 
 #include <opencv2/core/utility.hpp>
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
 namespace doccam::page {
 namespace {
@@ -45,44 +44,6 @@ SideSupport supportOf(const SupportedLine& line, double from, double to) {
     return {line.support(from, to), line.oneSided(from, to), line.support(from - length, from),
             line.support(to, to + length)};
 }
-
-// Which of the parts of one line, between two others that cross it, may be sides of a sheet.
-class SideTable {
-  public:
-    explicit SideTable(std::size_t lines)
-      : words_((lines + 63) / 64)
-      , bits_(lines * words_) {}
-
-    void add(std::size_t start, std::size_t end) {
-        bits_[start * words_ + end / 64] |= std::uint64_t{1} << end % 64;
-        bits_[end * words_ + start / 64] |= std::uint64_t{1} << start % 64;
-    }
-
-    bool contains(std::size_t start, std::size_t end) const {
-        return (bits_[start * words_ + end / 64] >> end % 64 & 1) != 0;
-    }
-
-    // Calls back with each line above least that ends a side from start, here and in other.
-    template <typename Callback>
-    void forEachCommon(const SideTable& other, std::size_t start, std::size_t least,
-                       const Callback& callback) const {
-        for (std::size_t word = (least + 1) / 64; word < words_; ++word) {
-            const std::size_t place = start * words_ + word;
-            for (std::uint64_t bits = bits_[place] & other.bits_[place]; bits != 0;
-                 bits &= bits - 1) {
-                const std::size_t end =
-                    word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
-                if (end > least) {
-                    callback(end);
-                }
-            }
-        }
-    }
-
-  private:
-    std::size_t words_;
-    std::vector<std::uint64_t> bits_;
-};
 
 // Where a line meets another.
 struct Crossing {
@@ -246,18 +207,22 @@ double promise(const Candidate& candidate) {
            0.2 * support.corners - 0.5 * support.beyond - (candidate.cut ? kOfCut : 0);
 }
 
+struct Promising {
+    double promise;
+    Candidate candidate;
+};
+
 bool isSame(const Candidate& one, const Candidate& other) {
     constexpr double kNear = 5;
-    return std::abs(one.corners[0].x + one.corners[1].x + one.corners[2].x + one.corners[3].x -
-                    other.corners[0].x - other.corners[1].x - other.corners[2].x -
-                    other.corners[3].x) < 4 * kNear &&
+    const cv::Point2d apart = middleOf(one.corners) - middleOf(other.corners);
+    return std::abs(apart.x) < kNear && std::abs(apart.y) < kNear &&
            distanceBetween(one.corners, other.corners) < kNear;
 }
 
 // The best, without those that are nearly the same as a better one.
-std::vector<Candidate> different(const std::vector<Candidate>& candidates, std::size_t maximum) {
+std::vector<Candidate> different(const std::vector<Promising>& candidates, std::size_t maximum) {
     std::vector<Candidate> kept;
-    for (const Candidate& candidate : candidates) {
+    for (const auto& [promise, candidate] : candidates) {
         if (kept.size() >= maximum) {
             break;
         }
@@ -274,14 +239,17 @@ std::vector<Candidate> different(const std::vector<Candidate>& candidates, std::
 std::vector<Candidate> candidatesOf(const std::vector<SupportedLine>& lines, cv::Size picture,
                                     std::size_t maximum) {
     constexpr std::size_t kCompared = 10; // of those kept, to leave out similar ones
-    std::vector<Candidate> found = SideSearch(lines, picture).candidates();
+    std::vector<Promising> found;
+    for (const Candidate& candidate : SideSearch(lines, picture).candidates()) {
+        found.push_back({promise(candidate), candidate});
+    }
     const std::size_t compared = std::min(found.size(), kCompared * maximum);
     std::partial_sort(
         found.begin(), found.begin() + static_cast<std::ptrdiff_t>(compared), found.end(),
-        [](const Candidate& one, const Candidate& other) { return promise(one) > promise(other); });
+        [](const Promising& one, const Promising& other) { return one.promise > other.promise; });
     found.resize(compared);
-    for (Candidate& candidate : found) {
-        candidate.corners = clockwise(candidate.corners);
+    for (Promising& one : found) {
+        one.candidate.corners = clockwise(one.candidate.corners);
     }
     return different(found, maximum);
 }

@@ -11,7 +11,7 @@
 namespace doccam::page {
 namespace {
 
-constexpr std::size_t kMaximumLines = 112;
+constexpr std::size_t kMaximumLines = 128;
 constexpr double kBorderSupport = 0.55;
 
 struct Range {

@@ -222,7 +222,8 @@ bool isSame(const Candidate& one, const Candidate& other) {
 // The best, without those that are nearly the same as a better one.
 std::vector<Candidate> different(const std::vector<Promising>& candidates, std::size_t maximum) {
     std::vector<Candidate> kept;
-    for (const auto& [promise, candidate] : candidates) {
+    for (const Promising& promising : candidates) {
+        const Candidate& candidate = promising.candidate;
         if (kept.size() >= maximum) {
             break;
         }

@@ -52,6 +52,7 @@ void addCommands(CLI::App& app, Context& context) {
     addSizesCommand(app, context);
     addCaptureCommand(app, context);
     addScanCommand(app, context);
+    addSpoolCommand(app, context);
     addReadCommand(app, context);
     addControlsCommand(app, context);
     addFocusCommand(app, context);

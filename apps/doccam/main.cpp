@@ -83,7 +83,8 @@ int run(Context& context, int argc, char** argv) {
     divertLibraryLines(context.options.verbose);
     context.interrupt->check();
     context.interrupt.reset();
-    context.interrupt = std::make_unique<Interrupt>(context.patience, context.interruptedCode);
+    context.interrupt =
+        std::make_unique<Interrupt>(context.patience, context.interruptedCode, context.ctrlC);
     if (context.interruptedCode == kInterrupted) {
         context.interrupt->check();
     }

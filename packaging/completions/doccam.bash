@@ -14,13 +14,14 @@ _doccam() {
         esac
     done
 
-    local commands='list sizes capture scan read controls focus pdf clean serve doctor'
+    local commands='list sizes capture scan spool read controls focus pdf clean serve doctor'
     local global='--verbose --json --camera --virtual --no-confinement --help -h'
     local options='' choices=''
     case $command in
     '') options='--version' ;;
-    capture) options='--size --format --crop --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
-    scan) options='--auto --pages --whole-frame --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    capture) options='--size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    scan) options='--auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    spool) options='--as --force --all' choices='list show resume clear' ;;
     read) options='--kind --wait --size --format' ;;
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;
@@ -39,7 +40,7 @@ _doccam() {
     --kind) choices='qr bar any' ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
     --camera) choices='0 1 2 3 4 5 6 7 8' ;;
-    --virtual | --into) return ;;
+    --virtual | --into | --as) return ;;
     --quality | --pages | --wait | --listen | --port)
         compopt +o default
         return

@@ -1,17 +1,18 @@
 # Completion of doccam for fish.
-set -l commands list sizes capture scan read controls focus pdf clean serve doctor
+set -l commands list sizes capture scan spool read controls focus pdf clean serve doctor
 set -l stills '__fish_seen_subcommand_from capture scan read serve'
 set -l pages '__fish_seen_subcommand_from capture scan'
-set -l writers '__fish_seen_subcommand_from capture scan pdf clean'
+set -l writers '__fish_seen_subcommand_from capture scan spool pdf clean'
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c doccam -n "$none" -f
-complete -c doccam -n '__fish_seen_subcommand_from list sizes controls focus serve doctor' -f
+complete -c doccam -n '__fish_seen_subcommand_from list sizes spool controls focus serve doctor' -f
 
 complete -c doccam -n "$none" -a list -d 'List the cameras that are attached'
 complete -c doccam -n "$none" -a sizes -d 'List the frame sizes that a camera offers'
 complete -c doccam -n "$none" -a capture -d 'Take a still for each file named'
 complete -c doccam -n "$none" -a scan -d 'Make a PDF of sheet after sheet'
+complete -c doccam -n "$none" -a spool -d 'List, save or clear scanned pages that are kept'
 complete -c doccam -n "$none" -a read -d 'Read codes from picture files, or from the camera'
 complete -c doccam -n "$none" -a controls -d 'Show or set the picture controls'
 complete -c doccam -n "$none" -a focus -d 'Have the camera focus once'
@@ -38,10 +39,15 @@ complete -c doccam -n "$pages" -l clean-background -d 'Whiten the paper'
 complete -c doccam -n '__fish_seen_subcommand_from capture scan clean' -l quality -x -d 'Quality of JPEG, 0 to 100'
 complete -c doccam -n "$writers" -l force -d 'Replace files that exist'
 
-complete -c doccam -n '__fish_seen_subcommand_from capture' -l crop -d 'Cut out the sheet'
+complete -c doccam -n '__fish_seen_subcommand_from capture scan' -l crop -d 'Cut out the sheet'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l auto -d 'Take a page whenever a sheet lies still'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l pages -x -d 'End after so many pages'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l whole-frame -d 'Take the whole frame'
+complete -c doccam -n '__fish_seen_subcommand_from scan' -l resume -d 'Go on with what was not saved'
+complete -c doccam -n '__fish_seen_subcommand_from scan' -l no-spool -d 'Keep nothing that is not saved'
+complete -c doccam -n '__fish_seen_subcommand_from spool' -a 'list show resume clear'
+complete -c doccam -n '__fish_seen_subcommand_from spool' -l as -r -d 'PDF to save as'
+complete -c doccam -n '__fish_seen_subcommand_from spool' -l all -d 'Clear also what is not saved'
 complete -c doccam -n '__fish_seen_subcommand_from read' -l kind -x -a 'qr bar any' -d 'Kind of code'
 complete -c doccam -n '__fish_seen_subcommand_from read' -l wait -x -d 'How long to look'
 complete -c doccam -n '__fish_seen_subcommand_from controls' -l reset -d 'Set to the defaults'
@@ -49,7 +55,7 @@ complete -c doccam -n '__fish_seen_subcommand_from controls' -a 'brightness cont
 complete -c doccam -n '__fish_seen_subcommand_from focus' -l switch -d 'Switch between two distances'
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l crop -d 'Make a page of the sheet'
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l each -d 'Make a page of every sheet'
-complete -c doccam -n '__fish_seen_subcommand_from clean' -l look -x -a 'photo paper' -d 'Look of the page'
+complete -c doccam -n '__fish_seen_subcommand_from capture scan clean' -l look -x -a 'photo paper' -d 'Look of the page'
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l edges -d 'Only the margins'
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l background -d 'Only the paper'
 complete -c doccam -n '__fish_seen_subcommand_from clean' -l bright-sheet -d 'Whiten all but what is bright'

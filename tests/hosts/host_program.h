@@ -60,6 +60,9 @@ class HostProgramTest : public testing::Test {
 
     std::string file(const std::string& name) const { return work_ + "/" + name; }
 
+    // Where the program keeps what outlives it; another than the home.
+    std::string state() const { return folder_.file("state"); }
+
     // The names of all files in the folder and in the home.
     std::vector<std::string> files() const;
 

@@ -251,7 +251,7 @@ TEST_F(Spooled, DamageIsReportedAndHarmsNoOtherDocument) {
     const auto entries = spool.list();
     ASSERT_THAT(entries, SizeIs(3));
     EXPECT_FALSE(entries[0].manifest);
-    EXPECT_THAT(entries[1].missing, ElementsAre("frame-000001.jpg"));
+    EXPECT_THAT(entries[1].damaged, ElementsAre("frame-000001.jpg", "frame-000002.jpg"));
     EXPECT_THAT(refusal([&] { spool.open(damaged); }), HasSubstr(damaged));
     const auto opened = spool.open(missing);
     for (const KeptPage& page : opened->pages()) {
@@ -270,7 +270,7 @@ TEST_F(Spooled, LinksAreNotFollowed) {
     fs::remove(frame);
     fs::create_symlink(outside() / "frame.jpg", frame);
     fs::create_directory_symlink(outside(), folder() / "20200101-000000-000000-abcdef");
-    EXPECT_THAT(spool.list().back().missing, ElementsAre("frame-000001.jpg"));
+    EXPECT_THAT(spool.list().back().damaged, ElementsAre("frame-000001.jpg"));
     EXPECT_NE(refusal([&] { spool.open("20200101-000000-000000-abcdef"); }), "");
     EXPECT_NE(refusal([&] { spool.clear("20200101-000000-000000-abcdef"); }), "");
     spool.clear(name);
@@ -329,7 +329,7 @@ TEST_F(Spooled, AFullDiskLosesNoEarlierPage) {
     };
     EXPECT_EXIT(full(), testing::ExitedWithCode(0), "");
     EXPECT_THAT(spool.open(name)->pages(), SizeIs(1));
-    EXPECT_THAT(spool.list().at(0).missing, IsEmpty());
+    EXPECT_THAT(spool.list().at(0).damaged, IsEmpty());
 }
 
 TEST_F(Spooled, APlaceThatCannotBeUsedIsNamed) {

@@ -5,7 +5,9 @@
 #include "host/modules/with_modules.h"
 
 #include <doccam/doccam.hpp>
+#include <doccam/frame.h>
 
+#include <opencv2/imgproc.hpp>
 #include <poll.h>
 
 #include <atomic>
@@ -185,6 +187,24 @@ cv::Mat CameraSession::nextFrame() {
         frame = cv::Mat(height, width, CV_8UC3, pixels).clone();
     });
     return frame;
+}
+
+FrameFile CameraSession::nextFrameFile() {
+    constexpr int kAttempts = 3;
+    for (int attempt = 0; attempt < kAttempts && capture_.format == Format::kMjpeg; ++attempt) {
+        FrameFile frame;
+        useNextFrame([&frame](unsigned char* /*pixels*/, int /*width*/, int /*height*/) {
+            std::size_t length = 0;
+            const unsigned char* const bytes = doccam_frame_bytes(&length);
+            frame.assign(bytes, bytes + length);
+        });
+        if (!decoded(frame).empty()) {
+            return frame;
+        }
+    }
+    cv::Mat pixels = nextFrame();
+    cv::cvtColor(pixels, pixels, cv::COLOR_RGB2BGR);
+    return frameFileOf(pixels);
 }
 
 bool CameraSession::findSheet() {

@@ -4,6 +4,7 @@
 #include "camera/cameras.h"
 #include "camera/frame_feed.h"
 #include "host/interrupt.h"
+#include "pages/frame_file.h"
 
 #include <opencv2/core.hpp>
 
@@ -65,6 +66,10 @@ class CameraSession {
 
     // A copy of the next frame, red first.
     cv::Mat nextFrame();
+
+    // The next frame as the camera sent it, a JPEG; or else, or if none of several frames arrives
+    // sound, a PNG of its pixels, which are turned as set in the library.
+    FrameFile nextFrameFile();
 
     // Searches the next frame for the sheet's outline and keeps it for the following still; false
     // if there is none.

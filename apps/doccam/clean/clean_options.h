@@ -9,12 +9,6 @@
 
 namespace doccam::host {
 
-enum class Crop {
-    kNone,
-    kSheet,     // by the page engine
-    kRectangle, // like a still: the smallest rectangle around the largest bright shape
-};
-
 struct CleanOptions {
     std::vector<std::string> files;
     std::string folder;
@@ -22,7 +16,6 @@ struct CleanOptions {
     bool edges = false;
     bool background = false;
     bool brightSheet = false;
-    std::string cropName; // as given
     Crop crop = Crop::kNone;
     bool each = false;
     std::optional<Look> look;

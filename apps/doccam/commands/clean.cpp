@@ -7,8 +7,8 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "pages/sheet_json.h"
 
-#include <cmath>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -18,8 +18,6 @@ namespace doccam::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-const std::map<std::string, Look> kLooks{{"photo", Look::kPhoto}, {"paper", Look::kPaper}};
 
 // A link is written to its target.
 Reach reachOf(const CleanOptions& options) {
@@ -32,28 +30,12 @@ Reach reachOf(const CleanOptions& options) {
     return reach;
 }
 
-double rounded(double value, double steps) {
-    return std::round(value * steps) / steps;
-}
-
-Json asJson(const FoundSheet& sheet) {
-    constexpr double kPerPixel = 100;
-    Json corners = Json::array();
-    for (const cv::Point2d& corner : sheet.corners) {
-        corners.push_back({rounded(corner.x, kPerPixel), rounded(corner.y, kPerPixel)});
-    }
-    return corners;
-}
-
 // Without a page: no sheet was found.
 Json rowOf(const std::string& source, const CleanedPage* page) {
-    constexpr double kSteps = 1000;
-    Json row{{"source", source}, {"sheet", nullptr}, {"confidence", nullptr}, {"file", nullptr}};
+    Json row{{"source", source}};
+    row.update(asJson(page != nullptr ? page->sheet : std::nullopt));
+    row["file"] = nullptr;
     if (page != nullptr) {
-        if (page->sheet) {
-            row["sheet"] = asJson(*page->sheet);
-            row["confidence"] = rounded(page->sheet->confidence, kSteps);
-        }
         row.update(asJson(page->written));
     }
     return row;
@@ -108,25 +90,12 @@ int clean(const Context& context, const CleanOptions& options) {
     return code;
 }
 
-// CLI11 stores "true" for --crop without a value.
-const std::map<std::string, Crop> kCrops{
-    {"true", Crop::kSheet}, {"sheet", Crop::kSheet}, {"rectangle", Crop::kRectangle}};
-
 void addPageOptions(CLI::App& command, CleanOptions& options) {
-    command
-        .add_flag(
-            "--crop", options.cropName,
-            "Make a page of the sheet; --crop=rectangle takes it for a rectangle, as stills do")
-        ->check([](const std::string& name) {
-            return kCrops.count(name) > 0 ? "" : "\"" + name + "\" is none of sheet, rectangle";
-        });
+    addCropOption(command, options.crop, Crop::kSheet,
+                  "Make a page of the sheet; --crop=rectangle takes it for a rectangle, as stills "
+                  "do");
     command.add_flag("--each", options.each, "Make a page of every sheet: NAME-clean-1, -2 ...");
-    command
-        .add_option_function<std::string>(
-            "--look", [&options](const std::string& name) { options.look = kLooks.at(name); },
-            "photo (as seen) or paper (evenly lit)")
-        ->check(oneOf({"photo", "paper"}))
-        ->type_name("CHOICE");
+    addLookOption(command, [&options](Look look) { options.look = look; });
     addColourOption(command, [&options](Colour colour) { options.colour = colour; });
 }
 
@@ -175,9 +144,6 @@ void addCleanCommand(CLI::App& app, Context& context) {
                     "  doccam clean --edges --bright-sheet --into cleaned *.jpg\n"
                     "  doccam clean --in-place --force page.png");
     command->callback([&context, options] {
-        if (!options->cropName.empty()) {
-            options->crop = kCrops.at(options->cropName);
-        }
         context.run = [&context, options] { return clean(context, *options); };
     });
 }

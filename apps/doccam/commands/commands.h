@@ -17,6 +17,7 @@ void addServeCommand(CLI::App& app, Context& context);
 void addSizesCommand(CLI::App& app, Context& context);
 void addCaptureCommand(CLI::App& app, Context& context);
 void addScanCommand(CLI::App& app, Context& context);
+void addSpoolCommand(CLI::App& app, Context& context);
 void addReadCommand(CLI::App& app, Context& context);
 void addControlsCommand(CLI::App& app, Context& context);
 void addFocusCommand(CLI::App& app, Context& context);

@@ -17,6 +17,8 @@ const std::map<std::string, Colour> kColours = [] {
     }
     return colours;
 }();
+const std::map<std::string, Look> kLooks{{"photo", Look::kPhoto}, {"paper", Look::kPaper}};
+const std::map<std::string, Crop> kCrops{{"sheet", Crop::kSheet}, {"rectangle", Crop::kRectangle}};
 const std::map<std::string, int> kTurns{{"0", 0}, {"90", 1}, {"180", 2}, {"270", 3}};
 
 constexpr int kBestQuality = 100;
@@ -75,6 +77,26 @@ void addCaptureOptions(CLI::App& command, StillOptions& options) {
 void addColourOption(CLI::App& command, const std::function<void(Colour)>& store) {
     addChoice(command, "--colour,--color", kColours, "colour, grey or bw (black and white)", store)
         ->transform([](const std::string& name) { return name == "gray" ? "grey" : name; });
+}
+
+void addLookOption(CLI::App& command, const std::function<void(Look)>& store) {
+    addChoice(command, "--look", kLooks, "photo (as seen) or paper (evenly lit)", store);
+}
+
+// CLI11 gives "true" for the option without a value.
+void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help) {
+    const auto given = std::make_shared<std::string>();
+    const auto choice = [usual](const std::string& name) -> std::optional<Crop> {
+        const auto found = kCrops.find(name);
+        return name == "true"          ? std::optional(usual)
+               : found != kCrops.end() ? std::optional(found->second)
+                                       : std::nullopt;
+    };
+    command.add_flag("--crop", *given, help)
+        ->check([choice](const std::string& name) {
+            return choice(name) ? "" : "\"" + name + "\" is none of sheet, rectangle";
+        })
+        ->each([&crop, choice, given](const std::string& name) { crop = *choice(name); });
 }
 
 void addPageOptions(CLI::App& command, PageSettings& page) {

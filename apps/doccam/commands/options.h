@@ -4,6 +4,7 @@
 #include "camera/camera_session.h"
 #include "camera/page_settings.h"
 #include "host/context.h"
+#include "pages/recipe.h"
 
 #include <CLI/App.hpp>
 
@@ -35,6 +36,12 @@ void addPageOptions(CLI::App& command, PageSettings& page);
 
 // --colour, or --color; "gray" is grey.
 void addColourOption(CLI::App& command, const std::function<void(Colour)>& store);
+
+// --look.
+void addLookOption(CLI::App& command, const std::function<void(Look)>& store);
+
+// --crop, alone for usual, and --crop=sheet and --crop=rectangle.
+void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help);
 
 // Opens the chosen camera according to the options and applies the page settings.
 std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options);

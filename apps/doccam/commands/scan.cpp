@@ -4,12 +4,13 @@
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pictures/pdf_file.h"
-#include "pictures/written_file.h"
+#include "scan/document_saving.h"
+#include "scan/scan_document.h"
+#include "scan/scan_options.h"
 #include "scan/scanning.h"
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace doccam::host {
 namespace {
@@ -17,90 +18,123 @@ namespace {
 constexpr int kMaximumPages = 999;
 constexpr int kSheetFrames = 60; // frames that a virtual sheet lies still
 
-struct ScanOptions {
-    StillOptions still;
-    ScanPlan plan;
-    std::string target;
-    bool force = false;
+struct ScanArguments {
+    ScanOptions scan;
+    StillOptions still; // its page settings are those of the scan if the library makes the pages
 };
 
-Json asJson(const std::vector<ScannedPage>& pages) {
-    Json array = Json::array();
-    for (const ScannedPage& page : pages) {
-        array.push_back({{"page", array.size() + 1},
-                         {"width", page.width},
-                         {"height", page.height},
-                         {"cropped", page.cropped}});
+// Returns whether it ended by Ctrl-C, which saves what there is.
+bool takePages(const Context& context, const ScanArguments& arguments, ScanDocument& document) {
+    const ScanOptions& options = arguments.scan;
+    try {
+        const auto session = openForStills(context, arguments.still);
+        PageStack stack(*session, document.pages(), document.renderer(), options.way(),
+                        document.file().part("still.jpg"), [&](std::size_t /*pages*/) {
+                            context.interrupt->setLastWords(document.keptSentence());
+                        });
+        scanPages(*session, stack, options.plan);
+        return false;
+    } catch (const Interruption&) {
+        if (context.interrupt->mustEnd()) {
+            throw;
+        }
+        return true;
     }
-    return array;
 }
 
-std::vector<ScannedPage> takePages(const Context& context, const ScanOptions& options,
-                                   OutputFile& file) {
-    const auto session = openForStills(context, options.still);
-    PageStack stack(*session, file);
-    scanPages(*session, stack, options.plan);
-    return stack.pages();
-}
-
-void report(const Context& context, const WrittenFile& written,
-            const std::vector<ScannedPage>& pages) {
-    Result result(context.options.json, asJson(written));
-    result.value["pages"] = asJson(pages);
-    result.tell(asText(written) + "  " + std::to_string(pages.size()) +
-                (pages.size() == 1 ? " page" : " pages"));
-}
-
-int scan(const Context& context, const ScanOptions& options) {
-    if (!isPdfName(options.target)) {
-        throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
+int save(const Context& context, ScanDocument& document) {
+    const SavedDocument saved =
+        saveDocument(document.pages(), document.renderer(), document.file(), *context.interrupt);
+    context.interrupt->setLastWords("");
+    if (saved.pages.empty()) {
+        throw Failure(kFileFailed, saved.damaged.front());
     }
-    OutputFile file(options.target, options.force);
-    const std::vector<ScannedPage> pages = takePages(context, options, file);
-    if (pages.empty()) {
-        throw Failure(kNothingFound, "No page was taken, so " + options.target +
+    return reportSaved(saved, document.file().target().string(), context.options.json);
+}
+
+int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocument& document) {
+    const bool interrupted = takePages(context, arguments, document);
+    if (document.pages().pages().empty()) {
+        if (interrupted) {
+            throw Interruption();
+        }
+        throw Failure(kNothingFound, "No page was taken, so " + document.file().target().string() +
                                          " was not written; put a sheet before the camera.");
     }
-    std::vector<std::string> images;
-    images.reserve(pages.size());
-    for (const ScannedPage& page : pages) {
-        images.push_back(page.path);
-    }
-    publishPdf(file, images, *context.interrupt);
-    report(context, describeFile(options.target), pages);
-    return kDone;
+    const int code = save(context, document);
+    return interrupted ? kInterrupted : code;
 }
 
-void addOptions(CLI::App& command, ScanOptions& options) {
-    command.add_option("OUT", options.target, "The PDF to write")->required()->type_name("");
+// What a failure leaves in the spool is part of its sentence.
+int scan(const Context& context, ScanArguments arguments) {
+    refuseContradictions(arguments.scan);
+    ScanDocument document(arguments.scan);
+    arguments.scan.adopt(document.pages().plan());
+    arguments.still.page = arguments.scan.byEngine() ? PageSettings() : arguments.scan.page;
+    try {
+        return scanAndSave(context, arguments, document);
+    } catch (const Interruption&) {
+        context.interrupt->setLastWords("");
+        if (const std::string kept = document.keptSentence(); !kept.empty()) {
+            complain(kept);
+        }
+        throw;
+    } catch (const Failure& failure) {
+        const std::string kept = document.keptSentence();
+        throw Failure(failure.code(), failure.what() + (kept.empty() ? "" : " " + kept));
+    }
+}
+
+void addOptions(CLI::App& command, ScanArguments& arguments) {
+    ScanOptions& options = arguments.scan;
+    command.add_option("OUT", options.target, "The PDF to write")->type_name("");
     command.add_flag("--auto", options.plan.automatic,
                      "Take a page whenever a new sheet lies still; Enter ends");
     command.add_option("--pages", options.plan.pages, "End after so many pages")
         ->check(between(1, kMaximumPages))
         ->type_name("N");
+    addCropOption(command, options.crop, Crop::kSheet,
+                  "Take the sheet, as without it; --crop=rectangle takes it for a rectangle");
     command.add_flag("--whole-frame", options.plan.whole,
                      "Take the whole frame instead of cutting out the sheet");
-    addCaptureOptions(command, options.still);
-    addPageOptions(command, options.still.page);
+    addLookOption(command, [&options](Look look) { options.look = look; });
+    addCaptureOptions(command, arguments.still);
+    addPageOptions(command, options.page);
+    command.add_flag("--resume", options.resume,
+                     "Go on with the newest document that was not saved");
+    command.add_flag("--no-spool", options.noSpool, "Keep nothing that is not saved");
     command.add_flag("--force", options.force, "Replace a file that exists");
-    command.footer("Enter takes a page, q and Enter ends. Ctrl-C leaves no file.\n"
-                   "With --auto the virtual cameras change their sheets by themselves.\n\n"
-                   "Examples:\n"
-                   "  doccam scan letter.pdf\n"
-                   "  doccam scan --auto --pages 12 --colour grey --clean-edges book.pdf\n"
-                   "  doccam --virtual scan demo.pdf --auto --pages 3");
+    command.footer(
+        "Enter takes a page, r takes the last again, d drops it, q saves; each with Enter.\n"
+        "Ctrl-C saves what there is; a second one, or a crash, leaves it in the spool,\n"
+        "where doccam scan --resume and doccam spool find it.\n"
+        "With --auto the virtual cameras change their sheets by themselves.\n\n"
+        "Examples:\n"
+        "  doccam scan letter.pdf\n"
+        "  doccam scan --auto --pages 12 --colour grey book.pdf\n"
+        "  doccam scan --resume\n"
+        "  doccam --virtual scan demo.pdf --auto --pages 3");
 }
 
 } // namespace
 
 void addScanCommand(CLI::App& app, Context& context) {
-    const auto options = std::make_shared<ScanOptions>();
+    const auto arguments = std::make_shared<ScanArguments>();
     CLI::App* command = app.add_subcommand("scan", "Make a PDF of sheet after sheet");
-    addOptions(*command, *options);
-    command->callback([&context, options] {
-        context.patience.reset();
-        context.virtualCamera.sheetFrames = options->plan.automatic ? kSheetFrames : 0;
-        context.run = [&context, options] { return scan(context, *options); };
+    addOptions(*command, *arguments);
+    command->callback([&context, command, arguments] {
+        ScanOptions& options = arguments->scan;
+        if (options.target.empty() && !options.resume) {
+            throw CLI::RequiredError("OUT");
+        }
+        for (const char* name : {"--whole-frame", "--rotate", "--colour", "--quality"}) {
+            if (command->count(name) > 0) {
+                options.given.insert(name);
+            }
+        }
+        context.ctrlC = Interrupt::CtrlC::kFinishes;
+        context.virtualCamera.sheetFrames = options.plan.automatic ? kSheetFrames : 0;
+        context.run = [&context, arguments] { return scan(context, *arguments); };
     });
 }
 

@@ -27,9 +27,10 @@ struct Context {
     std::function<int()> run;
 
     // The time after a signal until the process is ended, with interruptedCode, if the command has
-    // not ended by itself. scan has no patience and ends in its own time.
+    // not ended by itself. At the first Ctrl-C scan finishes in its own time.
     Interrupt::Patience patience = std::chrono::milliseconds(600);
     int interruptedCode = kInterrupted;
+    Interrupt::CtrlC ctrlC = Interrupt::CtrlC::kEnds;
 
     // Set before run is called.
     std::unique_ptr<Interrupt> interrupt;

@@ -1,5 +1,6 @@
 #include "host/interrupt.h"
 
+#include "host/own_output.h"
 #include "host/work_folders.h"
 
 #include <poll.h>
@@ -42,9 +43,10 @@ sigset_t blockSignals() {
     return signals;
 }
 
-Interrupt::Interrupt(Patience patience, int code)
+Interrupt::Interrupt(Patience patience, int code, CtrlC ctrlC)
   : patience_(patience)
   , code_(code)
+  , ctrlC_(ctrlC)
   , signals_(blockSignals())
   , watched_(signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK))
   , asked_(eventfd(isReadable(watched_) ? 1 : 0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -70,33 +72,51 @@ void Interrupt::waitOnNewThread() {
     thread_ = std::thread([this] { watch(); });
 }
 
-void Interrupt::watch() const {
-    std::optional<Clock::time_point> first;
+void Interrupt::watch() {
     std::array<pollfd, 2> events{{{watched_, POLLIN, 0}, {ended_, POLLIN, 0}}};
-    if (raised()) { // before this thread existed
-        first = Clock::now();
+    if (mustEnd_) { // since before this thread existed
         endUnlessEndedSoon();
     }
     while (poll(events.data(), events.size(), -1) > 0 && events[1].revents == 0) {
         signalfd_siginfo signal{};
-        if (read(watched_, &signal, sizeof signal) != sizeof signal) {
-            continue;
-        }
-        if (!first) {
-            first = Clock::now();
-            eventfd_write(asked_, 1);
-            endUnlessEndedSoon();
-        } else if (Clock::now() - *first >= kMinimumRepeat) {
-            pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
-            raise(static_cast<int>(signal.ssi_signo));
+        if (read(watched_, &signal, sizeof signal) == sizeof signal) {
+            onSignal(static_cast<int>(signal.ssi_signo));
         }
     }
 }
 
+void Interrupt::onSignal(int number) {
+    const bool isFirst = !first_;
+    const auto now = Clock::now();
+    first_ = first_.value_or(now);
+    const bool finishes = ctrlC_ == CtrlC::kFinishes && number == SIGINT;
+    const bool isRepeated = now - *first_ >= kMinimumRepeat;
+    const bool asksForTheEnd = finishes ? isRepeated : isFirst || ctrlC_ == CtrlC::kFinishes;
+    if (asksForTheEnd && !mustEnd_) {
+        mustEnd_ = true; // before others can see that it is asked
+        eventfd_write(asked_, 1);
+        endUnlessEndedSoon();
+    } else if (isFirst) {
+        eventfd_write(asked_, 1);
+    } else if (isRepeated) {
+        pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
+        raise(number);
+    }
+}
+
+void Interrupt::setLastWords(const std::string& words) {
+    const std::lock_guard lock(lastWordsMutex_);
+    lastWords_ = words;
+}
+
 // A driver, a library or a pipe may block the thread that should react to the signal.
-void Interrupt::endUnlessEndedSoon() const {
+void Interrupt::endUnlessEndedSoon() {
     pollfd ended{ended_, POLLIN, 0};
     if (patience_ && poll(&ended, 1, static_cast<int>(patience_->count())) == 0) {
+        const std::lock_guard lock(lastWordsMutex_);
+        if (!lastWords_.empty()) {
+            complainWithoutWaiting(lastWords_);
+        }
         removeWorkFolders();
         _exit(code_);
     }

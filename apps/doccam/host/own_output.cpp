@@ -4,9 +4,11 @@
 #include "host/failure.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace doccam::host {
@@ -18,6 +20,14 @@ std::FILE* ownErr = stderr;
 [[noreturn]] void failToSetApart() {
     throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close other "
                                "programs and try again.");
+}
+
+std::string complaint(const std::string& message) {
+    std::string line = message;
+    std::replace_if(
+        line.begin(), line.end(), [](char letter) { return letter == '\n' || letter == '\t'; },
+        ' ');
+    return "doccam: " + harmlessText(line) + "\n";
 }
 
 // A stream on a duplicate of descriptor.
@@ -67,11 +77,16 @@ std::FILE* out() {
 }
 
 void complain(const std::string& message) {
-    std::string line = message;
-    std::replace_if(
-        line.begin(), line.end(), [](char letter) { return letter == '\n' || letter == '\t'; },
-        ' ');
-    std::fprintf(ownErr, "doccam: %s\n", harmlessText(line).c_str());
+    std::fputs(complaint(message).c_str(), ownErr);
+}
+
+// Past the stream, whose lock may be with a thread that waits for the reader.
+void complainWithoutWaiting(const std::string& message) {
+    const std::string line = complaint(message);
+    pollfd writable{fileno(ownErr), POLLOUT, 0};
+    if (line.size() <= PIPE_BUF && poll(&writable, 1, 0) == 1) {
+        static_cast<void>(write(writable.fd, line.data(), line.size()) < 0);
+    }
 }
 
 void printLine(const std::string& line) {

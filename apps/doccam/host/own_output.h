@@ -24,6 +24,9 @@ std::FILE* out();
 // Prints the message as an error after the program's name, on one line and escaped for a terminal.
 void complain(const std::string& message);
 
+// The same, unless nobody can take it at once.
+void complainWithoutWaiting(const std::string& message);
+
 // Print one line, on a terminal escaped but for newlines and tabs, or value as indented JSON, in
 // which invalid UTF-8 is replaced.
 void printLine(const std::string& line);

@@ -1,6 +1,8 @@
 // A frame as the file that it is kept in.
 #pragma once
 
+#include <opencv2/core/mat.hpp>
+
 #include <vector>
 
 namespace doccam::host {
@@ -9,8 +11,12 @@ namespace doccam::host {
 using FrameFile = std::vector<unsigned char>;
 
 // ".jpg" for what begins like a JPEG, ".png" for all else.
-inline const char* extensionOf(const FrameFile& frame) {
-    return frame.size() > 1 && frame[0] == 0xFF && frame[1] == 0xD8 ? ".jpg" : ".png";
-}
+const char* extensionOf(const FrameFile& frame);
+
+// Its pixels, blue first; empty if it is damaged, truncated, or larger than any frame.
+cv::Mat decoded(const FrameFile& frame);
+
+// A PNG of pixels, blue first. Throws Failure if there is not enough memory.
+FrameFile frameFileOf(const cv::Mat& pixels);
 
 } // namespace doccam::host

@@ -14,6 +14,13 @@ namespace doccam::host {
 
 enum class Look { kPhoto = DOCCAM_LOOK_PHOTO, kPaper = DOCCAM_LOOK_PAPER };
 
+// What of a picture becomes a page.
+enum class Crop {
+    kNone,      // all of it
+    kSheet,     // the sheet that the page engine finds
+    kRectangle, // like a still: the smallest rectangle around the largest bright shape
+};
+
 // Clockwise from the one nearest to the top left, in the frame's pixels, whose centres are whole
 // numbers.
 using SheetCorners = std::array<cv::Point2d, 4>;

@@ -73,6 +73,19 @@ std::string pageOf(const OutputFile& file, const std::string& image, std::size_t
     return page;
 }
 
+std::string combined(const OutputFile& file, const std::vector<std::string>& pages) {
+    for (const std::string& page : pages) {
+        AddImageFileToPDF(page.c_str());
+    }
+    std::string draft = file.part("draft.pdf");
+    if (CombineToPDF(draft.c_str(), false) != DOCCAM_OK) {
+        throw Failure(kFileFailed, file.target().string() +
+                                       " could not be written; look whether its images are sound "
+                                       "and the disk is not full.");
+    }
+    return draft;
+}
+
 } // namespace
 
 bool isPdfName(const std::string& name) {
@@ -86,16 +99,11 @@ std::string draftPdf(const OutputFile& file, const std::vector<std::string>& ima
         interrupt.check();
         pages.push_back(pageOf(file, image, pages.size()));
     }
-    for (const std::string& page : pages) {
-        AddImageFileToPDF(page.c_str());
-    }
-    std::string draft = file.part("draft.pdf");
-    if (CombineToPDF(draft.c_str(), false) != DOCCAM_OK) {
-        throw Failure(kFileFailed, file.target().string() +
-                                       " could not be written; look whether its images are sound "
-                                       "and the disk is not full.");
-    }
-    return draft;
+    return combined(file, pages);
+}
+
+void publishPages(OutputFile& file, const std::vector<std::string>& pages) {
+    file.publish(combined(file, pages));
 }
 
 void publishPdf(OutputFile& file, const std::vector<std::string>& images,

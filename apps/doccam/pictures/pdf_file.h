@@ -22,4 +22,7 @@ std::string draftPdf(const OutputFile& file, const std::vector<std::string>& ima
 void publishPdf(OutputFile& file, const std::vector<std::string>& images,
                 const Interrupt& interrupt);
 
+// Publishes pages, JPEG or PNG files named so, as file. Throws Failure.
+void publishPages(OutputFile& file, const std::vector<std::string>& pages);
+
 } // namespace doccam::host

@@ -7,7 +7,6 @@
 #include <fstream>
 
 namespace doccam::host {
-namespace {
 
 bool writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
     std::ofstream file(path, std::ios::binary);
@@ -15,8 +14,6 @@ bool writeBytes(const std::string& path, const std::vector<unsigned char>& bytes
                static_cast<std::streamsize>(bytes.size()));
     return static_cast<bool>(file.flush());
 }
-
-} // namespace
 
 // Encoded in memory, because not all of OpenCV's encoders notice a full disk.
 bool writePicture(const std::string& path, const cv::Mat& picture, int quality) {

@@ -19,7 +19,8 @@ void writePicture(const OutputFile& target, const std::string& path, const cv::M
 void writeBytes(const OutputFile& target, const std::string& path,
                 const std::vector<unsigned char>& bytes);
 
-// The first, anywhere. Returns false if not all of it could be written.
+// The same, anywhere. Return false if not all of it could be written.
+bool writeBytes(const std::string& path, const std::vector<unsigned char>& bytes);
 bool writePicture(const std::string& path, const cv::Mat& picture, int quality);
 
 } // namespace doccam::host

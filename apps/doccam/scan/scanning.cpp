@@ -1,97 +1,111 @@
 #include "scan/scanning.h"
 
 #include "host/own_output.h"
-#include "pictures/written_file.h"
+#include "scan/line_input.h"
 #include "scan/sheet_watch.h"
 
-#include <poll.h>
-#include <unistd.h>
-
-#include <array>
-#include <deque>
-#include <filesystem>
 #include <optional>
 
 namespace doccam::host {
 namespace {
 
-constexpr const char* kEndWord = "q";
-
-// Reads lines that the user types, without blocking.
-class LineInput {
-  public:
-    // To wait for; negative once the input has ended, so that poll() ignores it.
-    int descriptor() const { return ended_ ? -1 : STDIN_FILENO; }
-
-    bool ended() const { return ended_; }
-
-    // The next complete line without its newline; none if there is none yet.
-    std::optional<std::string> takeLine() {
-        readAvailable();
-        if (lines_.empty()) {
-            return std::nullopt;
-        }
-        std::string line = std::move(lines_.front());
-        lines_.pop_front();
-        return line;
-    }
-
-  private:
-    void readAvailable() {
-        pollfd state{descriptor(), POLLIN, 0};
-        while (!ended_ && poll(&state, 1, 0) > 0) {
-            std::array<char, 256> chunk{};
-            const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
-            ended_ = count <= 0;
-            for (ssize_t i = 0; i < count; ++i) {
-                const char letter = chunk[static_cast<std::size_t>(i)];
-                if (letter == '\n') {
-                    lines_.push_back(std::move(begun_));
-                    begun_.clear();
-                } else {
-                    begun_ += letter;
-                }
-            }
-        }
-    }
-
-    std::string begun_;
-    std::deque<std::string> lines_;
-    bool ended_ = false;
-};
-
 std::string ofAll(std::size_t page, const ScanPlan& plan) {
     return std::to_string(page) + (plan.pages > 0 ? " of " + std::to_string(plan.pages) : "");
 }
 
-std::string takenText(const ScannedPage& page, std::size_t number, const ScanPlan& plan) {
-    return "page " + ofAll(number, plan) + " taken, " + std::to_string(page.width) + "x" +
-           std::to_string(page.height) +
+std::string takenText(const PageDraft& page, std::size_t number, const ScanPlan& plan) {
+    return "page " + ofAll(number, plan) + " taken, " + std::to_string(page.size.width) + "x" +
+           std::to_string(page.size.height) +
            (page.cropped || plan.whole ? "" : ", the whole frame as no sheet was found");
 }
 
 bool complete(const PageStack& stack, const ScanPlan& plan) {
-    return plan.pages > 0 && stack.pages().size() >= static_cast<std::size_t>(plan.pages);
+    return plan.pages > 0 && stack.count() >= static_cast<std::size_t>(plan.pages);
 }
 
-// Takes a page at each entered line.
-void scanAtEnter(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
-    LineInput input;
-    ProgressLine progress;
-    progress.show("Enter takes page " + ofAll(1, plan) + ", q and Enter ends");
-    while (!complete(stack, plan)) {
-        const auto line = input.takeLine();
-        if (line == kEndWord || (!line && input.ended())) {
+// Does what the user's lines ask for.
+class EnterScan {
+  public:
+    EnterScan(CameraSession& session, PageStack& stack, const ScanPlan& plan)
+      : session_(session)
+      , stack_(stack)
+      , plan_(plan) {}
+
+    void run() {
+        progress_.show("Enter takes page " + ofAll(stack_.count() + 1, plan_) +
+                       ", q and Enter ends");
+        while (!complete(stack_, plan_)) {
+            const auto line = input_.takeLine();
+            if (!line && input_.ended()) {
+                return;
+            }
+            if (!line) {
+                session_.waitForEvent({input_.descriptor()});
+            } else if (!obey(commandOf(*line))) {
+                return;
+            }
+        }
+    }
+
+  private:
+    // False if it is the end.
+    bool obey(LineCommand command) {
+        switch (command) {
+        case LineCommand::kTake:
+            take();
+            return true;
+        case LineCommand::kRetake:
+            retake();
+            return true;
+        case LineCommand::kDrop:
+            drop();
+            return true;
+        case LineCommand::kSave:
+            return false;
+        default:
+            progress_.show("Enter alone takes a page, r takes the last again, d drops it, q saves");
+            return true;
+        }
+    }
+
+    void take() {
+        const PageDraft draft = stack_.draft();
+        stack_.add(draft);
+        progress_.show(takenText(draft, stack_.count(), plan_) +
+                       "; Enter takes the next, r takes it again, d drops it");
+    }
+
+    void retake() {
+        if (!hasPage()) {
             return;
         }
-        if (!line) {
-            session.waitForEvent({input.descriptor()});
-            continue;
-        }
-        const ScannedPage& page = stack.take(!plan.whole && session.findSheet());
-        progress.show(takenText(page, stack.pages().size(), plan) + "; Enter takes the next");
+        const PageDraft draft = stack_.draft();
+        stack_.retakeLast(draft);
+        progress_.show(takenText(draft, stack_.count(), plan_) + " again; Enter takes the next");
     }
-}
+
+    void drop() {
+        if (!hasPage()) {
+            return;
+        }
+        const std::string number = std::to_string(stack_.count());
+        stack_.dropLast();
+        progress_.show("page " + number + " dropped; Enter takes another");
+    }
+
+    bool hasPage() {
+        if (stack_.count() == 0) {
+            progress_.show("there is no page yet; Enter takes one");
+        }
+        return stack_.count() > 0;
+    }
+
+    CameraSession& session_;
+    PageStack& stack_;
+    const ScanPlan& plan_;
+    LineInput input_;
+    ProgressLine progress_;
+};
 
 class AutomaticScan {
   public:
@@ -102,7 +116,7 @@ class AutomaticScan {
       , frames_(session) {}
 
     void run() {
-        progress_.show("put down page " + ofAll(1, plan_));
+        progress_.show("put down page " + ofAll(stack_.count() + 1, plan_));
         while (!complete(stack_, plan_) && !endIsRequested()) {
             session_.waitForEvent({input_.descriptor()});
             const cv::Mat frame = frames_.take();
@@ -114,26 +128,52 @@ class AutomaticScan {
 
   private:
     // Without a number of pages the end of the input also ends the scan, as nothing else would.
-    bool endIsRequested() { return input_.takeLine() || (plan_.pages == 0 && input_.ended()); }
+    bool endIsRequested() {
+        const auto line = input_.takeLine();
+        if (!line) {
+            return plan_.pages == 0 && input_.ended();
+        }
+        switch (commandOf(*line)) {
+        case LineCommand::kTake:
+        case LineCommand::kSave:
+            return true;
+        case LineCommand::kDrop:
+            drop();
+            return false;
+        default:
+            progress_.show("Enter ends, d drops the last page");
+            return false;
+        }
+    }
+
+    void drop() {
+        if (stack_.count() == 0) {
+            progress_.show("there is no page yet; put down page " + ofAll(1, plan_));
+            return;
+        }
+        const std::string number = std::to_string(stack_.count());
+        stack_.dropLast();
+        progress_.show("page " + number + " dropped; put down another");
+    }
 
     // An empty desk also has an outline: its own.
-    bool showsPage(const cv::Mat& frame) {
-        return showsSomething(frame) && (plan_.whole || session_.findSheet());
+    std::optional<PageDraft> shownPage(const cv::Mat& frame) {
+        if (!showsSomething(frame)) {
+            return std::nullopt;
+        }
+        PageDraft draft = stack_.draft();
+        return plan_.whole || draft.cropped ? std::optional(std::move(draft)) : std::nullopt;
     }
 
     // A sheet that moved while it was taken is taken again once it lies still.
     void take(const cv::Mat& frame) {
-        const bool shown = showsPage(frame);
-        if (shown) {
-            stack_.take(!plan_.whole);
-        }
+        const auto draft = shownPage(frame);
         frames_.resume();
         const bool unmoved = watch_.isUnmoved(frames_.next());
-        if (shown && !unmoved) {
-            stack_.discardLast();
-        } else if (shown) {
+        if (draft && unmoved) {
+            stack_.add(*draft);
             watch_.noteTaken();
-            progress_.show(takenText(stack_.pages().back(), stack_.pages().size(), plan_) +
+            progress_.show(takenText(*draft, stack_.count(), plan_) +
                            (complete(stack_, plan_) ? "" : "; put down the next"));
         } else if (unmoved) {
             dismiss(frame);
@@ -158,24 +198,11 @@ class AutomaticScan {
 
 } // namespace
 
-const ScannedPage& PageStack::take(bool crop) {
-    const std::string path = file_.part("scan" + std::to_string(pages_.size() + 1) + ".jpg");
-    session_.still(path, crop);
-    const WrittenFile written = describeFile(path);
-    return pages_.emplace_back(ScannedPage{path, written.width, written.height, crop});
-}
-
-void PageStack::discardLast() {
-    std::error_code ignored;
-    std::filesystem::remove(pages_.back().path, ignored);
-    pages_.pop_back();
-}
-
 void scanPages(CameraSession& session, PageStack& stack, const ScanPlan& plan) {
     if (plan.automatic) {
         AutomaticScan(session, stack, plan).run();
     } else {
-        scanAtEnter(session, stack, plan);
+        EnterScan(session, stack, plan).run();
     }
 }
 

@@ -16,7 +16,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
-constexpr std::size_t kMaximumPages = 10000;
+constexpr std::size_t kMostPages = 10000;
 constexpr std::array<const char*, 2> kLookNames{"photo", "paper"};
 
 // File names are any bytes; JSON takes none but UTF-8.
@@ -133,6 +133,11 @@ KeptPage pageIn(const Json& value, int last) {
     page.frame = value.at("frame").get<std::string>();
     require(isFrameName(page.frame));
     page.recipe = recipeIn(value.at("recipe"));
+    page.origin.finished = value.at("finished").get<bool>();
+    page.origin.cropped = value.at("cropped").get<bool>();
+    if (const Json& confidence = value.at("confidence"); !confidence.is_null()) {
+        page.origin.confidence = confidence.get<double>();
+    }
     return page;
 }
 
@@ -148,7 +153,7 @@ Manifest manifestIn(const Json& value) {
     manifest.saved = value.at("saved").get<std::int64_t>();
     manifest.last = number(value.at("last"), 0, kHighest);
     const Json& pages = value.at("pages");
-    require(pages.is_array() && pages.size() <= kMaximumPages);
+    require(pages.is_array() && pages.size() <= kMostPages);
     std::set<int> ids;
     std::set<std::string> frames;
     for (const Json& entry : pages) {
@@ -163,7 +168,16 @@ Manifest manifestIn(const Json& value) {
 std::string textOf(const Manifest& manifest) {
     Json pages = Json::array();
     for (const KeptPage& page : manifest.pages) {
-        pages.push_back({{"id", page.id}, {"frame", page.frame}, {"recipe", asJson(page.recipe)}});
+        Json entry{{"id", page.id},
+                   {"frame", page.frame},
+                   {"finished", page.origin.finished},
+                   {"cropped", page.origin.cropped},
+                   {"confidence", nullptr},
+                   {"recipe", asJson(page.recipe)}};
+        if (page.origin.confidence) {
+            entry["confidence"] = *page.origin.confidence;
+        }
+        pages.push_back(std::move(entry));
     }
     const Json object{{"version", kVersion},
                       {"target", escaped(manifest.plan.target)},

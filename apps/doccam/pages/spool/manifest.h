@@ -11,10 +11,18 @@
 
 namespace doccam::host {
 
+// What is known of a page besides its recipe.
+struct PageOrigin {
+    bool finished = false;              // the frame is the page already, whatever the recipe
+    bool cropped = false;               // and shows a sheet
+    std::optional<double> confidence{}; // of the sheet that was found, 0 to 1
+};
+
 struct KeptPage {
     int id = 0;        // never reused in its document
     std::string frame; // its file's name
     Recipe recipe;
+    PageOrigin origin{};
 };
 
 // What is wanted of a document.

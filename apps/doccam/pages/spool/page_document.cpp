@@ -1,6 +1,5 @@
 #include "pages/spool/page_document.h"
 
-#include "host/failure.h"
 #include "pictures/reading.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -20,11 +19,6 @@ constexpr std::size_t kMaximumManifest = 16 << 20;
     throw Failure(kFileFailed, std::string("A page could not be kept (") + std::strerror(errno) +
                                    "); make room on the disk, or choose another with "
                                    "XDG_STATE_HOME, and take it again.");
-}
-
-[[noreturn]] void failToRead(const std::string& frame) {
-    throw Failure(kFileFailed,
-                  "The frame " + frame + " is missing or damaged; drop its page or take it again.");
 }
 
 KeptPage& at(Manifest& manifest, int id) {
@@ -52,6 +46,12 @@ std::vector<KeptPage> inOrder(Manifest& manifest, const std::vector<int>& ids) {
 }
 
 } // namespace
+
+DamagedFrame::DamagedFrame(const std::string& frame)
+  : Failure(kFileFailed,
+            "The frame " + frame +
+                " is missing or damaged, so its page is left out; drop the page or take it "
+                "again.") {}
 
 std::optional<Manifest> readManifest(const PrivateFolder& folder) {
     const auto text = folder.read(kManifestFile, kMaximumManifest);
@@ -117,32 +117,49 @@ std::string PageDocument::keep(const FrameFile& frame) {
 cv::Mat PageDocument::frame(const std::string& name) const {
     const UniqueFd file = folder_.file(name);
     if (!file.isOpen()) {
-        failToRead(name);
+        throw DamagedFrame(name);
     }
     try {
         return readPicture("/proc/self/fd/" + std::to_string(file.get()),
                            cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
     } catch (const Failure&) {
-        failToRead(name);
+        throw DamagedFrame(name);
     }
 }
 
-KeptPage PageDocument::add(const std::string& frame, const Recipe& recipe) {
-    commit([&](Manifest& manifest) { manifest.pages.push_back({++manifest.last, frame, recipe}); });
+FrameFile PageDocument::file(const std::string& name) const {
+    constexpr std::size_t kMaximumFrame = 1 << 30;
+    const auto bytes = folder_.read(name, kMaximumFrame);
+    if (!bytes) {
+        throw DamagedFrame(name);
+    }
+    return {bytes->begin(), bytes->end()};
+}
+
+KeptPage PageDocument::add(const std::string& frame, const Recipe& recipe,
+                           const PageOrigin& origin) {
+    commit([&](Manifest& manifest) {
+        manifest.pages.push_back({++manifest.last, frame, recipe, origin});
+    });
     return manifest_.pages.back();
 }
 
-void PageDocument::retake(int id, const std::string& frame, const Recipe& recipe) {
+void PageDocument::retake(int id, const std::string& frame, const Recipe& recipe,
+                          const PageOrigin& origin) {
     const std::string before = at(manifest_, id).frame;
     commit([&](Manifest& manifest) {
         ++manifest.last;
-        at(manifest, id) = {id, frame, recipe};
+        at(manifest, id) = {id, frame, recipe, origin};
     });
     folder_.remove(before);
 }
 
 void PageDocument::change(int id, const Recipe& recipe) {
-    commit([&](Manifest& manifest) { at(manifest, id).recipe = recipe; });
+    commit([&](Manifest& manifest) {
+        KeptPage& page = at(manifest, id);
+        page.recipe = recipe;
+        page.origin.finished = false;
+    });
 }
 
 void PageDocument::remove(int id) {

@@ -1,6 +1,7 @@
 // A document in the making: frames in order, each with its recipe, on disk before they are told.
 #pragma once
 
+#include "host/failure.h"
 #include "pages/frame_file.h"
 #include "pages/spool/manifest.h"
 #include "pages/spool/private_folder.h"
@@ -15,6 +16,12 @@
 #include <vector>
 
 namespace doccam::host {
+
+// A page's frame is missing or cannot be decoded.
+class DamagedFrame : public Failure {
+  public:
+    explicit DamagedFrame(const std::string& frame);
+};
 
 // One thread changes it, any thread reads it. What has been changed is on disk when the call
 // returns, and survives the process and a power failure; a call that throws Failure has changed
@@ -43,14 +50,19 @@ class PageDocument {
     // unless it has become one.
     std::string keep(const FrameFile& frame);
 
-    // Decodes a kept frame, blue first or grey. Throws Failure for a missing or damaged one.
+    // Decodes a kept frame, blue first. Throws DamagedFrame.
     cv::Mat frame(const std::string& name) const;
 
-    // Adds a kept frame as the last page.
-    KeptPage add(const std::string& frame, const Recipe& recipe);
+    // The file of a kept frame. Throws DamagedFrame if it is missing.
+    FrameFile file(const std::string& name) const;
 
-    // These throw Failure also if there is no page id.
-    void retake(int id, const std::string& frame, const Recipe& recipe);
+    // Adds a kept frame as the last page.
+    KeptPage add(const std::string& frame, const Recipe& recipe, const PageOrigin& origin = {});
+
+    // These throw Failure also if there is no page id. A changed page is made of its frame anew,
+    // also one that was finished.
+    void retake(int id, const std::string& frame, const Recipe& recipe,
+                const PageOrigin& origin = {});
     void change(int id, const Recipe& recipe);
     void remove(int id);
 

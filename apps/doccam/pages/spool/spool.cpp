@@ -105,6 +105,14 @@ bool isEmpty(const SpoolEntry& entry) {
     return entry.manifest && entry.manifest->pages.empty();
 }
 
+bool looksLikeAFrame(const UniqueFd& file) {
+    std::array<char, 3> start{};
+    const ssize_t count = file.isOpen() ? pread(file.get(), start.data(), start.size(), 0) : 0;
+    const std::string_view bytes(start.data(), start.size());
+    return count == static_cast<ssize_t>(start.size()) &&
+           (bytes == "\xFF\xD8\xFF" || bytes == "\x89PN");
+}
+
 SpoolEntry described(const PrivateFolder& spool, const fs::path& path, const std::string& name) {
     const PrivateFolder folder = spool.folder(name);
     SpoolEntry entry{.name = name,
@@ -114,8 +122,8 @@ SpoolEntry described(const PrivateFolder& spool, const fs::path& path, const std
                      .manifest = readManifest(folder)};
     if (entry.manifest) {
         for (const KeptPage& page : entry.manifest->pages) {
-            if (!folder.file(page.frame).isOpen()) {
-                entry.missing.push_back(page.frame);
+            if (!looksLikeAFrame(folder.file(page.frame))) {
+                entry.damaged.push_back(page.frame);
             }
         }
     }

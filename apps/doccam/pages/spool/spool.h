@@ -29,7 +29,7 @@ struct SpoolEntry {
     bool inUse = false; // by a running process
     std::uint64_t bytes = 0;
     std::optional<Manifest> manifest{}; // none: it is damaged
-    std::vector<std::string> missing{}; // frames of pages that are not there
+    std::vector<std::string> damaged{}; // frames of pages, missing or evidently none
 };
 
 // A folder per document in $XDG_STATE_HOME/doccam/spool. Any process of the user may have one.

@@ -1,0 +1,29 @@
+#include "pages/sheet_json.h"
+
+#include <cmath>
+
+namespace doccam::host {
+namespace {
+
+double rounded(double value, double steps) {
+    return std::round(value * steps) / steps;
+}
+
+} // namespace
+
+Json asJson(const std::optional<FoundSheet>& sheet) {
+    constexpr double kPerPixel = 100;
+    constexpr double kSteps = 1000;
+    Json row{{"sheet", nullptr}, {"confidence", nullptr}};
+    if (sheet) {
+        Json corners = Json::array();
+        for (const cv::Point2d& corner : sheet->corners) {
+            corners.push_back({rounded(corner.x, kPerPixel), rounded(corner.y, kPerPixel)});
+        }
+        row["sheet"] = std::move(corners);
+        row["confidence"] = rounded(sheet->confidence, kSteps);
+    }
+    return row;
+}
+
+} // namespace doccam::host

@@ -1,0 +1,85 @@
+#include "scan/document_saving.h"
+
+#include "host/failure.h"
+#include "pages/sheet_json.h"
+#include "pictures/pdf_file.h"
+#include "pictures/written_file.h"
+
+#include <exception>
+
+namespace doccam::host {
+namespace {
+
+std::optional<FoundSheet> sheetOf(const KeptPage& page) {
+    return page.recipe.corners
+               ? std::optional(FoundSheet{*page.recipe.corners, page.origin.confidence.value_or(0)})
+               : std::nullopt;
+}
+
+// The document is written: that the spool does not know is no failure.
+void noteSaved(PageDocument& document) {
+    try {
+        document.markSaved();
+    } catch (const Failure&) {
+    }
+}
+
+} // namespace
+
+SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
+                           const Interrupt& interrupt) {
+    const std::vector<KeptPage> pages = document.pages();
+    for (const KeptPage& page : pages) {
+        renderer.begin(page);
+    }
+    SavedDocument saved;
+    std::vector<std::string> paths;
+    for (const KeptPage& page : pages) {
+        if (interrupt.mustEnd()) {
+            throw Interruption();
+        }
+        try {
+            const PageFile made = renderer.finish(page);
+            paths.push_back(made.path);
+            saved.pages.push_back({page, made.size});
+        } catch (const DamagedFrame& damage) {
+            saved.damaged.emplace_back(damage.what());
+        }
+    }
+    if (!paths.empty()) {
+        publishPages(file, paths);
+        if (saved.damaged.empty()) {
+            noteSaved(document);
+        }
+    }
+    return saved;
+}
+
+Json asJson(const SavedDocument& saved) {
+    Json array = Json::array();
+    for (const SavedPage& one : saved.pages) {
+        Json row{{"page", array.size() + 1},
+                 {"width", one.size.width},
+                 {"height", one.size.height},
+                 {"cropped", one.page.recipe.corners.has_value() || one.page.origin.cropped}};
+        row.update(asJson(sheetOf(one.page)));
+        array.push_back(std::move(row));
+    }
+    return array;
+}
+
+int reportSaved(const SavedDocument& saved, const std::string& path, bool json) {
+    const WrittenFile written = describeFile(path);
+    {
+        Result result(json, asJson(written));
+        result.value["pages"] = asJson(saved);
+        result.tell(asText(written) + "  " + std::to_string(saved.pages.size()) +
+                    (saved.pages.size() == 1 ? " page" : " pages"));
+    }
+    for (const std::string& damage : saved.damaged) {
+        complain(damage);
+    }
+    return saved.damaged.empty() ? kDone : kFileFailed;
+}
+
+} // namespace doccam::host

@@ -1,0 +1,40 @@
+// Saving a document as a PDF.
+#pragma once
+
+#include "host/interrupt.h"
+#include "host/output_file.h"
+#include "host/own_output.h"
+#include "pages/page_renderer.h"
+#include "pages/spool/page_document.h"
+
+#include <opencv2/core/types.hpp>
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+struct SavedPage {
+    KeptPage page;
+    cv::Size size;
+};
+
+struct SavedDocument {
+    std::vector<SavedPage> pages;
+    std::vector<std::string> damaged{}; // what is wrong with those left out, a sentence each
+};
+
+// Publishes the pages, in order, as file, whose work folder has the renderer's, and notes that the
+// document is saved unless pages are damaged. A document all of whose pages are damaged is not
+// written. Throws Failure; Interruption when the process must end.
+SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
+                           const Interrupt& interrupt);
+
+// {"page", "width", "height", "cropped", "sheet", "confidence"} of each.
+Json asJson(const SavedDocument& saved);
+
+// "letter.pdf  4711 bytes  3 pages", or with json the object of a scan; complains of damage.
+// Returns kFileFailed for pages left out.
+int reportSaved(const SavedDocument& saved, const std::string& path, bool json);
+
+} // namespace doccam::host

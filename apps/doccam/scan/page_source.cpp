@@ -1,0 +1,76 @@
+#include "scan/page_source.h"
+
+#include "host/failure.h"
+#include "pages/page_engine.h"
+
+#include <opencv2/core.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+namespace doccam::host {
+namespace {
+
+PageDraft byEngine(CameraSession& session, const PageWay& way) {
+    PageDraft draft;
+    draft.frame = session.nextFrameFile();
+    draft.recipe = way.recipe;
+    const cv::Mat frame = decoded(draft.frame);
+    if (!way.whole) {
+        const auto found = findSheets(frame, 1);
+        if (!found.empty()) {
+            draft.sheet = found.front();
+            draft.recipe.corners = found.front().corners;
+            draft.origin.confidence = found.front().confidence;
+        }
+    }
+    draft.cropped = draft.sheet.has_value();
+    draft.size = sizeOfPage(draft.recipe, frame.size());
+    return draft;
+}
+
+PageDraft byStill(CameraSession& session, const PageWay& way, const std::string& work) {
+    PageDraft draft;
+    draft.recipe = way.recipe;
+    draft.origin.finished = true;
+    draft.cropped = !way.whole && session.findSheet();
+    draft.origin.cropped = draft.cropped;
+    session.still(work, draft.cropped);
+    std::ifstream file(work, std::ios::binary);
+    draft.frame.assign(std::istreambuf_iterator<char>(file), {});
+    file.close();
+    std::error_code ignored;
+    std::filesystem::remove(work, ignored);
+    draft.size = decoded(draft.frame).size();
+    return draft;
+}
+
+} // namespace
+
+PageDraft draftPage(CameraSession& session, const PageWay& way, const std::string& work) {
+    return way.byEngine ? byEngine(session, way) : byStill(session, way, work);
+}
+
+cv::Size sizeOfPage(const Recipe& recipe, cv::Size frame) {
+    cv::Size size = frame;
+    if (recipe.corners) {
+        DoccamSheet sheet{};
+        for (std::size_t i = 0; i < 4; ++i) {
+            sheet.corners[i][0] = (*recipe.corners)[i].x;
+            sheet.corners[i][1] = (*recipe.corners)[i].y;
+        }
+        const unsigned char pixel = 0;
+        // Only the size counts, no pixel is read.
+        const DoccamImage image{&pixel, frame.width, frame.height,
+                                static_cast<std::size_t>(frame.width), DOCCAM_PIXELS_GREY};
+        failUnlessDone(doccam_rectified_size(&image, &sheet, &size.width, &size.height));
+    }
+    if (recipe.turn % 2 != 0) {
+        std::swap(size.width, size.height);
+    }
+    return size;
+}
+
+} // namespace doccam::host

@@ -1,0 +1,71 @@
+#include "scan/scan_options.h"
+
+#include "host/failure.h"
+#include "pictures/pdf_file.h"
+
+#include <filesystem>
+
+namespace doccam::host {
+namespace {
+
+// The first option of the library's stills; empty if none is given.
+std::string stillStep(const ScanOptions& options) {
+    if (options.crop == Crop::kRectangle) {
+        return "--crop=rectangle";
+    }
+    if (options.page.cleanEdges) {
+        return "--clean-edges";
+    }
+    return options.page.cleanBackground ? "--clean-background" : "";
+}
+
+void refuseTogether(bool both, const std::string& one, const std::string& other) {
+    if (both) {
+        throw Failure(kUsage, one + " and " + other + " do not go together; leave out one of them.");
+    }
+}
+
+} // namespace
+
+bool ScanOptions::byEngine() const {
+    return stillStep(*this).empty() && (!plan.whole || look);
+}
+
+PageWay ScanOptions::way() const {
+    return {.byEngine = byEngine(),
+            .whole = plan.whole,
+            .recipe = {.turn = page.quarterTurns,
+                       .look = look.value_or(Look::kPaper),
+                       .colour = page.colour,
+                       .quality = page.quality}};
+}
+
+DocumentPlan ScanOptions::documentPlan() const {
+    return {.target = target.empty() ? "" : std::filesystem::absolute(target).string(),
+            .wholeFrame = plan.whole,
+            .recipe = way().recipe};
+}
+
+void ScanOptions::adopt(const DocumentPlan& document) {
+    const auto keep = [this](const char* name, auto& value, const auto& known) {
+        if (!given.contains(name)) {
+            value = known;
+        }
+    };
+    keep("--whole-frame", plan.whole, document.wholeFrame);
+    keep("--rotate", page.quarterTurns, document.recipe.turn);
+    keep("--colour", page.colour, document.recipe.colour);
+    keep("--quality", page.quality, document.recipe.quality);
+}
+
+void refuseContradictions(const ScanOptions& options) {
+    const std::string still = stillStep(options);
+    refuseTogether(options.look && !still.empty(), "--look", still);
+    refuseTogether(options.plan.whole && options.crop != Crop::kNone, "--whole-frame", "--crop");
+    refuseTogether(options.resume && options.noSpool, "--resume", "--no-spool");
+    if (!options.target.empty() && !isPdfName(options.target)) {
+        throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
+    }
+}
+
+} // namespace doccam::host

@@ -1,0 +1,42 @@
+// What doccam scan is asked for.
+#pragma once
+
+#include "camera/cameras.h"
+#include "camera/page_settings.h"
+#include "pages/spool/manifest.h"
+#include "scan/page_source.h"
+#include "scan/scanning.h"
+
+#include <optional>
+#include <set>
+#include <string>
+
+namespace doccam::host {
+
+struct ScanOptions {
+    PageSettings page;
+    ScanPlan plan;
+    Crop crop = Crop::kNone;
+    std::optional<Look> look;
+    std::string target;
+    bool force = false;
+    bool resume = false;
+    bool noSpool = false;
+    std::set<std::string> given; // of the options that a resumed document has
+
+    // Whether the page engine makes the pages; otherwise they are the library's stills.
+    bool byEngine() const;
+
+    PageWay way() const;
+
+    // What the document is to know; its target is absolute.
+    DocumentPlan documentPlan() const;
+
+    // Takes from the plan of a document what was not given.
+    void adopt(const DocumentPlan& document);
+};
+
+// Throws Failure for options that exclude each other.
+void refuseContradictions(const ScanOptions& options);
+
+} // namespace doccam::host

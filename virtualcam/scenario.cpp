@@ -1,9 +1,7 @@
 #include "scenario.h"
 
-#include "scene/desk_picture.h"
-#include "scene/desks/desk.h"
-
-#include <nlohmann/json.hpp>
+#include "scenario/json_fields.h"
+#include "scenario/scene_fields.h"
 
 #include <cmath>
 #include <fstream>
@@ -15,19 +13,6 @@
 namespace doccam::virtualcam {
 
 namespace {
-
-using Json = nlohmann::json;
-
-void refuseUnknownFields(const Json& object, const std::vector<std::string>& known) {
-    if (!object.is_object()) {
-        throw std::runtime_error("expected an object, found " + object.dump());
-    }
-    for (const auto& [name, value] : object.items()) {
-        if (std::find(known.begin(), known.end(), name) == known.end()) {
-            throw std::runtime_error("unknown field \"" + name + "\"");
-        }
-    }
-}
 
 // Json converts a number to an int whether or not it fits.
 void refuseHugeNumbers(const Json& document) {
@@ -44,13 +29,6 @@ void refuseHugeNumbers(const Json& document) {
                 unchecked.push_back(&element);
             }
         }
-    }
-}
-
-template <typename Value>
-void read(const Json& object, const char* name, Value& value) {
-    if (object.contains(name) && !object.at(name).is_null()) {
-        value = object.at(name).get<Value>();
     }
 }
 
@@ -135,75 +113,6 @@ Fault readFault(const Json& object) {
         throw std::runtime_error("a call fault needs a request");
     }
     return fault;
-}
-
-// A number that must lie between the bounds.
-void readWithin(const Json& object, const char* name, double& value, double low, double high) {
-    read(object, name, value);
-    if (!(value >= low && value <= high)) {
-        throw std::runtime_error(std::string("impossible ") + name);
-    }
-}
-
-SceneView readView(const Json& object) {
-    refuseUnknownFields(object, {"focal", "tilt", "tiltDirection", "blur"});
-    SceneView view;
-    readWithin(object, "focal", view.focal, 0.8, 4);
-    readWithin(object, "tilt", view.tilt, 0, 25);
-    readWithin(object, "tiltDirection", view.tiltDirection, -360, 360);
-    readWithin(object, "blur", view.blur, 0, 20);
-    return view;
-}
-
-SceneLight readLight(const Json& object) {
-    refuseUnknownFields(object,
-                        {"gradient", "gradientDirection", "vignetting", "handShadow", "glare"});
-    SceneLight light;
-    readWithin(object, "gradient", light.gradient, 1, 10);
-    readWithin(object, "gradientDirection", light.gradientDirection, -360, 360);
-    readWithin(object, "vignetting", light.vignetting, 0, 1);
-    readWithin(object, "handShadow", light.handShadow, 0, 1);
-    readWithin(object, "glare", light.glare, 0, 4);
-    return light;
-}
-
-void readDesk(const Json& object, SceneSettings& scene) {
-    read(object, "desk", scene.desk);
-    if (scene.desk != "plain" && !deskNamed(scene.desk)) {
-        throw std::runtime_error("unknown desk \"" + scene.desk + "\"");
-    }
-    if (object.contains("view")) {
-        scene.view = readView(object.at("view"));
-    }
-    if (object.contains("light")) {
-        scene.light = readLight(object.at("light"));
-    }
-    // Only the default picture has room for sheets of any size.
-    if (!isPlain(scene)) {
-        readWithin(object, "sheetHeight", scene.sheetHeight, 0.05, 10);
-    }
-}
-
-SceneSettings readScene(const Json& object) {
-    refuseUnknownFields(object, {"angle", "sheetHeight", "centreX", "centreY", "noise", "qrText",
-                                 "code128Text", "sheet", "sheetFrames", "changeFrames", "desk",
-                                 "view", "light"});
-    SceneSettings scene;
-    read(object, "angle", scene.angle);
-    read(object, "sheetHeight", scene.sheetHeight);
-    read(object, "centreX", scene.centreX);
-    read(object, "centreY", scene.centreY);
-    read(object, "noise", scene.noise);
-    read(object, "qrText", scene.qrText);
-    read(object, "code128Text", scene.code128Text);
-    read(object, "sheet", scene.sheet);
-    read(object, "sheetFrames", scene.sheetFrames);
-    read(object, "changeFrames", scene.changeFrames);
-    if (scene.sheet < 0 || scene.sheetFrames < 0 || scene.changeFrames < 0) {
-        throw std::runtime_error("sheets and frames are counted from 0");
-    }
-    readDesk(object, scene);
-    return scene;
 }
 
 // A control in the list replaces the default one of the same name; "remove" removes it.

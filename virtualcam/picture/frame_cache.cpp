@@ -3,6 +3,7 @@
 #include "picture/jpeg.h"
 #include "picture/yuyv.h"
 #include "scene/scene.h"
+#include "scene/unrest.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -31,7 +32,22 @@ std::string keyOf(const std::string& photo, const SceneSettings& scene, std::uin
             << scene.desk << ' ' << scene.view.focal << ' ' << scene.view.tilt << ' '
             << scene.view.tiltDirection << ' ' << scene.view.blur << ' ' << scene.light.gradient
             << ' ' << scene.light.gradientDirection << ' ' << scene.light.vignetting << ' '
-            << scene.light.handShadow << ' ' << scene.light.glare;
+            << scene.light.handShadow << ' ' << scene.light.glare << ' ' << scene.unrest.form;
+    }
+    return key.str();
+}
+
+// Lamps and hands are added to the picture that lies below them.
+std::string keyOfFrame(const std::string& photo, const SceneSettings& scene,
+                       std::uint32_t pixelFormat, Size size) {
+    const SceneUnrest& unrest = scene.unrest;
+    std::ostringstream key;
+    key << keyOf(photo, scene, pixelFormat, size);
+    if (changesEachFrame(scene)) {
+        key << '\n'
+            << scene.frame << ' ' << unrest.bands << ' ' << unrest.bandCount << ' '
+            << unrest.bandDrift << ' ' << unrest.flicker << ' ' << unrest.flickerFrames << ' '
+            << unrest.hand << ' ' << unrest.tremble;
     }
     return key.str();
 }
@@ -58,6 +74,23 @@ cv::Mat cleanPicture(const std::string& photo, const SceneSettings& scene, cv::S
     return scaled;
 }
 
+// Frames that differ only in light and hands share the last picture drawn.
+cv::Mat stirredPicture(const std::string& photo, const SceneSettings& scene, cv::Size size) {
+    static std::mutex mutex;
+    static std::pair<std::string, cv::Mat>& last = *new std::pair<std::string, cv::Mat>;
+    cv::Mat picture;
+    {
+        const std::lock_guard lock(mutex);
+        const std::string key = keyOf(photo, scene, 0, {size.width, size.height});
+        if (last.first != key) {
+            last = {key, cleanPicture(photo, scene, size)};
+        }
+        picture = last.second.clone();
+    }
+    stir(picture, scene);
+    return picture;
+}
+
 } // namespace
 
 PictureFrames::PictureFrames(std::string photo, SceneSettings scene, std::uint32_t pixelFormat,
@@ -77,7 +110,9 @@ FrameBytes PictureFrames::frame(std::uint32_t number) {
 }
 
 FrameBytes PictureFrames::encode(std::uint32_t pattern) {
-    cv::Mat picture = cleanPicture(photo_, scene_, {size_.width, size_.height});
+    const cv::Size size(size_.width, size_.height);
+    cv::Mat picture = changesEachFrame(scene_) ? stirredPicture(photo_, scene_, size)
+                                               : cleanPicture(photo_, scene_, size);
     addSensorNoise(picture, scene_.noise, static_cast<int>(pattern));
     return std::make_shared<const std::vector<std::uint8_t>>(
         pixelFormat_ == kMjpeg ? encodeJpeg(picture, kJpegQuality) : encodeYuyv(picture));
@@ -88,7 +123,7 @@ std::shared_ptr<PictureFrames> cachedFrames(const std::string& photo, const Scen
     using Entry = std::pair<std::string, std::shared_ptr<PictureFrames>>;
     static std::mutex mutex;
     static std::deque<Entry>& cache = *new std::deque<Entry>;
-    const std::string key = keyOf(photo, scene, pixelFormat, size);
+    const std::string key = keyOfFrame(photo, scene, pixelFormat, size);
     const std::lock_guard lock(mutex);
     for (const Entry& entry : cache) {
         if (entry.first == key) {

@@ -5,6 +5,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include <cmath>
+#include <map>
+#include <mutex>
+#include <utility>
 
 namespace doccam::virtualcam {
 
@@ -14,10 +17,26 @@ const cv::Scalar kDesk(38, 42, 46);
 constexpr double kSheetRatio = 210.0 / 297.0;
 constexpr int kNoiseTile = 512;
 
-cv::Mat noiseTile(double deviation, int pattern) {
+cv::Mat drawnNoise(double deviation, int pattern) {
     cv::RNG random(0x5eed0000ULL + static_cast<std::uint64_t>(pattern));
     cv::Mat tile(kNoiseTile, kNoiseTile, CV_16SC3);
     random.fill(tile, cv::RNG::NORMAL, cv::Scalar::all(0), cv::Scalar::all(deviation));
+    return tile;
+}
+
+// Drawing a tile takes longer than adding it to a small picture.
+cv::Mat noiseTile(double deviation, int pattern) {
+    static std::mutex mutex;
+    static auto& tiles = *new std::map<std::pair<double, int>, cv::Mat>;
+    constexpr std::size_t kKept = 8;
+    const std::lock_guard lock(mutex);
+    if (tiles.size() > kKept) {
+        tiles.clear();
+    }
+    cv::Mat& tile = tiles[{deviation, pattern}];
+    if (tile.empty()) {
+        tile = drawnNoise(deviation, pattern);
+    }
     return tile;
 }
 

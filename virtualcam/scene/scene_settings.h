@@ -1,6 +1,7 @@
 // The drawn scene: the sheet's position and content, the desk, the camera's view and the light.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace doccam::virtualcam {
@@ -25,6 +26,22 @@ struct SceneLight {
     bool operator==(const SceneLight&) const = default;
 };
 
+// What keeps the picture from coming to rest while a sheet lies still.
+struct SceneUnrest {
+    double bands = 0;       // of the light that flickering lamps take, in bands across the picture
+    double bandCount = 3;   // bands in the picture
+    double bandDrift = 0.3; // bands by which they move from frame to frame
+    double flicker = 0;     // of the light by which the whole picture goes up and down
+    double flickerFrames = 7;  // frames from bright to bright
+    std::string hand = "none"; // stays: at the sheet's edge; visits: comes and goes
+    double tremble = 1;        // millimetres, of the hand
+    double nudge = 0;          // millimetres by which a sheet is pushed half-way through its rest
+    bool feeder = false;       // sheets are pushed through slowly instead of being laid down
+    bool form = false;         // sheets differ in a single line of 10-point print
+
+    bool operator==(const SceneUnrest&) const = default;
+};
+
 struct SceneSettings {
     double angle = 4.0;       // degrees, clockwise as seen
     double sheetHeight = 0.8; // of the picture's height
@@ -40,6 +57,9 @@ struct SceneSettings {
     std::string desk = "plain"; // or dark, wood, grey, white, cloth
     SceneView view;
     SceneLight light;
+
+    SceneUnrest unrest;
+    std::uint32_t frame = 0; // number of the frame, where lamps or hands make each one different
 
     bool operator==(const SceneSettings&) const = default;
 };

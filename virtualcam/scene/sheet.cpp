@@ -53,6 +53,14 @@ void writeText(cv::Mat& sheet, int number) {
     }
 }
 
+// The one line in which the sheets of a form differ, in print of 10 points.
+void fillIn(cv::Mat& sheet, int number) {
+    static const char* const kNames[] = {"Ada Mill", "Bruno Castell", "Carla Winterfeld",
+                                         "Dev Okafor", "Emil Brandt"};
+    const std::string name = kNames[static_cast<std::size_t>(number) % std::size(kNames)];
+    writeLine(sheet, name + ", customer " + countedUp("1000", 37 * number), {150, 1560}, 0.93, 2);
+}
+
 void pressStamp(cv::Mat& sheet, cv::Point centre) {
     cv::circle(sheet, centre, 170, kStampRed, 12, cv::LINE_AA);
     cv::circle(sheet, centre, 140, kStampRed, 4, cv::LINE_AA);
@@ -76,11 +84,14 @@ void printSymbol(cv::Mat& sheet, cv::Mat (*draw)(const std::string&, int), const
 
 cv::Mat flatSheet(const SceneSettings& settings) {
     cv::Mat sheet(kSheet, CV_8UC3, kPaper);
-    writeText(sheet, settings.sheet);
-    printSymbol(sheet, drawQrCode, countedUp(settings.qrText, settings.sheet),
-                {150, 1720, 480, 480}, 12);
-    printSymbol(sheet, drawCode128, countedUp(settings.code128Text, settings.sheet),
-                {640, 2060, 1000, 240}, 5);
+    const int number = settings.unrest.form ? 0 : settings.sheet;
+    writeText(sheet, number);
+    if (settings.unrest.form) {
+        fillIn(sheet, settings.sheet);
+    }
+    printSymbol(sheet, drawQrCode, countedUp(settings.qrText, number), {150, 1720, 480, 480}, 12);
+    printSymbol(sheet, drawCode128, countedUp(settings.code128Text, number), {640, 2060, 1000, 240},
+                5);
     pressStamp(sheet, {1290, 1800});
     return sheet;
 }

@@ -1,5 +1,7 @@
 #include "scene/sheet_change.h"
 
+#include "scene/unrest.h"
+
 #include <algorithm>
 
 namespace doccam::virtualcam {
@@ -9,6 +11,9 @@ namespace {
 // Few positions on the way, as each is a picture to draw.
 constexpr int kPlacesEachWay = 3;
 constexpr double kWayOut = 1.5;       // of the picture's width
+constexpr double kNudgeFrames = 4;    // that a push takes
+constexpr double kNudgeTurn = 0.2;    // degrees per millimetre
+constexpr double kA4Height = 297;     // millimetres
 constexpr double kLargestAway = 10.0; // from there no part of the sheet is visible
 constexpr const char* kDigits = "0123456789";
 constexpr std::size_t kMaximumDigits = 9;
@@ -20,9 +25,15 @@ void putDown(SceneSettings& scene, int sheet) {
     scene.centreX += 0.01 * (sheet % 3);
 }
 
-} // namespace
+// Half-way through its rest the sheet is pushed a little, down and askew.
+void nudge(SceneSettings& scene, std::uint32_t phase) {
+    const double since = static_cast<double>(phase) - scene.sheetFrames / 2.0;
+    const double way = scene.unrest.nudge * std::clamp(since / kNudgeFrames, 0.0, 1.0);
+    scene.centreY += way * scene.sheetHeight / kA4Height;
+    scene.angle += way * kNudgeTurn;
+}
 
-SceneSettings sceneAt(const SceneSettings& scene, std::uint32_t number) {
+SceneSettings laidAt(const SceneSettings& scene, std::uint32_t number) {
     if (scene.sheetFrames <= 0) {
         return scene;
     }
@@ -34,20 +45,33 @@ SceneSettings sceneAt(const SceneSettings& scene, std::uint32_t number) {
     SceneSettings shown = scene;
     if (phase < sheetFrames) {
         putDown(shown, sheet);
+        nudge(shown, phase);
         return shown;
     }
     // Out, an empty desk, and in, each for the same number of positions.
-    constexpr int kPlaces = 3 * kPlacesEachWay;
-    const auto place = static_cast<int>((phase - sheetFrames) * kPlaces / changeFrames);
-    const bool leaving = place < kPlacesEachWay;
-    const bool arriving = place >= 2 * kPlacesEachWay;
+    const int placesEachWay = scene.unrest.feeder ? (scene.changeFrames + 2) / 3 : kPlacesEachWay;
+    const int places = 3 * placesEachWay;
+    const auto place =
+        static_cast<int>((phase - sheetFrames) * static_cast<unsigned>(places) / changeFrames);
+    const bool leaving = place < placesEachWay;
+    const bool arriving = place >= 2 * placesEachWay;
     putDown(shown, arriving ? sheet + 1 : sheet);
     if (leaving) {
-        shown.centreX += kWayOut * (place + 1) / (kPlacesEachWay + 1);
+        shown.centreX += kWayOut * (place + 1) / (placesEachWay + 1);
     } else if (arriving) {
-        shown.centreX -= kWayOut * (kPlaces - place) / (kPlacesEachWay + 1);
+        shown.centreX -= kWayOut * (places - place) / (placesEachWay + 1);
     } else {
         shown.centreX = kLargestAway;
+    }
+    return shown;
+}
+
+} // namespace
+
+SceneSettings sceneAt(const SceneSettings& scene, std::uint32_t number) {
+    SceneSettings shown = laidAt(scene, number);
+    if (changesEachFrame(scene)) {
+        shown.frame = number;
     }
     return shown;
 }

@@ -1,143 +1,171 @@
+// Which frames of drawn sheets are told as new sheets, and by which picture.
+#include "scan/sharpness.h"
+#include "scan/sheet_comparison.h"
 #include "scan/sheet_watch.h"
+#include "scene/scene.h"
+#include "scene/unrest.h"
 
 #include <gtest/gtest.h>
 #include <opencv2/imgproc.hpp>
 
 namespace {
 
-using doccam::host::changedShare;
+using doccam::host::SheetCorners;
+using doccam::host::SheetView;
 using doccam::host::SheetWatch;
+using doccam::host::showSameSheet;
+using doccam::host::Sight;
+using doccam::host::Stillness;
+using doccam::host::viewOf;
+using doccam::virtualcam::SceneSettings;
 
-constexpr int kCalm = SheetWatch::kCalmFrames;
+const cv::Size kFrame(1280, 960);
 
-const cv::Size kPicture(320, 240);
-const cv::Mat kDesk(kPicture, CV_8UC1, cv::Scalar(40));
-
-// A white sheet with bars as lines of text, starting at a different height on each page.
-cv::Mat sheet(int page, int left = 90) {
-    cv::Mat picture = kDesk.clone();
-    cv::rectangle(picture, cv::Rect(left, 30, 140, 180), cv::Scalar(240), -1);
-    for (int y = 40 + 3 * page; y < 200; y += 12) {
-        cv::rectangle(picture, cv::Rect(left + 10, y, 120 - 10 * page, 5), cv::Scalar(60), -1);
-    }
+cv::Mat frameOf(const SceneSettings& scene, int pattern = 0) {
+    cv::Mat picture = drawScene(scene, kFrame);
+    stir(picture, scene);
+    doccam::virtualcam::addSensorNoise(picture, scene.noise, pattern);
+    cv::cvtColor(picture, picture, cv::COLOR_BGR2RGB);
     return picture;
 }
 
-cv::Mat noisy(const cv::Mat& picture, int seed) {
-    cv::RNG random(static_cast<std::uint64_t>(seed) + 1);
-    cv::Mat noise(picture.size(), CV_16SC1);
-    random.fill(noise, cv::RNG::NORMAL, 0, 2);
-    cv::Mat result;
-    cv::add(picture, noise, result, cv::noArray(), CV_8U);
-    return result;
+SheetView viewedAt(const SceneSettings& scene, const SceneSettings& place) {
+    SheetCorners corners;
+    const auto seen = sheetCorners(place, kFrame);
+    std::copy(seen.begin(), seen.end(), corners.begin());
+    return viewOf(frameOf(scene, 1), corners);
 }
 
-// Shows the picture that many times; returns whether any of the frames gave a new page.
-bool show(SheetWatch& watch, const cv::Mat& picture, int times) {
-    bool seen = false;
-    for (int i = 0; i < times; ++i) {
-        seen = watch.seesNewPage(noisy(picture, i)) || seen;
+SheetView viewed(const SceneSettings& scene) {
+    return viewedAt(scene, scene);
+}
+
+SceneSettings formSheet(int number) {
+    SceneSettings scene;
+    scene.sheet = number;
+    scene.unrest.form = true;
+    return scene;
+}
+
+TEST(SameSheet, IsTheOneThatWasNudged) {
+    SceneSettings nudged;
+    nudged.angle += 2;
+    nudged.centreX += 0.02;
+    nudged.centreY -= 0.01;
+    EXPECT_TRUE(showSameSheet(viewed({}), viewed(nudged)));
+}
+
+TEST(SameSheet, MayBeFoundAPixelOff) {
+    SceneSettings found;
+    found.centreX += 1.0 / kFrame.width;
+    found.centreY -= 1.0 / kFrame.height;
+    EXPECT_TRUE(showSameSheet(viewed({}), viewedAt({}, found)));
+}
+
+TEST(SameSheet, MayLieInOtherLight) {
+    SceneSettings other;
+    other.unrest.bands = 0.15;
+    other.unrest.flicker = 0.3;
+    other.light.gradient = 2;
+    EXPECT_TRUE(showSameSheet(viewed({}), viewed(other)));
+}
+
+TEST(SameSheet, MayHaveAHandOnIt) {
+    SceneSettings held;
+    held.unrest.hand = "stays";
+    EXPECT_TRUE(showSameSheet(viewed({}), viewed(held)));
+    EXPECT_TRUE(showSameSheet(viewed(held), viewed({})));
+}
+
+TEST(SameSheet, IsNoneThatDiffersInOneLine) {
+    EXPECT_TRUE(showSameSheet(viewed(formSheet(1)), viewed(formSheet(1))));
+    EXPECT_FALSE(showSameSheet(viewed(formSheet(1)), viewed(formSheet(2))));
+    EXPECT_FALSE(showSameSheet(viewed(formSheet(3)), viewed(formSheet(4))));
+}
+
+TEST(SameSheet, IsNoneThatLacksTheLine) {
+    SceneSettings without;
+    EXPECT_FALSE(showSameSheet(viewed(formSheet(0)), viewed(without)));
+}
+
+TEST(Sharpness, IsLargerForTheSharperFrameWhateverTheLight) {
+    const cv::Mat sharp = frameOf({});
+    cv::Mat blurred;
+    cv::GaussianBlur(sharp, blurred, {}, 1.5);
+    EXPECT_GT(doccam::host::sharpnessOf(sharp), 1.5 * doccam::host::sharpnessOf(blurred));
+    EXPECT_GT(doccam::host::sharpnessOf(sharp * 0.7), doccam::host::sharpnessOf(blurred));
+}
+
+class Watched : public testing::Test {
+  protected:
+    // Shows a scene for so many frames. Returns what was seen but nothing.
+    std::vector<Sight> show(const cv::Mat& frame, int frames = 2 * Stillness::kCalmFrames) {
+        std::vector<Sight> seen;
+        for (int i = 0; i < frames; ++i) {
+            if (const Sight sight = watch_.see({frame, {}}); sight != Sight::kNothing) {
+                seen.push_back(sight);
+            }
+        }
+        return seen;
     }
-    return seen;
+
+    SheetWatch watch_{false};
+};
+
+const std::vector<Sight> kOneSheet{Sight::kNewSheet};
+const std::vector<Sight> kNone{};
+
+TEST_F(Watched, SeesASheetOnce) {
+    EXPECT_EQ(show(frameOf({}), 5 * Stillness::kCalmFrames), kOneSheet);
 }
 
-TEST(SheetWatch, SeesASheetOnceItLiesStill) {
-    SheetWatch watch;
-    EXPECT_FALSE(show(watch, sheet(1), kCalm));
-    EXPECT_TRUE(show(watch, sheet(1), 1));
+TEST_F(Watched, SeesASheetAgainUnlessItWasTaken) {
+    const cv::Mat frame = frameOf({});
+    EXPECT_EQ(show(frame), kOneSheet);
+    show(cv::Mat(kFrame, CV_8UC3, cv::Scalar::all(40)));
+    EXPECT_EQ(show(frame), kOneSheet);
+    watch_.noteTaken();
+    show(cv::Mat(kFrame, CV_8UC3, cv::Scalar::all(40)));
+    EXPECT_EQ(show(frame), kNone);
 }
 
-TEST(SheetWatch, SeesNothingNewInTheSheetItHasTaken) {
-    SheetWatch watch;
-    show(watch, sheet(1), kCalm + 1);
-    watch.noteTaken();
-    EXPECT_FALSE(show(watch, sheet(1), 5 * kCalm));
+TEST_F(Watched, SeesNothingInAnEmptyDesk) {
+    EXPECT_EQ(show(cv::Mat(kFrame, CV_8UC3, cv::Scalar::all(40))), kNone);
 }
 
-TEST(SheetWatch, SeesTheNextPageThatLiesInTheSamePlace) {
-    SheetWatch watch;
-    show(watch, sheet(1), kCalm + 1);
-    watch.noteTaken();
-    EXPECT_TRUE(show(watch, sheet(2), kCalm + 1));
+TEST_F(Watched, SaysThatAPictureIsDark) {
+    EXPECT_EQ(show(cv::Mat(kFrame, CV_8UC3, cv::Scalar::all(4))), std::vector{Sight::kDark});
 }
 
-TEST(SheetWatch, SeesNothingNewWhenTheSameSheetIsPutBack) {
-    SheetWatch watch;
-    show(watch, sheet(1), kCalm + 1);
-    watch.noteTaken();
-    show(watch, kDesk, kCalm + 1);
-    watch.noteDismissed();
-    EXPECT_FALSE(show(watch, sheet(1), 2 * kCalm));
+TEST_F(Watched, SaysThatThereIsNoSheet) {
+    cv::Mat coin(kFrame, CV_8UC3, cv::Scalar::all(40));
+    cv::circle(coin, {640, 480}, 40, cv::Scalar::all(255), -1);
+    EXPECT_EQ(show(coin), std::vector{Sight::kNoSheet});
 }
 
-TEST(SheetWatch, WaitsWhileTheSheetMoves) {
-    SheetWatch watch;
-    bool seen = false;
-    for (int left = 20; left < 160; ++left) {
-        seen = show(watch, sheet(1, left), kCalm / 2) || seen;
+TEST_F(Watched, TakesTheSharpestOfTheFramesAtRest) {
+    const cv::Mat sharp = frameOf({});
+    cv::Mat blurred;
+    cv::GaussianBlur(sharp, blurred, {}, 0.8);
+    show(blurred, Stillness::kCalmFrames / 2);
+    show(sharp, 1);
+    EXPECT_EQ(show(blurred), kOneSheet);
+    cv::Mat expected;
+    cv::cvtColor(sharp, expected, cv::COLOR_RGB2BGR);
+    EXPECT_EQ(cv::norm(watch_.picture(), expected, cv::NORM_INF), 0);
+}
+
+TEST_F(Watched, ComplainsAboutUnrestNowAndThenAndLessAndLess) {
+    std::vector<int> complaints;
+    for (int frame = 0; frame < 1200; ++frame) {
+        cv::Mat picture(240, 320, CV_8UC3, cv::Scalar::all(40));
+        cv::circle(picture, {3 * (frame % 100), 120}, 50, cv::Scalar::all(220), -1);
+        if (watch_.see({picture, {}}) == Sight::kMoving) {
+            complaints.push_back(frame);
+        }
     }
-    EXPECT_FALSE(seen);
-}
-
-TEST(SheetWatch, WaitsWhileTheSheetCreeps) {
-    SheetWatch watch;
-    bool seen = false;
-    for (int step = 0; step < 40; ++step) {
-        seen = show(watch, sheet(1, 40 + step), 4) || seen;
-    }
-    EXPECT_FALSE(seen);
-}
-
-TEST(SheetWatch, StartsAgainAfterAHandPassedThrough) {
-    SheetWatch watch;
-    show(watch, sheet(1), kCalm - 1);
-    cv::Mat hand = sheet(1);
-    cv::circle(hand, {160, 220}, 30, cv::Scalar(150), -1);
-    show(watch, hand, 1);
-    EXPECT_FALSE(show(watch, sheet(1), kCalm));
-    EXPECT_TRUE(show(watch, sheet(1), 1));
-}
-
-TEST(SheetWatch, IgnoresADismissedPictureUntilAnotherComes) {
-    SheetWatch watch;
-    show(watch, kDesk, kCalm + 1);
-    watch.noteDismissed();
-    EXPECT_FALSE(show(watch, kDesk, 3 * kCalm));
-    EXPECT_TRUE(show(watch, sheet(1), kCalm + 1));
-}
-
-TEST(SheetWatch, ReportsWhetherThePictureAtRestHasMoved) {
-    SheetWatch watch;
-    show(watch, sheet(1), kCalm + 1);
-    EXPECT_TRUE(watch.isUnmoved(noisy(sheet(1), 99)));
-    EXPECT_FALSE(watch.isUnmoved(sheet(1, 95)));
-}
-
-TEST(ChangedShare, IgnoresOverallBrightness) {
-    EXPECT_EQ(changedShare(sheet(1), sheet(1) - 30), 0.0);
-}
-
-TEST(ChangedShare, CountsThePixelsThatDiffer) {
-    cv::Mat marked = kDesk.clone();
-    marked(cv::Rect(0, 0, 32, 24)).setTo(200);
-    EXPECT_NEAR(changedShare(kDesk, marked), 0.01, 1e-9);
-}
-
-TEST(ChangedShare, IsWholeForPicturesOfDifferentSizes) {
-    EXPECT_EQ(changedShare(kDesk, cv::Mat(10, 10, CV_8UC1, cv::Scalar(40))), 1.0);
-}
-
-TEST(ShowsSomething, DistinguishesASheetFromAnEmptyDesk) {
-    EXPECT_TRUE(doccam::host::showsSomething(sheet(1)));
-    EXPECT_FALSE(doccam::host::showsSomething(noisy(kDesk, 1)));
-}
-
-TEST(ReducedGrey, KeepsTheShapeAndWeighsRedFirst) {
-    const cv::Mat red(600, 800, CV_8UC3, cv::Scalar(255, 0, 0));
-    const cv::Mat grey = doccam::host::reducedGrey(red);
-    EXPECT_EQ(grey.size(), cv::Size(320, 240));
-    EXPECT_EQ(grey.type(), CV_8UC1);
-    EXPECT_EQ(grey.at<std::uint8_t>(0, 0), 76);
+    ASSERT_EQ(complaints.size(), 3U);
+    EXPECT_GT(complaints[2] - complaints[1], 3 * (complaints[1] - complaints[0]) / 2);
 }
 
 } // namespace

@@ -9,26 +9,17 @@
 #include <fstream>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace doccam::host {
 namespace {
 
 PageDraft byEngine(CameraSession& session, const PageWay& way) {
-    PageDraft draft;
-    draft.frame = session.nextFrameFile();
-    draft.recipe = way.recipe;
-    const cv::Mat frame = decoded(draft.frame);
-    if (!way.whole) {
-        const auto found = findSheets(frame, 1);
-        if (!found.empty()) {
-            draft.sheet = found.front();
-            draft.recipe.corners = found.front().corners;
-            draft.origin.confidence = found.front().confidence;
-        }
-    }
-    draft.cropped = draft.sheet.has_value();
-    draft.size = sizeOfPage(draft.recipe, frame.size());
-    return draft;
+    FrameFile file = session.nextFrameFile();
+    const cv::Mat frame = decoded(file);
+    const auto found = way.whole ? std::vector<FoundSheet>() : findSheets(frame, 1);
+    return draftOf(std::move(file), frame.size(),
+                   found.empty() ? std::nullopt : std::optional(found.front()), way);
 }
 
 PageDraft byStill(CameraSession& session, const PageWay& way, const std::string& work) {
@@ -51,6 +42,21 @@ PageDraft byStill(CameraSession& session, const PageWay& way, const std::string&
 
 PageDraft draftPage(CameraSession& session, const PageWay& way, const std::string& work) {
     return way.byEngine ? byEngine(session, way) : byStill(session, way, work);
+}
+
+PageDraft draftOf(FrameFile frame, cv::Size size, const std::optional<FoundSheet>& sheet,
+                  const PageWay& way) {
+    PageDraft draft;
+    draft.frame = std::move(frame);
+    draft.recipe = way.recipe;
+    if (sheet && !way.whole) {
+        draft.sheet = sheet;
+        draft.recipe.corners = sheet->corners;
+        draft.origin.confidence = sheet->confidence;
+        draft.cropped = true;
+    }
+    draft.size = sizeOfPage(draft.recipe, size);
+    return draft;
 }
 
 cv::Size sizeOfPage(const Recipe& recipe, cv::Size frame) {

@@ -19,9 +19,9 @@ struct PageDraft {
     FrameFile frame;
     Recipe recipe;
     PageOrigin origin;
-    cv::Size size;                      // of the page
-    std::optional<FoundSheet> sheet{};  // in the frame
-    bool cropped = false;               // to a sheet
+    cv::Size size;                     // of the page
+    std::optional<FoundSheet> sheet{}; // in the frame
+    bool cropped = false;              // to a sheet
 };
 
 struct PageWay {
@@ -33,6 +33,10 @@ struct PageWay {
 // Takes the next frame, and finds the sheet in this very frame. Without one the page is the whole
 // frame. Throws what the session throws. A still is written to work and removed.
 PageDraft draftPage(CameraSession& session, const PageWay& way, const std::string& work);
+
+// A page by the engine of a frame of that size in which the sheet, if there is one, has been found.
+PageDraft draftOf(FrameFile frame, cv::Size size, const std::optional<FoundSheet>& sheet,
+                  const PageWay& way);
 
 // The size of the page that recipe makes of a frame of that size.
 cv::Size sizeOfPage(const Recipe& recipe, cv::Size frame);

@@ -22,6 +22,10 @@ PageDraft PageStack::draft() {
     return draftPage(session_, way_, work_);
 }
 
+PageDraft PageStack::draft(FrameFile frame, cv::Size size, const std::optional<FoundSheet>& sheet) {
+    return way_.byEngine ? draftOf(std::move(frame), size, sheet, way_) : draft();
+}
+
 void PageStack::add(const PageDraft& draft) {
     renderer_.begin(document_.add(document_.keep(draft.frame), draft.recipe, draft.origin));
     note_(count());

@@ -23,6 +23,9 @@ class PageStack {
 
     // What would become a page of the next frame.
     PageDraft draft();
+    // The same of a frame of that size that has come already, and in which the sheet has been
+    // found; stills of the library are taken of the next.
+    PageDraft draft(FrameFile frame, cv::Size size, const std::optional<FoundSheet>& sheet);
 
     // These are on disk, or have failed, when they return. Adds the draft as the last page.
     void add(const PageDraft& draft);

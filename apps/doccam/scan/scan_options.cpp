@@ -21,7 +21,8 @@ std::string stillStep(const ScanOptions& options) {
 
 void refuseTogether(bool both, const std::string& one, const std::string& other) {
     if (both) {
-        throw Failure(kUsage, one + " and " + other + " do not go together; leave out one of them.");
+        throw Failure(kUsage,
+                      one + " and " + other + " do not go together; leave out one of them.");
     }
 }
 

@@ -3,8 +3,9 @@
 #include "host/own_output.h"
 #include "scan/line_input.h"
 #include "scan/sheet_watch.h"
+#include "scan/watched_frames.h"
 
-#include <optional>
+#include <string>
 
 namespace doccam::host {
 namespace {
@@ -107,21 +108,35 @@ class EnterScan {
     ProgressLine progress_;
 };
 
+// What the user can do about what is seen.
+std::string adviceOn(Sight sight) {
+    switch (sight) {
+    case Sight::kDark:
+        return "it is too dark; give the sheet more light";
+    case Sight::kFlickering:
+        return "the picture does not come to rest, as its light flickers; use another lamp";
+    case Sight::kMoving:
+        return "the picture does not come to rest, as something moves in it; take it out";
+    default:
+        return "no sheet is found; lay it on a dark desk, or scan with --whole-frame";
+    }
+}
+
 class AutomaticScan {
   public:
     AutomaticScan(CameraSession& session, PageStack& stack, const ScanPlan& plan)
       : session_(session)
       , stack_(stack)
       , plan_(plan)
+      , watch_(plan.whole)
       , frames_(session) {}
 
     void run() {
         progress_.show("put down page " + ofAll(stack_.count() + 1, plan_));
         while (!complete(stack_, plan_) && !endIsRequested()) {
             session_.waitForEvent({input_.descriptor()});
-            const cv::Mat frame = frames_.take();
-            if (!frame.empty() && watch_.seesNewPage(frame)) {
-                take(frame);
+            if (frames_.take(frame_)) {
+                look();
             }
         }
     }
@@ -156,35 +171,38 @@ class AutomaticScan {
         progress_.show("page " + number + " dropped; put down another");
     }
 
-    // An empty desk also has an outline: its own.
-    std::optional<PageDraft> shownPage(const cv::Mat& frame) {
-        if (!showsSomething(frame)) {
-            return std::nullopt;
+    // The same advice is given once between two pages.
+    void look() {
+        const Sight sight = watch_.see(frame_);
+        if (sight == Sight::kNewSheet) {
+            take();
+        } else if (sight != Sight::kNothing && sight != advised_) {
+            advised_ = sight;
+            progress_.show(adviceOn(sight));
         }
-        PageDraft draft = stack_.draft();
-        return plan_.whole || draft.cropped ? std::optional(std::move(draft)) : std::nullopt;
     }
 
-    // A sheet that moved while it was taken is taken again once it lies still.
-    void take(const cv::Mat& frame) {
-        const auto draft = shownPage(frame);
+    void take() {
+        const PageDraft draft =
+            stack_.draft(watch_.file(), watch_.picture().size(), watch_.sheet());
+        if (draft.origin.finished && hasMoved()) {
+            return;
+        }
+        stack_.add(draft);
+        watch_.noteTaken();
+        advised_ = Sight::kNothing;
+        progress_.show(takenText(draft, stack_.count(), plan_) +
+                       (complete(stack_, plan_) ? "" : "; put down the next"));
+    }
+
+    // A still is taken of a later frame. A sheet that has moved by then is taken at its next rest.
+    bool hasMoved() {
         frames_.resume();
-        const bool unmoved = watch_.isUnmoved(frames_.next());
-        if (draft && unmoved) {
-            stack_.add(*draft);
-            watch_.noteTaken();
-            progress_.show(takenText(*draft, stack_.count(), plan_) +
-                           (complete(stack_, plan_) ? "" : "; put down the next"));
-        } else if (unmoved) {
-            dismiss(frame);
+        while (!frames_.take(frame_)) {
+            session_.waitForEvent();
         }
-    }
-
-    void dismiss(const cv::Mat& frame) {
-        watch_.noteDismissed();
-        if (showsSomething(frame)) {
-            progress_.show("no sheet is found; lay it on a dark desk, or scan with --whole-frame");
-        }
+        watch_.see(frame_);
+        return !watch_.rests();
     }
 
     CameraSession& session_;
@@ -192,6 +210,8 @@ class AutomaticScan {
     const ScanPlan& plan_;
     SheetWatch watch_;
     WatchedFrames frames_;
+    WatchedFrame frame_;
+    Sight advised_ = Sight::kNothing;
     LineInput input_;
     ProgressLine progress_;
 };

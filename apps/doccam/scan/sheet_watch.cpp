@@ -1,107 +1,88 @@
 #include "scan/sheet_watch.h"
 
+#include "scan/even_light.h"
+#include "scan/sharpness.h"
+#include "scan/sheet_comparison.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <utility>
-#include <vector>
 
 namespace doccam::host {
 namespace {
 
-constexpr int kClearChange = 16;       // grey levels, well above a sensor's noise
-constexpr double kMovingShare = 0.002; // a finger at the edge of the picture
-constexpr double kNewPageShare = 0.01; // consecutive pages of text differ much more
-constexpr double kEvenDeviation = 8.0; // grey levels, for an empty desk
-
-int median(const cv::Mat& differences) {
-    std::vector<short> values(differences.begin<short>(), differences.end<short>());
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-bool differs(const cv::Mat& picture, const cv::Mat& known, double share) {
-    return known.empty() || changedShare(picture, known) > share;
-}
+constexpr int kPatience = 150; // frames without rest: five seconds of most cameras
+constexpr int kLongestPatience = 40 * kPatience;
 
 } // namespace
 
-cv::Mat reducedGrey(const cv::Mat& frame) {
-    const int height = std::max(1, frame.rows * kWatchedWidth / std::max(frame.cols, 1));
-    cv::Mat small;
-    cv::resize(frame, small, {kWatchedWidth, height}, 0, 0, cv::INTER_AREA);
-    cv::cvtColor(small, small, cv::COLOR_RGB2GRAY);
-    return small;
-}
-
-double changedShare(const cv::Mat& one, const cv::Mat& other) {
-    if (one.size() != other.size() || one.empty()) {
-        return 1.0;
+Sight SheetWatch::see(const WatchedFrame& frame) {
+    grey_ = reducedGrey(frame.pixels);
+    const int calm = stillness_.see(grey_);
+    if (comesToRest(frame, calm)) {
+        restless_ = 0;
+        patience_ = kPatience;
+        return judge();
     }
-    cv::Mat differences;
-    cv::subtract(one, other, differences, cv::noArray(), CV_16S);
-    const int light = median(differences);
-    cv::Mat unchanged;
-    cv::inRange(differences, light - kClearChange, light + kClearChange, unchanged);
-    return 1.0 -
-           static_cast<double>(cv::countNonZero(unchanged)) / static_cast<double>(one.total());
+    return calm == 0 ? complaint() : Sight::kNothing;
 }
 
-bool showsSomething(const cv::Mat& grey) {
-    cv::Scalar mean;
-    cv::Scalar deviation;
-    cv::meanStdDev(grey, mean, deviation);
-    return deviation[0] > kEvenDeviation;
-}
-
-// Compares with the first still frame, not the previous one, or a slow hand would appear at rest.
-bool SheetWatch::seesNewPage(const cv::Mat& grey) {
-    if (differs(grey, rest_, kMovingShare)) {
-        rest_ = grey.clone();
-        calm_ = 0;
+bool SheetWatch::comesToRest(const WatchedFrame& frame, int calm) {
+    if (calm == 0) {
+        sharpness_ = 0;
+        judged_ = false;
+    }
+    if (judged_) {
         return false;
     }
-    calm_ = std::min(calm_ + 1, kCalmFrames);
-    return calm_ == kCalmFrames && differs(rest_, taken_, kNewPageShare) &&
-           differs(rest_, dismissed_, kNewPageShare);
+    keepSharpest(frame);
+    judged_ = calm == Stillness::kCalmFrames;
+    return judged_;
 }
 
-bool SheetWatch::isUnmoved(const cv::Mat& grey) const {
-    return !differs(grey, rest_, kMovingShare);
-}
-
-WatchedFrames::WatchedFrames(CameraSession& session)
-  : session_(session) {
-    resume();
-}
-
-WatchedFrames::~WatchedFrames() {
-    session_.feed().listen({});
-}
-
-void WatchedFrames::resume() {
-    take();
-    session_.feed().listen([this](unsigned char* pixels, int width, int height) {
-        const cv::Mat reduced = reducedGrey(cv::Mat(height, width, CV_8UC3, pixels));
-        const std::lock_guard lock(mutex_);
-        newest_ = reduced;
-    });
-}
-
-cv::Mat WatchedFrames::take() {
-    const std::lock_guard lock(mutex_);
-    return std::exchange(newest_, {});
-}
-
-cv::Mat WatchedFrames::next() {
-    take();
-    cv::Mat frame;
-    while (frame.empty()) {
-        session_.waitForEvent();
-        frame = take();
+void SheetWatch::keepSharpest(const WatchedFrame& frame) {
+    const double sharpness = sharpnessOf(frame.pixels);
+    if (sharpness > sharpness_) {
+        sharpness_ = sharpness;
+        frame.pixels.copyTo(sharpest_.pixels);
+        sharpest_.jpeg = frame.jpeg;
     }
-    return frame;
+}
+
+// An empty desk also has an outline: its own.
+Sight SheetWatch::judge() {
+    if (!showsSomething(grey_)) {
+        return isDark(grey_) ? Sight::kDark : Sight::kNothing;
+    }
+    cv::cvtColor(sharpest_.pixels, picture_, cv::COLOR_RGB2BGR);
+    const std::vector<FoundSheet> sheets = findSheets(picture_, 1);
+    sheet_ = sheets.empty() ? std::nullopt : std::optional(sheets.front());
+    if (!sheet_ && !wholeFrame_) {
+        return Sight::kNoSheet;
+    }
+    seen_ = viewOf(sharpest_.pixels, sheet_ ? std::optional(sheet_->corners) : std::nullopt);
+    return taken_ && showSameSheet(*taken_, seen_) ? Sight::kNothing : Sight::kNewSheet;
+}
+
+FrameFile SheetWatch::file() const {
+    return decoded(sharpest_.jpeg).empty() ? frameFileOf(picture_) : sharpest_.jpeg;
+}
+
+// Each time after twice as long.
+Sight SheetWatch::complaint() {
+    if (++restless_ < std::max(patience_, kPatience)) {
+        return Sight::kNothing;
+    }
+    restless_ = 0;
+    patience_ = std::min(2 * std::max(patience_, kPatience), kLongestPatience);
+    switch (stillness_.unrest()) {
+    case Unrest::kDark:
+        return Sight::kDark;
+    case Unrest::kFlickering:
+        return Sight::kFlickering;
+    default:
+        return Sight::kMoving;
+    }
 }
 
 } // namespace doccam::host

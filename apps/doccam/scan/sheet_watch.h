@@ -1,71 +1,70 @@
 // Detecting when a new sheet has come to rest under the camera.
 #pragma once
 
-#include "camera/camera_session.h"
+#include "pages/sheets.h"
+#include "scan/sheet_view.h"
+#include "scan/stillness.h"
+#include "scan/watched_frames.h"
 
-#include <opencv2/core.hpp>
+#include <opencv2/core/mat.hpp>
 
-#include <mutex>
+#include <optional>
 
 namespace doccam::host {
 
-// Small enough to compare in every frame, large enough to distinguish pages of text.
-inline constexpr int kWatchedWidth = 320;
-
-// The frame, red first, as a grey picture kWatchedWidth pixels wide.
-cv::Mat reducedGrey(const cv::Mat& frame);
-
-// The share of pixels, 0 to 1, in which two grey pictures of the same size differ clearly, ignoring
-// a change of overall brightness. 1 for pictures of different sizes.
-double changedShare(const cv::Mat& one, const cv::Mat& other);
-
-// Whether a grey picture shows more than a uniform surface.
-bool showsSomething(const cv::Mat& grey);
-
-// Call with the frames in order. Pictures are 8-bit grey, all of the same size.
-class SheetWatch {
-  public:
-    static constexpr int kCalmFrames = 10;
-
-    // Processes the next frame. True if the picture has hardly changed for kCalmFrames, and differs
-    // from the last page taken and from the last picture dismissed.
-    bool seesNewPage(const cv::Mat& grey);
-
-    // Whether the picture still equals the one at rest.
-    bool isUnmoved(const cv::Mat& grey) const;
-
-    // Records that the picture at rest has been taken as a page, or shows none.
-    void noteTaken() { taken_ = rest_; }
-
-    void noteDismissed() { dismissed_ = rest_; }
-
-  private:
-    cv::Mat rest_;
-    int calm_ = 0;
-    cv::Mat taken_;
-    cv::Mat dismissed_;
+// What a frame shows for the first time.
+enum class Sight {
+    kNothing,
+    kNewSheet,   // a sheet at rest, other than the last one taken
+    kNoSheet,    // a picture at rest without a sheet, but of more than an empty desk
+    kDark,       // too little light, at rest or not
+    kMoving,     // for long, something has been moving all the time;
+    kFlickering, // or the light has been changing
 };
 
-// The newest frame of a session, as reducedGrey. Listens to the session's frames during its
-// lifetime, except while the session searches for a sheet; call resume() afterwards.
-class WatchedFrames {
+// Call with the frames in order, all of the same size.
+class SheetWatch {
   public:
-    explicit WatchedFrames(CameraSession& session);
-    ~WatchedFrames();
+    // With wholeFrame a picture without a sheet is a new sheet, too, unless it is an empty desk.
+    explicit SheetWatch(bool wholeFrame)
+      : wholeFrame_(wholeFrame) {}
 
-    // Drops the current frame and listens again.
-    void resume();
+    // Processes the next frame.
+    Sight see(const WatchedFrame& frame);
 
-    // The newest frame not yet taken; empty if there is none.
-    cv::Mat take();
+    // Whether the frame still shows what has been judged last.
+    bool rests() const { return judged_; }
 
-    // Waits for the next frame.
-    cv::Mat next();
+    // After kNewSheet: the sharpest frame of its rest, blue first, and the sheet in it.
+    const cv::Mat& picture() const { return picture_; }
+
+    const std::optional<FoundSheet>& sheet() const { return sheet_; }
+
+    // The same frame as the camera sent it, or if it did so damaged or as no JPEG, as a PNG. Throws
+    // Failure if there is not enough memory.
+    FrameFile file() const;
+
+    // The sheet seen last has become a page. Without this it is seen again at its next rest.
+    void noteTaken() { taken_ = seen_; }
 
   private:
-    CameraSession& session_;
-    std::mutex mutex_;
-    cv::Mat newest_;
+    bool comesToRest(const WatchedFrame& frame, int calm);
+    void keepSharpest(const WatchedFrame& frame);
+    Sight judge();
+    Sight complaint();
+
+    const bool wholeFrame_;
+    Stillness stillness_;
+    cv::Mat grey_;
+    WatchedFrame sharpest_; // of the frames at rest
+    double sharpness_ = 0;
+    bool judged_ = false; // this rest
+    int restless_ = 0;    // frames since the last rest
+    int patience_ = 0;    // restless frames until the next complaint
+    cv::Mat picture_;
+    std::optional<FoundSheet> sheet_;
+    SheetView seen_;
+    std::optional<SheetView> taken_;
 };
 
 } // namespace doccam::host

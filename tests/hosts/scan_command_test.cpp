@@ -62,6 +62,24 @@ TEST_F(Scan, TakesWholeFramesHandsFreeButNoEmptyDesk) {
     EXPECT_NE(codes[0], codes[1]);
 }
 
+TEST_F(Scan, TakesEachSheetOnceUnderAFlickeringLamp) {
+    const std::string flickering = camera(
+        R"("scene": {"sheetFrames": 150, "unrest": {"bands": 0.06, "flicker": 0.05, "nudge": 4}})");
+    const Outcome outcome = runWith(flickering, "scan a.pdf --auto --pages 3");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_THAT(codesOn("a.pdf"),
+                ElementsAre("https://example.org/sheet/0042", "https://example.org/sheet/0043",
+                            "https://example.org/sheet/0044"));
+}
+
+TEST_F(Scan, SaysWhyItTakesNoPage) {
+    RunningProgram program = start(camera(R"("scene": {"sheetFrames": 1, "changeFrames": 12})"),
+                                   {"scan", "a.pdf", "--auto"});
+    ASSERT_TRUE(program.says("something moves in it"));
+    program.type("\n");
+    EXPECT_EQ(program.finish(), kNothingFound);
+}
+
 TEST_F(Scan, TakesAPageAtEachEnter) {
     const Outcome outcome = runWith(camera(), "scan a.pdf --json", "\n\nq\n");
     ASSERT_EQ(outcome.status, kDone) << outcome.err;

@@ -93,7 +93,7 @@ TEST(Stillness, IsReachedUnderBandsOfAPictureThatWasTurned) {
 
 TEST(Stillness, IsReachedWhileTheLightGoesUpAndDown) {
     EXPECT_EQ(restAt([](int frame) -> cv::Mat {
-                  return noisy(sheet() * (0.8 + 0.2 * std::cos(frame)), frame);
+                  return noisy(sheet() * (0.85 + 0.15 * std::cos(frame)), frame);
               }),
               kCalm);
 }

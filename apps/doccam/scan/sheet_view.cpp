@@ -11,7 +11,7 @@ namespace {
 constexpr int kLongSide = 640; // two pixels per millimetre of A4
 constexpr int kShortSide = 452;
 constexpr int kReducedWidth = 1000;
-constexpr double kSmoothing = 0.8; // pixels; no sharper than sheets can be laid over each other
+constexpr double kSmoothing = 1.0; // pixels; no sharper than sheets can be laid over each other
 constexpr int kPaperReach = 11;    // pixels, wider than strokes, narrower than fingers
 constexpr double kCoveredLevel = 0.8;
 constexpr int kCoverReach = 25;

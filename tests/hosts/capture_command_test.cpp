@@ -160,4 +160,26 @@ TEST_F(Capture, SurvivesFramesThatCannotBeDecoded) {
         kDone);
 }
 
+TEST_F(Capture, MakesAPageWithALook) {
+    for (const std::string arguments : {"--crop --look paper", "--crop=sheet"}) {
+        const Outcome outcome = runWith(camera(), "capture a.jpg --force --json " + arguments);
+        ASSERT_EQ(outcome.status, kDone) << outcome.err;
+        EXPECT_EQ(outcome.json()[0]["sheet"].size(), 4U);
+        EXPECT_LT(outcome.json()[0]["width"], 1280);
+    }
+    const Outcome whole = runWith(camera(), "capture b.png c.pdf --look photo --colour bw --json");
+    ASSERT_EQ(whole.status, kDone) << whole.err;
+    EXPECT_EQ(whole.json()[0]["sheet"], nullptr);
+    EXPECT_EQ(whole.json()[0]["width"], 1280);
+    EXPECT_EQ(runWith(camera(), "capture d.jpg --look photo --colour bw").status, kUsage);
+    EXPECT_EQ(runWith(camera(), "capture d.jpg --look photo --clean-edges").status, kUsage);
+}
+
+TEST_F(Capture, WithALookFailsWithoutASheet) {
+    const Outcome outcome =
+        runWith(camera(R"("scene": {"centreX": 9})"), "capture a.jpg --crop --look paper");
+    EXPECT_EQ(outcome.status, kNothingFound);
+    EXPECT_THAT(outcome.err, isOneSentence());
+}
+
 } // namespace

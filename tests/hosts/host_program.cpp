@@ -63,7 +63,8 @@ Outcome HostProgramTest::runWith(const std::string& cameras, const std::string& 
 }
 
 RunningProgram HostProgramTest::start(const std::string& cameras,
-                                      const std::vector<std::string>& arguments) const {
+                                      const std::vector<std::string>& arguments,
+                                      const std::vector<std::string>& within) const {
     std::vector<std::string> command{"/usr/bin/env",
                                      "XDG_STATE_HOME=" + state(),
                                      std::string(virtualcam::kControlVariable) + "=" +
@@ -71,8 +72,9 @@ RunningProgram HostProgramTest::start(const std::string& cameras,
                                      DOCCAM_VIRTUALCAM_LAUNCHER,
                                      "--scenario",
                                      scenario(cameras),
-                                     "--",
-                                     DOCCAM_PROGRAM};
+                                     "--"};
+    command.insert(command.end(), within.begin(), within.end());
+    command.emplace_back(DOCCAM_PROGRAM);
     command.insert(command.end(), arguments.begin(), arguments.end());
     return {command, work_, folder_.file("out")};
 }

@@ -42,9 +42,10 @@ class HostProgramTest : public testing::Test {
     Outcome runWith(const std::string& cameras, const std::string& arguments,
                     const std::string& input = "") const;
 
-    // Starts what runWith runs. Its cameras can be unplugged with unplug().
-    RunningProgram start(const std::string& cameras,
-                         const std::vector<std::string>& arguments) const;
+    // Starts what runWith runs, within another command if one is given. Its cameras can be
+    // unplugged with unplug().
+    RunningProgram start(const std::string& cameras, const std::vector<std::string>& arguments,
+                         const std::vector<std::string>& within = {}) const;
 
     // Unplugs the first camera of the started program.
     void unplug() const;

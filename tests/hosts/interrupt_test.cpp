@@ -100,4 +100,47 @@ TEST(Interrupt, LeavesAnIgnoredSignalIgnored) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST(Interrupt, ByCtrlCOnlyAsksToFinishWhereThatIsWanted) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGINT, SIG_DFL);
+            std::signal(SIGTERM, SIG_DFL);
+            const Interrupt interrupt(std::chrono::hours(1), 7, Interrupt::CtrlC::kFinishes);
+            kill(getpid(), SIGINT);
+            await(interrupt);
+            const bool before = interrupt.mustEnd();
+            kill(getpid(), SIGINT); // the same by another route
+            kill(getpid(), SIGTERM);
+            while (!interrupt.mustEnd()) {
+            }
+            endWith(!before && interrupt.raised());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(Interrupt, BySigtermAsksForTheEndAtOnce) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, SIG_DFL);
+            const Interrupt interrupt(std::chrono::hours(1), 7, Interrupt::CtrlC::kFinishes);
+            kill(getpid(), SIGTERM);
+            await(interrupt);
+            endWith(interrupt.mustEnd());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(Interrupt, EndsWithLastWordsWhenCtrlCIsRepeated) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGINT, SIG_DFL);
+            Interrupt interrupt(std::chrono::milliseconds(1), 7, Interrupt::CtrlC::kFinishes);
+            interrupt.setLastWords("all is kept");
+            while (true) {
+                kill(getpid(), SIGINT);
+            }
+        },
+        testing::ExitedWithCode(7), "doccam: all is kept\n");
+}
+
 } // namespace

@@ -10,6 +10,7 @@
 namespace {
 
 using namespace doccam::test;
+using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -85,6 +86,54 @@ TEST_F(Scan, TakesAPageAtEachEnter) {
     ASSERT_EQ(outcome.status, kDone) << outcome.err;
     EXPECT_EQ(outcome.json()["pages"].size(), 2U);
     EXPECT_EQ(outcome.json()["pages"][0]["cropped"], true);
+}
+
+TEST_F(Scan, RetakesAndDropsTheLastPage) {
+    const Outcome outcome = runWith(camera(), "scan a.pdf --json", "d\nr\n\n\nr\nd\n q \n");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(outcome.json()["pages"].size(), 1U);
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("there is no page yet"), HasSubstr("again"),
+                                   HasSubstr("page 2 dropped")));
+}
+
+TEST_F(Scan, TakesNothingAtAMistypedLine) {
+    const Outcome outcome = runWith(camera(), "scan a.pdf", "qq\n \nR\nquit\n\n");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("1 page"));
+    EXPECT_THAT(outcome.err, HasSubstr("Enter alone takes a page"));
+}
+
+TEST_F(Scan, NamesTheSheetThatThePageEngineFound) {
+    const Outcome outcome = runWith(camera(), "scan a.pdf --json --rotate 90", "\nq\n");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    const auto page = outcome.json()["pages"][0];
+    EXPECT_EQ(page["sheet"].size(), 4U);
+    EXPECT_GT(page["confidence"], 0.5);
+    EXPECT_GT(page["width"], page["height"]);
+    EXPECT_THAT(outcome.err, HasSubstr(std::to_string(page["width"].get<int>()) + "x" +
+                                       std::to_string(page["height"].get<int>())));
+}
+
+TEST_F(Scan, TakesStillsOfTheLibraryByRequest) {
+    for (const std::string way : {"--crop=rectangle", "--clean-edges", "--clean-background"}) {
+        const Outcome outcome = runWith(camera(), "scan a.pdf --force --json " + way, "\nq\n");
+        ASSERT_EQ(outcome.status, kDone) << outcome.err;
+        EXPECT_EQ(outcome.json()["pages"][0]["cropped"], true) << way;
+        EXPECT_EQ(outcome.json()["pages"][0]["sheet"], nullptr) << way;
+    }
+    const Outcome both = runWith(camera(), "scan b.pdf --look paper --clean-edges");
+    EXPECT_EQ(both.status, kUsage);
+    EXPECT_THAT(both.err, isOneSentence());
+}
+
+TEST_F(Scan, KeepsFramesWithoutAJpegAsPng) {
+    const Outcome outcome = runWith(camera(), "scan a.pdf --format yuyv", "\nq\n");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    const auto documents = run("spool list --json").json();
+    const std::string name = documents[0]["document"];
+    const auto pages = run("spool show --json " + name).json();
+    EXPECT_THAT(pages[0]["frame"].get<std::string>(), testing::EndsWith(".png"));
+    EXPECT_EQ(cv::imread(pages[0]["frame"].get<std::string>()).size(), cv::Size(640, 480));
 }
 
 TEST_F(Scan, EndsAfterTheRequestedNumberOfPages) {

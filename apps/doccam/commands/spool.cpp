@@ -1,10 +1,11 @@
 // doccam spool: the documents that are not saved yet, or were saved lately.
+#include "pages/spool/spool.h"
+
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pages/sheet_json.h"
-#include "pages/spool/spool.h"
 #include "pictures/pdf_file.h"
 #include "scan/document_saving.h"
 #include "scan/scan_document.h"
@@ -38,18 +39,15 @@ std::string textOfTime(std::int64_t seconds) {
 }
 
 Json asJson(const SpoolEntry& entry) {
-    Json row{{"document", entry.name},
-             {"folder", entry.folder.string()},
-             {"bytes", entry.bytes},
-             {"inUse", entry.inUse},
-             {"pages", nullptr},
-             {"target", nullptr},
-             {"saved", nullptr},
-             {"damaged", entry.damaged}};
+    Json row{{"document", entry.name}, {"folder", entry.folder.string()},
+             {"bytes", entry.bytes},   {"inUse", entry.inUse},
+             {"pages", nullptr},       {"target", nullptr},
+             {"saved", nullptr},       {"damaged", entry.damaged}};
     if (entry.manifest) {
         row["pages"] = entry.manifest->pages.size();
         row["target"] = entry.manifest->plan.target;
-        row["saved"] = entry.manifest->saved != 0 ? Json(textOfTime(entry.manifest->saved)) : Json();
+        row["saved"] =
+            entry.manifest->saved != 0 ? Json(textOfTime(entry.manifest->saved)) : Json();
     }
     return row;
 }
@@ -96,10 +94,10 @@ SpoolEntry entryOf(const Spool& spool, const SpoolOptions& options) {
 Json asJson(const SpoolEntry& entry, const KeptPage& page) {
     const auto isDamaged = std::count(entry.damaged.begin(), entry.damaged.end(), page.frame) > 0;
     Json row{{"frame", (entry.folder / page.frame).string()}, {"sound", !isDamaged}};
-    row.update(asJson(page.recipe.corners
-                          ? std::optional(FoundSheet{*page.recipe.corners,
-                                                     page.origin.confidence.value_or(0)})
-                          : std::nullopt));
+    row.update(asJson(
+        page.recipe.corners
+            ? std::optional(FoundSheet{*page.recipe.corners, page.origin.confidence.value_or(0)})
+            : std::nullopt));
     row["finished"] = page.origin.finished;
     row["rotate"] = page.recipe.turn * 90;
     row["look"] = page.recipe.look == Look::kPaper ? "paper" : "photo";

@@ -39,8 +39,7 @@ cv::Mat decoded(const FrameFile& frame) {
         JpegFileReader reader(frame);
         return readWith(reader);
     }
-    const StandardFile file(
-        fmemopen(const_cast<unsigned char*>(frame.data()), frame.size(), "rb"));
+    const StandardFile file(fmemopen(const_cast<unsigned char*>(frame.data()), frame.size(), "rb"));
     PngFileReader reader(file.get());
     return file ? readWith(reader) : cv::Mat();
 }

@@ -90,16 +90,18 @@ bool completes(const Corners& rest, const Corners& part, const Corners& whole) {
            encloses(whole, rest) && !overlaps(part, rest) && shareSide(part, rest);
 }
 
-// The sheet that part is only a part of, or part itself. A box printed on a sheet may be surer than
-// the sheet, but it is darker than what is around it. So may one side of a line printed across, but
-// then the other side looks like a sheet, too, which lies exactly beside it.
+// The sheet that part is only a part of, or part itself. A box printed on a sheet may be a little
+// surer than the sheet, but it is darker than what is around it. So may one side of a line printed
+// across, but then the other side looks like a sheet, too, which lies exactly beside it.
 const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
     constexpr double kLarger = 1.05;
+    constexpr double kALittle = 2;
     const Corners& inner = part.candidate.corners;
     for (const Judged& whole : all) {
         const Corners& outer = whole.candidate.corners;
+        const bool isOnSheet = part.isDarker && part.sureness < whole.sureness + kALittle;
         if (areaOf(outer) > kLarger * areaOf(inner) && encloses(outer, inner) &&
-            (part.isDarker || std::any_of(all.begin(), all.end(), [&](const Judged& rest) {
+            (isOnSheet || std::any_of(all.begin(), all.end(), [&](const Judged& rest) {
                  return completes(rest.candidate.corners, inner, outer);
              }))) {
             return whole;
@@ -149,7 +151,7 @@ class SheetSearch {
 // best seen in the full picture.
 std::optional<Sheet> SheetSearch::bestFitted(std::span<const Judged> judged) const {
     constexpr double kNearlyAsSure = 2;
-    constexpr double kLeastSupport = 0.3;
+    constexpr double kLeastSupport = 0.5;
     constexpr double kPlain = 0.9;
     constexpr double kOfSupport = 4;
     constexpr int kMostFits = 5;
@@ -212,7 +214,11 @@ std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
     // Without the print of those found, the sides of smaller ones beside them stand out.
     while (search.round(maximum) > 0 && search.sheets().size() < maximum) {
     }
-    return search.sheets();
+    std::vector<Sheet> sheets = search.sheets();
+    std::stable_sort(sheets.begin(), sheets.end(), [](const Sheet& one, const Sheet& other) {
+        return one.confidence > other.confidence;
+    });
+    return sheets;
 }
 
 std::vector<Sheet> findSheetAgain(const cv::Mat& picture, const Sheet& last) {

@@ -16,9 +16,9 @@ SMALL = ("card", "receipt", "banknote", "several")
 NOT_IT = 0.9  # between this and the same, nothing is said
 OF_ANOTHER = 0.4
 BESIDE = 0.05
-LOWERED = 1.7  # the odds asked for, as a logarithm: bare desks stay another step below
+LOWERED = 1.3  # the odds asked for, as a logarithm: bare desks stay another step below
 STIFFNESS = 0.0002
-DETRIMENTAL = ("beyond", "leak", "worstLeak", "hole")
+DETRIMENTAL = ("beyond", "continuing", "leak", "worstLeak", "hole")
 EITHER = ("smoothOutside",)
 
 

@@ -112,6 +112,40 @@ void addContrast(const std::vector<Sample>& samples, SideView& view) {
     view.evenness = 1 / (1 + deviation / static_cast<double>(samples.size()) / (view.contrast + 4));
 }
 
+// The contrast across the line of a side, past from, as seen from to.
+std::optional<double> contrastPast(const Evidence& evidence, cv::Point2d from, cv::Point2d to) {
+    constexpr double kAcross = 3;
+    const cv::Point2d outwards = (from - to) / cv::norm(from - to);
+    const cv::Point2d across = cv::Point2d(-outwards.y, outwards.x) * kAcross;
+    const cv::Rect picture({}, evidence.colour.size());
+    cv::Vec3f difference;
+    int count = 0;
+    for (const double past : {6, 9, 12, 15, 18}) {
+        const cv::Point2d place = from + outwards * past;
+        const cv::Point one(place + across);
+        const cv::Point other(place - across);
+        if (picture.contains(one) && picture.contains(other)) {
+            difference += evidence.colour.at<cv::Vec3f>(one) - evidence.colour.at<cv::Vec3f>(other);
+            ++count;
+        }
+    }
+    return count > 0 ? std::optional(cv::norm(difference) / count) : std::nullopt;
+}
+
+// Past the corners of a sheet its surroundings are on both sides; a pattern goes on.
+void addContinuing(const Evidence& evidence, cv::Point2d from, cv::Point2d to, SideView& view) {
+    double sum = 0;
+    int ends = 0;
+    for (const auto& contrast :
+         {contrastPast(evidence, from, to), contrastPast(evidence, to, from)}) {
+        if (contrast) {
+            sum += std::min(1.0, *contrast / (view.contrast + 2));
+            ++ends;
+        }
+    }
+    view.continuing = ends > 0 ? sum / ends : 0;
+}
+
 // What lies on a sheet's other side of an edge is all around it, but not on it.
 void addLikeness(const std::vector<Sample>& samples, SideView& view) {
     const double alike = kAlike * view.contrast + 1;
@@ -142,6 +176,7 @@ std::optional<SideView> viewOf(const Evidence& evidence, cv::Point2d from, cv::P
     addContrast(samples, view);
     addRoughness(samples, view);
     addLikeness(samples, view);
+    addContinuing(evidence, from, to, view);
     return view;
 }
 

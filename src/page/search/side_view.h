@@ -18,8 +18,9 @@ struct SideView {
     double evenness = 0;     // 1 if the inside is of one colour
     double roughInside = 0;  // part of the steps along the side that change the colour
     double roughOutside = 0;
-    double leak = 0; // part of the surroundings that looks as inside
-    double hole = 0; // part of the inside that looks as outside
+    double continuing = 0; // how much of the contrast is still there past its ends
+    double leak = 0;       // part of the surroundings that looks as inside
+    double hole = 0;       // part of the inside that looks as outside
 };
 
 // Of the side between two corners of the reduced picture, in clockwise order; none where the

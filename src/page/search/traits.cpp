@@ -72,6 +72,7 @@ void addSides(const std::vector<SideView>& views, Traits& traits) {
         traits.brighter += view.brighter > 0 ? share : 0;
         traits.smoothInside += share * fading(view.roughInside, 0.2);
         traits.smoothOutside += share * fading(view.roughOutside, 0.2);
+        traits.continuing += share * view.continuing;
         traits.leak += share * view.leak;
         traits.worstLeak = std::max(traits.worstLeak, view.leak);
         traits.hole += share * view.hole;

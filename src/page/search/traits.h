@@ -24,12 +24,13 @@ struct Traits {
     double surroundings = 0;     // the same farther around, where a pattern evens out
     double smoothInside = 0;
     double smoothOutside = 0;
-    double leak = 0;      // how much of the surroundings looks as the inside
-    double worstLeak = 0; // of one side
-    double hole = 0;      // how much of the inside looks as the surroundings
-    double rectangle = 0; // whether a rectangle may look like that
-    double size = 0;      // its side, of the picture's
-    double whole = 0;     // 0 if one side is a border of the picture
+    double continuing = 0; // how much of the contrast goes on past its corners
+    double leak = 0;       // how much of the surroundings looks as the inside
+    double worstLeak = 0;  // of one side
+    double hole = 0;       // how much of the inside looks as the surroundings
+    double rectangle = 0;  // whether a rectangle may look like that
+    double size = 0;       // its side, of the picture's
+    double whole = 0;      // 0 if one side is a border of the picture
 };
 
 // All 0 if too little of its sides is seen.

@@ -83,6 +83,44 @@ TEST(FindSheets, IsNotDisturbedByAFingerAndAFoldedCorner) {
     expectNear(sheets[0].corners, truth, 2);
 }
 
+TEST(FindSheets, FindsTheSheetAroundADarkBox) {
+    const Corners truth = seenCorners(kTilted, 0.707);
+    cv::Mat picture = drawnSheet(kTilted.picture, truth, kPaper, {120, 140, 150});
+    std::vector<cv::Point> box;
+    for (const cv::Point2d corner : truth) {
+        box.emplace_back(corner + (page::middleOf(truth) - corner) * 0.25);
+    }
+    cv::fillConvexPoly(picture, box, {70, 40, 30}, cv::LINE_AA);
+    const auto sheets = findSheets(picture, 1);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 1);
+}
+
+TEST(FindSheets, FindsTheWholeOfASheetOfTwoColours) {
+    const Corners truth{{{150, 240}, {1050, 270}, {1040, 690}, {160, 700}}};
+    cv::Mat picture = drawnSheet({1200, 900}, truth, {190, 205, 200}, {150, 150, 148});
+    const cv::Point2d top = truth[0] + (truth[1] - truth[0]) * 0.25;
+    const cv::Point2d bottom = truth[3] + (truth[2] - truth[3]) * 0.25;
+    cv::fillConvexPoly(picture, std::vector<cv::Point>{truth[0], top, bottom, truth[3]}, kPaper,
+                       cv::LINE_AA);
+    const auto sheets = findSheets(picture, 4);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 1.5);
+}
+
+TEST(FindSheets, FindsNothingOnAChequeredCloth) {
+    cv::Mat cloth(900, 1200, CV_8UC3);
+    cv::RNG random(7);
+    for (int y = 0; y < cloth.rows; ++y) {
+        for (int x = 0; x < cloth.cols; ++x) {
+            const int tone = (x / 90 % 2 + y / 90 % 2) * 60 + 90 + random.uniform(-9, 10);
+            cloth.at<cv::Vec3b>(y, x) = {cv::saturate_cast<unsigned char>(tone),
+                                         cv::saturate_cast<unsigned char>(tone - 30), 90};
+        }
+    }
+    EXPECT_THAT(findSheets(cloth, 4), IsEmpty());
+}
+
 TEST(FindSheets, MarksASheetWhoseSideLiesOutsideAsCut) {
     Corners truth = seenCorners({.distance = 1.6}, 0.707);
     cv::Mat picture = drawnSheet({1200, 900}, truth, kPaper, {50, 70, 90});

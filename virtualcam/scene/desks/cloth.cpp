@@ -1,4 +1,4 @@
-// Woven table cloths: checks, stripes, tartans and dots.
+// Table cloths: woven checks, stripes, tartans and gingham, printed dots and squares.
 #include "scene/desks/textures.h"
 
 #include <opencv2/imgproc.hpp>
@@ -20,16 +20,32 @@ cv::Vec3f dye(cv::RNG& random) {
     return kDyes[random.uniform(0, 10)];
 }
 
-// The colours of the threads of one direction, striped with that many bands before they repeat.
-Threads dyed(int count, double scale, int bands, cv::RNG& random) {
+// Bands of threads, from side to side, before they repeat.
+struct Bands {
     std::vector<cv::Vec3f> colours;
-    std::vector<double> ends;
+    std::vector<double> ends; // in pixels
+};
+
+Bands anyBands(int count, double scale, cv::RNG& random) {
+    Bands bands;
     double width = 0;
-    for (int i = 0; i < bands; ++i) {
-        colours.push_back(dye(random));
+    for (int i = 0; i < count; ++i) {
+        bands.colours.push_back(dye(random));
         width += random.uniform(3.0, 22.0) * scale;
-        ends.push_back(width);
+        bands.ends.push_back(width);
     }
+    return bands;
+}
+
+// One colour and white, equally wide.
+Bands gingham(double scale, cv::RNG& random) {
+    const double width = random.uniform(4.0, 40.0) * scale;
+    return {{dye(random), {236, 240, 242}}, {width, 2 * width}};
+}
+
+Threads dyed(int count, const Bands& bands) {
+    const auto& [colours, ends] = bands;
+    const double width = ends.back();
     Threads threads(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         const double at = std::fmod(i, width);
@@ -50,6 +66,20 @@ cv::Mat woven(const Threads& across, const Threads& down) {
         for (int x = 0; x < picture.cols; ++x) {
             to[x] =
                 (across[static_cast<std::size_t>(x)] + down[static_cast<std::size_t>(y)]) * 0.5F;
+        }
+    }
+    return picture;
+}
+
+// A board of squares.
+cv::Mat squares(cv::Size pixels, double scale, cv::RNG& random) {
+    const double side = random.uniform(8.0, 50.0) * scale;
+    const cv::Vec3f colours[] = {dye(random), dye(random)};
+    cv::Mat picture(pixels, CV_32FC3);
+    for (int y = 0; y < picture.rows; ++y) {
+        auto* const to = picture.ptr<cv::Vec3f>(y);
+        for (int x = 0; x < picture.cols; ++x) {
+            to[x] = colours[(static_cast<int>(x / side) + static_cast<int>(y / side)) % 2];
         }
     }
     return picture;
@@ -80,12 +110,25 @@ void addWeave(cv::Mat& picture, double scale, cv::RNG& random) {
 
 cv::Mat drawCloth(cv::Size pixels, double pixelsPerMillimetre, cv::RNG& random) {
     const double scale = pixelsPerMillimetre;
-    const int kind = random.uniform(0, 4);
-    const int across = kind == 3 ? 1 : 2 + random.uniform(0, 4);
-    const int down = kind == 0 ? 2 : kind == 1 ? 1 : across;
-    cv::Mat picture =
-        woven(dyed(pixels.width, scale, across, random), dyed(pixels.height, scale, down, random));
-    if (kind == 3) {
+
+    enum Kind { kChecks, kStripes, kTartan, kDots, kGingham, kSquares, kKinds };
+
+    const int kind = random.uniform(0, static_cast<int>(kKinds));
+    const int count = 2 + random.uniform(0, 4);
+    cv::Mat picture;
+    if (kind == kSquares) {
+        picture = squares(pixels, scale, random);
+    } else if (kind == kGingham) {
+        const Bands bands = gingham(scale, random);
+        picture = woven(dyed(pixels.width, bands), dyed(pixels.height, bands));
+    } else {
+        const int across = kind == kDots ? 1 : count;
+        const int down = kind == kChecks ? 2 : kind == kStripes ? 1 : across;
+        const Bands warp = anyBands(across, scale, random);
+        const Bands weft = anyBands(down, scale, random);
+        picture = woven(dyed(pixels.width, warp), dyed(pixels.height, weft));
+    }
+    if (kind == kDots) {
         printDots(picture, scale, random);
     }
     addWeave(picture, scale, random);

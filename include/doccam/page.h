@@ -19,8 +19,10 @@ extern "C" {
 
 /* Results below 0. */
 #define DOCCAM_PAGE_BAD_IMAGE (-1) /* no pixels, a size beyond the limits, a stride below a row */
-#define DOCCAM_PAGE_BAD_ARGUMENT (-2) /* a null pointer, a value that is none of those listed */
-#define DOCCAM_PAGE_BAD_SHEET (-3)    /* corners that are no convex quadrilateral, clockwise */
+/* A null pointer, a value that is none of those listed, a capacity below 1. */
+#define DOCCAM_PAGE_BAD_ARGUMENT (-2)
+/* Corners that are no convex quadrilateral, clockwise, or would make a page beyond the limits. */
+#define DOCCAM_PAGE_BAD_SHEET (-3)
 #define DOCCAM_PAGE_NO_MEMORY (-4)
 #define DOCCAM_PAGE_FAILED (-5) /* anything else; never seen */
 
@@ -55,7 +57,7 @@ typedef struct DoccamPage {
  * left, in pixels: the centre of the top left pixel is (0, 0), its outer corner (-0.5, -0.5).
  */
 typedef struct DoccamSheet {
-    double corners[4][2]; /* x and y of each; outside of the image where the sheet is cut */
+    double corners[4][2]; /* x and y of each; on the image's border where it cuts the sheet */
     double confidence;    /* 0 to 1 */
     int cut;              /* 1 if part of the sheet lies outside of the image */
 } DoccamSheet;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>
@@ -58,7 +59,8 @@ page::Sheet sheetOf(const DoccamSheet& sheet) {
     for (std::size_t i = 0; i < 4; ++i) {
         found.corners[i] = {sheet.corners[i][0], sheet.corners[i][1]};
     }
-    found.confidence = sheet.confidence;
+    // Anything else is no confidence.
+    found.confidence = sheet.confidence >= 0 && sheet.confidence <= 1 ? sheet.confidence : 0;
     found.cut = sheet.cut != 0;
     return found;
 }
@@ -82,6 +84,12 @@ bool isUsable(const page::Corners& corners) {
                                   std::abs(corner.y) <= 2.0 * DOCCAM_PAGE_MAX_SIDE;
                        }) &&
            page::isConvex(corners) && page::areaOf(corners) >= 1;
+}
+
+bool isPage(cv::Size size) {
+    return size.width >= 1 && size.height >= 1 && size.width <= DOCCAM_PAGE_MAX_SIDE &&
+           size.height <= DOCCAM_PAGE_MAX_SIDE &&
+           std::int64_t{size.width} * size.height <= DOCCAM_PAGE_MAX_PIXELS;
 }
 
 // A result, with its pixels behind it.
@@ -200,6 +208,9 @@ int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet, DoccamPag
         return DOCCAM_PAGE_BAD_SHEET;
     }
     return doccam::resultOf([&] {
+        if (!doccam::isPage(doccam::page::rectifiedSize(corners, {image->width, image->height}))) {
+            return DOCCAM_PAGE_BAD_SHEET;
+        }
         *page =
             doccam::asPage(doccam::page::rectify(doccam::pixelsOf(*image), corners), image->pixels);
         return 0;
@@ -220,6 +231,9 @@ int doccam_rectified_size(const DoccamImage* image, const DoccamSheet* sheet, in
     }
     return doccam::resultOf([&] {
         const cv::Size size = doccam::page::rectifiedSize(corners, {image->width, image->height});
+        if (!doccam::isPage(size)) {
+            return DOCCAM_PAGE_BAD_SHEET;
+        }
         *width = size.width;
         *height = size.height;
         return 0;

@@ -5,6 +5,7 @@
 #include "page/search/candidates.h"
 #include "page/search/evidence.h"
 #include "page/search/judgement.h"
+#include "page/search/relations.h"
 
 #include <algorithm>
 #include <optional>
@@ -52,50 +53,12 @@ std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evide
     return all;
 }
 
-// Sheets may lie on each other, but one found is not found again.
-bool overlaps(const Corners& one, const Corners& other) {
-    return contains(other, middleOf(one)) || contains(one, middleOf(other));
-}
-
-// Whether both may be the same sheet, with a side on another line.
-bool isVariant(const Corners& one, const Corners& other) {
-    constexpr double kLeast = 0.85; // of the area
-    const double ratio = areaOf(one) / areaOf(other);
-    return ratio > kLeast && ratio < 1 / kLeast && overlaps(one, other);
-}
-
-bool encloses(const Corners& outer, const Corners& inner) {
-    constexpr double kSlack = 5; // pixels of the reduced picture
-    const cv::Point2d middle = middleOf(inner);
-    return std::all_of(inner.begin(), inner.end(), [&](cv::Point2d corner) {
-        const cv::Point2d inwards = middle - corner;
-        return contains(outer, corner + inwards * (kSlack / cv::norm(inwards)));
-    });
-}
-
-// Whether two corners of one are two of the other.
-bool shareSide(const Corners& one, const Corners& other) {
-    constexpr double kNear = 6;
-    const auto shared = std::count_if(one.begin(), one.end(), [&](cv::Point2d corner) {
-        return std::any_of(other.begin(), other.end(),
-                           [&](cv::Point2d there) { return cv::norm(corner - there) < kNear; });
-    });
-    return shared == 2;
-}
-
-// Whether rest is what part leaves of whole.
-bool completes(const Corners& rest, const Corners& part, const Corners& whole) {
-    constexpr double kSame = 0.04; // of the area
-    return std::abs(areaOf(rest) + areaOf(part) - areaOf(whole)) < kSame * areaOf(whole) &&
-           encloses(whole, rest) && !overlaps(part, rest) && shareSide(part, rest);
-}
-
 // The sheet that part is only a part of, or part itself. A box printed on a sheet may be a little
 // surer than the sheet, but it is darker than what is around it. So may one side of a line printed
 // across, but then the other side looks like a sheet, too, which lies exactly beside it.
 const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
     constexpr double kLarger = 1.05;
-    constexpr double kALittle = 2;
+    constexpr double kALittle = 1;
     const Corners& inner = part.candidate.corners;
     for (const Judged& whole : all) {
         const Corners& outer = whole.candidate.corners;
@@ -108,6 +71,29 @@ const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
         }
     }
     return part;
+}
+
+// Two sheets side by side have four sides in common, but the desk shows between them. The surer of
+// those that one is of, or that one.
+const Judged& singleOf(const Judged& one, const std::vector<Judged>& all,
+                       const Evidence& evidence) {
+    constexpr double kSureEnough = 5; // less than both together
+    const auto isHalf = [&](const Judged& half) {
+        return half.sureness > one.sureness - kSureEnough &&
+               sharesSideInside(half.candidate.corners, one.candidate.corners);
+    };
+    for (const Judged& first : all) {
+        if (!isHalf(first)) {
+            continue;
+        }
+        for (const Judged& second : all) {
+            if (isHalf(second) &&
+                areSideBySide(first.candidate.corners, second.candidate.corners, evidence)) {
+                return first;
+            }
+        }
+    }
+    return one;
 }
 
 bool isCut(const Corners& corners, cv::Size picture) {
@@ -191,7 +177,7 @@ std::size_t SheetSearch::round(std::size_t maximum) {
         if (isKnown(inPicture(all[i]))) {
             continue;
         }
-        const Judged* found = &wholeOf(all[i], all);
+        const Judged* found = &singleOf(wholeOf(all[i], all), all, evidence_);
         if (isKnown(inPicture(*found))) {
             found = &all[i];
         }
@@ -207,7 +193,10 @@ std::size_t SheetSearch::round(std::size_t maximum) {
 } // namespace
 
 std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
-    if (std::min(picture.cols, picture.rows) < kSmallestSide) {
+    // A strip so long has nothing left when it is reduced.
+    constexpr int kLongest = 40; // times its width
+    if (std::min(picture.cols, picture.rows) < kSmallestSide ||
+        std::max(picture.cols, picture.rows) > kLongest * std::min(picture.cols, picture.rows)) {
         return {};
     }
     SheetSearch search(picture);
@@ -224,13 +213,15 @@ std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
 std::vector<Sheet> findSheetAgain(const cv::Mat& picture, const Sheet& last) {
     constexpr int kFar = 24;
     constexpr int kNear = 6;
+    // Of the edges of mere noise, anywhere within kNear, a third lie within this, too.
+    constexpr double kTolerance = 2;
     constexpr double kLeastSupport = 0.5;
     if (std::min(picture.cols, picture.rows) < kSmallestSide) {
         return {};
     }
     auto fitted = fitSides(picture, last.corners, kFar);
     if (fitted) {
-        fitted = fitSides(picture, fitted->corners, kNear);
+        fitted = fitSides(picture, fitted->corners, kNear, kTolerance);
     }
     if (!fitted || fitted->support < kLeastSupport) {
         return {};

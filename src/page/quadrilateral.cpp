@@ -9,7 +9,8 @@ namespace {
 double turnAt(const Corners& corners, std::size_t i) {
     const cv::Point2d before = corners[i] - corners[(i + 3) % 4];
     const cv::Point2d after = corners[(i + 1) % 4] - corners[i];
-    return before.cross(after) / (cv::norm(before) * cv::norm(after));
+    const double lengths = cv::norm(before) * cv::norm(after);
+    return lengths > 0 ? before.cross(after) / lengths : 0;
 }
 
 } // namespace
@@ -37,12 +38,8 @@ double areaOf(const Corners& corners) {
 
 bool isConvex(const Corners& corners) {
     const double first = turnAt(corners, 0);
-    for (std::size_t i = 1; i < 4; ++i) {
-        if (turnAt(corners, i) * first <= 0) {
-            return false;
-        }
-    }
-    return true;
+    return turnAt(corners, 1) * first > 0 && turnAt(corners, 2) * first > 0 &&
+           turnAt(corners, 3) * first > 0;
 }
 
 cv::Point2d middleOf(const Corners& corners) {

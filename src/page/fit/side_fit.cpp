@@ -22,10 +22,11 @@ struct FittedSide {
     Line start; // near its first corner
     Line end;
     double support;
+    bool isBorder = false; // of the picture, not an edge
 };
 
 std::optional<FittedSide> fitSide(const cv::Mat& picture, cv::Point2d from, cv::Point2d to,
-                                  int reach) {
+                                  int reach, double tolerance) {
     const double length = cv::norm(to - from);
     const SideProfiles profiles(picture, from, to);
     const cv::Vec3f step = profiles.step(reach);
@@ -42,7 +43,7 @@ std::optional<FittedSide> fitSide(const cv::Mat& picture, cv::Point2d from, cv::
     const OffsetLine line = lineOfMost(points, kNear);
     int near = 0;
     for (const SidePoint& point : points) {
-        near += std::abs(point.offset - line.at(point.at)) < 2 * kNear ? 1 : 0;
+        near += std::abs(point.offset - line.at(point.at)) < tolerance ? 1 : 0;
     }
     const auto lineOf = [&](const OffsetLine& offsets) {
         return Line::through(profiles.placeOf(0) + profiles.inwards() * offsets.at(0.5 / kProfiles),
@@ -65,7 +66,8 @@ bool isOnBorder(cv::Point2d from, cv::Point2d to, cv::Size picture) {
 
 } // namespace
 
-std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corners, int reach) {
+std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corners, int reach,
+                                    double tolerance) {
     // Lines that are nearly parallel meet anywhere, and a caller's corners may be anything.
     constexpr double kMargin = 0.5;
     if (!isPlausible(corners, picture.size(), 0, kMargin)) {
@@ -78,10 +80,16 @@ std::optional<FittedSheet> fitSides(const cv::Mat& picture, const Corners& corne
             const cv::Point2d from = corners[i];
             const cv::Point2d to = corners[(i + 1) % 4];
             const Line line = Line::through(from, to);
-            sides[i] = isOnBorder(from, to, picture.size()) ? FittedSide{line, line, 1}
-                                                            : fitSide(picture, from, to, reach);
+            sides[i] = isOnBorder(from, to, picture.size())
+                           ? FittedSide{line, line, 1, true}
+                           : fitSide(picture, from, to, reach, tolerance);
         }
     });
+    const auto borders = std::count_if(sides.begin(), sides.end(),
+                                       [](const auto& side) { return side && side->isBorder; });
+    if (borders > 2) {
+        return std::nullopt;
+    }
     FittedSheet sheet{corners, 1};
     for (std::size_t i = 0; i < 4; ++i) {
         const auto& before = sides[(i + 3) % 4];

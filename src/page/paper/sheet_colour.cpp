@@ -13,6 +13,7 @@ namespace {
 
 constexpr double kGround = 0.25;      // of the page
 constexpr double kSpans = 0.8;        // of its width and height
+constexpr double kRatherSheet = 6;    // times a paler region: what is smaller lies on a desk
 constexpr double kOtherColour = 0.25; // how far channels differ, beside paper
 constexpr double kDarkGround = 0.25;  // of what paper shows
 constexpr double kGreen = 0.085;      // more than any lamp
@@ -59,7 +60,7 @@ const Region* aroundEverything(const Cells& cells, const Region& main) {
     const bool spans = largest->box.width > kSpans * page.width &&
                        largest->box.height > kSpans * page.height &&
                        largest->area > kGround * page.area();
-    return spans && largest->area > 2 * main.area &&
+    return spans && largest->area > kRatherSheet * main.area &&
                    isOtherColour(colourOf(*largest, cells), colourOf(main, cells),
                                  cells.colour.channels())
                ? &*largest

@@ -34,7 +34,8 @@ class KeptPages : public HostProgramTest {
         return start(camera(), arguments,
                      {"/usr/bin/env", "FAILING_FILES_IN=" + folder,
                       "FAILING_FILES_AT=" + std::to_string(at), "FAILING_FILES_BY=" + by, "/bin/sh",
-                      "-c", "LD_PRELOAD=\"" DOCCAM_FAILING_FILES " $LD_PRELOAD\" exec \"$0\" \"$@\""});
+                      "-c",
+                      "LD_PRELOAD=\"" DOCCAM_FAILING_FILES " $LD_PRELOAD\" exec \"$0\" \"$@\""});
     }
 
     struct Progress {
@@ -75,8 +76,7 @@ const std::string kSpool = "/doccam/spool";
 TEST_F(KeptPages, SurviveAKillAtAnyChangeOfTheSpool) {
     // Creating a document takes about ten changes, each page about ten more.
     for (int at = 3; at <= 41; at += 2) {
-        RunningProgram program =
-            failing(kSpool, at, "kill", {"scan", "--pages", "3", "a.pdf"});
+        RunningProgram program = failing(kSpool, at, "kill", {"scan", "--pages", "3", "a.pdf"});
         program.type("\n\n\n");
         const std::size_t named = untilTheEnd(program).named;
         program.finish();
@@ -201,8 +201,7 @@ TEST_F(KeptPages, AreNoneWithoutASpool) {
 
 TEST_F(KeptPages, LimitTheSpoolAndSaySo) {
     ASSERT_EQ(setenv("DOCCAM_SPOOL_MEGABYTES", "1", 1), 0);
-    const Outcome outcome =
-        runWith(camera(), "scan a.pdf", std::string(60, '\n') + "q\n");
+    const Outcome outcome = runWith(camera(), "scan a.pdf", std::string(60, '\n') + "q\n");
     unsetenv("DOCCAM_SPOOL_MEGABYTES");
     EXPECT_EQ(outcome.status, kFileFailed);
     EXPECT_THAT(outcome.err, AllOf(HasSubstr("1 MiB"), HasSubstr("scan --resume"),

@@ -1,11 +1,11 @@
 // doccam scan: sheet after sheet becomes the pages of one PDF.
 #include "commands/commands.h"
 #include "commands/options.h"
+#include "documents/document_saving.h"
+#include "documents/scan_document.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pictures/pdf_file.h"
-#include "scan/document_saving.h"
-#include "scan/scan_document.h"
 #include "scan/scan_options.h"
 #include "scan/scanning.h"
 

@@ -3,12 +3,12 @@
 
 #include "commands/commands.h"
 #include "commands/options.h"
+#include "documents/document_saving.h"
+#include "documents/scan_document.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pages/sheet_json.h"
 #include "pictures/pdf_file.h"
-#include "scan/document_saving.h"
-#include "scan/scan_document.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "scan/document_saving.h"
+#include "documents/document_saving.h"
 
 #include "host/failure.h"
 #include "pages/sheet_json.h"

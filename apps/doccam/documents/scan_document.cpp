@@ -1,4 +1,4 @@
-#include "scan/scan_document.h"
+#include "documents/scan_document.h"
 
 #include "host/failure.h"
 #include "host/own_output.h"

@@ -86,7 +86,7 @@ std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string&
 }
 
 std::string targetFor(const PageDocument& document, const std::string& named) {
-    const std::string target = named.empty() ? document.plan().target : named;
+    std::string target = named.empty() ? document.plan().target : named;
     if (target.empty()) {
         throw Failure(kUsage, "The document " + document.name() +
                                   " has no file name yet; name the PDF to write.");

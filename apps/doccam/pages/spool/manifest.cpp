@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <set>
@@ -36,8 +37,9 @@ std::string unescaped(const std::string& text) {
     std::string path;
     for (std::size_t i = 0; i < text.size(); ++i) {
         unsigned byte = 0;
+        const char* const code = text.data() + i + 1;
         if (text[i] == '%' && i + 2 < text.size() &&
-            std::sscanf(text.c_str() + i + 1, "%2X", &byte) == 1) {
+            std::from_chars(code, code + 2, byte, 16).ptr == code + 2) {
             path += static_cast<char>(byte);
             i += 2;
         } else {

@@ -176,7 +176,7 @@ std::vector<SpoolEntry> Spool::list() const {
 }
 
 void Spool::clearOld() const {
-    constexpr std::int64_t kSoonFinished = 60 * 60;
+    constexpr std::int64_t kSoonFinished = 3600;
     const std::int64_t now = std::time(nullptr);
     for (const SpoolEntry& entry : list()) {
         const bool isOld = isSaved(entry) && now - entry.manifest->saved > limits_.savedFor.count();

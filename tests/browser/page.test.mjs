@@ -175,6 +175,8 @@ check('a code is copied as it is', async () => {
 
 check('letters change what pages become', async () => {
   const settings = async () => (await host.state()).settings;
+  await host.change({ crop: false });
+  await page.waitForFunction(() => !document.getElementById('crop').checked);
   await page.focus('#preview');
   await page.keyboard.press('m');
   await until(async () => (await settings()).colour === 'grey');
@@ -192,6 +194,50 @@ check('letters change what pages become', async () => {
   await page.keyboard.press('m');
   await page.keyboard.press('m');
   await until(async () => (await settings()).colour === 'colour');
+  await host.change({ crop: true });
+});
+
+// The corners of the drawn sheet, in fractions of the frame.
+function sheetCorners() {
+  const [width, height] = [1280, 960];
+  const tall = 0.8 * height;
+  const wide = tall * 210 / 297;
+  const angle = 4 * Math.PI / 180;
+  return [[-1, -1], [1, -1], [1, 1], [-1, 1]].map(([right, down]) => {
+    const [x, y] = [right * wide / 2, down * tall / 2];
+    return [0.5 + (x * Math.cos(angle) - y * Math.sin(angle)) / width,
+      0.5 + (x * Math.sin(angle) + y * Math.cos(angle)) / height];
+  });
+}
+
+check('the sheet is outlined by lines over the picture, wherever that lies', async () => {
+  await until(async () => (await host.state()).sheet !== null);
+  const outlined = async () => {
+    const { place, view } = await host.state();
+    const box = await page.locator('#outline').getAttribute('viewBox');
+    const points = await page.locator('#outline polygon').getAttribute('points');
+    const seen = (points ?? '').split(' ').map((point) => point.split(',').map(Number));
+    return box === `0 0 ${view.width} ${view.height}` && sheetCorners().every(([x, y], i) =>
+      Math.abs(seen[i]?.[0] - place.x - x * place.width) < 0.01 * place.width &&
+      Math.abs(seen[i]?.[1] - place.y - y * place.height) < 0.01 * place.height);
+  };
+  await until(outlined);
+  await screenshot(page, 'outline');
+  const { place } = await host.state();
+  await page.click('#zoom-in');
+  await until(async () => (await host.state()).place.width > place.width);
+  await until(outlined);
+  await page.click('#whole');
+  await until(async () => (await host.state()).place.width === place.width);
+});
+
+check('a page has the look that is chosen', async () => {
+  const look = async () => (await host.state()).settings.look;
+  assert.equal(await look(), 'paper');
+  await page.selectOption('#look', 'photo');
+  await until(async () => await look() === 'photo');
+  await page.selectOption('#look', 'paper');
+  await until(async () => await look() === 'paper');
 });
 
 check('Tab alone reaches everything, and the focus is seen', async () => {

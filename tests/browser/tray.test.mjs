@@ -25,6 +25,7 @@ const takePage = async () => {
 };
 
 check('pages are taken, ordered, turned, deleted and made one PDF', async () => {
+  await host.change({ crop: false });
   await takePage();
   await takePage();
   await page.focus('#preview');

@@ -55,6 +55,21 @@ Page renderPage(const cv::Mat& frame, const Recipe& recipe) {
     return Page(page);
 }
 
+cv::Mat greyOrColour(const DoccamPage& page) {
+    if (page.pixels != DOCCAM_PIXELS_BITS) {
+        return pixelsOf(page);
+    }
+    cv::Mat grey(page.height, page.width, CV_8UC1);
+    for (int y = 0; y < page.height; ++y) {
+        const unsigned char* bits = page.data + static_cast<std::size_t>(y) * page.stride;
+        for (int x = 0; x < page.width; ++x) {
+            const bool white = (bits[x / 8] >> (7 - x % 8) & 1) != 0;
+            grey.at<unsigned char>(y, x) = white ? 255 : 0;
+        }
+    }
+    return grey;
+}
+
 std::vector<unsigned char> encodePage(const std::string& name, const DoccamPage& page,
                                       int quality) {
     if (page.pixels != DOCCAM_PIXELS_BITS) {

@@ -17,6 +17,20 @@ FoundSheet asFound(const DoccamSheet& sheet) {
 
 } // namespace
 
+std::optional<FoundSheet> findSheetAgain(const cv::Mat& frame,
+                                         const std::optional<FoundSheet>& last) {
+    const DoccamImage image = imageOf(frame);
+    DoccamSheet before{};
+    for (std::size_t i = 0; last && i < 4; ++i) {
+        before.corners[i][0] = last->corners[i].x;
+        before.corners[i][1] = last->corners[i].y;
+    }
+    DoccamSheet sheet{};
+    const int count = doccam_find_sheets(&image, last ? &before : nullptr, &sheet, 1);
+    failUnlessDone(count);
+    return count > 0 ? std::optional(asFound(sheet)) : std::nullopt;
+}
+
 std::vector<FoundSheet> findSheets(const cv::Mat& frame, int maximum) {
     const DoccamImage image = imageOf(frame);
     std::vector<DoccamSheet> sheets(static_cast<std::size_t>(maximum));

@@ -83,13 +83,15 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     if (options.confined) {
         host::confineFiles(reach, interrupt);
     }
+    SheetFinder finder(events);
     Seats viewers(kMaximumViewers, [&](int count) {
         handover.setWanted(count > 0);
+        finder.setWanted(count > 0);
         if (count == 0) {
             pictures.clear();
         }
     });
-    LiveCamera camera(options.choice, interrupt, handover, events);
+    LiveCamera camera(options.choice, interrupt, handover, finder, events);
     Commands commands(camera, pages, events);
     DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);

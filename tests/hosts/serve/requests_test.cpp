@@ -42,10 +42,10 @@ TEST(QuarterTurn, IsLeftOrRight) {
 }
 
 TEST(ChangedSettings, KeepUnnamedSettings) {
-    host::PageSettings settings;
+    Settings settings;
     settings.crop = true;
     settings.quality = 40;
-    const host::PageSettings after = changed(settings, {{"colour", "bw"}, {"cleanEdges", true}});
+    const Settings after = changed(settings, {{"colour", "bw"}, {"cleanEdges", true}});
     EXPECT_TRUE(after.crop);
     EXPECT_EQ(after.quality, 40);
     EXPECT_EQ(after.colour, host::Colour::kBlackAndWhite);
@@ -54,17 +54,23 @@ TEST(ChangedSettings, KeepUnnamedSettings) {
 }
 
 TEST(ChangedSettings, RefuseInvalidValues) {
-    for (const Json& settings : {Json{{"crop", 1}}, Json{{"colour", "red"}}, Json{{"quality", 0}},
-                                 Json{{"quality", 101}}, Json{{"cleanBackground", "yes"}}}) {
+    for (const Json& settings :
+         {Json{{"crop", 1}}, Json{{"look", "new"}}, Json{{"rectangle", 1}}, Json{{"colour", "red"}},
+          Json{{"quality", 0}}, Json{{"quality", 101}}, Json{{"cleanBackground", "yes"}}}) {
         EXPECT_THROW(changed({}, settings), BadRequest) << settings;
     }
 }
 
+TEST(Settings, MakePagesByTheEngineUnlessStillsAreAskedFor) {
+    EXPECT_TRUE(changed({}, {{"crop", true}, {"look", "photo"}}).byEngine());
+    for (const char* way : {"rectangle", "cleanEdges", "cleanBackground"}) {
+        EXPECT_FALSE(changed({}, {{way, true}}).byEngine()) << way;
+    }
+}
+
 TEST(ChangedSettings, AreReportedAsTheyAreSet) {
-    const Json settings{{"crop", true},
-                        {"colour", "grey"},
-                        {"cleanEdges", true},
-                        {"cleanBackground", true},
+    const Json settings{{"crop", true},     {"rectangle", true},  {"look", "photo"},
+                        {"colour", "grey"}, {"cleanEdges", true}, {"cleanBackground", true},
                         {"quality", 12}};
     EXPECT_EQ(toJson(changed({}, settings)), settings);
 }

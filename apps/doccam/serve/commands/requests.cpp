@@ -88,7 +88,12 @@ int quarterTurn(const Json& object) {
     return choice(object, "direction", {"left", "right"}) == "left" ? -1 : 1;
 }
 
-host::PageSettings changed(host::PageSettings settings, const Json& object) {
+Settings changed(Settings settings, const Json& object) {
+    settings.rectangle = flag(object, "rectangle", settings.rectangle);
+    if (object.contains("look")) {
+        const bool paper = choice(object, "look", {"paper", "photo"}) == "paper";
+        settings.look = paper ? host::Look::kPaper : host::Look::kPhoto;
+    }
     settings.crop = flag(object, "crop", settings.crop);
     settings.cleanEdges = flag(object, "cleanEdges", settings.cleanEdges);
     settings.cleanBackground = flag(object, "cleanBackground", settings.cleanBackground);
@@ -103,8 +108,10 @@ host::PageSettings changed(host::PageSettings settings, const Json& object) {
     return settings;
 }
 
-Json toJson(const host::PageSettings& settings) {
+Json toJson(const Settings& settings) {
     return {{"crop", settings.crop},
+            {"rectangle", settings.rectangle},
+            {"look", settings.look == host::Look::kPaper ? "paper" : "photo"},
             {"colour", kColours[static_cast<std::size_t>(settings.colour)]},
             {"cleanEdges", settings.cleanEdges},
             {"cleanBackground", settings.cleanBackground},

@@ -3,6 +3,7 @@
 
 #include "camera/cameras.h"
 #include "camera/page_settings.h"
+#include "pages/recipe.h"
 
 #include <nlohmann/json.hpp>
 
@@ -33,9 +34,18 @@ std::vector<int> integers(const Json& object, const char* field, std::size_t mos
 // "left" is a quarter turn counter-clockwise, -1; "right" is 1.
 int quarterTurn(const Json& object);
 
+// How pages are made: by the page engine, unless they are cropped to rectangles or whitened, which
+// the library's stills are.
+struct Settings : host::PageSettings {
+    host::Look look = host::Look::kPaper;
+    bool rectangle = false; // crop to the smallest rectangle around the largest bright shape
+
+    bool byEngine() const { return !rectangle && !cleanEdges && !cleanBackground; }
+};
+
 // settings updated with the fields of object. Throws BadRequest.
-host::PageSettings changed(host::PageSettings settings, const Json& object);
-Json toJson(const host::PageSettings& settings);
+Settings changed(Settings settings, const Json& object);
+Json toJson(const Settings& settings);
 
 // The form for a page's area, scaled down if it exceeds kLargestForm.
 host::Size fittedForm(host::Size wanted);

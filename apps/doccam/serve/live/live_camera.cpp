@@ -1,11 +1,12 @@
 #include "serve/live/live_camera.h"
 
 #include "host/failure.h"
+#include "serve/live/page_saving.h"
+#include "serve/live/preview_receiver.h"
 
 #include <doccam/doccam.hpp>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 
 namespace doccam::serve {
@@ -15,26 +16,18 @@ constexpr std::chrono::seconds kLookEvery{1};
 constexpr std::chrono::milliseconds kCountEvery = host::Silence::kLook;
 constexpr int kMoveStep = 4;
 
-// Global, since the library's callback takes no context.
-std::atomic<PictureHandover*> receiver{nullptr};
-
-void onPreview(unsigned char* pixels, int width, int height, int startX, int startY) {
-    if (PictureHandover* const handover = receiver.load()) {
-        handover->give(pixels, {startX, startY, width, height});
-    }
-}
-
 } // namespace
 
 LiveCamera::LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
-                       PictureHandover& handover, EventFeed& events)
+                       PictureHandover& handover, SheetFinder& finder, EventFeed& events)
   : choice_(choice)
   , interrupt_(interrupt)
   , handover_(handover)
+  , finder_(finder)
   , events_(events) {
+    settings_.crop = true;
     host::FrameFeed::instance();
-    SetWebDataCallback(onPreview);
-    receiver = &handover;
+    receivePreviews(handover, events);
     tellSettings();
     tellCamera("not opened yet");
     tellView();
@@ -42,7 +35,7 @@ LiveCamera::LiveCamera(const CameraChoice& choice, const host::Interrupt& interr
 
 LiveCamera::~LiveCamera() {
     session_.reset();
-    receiver = nullptr;
+    receiveNoPreviews();
 }
 
 // Another camera may now have the index of the unplugged one.
@@ -70,6 +63,7 @@ void LiveCamera::open() {
     session_.emplace(index, capture, interrupt_);
     applySettings();
     startPreview();
+    watchSheet();
     controls_.restore();
     countedFrames_ = session_->feed().frames();
     lastCount_ = Clock::now();
@@ -81,7 +75,15 @@ void LiveCamera::open() {
 
 void LiveCamera::applySettings() const {
     apply(settings_);
-    host::cropToSheet(settings_.crop);
+    if (settings_.byEngine()) {
+        SetColorMode(static_cast<int>(host::Colour::kColour));
+    }
+}
+
+void LiveCamera::watchSheet() {
+    session_->feed().listen([this](unsigned char* pixels, int width, int height) {
+        finder_.give(pixels, width, height);
+    });
 }
 
 // A session's first form limits the size of later ones.
@@ -124,6 +126,7 @@ void LiveCamera::lose(const std::string& reason) {
     session_.reset();
     lastLook_ = Clock::now();
     handover_.setForm({});
+    finder_.forget();
     tellCamera(reason);
     events_.set("rate", Json{{"framesPerSecond", 0}}.dump());
 }
@@ -202,7 +205,7 @@ void LiveCamera::turn(int quarterTurns) {
     tellView();
 }
 
-void LiveCamera::change(const host::PageSettings& settings) {
+void LiveCamera::change(const Settings& settings) {
     settings_ = settings;
     ++settingsVersion_;
     applySettings();
@@ -227,22 +230,18 @@ void LiveCamera::focus() {
 
 void LiveCamera::still(const std::string& path) {
     host::CameraSession& camera = session();
-    if (settings_.crop && !camera.findSheet()) {
-        throw NoSheet();
+    const Watching watching{*this};
+    if (settings_.byEngine()) {
+        savePage(camera, settings_, path);
+    } else {
+        saveStill(camera, settings_, path);
     }
-
-    // Crops only this one still.
-    const struct Restored {
-        const LiveCamera& camera;
-
-        ~Restored() { camera.applySettings(); }
-    } restored{*this};
-
-    camera.still(path, settings_.crop);
 }
 
 std::string LiveCamera::readCode(host::CodeKind kind) {
-    return host::liveCode(session(), kind);
+    host::CameraSession& camera = session();
+    const Watching watching{*this};
+    return host::liveCode(camera, kind);
 }
 
 Json LiveCamera::settingsTopic() const {

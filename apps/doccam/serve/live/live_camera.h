@@ -8,6 +8,8 @@
 #include "serve/commands/event_feed.h"
 #include "serve/commands/requests.h"
 #include "serve/live/picture_handover.h"
+#include "serve/live/refusals.h"
+#include "serve/live/sheet_finder.h"
 
 #include <chrono>
 #include <cstdint>
@@ -22,33 +24,13 @@ struct CameraChoice {
     std::optional<host::Size> size;
 };
 
-// The command is not possible now; the message says what the user can do.
-struct NotNow : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-struct Unplugged : NotNow {
-    Unplugged()
-      : NotNow("the camera is unplugged; plug it in again") {}
-};
-
-struct NoSheet : NotNow {
-    NoSheet()
-      : NotNow("no sheet was found; lay one on a dark desk, or leave out the cropping") {}
-};
-
-// The camera refuses the command.
-struct Refused : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 // Calls the library, so use it only on the command thread. At most one at a time. Every command
 // throws Unplugged while there is no camera.
 class LiveCamera {
   public:
-    // Publishes the topics "camera", "view", "settings", "controls" and "rate".
+    // Publishes the topics "camera", "view", "place", "settings", "controls" and "rate".
     LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
-               PictureHandover& handover, EventFeed& events);
+               PictureHandover& handover, SheetFinder& finder, EventFeed& events);
     ~LiveCamera();
 
     // Opens the camera. Throws Failure on failure; watch() will try again.
@@ -67,9 +49,9 @@ class LiveCamera {
     void showWhole();
     void move(int dx, int dy);
     void turn(int quarterTurns);
-    void change(const host::PageSettings& settings);
+    void change(const Settings& settings);
 
-    const host::PageSettings& settings() const { return settings_; }
+    const Settings& settings() const { return settings_; }
 
     // The topic "settings".
     Json settingsTopic() const;
@@ -77,7 +59,8 @@ class LiveCamera {
     void setControl(const std::string& name, std::optional<int> value);
     void focus();
 
-    // Saves a still according to the settings. Throws NoSheet if there is no sheet to crop to.
+    // Saves a page of the next frame according to the settings. Throws NoSheet if there is no sheet
+    // to crop to.
     void still(const std::string& path);
     // The text of a code in the live picture, or an empty text.
     std::string readCode(host::CodeKind kind);
@@ -85,10 +68,19 @@ class LiveCamera {
   private:
     using Clock = std::chrono::steady_clock;
 
+    // Looks at frames for the live sheet again afterwards: a session that waits for a frame takes
+    // its listener away.
+    struct Watching {
+        LiveCamera& camera;
+
+        ~Watching() { camera.watchSheet(); }
+    };
+
     host::CameraSession& session();
     int findCamera() const;
     void tryToReopen();
     void applySettings() const;
+    void watchSheet();
     void startPreview();
     void lose(const std::string& reason);
     void countFrames();
@@ -100,10 +92,11 @@ class LiveCamera {
     CameraChoice choice_;
     const host::Interrupt& interrupt_;
     PictureHandover& handover_;
+    SheetFinder& finder_;
     EventFeed& events_;
     std::optional<host::CameraSession> session_;
     std::string name_; // name of the camera opened first, which watch() looks for
-    host::PageSettings settings_;
+    Settings settings_;
     int settingsVersion_ = 0; // orders settings updates
     host::ChosenControls controls_;
     host::Size form_{1280, 960};

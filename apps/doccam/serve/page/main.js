@@ -1,6 +1,7 @@
 // Connects buttons, keys and the server's events.
 import { enter } from './access.js';
 import { command, download, listen } from './connection.js';
+import { makeOutline } from './outline.js';
 import { makeCodes, makeControls, makeSettings } from './panels.js';
 import { startPreview } from './preview.js';
 import { makeTray } from './tray.js';
@@ -115,6 +116,7 @@ document.addEventListener('keydown', (event) => {
 });
 
 listen({
+  ...makeOutline(find('outline')),
   connected(now) {
     connected = now;
     showBanner();

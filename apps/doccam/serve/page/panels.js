@@ -1,7 +1,8 @@
 // Page settings, picture controls, and the texts of codes.
 import { command, merging, newest } from './connection.js';
 
-const kFlags = ['crop', 'cleanEdges', 'cleanBackground'];
+const kFlags = ['crop', 'rectangle', 'cleanEdges', 'cleanBackground'];
+const kChoices = ['look', 'colour'];
 
 export function makeSettings(say, failed) {
   const field = (id) => document.getElementById(id);
@@ -19,7 +20,9 @@ export function makeSettings(say, failed) {
     for (const flag of kFlags) {
       field(flag).checked = known[flag];
     }
-    field('colour').value = known.colour;
+    for (const choice of kChoices) {
+      field(choice).value = known[choice];
+    }
     if (document.activeElement !== field('quality')) {
       field('quality').value = known.quality;
     }
@@ -34,7 +37,9 @@ export function makeSettings(say, failed) {
   for (const flag of kFlags) {
     field(flag).addEventListener('change', () => send({ [flag]: field(flag).checked }));
   }
-  field('colour').addEventListener('change', () => send({ colour: field('colour').value }));
+  for (const choice of kChoices) {
+    field(choice).addEventListener('change', () => send({ [choice]: field(choice).value }));
+  }
   field('quality').addEventListener('input', () => {
     field('quality-value').value = field('quality').value;
     send({ quality: Number(field('quality').value) });

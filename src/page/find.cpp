@@ -77,7 +77,7 @@ const Judged& wholeOf(const Judged& part, const std::vector<Judged>& all) {
 // those that one is of, or that one.
 const Judged& singleOf(const Judged& one, const std::vector<Judged>& all,
                        const Evidence& evidence) {
-    constexpr double kSureEnough = 5; // less than both together
+    constexpr double kSureEnough = 6.5; // less than both together
     const auto isHalf = [&](const Judged& half) {
         return half.sureness > one.sureness - kSureEnough &&
                sharesSideInside(half.candidate.corners, one.candidate.corners);

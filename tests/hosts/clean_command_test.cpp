@@ -246,6 +246,15 @@ TEST_F(Sheets, AreRefusedContradictoryWishes) {
     EXPECT_THAT(files(), ElementsAre("a.jpg"));
 }
 
+TEST_F(Sheets, DoNotReplaceEachOther) {
+    photograph("a.jpg");
+    photograph("a.tiff");
+    const Outcome outcome = run("clean --crop --colour bw --force a.jpg a.tiff");
+    EXPECT_EQ(outcome.status, kUsage);
+    EXPECT_THAT(outcome.err, HasSubstr("a.jpg and a.tiff would both become a-clean.png"));
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "a.tiff"));
+}
+
 TEST_F(Sheets, AreNotWrittenOntoAFullDisk) {
     photograph("a.jpg");
     for (const std::string colour : {"colour", "bw"}) {

@@ -3,6 +3,8 @@
 #include "host/failure.h"
 
 #include <filesystem>
+#include <map>
+#include <string>
 
 namespace doccam::host {
 namespace {
@@ -44,6 +46,19 @@ std::string pageEngineStep(const CleanOptions& options) {
     return options.colour && options.crop != Crop::kRectangle ? "--colour" : "";
 }
 
+// With --force the later of two would replace the page of the earlier.
+void refuseSameTargets(const CleanOptions& options) {
+    std::map<fs::path, std::string> files;
+    for (const std::string& file : options.files) {
+        const fs::path target = fs::absolute(targetOf(file, options)).lexically_normal();
+        const auto [other, isNew] = files.emplace(target, file);
+        if (!isNew) {
+            throw Failure(kUsage, other->second + " and " + file + " would both become " +
+                                      targetOf(file, options) + "; clean them one by one.");
+        }
+    }
+}
+
 } // namespace
 
 bool wantsSheet(const CleanOptions& options) {
@@ -55,6 +70,7 @@ bool byPageEngine(const CleanOptions& options) {
 }
 
 void refuseContradictions(const CleanOptions& options) {
+    refuseSameTargets(options);
     if (!olderStep(options).empty() && byPageEngine(options)) {
         failTogether(olderStep(options), pageEngineStep(options));
     }

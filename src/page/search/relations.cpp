@@ -87,8 +87,8 @@ bool areSideBySide(const Corners& one, const Corners& other, const Evidence& evi
     const cv::Point2d outwards = cv::Point2d(along.y, -along.x) / cv::norm(along);
     constexpr double kLeastGap = 5; // pixels of the reduced picture
     constexpr int kSamples = 20;
-    const double apart =
-        std::min((there[0] - one[side]).dot(outwards), (there[1] - one[(side + 1) % 4]).dot(outwards));
+    const double apart = std::min((there[0] - one[side]).dot(outwards),
+                                  (there[1] - one[(side + 1) % 4]).dot(outwards));
     if (apart < kLeastGap) {
         return false;
     }

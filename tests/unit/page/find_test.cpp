@@ -108,6 +108,23 @@ TEST(FindSheets, FindsTheWholeOfASheetOfTwoColours) {
     expectNear(sheets[0].corners, truth, 1.5);
 }
 
+TEST(FindSheets, FindsSheetsSideBySide) {
+    cv::Mat picture(900, 1200, CV_8UC3, cv::Scalar(60, 90, 120));
+    cv::rectangle(picture, cv::Rect(150, 200, 380, 540), kPaper, cv::FILLED);
+    cv::rectangle(picture, cv::Rect(570, 202, 380, 540), kPaper, cv::FILLED);
+    addNoise(picture, 2);
+    EXPECT_THAT(findSheets(picture, 8), SizeIs(2));
+}
+
+TEST(FindSheets, FindsADarkSheetOnALightDesk) {
+    const Corners truth = seenCorners(kTilted, 0.707);
+    cv::Mat picture = drawnSheet(kTilted.picture, truth, {60, 50, 45}, {190, 200, 205});
+    addNoise(picture, 2);
+    const auto sheets = findSheets(picture, 2);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 0.7);
+}
+
 TEST(FindSheets, FindsNothingOnAChequeredCloth) {
     cv::Mat cloth(900, 1200, CV_8UC3);
     cv::RNG random(7);
@@ -131,7 +148,7 @@ TEST(FindSheets, MarksASheetWhoseSideLiesOutsideAsCut) {
 
 TEST(FindSheets, TakesPicturesOfAnySize) {
     for (const cv::Size size : {cv::Size(1, 1), cv::Size(1, 4000), cv::Size(31, 31),
-                                cv::Size(33, 40), cv::Size(40, 3000)}) {
+                                cv::Size(33, 40), cv::Size(40, 3000), cv::Size(32767, 33)}) {
         findSheets(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)), 2);
         findSheets(cv::Mat(size, CV_8UC1, cv::Scalar::all(9)), 2);
         findSheetAgain(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)),
@@ -152,9 +169,17 @@ TEST(FindSheetAgain, FollowsASheetThatHasMovedALittle) {
 }
 
 TEST(FindSheetAgain, FindsNothingWhereTheSheetIsGone) {
-    cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar(50, 70, 90));
-    addNoise(desk, 2);
-    EXPECT_THAT(findSheetAgain(desk, {seenCorners(kTilted, 0.707), 0.9, false}), IsEmpty());
+    for (const double noise : {0, 2, 5, 8}) {
+        cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar(50, 70, 90));
+        addNoise(desk, noise);
+        EXPECT_THAT(findSheetAgain(desk, {seenCorners(kTilted, 0.707), 0.9, false}), IsEmpty());
+    }
+}
+
+TEST(FindSheetAgain, DoesNotTakeThePictureForTheSheet) {
+    const cv::Mat desk(900, 1200, CV_8UC3, cv::Scalar(50, 70, 90));
+    const Corners borders{{{-0.5, -0.5}, {1199.5, -0.5}, {1199.5, 899.5}, {-0.5, 899.5}}};
+    EXPECT_THAT(findSheetAgain(desk, {borders, 0.9, false}), IsEmpty());
 }
 
 TEST(FindSheetAgain, FindsNothingFarFromThePicture) {

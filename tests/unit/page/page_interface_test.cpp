@@ -109,6 +109,8 @@ TEST_F(PageInterface, RefusesSheetsThatAreNone) {
     for (const DoccamSheet& sheet :
          {DoccamSheet{}, DoccamSheet{{{0, 0}, {100, 0}, {0, 100}, {100, 100}}, 1, 0},
           DoccamSheet{{{0, 0}, {0, 100}, {100, 100}, {100, 0}}, 1, 0},
+          DoccamSheet{{{0, 0}, {100, 0}, {100, 100}, {0, 0}}, 1, 0},
+          DoccamSheet{{{-65534, -65534}, {65534, -65534}, {65534, 65534}, {-65534, 65534}}, 1, 0},
           DoccamSheet{{{0, 0}, {1e12, 0}, {1e12, 100}, {0, 100}}, 1, 0},
           DoccamSheet{{{nan, 0}, {100, 0}, {100, 100}, {0, 100}}, 1, 0}}) {
         EXPECT_EQ(doccam_rectify(&image_, &sheet, &page_), DOCCAM_PAGE_BAD_SHEET);

@@ -17,7 +17,7 @@ constexpr int kMaximumSteps = 150;
 constexpr std::size_t kLongest = 100;
 
 void readSettings(const Json& object) {
-    const host::PageSettings settings = changed({}, object);
+    const Settings settings = changed({}, object);
     test::require(settings.quality >= 1 && settings.quality <= 100);
     test::require(toJson(changed({}, toJson(settings))) == toJson(settings));
 }

@@ -138,6 +138,29 @@ int resultOf(const Action& action) noexcept {
     }
 }
 
+// Runs action with the corners of sheet and the size of its page, if both may be.
+template <typename Action>
+int withPageOf(const DoccamImage* image, const DoccamSheet* sheet, const Action& action) noexcept {
+    if (image == nullptr || sheet == nullptr) {
+        return DOCCAM_PAGE_BAD_ARGUMENT;
+    }
+    if (!isValid(*image)) {
+        return DOCCAM_PAGE_BAD_IMAGE;
+    }
+    return resultOf([&] {
+        const page::Corners corners = sheetOf(*sheet).corners;
+        if (!isUsable(corners)) {
+            return DOCCAM_PAGE_BAD_SHEET;
+        }
+        const cv::Size size = page::rectifiedSize(corners, {image->width, image->height});
+        if (!isPage(size)) {
+            return DOCCAM_PAGE_BAD_SHEET;
+        }
+        action(corners, size);
+        return 0;
+    });
+}
+
 cv::Mat looking(const DoccamImage& image, int look, int colour) {
     cv::Mat picture = blueFirst(image);
     if (look == DOCCAM_LOOK_PAPER || colour == DOCCAM_COLOUR_BLACK_WHITE) {
@@ -194,49 +217,24 @@ int doccam_find_sheets(const DoccamImage* image, const DoccamSheet* last, Doccam
 }
 
 int doccam_rectify(const DoccamImage* image, const DoccamSheet* sheet, DoccamPage** page) {
-    if (page != nullptr) {
-        *page = nullptr;
-    }
-    if (image == nullptr || sheet == nullptr || page == nullptr) {
+    if (page == nullptr) {
         return DOCCAM_PAGE_BAD_ARGUMENT;
     }
-    if (!doccam::isValid(*image)) {
-        return DOCCAM_PAGE_BAD_IMAGE;
-    }
-    const doccam::page::Corners corners = doccam::sheetOf(*sheet).corners;
-    if (!doccam::isUsable(corners)) {
-        return DOCCAM_PAGE_BAD_SHEET;
-    }
-    return doccam::resultOf([&] {
-        if (!doccam::isPage(doccam::page::rectifiedSize(corners, {image->width, image->height}))) {
-            return DOCCAM_PAGE_BAD_SHEET;
-        }
+    *page = nullptr;
+    return doccam::withPageOf(image, sheet, [&](const doccam::page::Corners& corners, cv::Size) {
         *page =
             doccam::asPage(doccam::page::rectify(doccam::pixelsOf(*image), corners), image->pixels);
-        return 0;
     });
 }
 
 int doccam_rectified_size(const DoccamImage* image, const DoccamSheet* sheet, int* width,
                           int* height) {
-    if (image == nullptr || sheet == nullptr || width == nullptr || height == nullptr) {
+    if (width == nullptr || height == nullptr) {
         return DOCCAM_PAGE_BAD_ARGUMENT;
     }
-    if (!doccam::isValid(*image)) {
-        return DOCCAM_PAGE_BAD_IMAGE;
-    }
-    const doccam::page::Corners corners = doccam::sheetOf(*sheet).corners;
-    if (!doccam::isUsable(corners)) {
-        return DOCCAM_PAGE_BAD_SHEET;
-    }
-    return doccam::resultOf([&] {
-        const cv::Size size = doccam::page::rectifiedSize(corners, {image->width, image->height});
-        if (!doccam::isPage(size)) {
-            return DOCCAM_PAGE_BAD_SHEET;
-        }
+    return doccam::withPageOf(image, sheet, [&](const doccam::page::Corners&, cv::Size size) {
         *width = size.width;
         *height = size.height;
-        return 0;
     });
 }
 

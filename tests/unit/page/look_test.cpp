@@ -1,4 +1,5 @@
-// What a page looks like once its light is even, and in black and white.
+// What a page looks like once its light is even.
+#include "lit_pages.h"
 #include "page/look.h"
 #include "page/paper/tone_kernels.h"
 
@@ -6,72 +7,12 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <cmath>
 #include <cstdint>
-#include <string>
 #include <thread>
 #include <vector>
 
 namespace doccam::page {
 namespace {
-
-const cv::Scalar kWhite = cv::Scalar::all(255);
-const cv::Scalar kBlack = cv::Scalar::all(0);
-
-// Blank print with lines of text.
-cv::Mat printedPage(int type = CV_8UC3, cv::Size size = {900, 1200}) {
-    cv::Mat page(size, type, kWhite);
-    for (int y = 120; y < size.height - 80; y += 60) {
-        cv::putText(page, "The quick brown fox jumps over it", {80, y}, cv::FONT_HERSHEY_SIMPLEX,
-                    1.0, kBlack, 2, cv::LINE_AA);
-    }
-    return page;
-}
-
-using Light = std::vector<double>;
-
-// The page under a light that falls off from left to right by three, in a colour, and noise.
-cv::Mat lit(const cv::Mat& print, const cv::Scalar& colour, double darkest = 1.0 / 3) {
-    cv::Mat seen = print.clone();
-    for (int x = 0; x < print.cols; ++x) {
-        const double share = 1 - (1 - darkest) * x / print.cols;
-        cv::multiply(seen.col(x), colour * share, seen.col(x));
-    }
-    cv::Mat noise(seen.size(), CV_16SC(seen.channels()));
-    cv::RNG(7).fill(noise, cv::RNG::NORMAL, 0, 1.5);
-    cv::add(seen, noise, seen, cv::noArray(), seen.type());
-    return seen;
-}
-
-const cv::Scalar kWarm(0.7, 0.8, 0.9);
-
-cv::Scalar meanIn(const cv::Mat& picture, const cv::Rect& box) {
-    return cv::mean(picture(box));
-}
-
-void expectNear(const cv::Scalar& colour, const cv::Scalar& wanted, double tolerance,
-                int channels = 3) {
-    for (int c = 0; c < channels; ++c) {
-        EXPECT_NEAR(colour[c], wanted[c], tolerance) << "channel " << c;
-    }
-}
-
-// The print's pixels which differ from the look by more than tolerance, where print is not.
-int different(const cv::Mat& look, const cv::Mat& print, int tolerance) {
-    cv::Mat difference;
-    cv::absdiff(look, print, difference);
-    cv::Mat far = difference.reshape(1) > tolerance;
-    return cv::countNonZero(far);
-}
-
-// A photograph: soft shapes of many tones.
-cv::Mat photograph(cv::Size size) {
-    cv::Mat photo(size, CV_8UC3);
-    cv::RNG(3).fill(photo, cv::RNG::UNIFORM, 0, 256);
-    cv::GaussianBlur(photo, photo, {0, 0}, 12);
-    cv::normalize(photo, photo, 20, 235, cv::NORM_MINMAX);
-    return photo;
-}
 
 TEST(PaperLook, TurnsUnevenlyLitColouredPaperWhite) {
     const cv::Mat print(1200, 900, CV_8UC3, kWhite);
@@ -203,88 +144,6 @@ TEST(PaperLook, KeepsPhotographs) {
     EXPECT_LE(cv::mean(difference.reshape(1))[0], 6);
 }
 
-TEST(PaperLook, FillsAWedgeOfDeskWithPaper) {
-    const cv::Scalar desks[] = {{30, 30, 30}, {60, 120, 170}, {140, 90, 60}, {170, 175, 180}};
-    for (const cv::Scalar& desk : desks) {
-        cv::Mat seen = lit(printedPage(), kWarm, 0.8);
-        cv::fillPoly(seen,
-                     std::vector<std::vector<cv::Point>>{{{0, 0}, {15, 0}, {3, 1199}, {0, 1199}}},
-                     desk);
-        cv::fillPoly(
-            seen, std::vector<std::vector<cv::Point>>{{{0, 0}, {899, 0}, {899, 20}, {0, 6}}}, desk);
-        const cv::Mat look = paperLook(seen);
-        EXPECT_EQ(different(look.colRange(0, 70),
-                            cv::Mat(look.size(), CV_8UC3, kWhite).colRange(0, 70), 16),
-                  0)
-            << desk;
-        EXPECT_EQ(different(look.rowRange(0, 80),
-                            cv::Mat(look.size(), CV_8UC3, kWhite).rowRange(0, 80), 16),
-                  0)
-            << desk;
-    }
-}
-
-TEST(PaperLook, FillsTheDeskBesideACurledEdge) {
-    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
-    for (int y = 0; y < seen.rows; ++y) {
-        const int depth = static_cast<int>(16 * std::sin(3.14 * y / seen.rows));
-        seen.row(y).colRange(0, depth).setTo(cv::Scalar(60, 120, 170));
-    }
-    const cv::Mat look = paperLook(seen);
-    const cv::Mat white(look.size(), CV_8UC3, kWhite);
-    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
-}
-
-TEST(PaperLook, FillsTheDeskBesideADeeplyCurledEdge) {
-    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
-    for (int y = 0; y < seen.rows; ++y) {
-        const int depth = static_cast<int>(38 * std::sin(3.14 * y / seen.rows));
-        seen.row(y).colRange(0, depth).setTo(cv::Scalar(60, 120, 170));
-    }
-    const cv::Mat look = paperLook(seen);
-    const cv::Mat white(look.size(), CV_8UC3, kWhite);
-    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
-}
-
-TEST(PaperLook, FillsTheDeskBesideAPartOfASide) {
-    cv::Mat seen = lit(printedPage(), kWarm, 0.8);
-    seen(cv::Rect(0, 100, 2, 200)).setTo(cv::Scalar(60, 120, 170));
-    const cv::Mat look = paperLook(seen);
-    const cv::Mat white(look.size(), CV_8UC3, kWhite);
-    EXPECT_EQ(different(look.colRange(0, 70), white.colRange(0, 70), 16), 0);
-}
-
-// A card with rounded corners on a dark desk.
-cv::Mat card(const cv::Scalar& ground) {
-    constexpr int kRadius = 38;
-    cv::Mat seen(540, 856, CV_8UC3, cv::Scalar(30, 30, 30));
-    const cv::Rect box(0, 0, seen.cols, seen.rows);
-    cv::rectangle(seen, {kRadius, 0}, {box.width - kRadius, box.height}, ground, cv::FILLED);
-    cv::rectangle(seen, {0, kRadius}, {box.width, box.height - kRadius}, ground, cv::FILLED);
-    for (const int x : {kRadius, box.width - 1 - kRadius}) {
-        for (const int y : {kRadius, box.height - 1 - kRadius}) {
-            cv::circle(seen, {x, y}, kRadius, ground, cv::FILLED, cv::LINE_AA);
-        }
-    }
-    cv::putText(seen, "Library card", {100, 120}, cv::FONT_HERSHEY_SIMPLEX, 1.5, kBlack, 3);
-    return seen;
-}
-
-TEST(PaperLook, FillsRoundedCorners) {
-    const cv::Scalar grounds[] = {{225, 228, 230}, {120, 80, 35}, {150, 190, 160}};
-    for (const cv::Scalar& ground : grounds) {
-        const cv::Mat look = paperLook(card(ground));
-        const cv::Scalar wanted = meanIn(look, {400, 300, 100, 100});
-        for (const int x : {0, look.cols - 40}) {
-            for (const int y : {0, look.rows - 40}) {
-                const cv::Mat corner = look(cv::Rect(x, y, 40, 40));
-                EXPECT_EQ(different(corner, cv::Mat(corner.size(), CV_8UC3, wanted), 24), 0)
-                    << ground << ", corner at " << x << " " << y;
-            }
-        }
-    }
-}
-
 TEST(PaperLook, KeepsTheColourOfSheetsThatAreNotWhite) {
     const cv::Scalar kDarkBlue(120, 75, 30);
     const cv::Scalar kGreen(170, 205, 165);
@@ -409,96 +268,6 @@ TEST(PaperLook, GivesTheSameOnSeveralThreads) {
     for (const cv::Mat& look : looks) {
         EXPECT_EQ(different(look, alone, 0), 0);
     }
-}
-
-TEST(BlackAndWhite, HasTwoLevelsAndOneChannel) {
-    const cv::Mat bits = blackAndWhite(paperLook(lit(printedPage(), kWarm)));
-    ASSERT_EQ(bits.type(), CV_8UC1);
-    EXPECT_EQ(cv::countNonZero((bits != 0) & (bits != 255)), 0);
-}
-
-TEST(BlackAndWhite, KeepsThinStrokes) {
-    cv::Mat print(1200, 900, CV_8UC3, kWhite);
-    for (int y = 100; y < 1100; y += 100) {
-        cv::line(print, {100, y}, {800, y}, kBlack, 1);
-    }
-    cv::GaussianBlur(print, print, {0, 0}, 0.8);
-    const cv::Mat bits = blackAndWhite(paperLook(lit(print, kWarm)));
-    for (int y = 100; y < 1100; y += 100) {
-        EXPECT_EQ(cv::countNonZero(bits(cv::Rect(110, y, 680, 1))), 0) << "line " << y;
-    }
-}
-
-TEST(BlackAndWhite, HasNoSpecksOnNoisyPaper) {
-    const cv::Mat print(1200, 900, CV_8UC3, kWhite);
-    cv::Mat seen = lit(print, kWarm);
-    cv::Mat noise(seen.size(), CV_16SC3);
-    cv::RNG(5).fill(noise, cv::RNG::NORMAL, 0, 4);
-    cv::add(seen, noise, seen, cv::noArray(), CV_8U);
-    const cv::Mat bits = blackAndWhite(paperLook(seen));
-    EXPECT_EQ(cv::countNonZero(bits == 0), 0);
-}
-
-TEST(BlackAndWhite, HasNoSpecksInFills) {
-    // Those next to the tone that parts black from white may be either, in patches.
-    for (const int tone : {60, 90, 105, 116, 140, 150, 165, 180, 200, 220}) {
-        cv::Mat print(1200, 900, CV_8UC3, kWhite);
-        print(cv::Rect(80, 300, 740, 400)).setTo(cv::Scalar::all(tone));
-        const cv::Mat bits = blackAndWhite(paperLook(lit(print, kWarm, 0.7)));
-        const cv::Rect inner(100, 320, 700, 360);
-        const int black = cv::countNonZero(bits(inner) == 0);
-        EXPECT_TRUE(black == 0 || black == inner.area()) << black << " black at " << tone;
-    }
-}
-
-TEST(BlackAndWhite, HasNoLinesAlongTheEdgesOfFills) {
-    for (const int tone : {135, 145, 160, 190}) {
-        cv::Mat print(1200, 900, CV_8UC3, kWhite);
-        print(cv::Rect(80, 300, 740, 400)).setTo(cv::Scalar(170, 215, 230));
-        for (int x = 121; x < 700; x += 143) {
-            print(cv::Rect(x, 401, 98, 203)).setTo(cv::Scalar::all(tone));
-        }
-        cv::GaussianBlur(print, print, {0, 0}, 0.8);
-        const cv::Mat bits = blackAndWhite(greyPaperLook(lit(print, kWarm, 0.7)));
-        EXPECT_EQ(cv::countNonZero(bits == 0), 0) << tone;
-    }
-}
-
-TEST(BlackAndWhite, HasNoBarsAroundHighlighter) {
-    const cv::Scalar markers[] = {{90, 243, 254}, {120, 230, 150}, {200, 170, 250}};
-    for (const cv::Scalar& marker : markers) {
-        cv::Mat print = printedPage();
-        const cv::Mat plain = blackAndWhite(greyPaperLook(lit(print, kWarm)));
-        cv::Mat strips(print.size(), CV_8UC3, kWhite);
-        for (int y = 90; y < 1000; y += 60) {
-            strips(cv::Rect(75, y, 560, 42)).setTo(marker);
-        }
-        cv::min(print, strips, print);
-        const cv::Mat bits = blackAndWhite(greyPaperLook(lit(print, kWarm)));
-        const int more = cv::countNonZero((bits == 0) & (plain != 0));
-        EXPECT_LE(more, 0.1 * cv::countNonZero(plain == 0)) << marker;
-    }
-}
-
-TEST(BlackAndWhite, KeepsReversedPrint) {
-    cv::Mat print(1200, 900, CV_8UC3, kWhite);
-    print(cv::Rect(80, 300, 740, 120)).setTo(cv::Scalar(60, 40, 30));
-    cv::putText(print, "White on dark", {110, 380}, cv::FONT_HERSHEY_SIMPLEX, 1.5, kWhite, 3);
-    const cv::Mat bits = blackAndWhite(paperLook(lit(print, kWarm)));
-    cv::Mat wanted;
-    cv::cvtColor(print, wanted, cv::COLOR_BGR2GRAY);
-    EXPECT_LE(cv::countNonZero(bits != (wanted > 128)), 0.006 * 740 * 120);
-}
-
-TEST(BlackAndWhite, ReadsDarkPrintOnAMidTone) {
-    cv::Mat print(1200, 900, CV_8UC3, kWhite);
-    print(cv::Rect(80, 300, 740, 120)).setTo(cv::Scalar::all(170));
-    cv::putText(print, "Black on grey", {110, 380}, cv::FONT_HERSHEY_SIMPLEX, 1.5, kBlack, 3);
-    const cv::Mat bits = blackAndWhite(paperLook(lit(print, kWarm)));
-    cv::Mat wanted;
-    cv::cvtColor(print, wanted, cv::COLOR_BGR2GRAY);
-    const cv::Rect inner(90, 310, 720, 100);
-    EXPECT_LE(cv::countNonZero(bits(inner) != (wanted(inner) > 85)), 0.006 * inner.area());
 }
 
 TEST(ToneKernels, GiveTheSameWithEveryInstructionSet) {

@@ -205,6 +205,25 @@ void addFiles(const Seeds& seeds) {
     seeds.add("scenario", "deep", "{\"cameras\": " + std::string(500, '['));
 }
 
+void addManifests(const Seeds& seeds) {
+    const std::string recipe =
+        R"({"corners": null, "turn": 1, "look": "photo", "colour": "bw", "quality": 7})";
+    const std::string sheet =
+        R"({"corners": [[1.5, 2], [30, 2], [30, 40], [1, 40]], "turn": 0, "look": "paper",)"
+        R"( "colour": "colour", "quality": 85})";
+    const std::string start =
+        R"({"version": 1, "target": "/a%20b.pdf", "wholeFrame": false, "recipe": )" + recipe;
+    const std::string pages =
+        R"(, "saved": 0, "last": 2, "pages": [{"id": 2, "frame": "frame-000001.jpg", "finished":)"
+        R"( false, "cropped": true, "confidence": 0.75, "recipe": )" +
+        sheet + "}]}";
+    seeds.add("manifest", "engine", start + R"(, "stills": null)" + pages);
+    seeds.add("manifest", "stills",
+              start + R"(, "stills": {"cleanEdges": true, "cleanBackground": false})" + pages);
+    seeds.add("manifest", "earlier", start + pages);
+    seeds.add("manifest", "cut_off", start + R"(, "saved": 1)");
+}
+
 void addViews(const Seeds& seeds) {
     const Bytes form = joined({{0}, sides(120, 90)});
     const Bytes dragFar = {5, 0, 0, 0, 0x80, 0xff, 0xff, 0xff, 0x7f};
@@ -232,5 +251,6 @@ int main(int count, char** arguments) {
     addViews(seeds);
     addRequests(seeds);
     addFiles(seeds);
+    addManifests(seeds);
     return 0;
 }

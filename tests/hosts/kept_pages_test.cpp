@@ -2,9 +2,14 @@
 #include "host_program.h"
 #include "running_program.h"
 
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
 #include <signal.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 #include <thread>
 
 namespace {
@@ -63,6 +68,54 @@ class KeptPages : public HostProgramTest {
     }
 
     nlohmann::json spooled() const { return run("spool list --json").json(); }
+
+    // An unsaved document of one page.
+    void leaveOnePage(const std::string& options) const {
+        std::vector<std::string> arguments{"scan", "a.pdf"};
+        std::istringstream words(options);
+        arguments.insert(arguments.end(), std::istream_iterator<std::string>(words), {});
+        RunningProgram program = start(camera(), arguments);
+        program.type("\n");
+        ASSERT_TRUE(program.says("page 1 taken")) << options;
+        program.signal(SIGTERM);
+        EXPECT_EQ(program.finish(), kInterrupted);
+    }
+
+    // The pages of the newest document.
+    nlohmann::json show() const {
+        const auto documents = spooled();
+        const std::string name = documents.back()["document"];
+        return run("spool show --json " + name).json();
+    }
+
+    // How the next pages of the newest document are made.
+    nlohmann::json plan() const {
+        const auto documents = spooled();
+        const std::string folder = documents.back()["folder"];
+        std::ifstream manifest(folder + "/pages.json");
+        auto plan = nlohmann::json::parse(manifest);
+        for (const char* other : {"pages", "last", "saved"}) {
+            plan.erase(other);
+        }
+        return plan;
+    }
+
+    // What a shown page has besides its place in the frame.
+    static nlohmann::json wayOf(nlohmann::json page) {
+        page["sheet"] = page["sheet"].is_null();
+        for (const char* other : {"page", "frame", "confidence"}) {
+            page.erase(other);
+        }
+        return page;
+    }
+
+    // The mean difference of two pictures, in grey levels.
+    static double difference(const std::string& one, const std::string& other) {
+        const cv::Mat first = cv::imread(one, cv::IMREAD_GRAYSCALE);
+        cv::Mat second = cv::imread(other, cv::IMREAD_GRAYSCALE);
+        cv::resize(second, second, first.size());
+        return cv::norm(first, second, cv::NORM_L1) / static_cast<double>(first.total());
+    }
 
     void clearAll() const {
         run("spool clear --all");
@@ -163,6 +216,41 @@ TEST_F(KeptPages, StayInTheSpoolWhenThePdfCannotBeWritten) {
     EXPECT_EQ(program.finish(), kFileFailed);
     EXPECT_THAT(program.lastLine(), HasSubstr("scan --resume"));
     EXPECT_EQ(resumed("b.pdf"), 1U);
+}
+
+TEST_F(KeptPages, AreGoneOnWithInTheSameWay) {
+    for (const std::string options :
+         {"--look photo --rotate 90 --quality 20", "--clean-background --colour grey"}) {
+        leaveOnePage(options);
+        const auto before = plan();
+        const Outcome outcome = runWith(camera(), "scan --resume", "\nq\n");
+        ASSERT_EQ(outcome.status, kDone) << outcome.err;
+        const auto pages = show();
+        ASSERT_THAT(pages, SizeIs(2)) << options;
+        EXPECT_EQ(wayOf(pages[1]), wayOf(pages[0])) << options;
+        EXPECT_EQ(plan(), before) << options;
+        EXPECT_LT(difference(pages[0]["frame"], pages[1]["frame"]), 3) << options;
+        clearAll();
+    }
+}
+
+TEST_F(KeptPages, AreGoneOnWithInAnotherWayByRequest) {
+    leaveOnePage("--crop=rectangle --colour grey --clean-edges");
+    const Outcome outcome = runWith(camera(), "scan --resume --look photo", "\nq\n");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    const auto pages = show();
+    EXPECT_EQ(pages[0]["finished"], true);
+    EXPECT_EQ(pages[1]["finished"], false);
+    EXPECT_EQ(pages[1]["look"], "photo");
+    EXPECT_EQ(pages[1]["colour"], "grey");
+}
+
+TEST_F(KeptPages, AreSavedWithTheirLooks) {
+    leaveOnePage("--look photo");
+    run("spool resume --as photo.pdf");
+    leaveOnePage("--look paper");
+    run("spool resume --as paper.pdf");
+    EXPECT_NE(fs::file_size(file("photo.pdf")), fs::file_size(file("paper.pdf")));
 }
 
 TEST_F(KeptPages, AreListedWithTheirDamage) {

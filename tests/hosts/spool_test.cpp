@@ -314,6 +314,32 @@ TEST_F(Spooled, ManifestsThatPointElsewhereAreDamaged) {
     }
 }
 
+TEST_F(Spooled, PlansKeepHowPagesAreMade) {
+    Manifest manifest;
+    EXPECT_FALSE(parseManifest(textOf(manifest))->plan.stills);
+    manifest.plan.stills = {.edges = true, .background = false};
+    const auto again = parseManifest(textOf(manifest));
+    ASSERT_TRUE(again && again->plan.stills);
+    EXPECT_TRUE(again->plan.stills->edges);
+    EXPECT_FALSE(again->plan.stills->background);
+}
+
+TEST_F(Spooled, ManifestsOfEarlierVersionsAreRead) {
+    for (const bool whole : {false, true}) {
+        Manifest manifest;
+        manifest.plan.wholeFrame = whole;
+        manifest.plan.recipe.look = Look::kPhoto;
+        std::string text = textOf(manifest);
+        const std::string newer = " \"stills\": null,\n";
+        ASSERT_NE(text.find(newer), std::string::npos);
+        text.erase(text.find(newer), newer.size());
+        const auto read = parseManifest(text);
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->plan.stills.has_value(), whole);
+        EXPECT_EQ(read->plan.recipe.look, Look::kPhoto);
+    }
+}
+
 TEST_F(Spooled, AFullDiskLosesNoEarlierPage) {
     const Spool spool;
     const std::string name = document(spool, 1);

@@ -101,7 +101,8 @@ void addOptions(CLI::App& command, ScanArguments& arguments) {
     addCaptureOptions(command, arguments.still);
     addPageOptions(command, options.page);
     command.add_flag("--resume", options.resume,
-                     "Go on with the newest document that was not saved");
+                     "Go on with the newest document that was not saved, taking further pages in "
+                     "the same way but for the options given");
     command.add_flag("--no-spool", options.noSpool, "Keep nothing that is not saved");
     command.add_flag("--force", options.force, "Replace a file that exists");
     command.footer(
@@ -127,7 +128,7 @@ void addScanCommand(CLI::App& app, Context& context) {
         if (options.target.empty() && !options.resume) {
             throw CLI::RequiredError("OUT");
         }
-        for (const char* name : {"--whole-frame", "--rotate", "--colour", "--quality"}) {
+        for (const char* name : {"--rotate", "--colour", "--quality"}) {
             if (command->count(name) > 0) {
                 options.given.insert(name);
             }

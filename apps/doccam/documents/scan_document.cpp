@@ -47,7 +47,9 @@ void ScanDocument::open(const ScanOptions& options) {
     pages_ = openSpooled(*spool_, "");
     const std::string target = targetFor(*pages_, options.target);
     file_.emplace(target, options.force);
-    DocumentPlan plan = pages_->plan();
+    ScanOptions adopting = options;
+    adopting.adopt(pages_->plan());
+    DocumentPlan plan = adopting.documentPlan();
     plan.target = std::filesystem::absolute(target).string();
     pages_->setPlan(plan);
 }

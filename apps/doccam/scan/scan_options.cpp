@@ -44,7 +44,11 @@ PageWay ScanOptions::way() const {
 DocumentPlan ScanOptions::documentPlan() const {
     return {.target = target.empty() ? "" : std::filesystem::absolute(target).string(),
             .wholeFrame = plan.whole,
-            .recipe = way().recipe};
+            .recipe = way().recipe,
+            .stills = byEngine()
+                          ? std::nullopt
+                          : std::optional(StillCleaning{.edges = page.cleanEdges,
+                                                        .background = page.cleanBackground})};
 }
 
 void ScanOptions::adopt(const DocumentPlan& document) {
@@ -53,10 +57,28 @@ void ScanOptions::adopt(const DocumentPlan& document) {
             value = known;
         }
     };
-    keep("--whole-frame", plan.whole, document.wholeFrame);
+    adoptMaker(document);
     keep("--rotate", page.quarterTurns, document.recipe.turn);
     keep("--colour", page.colour, document.recipe.colour);
     keep("--quality", page.quality, document.recipe.quality);
+}
+
+// An option of the page engine, or of stills, leaves the other.
+void ScanOptions::adoptMaker(const DocumentPlan& document) {
+    const bool asksForStills = !stillStep(*this).empty();
+    const bool choosesFrame = crop != Crop::kNone || plan.whole;
+    if (document.stills && !look) {
+        page.cleanEdges |= document.stills->edges;
+        page.cleanBackground |= document.stills->background;
+        if (!choosesFrame && !document.wholeFrame) {
+            crop = Crop::kRectangle;
+        }
+    } else if (!document.stills && !asksForStills && !look) {
+        look = document.recipe.look;
+    }
+    if (!choosesFrame) {
+        plan.whole = document.wholeFrame;
+    }
 }
 
 void refuseContradictions(const ScanOptions& options) {

@@ -22,7 +22,7 @@ struct ScanOptions {
     bool force = false;
     bool resume = false;
     bool noSpool = false;
-    std::set<std::string> given; // of the options that a resumed document has
+    std::set<std::string> given; // of --rotate, --colour and --quality
 
     // Whether the page engine makes the pages; otherwise they are the library's stills.
     bool byEngine() const;
@@ -34,6 +34,9 @@ struct ScanOptions {
 
     // Takes from the plan of a document what was not given.
     void adopt(const DocumentPlan& document);
+
+  private:
+    void adoptMaker(const DocumentPlan& document);
 };
 
 // Throws Failure for options that exclude each other.

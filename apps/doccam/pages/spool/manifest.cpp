@@ -65,6 +65,11 @@ Json asJson(const Recipe& recipe) {
     return object;
 }
 
+Json asJson(const std::optional<StillCleaning>& stills) {
+    return stills ? Json{{"cleanEdges", stills->edges}, {"cleanBackground", stills->background}}
+                  : Json();
+}
+
 void require(bool holds) {
     if (!holds) {
         throw std::invalid_argument("no manifest");
@@ -143,6 +148,19 @@ KeptPage pageIn(const Json& value, int last) {
     return page;
 }
 
+// Earlier manifests lack the entry; whole frames were stills then.
+std::optional<StillCleaning> stillsIn(const Json& manifest, bool wholeFrame) {
+    const auto stills = manifest.find("stills");
+    if (stills == manifest.end()) {
+        return wholeFrame ? std::optional(StillCleaning()) : std::nullopt;
+    }
+    if (stills->is_null()) {
+        return std::nullopt;
+    }
+    return StillCleaning{.edges = stills->at("cleanEdges").get<bool>(),
+                         .background = stills->at("cleanBackground").get<bool>()};
+}
+
 Manifest manifestIn(const Json& value) {
     constexpr int kHighest = 1'000'000'000;
     require(value.at("version") == kVersion);
@@ -151,6 +169,7 @@ Manifest manifestIn(const Json& value) {
     require(manifest.plan.target.find('\0') == std::string::npos);
     manifest.plan.wholeFrame = value.at("wholeFrame").get<bool>();
     manifest.plan.recipe = recipeIn(value.at("recipe"));
+    manifest.plan.stills = stillsIn(value, manifest.plan.wholeFrame);
     require(value.at("saved").is_number_integer());
     manifest.saved = value.at("saved").get<std::int64_t>();
     manifest.last = number(value.at("last"), 0, kHighest);
@@ -185,6 +204,7 @@ std::string textOf(const Manifest& manifest) {
                       {"target", escaped(manifest.plan.target)},
                       {"wholeFrame", manifest.plan.wholeFrame},
                       {"recipe", asJson(manifest.plan.recipe)},
+                      {"stills", asJson(manifest.plan.stills)},
                       {"saved", manifest.saved},
                       {"last", manifest.last},
                       {"pages", std::move(pages)}};

@@ -25,11 +25,18 @@ struct KeptPage {
     PageOrigin origin{};
 };
 
+// How stills of the library become pages.
+struct StillCleaning {
+    bool edges = false;
+    bool background = false;
+};
+
 // What is wanted of a document.
 struct DocumentPlan {
     std::string target;      // the file to write, an absolute path; empty: not yet named
     bool wholeFrame = false; // pages of whole frames
     Recipe recipe{};         // of its next pages, but for the corners
+    std::optional<StillCleaning> stills{}; // its next pages are stills; none: by the page engine
 };
 
 struct Manifest {

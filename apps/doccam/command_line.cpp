@@ -1,4 +1,5 @@
 // The command line: global options and all commands.
+#include "camera/camera_choice.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 
@@ -9,8 +10,6 @@
 
 namespace doccam::host {
 namespace {
-
-constexpr int kMaximumCameras = 9;
 
 constexpr const char* kFooter = R"(Exit codes:
   0 done, 1 nothing found, 2 usage, 3 no camera, 4 camera failed,
@@ -32,9 +31,11 @@ void addGlobalOptions(CLI::App& app, Context& context) {
     app.add_flag_function(
         "--json", [&options](std::int64_t /*count*/) { options.json = true; },
         "Print results as JSON");
-    app.add_option("--camera", options.camera, "The camera to use, as doccam list numbers them")
-        ->type_name("INDEX")
-        ->check(between(0, kMaximumCameras - 1));
+    app.add_option("--camera", options.camera,
+                   "The camera to use: its index, a part of its name, its USB id or its device "
+                   "node, as doccam list shows them")
+        ->type_name("CAMERA")
+        ->check(refuseOddCamera);
     app.add_flag_function(
         "--no-confinement", [&options](std::int64_t /*count*/) { options.confined = false; },
         "Keep what clean, read and serve give up: other files, the network, programs");

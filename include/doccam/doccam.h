@@ -106,6 +106,15 @@ DOCCAM_API int getDeviceCount(void);
 DOCCAM_API const char* getCameraName(int index);
 
 /*
+ * Return the device node of camera index, such as "/dev/video0", and its USB id, such as
+ * "0c45:6366", as the last enumeration found them, or null if there is no such camera. Enumerate
+ * first if none is known yet; open nothing, and leave a session alone. The text is valid until the
+ * next enumeration. Host threads, one at a time.
+ */
+DOCCAM_API const char* doccam_camera_node(int index);
+DOCCAM_API const char* doccam_camera_usb_id(int index);
+
+/*
  * Enumerates the frame sizes of camera index and returns how many it offers in the format chosen
  * with SetVideoFormat, 0 on any failure. Ends a running session.
  */

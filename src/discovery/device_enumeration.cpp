@@ -40,6 +40,8 @@ bool findModel(record::Discovery& discovery, udev_enumerate* enumerator, const c
         }
         if (isModel(device.get(), vendor, product)) {
             remember(discovery, device.get());
+            discovery.usbIds[static_cast<std::size_t>(discovery.deviceCount - 1)] =
+                std::string(vendor) + ':' + product;
             // Not released: hosts may rely on the found camera's device object staying alive.
             static_cast<void>(device.release());
             return true;
@@ -83,6 +85,18 @@ bool cameraExists(record::Discovery& discovery, int index) {
         discovery.deviceCount = enumerateCameras(discovery);
     }
     return index >= 0 && index < discovery.deviceCount;
+}
+
+const char* cameraNode(record::Discovery& discovery, int index) {
+    return cameraExists(discovery, index)
+               ? discovery.devices[static_cast<std::size_t>(index)].c_str()
+               : nullptr;
+}
+
+const char* cameraUsbId(record::Discovery& discovery, int index) {
+    return cameraExists(discovery, index)
+               ? discovery.usbIds[static_cast<std::size_t>(index)].c_str()
+               : nullptr;
 }
 
 int openDeviceNode(const record::Discovery& discovery, int index) {

@@ -22,6 +22,16 @@ const char* getCameraName(int index) {
     });
 }
 
+const char* doccam_camera_node(int index) {
+    return guarded<const char*>("doccam_camera_node", nullptr,
+                                [=] { return doccam::cameraNode(state().discovery, index); });
+}
+
+const char* doccam_camera_usb_id(int index) {
+    return guarded<const char*>("doccam_camera_usb_id", nullptr,
+                                [=] { return doccam::cameraUsbId(state().discovery, index); });
+}
+
 int getCameraResolutionCount(int index) {
     return guarded("getCameraResolutionCount", 0,
                    [=] { return doccam::countSizes(state(), index); });

@@ -13,6 +13,7 @@ namespace doccam::record {
 struct Discovery {
     int deviceCount = 0;
     std::array<std::string, 10> devices;
+    std::array<std::string, 10> usbIds;              // of devices, "vvvv:pppp"
     std::string cameraName;                          // what getCameraName returned last
     std::array<const char*, kModelRows> gpyVendor{}; // null past the configured rows
     std::array<const char*, kModelRows> gpyProduct{};

@@ -40,6 +40,24 @@ TEST_F(Capture, TakesTheChosenFormatSizeAndTurn) {
     EXPECT_EQ(picture("a.png").size(), cv::Size(480, 640));
 }
 
+TEST_F(Capture, TakesTheLargestSizeOfAnyFormat) {
+    const auto sizes = [](const std::string& mjpeg, const std::string& yuyv) {
+        return R"({"intervalMs": 0, "formats": [{"fourcc": "MJPG", "sizes": [)" + mjpeg +
+               R"(]}, {"fourcc": "YUYV", "sizes": [)" + yuyv + "]}]}";
+    };
+    ASSERT_EQ(
+        runWith(sizes("[640, 480], [800, 600]", "[640, 480], [1280, 960]"), "capture a.png").status,
+        kDone);
+    EXPECT_EQ(picture("a.png").size(), cv::Size(1280, 960));
+    ASSERT_EQ(runWith(sizes("[640, 480]", "[1280, 960]"), "capture --size 1280x960 c.png").status,
+              kDone);
+    EXPECT_EQ(picture("c.png").size(), cv::Size(1280, 960));
+    // With a look the frame is kept as the camera sent it: a JPEG of MJPEG, a PNG of YUYV.
+    const Outcome equal =
+        runWith(sizes("[1280, 960], [640, 480]", "[1280, 960]"), "capture d.png --verbose");
+    EXPECT_THAT(equal.err, HasSubstr("pix.pixelformat:\tMJPG"));
+}
+
 TEST_F(Capture, CutsOutTheSheetInGreyAndCleansIt) {
     ASSERT_EQ(
         runWith(camera(), "capture --crop --colour grey --clean-edges --clean-background a.png")
@@ -83,9 +101,9 @@ TEST_F(Capture, RefusesNamesThatCannotBeWritten) {
 }
 
 TEST_F(Capture, NamesTheSizesWhenTheWantedOneIsNotOffered) {
-    const Outcome outcome = runWith(camera(), "capture --size 640x480 a.jpg");
+    const Outcome outcome = runWith(camera(), "capture --size 320x240 a.jpg");
     EXPECT_EQ(outcome.status, kUsage);
-    EXPECT_THAT(outcome.err, HasSubstr("choose one of 1280x960"));
+    EXPECT_THAT(outcome.err, HasSubstr("choose one of 1280x960 in mjpeg, 640x480 in yuyv"));
 }
 
 TEST_F(Capture, FindsNoSheetWhenOnlyACornerIsVisible) {

@@ -35,8 +35,8 @@ TEST_F(Doctor, FindsAGoodCameraHealthy) {
     const Outcome outcome = examine("");
     EXPECT_EQ(outcome.status, kDone);
     EXPECT_THAT(outcome.out,
-                HasSubstr("ok: /dev/video0 (Doc Cam: Doc Cam): works: 6 sound frames of "
-                          "mjpeg 1280x960"));
+                HasSubstr("ok: /dev/video0 (Doc Cam: Doc Cam), 0c45:6366, camera 0: works: "
+                          "6 sound frames of mjpeg 1280x960"));
 }
 
 TEST_F(Doctor, WorksWhereNothingIsAttached) {

@@ -36,7 +36,7 @@ TEST_F(Usage, VersionIsPrinted) {
 
 TEST_F(Usage, AMalformedCommandLineIsReportedInOneSentence) {
     for (const std::string arguments :
-         {"", "bogus", "list extra", "--camera 9 list", "--camera x list", "capture",
+         {"", "bogus", "list extra", "--camera 9 list", "--camera '' list", "capture",
           "capture --size 12 a.jpg", "capture --colour red a.jpg", "capture --rotate 45 a.jpg",
           "capture --quality 101 a.jpg", "scan a.jpg", "scan", "scan --pages 0 a.pdf",
           "controls brightness=much", "controls sharpness", "pdf a.jpg b.jpg", "clean",

@@ -19,6 +19,21 @@ TEST_F(DeviceEnumeration, FindsCamerasInTheOrderOfTheModelTable) {
     EXPECT_EQ(state().discovery.devices[1], "/dev/video0");
 }
 
+TEST_F(DeviceEnumeration, NamesNodeAndUsbIdOfEachCamera) {
+    ASSERT_EQ(getDeviceCount(), 2);
+    EXPECT_STREQ(doccam_camera_node(0), "/dev/video2");
+    EXPECT_STREQ(doccam_camera_node(1), "/dev/video0");
+    EXPECT_STREQ(doccam_camera_usb_id(1), "0c45:6366");
+    for (const int none : {-1, 2}) {
+        EXPECT_EQ(doccam_camera_node(none), nullptr);
+        EXPECT_EQ(doccam_camera_usb_id(none), nullptr);
+    }
+    bed_.remove(earlier_);
+    ASSERT_EQ(getDeviceCount(), 1);
+    EXPECT_STREQ(doccam_camera_node(0), bed_.path(later_).c_str());
+    EXPECT_EQ(doccam_camera_node(1), nullptr);
+}
+
 TEST_F(DeviceEnumeration, FindsOnlyTheFirstOfTwoCamerasOfOneModel) {
     bed_.remove(earlier_);
     bed_.add(fastCamera("0c45", "6366"));

@@ -10,6 +10,10 @@
 namespace doccam::host {
 namespace {
 
+std::string orEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
+
 // The driver's texts may start with blanks.
 std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
@@ -22,17 +26,50 @@ bool smaller(Size a, Size b) {
     return weight(a) < weight(b);
 }
 
-Size choose(int index, Format format, const std::vector<Size>& offered, std::optional<Size> size) {
-    if (!size) {
-        return *std::max_element(offered.begin(), offered.end(), smaller);
+// The sizes of one format.
+struct Offer {
+    Format format = Format::kMjpeg;
+    std::vector<Size> sizes;
+};
+
+std::vector<Offer> offersOf(int index, std::optional<Format> format) {
+    std::vector<Offer> offers;
+    for (const Format candidate : {Format::kMjpeg, Format::kYuyv}) {
+        if (format && *format != candidate) {
+            continue;
+        }
+        Offer offer{candidate, offeredSizes(index, candidate)};
+        if (!offer.sizes.empty()) {
+            offers.push_back(std::move(offer));
+        }
     }
-    const Size needed = *size == kEnlargedSize ? kFullSize : *size;
-    if (std::find(offered.begin(), offered.end(), needed) == offered.end()) {
-        throw Failure(kUsage, "Camera " + std::to_string(index) + " has no size " + textOf(*size) +
-                                  " in " + nameOf(format) + "; choose one of " +
-                                  listed(offered, textOf) + ".");
+    return offers;
+}
+
+std::string sizesIn(const Offer& offer) {
+    return listed(offer.sizes, textOf) + " in " + nameOf(offer.format);
+}
+
+Capture largestOf(const std::vector<Offer>& offers) {
+    std::optional<Capture> largest;
+    for (const Offer& offer : offers) {
+        const Size size = *std::max_element(offer.sizes.begin(), offer.sizes.end(), smaller);
+        if (!largest || smaller(largest->size, size)) {
+            largest = Capture{offer.format, size};
+        }
     }
-    return *size;
+    return *largest;
+}
+
+Capture choose(int index, const std::vector<Offer>& offers, Size size) {
+    const Size needed = size == kEnlargedSize ? kFullSize : size;
+    for (const Offer& offer : offers) {
+        if (std::find(offer.sizes.begin(), offer.sizes.end(), needed) != offer.sizes.end()) {
+            return {offer.format, size};
+        }
+    }
+    throw Failure(kUsage, "Camera " + std::to_string(index) + " has no size " + textOf(size) +
+                              "; choose one of " + listed(offers, sizesIn) + ".");
 }
 
 constexpr int kLargestSide = 99999;
@@ -63,6 +100,11 @@ std::optional<Size> parseSize(const std::string& text) {
     return width && height ? std::optional(Size{*width, *height}) : std::nullopt;
 }
 
+std::string titleOf(const Camera& camera) {
+    return std::to_string(camera.index) + (camera.name.empty() ? "" : " " + camera.name) + " (" +
+           camera.node + ", " + camera.usbId + ")";
+}
+
 void failWithoutCamera() {
     throw Failure(kNoCamera, "No supported document camera is attached; plug one in, or run "
                              "doccam doctor.");
@@ -83,7 +125,8 @@ std::vector<Camera> attachedCameras() {
     std::vector<Camera> cameras;
     for (int index = 0; index < count; ++index) {
         const char* name = getCameraName(index);
-        cameras.push_back({index, name != nullptr ? trimmed(name) : ""});
+        cameras.push_back({index, trimmed(orEmpty(name)), orEmpty(doccam_camera_node(index)),
+                           orEmpty(doccam_camera_usb_id(index))});
     }
     return cameras;
 }
@@ -95,7 +138,7 @@ void requireCamera(int index) {
     }
     if (index < 0 || index >= count) {
         throw Failure(kNoCamera, "There is no camera " + std::to_string(index) +
-                                     "; doccam list shows which there are.");
+                                     "; choose one of " + listed(attachedCameras(), titleOf) + ".");
     }
 }
 
@@ -114,16 +157,13 @@ std::vector<Size> offeredSizes(int index, Format format) {
 
 Capture chooseCapture(int index, std::optional<Format> format, std::optional<Size> size) {
     requireCamera(index);
-    for (const Format candidate : {Format::kMjpeg, Format::kYuyv}) {
-        if (format && *format != candidate) {
-            continue;
-        }
-        const std::vector<Size> offered = offeredSizes(index, candidate);
-        if (!offered.empty()) {
-            return {candidate, choose(index, candidate, offered, size)};
-        }
+    const std::vector<Offer> offers = offersOf(index, format);
+    if (offers.empty()) {
+        failWithoutSizes(index, format);
     }
-    failWithoutSizes(index, format);
+    const Capture capture = size ? choose(index, offers, *size) : largestOf(offers);
+    SetVideoFormat(static_cast<int>(capture.format));
+    return capture;
 }
 
 } // namespace doccam::host

@@ -24,8 +24,13 @@ std::optional<Size> parseSize(const std::string& text);
 
 struct Camera {
     int index = 0;
-    std::string name; // empty if its node cannot be opened
+    std::string name;  // empty if its node cannot be opened
+    std::string node;  // "/dev/video0"
+    std::string usbId; // "0c45:6366"
 };
+
+// "0 Doc Cam (/dev/video0, 0c45:6366)".
+std::string titleOf(const Camera& camera);
 
 struct Capture {
     Format format = Format::kMjpeg;
@@ -48,8 +53,9 @@ void requireCamera(int index);
 // The sizes that camera index offers in format, in the driver's order.
 std::vector<Size> offeredSizes(int index, Format format);
 
-// The requested format and size, by default MJPEG, or else YUYV, at its largest size. Selects the
-// format in the library. Throws Failure naming the offered ones if the camera lacks them.
+// The requested format and size. By default the largest size that any format offers, in MJPEG if
+// that offers it. Selects the format in the library. Throws Failure naming the offered ones if the
+// camera lacks them.
 Capture chooseCapture(int index, std::optional<Format> format, std::optional<Size> size);
 
 } // namespace doccam::host

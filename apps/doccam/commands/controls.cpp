@@ -138,8 +138,8 @@ int focus(const Context& context, bool switchOver) {
     const auto session = openForStills(context, {});
     const int result = switchOver ? ManualFocus() : ManualFocusEx();
     if (result != DOCCAM_OK) {
-        throw Failure(kCameraFailed, "Camera " + std::to_string(context.options.camera) +
-                                         " did not focus (code " + std::to_string(result) +
+        throw Failure(kCameraFailed, "Camera " + context.options.camera + " did not focus (code " +
+                                         std::to_string(result) +
                                          "); plug it in again and repeat.");
     }
     session->waitForFrames(kFramesToFocus);

@@ -20,14 +20,22 @@ struct DoctorOptions {
 };
 
 Json asJson(const Advice& advice) {
-    return {{"level", nameOf(advice.level)},
-            {"subject", advice.subject},
-            {"what", advice.what},
-            {"remedy", advice.remedy}};
+    Json row{{"level", nameOf(advice.level)},
+             {"subject", advice.subject},
+             {"what", advice.what},
+             {"remedy", advice.remedy}};
+    if (!advice.node.empty()) {
+        row["index"] = advice.index ? Json(*advice.index) : Json();
+        row["path"] = advice.node;
+        row["usb"] = advice.usbId.empty() ? Json() : Json(advice.usbId);
+    }
+    return row;
 }
 
 std::string asText(const Advice& advice) {
-    return nameOf(advice.level) + ": " + advice.subject + ": " + advice.what +
+    return nameOf(advice.level) + ": " + advice.subject +
+           (advice.usbId.empty() ? "" : ", " + advice.usbId) +
+           (advice.index ? ", camera " + std::to_string(*advice.index) : "") + ": " + advice.what +
            (advice.remedy.empty() ? "" : "\n    " + advice.remedy);
 }
 

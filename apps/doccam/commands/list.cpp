@@ -1,4 +1,5 @@
 // doccam list and doccam sizes: the attached cameras, and the frame sizes that one offers.
+#include "camera/camera_choice.h"
 #include "camera/cameras.h"
 #include "commands/commands.h"
 #include "host/failure.h"
@@ -13,9 +14,13 @@ int list(const Context& context) {
     const std::vector<Camera> cameras = attachedCameras();
     Result result(context.options.json, Json::array());
     for (const Camera& camera : cameras) {
-        result.add({{"index", camera.index}, {"name", camera.name}},
+        result.add({{"index", camera.index},
+                    {"name", camera.name},
+                    {"path", camera.node},
+                    {"usb", camera.usbId}},
                    std::to_string(camera.index) + "  " +
-                       (camera.name.empty() ? kNoName : camera.name));
+                       (camera.name.empty() ? kNoName : camera.name) + "  " + camera.node + "  " +
+                       camera.usbId);
     }
     if (cameras.empty()) {
         failWithoutCamera();
@@ -41,7 +46,7 @@ std::string asText(Format format, const std::vector<Size>& sizes) {
 }
 
 int sizes(const Context& context) {
-    const int camera = context.options.camera;
+    const int camera = chosenCamera(context.options.camera);
     requireCamera(camera);
     Result result(context.options.json, {{"camera", camera}});
     bool any = false;
@@ -71,7 +76,7 @@ void addSizesCommand(CLI::App& app, Context& context) {
     CLI::App* command = app.add_subcommand("sizes", "List the frame sizes that a camera offers");
     command->footer("Examples:\n"
                     "  doccam sizes\n"
-                    "  doccam sizes --camera 1 --json");
+                    "  doccam sizes --camera \"doc cam\" --json");
     command->callback([&context] { context.run = [&context] { return sizes(context); }; });
 }
 

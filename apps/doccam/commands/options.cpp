@@ -1,5 +1,6 @@
 #include "commands/options.h"
 
+#include "camera/camera_choice.h"
 #include "host/texts.h"
 
 #include <algorithm>
@@ -111,7 +112,7 @@ void addPageOptions(CLI::App& command, PageSettings& page) {
 }
 
 std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options) {
-    const int camera = context.options.camera;
+    const int camera = chosenCamera(context.options.camera);
     const Capture capture = chooseCapture(camera, options.format, options.size);
     apply(options.page);
     return std::make_unique<CameraSession>(camera, capture, *context.interrupt);

@@ -1,4 +1,5 @@
 // doccam read: bar codes and QR codes from picture files or from the camera.
+#include "camera/camera_choice.h"
 #include "codes/code_reading.h"
 #include "commands/commands.h"
 #include "commands/options.h"
@@ -75,7 +76,7 @@ int readFiles(const Context& context, const ReadOptions& options) {
 int readLive(const Context& context, const ReadOptions& options) {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::duration<double>(options.seconds);
-    const std::string source = "camera " + std::to_string(context.options.camera);
+    const std::string source = "camera " + std::to_string(chosenCamera(context.options.camera));
     const auto session = openForStills(context, options.still);
     Result result(context.options.json, Json::array());
     do {

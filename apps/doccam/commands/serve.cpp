@@ -1,6 +1,7 @@
 // The command line of doccam serve.
 #include "serve/serve.h"
 
+#include "camera/camera_choice.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 
@@ -22,7 +23,8 @@ struct Arguments {
 
 int run(const Context& context, const Arguments& arguments) {
     serve::ServeOptions options = arguments.options;
-    options.choice = {context.options.camera, arguments.still.format, arguments.still.size};
+    options.choice = {chosenCamera(context.options.camera), arguments.still.format,
+                      arguments.still.size};
     options.json = context.options.json;
     options.confined = context.options.confined;
     return serve::serve(options, *context.interrupt);

@@ -157,7 +157,13 @@ std::vector<Advice> adviceOn(const Findings& findings) {
                         "Correct it; until then the built-in table counts."});
     }
     for (const Node& node : findings.nodes) {
+        const std::size_t before = list.size();
         adviseOnNode(list, node, findings.table);
+        for (std::size_t i = before; i < list.size(); ++i) {
+            list[i].node = node.path;
+            list[i].usbId = modelOf(node);
+            list[i].index = node.index;
+        }
     }
     return list;
 }

@@ -12,6 +12,9 @@ struct Advice {
     std::string subject; // a node, a file, or "cameras"
     std::string what;
     std::string remedy; // empty if nothing needs to be done
+    std::string node{}; // "/dev/video0", if it is about a camera
+    std::string usbId{};
+    std::optional<int> index{}; // the library's, of a camera that it finds
 };
 
 // "ok", "note" and "trouble".

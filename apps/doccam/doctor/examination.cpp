@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <set>
 
 namespace doccam::host {
 namespace {
@@ -100,6 +99,29 @@ void examine(Node& node, const Interrupt& interrupt) {
     }
 }
 
+// Notes which nodes the library finds, the first of each model, and sorts them as it does: in the
+// order of the table.
+void arrange(std::vector<Node>& nodes, const std::vector<ModelId>& models) {
+    int found = 0;
+    for (const ModelId& model : models) {
+        bool first = true;
+        for (Node& node : nodes) {
+            if (modelOf(node) != textOf(model) || node.supported) {
+                continue;
+            }
+            node.supported = true;
+            node.secondOfModel = !first;
+            if (first) {
+                node.index = found++;
+            }
+            first = false;
+        }
+    }
+    const auto place = [&](const Node& node) { return node.index.value_or(found); };
+    std::stable_sort(nodes.begin(), nodes.end(),
+                     [&](const Node& a, const Node& b) { return place(a) < place(b); });
+}
+
 } // namespace
 
 std::vector<Holder> holdersOf(const std::string& node, const std::string& processes) {
@@ -123,13 +145,8 @@ Findings examine(const Interrupt& interrupt) {
     auto nodes = videoNodes();
     findings.deviceManager = nodes.has_value();
     findings.nodes = std::move(nodes).value_or(std::vector<Node>());
-    const auto rows = parseModels(findings.table.text).models;
-    std::set<std::string> seen;
+    arrange(findings.nodes, parseModels(findings.table.text).models);
     for (Node& node : findings.nodes) {
-        const std::string model = modelOf(node);
-        node.supported = std::any_of(rows.begin(), rows.end(),
-                                     [&](const ModelId& row) { return textOf(row) == model; });
-        node.secondOfModel = node.supported && !seen.insert(model).second;
         examine(node, interrupt);
     }
     return findings;

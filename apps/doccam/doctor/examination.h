@@ -4,6 +4,7 @@
 #include "doctor/model_table.h"
 #include "doctor/stream_trial.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct Node {
     std::string product;
     std::string group;          // the node's group
     bool supported = false;     // its id is among the supported models
+    std::optional<int> index;   // the library's, of a supported camera that it finds
     bool secondOfModel = false; // the library finds only the first camera of a model
     int openError = 0;
     std::vector<Holder> holders;
@@ -40,8 +42,9 @@ struct Findings {
     ModelTable table;
 };
 
-// Opens each node, streams from the supported ones, and finds who uses them. Takes about a second
-// per camera, longer for a silent one. Throws Interruption when the process is asked to end.
+// In the library's order, then the others. Opens each node, streams from the supported ones, and
+// finds who uses them. Takes about a second per camera, longer for a silent one. Throws
+// Interruption when the process is asked to end.
 Findings examine(const Interrupt& interrupt);
 
 // The processes that have a device node open, from a folder like /proc, except for the calling

@@ -7,12 +7,13 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace doccam::host {
 
 struct GlobalOptions {
     bool virtualCamera = false;
-    int camera = 0;
+    std::string camera = "0"; // as chosenCamera takes it
     bool verbose = false;
     bool json = false;
     bool confined = true; // while processing untrusted data

@@ -100,6 +100,10 @@ std::optional<DeliveredFrame> lastFrame(CameraId camera) {
     return registry().camera(camera).device->lastFrame();
 }
 
+FrameCount frameCount(CameraId camera) {
+    return registry().camera(camera).device->frameCount();
+}
+
 std::vector<Call> calls() {
     return registry().log().calls();
 }

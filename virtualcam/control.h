@@ -80,6 +80,8 @@ DOCCAM_VIRTUALCAM_API bool streaming(CameraId camera);
 DOCCAM_VIRTUALCAM_API bool waitedFor(CameraId camera);
 // The frame that the last VIDIOC_DQBUF returned.
 DOCCAM_VIRTUALCAM_API std::optional<DeliveredFrame> lastFrame(CameraId camera);
+// The frames of its stream, or of the last one.
+DOCCAM_VIRTUALCAM_API FrameCount frameCount(CameraId camera);
 
 // The calls since the last clearCalls() or reset(); only the latest 100,000 are kept.
 DOCCAM_VIRTUALCAM_API std::vector<Call> calls();

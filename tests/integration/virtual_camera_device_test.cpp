@@ -5,6 +5,8 @@
 #include <poll.h>
 
 #include <array>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -169,6 +171,20 @@ TEST_F(CaptureDeviceTest, FillsBuffersInTheOrderOfQueueing) {
     EXPECT_THAT(order, ElementsAre(2, 0, 1));
     EXPECT_THAT(sequence, ElementsAre(0, 1, 2));
     EXPECT_EQ(dequeue(), EAGAIN);
+}
+
+TEST_F(CaptureDeviceTest, CountsTheFramesThatItSentAndThoseThatWereMissed) {
+    device_.setInterval(1);
+    ASSERT_EQ(requestBuffers(1), 0);
+    ASSERT_EQ(queue(0), 0);
+    ASSERT_EQ(switchStream(VIDIOC_STREAMON), 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ASSERT_EQ(dequeue(), 0);
+    const FrameCount count = device_.frameCount();
+    EXPECT_GT(count.missed, 0U);
+    EXPECT_EQ(count.missed, last_.sequence);
+    EXPECT_EQ(count.sent, last_.sequence + 1);
+    EXPECT_EQ(device_.frameCount().longestWait, 0);
 }
 
 TEST_F(CaptureDeviceTest, StampsFramesWithGrowingTimesAndTheirLength) {

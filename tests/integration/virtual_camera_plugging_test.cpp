@@ -89,6 +89,23 @@ TEST(PlugRequest, NamesACameraByItsPlace) {
     }
 }
 
+TEST(FramesRequest, NamesACameraByItsPlace) {
+    EXPECT_EQ(parseFramesRequest("frames 1"), 1);
+    for (const char* line : {"", "frames", "frames -1", "plug 0"}) {
+        EXPECT_FALSE(parseFramesRequest(line)) << line;
+    }
+}
+
+TEST(FramesAnswer, CountsFrames) {
+    const auto count = parseFrameCount("ok 40 3 120");
+    ASSERT_TRUE(count);
+    EXPECT_EQ(count->sent, 40U);
+    EXPECT_EQ(count->missed, 3U);
+    EXPECT_EQ(count->longestWait, 120);
+    EXPECT_FALSE(parseFrameCount("ok 40"));
+    EXPECT_FALSE(parseFrameCount("error: no such camera"));
+}
+
 TEST(PlugAnswer, NamesTheNewNodes) {
     const auto nodes = parseNodes("ok 4 5");
     ASSERT_TRUE(nodes);

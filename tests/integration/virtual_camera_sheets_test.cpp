@@ -1,4 +1,5 @@
 // Sheets that the virtual camera changes by itself.
+#include "picture/picture_source.h"
 #include "scenario.h"
 #include "scene/scene.h"
 #include "scene/sheet_change.h"
@@ -84,6 +85,27 @@ TEST(SheetChange, IsReadFromAScenario) {
     EXPECT_EQ(scene.changeFrames, 7);
     EXPECT_THROW(parseScenario(R"({"cameras": [{"scene": {"sheetFrames": -1}}]})"),
                  std::runtime_error);
+    EXPECT_THROW(parseScenario(R"({"cameras": [{"scene": {"repeatFrames": -1}}]})"),
+                 std::runtime_error);
+}
+
+TEST(RepeatedFrames, AreDrawnOnce) {
+    SceneSettings scene = changing();
+    scene.repeatFrames = 30;
+    scene.unrest.flicker = 0.1;
+    PictureSource source("", scene);
+    const auto frame = [&source](std::uint32_t number) {
+        return source.frame(kMjpeg, {160, 120}, number);
+    };
+    const FrameBytes first = frame(3);
+    for (std::uint32_t number = 0; number < 30; ++number) {
+        frame(number);
+    }
+    EXPECT_EQ(frame(33), first);
+    EXPECT_NE(frame(34), first);
+    scene.sheet = 7;
+    source.setScene(scene);
+    EXPECT_NE(*frame(33), *first);
 }
 
 } // namespace

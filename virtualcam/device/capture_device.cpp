@@ -194,6 +194,15 @@ std::optional<DeliveredFrame> CaptureDevice::lastFrame() const {
     return last_;
 }
 
+FrameCount CaptureDevice::frameCount() {
+    const std::lock_guard lock(mutex_);
+    const auto wait = std::exchange(longestWait_, {});
+    return {.sent = clock_.number(),
+            .missed = clock_.number() - clock_.delivered(),
+            .longestWait = static_cast<int>(
+                std::chrono::duration_cast<std::chrono::milliseconds>(wait).count())};
+}
+
 std::optional<int> CaptureDevice::control(std::uint32_t id) const {
     const Lock lock(mutex_);
     return controls_.value(id);

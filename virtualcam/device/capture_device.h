@@ -59,6 +59,7 @@ class CaptureDevice {
     // Whether a thread is waiting for a frame.
     bool waitedFor() const;
     std::optional<DeliveredFrame> lastFrame() const;
+    FrameCount frameCount();
     std::optional<int> control(std::uint32_t id) const;
     int setControl(std::uint32_t id, int value);
 
@@ -108,6 +109,7 @@ class CaptureDevice {
     ClientId owner_ = 0; // who may stream
     BufferQueue buffers_;
     FrameClock clock_;
+    std::chrono::steady_clock::duration longestWait_{};
     std::uint32_t stream_ = 0; // counts streams, so that a waiter notices the end of its own
     bool streaming_ = false;
     bool stalled_ = false;

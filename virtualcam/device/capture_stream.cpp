@@ -160,7 +160,9 @@ int CaptureDevice::deliver(Lock& lock, v4l2_buffer& record) {
     const std::uint32_t number = clock_.number();
     const std::uint32_t picture = clock_.delivered();
     const Time due = clock_.due();
-    clock_.advance(std::chrono::steady_clock::now());
+    const Time now = std::chrono::steady_clock::now();
+    longestWait_ = std::max(longestWait_, now - due);
+    clock_.advance(now);
     publishReadiness();
 
     // Drawing is slow; the stream may be switched off meanwhile.

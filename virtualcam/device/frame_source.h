@@ -18,6 +18,13 @@ struct DeliveredFrame {
     FrameBytes bytes; // placed at the start of the buffer; leftovers follow
 };
 
+// The frames of a stream so far.
+struct FrameCount {
+    std::uint32_t sent = 0;   // by the camera
+    std::uint32_t missed = 0; // of these, as no buffer was queued
+    int longestWait = 0;      // milliseconds until a frame was fetched, since the last count
+};
+
 class FrameSource {
   public:
     virtual ~FrameSource() = default;

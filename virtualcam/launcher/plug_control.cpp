@@ -29,10 +29,22 @@ PlugControl::~PlugControl() {
     }
 }
 
+std::string PlugControl::forwarded(const std::string& line) const {
+    try {
+        return ask(devicesPath(path_), line);
+    } catch (const std::exception& error) {
+        return std::string("error: ") + error.what();
+    }
+}
+
 std::string PlugControl::obey(const std::string& line) {
+    if (parseFramesRequest(line)) {
+        return forwarded(line);
+    }
     const auto request = parsePlugRequest(line);
     if (!request || request->camera >= static_cast<int>(places_.size())) {
-        return "error: plug N or unplug N, of " + std::to_string(places_.size()) + " cameras";
+        return "error: plug N, unplug N or frames N, of " + std::to_string(places_.size()) +
+               " cameras";
     }
     Place& place = places_[static_cast<std::size_t>(request->camera)];
     if (request->plug == place.nodes.has_value()) {

@@ -26,6 +26,7 @@ class PlugControl {
     };
 
     std::string obey(const std::string& line);
+    std::string forwarded(const std::string& line) const;
 
     UdevTree& tree_;
     std::vector<Place> places_;

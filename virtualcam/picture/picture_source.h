@@ -3,8 +3,10 @@
 
 #include "device/frame_source.h"
 
+#include <map>
 #include <mutex>
 #include <string>
+#include <tuple>
 
 namespace doccam::virtualcam {
 
@@ -20,7 +22,14 @@ class PictureSource : public FrameSource {
     void setScene(const SceneSettings& scene);
 
   private:
+    using Repeated = std::tuple<std::uint32_t, int, int, std::uint32_t>;
+
+    FrameBytes drawn(const SceneSettings& scene, std::uint32_t pixelFormat, Size size,
+                     std::uint32_t number) const;
+
     const std::string photo_;
+    std::mutex repeating_;
+    std::map<Repeated, FrameBytes> repeated_; // by format, size and number
     mutable std::mutex mutex_;
     SceneSettings scene_;
 };

@@ -12,11 +12,17 @@ namespace doccam::virtualcam {
 namespace {
 
 std::string obey(const std::string& line) {
+    const auto counted = parseFramesRequest(line);
     const auto request = parsePlugRequest(line);
-    if (!request) {
+    if (!request && !counted) {
         return "error: no such request";
     }
     try {
+        if (counted) {
+            const FrameCount count = frameCount(*counted);
+            return "ok " + std::to_string(count.sent) + " " + std::to_string(count.missed) + " " +
+                   std::to_string(count.longestWait);
+        }
         if (!request->plug) {
             unplug(request->camera);
             return "ok";

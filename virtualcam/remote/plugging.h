@@ -1,4 +1,5 @@
-// Plugging and unplugging cameras from outside the program that uses them.
+// Plugging and unplugging cameras, and counting their frames, from outside the program that uses
+// them.
 //
 // A controller sends its request to the launcher, which forwards it to the program's cameras and
 // then changes the device tree, so that both agree.
@@ -24,6 +25,12 @@ struct PlugRequest {
 
 // None if the line is malformed.
 std::optional<PlugRequest> parsePlugRequest(const std::string& line);
+
+// "frames N", which asks for the frames of camera N's stream; none for any other line.
+std::optional<int> parseFramesRequest(const std::string& line);
+
+// Parses "ok SENT MISSED WAIT"; none for any other answer.
+std::optional<FrameCount> parseFrameCount(const std::string& answer);
 
 // Parses "ok CAPTURE METADATA", the nodes of a plugged-in camera. None for any other answer.
 std::optional<Nodes> parseNodes(const std::string& answer);

@@ -70,8 +70,8 @@ void readDesk(const Json& object, SceneSettings& scene) {
 
 SceneSettings readScene(const Json& object) {
     refuseUnknownFields(object, {"angle", "sheetHeight", "centreX", "centreY", "noise", "qrText",
-                                 "code128Text", "sheet", "sheetFrames", "changeFrames", "desk",
-                                 "view", "light", "unrest"});
+                                 "code128Text", "sheet", "sheetFrames", "changeFrames",
+                                 "repeatFrames", "desk", "view", "light", "unrest"});
     SceneSettings scene;
     read(object, "angle", scene.angle);
     read(object, "sheetHeight", scene.sheetHeight);
@@ -83,7 +83,9 @@ SceneSettings readScene(const Json& object) {
     read(object, "sheet", scene.sheet);
     read(object, "sheetFrames", scene.sheetFrames);
     read(object, "changeFrames", scene.changeFrames);
-    if (scene.sheet < 0 || scene.sheetFrames < 0 || scene.changeFrames < 0) {
+    read(object, "repeatFrames", scene.repeatFrames);
+    if (scene.sheet < 0 || scene.sheetFrames < 0 || scene.changeFrames < 0 ||
+        scene.repeatFrames < 0) {
         throw std::runtime_error("sheets and frames are counted from 0");
     }
     if (object.contains("unrest")) {

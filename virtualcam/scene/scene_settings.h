@@ -53,6 +53,7 @@ struct SceneSettings {
     int sheet = 0;         // number of the sheet: its texts' numbers are incremented by this
     int sheetFrames = 0;   // frames that a sheet lies still before the next; 0: for ever
     int changeFrames = 24; // frames from one sheet to the next
+    int repeatFrames = 0;  // frames after which the same come again, drawn once; 0: never
 
     std::string desk = "plain"; // or dark, wood, grey, white, cloth
     SceneView view;

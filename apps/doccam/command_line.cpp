@@ -20,32 +20,49 @@ Examples:
   doccam scan letter.pdf
   doccam --virtual scan demo.pdf --auto --pages 3)";
 
-// What CLI11 stores for a flag without a value.
-constexpr const char* kBareFlag = "true";
+void addConfigurationOptions(CLI::App& app, ConfigChoice& choice) {
+    const auto refuseEmpty = [](const std::string& text) {
+        return text.empty() ? std::string("a name is missing") : std::string();
+    };
+    app.add_option("--config", choice.file,
+                   "The file with defaults of options; unless given, "
+                   "~/.config/doccam/config.toml")
+        ->type_name("FILE")
+        ->check(refuseEmpty);
+    app.add_flag("--no-config", choice.none, "Use no such file");
+    app.add_option("--profile", choice.profile, "Use this profile of the file")
+        ->type_name("NAME")
+        ->check(refuseEmpty);
+}
+
+// CLI11 stores "true" for the flag without a value.
+void addVirtualOption(CLI::App& app, Context& context) {
+    const auto given = std::make_shared<std::string>();
+    app.add_flag("--virtual", *given,
+                 "Use virtual cameras; --virtual=PHOTO has them look at that picture")
+        ->option_text("[=PHOTO]")
+        ->each([&context, given](const std::string& photo) {
+            context.options.virtualCamera = photo != "false";
+            context.virtualCamera.photo = photo == "true" || photo == "false" ? "" : photo;
+        });
+}
 
 void addGlobalOptions(CLI::App& app, Context& context) {
     GlobalOptions& options = context.options;
-    app.add_flag_function(
-        "--verbose", [&options](std::int64_t /*count*/) { options.verbose = true; },
-        "Print the library's diagnostics on standard error");
-    app.add_flag_function(
-        "--json", [&options](std::int64_t /*count*/) { options.json = true; },
-        "Print results as JSON");
+    app.add_flag("--verbose", options.verbose, "Print the library's diagnostics on standard error")
+        ->take_last();
+    app.add_flag("--json", options.json, "Print results as JSON")->take_last();
+    app.add_flag("--quiet", options.quiet, "Show no progress")->take_last();
     app.add_option("--camera", options.camera,
                    "The camera to use: its index, a part of its name, its USB id or its device "
                    "node, as doccam list shows them")
         ->type_name("CAMERA")
         ->check(refuseOddCamera);
     app.add_flag_function(
-        "--no-confinement", [&options](std::int64_t /*count*/) { options.confined = false; },
+        "--no-confinement", [&options](std::int64_t count) { options.confined = count < 1; },
         "Keep what clean, read and serve give up: other files, the network, programs");
-    std::string& photo = context.virtualCamera.photo;
-    app.add_flag("--virtual", photo,
-                 "Use virtual cameras; --virtual=PHOTO has them look at that picture");
-    app.final_callback([&app, &context, &photo] {
-        context.options.virtualCamera = app.count("--virtual") > 0;
-        photo = photo == kBareFlag ? "" : photo;
-    });
+    addVirtualOption(app, context);
+    addConfigurationOptions(app, context.configuration);
 }
 
 void addCommands(CLI::App& app, Context& context) {

@@ -1,10 +1,12 @@
 // doccam: document cameras from the command line.
 #include "commands/commands.h"
+#include "configuration/configured_options.h"
 #include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pictures/picture_limits.h"
 #include "pictures/reading.h"
+#include "streams/input_file.h"
 
 #include <opencv2/core/utils/logger.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -52,6 +54,7 @@ std::optional<int> parse(CLI::App& app, int argc, char** argv) {
 // The cameras would decode anything, without limits.
 void tryPhoto(const Context& context) {
     const std::string& photo = context.virtualCamera.photo;
+    requireInputFile(photo);
     const PictureLimits limits = pictureLimits();
     const Bounds bounds{.bytes = limits.workingBytes(), .processor = limits.working / 3};
     const Apart tried = runApart(*context.interrupt, bounds, [&](const Report& /*report*/) {
@@ -69,6 +72,10 @@ int run(Context& context, int argc, char** argv) {
     const std::unique_ptr<CLI::App> app = makeCommandLine(context);
     if (const std::optional<int> code = parse(*app, argc, argv)) {
         return *code;
+    }
+    applyConfiguration(*app, context.configuration);
+    if (context.settle) {
+        context.settle();
     }
     if (context.options.virtualCamera) {
         if (!context.virtualCamera.photo.empty() && virtualCameraFolders().empty()) {

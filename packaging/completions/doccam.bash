@@ -1,12 +1,14 @@
 # Completion of doccam for bash.
 _doccam() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-    # bash treats an equals sign as a separate word.
-    [ "$before" = = ] && before=${COMP_WORDS[COMP_CWORD - 2]}
+    # bash treats an equals sign as a separate word. --virtual and --crop take a value only after one.
+    if [ "$before" = = ]; then
+        before=${COMP_WORDS[COMP_CWORD - 2]}=
+    fi
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-        --camera) ((++i)) ;;
-        -* | =) ;;
+        --camera | --config | --profile | =) [ "${COMP_WORDS[i + 1]}" = = ] || ((++i)) ;;
+        -*) ;;
         *)
             command=${COMP_WORDS[i]}
             break
@@ -15,7 +17,7 @@ _doccam() {
     done
 
     local commands='list sizes capture scan spool read controls focus pdf clean serve doctor'
-    local global='--verbose --json --camera --virtual --no-confinement --help -h'
+    local global='--verbose --json --quiet --camera --virtual --no-confinement --config --no-config --profile --help -h'
     local options='' choices=''
     case $command in
     '') options='--version' ;;
@@ -32,20 +34,24 @@ _doccam() {
     esac
 
     compopt -o default
-    case $before in
+    case ${before%=} in
     --format) choices='mjpeg yuyv' ;;
-    --colour | --color) choices='colour grey bw' ;;
+    --colour | --color) choices='colour grey gray bw' ;;
     --look) choices='photo paper' ;;
     --rotate) choices='0 90 180 270' ;;
     --kind) choices='qr bar any' ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
-    --camera) choices='0 1 2 3 4 5 6 7 8' ;;
-    --virtual | --into | --as) return ;;
-    --quality | --pages | --wait | --listen | --port)
+    --camera) choices="0 1 2 3 4 5 6 7 8 $(compgen -f -- /dev/video)" ;;
+    --config | --into | --as) return ;;
+    --quality | --pages | --wait | --listen | --port | --profile)
         compopt +o default
         return
         ;;
     *) [ -n "$command" ] || choices=$commands ;;
+    esac
+    case $before in
+    --virtual=) return ;;
+    --crop=) choices='sheet rectangle' ;;
     esac
     [[ $word == -* ]] && choices="$options $global"
     mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$word")

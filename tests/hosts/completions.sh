@@ -37,6 +37,14 @@ differ 'bash, global options' "$global" "$(bash_offers doccam -)"
 for command in $commands; do
     differ "bash, $command" "$(options_of "$command")" "$(bash_offers doccam --json "$command" -)"
 done
+# What follows a global option, whose value may be a word of its own.
+for words in --virtual '--virtual = a.jpg' '--config a.toml' '--profile = letters' '--camera 1'; do
+    # shellcheck disable=SC2086
+    differ "bash, $words" "$commands" "$(bash_offers doccam $words '')"
+    # shellcheck disable=SC2086
+    differ "bash, scan after $words" "$(options_of scan)" "$(bash_offers doccam $words scan -)"
+done
+differ 'bash, a choice' 'gray grey' "$(bash_offers doccam --virtual scan --colour gr | tr '\n' ' ' | sed 's/ $//')"
 
 if command -v fish >/dev/null; then
     fish_offers() {
@@ -48,6 +56,9 @@ if command -v fish >/dev/null; then
         differ "fish, $command" "$(options_of "$command")" \
             "$({ fish_offers "doccam $command --"; echo -h; } | sorted)"
     done
+    differ 'fish, commands after --virtual' "$commands" "$(fish_offers 'doccam --virtual ')"
+    differ 'fish, scan after --virtual' "$(options_of scan)" \
+        "$({ fish_offers 'doccam --virtual scan --'; echo -h; } | sorted)"
 fi
 
 # The data of zsh's completion, without running it: each array and each command's line.

@@ -11,6 +11,7 @@
 namespace {
 
 using namespace doccam::test;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -65,6 +66,20 @@ TEST_F(Files, ThatAreNoPicturesMakeNoPdf) {
     EXPECT_THAT(outcome.err, isOneSentence());
     EXPECT_THAT(outcome.err, HasSubstr("b.jpg"));
     EXPECT_THAT(files(), ElementsAre("a.jpg", "b.jpg"));
+}
+
+TEST_F(Files, ThatAreMissingOrFoldersAreSaidToBe) {
+    drawSheet("a.jpg");
+    for (const std::string command : {"pdf all.pdf a.jpg", "clean", "clean --crop", "read"}) {
+        const Outcome missing = run(command + " b.jpg");
+        EXPECT_EQ(missing.status, kUsage) << command;
+        EXPECT_EQ(missing.err, "doccam: There is no file b.jpg.\n") << command;
+        EXPECT_THAT(run(command + " ../home").err, AllOf(isOneSentence(), HasSubstr("is a folder")))
+            << command;
+    }
+    EXPECT_EQ(run("--virtual=b.jpg list").err, "doccam: There is no file b.jpg.\n");
+    EXPECT_THAT(run("--virtual=. list").err, HasSubstr("is a folder"));
+    EXPECT_THAT(files(), ElementsAre("a.jpg"));
 }
 
 TEST_F(Files, GoIntoAPdfUnchangedWhateverTheirExtension) {

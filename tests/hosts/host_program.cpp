@@ -39,8 +39,9 @@ Outcome HostProgramTest::shell(const std::string& command, const std::string& in
     const std::string out = folder_.file("out");
     const std::string err = folder_.file("err");
     std::ofstream(in) << input;
-    const std::string whole = "cd " + work_ + " && HOME=" + home_ + " XDG_STATE_HOME=" + state() +
-                              " " + command + " <" + in + " >" + out + " 2>" + err;
+    const std::string whole = "cd " + work_ + " && HOME=" + home_ + " XDG_CONFIG_HOME=" + home_ +
+                              "/.config XDG_STATE_HOME=" + state() + " " + command + " <" + in +
+                              " >" + out + " 2>" + err;
     const int status = std::system(whole.c_str()); // NOLINT(cert-env33-c): the shell is wanted
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
 }
@@ -66,6 +67,7 @@ RunningProgram HostProgramTest::start(const std::string& cameras,
                                       const std::vector<std::string>& arguments,
                                       const std::vector<std::string>& within) const {
     std::vector<std::string> command{"/usr/bin/env",
+                                     "XDG_CONFIG_HOME=" + home_ + "/.config",
                                      "XDG_STATE_HOME=" + state(),
                                      std::string(virtualcam::kControlVariable) + "=" +
                                          folder_.file("control"),

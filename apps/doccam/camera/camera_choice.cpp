@@ -24,9 +24,8 @@ bool isNumber(const std::string& text) {
 }
 
 std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char letter) {
-        return static_cast<char>(std::tolower(letter));
-    });
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
     return text;
 }
 
@@ -53,8 +52,8 @@ std::vector<Camera> matching(const std::vector<Camera>& cameras, const auto& mat
 // A name given in full is that camera's, even if it is a part of another's.
 std::vector<Camera> named(const std::vector<Camera>& cameras, const std::string& text) {
     const std::string wanted = lowerCase(text);
-    const auto whole = matching(
-        cameras, [&](const Camera& camera) { return lowerCase(camera.name) == wanted; });
+    const auto whole =
+        matching(cameras, [&](const Camera& camera) { return lowerCase(camera.name) == wanted; });
     return !whole.empty() ? whole : matching(cameras, [&](const Camera& camera) {
         return lowerCase(camera.name).find(wanted) != std::string::npos;
     });
@@ -65,8 +64,8 @@ std::vector<Camera> meant(const std::vector<Camera>& cameras, const std::string&
         return matching(cameras,
                         [&](const Camera& camera) { return isSameNode(text, camera.node); });
     }
-    const auto byId = matching(
-        cameras, [&](const Camera& camera) { return camera.usbId == lowerCase(text); });
+    const auto byId =
+        matching(cameras, [&](const Camera& camera) { return camera.usbId == lowerCase(text); });
     return byId.empty() ? named(cameras, text) : byId;
 }
 
@@ -96,8 +95,8 @@ std::string refuseOddCamera(const std::string& text) {
     if (text.empty()) {
         return "a camera is missing";
     }
-    const bool tooLarge = isNumber(text) && parseNumber<int>(text).value_or(kMaximumCameras) >=
-                                                kMaximumCameras;
+    const bool tooLarge =
+        isNumber(text) && parseNumber<int>(text).value_or(kMaximumCameras) >= kMaximumCameras;
     return tooLarge ? "\"" + text + "\" is no number from 0 to 8" : "";
 }
 

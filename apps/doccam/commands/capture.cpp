@@ -23,6 +23,7 @@ namespace {
 struct CaptureOptions {
     StillOptions still;
     Crop crop = Crop::kNone;
+    bool usualCrop = false; // --crop alone
     std::optional<Look> look;
     std::vector<std::string> files;
     bool force = false;
@@ -152,7 +153,8 @@ void addCaptureCommand(CLI::App& app, Context& context) {
     addCaptureOptions(*command, options->still);
     addCropOption(*command, options->crop, Crop::kRectangle,
                   "Cut out the sheet, taken for a rectangle; --crop=sheet also one seen at an "
-                  "angle");
+                  "angle",
+                  &options->usualCrop);
     addLookOption(*command, [options](Look look) { options->look = look; });
     addPageOptions(*command, options->still.page);
     command->add_flag("--force", options->force, "Replace files that exist");
@@ -162,11 +164,12 @@ void addCaptureCommand(CLI::App& app, Context& context) {
         "  doccam capture --crop --clean-edges --colour bw page.png\n"
         "  doccam capture --crop=sheet --look paper page.jpg\n"
         "  doccam capture --size 1280x960 --rotate 90 --quality 70 first.jpg second.pdf");
-    command->callback([&context, command, options] {
-        const CLI::Option* const crop = command->get_option("--crop");
-        if (options->look && crop->count() > 0 && crop->results().back() == "true") {
-            options->crop = Crop::kSheet;
-        }
+    command->callback([&context, options] {
+        context.settle = [options] {
+            if (options->look && options->usualCrop) {
+                options->crop = Crop::kSheet;
+            }
+        };
         context.run = [&context, options] { return capture(context, *options); };
     });
 }

@@ -85,19 +85,27 @@ void addLookOption(CLI::App& command, const std::function<void(Look)>& store) {
 }
 
 // CLI11 gives "true" for the option without a value.
-void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help) {
+void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help,
+                   bool* givenAlone) {
     const auto given = std::make_shared<std::string>();
     const auto choice = [usual](const std::string& name) -> std::optional<Crop> {
         const auto found = kCrops.find(name);
         return name == "true"          ? std::optional(usual)
+               : name == "false"       ? std::optional(Crop::kNone)
                : found != kCrops.end() ? std::optional(found->second)
                                        : std::nullopt;
     };
     command.add_flag("--crop", *given, help)
+        ->option_text("[=CHOICE]")
         ->check([choice](const std::string& name) {
             return choice(name) ? "" : "\"" + name + "\" is none of sheet, rectangle";
         })
-        ->each([&crop, choice, given](const std::string& name) { crop = *choice(name); });
+        ->each([&crop, choice, given, givenAlone](const std::string& name) {
+            crop = *choice(name);
+            if (givenAlone != nullptr) {
+                *givenAlone = name == "true";
+            }
+        });
 }
 
 void addPageOptions(CLI::App& command, PageSettings& page) {

@@ -40,8 +40,10 @@ void addColourOption(CLI::App& command, const std::function<void(Colour)>& store
 // --look.
 void addLookOption(CLI::App& command, const std::function<void(Look)>& store);
 
-// --crop, alone for usual, and --crop=sheet and --crop=rectangle.
-void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help);
+// --crop, alone for usual, --crop=sheet and --crop=rectangle; --crop=false for none. givenAlone is
+// set to whether it was given alone.
+void addCropOption(CLI::App& command, Crop& crop, Crop usual, const std::string& help,
+                   bool* givenAlone = nullptr);
 
 // Opens the chosen camera according to the options and applies the page settings.
 std::unique_ptr<CameraSession> openForStills(const Context& context, const StillOptions& options);

@@ -134,7 +134,12 @@ void addScanCommand(CLI::App& app, Context& context) {
             }
         }
         context.ctrlC = Interrupt::CtrlC::kFinishes;
-        context.virtualCamera.sheetFrames = options.plan.automatic ? kSheetFrames : 0;
+        context.settle = [&context, &options, said = options] {
+            if (options.resume) {
+                options.keepWay(said);
+            }
+            context.virtualCamera.sheetFrames = options.plan.automatic ? kSheetFrames : 0;
+        };
         context.run = [&context, arguments] { return scan(context, *arguments); };
     });
 }

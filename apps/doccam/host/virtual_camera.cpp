@@ -1,6 +1,7 @@
 #include "host/virtual_camera.h"
 
 #include "host/failure.h"
+#include "streams/input_file.h"
 
 #include <link.h>
 #include <unistd.h>
@@ -54,17 +55,10 @@ fs::path findLauncher() {
                              "whole, or leave out --virtual.");
 }
 
-void refuseUnreadable(const std::string& photo) {
-    if (access(photo.c_str(), R_OK) != 0) {
-        throw Failure(kUsage, "The photo " + photo + " cannot be read (" + std::strerror(errno) +
-                                  "); give --virtual= the name of a JPEG or PNG file.");
-    }
-}
-
 std::vector<std::string> launcherCommand(const VirtualCameraRequest& request, char** argv) {
     std::vector<std::string> command{findLauncher().string()};
     if (!request.photo.empty()) {
-        refuseUnreadable(request.photo);
+        requireInputFile(request.photo);
         command.insert(command.end(), {"--photo", request.photo});
     }
     if (request.sheetFrames > 0) {

@@ -5,6 +5,7 @@
 #include "host/failure.h"
 #include "host/modules/with_modules.h"
 #include "pictures/picture_limits.h"
+#include "streams/input_file.h"
 
 #include <opencv2/imgcodecs.hpp>
 
@@ -43,6 +44,7 @@ cv::Mat decode(const std::string& file, int flags) {
 PictureHeader requirePicture(const std::string& file) {
     const auto header = headerOf(file);
     if (!header) {
+        requireInputFile(file);
         failToRead(file);
     }
     refuseBeyond(pictureLimits(), *header, file);

@@ -51,6 +51,13 @@ DocumentPlan ScanOptions::documentPlan() const {
                                                         .background = page.cleanBackground})};
 }
 
+void ScanOptions::keepWay(const ScanOptions& said) {
+    page = said.page;
+    crop = said.crop;
+    look = said.look;
+    plan.whole = said.plan.whole;
+}
+
 void ScanOptions::adopt(const DocumentPlan& document) {
     const auto keep = [this](const char* name, auto& value, const auto& known) {
         if (!given.contains(name)) {

@@ -101,7 +101,8 @@ Settings changed(Settings settings, const Json& object) {
         settings.quality = integer(object, "quality", 1, 100);
     }
     if (object.contains("colour")) {
-        const std::string name = choice(object, "colour", kColours);
+        const std::string name =
+            object.at("colour") == "gray" ? "grey" : choice(object, "colour", kColours);
         const auto place = std::find(kColours.begin(), kColours.end(), name) - kColours.begin();
         settings.colour = static_cast<host::Colour>(place);
     }

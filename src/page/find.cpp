@@ -5,6 +5,7 @@
 #include "page/search/candidates.h"
 #include "page/search/evidence.h"
 #include "page/search/judgement.h"
+#include "page/search/refined_sides.h"
 #include "page/search/relations.h"
 
 #include <algorithm>
@@ -39,13 +40,19 @@ struct Judged {
     bool isDarker; // than what is around it
 };
 
-// Those that may be sheets, the surest first.
+Judged judged(const Candidate& candidate, const Evidence& evidence) {
+    const Traits traits = traitsOf(candidate, evidence);
+    return {candidate, surenessOf(traits), traits.brighter < 0.5};
+}
+
+// Those that may be sheets, or might be after a closer look, the surest first.
 std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evidence& evidence) {
+    constexpr double kUnsure = -4;
     std::vector<Judged> all;
     for (const Candidate& candidate : candidates) {
-        const Traits traits = traitsOf(candidate, evidence);
-        if (const double sureness = surenessOf(traits); sureness >= 0) {
-            all.push_back({candidate, sureness, traits.brighter < 0.5});
+        const Judged one = judged(candidate, evidence);
+        if (one.sureness > kUnsure) {
+            all.push_back(one);
         }
     }
     std::sort(all.begin(), all.end(),
@@ -114,6 +121,9 @@ class SheetSearch {
     // Finds sheets that do not overlap those of earlier rounds. Returns how many.
     std::size_t round(std::size_t maximum);
 
+    // Finds sheets that are only sure after a closer look.
+    void lookCloser(std::size_t maximum);
+
     const std::vector<Sheet>& sheets() const { return sheets_; }
 
   private:
@@ -131,6 +141,7 @@ class SheetSearch {
     cv::Mat picture_;
     Evidence evidence_;
     std::vector<Sheet> sheets_;
+    std::vector<Judged> unsure_; // of the last round, the surest first
 };
 
 // Of the first, and of those that are nearly as sure and in its place, the one whose sides are
@@ -171,8 +182,12 @@ std::optional<Sheet> SheetSearch::bestFitted(std::span<const Judged> judged) con
 
 std::size_t SheetSearch::round(std::size_t maximum) {
     const std::size_t before = sheets_.size();
-    const std::vector<Judged> all =
+    std::vector<Judged> all =
         judged(candidatesOf(linesIn(evidence_), evidence_.colour.size(), kCandidates), evidence_);
+    const auto unsure =
+        std::find_if(all.begin(), all.end(), [](const Judged& one) { return one.sureness < 0; });
+    unsure_.assign(unsure, all.end());
+    all.erase(unsure, all.end());
     for (std::size_t i = 0; i < all.size() && sheets_.size() < maximum; ++i) {
         if (isKnown(inPicture(all[i]))) {
             continue;
@@ -190,6 +205,26 @@ std::size_t SheetSearch::round(std::size_t maximum) {
     return sheets_.size() - before;
 }
 
+void SheetSearch::lookCloser(std::size_t maximum) {
+    int looks = 6;
+    for (const Judged& one : unsure_) {
+        if (sheets_.size() == maximum || looks == 0) {
+            return;
+        }
+        if (one.candidate.cut || isKnown(inPicture(one))) {
+            continue;
+        }
+        --looks;
+        const Judged closer = judged(withRefinedSides(one.candidate, evidence_), evidence_);
+        if (closer.sureness < 0 || isKnown(inPicture(closer))) {
+            continue;
+        }
+        if (const auto sheet = bestFitted(std::span(&closer, 1))) {
+            sheets_.push_back(*sheet);
+        }
+    }
+}
+
 } // namespace
 
 std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
@@ -203,6 +238,7 @@ std::vector<Sheet> findSheets(const cv::Mat& picture, std::size_t maximum) {
     // Without the print of those found, the sides of smaller ones beside them stand out.
     while (search.round(maximum) > 0 && search.sheets().size() < maximum) {
     }
+    search.lookCloser(maximum);
     std::vector<Sheet> sheets = search.sheets();
     std::stable_sort(sheets.begin(), sheets.end(), [](const Sheet& one, const Sheet& other) {
         return one.confidence > other.confidence;

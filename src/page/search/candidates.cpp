@@ -237,6 +237,14 @@ std::vector<Candidate> different(const std::vector<Promising>& candidates, std::
 
 } // namespace
 
+Candidate candidateAt(const Corners& corners, const Evidence& evidence) {
+    std::vector<SupportedLine> lines;
+    for (std::size_t i = 0; i < 4; ++i) {
+        lines.emplace_back(Line::through(corners[i], corners[(i + 1) % 4]), evidence);
+    }
+    return {corners, supportOf({&lines[0], &lines[1], &lines[2], &lines[3]}, corners)};
+}
+
 std::vector<Candidate> candidatesOf(const std::vector<SupportedLine>& lines, cv::Size picture,
                                     std::size_t maximum) {
     constexpr std::size_t kCompared = 10; // of those kept, to leave out similar ones

@@ -27,4 +27,7 @@ struct Candidate {
 std::vector<Candidate> candidatesOf(const std::vector<SupportedLine>& lines, cv::Size picture,
                                     std::size_t maximum);
 
+// The candidate with these corners, clockwise, whose sides are no borders.
+Candidate candidateAt(const Corners& corners, const Evidence& evidence);
+
 } // namespace doccam::page

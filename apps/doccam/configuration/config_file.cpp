@@ -28,8 +28,9 @@ std::string contentOf(const std::string& path) {
     std::string text(static_cast<std::size_t>(kLargestFile) + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (file.bad() || file.gcount() > kLargestFile) {
-        throw Failure(kUsage, "The configuration " + path + " cannot be read, or is larger than a "
-                                                            "mebibyte.");
+        throw Failure(kUsage, "The configuration " + path +
+                                  " cannot be read, or is larger than a "
+                                  "mebibyte.");
     }
     text.resize(static_cast<std::size_t>(file.gcount()));
     return text;
@@ -88,8 +89,9 @@ class Reader {
     void refuseTablesIn(const toml::table& section) const {
         for (const auto& [key, node] : section) {
             if (node.is_table()) {
-                fail(placeOf(node.source()), "\"" + std::string(key.str()) + "\" is a table where "
-                                                                             "a value is expected");
+                fail(placeOf(node.source()), "\"" + std::string(key.str()) +
+                                                 "\" is a table where "
+                                                 "a value is expected");
             }
         }
     }

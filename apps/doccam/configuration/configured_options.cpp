@@ -185,11 +185,10 @@ void applyConfiguration(CLI::App& app, const ConfigChoice& choice) {
     if (!choice.profile.empty()) {
         const auto profile = file.profiles.find(choice.profile);
         if (profile == file.profiles.end()) {
-            throw Failure(kUsage, "There is no profile \"" + choice.profile + "\" in " + path +
-                                      (file.profiles.empty() ? "" : "; it has ") +
-                                      listed(file.profiles,
-                                             [](const auto& one) { return one.first; }) +
-                                      ".");
+            throw Failure(
+                kUsage, "There is no profile \"" + choice.profile + "\" in " + path +
+                            (file.profiles.empty() ? "" : "; it has ") +
+                            listed(file.profiles, [](const auto& one) { return one.first; }) + ".");
         }
         configuration.add(profile->second);
     }

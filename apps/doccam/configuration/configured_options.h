@@ -7,9 +7,9 @@
 
 namespace doccam::host {
 
-// Gives each option that the command line does not name what the profile says, or else the file. Call
-// it once the command line is parsed. The options' counts stay those of the command line. Throws
-// Failure, with the file's line, also for what concerns other commands and profiles.
+// Gives each option that the command line does not name what the profile says, or else the file.
+// Call it once the command line is parsed. The options' counts stay those of the command line.
+// Throws Failure, with the file's line, also for what concerns other commands and profiles.
 void applyConfiguration(CLI::App& app, const ConfigChoice& choice);
 
 } // namespace doccam::host

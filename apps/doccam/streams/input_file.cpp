@@ -18,7 +18,8 @@ void requireInputFile(const std::string& path) {
         throw Failure(kUsage, "There is no file " + path + ".");
     }
     if (!file.isOpen()) {
-        throw Failure(kUsage, "The file " + path + " cannot be read: " + std::strerror(error) + ".");
+        throw Failure(kUsage,
+                      "The file " + path + " cannot be read: " + std::strerror(error) + ".");
     }
     const auto status = statusOf(file.get());
     if (status && S_ISDIR(status->st_mode)) {

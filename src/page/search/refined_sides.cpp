@@ -19,8 +19,8 @@ std::vector<Place> edgesBeside(const Line& line, double from, double to,
                                const cv::Mat& directions) {
     constexpr int kReach = 4;
     constexpr int kNearAngle = 12;
-    const int angle = cvRound(cv::fastAtan2(static_cast<float>(line.normal().y),
-                                            static_cast<float>(line.normal().x)));
+    const int angle = cvRound(
+        cv::fastAtan2(static_cast<float>(line.normal().y), static_cast<float>(line.normal().x)));
     const cv::Rect picture(0, 0, directions.cols, directions.rows);
     std::vector<Place> places;
     for (double along = from; along <= to; ++along) {

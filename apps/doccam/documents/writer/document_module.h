@@ -1,0 +1,33 @@
+// What the hosts ask of the module that writes PDFs with libqpdf, libtiff and libpng.
+#pragma once
+
+#include "base/modules/module.h"
+#include "documents/writer/document_plan.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+inline constexpr char kDocumentsModule[] = "documents";
+
+// The module's table. All of it throws DocumentError; any thread may call it.
+struct DocumentModule {
+    ModuleHead head;
+
+    // The parts of a JPEG, PNG, TIFF or PDF file; none of other files.
+    std::vector<FilePart> (*parts)(const std::string& file);
+
+    // A picture of a TIFF, upright, grey or blue first.
+    cv::Mat (*tiffPicture)(const std::string& file, int part);
+
+    // Writes the PDF to path.
+    void (*write)(const DocumentPlan& plan, const std::string& path);
+};
+
+// Opens the module at first use. Throws ModuleError. Any thread.
+inline const DocumentModule& documentModule() {
+    return moduleTable<DocumentModule>(kDocumentsModule);
+}
+
+} // namespace doccam::host

@@ -1,0 +1,24 @@
+// Pages of other PDFs.
+#pragma once
+
+#include "documents/writer/document_plan.h"
+
+#include <qpdf/QPDF.hh>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+// Whether the file begins as a PDF.
+bool isPdf(const std::string& file);
+
+// Opens a PDF whose pages may be taken. Throws DocumentError for one that is damaged, encrypted or
+// signed.
+std::unique_ptr<QPDF> openPdf(const std::string& file);
+
+// The size of each page as shown.
+std::vector<Millimetres> pageSizes(QPDF& document);
+
+} // namespace doccam::host

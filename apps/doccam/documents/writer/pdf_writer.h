@@ -1,0 +1,13 @@
+// Writing a PDF of a plan.
+#pragma once
+
+#include "documents/writer/document_plan.h"
+
+#include <string>
+
+namespace doccam::host {
+
+// Writes path. Throws DocumentError.
+void writePdf(const DocumentPlan& plan, const std::string& path);
+
+} // namespace doccam::host

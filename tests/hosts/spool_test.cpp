@@ -291,8 +291,9 @@ TEST_F(Spooled, NamesLeadNowhereElse) {
 
 TEST_F(Spooled, ManifestsThatPointElsewhereAreDamaged) {
     Manifest manifest;
-    manifest.last = 2;
+    manifest.last = 3;
     manifest.pages = {{1, "frame-000001.jpg", ofASheet()}, {2, "frame-000002.png", Recipe{}}};
+    manifest.removed = {{.page = {3, "frame-000003.jpg", Recipe{}}, .place = 1}};
     const std::string sound = textOf(manifest);
     ASSERT_TRUE(parseManifest(sound));
     for (const auto& [part, other] :
@@ -302,8 +303,11 @@ TEST_F(Spooled, ManifestsThatPointElsewhereAreDamaged) {
           std::pair("frame-000002.png", "frame-000001.jpg"), std::pair("60.25", "1e300"),
           std::pair("60.25", "null"), std::pair("\"turn\": 0", "\"turn\": 4"),
           std::pair("\"turn\": 0", "\"turn\": 1e99"), std::pair("\"id\": 2", "\"id\": 1"),
-          std::pair("\"id\": 2", "\"id\": 3"), std::pair("\"quality\": 85", "\"quality\": -1"),
-          std::pair("paper", "shiny"), std::pair("\"version\": 1", "\"version\": 2")}) {
+          std::pair("\"id\": 2", "\"id\": 3"), std::pair("\"id\": 3", "\"id\": 4"),
+          std::pair("frame-000003.jpg", "frame-000001.jpg"),
+          std::pair("\"place\": 1", "\"place\": -1"), std::pair("\"scan\"", "\"read\""),
+          std::pair("\"quality\": 85", "\"quality\": -1"), std::pair("paper", "shiny"),
+          std::pair("\"version\": 1", "\"version\": 2")}) {
         std::string text = sound;
         ASSERT_NE(text.find(part), std::string::npos) << part;
         text.replace(text.find(part), std::string(part).size(), other);

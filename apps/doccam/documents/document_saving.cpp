@@ -39,9 +39,9 @@ SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, Outpu
             throw Interruption();
         }
         try {
-            const PageFile made = renderer.finish(page);
-            paths.push_back(made.path);
-            saved.pages.push_back({page, made.size});
+            const auto made = renderer.finish(page);
+            paths.push_back(made->path);
+            saved.pages.push_back({page, made->size});
         } catch (const DamagedFrame& damage) {
             saved.damaged.emplace_back(damage.what());
         }

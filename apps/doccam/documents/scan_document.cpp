@@ -13,7 +13,8 @@ namespace {
 void tellOfUnsaved(const Spool& spool) {
     const auto entries = spool.list();
     const auto count = std::count_if(entries.begin(), entries.end(), [](const SpoolEntry& entry) {
-        return !entry.inUse && (!entry.manifest || entry.manifest->saved == 0);
+        return entry.isLeft() ? entry.manifest->plan.taker == PageTaker::kScan
+                              : !entry.inUse && !entry.manifest;
     });
     if (count > 0) {
         complain("The spool has " + std::to_string(count) +
@@ -44,7 +45,7 @@ void ScanDocument::open(const ScanOptions& options) {
         return;
     }
     spool_.emplace();
-    pages_ = openSpooled(*spool_, "");
+    pages_ = openSpooled(*spool_, "", PageTaker::kScan);
     const std::string target = targetFor(*pages_, options.target);
     file_.emplace(target, options.force);
     ScanOptions adopting = options;
@@ -78,8 +79,9 @@ std::string ScanDocument::keptSentence() const {
            std::string("; doccam scan --resume goes on, doccam spool resume saves them.");
 }
 
-std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string& name) {
-    const std::string chosen = name.empty() ? spool.newestUnsaved() : name;
+std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string& name,
+                                          std::optional<PageTaker> taker) {
+    const std::string chosen = name.empty() ? spool.newestUnsaved(taker) : name;
     if (chosen.empty()) {
         throw Failure(kNothingFound, "The spool has no document that is not saved; doccam spool "
                                      "list shows which there are.");

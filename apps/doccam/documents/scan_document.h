@@ -41,8 +41,10 @@ class ScanDocument {
     std::unique_ptr<PageRenderer> renderer_;
 };
 
-// Opens a document of the spool, the newest unsaved one for an empty name. Throws Failure.
-std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string& name);
+// Opens a document of the spool; for an empty name the newest unsaved one, of any taker unless one
+// is given. Throws Failure.
+std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string& name,
+                                          std::optional<PageTaker> taker = std::nullopt);
 
 // The file to save the document as: as named, or else as it was to be. Throws Failure.
 std::string targetFor(const PageDocument& document, const std::string& named);

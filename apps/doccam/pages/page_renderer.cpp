@@ -4,9 +4,8 @@
 #include "pages/rendering.h"
 #include "pictures/writing.h"
 
-#include <cstring>
 #include <filesystem>
-#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace doccam::host {
@@ -21,69 +20,109 @@ std::pair<std::vector<unsigned char>, cv::Size> makePage(const PageDocument& doc
     return {encodePage("page.jpg", *made, page.recipe.quality), {made->width, made->height}};
 }
 
+PageFile::~PageFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+}
+
 PageRenderer::PageRenderer(const PageDocument& document, std::string folder)
   : document_(document)
   , folder_(std::move(folder))
   , thread_([this] { run(); }) {}
 
 PageRenderer::~PageRenderer() {
-    {
-        const std::lock_guard lock(mutex_);
-        ending_ = true;
-    }
-    changed_.notify_all();
+    close();
     thread_.join();
 }
 
 void PageRenderer::begin(const KeptPage& page) {
     const std::lock_guard lock(mutex_);
-    if (works_.try_emplace(page.frame, Work{.page = page}).second) {
-        waiting_.push_back(page.frame);
-        changed_.notify_all();
-    }
+    begun(page);
 }
 
-PageFile PageRenderer::finish(const KeptPage& page) {
-    begin(page);
-    std::unique_lock lock(mutex_);
-    const Work& work = works_.at(page.frame);
-    changed_.wait(lock, [&work] { return work.done; });
-    if (work.failure) {
-        std::rethrow_exception(work.failure);
+// Call with the lock held.
+std::shared_ptr<PageRenderer::Work> PageRenderer::begun(const KeptPage& page) {
+    std::shared_ptr<Work>& work = works_[pictureName(page)];
+    if (!work) {
+        work = std::make_shared<Work>(Work{.page = page});
+        waiting_.push_back(work);
+        changed_.notify_all();
     }
-    return work.file;
+    return work;
+}
+
+std::shared_ptr<const PageFile> PageRenderer::finish(const KeptPage& page) {
+    std::unique_lock lock(mutex_);
+    const std::shared_ptr<Work> work = begun(page);
+    changed_.wait(lock, [&] { return work->done || closed_; });
+    if (work->failure) {
+        std::rethrow_exception(work->failure);
+    }
+    if (!work->done) {
+        throw Failure(kFileFailed, "The page is not made, as the program ends.");
+    }
+    return work->file;
+}
+
+void PageRenderer::forget(const KeptPage& page) {
+    const std::lock_guard lock(mutex_);
+    works_.erase(pictureName(page));
+}
+
+void PageRenderer::close() {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    changed_.notify_all();
 }
 
 void PageRenderer::run() {
     std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] { return ending_ || !waiting_.empty(); });
-        if (ending_) {
+        changed_.wait(lock, [this] { return closed_ || !waiting_.empty(); });
+        if (closed_) {
             return;
         }
-        Work& work = works_.at(waiting_.front());
+        const std::shared_ptr<Work> work = std::move(waiting_.front());
         waiting_.pop_front();
+        if (work.use_count() == 1) {
+            continue; // forgotten
+        }
         lock.unlock();
-        make(work);
+        make(*work);
         lock.lock();
-        work.done = true;
+        work->done = true;
+        if (work->failure) {
+            forgetFailed(work);
+        }
         changed_.notify_all();
+    }
+}
+
+// What failed may succeed when it is wanted again, as when the disk is no longer full.
+void PageRenderer::forgetFailed(const std::shared_ptr<Work>& work) {
+    const auto found = works_.find(pictureName(work->page));
+    if (found != works_.end() && found->second == work) {
+        works_.erase(found);
     }
 }
 
 void PageRenderer::make(Work& work) const try {
     const auto [bytes, size] = makePage(document_, work.page);
-    const std::string_view extension = extensionOf(bytes);
-    const std::string stem = std::filesystem::path(work.page.frame).stem().string();
-    work.file = {folder_ + "/" + stem + std::string(extension), size};
-    if (!writeBytes(work.file.path, bytes)) {
-        throw Failure(kFileFailed, "A page could not be written beside the PDF; look whether the "
-                                   "disk is full.");
+    const std::string path = folder_ + "/" + pictureName(work.page) + extensionOf(bytes);
+    auto file = std::make_shared<const PageFile>(path, size);
+    if (!writeBytes(path, bytes)) {
+        throw Failure(kFileFailed, "A page could not be written; look whether the disk is full.");
     }
+    work.file = std::move(file);
 
 } catch (...) {
 
     work.failure = std::current_exception();
+}
+
+std::string pictureName(const KeptPage& page) {
+    const std::string stem = std::filesystem::path(page.frame).stem().string();
+    return page.changes == 0 ? stem : stem + "-" + std::to_string(page.changes);
 }
 
 } // namespace doccam::host

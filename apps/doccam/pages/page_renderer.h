@@ -9,18 +9,31 @@
 #include <deque>
 #include <exception>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace doccam::host {
 
-struct PageFile {
-    std::string path; // a JPEG, or in black and white a PNG
-    cv::Size size;
+// Removed with the object.
+class PageFile {
+  public:
+    PageFile(std::string named, cv::Size pixels)
+      : path(std::move(named))
+      , size(pixels) {}
+
+    ~PageFile();
+    PageFile(const PageFile&) = delete;
+    PageFile& operator=(const PageFile&) = delete;
+
+    const std::string path; // a JPEG, or in black and white a PNG
+    const cv::Size size;
 };
 
-// Works on a thread of its own, one page at a time. One thread calls it.
+// Works on a thread of its own, one page at a time. Any thread calls it.
 class PageRenderer {
   public:
     // Writes into folder. Both must outlive the object.
@@ -32,29 +45,41 @@ class PageRenderer {
     // Begins to make the page's file, unless it is begun or made.
     void begin(const KeptPage& page);
 
-    // Waits for the page's file. Throws Failure if its frame is damaged or it cannot be written.
-    PageFile finish(const KeptPage& page);
+    // Waits for the page's file. Throws Failure if its frame is damaged or it cannot be written,
+    // and after close().
+    std::shared_ptr<const PageFile> finish(const KeptPage& page);
+
+    // Nobody will want the page's file as it is by this recipe; those who have it keep it.
+    void forget(const KeptPage& page);
+
+    // Makes no further file, so that nobody waits for one.
+    void close();
 
   private:
     struct Work {
-        KeptPage page;
+        const KeptPage page;
         bool done = false;
-        PageFile file{};
+        std::shared_ptr<const PageFile> file{};
         std::exception_ptr failure{};
     };
 
+    std::shared_ptr<Work> begun(const KeptPage& page);
     void run();
     void make(Work& work) const;
+    void forgetFailed(const std::shared_ptr<Work>& work);
 
     const PageDocument& document_;
     const std::string folder_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::map<std::string, Work> works_; // by frame
-    std::deque<std::string> waiting_;
-    bool ending_ = false;
+    std::map<std::string, std::shared_ptr<Work>> works_; // by the files' names, less the extension
+    std::deque<std::shared_ptr<Work>> waiting_;
+    bool closed_ = false;
     std::thread thread_;
 };
+
+// By frame and number of changes: never that of another page or recipe.
+std::string pictureName(const KeptPage& page);
 
 // The bytes of a page's file, and its size in pixels. Throws Failure for a damaged frame.
 std::pair<std::vector<unsigned char>, cv::Size> makePage(const PageDocument& document,

@@ -18,7 +18,10 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
 constexpr std::size_t kMostPages = 10000;
+constexpr std::size_t kMostCodes = 100;
+constexpr int kHighest = 1'000'000'000; // id, place or number of changes
 constexpr std::array<const char*, 2> kLookNames{"photo", "paper"};
+constexpr std::array<const char*, 2> kTakerNames{"scan", "serve"};
 
 // File names are any bytes; JSON takes none but UTF-8.
 std::string escaped(const std::string& path) {
@@ -68,6 +71,25 @@ Json asJson(const Recipe& recipe) {
 Json asJson(const std::optional<StillCleaning>& stills) {
     return stills ? Json{{"cleanEdges", stills->edges}, {"cleanBackground", stills->background}}
                   : Json();
+}
+
+Json asJson(const KeptPage& page) {
+    Json codes = Json::array();
+    for (const std::string& code : page.origin.codes) {
+        codes.push_back(escaped(code));
+    }
+    Json entry{{"id", page.id},
+               {"frame", page.frame},
+               {"finished", page.origin.finished},
+               {"cropped", page.origin.cropped},
+               {"confidence", nullptr},
+               {"codes", std::move(codes)},
+               {"changes", page.changes},
+               {"recipe", asJson(page.recipe)}};
+    if (page.origin.confidence) {
+        entry["confidence"] = *page.origin.confidence;
+    }
+    return entry;
 }
 
 void require(bool holds) {
@@ -134,6 +156,15 @@ bool isFrameName(const std::string& name) {
                        [](unsigned char letter) { return std::isdigit(letter) != 0; });
 }
 
+// Earlier manifests lack some lists.
+const Json& listIn(const Json& object, const char* name, std::size_t longest) {
+    static const Json kNone = Json::array();
+    const auto found = object.find(name);
+    const Json& list = found == object.end() ? kNone : *found;
+    require(list.is_array() && list.size() <= longest);
+    return list;
+}
+
 KeptPage pageIn(const Json& value, int last) {
     KeptPage page;
     page.id = number(value.at("id"), 1, last);
@@ -145,6 +176,10 @@ KeptPage pageIn(const Json& value, int last) {
     if (const Json& confidence = value.at("confidence"); !confidence.is_null()) {
         page.origin.confidence = confidence.get<double>();
     }
+    for (const Json& code : listIn(value, "codes", kMostCodes)) {
+        page.origin.codes.push_back(unescaped(code.get<std::string>()));
+    }
+    page.changes = value.contains("changes") ? number(value.at("changes"), 0, kHighest) : 0;
     return page;
 }
 
@@ -161,10 +196,25 @@ std::optional<StillCleaning> stillsIn(const Json& manifest, bool wholeFrame) {
                          .background = stills->at("cleanBackground").get<bool>()};
 }
 
+// Each id and each frame is one page's.
+void requireDifferent(const Manifest& manifest) {
+    std::set<int> ids;
+    std::set<std::string> frames;
+    const auto note = [&](const KeptPage& page) {
+        require(ids.insert(page.id).second && frames.insert(page.frame).second);
+    };
+    std::for_each(manifest.pages.begin(), manifest.pages.end(), note);
+    for (const RemovedPage& one : manifest.removed) {
+        note(one.page);
+    }
+}
+
 Manifest manifestIn(const Json& value) {
-    constexpr int kHighest = 1'000'000'000;
     require(value.at("version") == kVersion);
     Manifest manifest;
+    if (const auto taker = value.find("taker"); taker != value.end()) {
+        manifest.plan.taker = choice<PageTaker>(*taker, kTakerNames);
+    }
     manifest.plan.target = unescaped(value.at("target").get<std::string>());
     require(manifest.plan.target.find('\0') == std::string::npos);
     manifest.plan.wholeFrame = value.at("wholeFrame").get<bool>();
@@ -173,14 +223,16 @@ Manifest manifestIn(const Json& value) {
     require(value.at("saved").is_number_integer());
     manifest.saved = value.at("saved").get<std::int64_t>();
     manifest.last = number(value.at("last"), 0, kHighest);
-    const Json& pages = value.at("pages");
-    require(pages.is_array() && pages.size() <= kMostPages);
-    std::set<int> ids;
-    std::set<std::string> frames;
-    for (const Json& entry : pages) {
-        const KeptPage& page = manifest.pages.emplace_back(pageIn(entry, manifest.last));
-        require(ids.insert(page.id).second && frames.insert(page.frame).second);
+    require(value.contains("pages"));
+    for (const Json& entry : listIn(value, "pages", kMostPages)) {
+        manifest.pages.push_back(pageIn(entry, manifest.last));
     }
+    for (const Json& entry : listIn(value, "removed", kMostPages)) {
+        manifest.removed.push_back(
+            {.page = pageIn(entry.at("page"), manifest.last),
+             .place = static_cast<std::size_t>(number(entry.at("place"), 0, kHighest))});
+    }
+    requireDifferent(manifest);
     return manifest;
 }
 
@@ -189,25 +241,22 @@ Manifest manifestIn(const Json& value) {
 std::string textOf(const Manifest& manifest) {
     Json pages = Json::array();
     for (const KeptPage& page : manifest.pages) {
-        Json entry{{"id", page.id},
-                   {"frame", page.frame},
-                   {"finished", page.origin.finished},
-                   {"cropped", page.origin.cropped},
-                   {"confidence", nullptr},
-                   {"recipe", asJson(page.recipe)}};
-        if (page.origin.confidence) {
-            entry["confidence"] = *page.origin.confidence;
-        }
-        pages.push_back(std::move(entry));
+        pages.push_back(asJson(page));
+    }
+    Json removed = Json::array();
+    for (const RemovedPage& one : manifest.removed) {
+        removed.push_back({{"place", one.place}, {"page", asJson(one.page)}});
     }
     const Json object{{"version", kVersion},
+                      {"taker", kTakerNames.at(static_cast<std::size_t>(manifest.plan.taker))},
                       {"target", escaped(manifest.plan.target)},
                       {"wholeFrame", manifest.plan.wholeFrame},
                       {"recipe", asJson(manifest.plan.recipe)},
                       {"stills", asJson(manifest.plan.stills)},
                       {"saved", manifest.saved},
                       {"last", manifest.last},
-                      {"pages", std::move(pages)}};
+                      {"pages", std::move(pages)},
+                      {"removed", std::move(removed)}};
     return object.dump(1) + "\n";
 }
 

@@ -1,5 +1,6 @@
 #include "pages/spool/page_document.h"
 
+#include "pictures/headers/picture_header.h"
 #include "pictures/reading.h"
 
 #include <opencv2/imgcodecs.hpp>
@@ -21,13 +22,22 @@ constexpr std::size_t kMaximumManifest = 16 << 20;
                                    "XDG_STATE_HOME, and take it again.");
 }
 
+[[noreturn]] void failWithout(int id) {
+    throw Failure(kNothingFound, "There is no page " + std::to_string(id) + ".");
+}
+
 KeptPage& at(Manifest& manifest, int id) {
     const auto found = std::find_if(manifest.pages.begin(), manifest.pages.end(),
                                     [id](const KeptPage& page) { return page.id == id; });
     if (found == manifest.pages.end()) {
-        throw Failure(kNothingFound, "There is no page " + std::to_string(id) + ".");
+        failWithout(id);
     }
     return *found;
+}
+
+// By its descriptor, as what a name means may change.
+std::string pathOf(const UniqueFd& file) {
+    return "/proc/self/fd/" + std::to_string(file.get());
 }
 
 std::vector<KeptPage> inOrder(Manifest& manifest, const std::vector<int>& ids) {
@@ -87,9 +97,24 @@ DocumentPlan PageDocument::plan() const {
     return manifest_.plan;
 }
 
+bool PageDocument::isSaved() const {
+    const std::lock_guard lock(mutex_);
+    return manifest_.saved != 0;
+}
+
 std::vector<KeptPage> PageDocument::pages() const {
     const std::lock_guard lock(mutex_);
     return manifest_.pages;
+}
+
+std::vector<KeptPage> PageDocument::removedPages() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<KeptPage> pages;
+    pages.reserve(manifest_.removed.size());
+    for (const RemovedPage& removed : manifest_.removed) {
+        pages.push_back(removed.page);
+    }
+    return pages;
 }
 
 void PageDocument::commit(const std::function<void(Manifest&)>& change) {
@@ -113,18 +138,24 @@ std::string PageDocument::keep(const FrameFile& frame) {
     return name;
 }
 
-// By its descriptor, as what a path names may change.
 cv::Mat PageDocument::frame(const std::string& name) const {
     const UniqueFd file = folder_.file(name);
     if (!file.isOpen()) {
         throw DamagedFrame(name);
     }
     try {
-        return readPicture("/proc/self/fd/" + std::to_string(file.get()),
-                           cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
+        return readPicture(pathOf(file), cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
     } catch (const Failure&) {
         throw DamagedFrame(name);
     }
+}
+
+cv::Size PageDocument::frameSize(const std::string& name) const {
+    const UniqueFd file = folder_.file(name);
+    FileBytes bytes(pathOf(file));
+    const auto header = file.isOpen() && bytes.isOpen() ? readPictureHeader(bytes) : std::nullopt;
+    return header ? cv::Size(static_cast<int>(header->width), static_cast<int>(header->height))
+                  : cv::Size();
 }
 
 FrameFile PageDocument::file(const std::string& name) const {
@@ -146,12 +177,12 @@ KeptPage PageDocument::add(const std::string& frame, const Recipe& recipe,
 
 void PageDocument::retake(int id, const std::string& frame, const Recipe& recipe,
                           const PageOrigin& origin) {
-    const std::string before = at(manifest_, id).frame;
+    const KeptPage before = at(manifest_, id);
     commit([&](Manifest& manifest) {
         ++manifest.last;
-        at(manifest, id) = {id, frame, recipe, origin};
+        at(manifest, id) = {id, frame, recipe, origin, before.changes + 1};
     });
-    folder_.remove(before);
+    folder_.remove(before.frame);
 }
 
 void PageDocument::change(int id, const Recipe& recipe) {
@@ -159,6 +190,7 @@ void PageDocument::change(int id, const Recipe& recipe) {
         KeptPage& page = at(manifest, id);
         page.recipe = recipe;
         page.origin.finished = false;
+        ++page.changes;
     });
 }
 
@@ -168,6 +200,40 @@ void PageDocument::remove(int id) {
         std::erase_if(manifest.pages, [id](const KeptPage& page) { return page.id == id; });
     });
     folder_.remove(frame);
+}
+
+void PageDocument::setAside(int id) {
+    const KeptPage page = at(manifest_, id);
+    std::string forgotten;
+    commit([&](Manifest& manifest) {
+        const auto place = std::find_if(manifest.pages.begin(), manifest.pages.end(),
+                                        [id](const KeptPage& other) { return other.id == id; });
+        manifest.removed.push_back(
+            {page, static_cast<std::size_t>(place - manifest.pages.begin())});
+        manifest.pages.erase(place);
+        if (manifest.removed.size() > kMaximumRemoved) {
+            forgotten = manifest.removed.front().page.frame;
+            manifest.removed.erase(manifest.removed.begin());
+        }
+    });
+    if (!forgotten.empty()) {
+        folder_.remove(forgotten);
+    }
+}
+
+void PageDocument::restore(int id) {
+    commit([id](Manifest& manifest) {
+        const auto found =
+            std::find_if(manifest.removed.begin(), manifest.removed.end(),
+                         [id](const RemovedPage& removed) { return removed.page.id == id; });
+        if (found == manifest.removed.end()) {
+            failWithout(id);
+        }
+        const std::size_t place = std::min(found->place, manifest.pages.size());
+        manifest.pages.insert(manifest.pages.begin() + static_cast<std::ptrdiff_t>(place),
+                              found->page);
+        manifest.removed.erase(found);
+    });
 }
 
 void PageDocument::reorder(const std::vector<int>& ids) {

@@ -43,8 +43,12 @@ class PageDocument {
     const std::string& name() const { return name_; }
 
     DocumentPlan plan() const;
+    // Since its last change.
+    bool isSaved() const;
     // In the user's order.
     std::vector<KeptPage> pages() const;
+    // Those that can be restored, the one set aside last at the end.
+    std::vector<KeptPage> removedPages() const;
 
     // Writes a frame, which is no page yet, and returns its name. The next one takes its place
     // unless it has become one.
@@ -52,6 +56,9 @@ class PageDocument {
 
     // Decodes a kept frame, blue first. Throws DamagedFrame.
     cv::Mat frame(const std::string& name) const;
+
+    // The size of a kept frame by its header; 0 x 0 for one that is missing or has none.
+    cv::Size frameSize(const std::string& name) const;
 
     // The file of a kept frame. Throws DamagedFrame if it is missing.
     FrameFile file(const std::string& name) const;
@@ -65,6 +72,11 @@ class PageDocument {
                 const PageOrigin& origin = {});
     void change(int id, const Recipe& recipe);
     void remove(int id);
+
+    // Removes a page, and brings it back to where it was. The last kMaximumRemoved can be.
+    static constexpr std::size_t kMaximumRemoved = 20;
+    void setAside(int id);
+    void restore(int id);
 
     // ids must contain each page once; throws Failure otherwise.
     void reorder(const std::vector<int>& ids);

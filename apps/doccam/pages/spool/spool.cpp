@@ -7,13 +7,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <random>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -26,7 +24,6 @@ constexpr const char* kFolder = "spool";
 // Folders that are being made or removed; hidden, so that they are no documents.
 constexpr const char* kUnfinished = ".new-";
 constexpr const char* kGone = ".gone-";
-constexpr std::string_view kPattern = "00000000-000000-000000-xxxxxx";
 
 [[noreturn]] void failWithoutPlace(const fs::path& path) {
     throw Failure(kFileFailed, "Pages cannot be kept in " + path.string() + " (" +
@@ -44,49 +41,21 @@ constexpr std::string_view kPattern = "00000000-000000-000000-xxxxxx";
                   "The document " + name + " is in use by another doccam; end that one first.");
 }
 
-bool fits(char letter, char pattern) {
-    const auto byte = static_cast<unsigned char>(letter);
-    switch (pattern) {
-    case '0':
-        return std::isdigit(byte) != 0;
-    case 'x':
-        return std::isxdigit(byte) != 0;
-    default:
-        return letter == pattern;
-    }
-}
-
-bool isDocumentName(const std::string& name) {
-    return name.size() == kPattern.size() &&
-           std::equal(name.begin(), name.end(), kPattern.begin(), fits);
-}
-
-std::string newName() {
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto part = std::chrono::duration_cast<std::chrono::microseconds>(
-                          now - std::chrono::system_clock::from_time_t(seconds))
-                          .count();
-    std::tm time{};
-    gmtime_r(&seconds, &time);
-    std::array<char, 32> date{};
-    std::strftime(date.data(), date.size(), "%Y%m%d-%H%M%S", &time);
-    std::array<char, 64> name{};
-    std::snprintf(name.data(), name.size(), "%s-%06d-%06x", date.data(), static_cast<int>(part),
-                  std::random_device()() & 0xFFFFFFU);
-    return name.data();
-}
-
 PrivateFolder openSpool(const fs::path& path) {
     return PrivateFolder(path.string());
 }
 
 // Files that a process did not finish, or removed from the manifest but no more from the disk.
 void sweep(const PrivateFolder& folder, const Manifest& manifest) {
+    std::set<std::string> frames;
+    for (const KeptPage& page : manifest.pages) {
+        frames.insert(page.frame);
+    }
+    for (const RemovedPage& removed : manifest.removed) {
+        frames.insert(removed.page.frame);
+    }
     for (const std::string& name : folder.names()) {
-        const bool isPage = std::any_of(manifest.pages.begin(), manifest.pages.end(),
-                                        [&](const KeptPage& page) { return page.frame == name; });
-        if (!isPage && name != kManifestFile && name != kLockFile) {
+        if (!frames.contains(name) && name != kManifestFile && name != kLockFile) {
             folder.remove(name);
         }
     }
@@ -94,40 +63,6 @@ void sweep(const PrivateFolder& folder, const Manifest& manifest) {
 
 std::string sized(std::uint64_t bytes) {
     return std::to_string(bytes >> 20) + " MiB";
-}
-
-bool isSaved(const SpoolEntry& entry) {
-    return entry.manifest && entry.manifest->saved != 0 && !entry.inUse;
-}
-
-// Nothing would be lost with it.
-bool isEmpty(const SpoolEntry& entry) {
-    return entry.manifest && entry.manifest->pages.empty();
-}
-
-bool looksLikeAFrame(const UniqueFd& file) {
-    std::array<char, 3> start{};
-    const ssize_t count = file.isOpen() ? pread(file.get(), start.data(), start.size(), 0) : 0;
-    const std::string_view bytes(start.data(), start.size());
-    return count == static_cast<ssize_t>(start.size()) &&
-           (bytes == "\xFF\xD8\xFF" || bytes == "\x89PN");
-}
-
-SpoolEntry described(const PrivateFolder& spool, const fs::path& path, const std::string& name) {
-    const PrivateFolder folder = spool.folder(name);
-    SpoolEntry entry{.name = name,
-                     .folder = path / name,
-                     .inUse = folder.isLocked(kLockFile),
-                     .bytes = folder.bytes(),
-                     .manifest = readManifest(folder)};
-    if (entry.manifest) {
-        for (const KeptPage& page : entry.manifest->pages) {
-            if (!looksLikeAFrame(folder.file(page.frame))) {
-                entry.damaged.push_back(page.frame);
-            }
-        }
-    }
-    return entry;
 }
 
 } // namespace
@@ -169,7 +104,7 @@ std::vector<SpoolEntry> Spool::list() const {
     std::vector<SpoolEntry> entries;
     for (const std::string& name : names) {
         if (isDocumentName(name)) {
-            entries.push_back(described(spool, path_, name));
+            entries.push_back(describedEntry(spool, path_, name));
         }
     }
     return entries;
@@ -179,8 +114,9 @@ void Spool::clearOld() const {
     constexpr std::int64_t kSoonFinished = 3600;
     const std::int64_t now = std::time(nullptr);
     for (const SpoolEntry& entry : list()) {
-        const bool isOld = isSaved(entry) && now - entry.manifest->saved > limits_.savedFor.count();
-        if (isOld || isEmpty(entry)) {
+        const bool isOld =
+            entry.isSaved() && now - entry.manifest->saved > limits_.savedFor.count();
+        if (isOld || entry.isEmpty()) {
             clearIfIdle(entry.name);
         }
     }
@@ -201,7 +137,7 @@ void Spool::makeRoom(std::uint64_t bytes) const {
         used += entry.bytes;
     }
     for (const SpoolEntry& entry : entries) {
-        if (used > limits_.bytes && isSaved(entry) && clearIfIdle(entry.name)) {
+        if (used > limits_.bytes && entry.isSaved() && clearIfIdle(entry.name)) {
             used -= entry.bytes;
         }
     }
@@ -216,7 +152,7 @@ void Spool::makeRoom(std::uint64_t bytes) const {
 
 std::unique_ptr<PageDocument> Spool::create(const DocumentPlan& plan) const {
     const PrivateFolder spool = openSpool(path_);
-    const std::string name = newName();
+    const std::string name = newDocumentName();
     const std::string unfinished = kUnfinished + name;
     Manifest manifest{plan};
     if (!spool.makeFolder(unfinished)) {
@@ -259,14 +195,32 @@ std::unique_ptr<PageDocument> Spool::documentOf(const std::string& name, Private
         [spool = *this](std::uint64_t bytes) { spool.makeRoom(bytes); });
 }
 
-std::string Spool::newestUnsaved() const {
+std::string Spool::newestUnsaved(std::optional<PageTaker> taker) const {
     std::string newest;
     for (const SpoolEntry& entry : list()) {
-        if (entry.manifest && entry.manifest->saved == 0 && !isEmpty(entry) && !entry.inUse) {
+        if (entry.isLeft() && !entry.manifest->pages.empty() &&
+            entry.manifest->plan.taker == taker.value_or(entry.manifest->plan.taker)) {
             newest = entry.name;
         }
     }
     return newest;
+}
+
+std::unique_ptr<PageDocument> Spool::takeUp(PageTaker taker) const {
+    const std::vector<SpoolEntry> entries = list();
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        if (!entry->isLeft() || entry->isEmpty() || entry->manifest->plan.taker != taker) {
+            continue;
+        }
+        try {
+            auto document = open(entry->name);
+            if (!document->isSaved()) {
+                return document;
+            }
+        } catch (const Failure&) { // another process has taken it since it was listed
+        }
+    }
+    return nullptr;
 }
 
 void Spool::clear(const std::string& name) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pages/spool/page_document.h"
+#include "pages/spool/spool_entry.h"
 
 #include <chrono>
 #include <cstdint>
@@ -21,16 +22,6 @@ struct SpoolLimits {
 // Those set by the environment: DOCCAM_SPOOL_MEGABYTES. Throws Failure for a value that is not an
 // integer from 1 to 1000000.
 SpoolLimits spoolLimits();
-
-// A document as it was found.
-struct SpoolEntry {
-    std::string name; // the time of its creation in UTC, and random letters: sorted by time
-    std::filesystem::path folder;
-    bool inUse = false; // by a running process
-    std::uint64_t bytes = 0;
-    std::optional<Manifest> manifest{}; // none: it is damaged
-    std::vector<std::string> damaged{}; // frames of pages, missing or evidently none
-};
 
 // A folder per document in $XDG_STATE_HOME/doccam/spool. Any process of the user may have one.
 class Spool {
@@ -53,9 +44,13 @@ class Spool {
     // The document of that name. Throws Failure if there is none, or it is in use or damaged.
     std::unique_ptr<PageDocument> open(const std::string& name) const;
 
-    // The newest document with pages that is neither saved nor in use nor damaged; empty if there
-    // is none.
-    std::string newestUnsaved() const;
+    // The newest document with pages, of any taker unless one is given, that is neither saved nor
+    // in use nor damaged; empty if there is none.
+    std::string newestUnsaved(std::optional<PageTaker> taker = std::nullopt) const;
+
+    // Opens the taker's newest document that it has left with pages, also removed ones; null if
+    // there is none.
+    std::unique_ptr<PageDocument> takeUp(PageTaker taker) const;
 
     // Removes a document with its frames. Throws Failure if there is none or it is in use.
     void clear(const std::string& name) const;

@@ -29,7 +29,7 @@ _doccam() {
     focus) options='--switch' ;;
     pdf) options='--force' ;;
     clean) options='--crop --each --look --colour --color --edges --background --bright-sheet --into --force --in-place --quality' ;;
-    serve) options='--listen --port --size --format' ;;
+    serve) options='--listen --port --no-spool --size --format' ;;
     doctor) options='--add' ;;
     esac
 

@@ -49,6 +49,7 @@ complete -c doccam -n '__fish_seen_subcommand_from scan' -l pages -x -d 'End aft
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l whole-frame -d 'Take the whole frame'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l resume -d 'Go on with what was not saved'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l no-spool -d 'Keep nothing that is not saved'
+complete -c doccam -n '__fish_seen_subcommand_from serve' -l no-spool -d 'Keep no page beyond the end'
 complete -c doccam -n '__fish_seen_subcommand_from spool' -a 'list show resume clear'
 complete -c doccam -n '__fish_seen_subcommand_from spool' -l as -r -d 'PDF to save as'
 complete -c doccam -n '__fish_seen_subcommand_from spool' -l all -d 'Clear also what is not saved'

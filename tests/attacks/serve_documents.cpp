@@ -18,15 +18,22 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// A page whose picture never ends, so that a PDF with it never finishes.
+// A page whose picture never ends once it is being read, so that a PDF with it never finishes.
 class EndlessPage {
   public:
     explicit EndlessPage(const ServeHost& host) {
         EXPECT_THAT(host.order("capture", "{}"), StartsWith("HTTP/1.1 200 "));
-        const std::string page = host.pagesFolder() + "/1-1.jpg";
-        std::filesystem::remove(page);
-        EXPECT_EQ(mkfifo(page.c_str(), 0600), 0);
-        pipe_ = open(page.c_str(), O_RDWR | O_CLOEXEC);
+        page_ = host.pagesFolder() + "/frame-000001.jpg";
+        std::filesystem::remove(page_);
+        EXPECT_EQ(mkfifo(page_.c_str(), 0600), 0);
+    }
+
+    // Waits until the document is being made.
+    void awaitReader() {
+        while (pipe_ < 0) {
+            pipe_ = open(page_.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+            std::this_thread::yield();
+        }
     }
 
     ~EndlessPage() { close(pipe_); }
@@ -35,18 +42,17 @@ class EndlessPage {
     EndlessPage& operator=(const EndlessPage&) = delete;
 
   private:
+    std::string page_;
     int pipe_ = -1;
 };
 
 // Waits until the first document is being made before requesting the others.
-std::vector<Visitor> askers(const ServeHost& host, int count) {
+std::vector<Visitor> askers(const ServeHost& host, EndlessPage& page, int count) {
     std::vector<Visitor> all;
     for (int i = 0; i < count; ++i) {
         all.push_back(host.visitor());
         all.back().say(host.ownHead("GET /pages.pdf") + "\r\n");
-        while (!std::filesystem::exists(host.pagesFolder() + "/pages-1.pdf.pages")) {
-            std::this_thread::yield();
-        }
+        page.awaitReader();
     }
     return all;
 }
@@ -61,8 +67,8 @@ auto countOfWaiting(const std::vector<Visitor>& visitors) {
 TEST(ServeAttack, ManyDocumentsDelayNoCommand) {
     constexpr int kMadeOrWaiting = 4;
     const ServeHost host({.confined = false}); // which would not let it read a pipe
-    const EndlessPage page(host);
-    const std::vector<Visitor> clients = askers(host, kMadeOrWaiting + 6);
+    EndlessPage page(host);
+    const std::vector<Visitor> clients = askers(host, page, kMadeOrWaiting + 6);
     while (countOfWaiting(clients) > kMadeOrWaiting) {
         std::this_thread::yield();
     }
@@ -80,8 +86,8 @@ TEST(ServeAttack, ManyDocumentsDelayNoCommand) {
 
 TEST(ServeAttack, AnUnfinishedDocumentDoesNotDelayTheServersEnd) {
     ServeHost host({.confined = false});
-    const EndlessPage page(host);
-    const std::vector<Visitor> clients = askers(host, 1);
+    EndlessPage page(host);
+    const std::vector<Visitor> clients = askers(host, page, 1);
     EXPECT_EQ(host.end(), 0);
     EXPECT_TRUE(std::filesystem::is_empty(host.temporaryFolder()));
 }

@@ -1,5 +1,7 @@
 #include "attacks/serve_host.h"
 
+#include "remote/plugging.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -32,6 +34,7 @@ std::vector<std::string> command(const ScratchFolder& folder, const ServeSetting
         "/usr/bin/env",
         "XDG_STATE_HOME=" + (setting.state.empty() ? folder.file("state") : setting.state),
         "TMPDIR=" + folder.file("tmp"),
+        std::string(virtualcam::kControlVariable) + "=" + folder.file("control"),
         "/bin/sh",
         "-c",
         script,
@@ -39,9 +42,11 @@ std::vector<std::string> command(const ScratchFolder& folder, const ServeSetting
         DOCCAM_VIRTUALCAM_LAUNCHER,
         "--scenario",
         scenario,
-        "--",
-        DOCCAM_PROGRAM,
-        "serve"};
+        "--"};
+    words.insert(words.end(), setting.within.begin(), setting.within.end());
+    words.emplace_back(DOCCAM_PROGRAM);
+    words.emplace_back("serve");
+    words.insert(words.end(), setting.options.begin(), setting.options.end());
     if (!setting.confined) {
         words.emplace_back("--no-confinement");
     }
@@ -161,6 +166,11 @@ std::size_t ServeHost::residentKb() const {
 std::size_t ServeHost::descriptors() const {
     return static_cast<std::size_t>(
         std::distance(std::filesystem::directory_iterator(processFile("fd")), {}));
+}
+
+void ServeHost::kill() {
+    ::kill(std::stoi(process_), SIGKILL);
+    program_.finish();
 }
 
 int ServeHost::end() {

@@ -37,6 +37,8 @@ struct ServeSetting {
     int stackKb = 8192;  // the server's stack limit
     std::string state{}; // its state folder; empty: its own
     bool confined = true;
+    std::vector<std::string> within{};  // a command to run the program in
+    std::vector<std::string> options{}; // of serve
 };
 
 class ServeHost {
@@ -59,6 +61,9 @@ class ServeHost {
 
     std::string stateFolder() const { return folder_.file("state") + "/doccam"; }
 
+    // The socket that controls its camera.
+    std::string control() const { return folder_.file("control"); }
+
     // The folder for temporary files.
     std::string temporaryFolder() const { return folder_.file("tmp"); }
 
@@ -70,6 +75,9 @@ class ServeHost {
 
     // Asks the server to end, and returns its exit status.
     int end();
+
+    // Kills it and waits for its end.
+    void kill();
 
   private:
     std::string processFile(const std::string& name) const;

@@ -1,7 +1,7 @@
 // A command to doccam serve: a byte that selects the command, then its JSON body.
 #include "fuzz_target.h"
 #include "input.h"
-#include "serve/commands/requests.h"
+#include "serve/commands/recipes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +28,16 @@ void readForm(const Json& object) {
     test::require(form.width >= 1 && form.height >= 1 && form.area() <= kLargestForm.area());
 }
 
+void readRecipe(const Json& object) {
+    const host::Recipe recipe = changed(host::Recipe(), object, {640, 480});
+    test::require(recipe.turn >= 0 && recipe.turn <= 3);
+    for (const cv::Point2d& corner : recipe.corners.value_or(host::SheetCorners())) {
+        test::require(std::abs(corner.x) <= 1280 && std::abs(corner.y) <= 960);
+    }
+}
+
 void readField(unsigned which, const Json& object) {
-    switch (which % 6) {
+    switch (which % 7) {
     case 0:
         return readSettings(object);
     case 1:
@@ -42,8 +50,10 @@ void readField(unsigned which, const Json& object) {
         return test::require(std::abs(quarterTurn(object)) == 1);
     case 4:
         return test::require(text(object, "for", kLongest).size() <= kLongest);
-    default:
+    case 5:
         return test::require(integers(object, "ids", kLongest).size() <= kLongest);
+    default:
+        return readRecipe(object);
     }
 }
 

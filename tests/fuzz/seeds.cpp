@@ -167,12 +167,14 @@ void addRequests(const Seeds& seeds) {
     seeds.add("http_head", "ranges",
               "HEAD / HTTP/1.1\r\nRange: bytes=0-1,2-3\r\nOrigin: null\r\n" + host + "\r\n");
     seeds.add("http_head", "cut_off", "GET / HTTP/1.1\r\n" + host);
-    const std::vector<std::string> bodies = {R"({"crop": true, "colour": "bw", "quality": 7})",
-                                             R"({"width": 9000, "height": 64})",
-                                             R"({"steps": -150})",
-                                             R"({"direction": "left"})",
-                                             R"({"for": "/events"})",
-                                             R"({"ids": [3, 1, 2]})"};
+    const std::vector<std::string> bodies = {
+        R"({"crop": true, "colour": "bw", "quality": 7})",
+        R"({"width": 9000, "height": 64})",
+        R"({"steps": -150})",
+        R"({"direction": "left"})",
+        R"({"for": "/events"})",
+        R"({"ids": [3, 1, 2]})",
+        R"({"turn": 1, "corners": [[0, 0], [1, 0], [1, 1], [0, 1]]})"};
     for (std::size_t which = 0; which < bodies.size(); ++which) {
         seeds.add("json_command", "field_" + std::to_string(which),
                   std::string(1, static_cast<char>(which)) + bodies[which]);

@@ -25,8 +25,8 @@ class Confined : public HostProgramTest {
 
     // doccam serve without a camera, with its pages in the test's folder.
     RunningProgram serving(const std::string& options) const {
-        const std::string command =
-            "exec env TMPDIR=" + file("") + " " DOCCAM_PROGRAM " " + options + " serve >&2";
+        const std::string command = "exec env TMPDIR=" + file("") + " XDG_STATE_HOME=" + state() +
+                                    " " DOCCAM_PROGRAM " " + options + " serve >&2";
         return {{"/bin/sh", "-c", command}, file(""), "/dev/null"};
     }
 

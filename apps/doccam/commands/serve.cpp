@@ -46,12 +46,17 @@ void addServeCommand(CLI::App& app, Context& context) {
         ->check(between(0, kHighestPort))
         ->type_name("PORT");
     addCaptureOptions(*command, arguments->still);
-    command->footer("Prints the address to open, which holds a secret, and serves until Ctrl-C.\n"
-                    "\n"
-                    "Examples:\n"
-                    "  doccam serve\n"
-                    "  doccam serve --port 8080 --size 1600x1200\n"
-                    "  doccam serve --listen 0.0.0.0    (for a phone in the same network)");
+    command->add_flag("--no-spool", arguments->options.noSpool,
+                      "Keep no page beyond the end of the server");
+    command->footer(
+        "Prints the address to open, which holds a secret, and serves until Ctrl-C.\n"
+        "Pages are kept until their PDF is downloaded: the next doccam serve shows them\n"
+        "again, also after a crash.\n"
+        "\n"
+        "Examples:\n"
+        "  doccam serve\n"
+        "  doccam serve --port 8080 --size 1600x1200\n"
+        "  doccam serve --listen 0.0.0.0    (for a phone in the same network)");
     command->callback([&context, arguments] {
         context.patience = kPatience;
         context.interruptedCode = kDone;

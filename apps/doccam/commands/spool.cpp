@@ -38,13 +38,19 @@ std::string textOfTime(std::int64_t seconds) {
     return text.data();
 }
 
+bool isServes(const SpoolEntry& entry) {
+    return entry.manifest->plan.taker == PageTaker::kServe;
+}
+
 Json asJson(const SpoolEntry& entry) {
-    Json row{{"document", entry.name}, {"folder", entry.folder.string()},
-             {"bytes", entry.bytes},   {"inUse", entry.inUse},
-             {"pages", nullptr},       {"target", nullptr},
-             {"saved", nullptr},       {"damaged", entry.damaged}};
+    Json row{{"document", entry.name},  {"folder", entry.folder.string()},
+             {"bytes", entry.bytes},    {"inUse", entry.inUse},
+             {"pages", nullptr},        {"taker", nullptr},
+             {"target", nullptr},       {"saved", nullptr},
+             {"damaged", entry.damaged}};
     if (entry.manifest) {
         row["pages"] = entry.manifest->pages.size();
+        row["taker"] = isServes(entry) ? "serve" : "scan";
         row["target"] = entry.manifest->plan.target;
         row["saved"] =
             entry.manifest->saved != 0 ? Json(textOfTime(entry.manifest->saved)) : Json();
@@ -63,7 +69,7 @@ std::string asText(const SpoolEntry& entry) {
             (entry.inUse                  ? "in use"
              : entry.manifest->saved == 0 ? "not saved"
                                           : "saved " + textOfTime(entry.manifest->saved)) +
-            "  " + entry.manifest->plan.target;
+            "  " + (isServes(entry) ? "doccam serve" : entry.manifest->plan.target);
     for (const std::string& frame : entry.damaged) {
         line += "\n  damaged: " + frame;
     }

@@ -60,6 +60,12 @@ void print(const ServeOptions& options, const std::vector<std::string>& addresse
     host::finishOutput();
 }
 
+void tell(const std::string& sentence) {
+    if (!sentence.empty()) {
+        host::complain(sentence);
+    }
+}
+
 // The server runs with or without a camera; only an unsupported format or size ends it.
 void openIfThere(LiveCamera& camera) {
     try {
@@ -72,14 +78,22 @@ void openIfThere(LiveCamera& camera) {
     }
 }
 
+host::Reach reachOf(const TrayPlace& place) {
+    host::Reach reach{.write = {place.folder()}, .cameras = true, .connections = true};
+    if (place.spool() != nullptr) {
+        reach.keep = {place.spool()->path()};
+    }
+    return reach;
+}
+
 void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     PictureHandover handover;
     PictureFeed pictures;
     EventFeed events;
     CommandQueue queue;
-    PageStore pages;
+    const TrayPlace place(!options.noSpool);
     const std::string token = keptToken(host::stateFolder());
-    const host::Reach reach{.write = {pages.folder()}, .cameras = true, .connections = true};
+    const host::Reach reach = reachOf(place);
     if (options.confined) {
         host::confineFiles(reach, interrupt);
     }
@@ -92,6 +106,9 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
         }
     });
     LiveCamera camera(options.choice, interrupt, handover, finder, events);
+    // Ends before the camera, whose closing may take all the time there is.
+    const TrayDocument document(place);
+    PageStore pages(document);
     Commands commands(camera, pages, events);
     DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);
@@ -104,10 +121,12 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     }
     openIfThere(camera);
     server.start(rules);
+    tell(document.takenUpSentence());
     print(options, addresses);
     while (!interrupt.raised() && queue.serve(kWatchEvery)) {
         camera.watch();
     }
+    tell(document.leftSentence());
 }
 
 } // namespace

@@ -13,6 +13,7 @@ struct ServeOptions {
     int port = 0; // any free one
     bool json = false;
     bool confined = true;
+    bool noSpool = false; // no page outlives the server
 };
 
 // Prints the address to open, serves until the process is asked to end, and returns an exit code.

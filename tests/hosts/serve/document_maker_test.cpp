@@ -1,11 +1,9 @@
 // PDFs of the tray's pages, made in the background.
-#include "serve/tray/page_store.h"
+#include "serve/tray/document_maker.h"
+#include "tray.h"
 
 #include <gtest/gtest.h>
-#include <opencv2/core.hpp>
-#include <opencv2/imgcodecs.hpp>
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -14,16 +12,7 @@ namespace {
 
 class DocumentMakerTest : public testing::Test {
   protected:
-    int addPage(int side) {
-        cv::imwrite(store_.incoming(), cv::Mat(side, side, CV_8UC3, cv::Scalar(255, 255, 255)));
-        return store_.add({}).id;
-    }
-
-    std::filesystem::path folder() const {
-        return std::filesystem::path(store_.incoming()).parent_path();
-    }
-
-    PageStore store_;
+    Tray tray_;
 };
 
 std::size_t pagesOf(const std::string& path) {
@@ -38,34 +27,43 @@ std::size_t pagesOf(const std::string& path) {
 }
 
 TEST_F(DocumentMakerTest, MakesADocumentOfAllPagesAndLeavesOnlyThat) {
-    addPage(40);
-    addPage(50);
-    DocumentMaker maker(store_);
-    const std::string path = maker.make();
-    EXPECT_EQ(pagesOf(path), 2U);
-    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
-        EXPECT_FALSE(entry.is_directory()) << entry.path();
+    tray_.add(40);
+    tray_.add(50);
+    DocumentMaker maker(tray_.store);
+    const MadeDocument made = maker.make();
+    EXPECT_EQ(pagesOf(made.path), 2U);
+    EXPECT_EQ(made.pages.size(), 2U);
+    std::filesystem::remove(made.path);
+    for (const auto& entry : std::filesystem::directory_iterator(tray_.document.folder())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("pages-")) << entry.path();
     }
 }
 
 TEST_F(DocumentMakerTest, MakesNoneWithoutPages) {
-    DocumentMaker maker(store_);
+    DocumentMaker maker(tray_.store);
+    EXPECT_THROW(maker.make(), TrayError);
+}
+
+TEST_F(DocumentMakerTest, MakesNoneThatLacksAPage) {
+    const int id = tray_.add();
+    tray_.store.pictures().forget(tray_.store.page(id).kept);
+    std::filesystem::remove(tray_.document.folder() / "frames" / tray_.store.page(id).kept.frame);
+    DocumentMaker maker(tray_.store);
     EXPECT_THROW(maker.make(), TrayError);
 }
 
 TEST_F(DocumentMakerTest, RefusesOnceItIsClosed) {
-    addPage(40);
-    DocumentMaker maker(store_);
+    tray_.add(40);
+    DocumentMaker maker(tray_.store);
     maker.close();
     EXPECT_THROW(maker.make(), Busy);
 }
 
 TEST_F(DocumentMakerTest, KeepsThePicturesOfADocumentBeingMade) {
-    const int id = addPage(40);
-    const auto copies = store_.copyPictures(folder() / "copies");
-    store_.remove(id);
-    ASSERT_EQ(copies.size(), 1U);
-    EXPECT_EQ(cv::imread(copies[0]).size(), cv::Size(40, 40));
+    const int id = tray_.add(40, 40);
+    const auto held = tray_.store.pictures().picture(tray_.store.page(id).kept);
+    tray_.store.remove(id);
+    EXPECT_EQ(cv::imread(held->path).size(), cv::Size(40, 40));
 }
 
 } // namespace

@@ -32,6 +32,10 @@ constexpr std::uint64_t kWrite =
     kRead | LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_MAKE_REG |
     LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
     LANDLOCK_ACCESS_FS_MAKE_SOCK | LANDLOCK_ACCESS_FS_REFER | kTruncate;
+// Neither sockets nor moving to other folders.
+constexpr std::uint64_t kKeep = kRead | LANDLOCK_ACCESS_FS_WRITE_FILE |
+                                LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_DIR |
+                                LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR;
 constexpr std::uint64_t kUseDevice = LANDLOCK_ACCESS_FS_WRITE_FILE | kSteerDevice;
 // The rights that a rule for a file, as opposed to a folder, may contain.
 constexpr std::uint64_t kOfFiles = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_WRITE_FILE |
@@ -130,6 +134,9 @@ void addReach(const FileRules& rules, const Reach& reach) {
     }
     for (const fs::path& folder : reach.write) {
         rules.allowWriting(folder);
+    }
+    for (const fs::path& folder : reach.keep) {
+        rules.allow(folder, kKeep);
     }
     if (reach.cameras) {
         addCameras(rules);

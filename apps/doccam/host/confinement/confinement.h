@@ -13,6 +13,7 @@ namespace doccam::host {
 struct Reach {
     std::vector<std::filesystem::path> read{};  // files, or folders with all below them
     std::vector<std::filesystem::path> write{}; // folders with all below them
+    std::vector<std::filesystem::path> keep{};  // such folders that are never removed themselves
     bool cameras = false;                       // including those attached later
     bool connections = false;                   // accepted from an already listening socket
 };

@@ -23,7 +23,9 @@ struct SpoolEntry {
     bool isSaved() const { return manifest && manifest->saved != 0 && !inUse; }
 
     // Nothing would be lost with it.
-    bool isEmpty() const { return manifest && manifest->pages.empty() && manifest->removed.empty(); }
+    bool isEmpty() const {
+        return manifest && manifest->pages.empty() && manifest->removed.empty();
+    }
 
     // It is not saved, and nobody uses it.
     bool isLeft() const { return manifest && manifest->saved == 0 && !inUse; }

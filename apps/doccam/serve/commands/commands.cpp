@@ -1,5 +1,7 @@
 #include "serve/commands/commands.h"
 
+#include "serve/commands/recipes.h"
+
 #include <doccam/doccam.h>
 
 #include <limits>
@@ -21,12 +23,25 @@ const std::vector<std::string> kControls = [] {
     return names;
 }();
 
-Json toJson(const Page& page) {
-    return {{"id", page.id},
-            {"version", page.version},
-            {"width", page.width},
-            {"height", page.height},
-            {"codes", page.codes}};
+Json topicOf(const Page& page) {
+    return {{"id", page.kept.id},
+            {"version", page.version()},
+            {"width", page.size.width},
+            {"height", page.size.height},
+            {"codes", page.kept.origin.codes},
+            {"recipe", toJson(page.kept.recipe, page.frame)}};
+}
+
+Json topicOf(const std::vector<Page>& pages) {
+    Json list = Json::array();
+    for (const Page& page : pages) {
+        list.push_back(topicOf(page));
+    }
+    return list;
+}
+
+int idIn(const Json& request) {
+    return integer(request, "id", 1, kLargest);
 }
 
 // Only one quick scan per kind, as the user is waiting for the page.
@@ -48,12 +63,20 @@ std::string textOf(const Json& value) {
 } // namespace
 
 const std::map<std::string, Json (Commands::*)(const Json&)> Commands::kCommands{
-    {"form", &Commands::form},           {"zoom", &Commands::zoom},
-    {"move", &Commands::move},           {"turn", &Commands::turn},
-    {"settings", &Commands::settings},   {"control", &Commands::control},
-    {"focus", &Commands::focus},         {"capture", &Commands::capture},
-    {"codes", &Commands::codes},         {"pages/order", &Commands::orderPages},
-    {"pages/turn", &Commands::turnPage}, {"pages/delete", &Commands::deletePage},
+    {"form", &Commands::form},
+    {"zoom", &Commands::zoom},
+    {"move", &Commands::move},
+    {"turn", &Commands::turn},
+    {"settings", &Commands::settings},
+    {"control", &Commands::control},
+    {"focus", &Commands::focus},
+    {"capture", &Commands::capture},
+    {"codes", &Commands::codes},
+    {"pages/order", &Commands::orderPages},
+    {"pages/turn", &Commands::turnPage},
+    {"pages/recipe", &Commands::changeRecipe},
+    {"pages/delete", &Commands::deletePage},
+    {"pages/restore", &Commands::restorePage},
 };
 
 Commands::Commands(LiveCamera& camera, PageStore& pages, EventFeed& events)
@@ -125,11 +148,9 @@ Json Commands::focus(const Json& /*request*/) {
 
 Json Commands::capture(const Json& /*request*/) {
     pages_.requireRoom();
-    const std::string path = pages_.incoming();
-    camera_.still(path);
-    const Page page = pages_.add(codesOn(path));
+    const Page page = pages_.add(camera_.draft(pages_.folder() / "still.jpg"), codesOn);
     tellPages();
-    return Json::parse(textOf({{"page", toJson(page)}}));
+    return Json::parse(textOf({{"page", topicOf(page)}}));
 }
 
 Json Commands::codes(const Json& /*request*/) {
@@ -147,23 +168,38 @@ Json Commands::orderPages(const Json& request) {
 }
 
 Json Commands::turnPage(const Json& request) {
-    pages_.turn(integer(request, "id", 1, kLargest), quarterTurn(request));
+    constexpr int kWhole = 4;
+    const int id = idIn(request);
+    const int turn = quarterTurn(request);
+    host::Recipe recipe = pages_.page(id).kept.recipe;
+    recipe.turn = (recipe.turn + turn + kWhole) % kWhole;
+    pages_.change(id, recipe);
     tellPages();
     return Json::object();
 }
 
+Json Commands::changeRecipe(const Json& request) {
+    const Page page = pages_.page(idIn(request));
+    pages_.change(page.kept.id, changed(page.kept.recipe, request, page.frame));
+    tellPages();
+    return Json::parse(textOf({{"page", topicOf(pages_.page(page.kept.id))}}));
+}
+
 Json Commands::deletePage(const Json& request) {
-    pages_.remove(integer(request, "id", 1, kLargest));
+    pages_.remove(idIn(request));
+    tellPages();
+    return Json::object();
+}
+
+Json Commands::restorePage(const Json& request) {
+    pages_.restore(idIn(request));
     tellPages();
     return Json::object();
 }
 
 void Commands::tellPages() {
-    Json pages = Json::array();
-    for (const Page& page : pages_.pages()) {
-        pages.push_back(toJson(page));
-    }
-    events_.set("pages", textOf(pages));
+    events_.set("pages", textOf(topicOf(pages_.pages())));
+    events_.set("removed", textOf(topicOf(pages_.removedPages())));
 }
 
 } // namespace doccam::serve

@@ -36,7 +36,9 @@ class Commands {
     Json codes(const Json& request);
     Json orderPages(const Json& request);
     Json turnPage(const Json& request);
+    Json changeRecipe(const Json& request);
     Json deletePage(const Json& request);
+    Json restorePage(const Json& request);
 
     static const std::map<std::string, Json (Commands::*)(const Json&)> kCommands;
 

@@ -84,6 +84,22 @@ std::vector<int> integers(const Json& object, const char* field, std::size_t mos
     return value.get<std::vector<int>>();
 }
 
+host::Look look(const Json& object) {
+    const bool paper = choice(object, "look", {"paper", "photo"}) == "paper";
+    return paper ? host::Look::kPaper : host::Look::kPhoto;
+}
+
+host::Colour colour(const Json& object) {
+    const std::string name =
+        at(object, "colour") == "gray" ? "grey" : choice(object, "colour", kColours);
+    const auto place = std::find(kColours.begin(), kColours.end(), name) - kColours.begin();
+    return static_cast<host::Colour>(place);
+}
+
+const char* nameOf(host::Look look) {
+    return look == host::Look::kPaper ? "paper" : "photo";
+}
+
 int quarterTurn(const Json& object) {
     return choice(object, "direction", {"left", "right"}) == "left" ? -1 : 1;
 }
@@ -91,8 +107,7 @@ int quarterTurn(const Json& object) {
 Settings changed(Settings settings, const Json& object) {
     settings.rectangle = flag(object, "rectangle", settings.rectangle);
     if (object.contains("look")) {
-        const bool paper = choice(object, "look", {"paper", "photo"}) == "paper";
-        settings.look = paper ? host::Look::kPaper : host::Look::kPhoto;
+        settings.look = look(object);
     }
     settings.crop = flag(object, "crop", settings.crop);
     settings.cleanEdges = flag(object, "cleanEdges", settings.cleanEdges);
@@ -101,10 +116,7 @@ Settings changed(Settings settings, const Json& object) {
         settings.quality = integer(object, "quality", 1, 100);
     }
     if (object.contains("colour")) {
-        const std::string name =
-            object.at("colour") == "gray" ? "grey" : choice(object, "colour", kColours);
-        const auto place = std::find(kColours.begin(), kColours.end(), name) - kColours.begin();
-        settings.colour = static_cast<host::Colour>(place);
+        settings.colour = colour(object);
     }
     return settings;
 }
@@ -112,7 +124,7 @@ Settings changed(Settings settings, const Json& object) {
 Json toJson(const Settings& settings) {
     return {{"crop", settings.crop},
             {"rectangle", settings.rectangle},
-            {"look", settings.look == host::Look::kPaper ? "paper" : "photo"},
+            {"look", nameOf(settings.look)},
             {"colour", kColours[static_cast<std::size_t>(settings.colour)]},
             {"cleanEdges", settings.cleanEdges},
             {"cleanBackground", settings.cleanBackground},

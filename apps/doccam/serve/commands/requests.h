@@ -31,6 +31,11 @@ std::string choice(const Json& object, const char* field, const std::vector<std:
 std::string text(const Json& object, const char* field, std::size_t longest);
 std::vector<int> integers(const Json& object, const char* field, std::size_t most);
 
+// The fields "look" and "colour".
+host::Look look(const Json& object);
+host::Colour colour(const Json& object);
+const char* nameOf(host::Look look);
+
 // "left" is a quarter turn counter-clockwise, -1; "right" is 1.
 int quarterTurn(const Json& object);
 

@@ -1,7 +1,7 @@
 #include "serve/live/live_camera.h"
 
 #include "host/failure.h"
-#include "serve/live/page_saving.h"
+#include "serve/live/page_drafting.h"
 #include "serve/live/preview_receiver.h"
 
 #include <doccam/doccam.hpp>
@@ -228,14 +228,10 @@ void LiveCamera::focus() {
     }
 }
 
-void LiveCamera::still(const std::string& path) {
+host::PageDraft LiveCamera::draft(const std::string& work) {
     host::CameraSession& camera = session();
     const Watching watching{*this};
-    if (settings_.byEngine()) {
-        savePage(camera, settings_, path);
-    } else {
-        saveStill(camera, settings_, path);
-    }
+    return draftPage(camera, settings_, work);
 }
 
 std::string LiveCamera::readCode(host::CodeKind kind) {

@@ -5,6 +5,7 @@
 #include "camera/controls.h"
 #include "camera/page_settings.h"
 #include "codes/code_reading.h"
+#include "scan/page_source.h"
 #include "serve/commands/event_feed.h"
 #include "serve/commands/requests.h"
 #include "serve/live/picture_handover.h"
@@ -59,9 +60,9 @@ class LiveCamera {
     void setControl(const std::string& name, std::optional<int> value);
     void focus();
 
-    // Saves a page of the next frame according to the settings. Throws NoSheet if there is no sheet
-    // to crop to.
-    void still(const std::string& path);
+    // What becomes a page of the next frame by the settings. Throws NoSheet if there is no sheet to
+    // crop to. A still is written to work and removed.
+    host::PageDraft draft(const std::string& work);
     // The text of a code in the live picture, or an empty text.
     std::string readCode(host::CodeKind kind);
 

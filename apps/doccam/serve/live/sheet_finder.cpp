@@ -1,6 +1,6 @@
 #include "serve/live/sheet_finder.h"
 
-#include "serve/commands/requests.h"
+#include "serve/commands/recipes.h"
 #include "serve/owned_thread.h"
 
 #include <opencv2/imgproc.hpp>
@@ -15,10 +15,6 @@ namespace {
 constexpr int kReducedWidth = 800;
 constexpr std::chrono::milliseconds kEvery{67};
 constexpr double kPlaces = 1e4; // of fractions: less than a pixel of any window
-
-double rounded(double fraction) {
-    return std::round(fraction * kPlaces) / kPlaces;
-}
 
 } // namespace
 
@@ -104,12 +100,8 @@ void SheetFinder::look() try {
 void SheetFinder::publish(const std::optional<host::FoundSheet>& sheet, cv::Size frame) {
     Json topic;
     if (sheet) {
-        Json corners = Json::array();
-        for (const cv::Point2d& corner : sheet->corners) {
-            corners.push_back({rounded((corner.x + 0.5) / frame.width),
-                               rounded((corner.y + 0.5) / frame.height)});
-        }
-        topic = {{"corners", corners}, {"confidence", rounded(sheet->confidence)}};
+        topic = {{"corners", inFractions(sheet->corners, frame, kPlaces)},
+                 {"confidence", std::round(sheet->confidence * kPlaces) / kPlaces}};
     }
     events_.set("sheet", topic.dump());
 }

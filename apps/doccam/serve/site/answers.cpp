@@ -14,7 +14,8 @@
 namespace doccam::serve {
 namespace {
 
-bool sendFile(httplib::Response& response, const std::string& path, const char* type) {
+bool sendFile(httplib::Response& response, const std::string& path, const char* type,
+              const std::function<void()>& sent = {}) {
     auto file = std::make_shared<std::ifstream>(path, std::ios::binary);
     std::error_code error;
     const auto bytes = std::filesystem::file_size(path, error);
@@ -22,21 +23,31 @@ bool sendFile(httplib::Response& response, const std::string& path, const char* 
         return false;
     }
     response.set_content_provider(
-        bytes, type, [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+        bytes, type,
+        [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
             std::array<char, std::size_t{64} * 1024> buffer;
             file->seekg(static_cast<std::streamoff>(offset));
             file->read(buffer.data(),
                        static_cast<std::streamsize>(std::min(length, buffer.size())));
             const auto count = static_cast<std::size_t>(file->gcount());
             return count > 0 && sink.write(buffer.data(), count);
+        },
+        [sent](bool complete) {
+            if (complete && sent) {
+                sent();
+            }
         });
     return true;
+}
+
+const char* typeOf(const std::string& path) {
+    return path.ends_with(".png") ? "image/png" : "image/jpeg";
 }
 
 std::size_t placeOf(const PageStore& pages, int id) {
     const std::vector<Page> all = pages.pages();
     const auto found =
-        std::find_if(all.begin(), all.end(), [&](const Page& page) { return page.id == id; });
+        std::find_if(all.begin(), all.end(), [&](const Page& page) { return page.kept.id == id; });
     return static_cast<std::size_t>(found - all.begin()) + 1;
 }
 
@@ -147,7 +158,7 @@ void answerException(const httplib::Request& /*request*/, httplib::Response& res
         std::rethrow_exception(error);
     } catch (const BadRequest& problem) {
         answerError(response, 400, problem.what());
-    } catch (const BadOrder& problem) {
+    } catch (const BadChange& problem) {
         answerError(response, 400, problem.what());
     } catch (const NoSuchPage& problem) {
         answerError(response, 404, problem.what());
@@ -167,28 +178,34 @@ void answerException(const httplib::Request& /*request*/, httplib::Response& res
     }
 }
 
-void answerPage(httplib::Response& response, const PageStore& pages, int id) {
-    const auto path = pages.picture(id);
-    if (!path || !sendFile(response, *path, "image/jpeg")) {
+void answerPage(httplib::Response& response, PageStore& pages, int id) {
+    const auto picture = pages.pictures().picture(pages.page(id).kept);
+    if (!sendFile(response, picture->path, typeOf(picture->path))) {
         answerError(response, 404, "there is no such page");
         return;
     }
-    response.set_header("Content-Disposition",
-                        "inline; filename=\"page-" + std::to_string(placeOf(pages, id)) + ".jpg\"");
+    const std::string name = "page-" + std::to_string(placeOf(pages, id)) +
+                             std::filesystem::path(picture->path).extension().string();
+    response.set_header("Content-Disposition", "inline; filename=\"" + name + "\"");
 }
 
-void answerThumbnail(httplib::Response& response, const PageStore& pages, int id) {
-    const auto path = pages.thumbnail(id);
-    if (!path || !sendFile(response, *path, "image/jpeg")) {
-        answerError(response, 404, "there is no such page");
-    }
+void answerThumbnail(httplib::Response& response, PageStore& pages, int id) {
+    response.set_content(*pages.pictures().thumbnail(pages.page(id).kept), "image/jpeg");
 }
 
-void answerDocument(httplib::Response& response, const std::string& path) {
-    const bool sent = sendFile(response, path, "application/pdf");
+void answerFrame(httplib::Response& response, const PageStore& pages, int id) {
+    const Page page = pages.page(id);
+    const host::FrameFile frame = pages.frame(page);
+    response.set_content(reinterpret_cast<const char*>(frame.data()), frame.size(),
+                         typeOf(page.kept.frame));
+}
+
+void answerDocument(httplib::Response& response, const std::string& path,
+                    const std::function<void()>& sent) {
+    const bool found = sendFile(response, path, "application/pdf", sent);
     std::error_code ignored;
     std::filesystem::remove(path, ignored);
-    if (!sent) {
+    if (!found) {
         answerError(response, 404, "there is no document");
         return;
     }

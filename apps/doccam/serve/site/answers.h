@@ -22,11 +22,16 @@ void answerError(httplib::Response& response, int status, const std::string& rea
 void answerException(const httplib::Request& request, httplib::Response& response,
                      std::exception_ptr error);
 
-// A page's picture, its thumbnail, a document; 404 if there is none. The document's file is
-// removed.
-void answerPage(httplib::Response& response, const PageStore& pages, int id);
-void answerThumbnail(httplib::Response& response, const PageStore& pages, int id);
-void answerDocument(httplib::Response& response, const std::string& path);
+// A page's picture, its thumbnail, its frame. Throw NoSuchPage, and host::Failure for damaged
+// frames.
+void answerPage(httplib::Response& response, PageStore& pages, int id);
+void answerThumbnail(httplib::Response& response, PageStore& pages, int id);
+void answerFrame(httplib::Response& response, const PageStore& pages, int id);
+
+// The document at path, which is removed; sent is called, on the same thread, if all of it could
+// be sent. 404 if there is none.
+void answerDocument(httplib::Response& response, const std::string& path,
+                    const std::function<void()>& sent);
 
 // A limited number of seats, such as for viewers. Any thread.
 class Seats {

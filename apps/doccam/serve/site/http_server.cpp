@@ -69,12 +69,14 @@ HttpServer::HttpServer(const Sources& sources)
   , requests_(kMaximumWaiting) {
     configure(server_);
     addResponses();
+    addPages();
     addCommands();
 }
 
 HttpServer::~HttpServer() {
     sources_.queue.close();
     sources_.documents.close();
+    sources_.pages.pictures().close();
     sources_.pictures.close();
     sources_.events.close();
     reception_.reset();
@@ -141,15 +143,33 @@ void HttpServer::addResponses() {
         response.set_content(stateOf(sources_.events, sources_.viewers, listeners_),
                              "application/json");
     });
-    server_.Get(R"(/pages/(\d{1,9})\.jpg)", [this](const auto& request, auto& response) {
-        answerPage(response, sources_.pages, std::stoi(request.matches[1].str()));
+}
+
+void HttpServer::addPages() {
+    const auto idIn = [](const auto& request) { return std::stoi(request.matches[1].str()); };
+    server_.Get(R"(/pages/(\d{1,9})\.jpg)", [this, idIn](const auto& request, auto& response) {
+        answerPage(response, sources_.pages, idIn(request));
     });
-    server_.Get(R"(/pages/(\d{1,9})/thumbnail\.jpg)", [this](const auto& request, auto& response) {
-        answerThumbnail(response, sources_.pages, std::stoi(request.matches[1].str()));
+    server_.Get(R"(/pages/(\d{1,9})/thumbnail\.jpg)",
+                [this, idIn](const auto& request, auto& response) {
+                    answerThumbnail(response, sources_.pages, idIn(request));
+                });
+    server_.Get(R"(/pages/(\d{1,9})/frame)", [this, idIn](const auto& request, auto& response) {
+        answerFrame(response, sources_.pages, idIn(request));
     });
     server_.Get(R"(/pages\.pdf)", [this](const auto&, auto& response) {
-        answerDocument(response, sources_.documents.make());
+        const MadeDocument made = sources_.documents.make();
+        answerDocument(response, made.path, [this, pages = made.pages] { noteSaved(pages); });
     });
+}
+
+// That a PDF arrived is no reason to fail when the server ends or the disk is full: the pages are
+// then kept a little longer.
+void HttpServer::noteSaved(const std::vector<Page>& pages) {
+    try {
+        sources_.queue.order([&] { sources_.pages.noteSaved(pages); });
+    } catch (const std::runtime_error&) {
+    }
 }
 
 void HttpServer::addCommands() {

@@ -10,6 +10,7 @@
 #include "serve/live/picture_feed.h"
 #include "serve/owned_thread.h"
 #include "serve/site/answers.h"
+#include "serve/tray/document_maker.h"
 #include "serve/tray/page_store.h"
 
 #include <optional>
@@ -33,8 +34,8 @@ struct Sources {
 class HttpServer {
   public:
     explicit HttpServer(const Sources& sources);
-    // Closes the queue, the documents and the feeds, so that requests that wait for them end, and
-    // waits for all in progress.
+    // Closes the queue, the documents, the pictures and the feeds, so that requests that wait for
+    // them end, and waits for all in progress.
     ~HttpServer();
 
     // Binds the port, or any free one for 0, and returns it. Throws Failure on failure.
@@ -48,7 +49,9 @@ class HttpServer {
     std::optional<std::string> handOver(const RequestHead& head, UniqueFd& socket,
                                         const std::string& body);
     void addResponses();
+    void addPages();
     void addCommands();
+    void noteSaved(const std::vector<Page>& pages);
 
     Sources sources_;
     AccessRules rules_;

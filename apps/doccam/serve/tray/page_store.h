@@ -1,29 +1,34 @@
-// The tray: the pages taken so far, in the user's order, and PDFs of them.
+// The tray: the pages of its document with their sizes and pictures.
 #pragma once
 
-#include "host/work_folders.h"
-#include "serve/commands/command_queue.h"
-#include "serve/owned_thread.h"
+#include "pages/spool/page_document.h"
+#include "scan/page_source.h"
+#include "serve/tray/page_pictures.h"
+#include "serve/tray/tray_document.h"
+
+#include <opencv2/core/types.hpp>
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace doccam::serve {
 
 struct Page {
-    int id = 0;      // never reused
-    int version = 1; // grows when the picture changes
-    int width = 0, height = 0;
-    int quarterTurns = 0;           // clockwise, relative to the picture as taken
-    std::vector<std::string> codes; // texts found on the page
+    host::KeptPage kept;
+    cv::Size frame{}; // 0 x 0 if it is damaged
+    cv::Size size{};  // of the picture, likewise
+
+    // Grows when the picture changes.
+    int version() const { return kept.changes + 1; }
 };
 
-// A request that the tray cannot serve: no room, no picture.
+// A request that the tray cannot serve: no room, a full disk.
 struct TrayError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -32,80 +37,62 @@ struct NoSuchPage : TrayError {
     using TrayError::TrayError;
 };
 
-struct BadOrder : TrayError {
+// An order or a recipe that makes no sense.
+struct BadChange : TrayError {
     using TrayError::TrayError;
 };
 
-// Files are in a private folder under names chosen by the store. One thread changes the tray; any
-// thread reads it.
+// One thread changes the tray; any thread reads it. A change that returns is on disk, one that
+// throws has changed nothing; TrayError may mean that it cannot be written.
 class PageStore {
   public:
-    // Creates its folder in the temporary folder. Throws host::Failure.
-    PageStore();
+    explicit PageStore(const TrayDocument& document);
 
     static constexpr std::size_t kMaximumPages = 100;
 
-    // The folder of all its files.
-    const std::filesystem::path& folder() const { return folder_.path(); }
-
-    // The path to write the next page to, as a JPEG, before add().
-    std::string incoming() const;
     // Throws TrayError if the tray is full. Call before a page is taken.
     void requireRoom() const;
 
-    // Adds the incoming file as the last page. Throws TrayError if it is not a picture.
-    Page add(const std::vector<std::string>& codes);
-    // Both throw NoSuchPage. Turns a page by quarter turns, 1 clockwise, -1 counter-clockwise.
-    void turn(int id, int quarterTurns);
+    // Adds the draft as the last page, with the texts that readCodes finds in the picture at a
+    // path.
+    using CodeReading = std::function<std::vector<std::string>(const std::string& path)>;
+    Page add(const host::PageDraft& draft, const CodeReading& readCodes);
+
+    // These throw NoSuchPage. A page is made of its frame anew; throws BadChange if the corners
+    // enclose no page.
+    void change(int id, const host::Recipe& recipe);
+    // A removed page can be restored to where it was until 20 others have been removed.
     void remove(int id);
-    // ids must contain each page once; otherwise throws BadOrder and changes nothing.
+    void restore(int id);
+    // ids must contain each page once; otherwise throws BadChange.
     void reorder(const std::vector<int>& ids);
 
+    // All these pages, as they are, are in a document that the user has.
+    void noteSaved(const std::vector<Page>& pages);
+
     std::vector<Page> pages() const;
-    // Paths of a page's files; none if there is no such page.
-    std::optional<std::string> picture(int id) const;
-    std::optional<std::string> thumbnail(int id) const;
-    // Links or copies of all pictures in order, in a new folder, which the caller removes. They do
-    // not change when a page is turned or deleted. Throws TrayError.
-    std::vector<std::string> copyPictures(const std::filesystem::path& folder) const;
-    // A new path to write a document of all pages to. One thread.
-    std::string newDocument();
+    // The one removed last is the last.
+    std::vector<Page> removedPages() const;
+    Page page(int id) const; // throws NoSuchPage
+
+    // The file of a page's frame. Throws host::DamagedFrame.
+    host::FrameFile frame(const Page& page) const { return document_.file(page.kept.frame); }
+
+    PagePictures& pictures() { return pictures_; }
+
+    // For files made of the pages.
+    const std::filesystem::path& folder() const { return folder_; }
 
   private:
-    std::string pathOf(const Page& page, const char* kind) const;
-    const Page& at(int id) const;
-    void removeFiles(const Page& page) const;
+    Page described(const host::KeptPage& kept) const;
+    std::vector<Page> described(const std::vector<host::KeptPage>& kept) const;
+    void noteFrame(const host::KeptPage& page);
 
-    host::WorkFolder folder_;
+    host::PageDocument& document_;
+    const std::filesystem::path folder_;
     mutable std::mutex mutex_;
-    std::vector<Page> pages_;
-    int lastId_ = 0;
-    int lastDocument_ = 0;
-};
-
-// Makes one document at a time on its own thread: the library allows no more, and each takes as
-// much memory as its pages. Any thread may call make().
-class DocumentMaker {
-  public:
-    // Requests that may wait while a document is made.
-    static constexpr std::size_t kMaximumWaiting = 3;
-
-    explicit DocumentMaker(PageStore& pages);
-    ~DocumentMaker();
-
-    // Waits for a PDF of the pages as they are when it is started, and returns its path; the caller
-    // removes it. Throws Busy if too many wait or after close(), TrayError if none can be made.
-    std::string make();
-
-    // Drops waiting requests and refuses new ones.
-    void close() { queue_.close(); }
-
-  private:
-    std::string write();
-
-    PageStore& pages_;
-    CommandQueue queue_;
-    std::jthread thread_;
+    std::map<std::string, cv::Size> frames_; // the sizes of frames by name
+    PagePictures pictures_;
 };
 
 } // namespace doccam::serve

@@ -7,6 +7,7 @@
 #include <opencv2/core.hpp>
 
 #include <ctime>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -16,27 +17,29 @@ namespace doccam::host {
 
 // One picture of a file, or one page of a PDF.
 struct FilePart {
-    cv::Size pixels;                  // as shown; none for a page of a PDF
-    std::optional<cv::Size2d> dpi{};  // as the file says
+    cv::Size pixels;                   // as shown; none for a page of a PDF
+    std::optional<cv::Size2d> dpi{};   // as the file says
     std::optional<Millimetres> page{}; // of a PDF
 };
 
 struct PlannedPage {
-    std::string file;       // JPEG, PNG, TIFF or PDF
-    int part = 0;           // the picture of a TIFF or the page of a PDF, from 0
-    cv::Mat pixels{};       // instead of a file: 8-bit, grey or blue first
-    Millimetres size{};     // as shown; that of a PDF's page is its own
-    int quarterTurns = 0;   // clockwise, after the orientation that the file says
-    std::optional<Layers> layers{}; // instead of the picture: upright, after all turns
-    std::string text{};     // a PDF whose first page is laid over the upright picture, unseen
+    std::string file{};   // JPEG, PNG, TIFF or PDF
+    int part = 0;         // the picture of a TIFF or the page of a PDF, from 0
+    cv::Mat pixels{};     // instead of a file: 8-bit, grey or blue first
+    Millimetres size{};   // as shown; that of a PDF's page is its own
+    int quarterTurns = 0; // clockwise, after the orientation that the file says
+    // Makes, when the page is written, what stands there instead of the picture, upright; none for
+    // the picture itself.
+    std::function<std::optional<Layers>()> layers{};
+    std::string text{}; // a PDF whose first page is laid over the upright picture, unseen
 };
 
 struct DocumentPlan {
     std::string base{}; // a PDF to which the pages are appended; none if empty
-    std::vector<PlannedPage> pages;
+    std::vector<PlannedPage> pages{};
     std::string title{};
     std::string author{};
-    std::string language{};      // "en", "de-CH"
+    std::string language{};            // "en", "de-CH"
     std::optional<std::time_t> date{}; // when it was made; now if none
 };
 

@@ -1,8 +1,8 @@
 #include "documents/writer/file_parts.h"
 
 #include "base/pictures/exif_orientation.h"
-#include "documents/writer/pictures/jpeg_picture.h"
 #include "documents/writer/pdf_pages.h"
+#include "documents/writer/pictures/jpeg_picture.h"
 #include "documents/writer/pictures/png_picture.h"
 #include "documents/writer/pictures/tiff_pictures.h"
 

@@ -1,12 +1,11 @@
 #include "documents/writer/pdf_pages.h"
 
+#include <array>
+#include <fstream>
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
-
-#include <array>
-#include <fstream>
 #include <string_view>
 #include <utility>
 

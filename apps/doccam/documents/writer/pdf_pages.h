@@ -3,9 +3,8 @@
 
 #include "documents/writer/document_plan.h"
 
-#include <qpdf/QPDF.hh>
-
 #include <memory>
+#include <qpdf/QPDF.hh>
 #include <string>
 #include <vector>
 

@@ -4,14 +4,13 @@
 #include "documents/writer/picture_page.h"
 #include "documents/writer/text_layer.h"
 
+#include <map>
+#include <memory>
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 #include <qpdf/QUtil.hh>
-
-#include <map>
-#include <memory>
 #include <utility>
 
 namespace doccam::host {
@@ -26,7 +25,7 @@ class PdfWriter {
 
     void addPages() {
         for (const PlannedPage& planned : plan_.pages) {
-            if (planned.pixels.empty() && !planned.layers && isPdf(planned.file)) {
+            if (isPdfPage(planned)) {
                 addPdfPage(planned);
                 continue;
             }
@@ -53,15 +52,19 @@ class PdfWriter {
         return document;
     }
 
+    static bool isPdfPage(const PlannedPage& planned) {
+        return planned.pixels.empty() && !planned.layers && isPdf(planned.file);
+    }
+
     void addPdfPage(const PlannedPage& planned) {
         auto& source = sources_[planned.file];
         if (!source) {
             source = openPdf(planned.file);
         }
-        QPDFPageDocumentHelper(*document_).addPage(
-            QPDFPageDocumentHelper(*source).getAllPages().at(
-                static_cast<std::size_t>(planned.part)),
-            false);
+        QPDFPageDocumentHelper(*document_)
+            .addPage(QPDFPageDocumentHelper(*source).getAllPages().at(
+                         static_cast<std::size_t>(planned.part)),
+                     false);
     }
 
     const DocumentPlan& plan_;
@@ -85,8 +88,7 @@ void PdfWriter::describe() {
     };
     set("/Title", plan_.title);
     set("/Author", plan_.author);
-    const std::string now =
-        QUtil::qpdf_time_to_pdf_time(QUtil::get_current_qpdf_time());
+    const std::string now = QUtil::qpdf_time_to_pdf_time(QUtil::get_current_qpdf_time());
     info.replaceKey("/ModDate", QPDFObjectHandle::newString(now));
     if (plan_.base.empty()) {
         set("/Creator", "doccam");
@@ -96,8 +98,7 @@ void PdfWriter::describe() {
         std::tm day{};
         localtime_r(&*plan_.date, &day);
         const QUtil::QPDFTime time(day.tm_year + 1900, day.tm_mon + 1, day.tm_mday, day.tm_hour,
-                                   day.tm_min, day.tm_sec,
-                                   static_cast<int>(-day.tm_gmtoff / 60));
+                                   day.tm_min, day.tm_sec, static_cast<int>(-day.tm_gmtoff / 60));
         info.replaceKey("/CreationDate",
                         QPDFObjectHandle::newString(QUtil::qpdf_time_to_pdf_time(time)));
     }

@@ -6,11 +6,10 @@
 #include "documents/writer/pictures/png_picture.h"
 #include "documents/writer/pictures/tiff_pictures.h"
 
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
-
 #include <algorithm>
 #include <cmath>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
 #include <sstream>
 #include <utility>
 
@@ -132,6 +131,15 @@ void drawLayers(Drawing& drawing, const Layers& layers) {
     }
 }
 
+// In pixels of the ink, or of the background.
+cv::Size sizeOf(const Layers& layers) {
+    if (!layers.inks.empty()) {
+        return layers.inks.front().mask.size();
+    }
+    const auto jpeg = jpegPicture(layers.background);
+    return jpeg ? jpeg->facts.size : cv::Size(1, 1);
+}
+
 QPDFObjectHandle addPage(QPDF& document, const Drawing& drawing, const Millimetres& size,
                          int quarterTurns) {
     QPDFObjectHandle page = QPDFObjectHandle::parse(
@@ -172,11 +180,9 @@ Place placeOf(cv::Size picture, const Millimetres& page) {
 }
 
 QPDFObjectHandle addPicturePage(QPDF& document, const PlannedPage& planned) {
-    if (planned.layers) {
-        const cv::Size size =
-            planned.layers->inks.empty() ? cv::Size(1, 1) : planned.layers->inks[0].mask.size();
-        Drawing drawing(document, placeOf(size, planned.size), false);
-        drawLayers(drawing, *planned.layers);
+    if (const auto layers = planned.layers ? planned.layers() : std::nullopt) {
+        Drawing drawing(document, placeOf(sizeOf(*layers), planned.size), false);
+        drawLayers(drawing, *layers);
         return addPage(document, drawing, planned.size, 0);
     }
     Stored stored = storedPicture(planned);

@@ -4,7 +4,6 @@
 #include "documents/writer/document_plan.h"
 
 #include <qpdf/QPDF.hh>
-
 #include <string>
 
 namespace doccam::host {

@@ -4,7 +4,6 @@
 
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
-
 #include <utility>
 
 namespace doccam::host {

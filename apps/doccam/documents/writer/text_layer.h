@@ -1,9 +1,8 @@
 // Words laid over a page, unseen.
 #pragma once
 
-#include <qpdf/QPDF.hh>
-
 #include <memory>
+#include <qpdf/QPDF.hh>
 #include <string>
 #include <vector>
 

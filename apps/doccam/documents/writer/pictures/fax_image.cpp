@@ -14,8 +14,8 @@ class MemoryTiff {
   public:
     TiffHandle open(const char* mode) {
         at_ = 0;
-        return TiffHandle(TIFFClientOpen("memory", mode, this, read, write, seek, close, size,
-                                         nullptr, nullptr));
+        return TiffHandle(
+            TIFFClientOpen("memory", mode, this, read, write, seek, close, size, nullptr, nullptr));
     }
 
   private:
@@ -23,8 +23,8 @@ class MemoryTiff {
 
     static tmsize_t read(thandle_t handle, void* data, tmsize_t length) {
         MemoryTiff& file = self(handle);
-        const std::uint64_t left = file.bytes_.size() - std::min<std::uint64_t>(
-                                                            file.at_, file.bytes_.size());
+        const std::uint64_t left =
+            file.bytes_.size() - std::min<std::uint64_t>(file.at_, file.bytes_.size());
         const auto count = std::min<std::uint64_t>(left, static_cast<std::uint64_t>(length));
         std::memcpy(data, file.bytes_.data() + file.at_, count);
         file.at_ += count;
@@ -82,8 +82,8 @@ void pack(const cv::Mat& picture, int row, Bytes& bits) {
 }
 
 std::string parameters(cv::Size size) {
-    return " /Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " +
-           std::to_string(size.width) + " /Rows " + std::to_string(size.height) + " >>";
+    return " /Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " + std::to_string(size.width) +
+           " /Rows " + std::to_string(size.height) + " >>";
 }
 
 } // namespace
@@ -125,8 +125,8 @@ ImageStream faxImage(const cv::Mat& picture) {
 
 // A stencil paints where the decoded bit is 0, and the encoder's black decodes to that.
 ImageStream faxStencil(const cv::Mat& mask) {
-    return {imageDictionary(mask.size(), "/ImageMask true /BitsPerComponent 1" +
-                                             parameters(mask.size())),
+    return {imageDictionary(mask.size(),
+                            "/ImageMask true /BitsPerComponent 1" + parameters(mask.size())),
             faxBytes(255 - mask)};
 }
 

@@ -93,12 +93,12 @@ std::optional<JpegPicture> jpegPicture(const Bytes& bytes) {
         (components != 1 && components != 3 && components != 4)) {
         return std::nullopt;
     }
-    return JpegPicture{{{static_cast<int>(header.image_width),
-                         static_cast<int>(header.image_height)},
-                        orientationOf(header),
-                        dpiOf(header)},
-                       components,
-                       components == 4 && header.saw_Adobe_marker != FALSE};
+    return JpegPicture{
+        {{static_cast<int>(header.image_width), static_cast<int>(header.image_height)},
+         orientationOf(header),
+         dpiOf(header)},
+        components,
+        components == 4 && header.saw_Adobe_marker != FALSE};
 }
 
 ImageStream asImage(const JpegPicture& picture, const std::string& file, std::uint64_t length) {

@@ -2,13 +2,12 @@
 
 #include "documents/writer/document_plan.h"
 
-#include <qpdf/Pipeline.hh>
-
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <qpdf/Pipeline.hh>
 #include <utility>
 
 namespace doccam::host {

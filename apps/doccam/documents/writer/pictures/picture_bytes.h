@@ -2,11 +2,11 @@
 #pragma once
 
 #include <opencv2/core.hpp>
-#include <qpdf/QPDF.hh>
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <qpdf/QPDF.hh>
 #include <string>
 #include <vector>
 

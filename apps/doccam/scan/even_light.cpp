@@ -3,7 +3,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <vector>
+#include <span>
 
 namespace doccam::host {
 namespace {
@@ -11,24 +11,23 @@ namespace {
 constexpr float kDark = 1; // grey levels of the sensor's black, whose ratios say nothing
 constexpr float kStrongestGain = 1.6F; // beyond it not the light has changed but the scene
 
-float medianGain(const cv::Mat& ratios) {
-    std::vector<float> values(ratios.begin<float>(), ratios.end<float>());
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
+float medianGain(std::span<float> ratios) {
+    const auto middle = ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2);
+    std::nth_element(ratios.begin(), middle, ratios.end());
     return std::clamp(*middle, 1 / kStrongestGain, kStrongestGain);
 }
 
-enum class Along { kRows, kColumns };
-
-// The picture with each line brightened or darkened as most of its pixels say.
-cv::Mat evened(const cv::Mat& reference, const cv::Mat& picture, Along along) {
+// The picture with each row brightened or darkened as most of its pixels say.
+cv::Mat evened(const cv::Mat& reference, const cv::Mat& picture) {
     cv::Mat ratios;
     cv::divide(reference + kDark, picture + kDark, ratios);
-    cv::Mat result = picture.clone();
-    const int lines = along == Along::kRows ? picture.rows : picture.cols;
-    for (int i = 0; i < lines; ++i) {
-        cv::Mat line = along == Along::kRows ? result.row(i) : result.col(i);
-        line *= medianGain(along == Along::kRows ? ratios.row(i) : ratios.col(i));
+    cv::Mat result(picture.size(), CV_32F);
+    const auto width = static_cast<std::size_t>(picture.cols);
+    for (int y = 0; y < picture.rows; ++y) {
+        const float gain = medianGain({ratios.ptr<float>(y), width});
+        const float* const from = picture.ptr<float>(y);
+        std::transform(from, from + width, result.ptr<float>(y),
+                       [gain](float level) { return level * gain; });
     }
     return result;
 }
@@ -51,8 +50,8 @@ cv::Mat inLightOf(const cv::Mat& reference, const cv::Mat& picture) {
     cv::Mat seen;
     reference.convertTo(known, CV_32F);
     picture.convertTo(seen, CV_32F);
-    const cv::Mat byRows = evened(known, seen, Along::kRows);
-    const cv::Mat byColumns = evened(known, seen, Along::kColumns);
+    const cv::Mat byRows = evened(known, seen);
+    const cv::Mat byColumns = evened(known.t(), seen.t()).t();
     const bool rowsFit =
         cv::norm(byRows, known, cv::NORM_L1) <= cv::norm(byColumns, known, cv::NORM_L1);
     cv::Mat result;

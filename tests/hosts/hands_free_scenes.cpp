@@ -8,6 +8,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 
@@ -26,18 +27,24 @@ class Camera {
       : scene_(scene)
       , size_(size) {}
 
-    cv::Mat frame(std::uint32_t number) {
-        SceneSettings shown = virtualcam::sceneAt(scene_, number);
+    // Valid until the next.
+    const cv::Mat& frame(std::uint32_t number) {
+        const SceneSettings shown = virtualcam::sceneAt(scene_, number);
         SceneSettings still = shown;
         still.frame = 0;
         if (drawn_.empty() || still != lying_) {
             lying_ = still;
             drawn_ = virtualcam::drawScene(still, size_);
+            frames_ = {};
         }
-        cv::Mat picture = drawn_.clone();
-        virtualcam::stir(picture, shown);
-        virtualcam::addSensorNoise(picture, scene_.noise, static_cast<int>(number % kPatterns));
-        return sent(picture);
+        cv::Mat& frame = frames_.at(number % kPatterns);
+        if (frame.empty() || virtualcam::changesEachFrame(scene_)) {
+            cv::Mat picture = drawn_.clone();
+            virtualcam::stir(picture, shown);
+            virtualcam::addSensorNoise(picture, scene_.noise, static_cast<int>(number % kPatterns));
+            frame = sent(picture);
+        }
+        return frame;
     }
 
   private:
@@ -52,6 +59,7 @@ class Camera {
     SceneSettings scene_;
     SceneSettings lying_;
     cv::Mat drawn_;
+    std::array<cv::Mat, kPatterns> frames_; // of what is drawn
     cv::Size size_;
 };
 
@@ -97,7 +105,8 @@ Takings takeSheets(const SceneSettings& scene, cv::Size size, int sheets) {
     host::SheetWatch watch(false);
     Takings takings;
     const int cycle = scene.sheetFrames + scene.changeFrames;
-    for (int number = 0; number < sheets * cycle; ++number) {
+    const int end = sheets * cycle - scene.changeFrames;
+    for (int number = 0; number < end; ++number) {
         const host::WatchedFrame frame{camera.frame(static_cast<std::uint32_t>(number)), {}};
         const auto started = Clock::now();
         if (watch.see(frame) == host::Sight::kNewSheet) {

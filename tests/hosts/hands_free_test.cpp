@@ -10,14 +10,14 @@ namespace {
 using namespace doccam::test;
 using testing::ElementsAre;
 
-constexpr int kSheets = 4;
+constexpr int kSheets = 3;
 constexpr int kSecond = 30; // frames
 
 class HandsFree : public testing::TestWithParam<HandsFreeScene> {};
 
 TEST_P(HandsFree, TakesEverySheetOnceAndSoon) {
     Takings takings = takeSheets(GetParam().settings, {960, 720}, kSheets);
-    EXPECT_THAT(takings.sheets, ElementsAre(0, 1, 2, 3));
+    EXPECT_THAT(takings.sheets, ElementsAre(0, 1, 2));
     std::sort(takings.frames.begin(), takings.frames.end());
     EXPECT_LE(takings.frames.at(kSheets / 2), kSecond);
 }

@@ -54,9 +54,8 @@ TEST_F(PdfPages, OfAnEncryptedDocumentAreRefused) {
     const std::string one = document("one.pdf", 30, 100);
     for (const std::string& password : {std::string("''"), std::string("secret")}) {
         said("qpdf --encrypt " + password + " owner 256 -- " + one + " " + path("locked.pdf"));
-        EXPECT_THAT(
-            [&] { host::fileParts(path("locked.pdf")); },
-            testing::ThrowsMessage<DocumentError>(HasSubstr("is encrypted")));
+        EXPECT_THAT([&] { host::fileParts(path("locked.pdf")); },
+                    testing::ThrowsMessage<DocumentError>(HasSubstr("is encrypted")));
     }
 }
 

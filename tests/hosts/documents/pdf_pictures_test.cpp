@@ -79,9 +79,10 @@ TEST_F(PdfPictures, KeepTheBytesOfAJpeg) {
 
 TEST_F(PdfPictures, AreTurnedByTheirExifAndByThePlan) {
     std::string jpeg = contents(picture("a.jpg"));
-    const std::string exif("\xFF\xE1\x00\x22"
-                           "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0",
-                           36);
+    const std::string exif(
+        "\xFF\xE1\x00\x22"
+        "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0",
+        36);
     std::ofstream(path("turned.jpg"), std::ios::binary) << jpeg.insert(2, exif);
     EXPECT_EQ(host::fileParts(path("turned.jpg"))[0].pixels, cv::Size(600, 424));
     std::string pdf = written({{.file = path("turned.jpg"), .size = kFlatA4}});
@@ -145,7 +146,8 @@ TEST_F(PdfPictures, OfATiffAreAllItsPages) {
 
 TEST_F(PdfPictures, LieWholeInTheMiddleOfPaperWithOtherProportions) {
     const cv::Mat square(300, 300, CV_8UC3, cv::Scalar(0, 0, 0));
-    const cv::Mat page = shown(written({{.file = picture("a.png", square), .size = kA4}}));
+    const cv::Mat page =
+        shown(written({{.file = picture("a.png", square), .size = kA4, .picture = {210, 210}}}));
     EXPECT_GT(page.at<uchar>(100, page.cols / 2), 250);
     EXPECT_LT(page.at<uchar>(page.rows / 2, 3), 5);
     EXPECT_GT(page.at<uchar>(page.rows - 100, page.cols / 2), 250);

@@ -15,6 +15,10 @@ inline constexpr char kDocumentsModule[] = "documents";
 struct DocumentModule {
     ModuleHead head;
 
+    // Whether the file begins as a PDF or a TIFF.
+    bool (*isPdf)(const std::string& file);
+    bool (*isTiff)(const std::string& file);
+
     // The parts of a JPEG, PNG, TIFF or PDF file; none of other files.
     std::vector<FilePart> (*parts)(const std::string& file);
 

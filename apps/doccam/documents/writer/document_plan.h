@@ -23,11 +23,12 @@ struct FilePart {
 };
 
 struct PlannedPage {
-    std::string file{};   // JPEG, PNG, TIFF or PDF
-    int part = 0;         // the picture of a TIFF or the page of a PDF, from 0
-    cv::Mat pixels{};     // instead of a file: 8-bit, grey or blue first
-    Millimetres size{};   // as shown; that of a PDF's page is its own
-    int quarterTurns = 0; // clockwise, after the orientation that the file says
+    std::string file{};    // JPEG, PNG, TIFF or PDF
+    int part = 0;          // the picture of a TIFF or the page of a PDF, from 0
+    cv::Mat pixels{};      // instead of a file: 8-bit, grey or blue first
+    Millimetres size{};    // as shown; that of a PDF's page is its own
+    Millimetres picture{}; // of the picture, in the middle; all of the page if 0
+    int quarterTurns = 0;  // clockwise, after the orientation that the file says
     // Makes, when the page is written, what stands there instead of the picture, upright; none for
     // the picture itself.
     std::function<std::optional<Layers>()> layers{};

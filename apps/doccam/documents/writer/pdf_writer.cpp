@@ -29,7 +29,7 @@ class PdfWriter {
                 addPdfPage(planned);
                 continue;
             }
-            const QPDFObjectHandle page = addPicturePage(*document_, planned);
+            const PicturePage page = addPicturePage(*document_, planned);
             if (!planned.text.empty()) {
                 texts_.lay(planned.text, page);
             }

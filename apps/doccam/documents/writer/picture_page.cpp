@@ -21,25 +21,23 @@ constexpr double kPointsPerMillimetre = 72 / 25.4;
 // An image and how it is stored.
 struct Stored {
     ImageStream image;
-    cv::Size size;
     int orientation = 1;
 };
 
 Stored storedPicture(const PlannedPage& planned) {
     if (!planned.pixels.empty()) {
-        return {flateImage(planned.pixels), planned.pixels.size()};
+        return {flateImage(planned.pixels)};
     }
     const Bytes bytes = readFile(planned.file);
     if (const auto jpeg = jpegPicture(bytes)) {
-        return {asImage(*jpeg, planned.file, bytes.size()), jpeg->facts.size,
-                jpeg->facts.orientation};
+        return {asImage(*jpeg, planned.file, bytes.size()), jpeg->facts.orientation};
     }
     if (const auto png = pngPicture(bytes)) {
-        return {asImage(*png, bytes), png->facts.size};
+        return {asImage(*png, bytes)};
     }
     if (isTiff(bytes)) {
-        const PictureFacts facts = tiffPicture(planned.file, planned.part);
-        return {tiffImage(planned.file, planned.part), facts.size, facts.orientation};
+        return {tiffImage(planned.file, planned.part),
+                tiffPicture(planned.file, planned.part).orientation};
     }
     throw DocumentError("cannot become a page");
 }
@@ -87,11 +85,12 @@ std::string matrix(double a, double d, double e, double f) {
 // Names the images of a page and draws them in one place.
 class Drawing {
   public:
-    Drawing(QPDF& document, const Place& place, bool mirrored)
+    Drawing(QPDF& document, const QPDFObjectHandle::Rectangle& place, bool mirrored)
       : document_(document) {
-        content_ = "q\n" + (mirrored ? matrix(-place.width, place.height, place.left + place.width,
-                                              place.bottom)
-                                     : matrix(place.width, place.height, place.left, place.bottom));
+        const double width = place.urx - place.llx;
+        const double height = place.ury - place.lly;
+        content_ = "q\n" + (mirrored ? matrix(-width, height, place.urx, place.lly)
+                                     : matrix(width, height, place.llx, place.lly));
     }
 
     void image(ImageStream image) {
@@ -131,15 +130,6 @@ void drawLayers(Drawing& drawing, const Layers& layers) {
     }
 }
 
-// In pixels of the ink, or of the background.
-cv::Size sizeOf(const Layers& layers) {
-    if (!layers.inks.empty()) {
-        return layers.inks.front().mask.size();
-    }
-    const auto jpeg = jpegPicture(layers.background);
-    return jpeg ? jpeg->facts.size : cv::Size(1, 1);
-}
-
 QPDFObjectHandle addPage(QPDF& document, const Drawing& drawing, const Millimetres& size,
                          int quarterTurns) {
     QPDFObjectHandle page = QPDFObjectHandle::parse(
@@ -161,37 +151,35 @@ Millimetres turned(const Millimetres& size, int quarterTurns) {
     return quarterTurns % 2 == 0 ? size : Millimetres{size.height, size.width};
 }
 
-} // namespace
-
-Place placeOf(cv::Size picture, const Millimetres& page) {
+// In the middle of the page.
+QPDFObjectHandle::Rectangle placeOf(const Millimetres& picture, const Millimetres& page) {
     const double width = page.width * kPointsPerMillimetre;
     const double height = page.height * kPointsPerMillimetre;
-    // A sheet's corners are never found so exactly that its proportions are those of the paper.
-    constexpr double kSameProportions = 0.01;
-    const double across = width / picture.width;
-    const double down = height / picture.height;
-    if (std::abs(across / down - 1) < kSameProportions) {
+    if (picture.width <= 0 || picture.height <= 0) {
         return {0, 0, width, height};
     }
-    const double scale = std::min(across, down);
-    const double shownWidth = scale * picture.width;
-    const double shownHeight = scale * picture.height;
-    return {(width - shownWidth) / 2, (height - shownHeight) / 2, shownWidth, shownHeight};
+    const double across = picture.width * kPointsPerMillimetre / 2;
+    const double down = picture.height * kPointsPerMillimetre / 2;
+    return {width / 2 - across, height / 2 - down, width / 2 + across, height / 2 + down};
 }
 
-QPDFObjectHandle addPicturePage(QPDF& document, const PlannedPage& planned) {
+} // namespace
+
+PicturePage addPicturePage(QPDF& document, const PlannedPage& planned) {
     if (const auto layers = planned.layers ? planned.layers() : std::nullopt) {
-        Drawing drawing(document, placeOf(sizeOf(*layers), planned.size), false);
+        const auto place = placeOf(planned.picture, planned.size);
+        Drawing drawing(document, place, false);
         drawLayers(drawing, *layers);
-        return addPage(document, drawing, planned.size, 0);
+        return {addPage(document, drawing, planned.size, 0), place};
     }
     Stored stored = storedPicture(planned);
     const Showing showing = showingOf(stored.orientation);
     const int turns = (showing.quarterTurns + planned.quarterTurns) % 4;
     const Millimetres size = turned(planned.size, turns);
-    Drawing drawing(document, placeOf(stored.size, size), showing.mirrored);
+    const auto place = placeOf(turned(planned.picture, turns), size);
+    Drawing drawing(document, place, showing.mirrored);
     drawing.image(std::move(stored.image));
-    return addPage(document, drawing, size, turns);
+    return {addPage(document, drawing, size, turns), place};
 }
 
 } // namespace doccam::host

@@ -8,18 +8,12 @@
 
 namespace doccam::host {
 
-// Adds a page to the end of the document; its size is that of the plan, and its picture, whole and
-// in the middle, as large as fits. Throws DocumentError.
-QPDFObjectHandle addPicturePage(QPDF& document, const PlannedPage& planned);
-
-// Where the picture of a page lies on it, as shown, in points.
-struct Place {
-    double left = 0;
-    double bottom = 0;
-    double width = 0;
-    double height = 0;
+struct PicturePage {
+    QPDFObjectHandle page;
+    QPDFObjectHandle::Rectangle picture; // before the page is turned, in points
 };
 
-Place placeOf(cv::Size picture, const Millimetres& page);
+// Adds a page to the end of the document. Throws DocumentError.
+PicturePage addPicturePage(QPDF& document, const PlannedPage& planned);
 
 } // namespace doccam::host

@@ -23,16 +23,15 @@ void TextLayers::shareFonts(QPDFObjectHandle form) {
     }
 }
 
-void TextLayers::lay(const std::string& file, QPDFObjectHandle page) {
+void TextLayers::lay(const std::string& file, const PicturePage& page) {
     std::unique_ptr<QPDF> source = openPdf(file);
     QPDFPageObjectHelper text = QPDFPageDocumentHelper(*source).getAllPages().front();
-    QPDFPageObjectHelper target(page);
+    QPDFPageObjectHelper target(page.page);
     QPDFObjectHandle form = document_.copyForeignObject(text.getFormXObjectForPage());
     shareFonts(form);
     const std::string name = "/Text";
-    page.getKey("/Resources").getKey("/XObject").replaceKey(name, form);
-    const std::string content = target.placeFormXObject(
-        form, name, target.getMediaBox().getArrayAsRectangle(), true, true, true);
+    target.getObjectHandle().getKey("/Resources").getKey("/XObject").replaceKey(name, form);
+    const std::string content = target.placeFormXObject(form, name, page.picture, true, true, true);
     target.addPageContents(document_.newStream(content), false);
     sources_.push_back(std::move(source));
 }

@@ -1,6 +1,8 @@
 // Words laid over a page, unseen.
 #pragma once
 
+#include "documents/writer/picture_page.h"
+
 #include <memory>
 #include <qpdf/QPDF.hh>
 #include <string>
@@ -14,8 +16,8 @@ class TextLayers {
     explicit TextLayers(QPDF& document)
       : document_(document) {}
 
-    // Lays the first page of the PDF file over all of a page, as shown. Throws DocumentError.
-    void lay(const std::string& file, QPDFObjectHandle page);
+    // Lays the first page of the PDF file over a page's picture, as shown. Throws DocumentError.
+    void lay(const std::string& file, const PicturePage& page);
 
   private:
     void shareFonts(QPDFObjectHandle form);

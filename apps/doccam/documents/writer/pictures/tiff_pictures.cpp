@@ -6,6 +6,7 @@
 #include "documents/writer/pictures/tiff_handle.h"
 
 #include <algorithm>
+#include <fstream>
 #include <string_view>
 
 namespace doccam::host {
@@ -145,6 +146,12 @@ bool isTiff(const Bytes& bytes) {
     const std::string_view start(reinterpret_cast<const char*>(bytes.data()),
                                  std::min<std::size_t>(bytes.size(), 4));
     return start == "II*\0"sv || start == "MM\0*"sv || start == "II+\0"sv || start == "MM\0+"sv;
+}
+
+bool isTiffFile(const std::string& file) {
+    Bytes start(4);
+    std::ifstream(file, std::ios::binary).read(reinterpret_cast<char*>(start.data()), 4);
+    return isTiff(start);
 }
 
 std::vector<PictureFacts> tiffPictures(const std::string& file) {

@@ -10,8 +10,9 @@
 
 namespace doccam::host {
 
-// Whether bytes begin a TIFF.
+// Whether bytes, or those of a file, begin a TIFF.
 bool isTiff(const Bytes& bytes);
+bool isTiffFile(const std::string& file);
 
 // What the file says of each of its pictures, those of reduced size left out, all of which are
 // decoded. Throws DocumentError for one that is damaged.

@@ -11,6 +11,7 @@
 #include <sys/mman.h>
 #include <sys/ptrace.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -132,6 +133,23 @@ TEST_F(FileConfinement, WritesRenamesAndRemovesInItsFolders) {
     };
     EXPECT_EQ(confined(ownFolder(), remove), 0);
     EXPECT_FALSE(fs::exists(own_));
+}
+
+TEST_F(FileConfinement, KeepsFoldersInWhichItMakesAndRenamesFolders) {
+    const Reach reach{.keep = {own_}};
+    const auto work = [&] {
+        std::error_code error;
+        fs::create_directory(own_ / ".new");
+        std::ofstream(own_ / ".new" / "draft") << "page";
+        fs::rename(own_ / ".new" / "draft", own_ / ".new" / "page", error);
+        fs::rename(own_ / ".new", own_ / "document", error);
+        return error ? error.value() : openError(own_ / "document" / "page");
+    };
+    EXPECT_EQ(confined(reach, work), 0);
+    EXPECT_EQ(confined(reach, [&] { return errorOf(unlink((own_ / "document/page").c_str())); }),
+              0);
+    EXPECT_EQ(confined(reach, [&] { return errorOf(rmdir((own_ / "document").c_str())); }), 0);
+    EXPECT_EQ(confined(reach, [&] { return errorOf(rmdir(own_.c_str())); }), EACCES);
 }
 
 TEST_F(FileConfinement, SeesDevicesOnlyWithCameras) {

@@ -57,6 +57,16 @@ TEST_F(PageStoreTest, AddsNoPageOfADamagedFrame) {
     EXPECT_EQ(tray_.picture(tray_.add(80, 40)).size(), cv::Size(80, 40));
 }
 
+TEST_F(PageStoreTest, ShowsNoFrameThatBecameNoPage) {
+    host::PageDraft draft;
+    cv::imencode(".jpg", cv::Mat(30, 30, CV_8UC3, cv::Scalar(0, 0, 0)), draft.frame);
+    const auto fail = [](const std::string&) -> std::vector<std::string> {
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(tray_.store.add(draft, fail), std::bad_alloc);
+    EXPECT_EQ(tray_.picture(tray_.add(80, 40)).size(), cv::Size(80, 40));
+}
+
 TEST_F(PageStoreTest, MakesAPageAnew) {
     const int id = tray_.add(80, 40);
     tray_.store.change(id, turned(id, 1));

@@ -74,18 +74,15 @@ void PageStore::requireRoom() const {
 Page PageStore::add(const host::PageDraft& draft, const CodeReading& readCodes) {
     requireRoom();
     host::KeptPage page{.recipe = draft.recipe, .origin = draft.origin};
-    changing([&] {
+    try {
         page.frame = document_.keep(draft.frame);
+        pictures_.forget(page); // of a frame that had the name, and became no page
         noteFrame(page);
-        try {
-            page.origin.codes = readCodes(pictures_.picture(page)->path);
-            page = document_.add(page.frame, page.recipe, page.origin);
-        } catch (...) {
-            pictures_.forget(page); // another frame may get the name
-            throw;
-        }
-    });
-    return described(page);
+        page.origin.codes = readCodes(pictures_.picture(page)->path);
+        return described(document_.add(page.frame, page.recipe, page.origin));
+    } catch (const host::Failure& failure) {
+        throw TrayError(failure.what());
+    }
 }
 
 void PageStore::change(int id, const host::Recipe& recipe) {

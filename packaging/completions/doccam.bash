@@ -21,7 +21,7 @@ _doccam() {
     local options='' choices=''
     case $command in
     '') options='--version' ;;
-    capture) options='--size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    capture) options='--count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
     scan) options='--auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
     spool) options='--as --force --all' choices='list show resume clear' ;;
     read) options='--kind --wait --size --format' ;;
@@ -39,11 +39,12 @@ _doccam() {
     --colour | --color) choices='colour grey gray bw' ;;
     --look) choices='photo paper' ;;
     --rotate) choices='0 90 180 270' ;;
+    --type) choices='jpg png tif bmp pdf' ;;
     --kind) choices='qr bar any' ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
     --camera) choices="0 1 2 3 4 5 6 7 8 $(compgen -f -- /dev/video)" ;;
     --config | --into | --as) return ;;
-    --quality | --pages | --wait | --listen | --port | --profile)
+    --quality | --pages | --count | --delay | --wait | --listen | --port | --profile)
         compopt +o default
         return
         ;;

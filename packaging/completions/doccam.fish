@@ -44,6 +44,9 @@ complete -c doccam -n '__fish_seen_subcommand_from capture scan clean' -l qualit
 complete -c doccam -n "$writers" -l force -d 'Replace files that exist'
 
 complete -c doccam -n '__fish_seen_subcommand_from capture scan' -l crop -d 'Cut out the sheet'
+complete -c doccam -n '__fish_seen_subcommand_from capture' -l count -x -d 'Take each so many times'
+complete -c doccam -n '__fish_seen_subcommand_from capture' -l delay -x -d 'Seconds between stills'
+complete -c doccam -n '__fish_seen_subcommand_from capture' -l type -x -a 'jpg png tif bmp pdf' -d 'Type for standard output'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l auto -d 'Take a page whenever a sheet lies still'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l pages -x -d 'End after so many pages'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l whole-frame -d 'Take the whole frame'

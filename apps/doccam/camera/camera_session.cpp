@@ -1,5 +1,6 @@
 #include "camera/camera_session.h"
 
+#include "base/unique_fd.h"
 #include "camera/page_settings.h"
 #include "host/failure.h"
 #include "host/modules/with_modules.h"
@@ -9,6 +10,7 @@
 
 #include <opencv2/imgproc.hpp>
 #include <poll.h>
+#include <sys/timerfd.h>
 
 #include <atomic>
 #include <ctime>
@@ -160,6 +162,19 @@ void CameraSession::waitForEvent(std::initializer_list<int> others) {
     throw Failure(kCameraFailed, "Camera " + std::to_string(camera_) +
                                      " sends no frames; unplug it, plug it in again, or run "
                                      "doccam doctor.");
+}
+
+void CameraSession::waitFor(std::chrono::milliseconds time) {
+    const UniqueFd timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+    itimerspec end{};
+    end.it_value.tv_sec = seconds.count();
+    end.it_value.tv_nsec = std::chrono::nanoseconds(time - seconds).count();
+    timerfd_settime(timer.get(), 0, &end, nullptr);
+    for (itimerspec left = end; left.it_value.tv_sec != 0 || left.it_value.tv_nsec != 0;
+         timerfd_gettime(timer.get(), &left)) {
+        waitForEvent({timer.get()});
+    }
 }
 
 // Exceptions must not leave through the callback; without a result the caller fails.

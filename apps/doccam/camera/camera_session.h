@@ -64,6 +64,9 @@ class CameraSession {
     // once if a frame has come since the last wait.
     void waitForEvent(std::initializer_list<int> others = {});
 
+    // Waits as long as that while frames come.
+    void waitFor(std::chrono::milliseconds time);
+
     // A copy of the next frame, red first.
     cv::Mat nextFrame();
 

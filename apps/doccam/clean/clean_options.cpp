@@ -90,6 +90,9 @@ void refuseContradictions(const CleanOptions& options) {
 
 std::string targetOf(const std::string& file, const CleanOptions& options) {
     fs::path target = file;
+    if (!options.target.empty()) {
+        return options.target;
+    }
     if (options.inPlace) {
         return target;
     }

@@ -12,6 +12,7 @@ namespace doccam::host {
 struct CleanOptions {
     std::vector<std::string> files;
     std::string folder;
+    std::string target; // of the only file; empty: named after it
     bool inPlace = false;
     bool edges = false;
     bool background = false;

@@ -9,16 +9,24 @@
 #include "pictures/writing.h"
 #include "pictures/written_file.h"
 #include "scan/page_source.h"
+#include "stills/still_series.h"
+#include "streams/output_stream.h"
+#include "streams/picture_inputs.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 namespace doccam::host {
 namespace {
+
+constexpr int kMaximumStills = 999999;
+constexpr int kLongestDelay = 86400;
 
 struct CaptureOptions {
     StillOptions still;
@@ -26,9 +34,14 @@ struct CaptureOptions {
     bool usualCrop = false; // --crop alone
     std::optional<Look> look;
     std::vector<std::string> files;
+    int count = 1;
+    double delay = 0;         // seconds
+    std::string type = "jpg"; // for standard output
     bool force = false;
 
     bool byEngine() const { return look || crop == Crop::kSheet; }
+
+    bool toOutput() const { return std::any_of(files.begin(), files.end(), isStandardStream); }
 
     PageWay way() const {
         return {.whole = crop != Crop::kSheet,
@@ -53,25 +66,6 @@ void refuseContradictions(const CaptureOptions& options) {
                                       " is none; choose another name.");
         }
     }
-}
-
-using Targets = std::vector<std::unique_ptr<OutputFile>>;
-
-// Checks all names before the camera is opened.
-Targets claim(const CaptureOptions& options) {
-    Targets targets;
-    std::set<std::filesystem::path> names;
-    for (const std::string& file : options.files) {
-        refuseUnknownType(file);
-        targets.push_back(std::make_unique<OutputFile>(file, options.force));
-        if (!names.insert(std::filesystem::weakly_canonical(std::filesystem::absolute(file)))
-                 .second) {
-            throw Failure(kUsage, "The file " + file +
-                                      " is named twice; give each still a name "
-                                      "of its own.");
-        }
-    }
-    return targets;
 }
 
 [[noreturn]] void failWithoutSheet(const OutputFile& target) {
@@ -123,23 +117,74 @@ Json take(const Context& context, CameraSession& session, OutputFile& target,
     return Json::object();
 }
 
-int capture(const Context& context, const CaptureOptions& options) {
+int captureFiles(const Context& context, const CaptureOptions& options) {
     refuseContradictions(options);
-    Targets targets = claim(options);
+    StillSeries series(options.files, options.count, options.force);
     StillOptions still = options.still;
     if (options.byEngine()) {
         still.page = {};
     }
     const auto session = openForStills(context, still);
+    const auto delay = std::chrono::milliseconds(std::lround(options.delay * 1000));
     Result result(context.options.json, Json::array());
-    for (const auto& target : targets) {
+    while (const auto target = series.next()) {
         const Json sheet = take(context, *session, *target, options);
         const WrittenFile written = describeFile(target->target().string());
         Json row = asJson(written);
         row.update(sheet);
         result.add(row, asText(written));
+        if (!series.atEnd()) {
+            session->waitFor(delay);
+        }
     }
     return kDone;
+}
+
+int captureToOutput(const Context& context, CaptureOptions options) {
+    if (options.files.size() > 1 || options.count > 1) {
+        throw Failure(kUsage,
+                      "Standard output takes one still; leave out other files and --count.");
+    }
+    const OutputStream stream(context.options, "." + options.type);
+    options.files = {stream.path()};
+    const int code = captureFiles(context, options);
+    stream.send();
+    return code;
+}
+
+int capture(const Context& context, const CaptureOptions& options) {
+    return options.toOutput() ? captureToOutput(context, options) : captureFiles(context, options);
+}
+
+// Defaults of the configuration may be idle, but not what the command line says.
+void refuseIdleOptions(const CLI::App& command, const CaptureOptions& options) {
+    if (command.count("--delay") > 0 && options.count == 1 && options.files.size() == 1) {
+        throw Failure(kUsage, "--delay is between stills, and there is one; add --count.");
+    }
+    if (command.count("--type") > 0 && !options.toOutput()) {
+        throw Failure(kUsage, "--type is for standard output; the name of a file says its type.");
+    }
+}
+
+void addFileOptions(CLI::App& command, CaptureOptions& options) {
+    command
+        .add_option("FILE", options.files,
+                    "Files to write: jpg, png, tif, bmp or pdf; %03d in a name is the next free "
+                    "number, {date} and {time} are when it is taken, - is standard output")
+        ->required()
+        ->type_name("");
+    command.add_option("--count", options.count, "Take each so many times, numbered by %d")
+        ->check(between(1, kMaximumStills))
+        ->type_name("N");
+    command.add_option("--delay", options.delay, "Wait so long between stills")
+        ->check(between(0, kLongestDelay))
+        ->type_name("SECONDS");
+    command
+        .add_option("--type", options.type,
+                    "The type for standard output: jpg (unless given), png, tif, bmp or pdf")
+        ->check(oneOf({"jpg", "png", "tif", "bmp", "pdf"}))
+        ->type_name("CHOICE");
+    command.add_flag("--force", options.force, "Replace files that exist");
 }
 
 } // namespace
@@ -147,9 +192,7 @@ int capture(const Context& context, const CaptureOptions& options) {
 void addCaptureCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<CaptureOptions>();
     CLI::App* command = app.add_subcommand("capture", "Take a still for each file named");
-    command->add_option("FILE", options->files, "Files to write: jpg, png, tif, bmp or pdf")
-        ->required()
-        ->type_name("");
+    addFileOptions(*command, *options);
     addCaptureOptions(*command, options->still);
     addCropOption(*command, options->crop, Crop::kRectangle,
                   "Cut out the sheet, taken for a rectangle; --crop=sheet also one seen at an "
@@ -157,15 +200,17 @@ void addCaptureCommand(CLI::App& app, Context& context) {
                   &options->usualCrop);
     addLookOption(*command, [options](Look look) { options->look = look; });
     addPageOptions(*command, options->still.page);
-    command->add_flag("--force", options->force, "Replace files that exist");
     command->footer(
         "Examples:\n"
         "  doccam capture page.jpg\n"
         "  doccam capture --crop --clean-edges --colour bw page.png\n"
         "  doccam capture --crop=sheet --look paper page.jpg\n"
-        "  doccam capture --size 1280x960 --rotate 90 --quality 70 first.jpg second.pdf");
-    command->callback([&context, options] {
-        context.settle = [options] {
+        "  doccam capture --size 1280x960 --rotate 90 --quality 70 first.jpg second.pdf\n"
+        "  doccam capture --count 12 --delay 5 page-%03d.jpg\n"
+        "  doccam capture - | doccam read -");
+    command->callback([&context, command, options] {
+        context.settle = [command, options] {
+            refuseIdleOptions(*command, *options);
             if (options->look && options->usualCrop) {
                 options->crop = Crop::kSheet;
             }

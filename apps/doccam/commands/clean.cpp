@@ -7,12 +7,19 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 #include "pages/sheet_json.h"
+#include "streams/output_stream.h"
+#include "streams/picture_inputs.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
-#include <map>
+#include <fstream>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace doccam::host {
 namespace {
@@ -20,8 +27,9 @@ namespace {
 namespace fs = std::filesystem;
 
 // A link is written to its target.
-Reach reachOf(const CleanOptions& options) {
-    Reach reach{.read = {options.files.begin(), options.files.end()}};
+Reach reachOf(const CleanOptions& options, const PictureInputs& inputs) {
+    const std::vector<std::string> files = inputs.files();
+    Reach reach{.read = {files.begin(), files.end()}};
     for (const std::string& file : options.files) {
         const fs::path target = fs::absolute(targetOf(file, options));
         std::error_code ignored;
@@ -72,22 +80,58 @@ bool addPicture(const Context& context, const std::string& file, const CleanOpti
     return written.has_value();
 }
 
-int clean(const Context& context, const CleanOptions& options) {
+int cleanFiles(const Context& context, const CleanOptions& options, const PictureInputs& inputs) {
     refuseContradictions(options);
     if (context.options.confined) {
-        confineFiles(reachOf(options), *context.interrupt);
+        confineFiles(reachOf(options, inputs), *context.interrupt);
     }
     Result result(context.options.json, Json::array());
+    const Progress progress(context.options, "cleaning", options.files.size());
     const auto add = byPageEngine(options) ? addPages : addPicture;
     int code = kDone;
+    std::size_t number = 0;
     for (const std::string& file : options.files) {
         context.interrupt->check();
+        progress.show(++number);
         if (!add(context, file, options, result)) {
-            complainOf(file, options);
+            complainOf(inputs.wordsFor(file), options);
             code = kNothingFound;
         }
     }
     return code;
+}
+
+// ".jpg" for a JPEG, and otherwise ".png".
+std::string extensionFor(const std::string& picture, const CleanOptions& options) {
+    std::array<char, 3> start{};
+    std::ifstream(picture, std::ios::binary).read(start.data(), start.size());
+    const bool isJpeg = std::string_view(start.data(), start.size()) == "\xFF\xD8\xFF";
+    return isJpeg && options.colour != Colour::kBlackAndWhite ? ".jpg" : ".png";
+}
+
+// From standard input to standard output.
+int cleanStream(const Context& context, CleanOptions options) {
+    if (options.files.size() > 1 || !options.folder.empty() || options.inPlace || options.each) {
+        throw Failure(kUsage,
+                      "Standard input is cleaned to standard output; leave out other files, "
+                      "--into, --in-place and --each.");
+    }
+    const PictureInputs inputs(options.files, *context.interrupt);
+    const OutputStream stream(context.options, extensionFor(inputs.paths().front(), options));
+    options.files = inputs.paths();
+    options.target = stream.path();
+    const int code = inputs.named([&] { return cleanFiles(context, options, inputs); });
+    if (code == kDone) {
+        stream.send();
+    }
+    return code;
+}
+
+int clean(const Context& context, const CleanOptions& options) {
+    if (std::any_of(options.files.begin(), options.files.end(), isStandardStream)) {
+        return cleanStream(context, options);
+    }
+    return cleanFiles(context, options, PictureInputs(options.files, *context.interrupt));
 }
 
 void addPageOptions(CLI::App& command, CleanOptions& options) {
@@ -128,7 +172,7 @@ void addCleanCommand(CLI::App& app, Context& context) {
     command
         ->add_option("FILE", options->files,
                      "Pictures to clean; NAME.jpg is written as NAME-clean.jpg beside it, in black "
-                     "and white as NAME-clean.png")
+                     "and white as NAME-clean.png; - cleans standard input to standard output")
         ->required()
         ->type_name("");
     addPageOptions(*command, *options);
@@ -142,7 +186,8 @@ void addCleanCommand(CLI::App& app, Context& context) {
                     "  doccam clean --crop --colour bw --json photo.jpg\n"
                     "  doccam clean --each --look photo receipts.jpg\n"
                     "  doccam clean --edges --bright-sheet --into cleaned *.jpg\n"
-                    "  doccam clean --in-place --force page.png");
+                    "  doccam clean --in-place --force page.png\n"
+                    "  doccam clean --crop - <photo.jpg >page.jpg");
     command->callback([&context, options] {
         context.run = [&context, options] { return clean(context, *options); };
     });

@@ -3,9 +3,12 @@
 #include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 #include "pictures/pdf_file.h"
 #include "pictures/picture_limits.h"
 #include "pictures/written_file.h"
+#include "streams/output_stream.h"
+#include "streams/picture_inputs.h"
 
 #include <memory>
 #include <string>
@@ -26,8 +29,10 @@ std::string draftApart(const Context& context, const OutputFile& file,
     const PictureLimits limits = pictureLimits();
     const Bounds bounds{.bytes = limits.workingBytes() * images.size(),
                         .processor = limits.working * images.size()};
+    const Progress progress(context.options, "page", images.size());
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
-        report(draftPdf(file, images, *context.interrupt));
+        report(draftPdf(file, images, *context.interrupt,
+                        [&](std::size_t page) { progress.show(page); }));
     });
     if (made.end != ApartEnd::kDone || made.reports.empty()) {
         throw Failure(kUsage, "The pictures for " + file.target().string() +
@@ -37,11 +42,20 @@ std::string draftApart(const Context& context, const OutputFile& file,
 }
 
 int pdf(const Context& context, const PdfOptions& options) {
+    if (isStandardStream(options.target)) {
+        const OutputStream stream(context.options, ".pdf");
+        PdfOptions sent = options;
+        sent.target = stream.path();
+        const int code = pdf(context, sent);
+        stream.send();
+        return code;
+    }
     if (!isPdfName(options.target)) {
         throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
     }
     OutputFile file(options.target, options.force);
-    file.publish(draftApart(context, file, options.images));
+    const PictureInputs inputs(options.images, *context.interrupt);
+    file.publish(inputs.named([&] { return draftApart(context, file, inputs.paths()); }));
     const WrittenFile written = describeFile(file.target().string());
     Result result(context.options.json, asJson(written));
     result.value["pages"] = options.images.size();
@@ -54,12 +68,17 @@ int pdf(const Context& context, const PdfOptions& options) {
 void addPdfCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<PdfOptions>();
     CLI::App* command = app.add_subcommand("pdf", "Make one PDF of image files");
-    command->add_option("OUT", options->target, "The PDF to write")->required()->type_name("");
-    command->add_option("IMAGE", options->images, "Its pages, in order")->required()->type_name("");
+    command->add_option("OUT", options->target, "The PDF to write; - for standard output")
+        ->required()
+        ->type_name("");
+    command->add_option("IMAGE", options->images, "Its pages, in order; - for standard input")
+        ->required()
+        ->type_name("");
     command->add_flag("--force", options->force, "Replace a file that exists");
     command->footer("Examples:\n"
                     "  doccam pdf letter.pdf page1.jpg page2.jpg\n"
-                    "  doccam pdf --force all.pdf *.png");
+                    "  doccam pdf --force all.pdf *.png\n"
+                    "  scanimage | doccam pdf - - >page.pdf");
     command->callback([&context, options] {
         context.run = [&context, options] { return pdf(context, *options); };
     });

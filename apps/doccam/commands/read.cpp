@@ -6,7 +6,9 @@
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 #include "pictures/picture_limits.h"
+#include "streams/picture_inputs.h"
 
 #include <chrono>
 #include <memory>
@@ -42,25 +44,33 @@ std::string asText(const Code& code) {
 
 int readFiles(const Context& context, const ReadOptions& options) {
     const bool several = options.files.size() > 1;
+    const PictureInputs inputs(options.files, *context.interrupt);
     if (context.options.confined) {
-        confineFiles({.read = {options.files.begin(), options.files.end()}}, *context.interrupt);
+        const std::vector<std::string> reached = inputs.files();
+        confineFiles({.read = {reached.begin(), reached.end()}}, *context.interrupt);
     }
+    const Progress progress(context.options, "reading", options.files.size());
+    std::size_t number = 0;
     const std::string inTime = " in the " + std::to_string(pictureLimits().reading.count()) +
                                " seconds that a file gets (DOCCAM_READ_SECONDS)";
     std::vector<std::string> unfinished;
     Result result(context.options.json, Json::array());
-    for (const std::string& file : options.files) {
+    for (const std::string& path : inputs.paths()) {
         context.interrupt->check();
-        const FileCodes found = codesInFile(file, kindsOf(options.kind), context);
+        progress.show(++number);
+        const std::string file = inputs.nameOf(path);
+        const FileCodes found =
+            inputs.named([&] { return codesInFile(path, kindsOf(options.kind), context); });
         for (const Code& code : found.codes) {
             result.add(asJson(file, code), (several ? file + ": " : "") + asText(code));
         }
         if (!found.complete) {
-            unfinished.push_back(file);
+            unfinished.push_back(inputs.wordsFor(path));
         }
     }
     if (result.value.empty()) {
-        throw Failure(kNothingFound, "No code was found in " + options.files.front() +
+        throw Failure(kNothingFound, "No code was found in " +
+                                         inputs.wordsFor(inputs.paths().front()) +
                                          (several ? " and the other files" : "") +
                                          (unfinished.empty() ? "" : inTime) +
                                          "; take the picture closer or larger.");
@@ -103,7 +113,9 @@ void addReadCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<ReadOptions>();
     CLI::App* command =
         app.add_subcommand("read", "Read codes from picture files, or from the camera");
-    command->add_option("FILE", options->files, "Pictures to read; none: the camera")
+    command
+        ->add_option("FILE", options->files,
+                     "Pictures to read, - for standard input; none: the camera")
         ->type_name("");
     command->add_option("--kind", options->kind, "qr, bar or any")
         ->check(oneOf({"qr", "bar", "any"}))
@@ -114,7 +126,8 @@ void addReadCommand(CLI::App& app, Context& context) {
     addCaptureOptions(*command, options->still);
     command->footer("Examples:\n"
                     "  doccam read\n"
-                    "  doccam read --kind qr page.jpg other.png --json");
+                    "  doccam read --kind qr page.jpg other.png --json\n"
+                    "  doccam capture - | doccam read -");
     command->callback([&context, options] {
         context.run = [&context, options] { return read(context, *options); };
     });

@@ -5,9 +5,12 @@
 #include "documents/scan_document.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 #include "pictures/pdf_file.h"
 #include "scan/scan_options.h"
 #include "scan/scanning.h"
+#include "streams/output_stream.h"
+#include "streams/picture_inputs.h"
 
 #include <memory>
 #include <string>
@@ -43,8 +46,10 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
 }
 
 int save(const Context& context, ScanDocument& document) {
+    const Progress progress(context.options, "saving page", document.pages().pages().size());
     const SavedDocument saved =
-        saveDocument(document.pages(), document.renderer(), document.file(), *context.interrupt);
+        saveDocument(document.pages(), document.renderer(), document.file(), *context.interrupt,
+                     [&](std::size_t page) { progress.show(page); });
     context.interrupt->setLastWords("");
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());
@@ -85,9 +90,22 @@ int scan(const Context& context, ScanArguments arguments) {
     }
 }
 
+int scanToTarget(const Context& context, ScanArguments arguments) {
+    if (!isStandardStream(arguments.scan.target)) {
+        return scan(context, std::move(arguments));
+    }
+    const OutputStream stream(context.options, ".pdf");
+    arguments.scan.target = stream.path();
+    arguments.scan.targetPasses = true;
+    const int code = scan(context, std::move(arguments));
+    stream.send();
+    return code;
+}
+
 void addOptions(CLI::App& command, ScanArguments& arguments) {
     ScanOptions& options = arguments.scan;
-    command.add_option("OUT", options.target, "The PDF to write")->type_name("");
+    command.add_option("OUT", options.target, "The PDF to write; - for standard output")
+        ->type_name("");
     command.add_flag("--auto", options.plan.automatic,
                      "Take a page whenever a new sheet lies still; Enter ends");
     command.add_option("--pages", options.plan.pages, "End after so many pages")
@@ -140,7 +158,7 @@ void addScanCommand(CLI::App& app, Context& context) {
             }
             context.virtualCamera.sheetFrames = options.plan.automatic ? kSheetFrames : 0;
         };
-        context.run = [&context, arguments] { return scan(context, *arguments); };
+        context.run = [&context, arguments] { return scanToTarget(context, *arguments); };
     });
 }
 

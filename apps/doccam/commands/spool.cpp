@@ -7,6 +7,7 @@
 #include "documents/scan_document.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 #include "pages/sheet_json.h"
 #include "pictures/pdf_file.h"
 
@@ -140,7 +141,9 @@ int resume(const Context& context, const Spool& spool, const SpoolOptions& optio
     }
     OutputFile file(target, options.force);
     PageRenderer renderer(*document, folderIn(file, "pages"));
-    const SavedDocument saved = saveDocument(*document, renderer, file, *context.interrupt);
+    const Progress progress(context.options, "saving page", document->pages().size());
+    const SavedDocument saved = saveDocument(*document, renderer, file, *context.interrupt,
+                                             [&](std::size_t page) { progress.show(page); });
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());
     }

@@ -27,7 +27,7 @@ void noteSaved(PageDocument& document) {
 } // namespace
 
 SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
-                           const Interrupt& interrupt) {
+                           const Interrupt& interrupt, const PageNote& note) {
     const std::vector<KeptPage> pages = document.pages();
     for (const KeptPage& page : pages) {
         renderer.begin(page);
@@ -37,6 +37,9 @@ SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, Outpu
     for (const KeptPage& page : pages) {
         if (interrupt.mustEnd()) {
             throw Interruption();
+        }
+        if (note) {
+            note(saved.pages.size() + saved.damaged.size() + 1);
         }
         try {
             const auto made = renderer.finish(page);

@@ -6,6 +6,7 @@
 #include "host/own_output.h"
 #include "pages/page_renderer.h"
 #include "pages/spool/page_document.h"
+#include "pictures/pdf_file.h"
 
 #include <opencv2/core/types.hpp>
 
@@ -28,7 +29,7 @@ struct SavedDocument {
 // document is saved unless pages are damaged. A document all of whose pages are damaged is not
 // written. Throws Failure; Interruption when the process must end.
 SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
-                           const Interrupt& interrupt);
+                           const Interrupt& interrupt, const PageNote& note = {});
 
 // {"page", "width", "height", "cropped", "sheet", "confidence"} of each.
 Json asJson(const SavedDocument& saved);

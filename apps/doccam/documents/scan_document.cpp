@@ -51,7 +51,9 @@ void ScanDocument::open(const ScanOptions& options) {
     ScanOptions adopting = options;
     adopting.adopt(pages_->plan());
     DocumentPlan plan = adopting.documentPlan();
-    plan.target = std::filesystem::absolute(target).string();
+    if (!options.targetPasses) {
+        plan.target = std::filesystem::absolute(target).string();
+    }
     pages_->setPlan(plan);
 }
 

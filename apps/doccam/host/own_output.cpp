@@ -16,6 +16,8 @@ namespace {
 
 std::FILE* ownOut = stdout;
 std::FILE* ownErr = stderr;
+bool resultsAreDropped = false;
+bool passingLine = false;
 
 [[noreturn]] void failToSetApart() {
     throw Failure(kFileFailed, "Standard output cannot be set apart for the results; close other "
@@ -43,6 +45,17 @@ std::FILE* keep(int descriptor) {
 void redirect(int descriptor, int target) {
     if (target < 0 || dup2(target, descriptor) < 0) {
         failToSetApart();
+    }
+}
+
+void redraw(const std::string& line) {
+    std::fprintf(ownErr, "\r\033[K%s", line.c_str());
+    std::fflush(ownErr);
+}
+
+void clearPassingLine() {
+    if (passingLine) {
+        showPassingLine("");
     }
 }
 
@@ -77,6 +90,7 @@ std::FILE* out() {
 }
 
 void complain(const std::string& message) {
+    clearPassingLine();
     std::fputs(complaint(message).c_str(), ownErr);
 }
 
@@ -89,7 +103,24 @@ void complainWithoutWaiting(const std::string& message) {
     }
 }
 
+void dropResults() {
+    resultsAreDropped = true;
+}
+
+bool errorsAreOnTerminal() {
+    return isatty(fileno(ownErr)) == 1;
+}
+
+void showPassingLine(const std::string& line) {
+    redraw(line);
+    passingLine = !line.empty();
+}
+
 void printLine(const std::string& line) {
+    if (resultsAreDropped) {
+        return;
+    }
+    clearPassingLine();
     const std::string text = isatty(fileno(ownOut)) == 1 ? harmlessText(line, "\n\t") : line;
     std::fwrite(text.data(), 1, text.size(), ownOut);
     std::fputc('\n', ownOut);
@@ -130,7 +161,7 @@ void Result::tell(const std::string& line) const {
 }
 
 ProgressLine::ProgressLine()
-  : terminal_(isatty(fileno(ownErr)) == 1) {}
+  : terminal_(errorsAreOnTerminal()) {}
 
 ProgressLine::~ProgressLine() {
     if (open_) {
@@ -139,8 +170,12 @@ ProgressLine::~ProgressLine() {
 }
 
 void ProgressLine::show(const std::string& text) {
-    std::fprintf(ownErr, terminal_ ? "\r\033[K%s" : "%s\n", text.c_str());
-    std::fflush(ownErr);
+    if (terminal_) {
+        redraw(text);
+    } else {
+        std::fprintf(ownErr, "%s\n", text.c_str());
+        std::fflush(ownErr);
+    }
     open_ = terminal_;
 }
 

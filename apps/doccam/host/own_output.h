@@ -21,6 +21,15 @@ void divertLibraryLines(bool verbose);
 // The stream for results; until the diversion, standard output.
 std::FILE* out();
 
+// From now on no results are printed, as out() takes a file's bytes.
+void dropResults();
+
+// Whether standard error is a terminal.
+bool errorsAreOnTerminal();
+
+// Shows a line there in the place of the one before, until another is printed; empty for none.
+void showPassingLine(const std::string& line);
+
 // Prints the message as an error after the program's name, on one line and escaped for a terminal.
 void complain(const std::string& message);
 

@@ -93,10 +93,13 @@ bool isPdfName(const std::string& name) {
 }
 
 std::string draftPdf(const OutputFile& file, const std::vector<std::string>& images,
-                     const Interrupt& interrupt) {
+                     const Interrupt& interrupt, const PageNote& note) {
     std::vector<std::string> pages;
     for (const std::string& image : images) {
         interrupt.check();
+        if (note) {
+            note(pages.size() + 1);
+        }
         pages.push_back(pageOf(file, image, pages.size()));
     }
     return combined(file, pages);

@@ -42,13 +42,13 @@ PageWay ScanOptions::way() const {
 }
 
 DocumentPlan ScanOptions::documentPlan() const {
-    return {.target = target.empty() ? "" : std::filesystem::absolute(target).string(),
-            .wholeFrame = plan.whole,
-            .recipe = way().recipe,
-            .stills = byEngine()
-                          ? std::nullopt
-                          : std::optional(StillCleaning{.edges = page.cleanEdges,
-                                                        .background = page.cleanBackground})};
+    return {
+        .target = target.empty() || targetPasses ? "" : std::filesystem::absolute(target).string(),
+        .wholeFrame = plan.whole,
+        .recipe = way().recipe,
+        .stills = byEngine() ? std::nullopt
+                             : std::optional(StillCleaning{.edges = page.cleanEdges,
+                                                           .background = page.cleanBackground})};
 }
 
 void ScanOptions::keepWay(const ScanOptions& said) {

@@ -19,6 +19,7 @@ struct ScanOptions {
     Crop crop = Crop::kNone;
     std::optional<Look> look;
     std::string target;
+    bool targetPasses = false; // it is for standard output, and nothing to remember
     bool force = false;
     bool resume = false;
     bool noSpool = false;

@@ -17,6 +17,20 @@ using testing::StartsWith;
 // The clients of one server after another, and what they were told.
 class Clients {
   public:
+    // False if the server was killed.
+    bool take(const ServeHost& host) {
+        int last = 0;
+        for (const json& list : {stateOf(host)["pages"], stateOf(host)["removed"]}) {
+            for (const json& page : list) {
+                last = std::max<int>(last, page["id"]);
+            }
+        }
+        expected_.emplace_back(last + 1, 0);
+        const bool done = order(host, "capture", "{}");
+        taken_ += done ? 1 : 0;
+        return done;
+    }
+
     // Takes pages and changes them in every way until the server is killed.
     void useUntilKilled(const ServeHost& host) {
         while (take(host) && reverse(host) && turnFirst(host) && removeFirst(host) &&
@@ -56,19 +70,6 @@ class Clients {
         told_ = expected_;
         EXPECT_EQ(shown(host), told_) << last_;
         return true;
-    }
-
-    bool take(const ServeHost& host) {
-        int last = 0;
-        for (const json& list : {stateOf(host)["pages"], stateOf(host)["removed"]}) {
-            for (const json& page : list) {
-                last = std::max<int>(last, page["id"]);
-            }
-        }
-        expected_.emplace_back(last + 1, 0);
-        const bool done = order(host, "capture", "{}");
-        taken_ += done ? 1 : 0;
-        return done;
     }
 
     bool reverse(const ServeHost& host) {
@@ -113,19 +114,35 @@ std::unique_ptr<ServeHost> serverThatMayFail(const ServeSetting& setting) {
     }
 }
 
-TEST_F(KeptTray, SurvivesAKillAtAnyChangeOfTheSpool) {
+class KilledTray : public KeptTray {
+  protected:
+    // Servers killed at every other change of the spool, each going on where the last one ended.
     // Going on with a document takes one change, a page taken ten, any other command five.
-    Clients clients;
-    for (int at = 1; at <= 41; at += 2) {
-        if (const auto host = serverThatMayFail(failing(kSpool, at, "kill"))) {
-            clients.check(*host);
-            clients.useUntilKilled(*host);
+    void surviveKills(Clients clients, int from, int to) const {
+        for (int at = from; at <= to; at += 2) {
+            if (const auto host = serverThatMayFail(failing(kSpool, at, "kill"))) {
+                clients.check(*host);
+                clients.useUntilKilled(*host);
+            }
         }
+        const ServeHost last(kept());
+        clients.check(last);
+        EXPECT_GT(clients.taken(), 3U);
+        EXPECT_THAT(documents(), SizeIs(1));
     }
-    const ServeHost last(kept());
-    clients.check(last);
-    EXPECT_GT(clients.taken(), 5U);
-    EXPECT_THAT(documents(), SizeIs(1));
+};
+
+TEST_F(KilledTray, KeepsWhatWasToldWhilePagesAreTaken) {
+    Clients clients;
+    {
+        const ServeHost host(kept());
+        EXPECT_TRUE(clients.take(host) && clients.take(host));
+    }
+    surviveKills(clients, 1, 21);
+}
+
+TEST_F(KilledTray, KeepsWhatWasToldWhilePagesAreChanged) {
+    surviveKills({}, 23, 41);
 }
 
 } // namespace

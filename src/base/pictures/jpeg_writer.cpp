@@ -26,7 +26,7 @@ class JpegWriter {
     JpegWriter& operator=(const JpegWriter&) = delete;
 
     // Call once. False if libjpeg refuses the picture.
-    bool write(const cv::Mat& picture, int quality);
+    bool write(const cv::Mat& picture, int quality, JpegCoding coding);
 
     Bytes takeFile() { return std::move(file_); }
 
@@ -101,7 +101,7 @@ J_COLOR_SPACE coloursOf(const cv::Mat& picture) {
 }
 
 // Holds no object with a destructor, since an error would jump over it.
-bool JpegWriter::write(const cv::Mat& picture, int quality) {
+bool JpegWriter::write(const cv::Mat& picture, int quality, JpegCoding coding) {
     if (setjmp(failed_) != 0) {
         return false;
     }
@@ -113,6 +113,9 @@ bool JpegWriter::write(const cv::Mat& picture, int quality) {
     jpeg_.in_color_space = coloursOf(picture);
     jpeg_set_defaults(&jpeg_);
     jpeg_set_quality(&jpeg_, std::clamp(quality, 0, 100), TRUE);
+    if (coding == JpegCoding::kSmallest) {
+        jpeg_simple_progression(&jpeg_);
+    }
     jpeg_start_compress(&jpeg_, TRUE);
     while (jpeg_.next_scanline < jpeg_.image_height) {
         auto* row = const_cast<JSAMPROW>(picture.ptr(static_cast<int>(jpeg_.next_scanline)));
@@ -130,12 +133,12 @@ bool isSuitable(const cv::Mat& picture) {
 
 } // namespace
 
-std::optional<Bytes> jpegOf(const cv::Mat& picture, int quality) {
+std::optional<Bytes> jpegOf(const cv::Mat& picture, int quality, JpegCoding coding) {
     if (!isSuitable(picture)) {
         return std::nullopt;
     }
     JpegWriter writer;
-    if (!writer.write(picture, quality)) {
+    if (!writer.write(picture, quality, coding)) {
         return std::nullopt;
     }
     return writer.takeFile();

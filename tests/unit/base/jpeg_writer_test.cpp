@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
 
 #include <vector>
 
@@ -52,6 +53,18 @@ TEST_P(Jpeg, EqualsOpenCvsForFilesOfMegabytes) {
 TEST_P(Jpeg, EqualsOpenCvsForPartOfAPicture) {
     const cv::Mat part = noise({90, 70}, GetParam())(cv::Rect(11, 7, 43, 50));
     EXPECT_EQ(jpegOf(part, 85), plainJpeg(part, 85));
+}
+
+TEST_P(Jpeg, CodedSmallestHasTheSamePixelsInFewerBytes) {
+    cv::Mat picture(300, 500, GetParam(), cv::Scalar::all(255));
+    cv::circle(picture, {200, 150}, 90, cv::Scalar(40, 90, 200, 0), cv::FILLED);
+    const auto smallest = jpegOf(picture, 70, doccam::JpegCoding::kSmallest);
+    const Bytes usual = plainJpeg(picture, 70);
+    ASSERT_TRUE(smallest);
+    EXPECT_LT(smallest->size(), usual.size());
+    EXPECT_EQ(cv::norm(cv::imdecode(*smallest, cv::IMREAD_UNCHANGED),
+                       cv::imdecode(usual, cv::IMREAD_UNCHANGED), cv::NORM_INF),
+              0);
 }
 
 TEST_P(Jpeg, IsNotMadeOfAPictureThatIsTooWide) {

@@ -1,6 +1,5 @@
-#include "stills/name_pattern.h"
-
 #include "host/failure.h"
+#include "stills/name_pattern.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +27,7 @@ TEST(NamePattern, LeavesOtherNamesAsTheyAre) {
         EXPECT_EQ(named(name), name);
         EXPECT_FALSE(NamePattern(name).varies());
     }
+    EXPECT_EQ(named(literalPattern("/tmp/100%d/out.jpg")), "/tmp/100%d/out.jpg");
 }
 
 TEST(NamePattern, HasANumberOfAtLeastItsWidth) {
@@ -48,9 +48,8 @@ TEST(NamePattern, HasDateAndTime) {
 }
 
 TEST(NamePattern, IsNoFormatOfPrintf) {
-    for (const std::string pattern :
-         {"%", "a%", "%s", "%n", "%x", "%ld", "%*d", "%00d", "%12d", "%-3d", "%+d", "%1$d", "%d%d",
-          "%3", "%%%", "% d", "%D"}) {
+    for (const std::string pattern : {"%", "a%", "%s", "%n", "%x", "%ld", "%*d", "%00d", "%12d",
+                                      "%-3d", "%+d", "%1$d", "%d%d", "%3", "%%%", "% d", "%D"}) {
         EXPECT_THROW(NamePattern{pattern}, Failure) << pattern;
     }
 }

@@ -1,10 +1,9 @@
-#include "host/progress.h"
-
 #include "base/unique_fd.h"
 #include "host/own_output.h"
+#include "host/progress.h"
 
-#include <gtest/gtest.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
 

@@ -67,7 +67,8 @@ TEST_F(Streams, TakeAScan) {
     ASSERT_EQ(outcome.status, kDone) << outcome.err;
     std::ofstream(file("a.pdf"), std::ios::binary) << outcome.out;
     EXPECT_EQ(std::system(("pdfinfo " + file("a.pdf") + " | grep -q 'Pages: *2$'").c_str()), 0);
-    EXPECT_THAT(outcome.err, AllOf(HasSubstr("page 2 of 2 taken"), testing::Not(HasSubstr(".doccam"))));
+    EXPECT_THAT(outcome.err,
+                AllOf(HasSubstr("page 2 of 2 taken"), testing::Not(HasSubstr(".doccam"))));
 }
 
 TEST_F(Streams, AreNamedInSentences) {
@@ -79,6 +80,9 @@ TEST_F(Streams, AreNamedInSentences) {
             << command;
         EXPECT_THAT(run(command, "").err, HasSubstr("Standard input is empty")) << command;
     }
+    const Outcome page = run("capture - --look paper --colour bw");
+    EXPECT_THAT(page.err, AllOf(isOneSentence(), HasSubstr("and standard output is none")));
+    EXPECT_THAT(run("scan - --pages 1 --no-spool", "q\n").err, testing::Not(HasSubstr(".doccam")));
     EXPECT_THAT(files(), IsEmpty());
 }
 

@@ -146,8 +146,8 @@ int captureToOutput(const Context& context, CaptureOptions options) {
                       "Standard output takes one still; leave out other files and --count.");
     }
     const OutputStream stream(context.options, "." + options.type);
-    options.files = {stream.path()};
-    const int code = captureFiles(context, options);
+    options.files = {literalPattern(stream.path())};
+    const int code = stream.named([&] { return captureFiles(context, options); });
     stream.send();
     return code;
 }

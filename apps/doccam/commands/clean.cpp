@@ -120,7 +120,8 @@ int cleanStream(const Context& context, CleanOptions options) {
     const OutputStream stream(context.options, extensionFor(inputs.paths().front(), options));
     options.files = inputs.paths();
     options.target = stream.path();
-    const int code = inputs.named([&] { return cleanFiles(context, options, inputs); });
+    const int code = stream.named(
+        [&] { return inputs.named([&] { return cleanFiles(context, options, inputs); }); });
     if (code == kDone) {
         stream.send();
     }

@@ -46,7 +46,7 @@ int pdf(const Context& context, const PdfOptions& options) {
         const OutputStream stream(context.options, ".pdf");
         PdfOptions sent = options;
         sent.target = stream.path();
-        const int code = pdf(context, sent);
+        const int code = stream.named([&] { return pdf(context, sent); });
         stream.send();
         return code;
     }

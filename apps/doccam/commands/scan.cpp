@@ -97,7 +97,7 @@ int scanToTarget(const Context& context, ScanArguments arguments) {
     const OutputStream stream(context.options, ".pdf");
     arguments.scan.target = stream.path();
     arguments.scan.targetPasses = true;
-    const int code = scan(context, std::move(arguments));
+    const int code = stream.named([&] { return scan(context, arguments); });
     stream.send();
     return code;
 }

@@ -20,7 +20,9 @@ class Progress {
     // "cleaning 3 of 12"
     Progress(const GlobalOptions& options, std::string work, std::size_t total,
              std::chrono::milliseconds patience = kPatience);
+
     ~Progress() { hide(); }
+
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 

@@ -35,6 +35,14 @@ std::string timeOf(const std::tm& time) {
 
 } // namespace
 
+std::string literalPattern(const std::string& name) {
+    std::string pattern;
+    for (const char letter : name) {
+        pattern += letter == '%' ? "%%" : std::string(1, letter);
+    }
+    return pattern;
+}
+
 NamePattern::NamePattern(const std::string& text) {
     const std::string_view whole = text;
     std::string plain;

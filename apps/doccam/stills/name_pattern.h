@@ -7,6 +7,9 @@
 
 namespace doccam::host {
 
+// The pattern of that name alone.
+std::string literalPattern(const std::string& name);
+
 // Of a name with at most one %d, or %03d for at least three digits, %% for %, and any number of
 // {date} (2026-11-22) and {time} (14-05-09).
 class NamePattern {

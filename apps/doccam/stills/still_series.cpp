@@ -36,8 +36,9 @@ StillSeries::StillSeries(const std::vector<std::string>& names, int count, bool 
         refuseUnknownType(name);
         const NamePattern& pattern = patterns_.emplace_back(name);
         if (count > 1 && !pattern.hasNumber()) {
-            throw Failure(kUsage, "The name " + name + " has no number for --count; write %03d in "
-                                                       "it.");
+            throw Failure(kUsage, "The name " + name +
+                                      " has no number for --count; write %03d in "
+                                      "it.");
         }
         const std::size_t index = patterns_.size() - 1;
         if (pattern.varies()) {

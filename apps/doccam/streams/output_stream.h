@@ -3,6 +3,7 @@
 
 #include "host/context.h"
 #include "host/work_folders.h"
+#include "streams/stream_words.h"
 
 #include <string>
 
@@ -17,6 +18,12 @@ class OutputStream {
 
     // Where to make the file; no file is there yet.
     const std::string& path() const { return path_; }
+
+    // What work returns. A Failure that it throws names the file as standard output.
+    template <typename Work>
+    auto named(const Work& work) const {
+        return withStreamWords(path_, "standard output", work);
+    }
 
     // Sends the file. Throws Failure if its reader has gone or the disk is full.
     void send() const;

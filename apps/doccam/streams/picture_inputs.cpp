@@ -1,5 +1,6 @@
 #include "streams/picture_inputs.h"
 
+#include "host/failure.h"
 #include "pictures/picture_limits.h"
 
 #include <poll.h>
@@ -32,8 +33,7 @@ void writeAll(int file, const char* bytes, std::size_t length) {
 
 // The bytes that came next; 0 at the end.
 std::size_t readSome(std::array<char, 65536>& chunk, const Interrupt& interrupt) {
-    std::array<pollfd, 2> events{
-        {{STDIN_FILENO, POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
+    std::array<pollfd, 2> events{{{STDIN_FILENO, POLLIN, 0}, {interrupt.descriptor(), POLLIN, 0}}};
     ssize_t count = -1;
     do {
         poll(events.data(), events.size(), -1);
@@ -41,8 +41,8 @@ std::size_t readSome(std::array<char, 65536>& chunk, const Interrupt& interrupt)
         count = ::read(STDIN_FILENO, chunk.data(), chunk.size());
     } while (count < 0 && (errno == EINTR || errno == EAGAIN));
     if (count < 0) {
-        throw Failure(kUsage, std::string("Standard input cannot be read: ") +
-                                  std::strerror(errno) + ".");
+        throw Failure(kUsage,
+                      std::string("Standard input cannot be read: ") + std::strerror(errno) + ".");
     }
     return static_cast<std::size_t>(count);
 }
@@ -75,13 +75,6 @@ UniqueFd keptInput(const Interrupt& interrupt) {
     return kept;
 }
 
-void replace(std::string& text, const std::string& old, const std::string& other) {
-    for (std::size_t at = text.find(old); at != std::string::npos;
-         at = text.find(old, at + other.size())) {
-        text.replace(at, old.size(), other);
-    }
-}
-
 } // namespace
 
 PictureInputs::PictureInputs(const std::vector<std::string>& files, const Interrupt& interrupt)
@@ -105,15 +98,6 @@ std::vector<std::string> PictureInputs::files() const {
 
 std::string PictureInputs::nameOf(const std::string& path) const {
     return path == inputPath_ ? "-" : path;
-}
-
-std::string PictureInputs::inWords(std::string sentence) const {
-    if (!inputPath_.empty()) {
-        replace(sentence, "The file " + inputPath_, "Standard input");
-        replace(sentence, "The picture " + inputPath_, "Standard input");
-        replace(sentence, inputPath_, "standard input");
-    }
-    return sentence;
 }
 
 } // namespace doccam::host

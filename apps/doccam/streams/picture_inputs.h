@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/unique_fd.h"
-#include "host/failure.h"
 #include "host/interrupt.h"
+#include "streams/stream_words.h"
 
 #include <string>
 #include <vector>
@@ -24,22 +24,19 @@ class PictureInputs {
 
     // The name of one of the paths in results, where standard input is "-", and in sentences.
     std::string nameOf(const std::string& path) const;
-    std::string wordsFor(const std::string& path) const { return inWords(path); }
+
+    std::string wordsFor(const std::string& path) const {
+        return path == inputPath_ ? kWords : path;
+    }
 
     // What work returns. A Failure that it throws names standard input as such.
     template <typename Work>
     auto named(const Work& work) const {
-        try {
-            return work();
-        } catch (const Interruption&) {
-            throw;
-        } catch (const Failure& failure) {
-            throw Failure(failure.code(), inWords(failure.what()));
-        }
+        return withStreamWords(inputPath_, kWords, work);
     }
 
   private:
-    std::string inWords(std::string sentence) const;
+    static constexpr const char* kWords = "standard input";
 
     UniqueFd input_;
     std::string inputPath_; // empty if there is none

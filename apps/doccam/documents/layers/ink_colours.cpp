@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kMaximumColours = 8;
 constexpr float kAlike = 15;            // of the distances below
-constexpr float kLightnessShare = 0.4F; // thin strokes are seen paler than thick ones of their ink
+constexpr float kLightnessShare = 0.3F; // thin strokes are seen paler than thick ones of their ink
 constexpr int kRounds = 4;
 constexpr int kFewPixels = 40;
 
@@ -43,7 +43,7 @@ std::vector<cv::Vec3f> firstPalette(const std::vector<InkPiece>& pieces) {
         const InkPiece& piece = pieces[i];
         const bool known = !palette.empty() &&
                            distance(palette[nearest(palette, piece.colour)], piece.colour) < kAlike;
-        if (palette.empty() || (!known && piece.area >= kFewPixels)) {
+        if (piece.area > 0 && (palette.empty() || (!known && piece.area >= kFewPixels))) {
             palette.push_back(piece.colour);
         }
         if (palette.size() == kMaximumColours) {
@@ -57,7 +57,7 @@ std::vector<cv::Vec3f> firstPalette(const std::vector<InkPiece>& pieces) {
 // The pieces furthest from the ground show their ink best.
 std::vector<cv::Vec3f> settled(std::vector<cv::Vec3f> palette, const std::vector<InkPiece>& pieces,
                                bool light) {
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < kRounds && !palette.empty(); ++round) {
         std::vector<cv::Vec4f> sums(palette.size());
         for (const InkPiece& piece : pieces) {
             const float depth = light ? piece.colour[0] : 100 - piece.colour[0];
@@ -90,9 +90,6 @@ cv::Vec3b inBytes(const cv::Vec3f& lab) {
 std::vector<Ink> inksByColour(const cv::Mat& mask, const InkedPage& inked, bool light) {
     const InkPieces found = inkPieces(mask, inked, light);
     std::vector<Ink> inks;
-    if (found.pieces.empty()) {
-        return inks;
-    }
     const std::vector<cv::Vec3f> palette = settled(firstPalette(found.pieces), found.pieces, light);
     for (const cv::Vec3f& colour : palette) {
         inks.push_back({cv::Mat::zeros(mask.size(), CV_8U), inBytes(colour)});
@@ -107,7 +104,7 @@ std::vector<Ink> inksByColour(const cv::Mat& mask, const InkedPage& inked, bool 
         std::transform(inks.begin(), inks.end(), rows.begin(),
                        [&](Ink& ink) { return ink.mask.ptr<unsigned char>(y); });
         for (int x = 0; x < mask.cols; ++x) {
-            if (numbers[x] >= 0) {
+            if (numbers[x] >= 0 && found.pieces[static_cast<std::size_t>(numbers[x])].area > 0) {
                 rows[inkOf[static_cast<std::size_t>(numbers[x])]][x] = 255;
             }
         }

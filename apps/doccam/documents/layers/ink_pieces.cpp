@@ -15,6 +15,10 @@ constexpr double kLargeStroke = 6; // millimetres: wider or higher than most let
 constexpr double kTile = 2;        // millimetres: a part of such a stroke
 constexpr double kSpeck = 0.14;    // millimetres: the side of the largest speck
 
+constexpr double kGrain = 0.6;    // millimetres: the side of the largest grain of paper
+constexpr float kFaint = 14;      // lightness, from the ground
+constexpr float kPaleGround = 60; // lightness
+
 constexpr int kNone = -1;
 constexpr int kInTiles = -2;
 
@@ -111,13 +115,17 @@ class PictureUnder {
 
 // Thin strokes are seen mixed with their ground, as black ones on yellow: takes out its tint.
 cv::Vec3f withoutTint(const cv::Vec3f& ink, const cv::Vec3f& ground) {
+    if (ground[0] < kPaleGround && ink[0] < ground[0]) {
+        return ink;
+    }
     const float strength = ground[1] * ground[1] + ground[2] * ground[2];
     const float along = ink[1] * ground[1] + ink[2] * ground[2];
     const float share = strength > 0 ? std::clamp(along / strength, 0.0F, 1.0F) : 0.0F;
     return {ink[0], ink[1] - share * ground[1], ink[2] - share * ground[2]};
 }
 
-std::vector<InkPiece> piecesOf(const std::vector<Sums>& sums) {
+std::vector<InkPiece> piecesOf(const std::vector<Sums>& sums, double dotsPerMillimetre) {
+    const double grain = kGrain * kGrain * dotsPerMillimetre * dotsPerMillimetre;
     std::vector<InkPiece> pieces;
     if (sums.empty()) {
         return pieces;
@@ -130,8 +138,11 @@ std::vector<InkPiece> piecesOf(const std::vector<Sums>& sums) {
     }
     cv::cvtColor(colours, colours, cv::COLOR_BGR2Lab);
     for (int i = 0; i < colours.cols; ++i) {
-        pieces.push_back({withoutTint(colours.at<cv::Vec3f>(0, i), colours.at<cv::Vec3f>(1, i)),
-                          sums[static_cast<std::size_t>(i)].area});
+        const auto& ink = colours.at<cv::Vec3f>(0, i);
+        const auto& ground = colours.at<cv::Vec3f>(1, i);
+        const int area = sums[static_cast<std::size_t>(i)].area;
+        const bool isGrain = area < grain && cv::norm(ink - ground) < kFaint;
+        pieces.push_back({withoutTint(ink, ground), isGrain ? 0 : area});
     }
     return pieces;
 }
@@ -143,7 +154,8 @@ InkPieces inkPieces(const cv::Mat& mask, const InkedPage& inked, bool light) {
     cv::Mat stats;
     cv::Mat centres;
     cv::connectedComponentsWithStats(mask, found.numbers, stats, centres, 8, CV_32S);
-    Numbering numbering(stats, inked.dpi * mask.cols / inked.page.cols / kInchInMillimetres);
+    const double dotsPerMillimetre = inked.dpi * mask.cols / inked.page.cols / kInchInMillimetres;
+    Numbering numbering(stats, dotsPerMillimetre);
     const PictureUnder page(inked.page, mask.size());
     const PictureUnder ground(inked.ground, mask.size());
     std::vector<Sums> sums(static_cast<std::size_t>(numbering.count()));
@@ -158,7 +170,7 @@ InkPieces inkPieces(const cv::Mat& mask, const InkedPage& inked, bool light) {
             }
         }
     }
-    found.pieces = piecesOf(sums);
+    found.pieces = piecesOf(sums, dotsPerMillimetre);
     return found;
 }
 

@@ -10,7 +10,7 @@ namespace doccam::host {
 // A letter or another coherent stroke, or a part of a large one, which may cross others.
 struct InkPiece {
     cv::Vec3f colour; // CIE L*a*b*
-    int area = 0;     // pixels of the mask
+    int area = 0;     // pixels of the mask; 0: what is no ink, but the paper's grain
 };
 
 struct InkPieces {

@@ -31,7 +31,7 @@ constexpr double kFillsFinerBy = 0.8;
 constexpr double kPhotograph = 0.5; // of the page is pictures
 constexpr int kUsualQuality = 85;   // of the JPEG that layers must beat
 constexpr double kRemains = 1.2;    // millimetres
-constexpr double kLeastDpi = 50;
+constexpr double kLeastDpi = 120;   // strokes of coarser pages are but shades
 constexpr double kMostDpi = 1200;
 constexpr int kBlur = 5; // pixels, as far as the blurred edges of ink reach in both ways
 
@@ -148,10 +148,10 @@ std::size_t bytesOf(const Layers& layers) {
 } // namespace
 
 std::optional<Layers> splitLayers(const cv::Mat& page, double dpi) {
-    if (page.empty() || (page.type() != CV_8UC1 && page.type() != CV_8UC3)) {
+    if (page.empty() || (page.type() != CV_8UC1 && page.type() != CV_8UC3) || !(dpi >= kLeastDpi)) {
         return std::nullopt;
     }
-    const Splitting splitting(page, std::clamp(dpi, kLeastDpi, kMostDpi));
+    const Splitting splitting(page, std::min(dpi, kMostDpi));
     if (splitting.isPhotograph()) {
         return std::nullopt;
     }

@@ -21,8 +21,9 @@ struct Layers {
 };
 
 // The layers of an 8-bit page, grey or blue first, of dpi pixels per inch. None if the page is a
-// photograph, if it would not get smaller than as a JPEG, or for a picture of another type. Pages
-// whose lines of print run along their rows come out sharpest, as their masks encode smallest.
+// photograph, if it is too coarse for sharp print (below 120) or would not get smaller than as a
+// JPEG, and for a picture of another type. Pages whose lines of print run along their rows come out
+// sharpest, as their masks encode smallest.
 std::optional<Layers> splitLayers(const cv::Mat& page, double dpi);
 
 } // namespace doccam::host

@@ -16,8 +16,9 @@ constexpr int kDarkGround = 150;
 constexpr int kFillEdge = 7;     // cells, from outside of a fill to its plain inside
 constexpr int kDarkerPrint = 30; // levels, than the fill it is on
 constexpr int kNoLight = 255;
-constexpr double kLightShare = 0.4;  // of the pixels between light and dark
-constexpr double kPlainShare = 0.08; // of the cells nearby
+constexpr double kLightShare = 0.4;    // of the pixels between light and dark
+constexpr double kReversedReach = 2.4; // millimetres, across
+constexpr double kPlainShare = 0.08;   // of the cells nearby
 
 // How far ink is from the ground around each cell, to where it begins.
 cv::Mat depthOfBegin(const CoarsePage& coarse, const cv::Mat& contrast) {
@@ -51,7 +52,7 @@ cv::Mat reversed(const cv::Mat& grey, const CoarsePage& coarse) {
     };
     cv::Mat found =
         between & (mean(light) < kLightShare * mean(between)) & (mean(plain) > 255 * kPlainShare);
-    cv::dilate(found, found, squareKernel(oddCells(coarse, kNeighbourhood)));
+    cv::dilate(found, found, squareKernel(oddCells(coarse, kReversedReach)));
     return found & (coarse.dark < kDarkGround);
 }
 

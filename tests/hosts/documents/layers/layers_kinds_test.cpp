@@ -22,7 +22,7 @@ cv::Mat withText(const cv::Mat& page, const cv::Scalar& colour) {
 }
 
 TEST(SplitLayers, OfWhitePaperAreNothing) {
-    const auto layers = splitLayers(cv::Mat(800, 600, CV_8UC3, kWhite), 100);
+    const auto layers = splitLayers(cv::Mat(800, 600, CV_8UC3, kWhite), 200);
     ASSERT_TRUE(layers);
     EXPECT_TRUE(layers->background.empty());
     EXPECT_TRUE(layers->inks.empty());
@@ -58,6 +58,26 @@ TEST(SplitLayers, TakeAnyDensity) {
     for (const double dpi : {0.0, 1.0, 72.0, 1e9}) {
         EXPECT_NO_THROW(splitLayers(page, dpi)) << dpi;
     }
+}
+
+TEST(SplitLayers, AreNoneOfPagesTooCoarseForSharpPrint) {
+    const cv::Mat page = withText(cv::Mat(400, 600, CV_8UC3, kWhite), {0, 0, 0});
+    EXPECT_FALSE(splitLayers(page, 75));
+    EXPECT_TRUE(splitLayers(page, 150));
+}
+
+TEST(SplitLayers, LeaveOutTheGrainOfPaper) {
+    cv::Mat page(600, 900, CV_8UC3, kWhite);
+    withText(page, {30, 30, 30});
+    for (int x = 20; x < 880; x += 12) {
+        cv::rectangle(page, {x, 400}, {x + 2, 402}, cv::Scalar::all(225), cv::FILLED);
+    }
+    const auto layers = splitLayers(page, 200);
+    ASSERT_TRUE(layers);
+    ASSERT_EQ(layers->inks.size(), 1U);
+    const cv::Mat below =
+        layers->inks[0].mask.rowRange(layers->inks[0].mask.rows / 2, layers->inks[0].mask.rows);
+    EXPECT_EQ(cv::countNonZero(below), 0);
 }
 
 TEST(SplitLayers, AreNoneOfOtherTypes) {

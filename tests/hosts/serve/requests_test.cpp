@@ -50,6 +50,7 @@ TEST(ChangedSettings, KeepUnnamedSettings) {
     EXPECT_EQ(after.quality, 40);
     EXPECT_EQ(after.colour, host::Colour::kBlackAndWhite);
     EXPECT_TRUE(after.cleanEdges);
+    EXPECT_EQ(changed(settings, {{"colour", "gray"}}).colour, host::Colour::kGrey);
     EXPECT_FALSE(after.cleanBackground);
 }
 

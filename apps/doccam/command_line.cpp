@@ -18,6 +18,7 @@ constexpr const char* kFooter = R"(Exit codes:
 Examples:
   doccam list
   doccam scan letter.pdf
+  doccam --profile receipts scan --auto receipts.pdf
   doccam --virtual scan demo.pdf --auto --pages 3)";
 
 void addConfigurationOptions(CLI::App& app, ConfigChoice& choice) {

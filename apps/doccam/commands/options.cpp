@@ -76,7 +76,8 @@ void addCaptureOptions(CLI::App& command, StillOptions& options) {
 }
 
 void addColourOption(CLI::App& command, const std::function<void(Colour)>& store) {
-    addChoice(command, "--colour,--color", kColours, "colour, grey (or gray) or bw (black and white)", store)
+    addChoice(command, "--colour,--color", kColours,
+              "colour, grey (or gray) or bw (black and white)", store)
         ->transform([](const std::string& name) { return name == "gray" ? "grey" : name; });
 }
 

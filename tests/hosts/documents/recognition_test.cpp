@@ -156,6 +156,22 @@ TEST_F(Recognition, LaysWordsWhereTheyAreShownOnAPageTurnedUpright) {
     EXPECT_LT(cv::norm(placeOf(first.text, pdf) - cv::Point2d(first.box.tl())), kDpi / 10);
 }
 
+// A page of print takes 30 kB where its words are not compressed.
+TEST_F(Recognition, AddsLittleToTheDocument) {
+    const PrintedPage print = printedSlip();
+    const RecognizedPages found = recognized({asPage(print.picture)}, {.languages = "eng"});
+    const auto sizeWith = [&](const std::string& text) {
+        const std::string pdf = folder_.file("out.pdf");
+        host::writePdf({.pages = {{.pixels = print.picture,
+                                   .size = {kSlip.width, kSlip.height},
+                                   .text = text}}},
+                       pdf);
+        return std::filesystem::file_size(pdf);
+    };
+    const auto words = std::filesystem::file_size(found.pages.at(0).pdf);
+    EXPECT_LE(sizeWith(found.pages[0].pdf) - sizeWith(""), words + 500);
+}
+
 TEST_F(Recognition, LeavesPhotographsAndBlankPagesAsTheyAre) {
     cv::RNG random(3);
     const cv::Mat photograph = virtualcam::drawPhotograph({1600, 1100}, random);

@@ -2,11 +2,26 @@
 
 #include "documents/writer/pdf_pages.h"
 
+#include <qpdf/Pl_Buffer.hh>
+#include <qpdf/Pl_Flate.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 #include <utility>
 
 namespace doccam::host {
+
+namespace {
+
+// The form is made of the page's contents as they were before compression.
+void compress(QPDFObjectHandle form) {
+    Pl_Buffer packed("words");
+    Pl_Flate flate("words", &packed, Pl_Flate::a_deflate);
+    form.pipeStreamData(&flate, 0, qpdf_dl_generalized);
+    form.replaceStreamData(packed.getBufferSharedPointer(),
+                           QPDFObjectHandle::newName("/FlateDecode"), QPDFObjectHandle::newNull());
+}
+
+} // namespace
 
 // Every page of recognized text comes with the same font without glyphs.
 void TextLayers::shareFonts(QPDFObjectHandle form) {
@@ -29,6 +44,7 @@ void TextLayers::lay(const std::string& file, const PicturePage& page) {
     QPDFPageObjectHelper target(page.page);
     QPDFObjectHandle form = document_.copyForeignObject(text.getFormXObjectForPage());
     shareFonts(form);
+    compress(form);
     const std::string name = "/Text";
     target.getObjectHandle().getKey("/Resources").getKey("/XObject").replaceKey(name, form);
     const std::string content = target.placeFormXObject(form, name, page.picture, true, true, true);

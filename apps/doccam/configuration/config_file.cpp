@@ -1,6 +1,7 @@
 #include "configuration/config_file.h"
 
 #include "host/failure.h"
+#include "host/state_folder.h"
 #include "streams/input_file.h"
 
 // Every program would otherwise load one more library.
@@ -8,7 +9,6 @@
 #define TOML_ENABLE_FORMATTERS 0
 #include <toml++/toml.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -140,12 +140,8 @@ class Reader {
 } // namespace
 
 std::string usualConfigFile() {
-    const char* const config = std::getenv("XDG_CONFIG_HOME"); // NOLINT(concurrency-mt-unsafe)
-    if (config != nullptr && *config == '/') {
-        return std::string(config) + "/doccam/config.toml";
-    }
-    const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
-    return home != nullptr && *home == '/' ? std::string(home) + "/.config/doccam/config.toml" : "";
+    const std::filesystem::path folder = configFolder();
+    return folder.empty() ? "" : (folder / "config.toml").string();
 }
 
 ConfigFile readConfigFile(const std::string& path) {

@@ -69,6 +69,7 @@ void addGlobalOptions(CLI::App& app, Context& context) {
 void addCommands(CLI::App& app, Context& context) {
     addListCommand(app, context);
     addSizesCommand(app, context);
+    addCalibrateCommand(app, context);
     addCaptureCommand(app, context);
     addScanCommand(app, context);
     addSpoolCommand(app, context);

@@ -16,19 +16,20 @@ _doccam() {
         esac
     done
 
-    local commands='list sizes capture scan spool read controls focus pdf clean serve doctor'
+    local commands='list sizes calibrate capture scan spool read controls focus pdf clean serve doctor'
     local global='--verbose --json --quiet --camera --virtual --no-confinement --config --no-config --profile --help -h'
     local options='' choices=''
     case $command in
     '') options='--version' ;;
-    capture) options='--count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
-    scan) options='--auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    calibrate) options='--size --format --list --forget' choices='a3 a4 a5 letter legal id1' ;;
+    capture) options='--dpi --paper --count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    scan) options='--dpi --paper --auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
     spool) options='--as --force --all' choices='list show resume clear' ;;
     read) options='--kind --wait --size --format' ;;
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;
     pdf) options='--force' ;;
-    clean) options='--crop --each --look --colour --color --edges --background --bright-sheet --into --force --in-place --quality' ;;
+    clean) options='--dpi --paper --crop --each --look --colour --color --edges --background --bright-sheet --into --force --in-place --quality' ;;
     serve) options='--listen --port --no-spool --size --format' ;;
     doctor) options='--add' ;;
     esac
@@ -38,13 +39,14 @@ _doccam() {
     --format) choices='mjpeg yuyv' ;;
     --colour | --color) choices='colour grey gray bw' ;;
     --look) choices='photo paper' ;;
+    --paper) choices='a3 a4 a5 letter legal id1' ;;
     --rotate) choices='0 90 180 270' ;;
     --type) choices='jpg png tif bmp pdf' ;;
     --kind) choices='qr bar any' ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
     --camera) choices="0 1 2 3 4 5 6 7 8 $(compgen -f -- /dev/video)" ;;
     --config | --into | --as) return ;;
-    --quality | --pages | --count | --delay | --wait | --listen | --port | --profile)
+    --dpi | --forget | --quality | --pages | --count | --delay | --wait | --listen | --port | --profile)
         compopt +o default
         return
         ;;

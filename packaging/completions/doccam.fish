@@ -1,15 +1,16 @@
 # Completion of doccam for fish.
-set -l commands list sizes capture scan spool read controls focus pdf clean serve doctor
-set -l stills '__fish_seen_subcommand_from capture scan read serve'
+set -l commands list sizes calibrate capture scan spool read controls focus pdf clean serve doctor
+set -l stills '__fish_seen_subcommand_from calibrate capture scan read serve'
 set -l pages '__fish_seen_subcommand_from capture scan'
 set -l writers '__fish_seen_subcommand_from capture scan spool pdf clean'
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c doccam -n "$none" -f
-complete -c doccam -n '__fish_seen_subcommand_from list sizes spool controls focus serve doctor' -f
+complete -c doccam -n '__fish_seen_subcommand_from list sizes calibrate spool controls focus serve doctor' -f
 
 complete -c doccam -n "$none" -a list -d 'List the cameras that are attached'
 complete -c doccam -n "$none" -a sizes -d 'List the frame sizes that a camera offers'
+complete -c doccam -n "$none" -a calibrate -d 'Measure the desk by a sheet of known size'
 complete -c doccam -n "$none" -a capture -d 'Take a still for each file named'
 complete -c doccam -n "$none" -a scan -d 'Make a PDF of sheet after sheet'
 complete -c doccam -n "$none" -a spool -d 'List, save or clear scanned pages that are kept'
@@ -47,6 +48,11 @@ complete -c doccam -n '__fish_seen_subcommand_from capture scan' -l crop -d 'Cut
 complete -c doccam -n '__fish_seen_subcommand_from capture' -l count -x -d 'Take each so many times'
 complete -c doccam -n '__fish_seen_subcommand_from capture' -l delay -x -d 'Seconds between stills'
 complete -c doccam -n '__fish_seen_subcommand_from capture' -l type -x -a 'jpg png tif bmp pdf' -d 'Type for standard output'
+complete -c doccam -n '__fish_seen_subcommand_from capture scan clean' -l dpi -x -d 'True size by pixels per inch'
+complete -c doccam -n '__fish_seen_subcommand_from capture scan clean' -l paper -x -a 'a3 a4 a5 letter legal id1' -d 'True size by paper'
+complete -c doccam -n '__fish_seen_subcommand_from calibrate' -a 'a3 a4 a5 letter legal id1'
+complete -c doccam -n '__fish_seen_subcommand_from calibrate' -l list -d 'List the calibrations'
+complete -c doccam -n '__fish_seen_subcommand_from calibrate' -l forget -x -a all -d 'Forget those of a camera'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l auto -d 'Take a page whenever a sheet lies still'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l pages -x -d 'End after so many pages'
 complete -c doccam -n '__fish_seen_subcommand_from scan' -l whole-frame -d 'Take the whole frame'

@@ -64,6 +64,9 @@ class HostProgramTest : public testing::Test {
     // Where the program keeps what outlives it; another than the home.
     std::string state() const { return folder_.file("state"); }
 
+    // Where it keeps what the user has set.
+    std::string config() const { return home_ + "/.config"; }
+
     // The names of all files in the folder and in the home.
     std::vector<std::string> files() const;
 

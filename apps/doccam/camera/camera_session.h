@@ -53,6 +53,8 @@ class CameraSession {
     CameraSession(const CameraSession&) = delete;
     CameraSession& operator=(const CameraSession&) = delete;
 
+    int camera() const { return camera_; }
+
     const Capture& capture() const { return capture_; }
 
     FrameFeed& feed() { return feed_; }

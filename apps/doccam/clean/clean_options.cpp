@@ -74,6 +74,10 @@ void refuseContradictions(const CleanOptions& options) {
     if (!olderStep(options).empty() && byPageEngine(options)) {
         failTogether(olderStep(options), pageEngineStep(options));
     }
+    if (!byPageEngine(options) && !(options.paper == PaperOptions())) {
+        throw Failure(kUsage, "--dpi and --paper are for pages; add --crop, --each, --look or "
+                              "--colour.");
+    }
     if (options.brightSheet && options.crop == Crop::kRectangle) {
         failTogether("--bright-sheet", "--crop=rectangle");
     }

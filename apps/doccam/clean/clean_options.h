@@ -1,6 +1,7 @@
 // What doccam clean is asked for.
 #pragma once
 
+#include "documents/paper/page_sizing.h"
 #include "pages/recipe.h"
 
 #include <optional>
@@ -21,6 +22,7 @@ struct CleanOptions {
     bool each = false;
     std::optional<Look> look;
     std::optional<Colour> colour;
+    PaperOptions paper;
     int quality = 95;
     bool force = false;
 };

@@ -1,6 +1,10 @@
 #include "clean/page_cleaning.h"
 
 #include "clean/apart_work.h"
+#include "documents/paper/density_stamp.h"
+#include "documents/paper/desk.h"
+#include "documents/paper/file_density.h"
+#include "documents/paper/page_sizing.h"
 #include "host/output_file.h"
 #include "host/texts.h"
 #include "pages/rendering.h"
@@ -25,14 +29,18 @@ std::string draftOf(const OutputFile& target, std::size_t page) {
 struct PageReport {
     std::optional<FoundSheet> sheet;
     cv::Size size;
+    SizedPage sized{};
 };
 
-// Width, height, and of a sheet its confidence and corners.
+// Width, height, density and its source, the size in millimetres, and of a sheet its confidence and
+// corners.
 std::string asText(const PageReport& page) {
     std::ostringstream text;
-    text << page.size.width << ' ' << page.size.height;
+    text.precision(12);
+    text << page.size.width << ' ' << page.size.height << ' ' << page.sized.dpi << ' '
+         << static_cast<int>(page.sized.from) << ' ' << page.sized.size.width << ' '
+         << page.sized.size.height;
     if (page.sheet) {
-        text.precision(12);
         text << ' ' << page.sheet->confidence;
         for (const cv::Point2d& corner : page.sheet->corners) {
             text << ' ' << corner.x << ' ' << corner.y;
@@ -43,7 +51,7 @@ std::string asText(const PageReport& page) {
 
 // None for what the process apart cannot have reported in good order.
 std::optional<PageReport> parsePage(const std::string& text) {
-    constexpr std::size_t kOfPage = 2;
+    constexpr std::size_t kOfPage = 6;
     constexpr std::size_t kOfSheet = 9;
     std::vector<double> numbers;
     std::istringstream words(text);
@@ -57,11 +65,18 @@ std::optional<PageReport> parsePage(const std::string& text) {
     if (numbers.size() != kOfPage && numbers.size() != kOfPage + kOfSheet) {
         return std::nullopt;
     }
+    const double source = numbers[3];
+    if (source < 0 || source > static_cast<double>(DpiSource::kGuess)) {
+        return std::nullopt;
+    }
     PageReport page{{}, cv::Size(static_cast<int>(numbers[0]), static_cast<int>(numbers[1]))};
+    page.sized.dpi = numbers[2];
+    page.sized.from = static_cast<DpiSource>(source);
+    page.sized.size = {numbers[4], numbers[5]};
     if (numbers.size() > kOfPage) {
-        FoundSheet sheet{{}, numbers[2]};
+        FoundSheet sheet{{}, numbers[kOfPage]};
         for (std::size_t i = 0; i < 4; ++i) {
-            sheet.corners[i] = {numbers[3 + 2 * i], numbers[4 + 2 * i]};
+            sheet.corners[i] = {numbers[kOfPage + 1 + 2 * i], numbers[kOfPage + 2 + 2 * i]};
         }
         page.sheet = sheet;
     }
@@ -80,9 +95,22 @@ std::vector<PageReport> pagesOf(const cv::Mat& picture, const CleanOptions& opti
     return pages;
 }
 
+// The size that the file's density gives the page.
+std::optional<Millimetres> sizeInFile(const cv::Mat& picture, const std::optional<Density>& density,
+                                      const std::optional<FoundSheet>& sheet) {
+    const auto whole = credibleSize(picture.size(), density);
+    return whole && sheet ? std::optional(sizeAt(sheet->corners, *density)) : whole;
+}
+
+std::optional<Density> densityOf(const std::string& file) {
+    FileBytes bytes(file);
+    return readDensity(bytes);
+}
+
 void writePages(const std::string& file, const CleanOptions& options, const OutputFile& target,
                 const Report& report) {
     const cv::Mat picture = readPicture(file, cv::IMREAD_COLOR);
+    const auto density = densityOf(file);
     std::size_t number = 0;
     for (PageReport made : pagesOf(picture, options)) {
         Recipe recipe{.look = options.look.value_or(Look::kPaper),
@@ -93,8 +121,12 @@ void writePages(const std::string& file, const CleanOptions& options, const Outp
         }
         const Page page = renderPage(picture, recipe);
         const std::string draft = draftOf(target, ++number);
-        writeBytes(target, draft, encodePage(draft, *page, recipe.quality));
         made.size = {page->width, page->height};
+        made.sized = sizePage(made.size, {.options = options.paper,
+                                          .inFile = sizeInFile(picture, density, made.sheet)});
+        auto bytes = encodePage(draft, *page, recipe.quality);
+        stampDensity(bytes, made.size, made.sized);
+        writeBytes(target, draft, bytes);
         report(asText(made));
     }
 }
@@ -129,7 +161,8 @@ std::vector<CleanedPage> cleanPages(const Context& context, const std::string& f
             failToClean(file);
         }
         targets[i]->publish(draftOf(work, i + 1));
-        pages.push_back({made->sheet, describeFile(targets[i]->target().string(), made->size)});
+        pages.push_back(
+            {made->sheet, describeFile(targets[i]->target().string(), made->size), made->sized});
     }
     return pages;
 }

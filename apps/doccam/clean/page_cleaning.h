@@ -2,6 +2,7 @@
 #pragma once
 
 #include "clean/clean_options.h"
+#include "documents/paper/page_size.h"
 #include "host/context.h"
 #include "pages/sheets.h"
 #include "pictures/written_file.h"
@@ -14,6 +15,7 @@ namespace doccam::host {
 struct CleanedPage {
     std::optional<FoundSheet> sheet; // none: of the whole picture
     WrittenFile written;
+    SizedPage sized;
 };
 
 // Writes a page of file's surest sheet, of each sheet, or of the whole picture, made in a process

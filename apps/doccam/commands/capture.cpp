@@ -1,8 +1,12 @@
 // doccam capture: stills, one file each.
+#include "camera/calibrations.h"
 #include "commands/commands.h"
 #include "commands/options.h"
+#include "commands/paper/paper_options.h"
+#include "documents/paper/density_stamp.h"
 #include "host/failure.h"
 #include "host/own_output.h"
+#include "pages/calibrated_size.h"
 #include "pages/rendering.h"
 #include "pages/sheet_json.h"
 #include "pictures/pdf_file.h"
@@ -33,6 +37,7 @@ struct CaptureOptions {
     Crop crop = Crop::kNone;
     bool usualCrop = false; // --crop alone
     std::optional<Look> look;
+    PaperOptions paper;
     std::vector<std::string> files;
     int count = 1;
     double delay = 0;         // seconds
@@ -58,6 +63,9 @@ void refuseContradictions(const CaptureOptions& options) {
         (options.crop == Crop::kRectangle || page.cleanEdges || page.cleanBackground)) {
         throw Failure(kUsage, "--look and --crop=sheet do not go together with --crop=rectangle, "
                               "--clean-edges and --clean-background; leave out some of them.");
+    }
+    if (!options.byEngine() && !(options.paper == PaperOptions())) {
+        throw Failure(kUsage, "--dpi and --paper are for pages; add --look or --crop=sheet.");
     }
     for (const std::string& file : options.files) {
         const bool takesBits = isPdfName(file) || std::filesystem::path(file).extension() == ".png";
@@ -87,8 +95,9 @@ void takeStill(const Context& context, CameraSession& session, OutputFile& targe
     }
 }
 
-// Made by the page engine of the next frame; returns its sheet, if it is one.
-std::optional<FoundSheet> takePage(CameraSession& session, OutputFile& target, const PageWay& way) {
+// Made by the page engine of the next frame; returns what is known of it.
+Json takePage(CameraSession& session, OutputFile& target, const PageWay& way,
+              const PaperOptions& paper) {
     const PageDraft draft = draftPage(session, way, "");
     if (!way.whole && !draft.sheet) {
         failWithoutSheet(target);
@@ -96,7 +105,11 @@ std::optional<FoundSheet> takePage(CameraSession& session, OutputFile& target, c
     const Page page = renderPage(decoded(draft.frame), draft.recipe);
     const bool pdf = isPdfName(target.target().string());
     const std::string name = pdf ? "page.jpg" : target.draft();
-    const auto bytes = encodePage(name, *page, draft.recipe.quality);
+    auto bytes = encodePage(name, *page, draft.recipe.quality);
+    const cv::Size size(page->width, page->height);
+    const SizedPage sized = sizePage(
+        size, {.options = paper, .calibrated = calibratedSize(draft.recipe, draft.origin.desk)});
+    stampDensity(bytes, size, sized);
     const std::string path =
         pdf ? target.part("page" + std::string(extensionOf(bytes))) : target.draft();
     writeBytes(target, path, bytes);
@@ -105,13 +118,17 @@ std::optional<FoundSheet> takePage(CameraSession& session, OutputFile& target, c
     } else {
         target.publish(path);
     }
-    return draft.sheet;
+    Json row = asJson(draft.sheet);
+    row.update(asJson(sized));
+    return row;
 }
 
 Json take(const Context& context, CameraSession& session, OutputFile& target,
           const CaptureOptions& options) {
     if (options.byEngine()) {
-        return asJson(takePage(session, target, options.way()));
+        PageWay way = options.way();
+        way.desks = desksOf(session.camera());
+        return takePage(session, target, way, options.paper);
     }
     takeStill(context, session, target, options.crop == Crop::kRectangle);
     return Json::object();
@@ -128,10 +145,10 @@ int captureFiles(const Context& context, const CaptureOptions& options) {
     const auto delay = std::chrono::milliseconds(std::lround(options.delay * 1000));
     Result result(context.options.json, Json::array());
     while (const auto target = series.next()) {
-        const Json sheet = take(context, *session, *target, options);
+        const Json page = take(context, *session, *target, options);
         const WrittenFile written = describeFile(target->target().string());
         Json row = asJson(written);
-        row.update(sheet);
+        row.update(page);
         result.add(row, asText(written));
         if (!series.atEnd()) {
             session->waitFor(delay);
@@ -200,6 +217,7 @@ void addCaptureCommand(CLI::App& app, Context& context) {
                   &options->usualCrop);
     addLookOption(*command, [options](Look look) { options->look = look; });
     addPageOptions(*command, options->still.page);
+    addPaperOptions(*command, options->paper);
     command->footer(
         "Examples:\n"
         "  doccam capture page.jpg\n"

@@ -4,6 +4,7 @@
 #include "clean/picture_cleaning.h"
 #include "commands/commands.h"
 #include "commands/options.h"
+#include "commands/paper/paper_options.h"
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
@@ -45,6 +46,7 @@ Json rowOf(const std::string& source, const CleanedPage* page) {
     row["file"] = nullptr;
     if (page != nullptr) {
         row.update(asJson(page->written));
+        row.update(asJson(page->sized));
     }
     return row;
 }
@@ -142,6 +144,7 @@ void addPageOptions(CLI::App& command, CleanOptions& options) {
     command.add_flag("--each", options.each, "Make a page of every sheet: NAME-clean-1, -2 ...");
     addLookOption(command, [&options](Look look) { options.look = look; });
     addColourOption(command, [&options](Colour colour) { options.colour = colour; });
+    addPaperOptions(command, options.paper);
 }
 
 void addOlderOptions(CLI::App& command, CleanOptions& options) {

@@ -15,6 +15,7 @@ std::unique_ptr<CLI::App> makeCommandLine(Context& context);
 void addListCommand(CLI::App& app, Context& context);
 void addServeCommand(CLI::App& app, Context& context);
 void addSizesCommand(CLI::App& app, Context& context);
+void addCalibrateCommand(CLI::App& app, Context& context);
 void addCaptureCommand(CLI::App& app, Context& context);
 void addScanCommand(CLI::App& app, Context& context);
 void addSpoolCommand(CLI::App& app, Context& context);

@@ -1,6 +1,8 @@
 // doccam scan: sheet after sheet becomes the pages of one PDF.
+#include "camera/calibrations.h"
 #include "commands/commands.h"
 #include "commands/options.h"
+#include "commands/paper/paper_options.h"
 #include "documents/document_saving.h"
 #include "documents/scan_document.h"
 #include "host/failure.h"
@@ -31,7 +33,9 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
     const ScanOptions& options = arguments.scan;
     try {
         const auto session = openForStills(context, arguments.still);
-        PageStack stack(*session, document.pages(), document.renderer(), options.way(),
+        PageWay way = options.way();
+        way.desks = desksOf(session->camera());
+        PageStack stack(*session, document.pages(), document.renderer(), way,
                         document.file().part("still.jpg"), [&](std::size_t /*pages*/) {
                             context.interrupt->setLastWords(document.keptSentence());
                         });
@@ -118,6 +122,7 @@ void addOptions(CLI::App& command, ScanArguments& arguments) {
     addLookOption(command, [&options](Look look) { options.look = look; });
     addCaptureOptions(command, arguments.still);
     addPageOptions(command, options.page);
+    addPaperOptions(command, options.paper);
     command.add_flag("--resume", options.resume,
                      "Go on with the newest document that was not saved, taking further pages in "
                      "the same way but for the options given");

@@ -44,7 +44,7 @@ SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, Outpu
         try {
             const auto made = renderer.finish(page);
             paths.push_back(made->path);
-            saved.pages.push_back({page, made->size});
+            saved.pages.push_back({page, made->size, made->sized});
         } catch (const DamagedFrame& damage) {
             saved.damaged.emplace_back(damage.what());
         }
@@ -66,6 +66,7 @@ Json asJson(const SavedDocument& saved) {
                  {"height", one.size.height},
                  {"cropped", one.page.recipe.corners.has_value() || one.page.origin.cropped}};
         row.update(asJson(sheetOf(one.page)));
+        row.update(asJson(one.sized));
         array.push_back(std::move(row));
     }
     return array;

@@ -18,6 +18,7 @@ namespace doccam::host {
 struct SavedPage {
     KeptPage page;
     cv::Size size;
+    SizedPage sized;
 };
 
 struct SavedDocument {
@@ -31,7 +32,7 @@ struct SavedDocument {
 SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
                            const Interrupt& interrupt, const PageNote& note = {});
 
-// {"page", "width", "height", "cropped", "sheet", "confidence"} of each.
+// {"page", "width", "height", "cropped", "sheet", "confidence", "dpi", "dpi_from", "mm"} of each.
 Json asJson(const SavedDocument& saved);
 
 // "letter.pdf  4711 bytes  3 pages", or with json the object of a scan; complains of damage.

@@ -1,6 +1,8 @@
 #include "pages/page_renderer.h"
 
+#include "documents/paper/density_stamp.h"
 #include "host/failure.h"
+#include "pages/calibrated_size.h"
 #include "pages/rendering.h"
 #include "pictures/writing.h"
 
@@ -10,14 +12,20 @@
 
 namespace doccam::host {
 
-std::pair<std::vector<unsigned char>, cv::Size> makePage(const PageDocument& document,
-                                                         const KeptPage& page) {
+MadePage makePage(const PageDocument& document, const KeptPage& page) {
     const cv::Mat frame = document.frame(page.frame);
+    const PaperOptions paper = document.plan().paper;
     if (page.origin.finished) {
-        return {document.file(page.frame), frame.size()};
+        return {document.file(page.frame), frame.size(),
+                sizePage(frame.size(), {.options = paper})};
     }
     const Page made = renderPage(frame, page.recipe);
-    return {encodePage("page.jpg", *made, page.recipe.quality), {made->width, made->height}};
+    const cv::Size size(made->width, made->height);
+    const SizedPage sized = sizePage(
+        size, {.options = paper, .calibrated = calibratedSize(page.recipe, page.origin.desk)});
+    auto bytes = encodePage("page.jpg", *made, page.recipe.quality);
+    stampDensity(bytes, size, sized);
+    return {std::move(bytes), size, sized};
 }
 
 PageFile::~PageFile() {
@@ -107,10 +115,10 @@ void PageRenderer::forgetFailed(const std::shared_ptr<Work>& work) {
 }
 
 void PageRenderer::make(Work& work) const try {
-    const auto [bytes, size] = makePage(document_, work.page);
-    const std::string path = folder_ + "/" + pictureName(work.page) + extensionOf(bytes);
-    auto file = std::make_shared<const PageFile>(path, size);
-    if (!writeBytes(path, bytes)) {
+    const MadePage made = makePage(document_, work.page);
+    const std::string path = folder_ + "/" + pictureName(work.page) + extensionOf(made.bytes);
+    auto file = std::make_shared<const PageFile>(path, made.size, made.sized);
+    if (!writeBytes(path, made.bytes)) {
         throw Failure(kFileFailed, "A page could not be written; look whether the disk is full.");
     }
     work.file = std::move(file);

@@ -1,6 +1,7 @@
 // Making the files of a document's pages, ahead of the time when they are needed.
 #pragma once
 
+#include "documents/paper/page_size.h"
 #include "pages/spool/page_document.h"
 
 #include <opencv2/core/types.hpp>
@@ -21,9 +22,10 @@ namespace doccam::host {
 // Removed with the object.
 class PageFile {
   public:
-    PageFile(std::string named, cv::Size pixels)
+    PageFile(std::string named, cv::Size pixels, const SizedPage& known)
       : path(std::move(named))
-      , size(pixels) {}
+      , size(pixels)
+      , sized(known) {}
 
     ~PageFile();
     PageFile(const PageFile&) = delete;
@@ -31,6 +33,7 @@ class PageFile {
 
     const std::string path; // a JPEG, or in black and white a PNG
     const cv::Size size;
+    const SizedPage sized;
 };
 
 // Works on a thread of its own, one page at a time. Any thread calls it.
@@ -81,8 +84,13 @@ class PageRenderer {
 // By frame and number of changes: never that of another page or recipe.
 std::string pictureName(const KeptPage& page);
 
-// The bytes of a page's file, and its size in pixels. Throws Failure for a damaged frame.
-std::pair<std::vector<unsigned char>, cv::Size> makePage(const PageDocument& document,
-                                                         const KeptPage& page);
+struct MadePage {
+    std::vector<unsigned char> bytes; // of its file
+    cv::Size size;
+    SizedPage sized;
+};
+
+// Throws Failure for a damaged frame.
+MadePage makePage(const PageDocument& document, const KeptPage& page);
 
 } // namespace doccam::host

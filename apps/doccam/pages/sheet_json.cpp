@@ -26,4 +26,11 @@ Json asJson(const std::optional<FoundSheet>& sheet) {
     return row;
 }
 
+Json asJson(const SizedPage& page) {
+    constexpr double kSteps = 100;
+    return {{"dpi", rounded(page.dpi, kSteps)},
+            {"dpi_from", nameOf(page.from)},
+            {"mm", {rounded(page.size.width, kSteps), rounded(page.size.height, kSteps)}}};
+}
+
 } // namespace doccam::host

@@ -1,6 +1,7 @@
-// Sheets in the results of commands.
+// Sheets and the sizes of pages in the results of commands.
 #pragma once
 
+#include "documents/paper/page_size.h"
 #include "host/own_output.h"
 #include "pages/sheets.h"
 
@@ -10,5 +11,8 @@ namespace doccam::host {
 
 // {"sheet": [[x, y], ...], "confidence"}, both null without a sheet.
 Json asJson(const std::optional<FoundSheet>& sheet);
+
+// {"dpi", "dpi_from", "mm": [width, height]}
+Json asJson(const SizedPage& page);
 
 } // namespace doccam::host

@@ -49,6 +49,7 @@ PageDraft draftOf(FrameFile frame, cv::Size size, const std::optional<FoundSheet
     PageDraft draft;
     draft.frame = std::move(frame);
     draft.recipe = way.recipe;
+    draft.origin.desk = deskFor(way.desks, size);
     if (sheet && !way.whole) {
         draft.sheet = sheet;
         draft.recipe.corners = sheet->corners;

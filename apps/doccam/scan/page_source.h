@@ -2,6 +2,7 @@
 #pragma once
 
 #include "camera/camera_session.h"
+#include "documents/paper/desk.h"
 #include "pages/frame_file.h"
 #include "pages/recipe.h"
 #include "pages/sheets.h"
@@ -11,6 +12,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace doccam::host {
 
@@ -25,9 +27,10 @@ struct PageDraft {
 };
 
 struct PageWay {
-    bool byEngine = true; // otherwise a still of the library
-    bool whole = false;   // the whole frame instead of the sheet
-    Recipe recipe{};      // but for the corners
+    bool byEngine = true;      // otherwise a still of the library
+    bool whole = false;        // the whole frame instead of the sheet
+    Recipe recipe{};           // but for the corners
+    std::vector<Desk> desks{}; // that the camera has been calibrated on
 };
 
 // Takes the next frame, and finds the sheet in this very frame. Without one the page is the whole

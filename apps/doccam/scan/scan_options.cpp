@@ -42,13 +42,14 @@ PageWay ScanOptions::way() const {
 }
 
 DocumentPlan ScanOptions::documentPlan() const {
-    return {
-        .target = target.empty() || targetPasses ? "" : std::filesystem::absolute(target).string(),
-        .wholeFrame = plan.whole,
-        .recipe = way().recipe,
-        .stills = byEngine() ? std::nullopt
-                             : std::optional(StillCleaning{.edges = page.cleanEdges,
-                                                           .background = page.cleanBackground})};
+    return {.target =
+                target.empty() || targetPasses ? "" : std::filesystem::absolute(target).string(),
+            .wholeFrame = plan.whole,
+            .recipe = way().recipe,
+            .stills = byEngine() ? std::nullopt
+                                 : std::optional(StillCleaning{.edges = page.cleanEdges,
+                                                               .background = page.cleanBackground}),
+            .paper = paper};
 }
 
 void ScanOptions::keepWay(const ScanOptions& said) {
@@ -65,6 +66,7 @@ void ScanOptions::adopt(const DocumentPlan& document) {
         }
     };
     adoptMaker(document);
+    paper = paper == PaperOptions() ? document.paper : paper;
     keep("--rotate", page.quarterTurns, document.recipe.turn);
     keep("--colour", page.colour, document.recipe.colour);
     keep("--quality", page.quality, document.recipe.quality);

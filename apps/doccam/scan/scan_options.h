@@ -15,6 +15,7 @@ namespace doccam::host {
 
 struct ScanOptions {
     PageSettings page;
+    PaperOptions paper;
     ScanPlan plan;
     Crop crop = Crop::kNone;
     std::optional<Look> look;

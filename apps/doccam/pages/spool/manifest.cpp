@@ -1,5 +1,7 @@
 #include "pages/spool/manifest.h"
 
+#include "documents/paper/paper_json.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -85,6 +87,7 @@ Json asJson(const KeptPage& page) {
                {"confidence", nullptr},
                {"codes", std::move(codes)},
                {"changes", page.changes},
+               {"desk", page.origin.desk ? asJson(*page.origin.desk) : Json()},
                {"recipe", asJson(page.recipe)}};
     if (page.origin.confidence) {
         entry["confidence"] = *page.origin.confidence;
@@ -180,6 +183,10 @@ KeptPage pageIn(const Json& value, int last) {
         page.origin.codes.push_back(unescaped(code.get<std::string>()));
     }
     page.changes = value.contains("changes") ? number(value.at("changes"), 0, kHighest) : 0;
+    // Earlier manifests lack the entry, as they do that of the paper.
+    if (const auto desk = value.find("desk"); desk != value.end() && !desk->is_null()) {
+        page.origin.desk = deskIn(*desk);
+    }
     return page;
 }
 
@@ -220,6 +227,9 @@ Manifest manifestIn(const Json& value) {
     manifest.plan.wholeFrame = value.at("wholeFrame").get<bool>();
     manifest.plan.recipe = recipeIn(value.at("recipe"));
     manifest.plan.stills = stillsIn(value, manifest.plan.wholeFrame);
+    if (const auto paper = value.find("paper"); paper != value.end()) {
+        manifest.plan.paper = paperOptionsIn(*paper);
+    }
     require(value.at("saved").is_number_integer());
     manifest.saved = value.at("saved").get<std::int64_t>();
     manifest.last = number(value.at("last"), 0, kHighest);
@@ -253,6 +263,7 @@ std::string textOf(const Manifest& manifest) {
                       {"wholeFrame", manifest.plan.wholeFrame},
                       {"recipe", asJson(manifest.plan.recipe)},
                       {"stills", asJson(manifest.plan.stills)},
+                      {"paper", asJson(manifest.plan.paper)},
                       {"saved", manifest.saved},
                       {"last", manifest.last},
                       {"pages", std::move(pages)},

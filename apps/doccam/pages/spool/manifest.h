@@ -1,6 +1,8 @@
 // The list of a document's pages, as it is kept beside their frames.
 #pragma once
 
+#include "documents/paper/desk.h"
+#include "documents/paper/page_sizing.h"
 #include "pages/recipe.h"
 
 #include <cstddef>
@@ -18,6 +20,7 @@ struct PageOrigin {
     bool cropped = false;               // and shows a sheet
     std::optional<double> confidence{}; // of the sheet that was found, 0 to 1
     std::vector<std::string> codes{};   // texts of the codes on it
+    std::optional<Desk> desk{};         // in the frame, of a camera that was calibrated
 };
 
 struct KeptPage {
@@ -50,6 +53,7 @@ struct DocumentPlan {
     bool wholeFrame = false; // pages of whole frames
     Recipe recipe{};         // of its next pages, but for the corners
     std::optional<StillCleaning> stills{}; // its next pages are stills; none: by the page engine
+    PaperOptions paper{};                  // of all its pages
 };
 
 struct Manifest {

@@ -147,10 +147,6 @@ QPDFObjectHandle addPage(QPDF& document, const Drawing& drawing, const Millimetr
     return added;
 }
 
-Millimetres turned(const Millimetres& size, int quarterTurns) {
-    return quarterTurns % 2 == 0 ? size : Millimetres{size.height, size.width};
-}
-
 // In the middle of the page.
 QPDFObjectHandle::Rectangle placeOf(const Millimetres& picture, const Millimetres& page) {
     const double width = page.width * kPointsPerMillimetre;

@@ -12,11 +12,25 @@ namespace {
 
 constexpr double kFineDpi = 300; // finer print needs no finer mask
 constexpr double kFinestDpi = 400;
-constexpr double kCoarsestDpi = 200;
+constexpr double kCoarsestDpi = 170;
 constexpr double kLargestScale = 1.5;
 constexpr double kMaximumPixels = 36e6;
 constexpr double kMuchSmaller = 0.6;
-constexpr double kGrowth = 0.85; // bytes grow with this power of the scale
+constexpr double kBlurPerScale = 0.41; // pixels
+constexpr double kGrowth = 0.85;       // bytes grow with this power of the scale
+
+cv::Mat resized(const cv::Mat& grey, cv::Size size, double scale) {
+    if (size == grey.size()) {
+        return grey;
+    }
+    cv::Mat fine = grey;
+    if (scale < 1 && scale > kMuchSmaller) {
+        // Against ragged edges, which are hard to read and to encode.
+        cv::GaussianBlur(grey, fine, {}, kBlurPerScale / scale);
+    }
+    cv::resize(fine, fine, size, 0, 0, scale > kMuchSmaller ? cv::INTER_CUBIC : cv::INTER_AREA);
+    return fine;
+}
 
 } // namespace
 
@@ -24,10 +38,7 @@ InkMasks inkMasksAt(double scale, const cv::Mat& grey, const CoarsePage& coarse,
                     const InkLevels& levels) {
     const cv::Size size(std::max(1, cvRound(grey.cols * scale)),
                         std::max(1, cvRound(grey.rows * scale)));
-    cv::Mat fine = grey;
-    if (size != grey.size()) {
-        cv::resize(grey, fine, size, 0, 0, scale > kMuchSmaller ? cv::INTER_CUBIC : cv::INTER_AREA);
-    }
+    const cv::Mat fine = resized(grey, size, scale);
     InkMasks masks;
     masks.dark = fine < stretched(levels.darkBelow, coarse, size, scale);
     if (levels.anyLight) {

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kNeighbourhood = 1.6; // millimetres: as far as the depth of ink is alike
 constexpr double kGroundWindow = 6;    // millimetres: what is mostly light there has dark print
-constexpr double kInkShare = 0.28;     // of the way from the ground to the ink
+constexpr double kInkShare = 0.24;     // of the way from the ground to the ink
 constexpr int kFaintest = 20;          // levels from the ground
 constexpr int kReverses = 60;          // levels from a dark ground to its light print
 constexpr int kDarkGround = 150;

@@ -1,5 +1,8 @@
-// doccam pdf: image files as the pages of one PDF.
+// doccam pdf: pictures and PDFs as the pages of one PDF.
 #include "commands/commands.h"
+#include "commands/documents/document_options.h"
+#include "documents/document_making.h"
+#include "documents/document_report.h"
 #include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
@@ -10,6 +13,7 @@
 #include "streams/output_stream.h"
 #include "streams/picture_inputs.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,26 +23,99 @@ namespace {
 
 struct PdfOptions {
     std::string target;
-    std::vector<std::string> images;
+    std::vector<std::string> files;
+    DocumentOptions document;
+    bool append = false;
+    bool skipBad = false;
     bool force = false;
+
+    // The PDF to which the pages are appended; none if empty.
+    std::string base() const {
+        return append && std::filesystem::exists(target) ? target : std::string();
+    }
 };
 
-// In a separate process, as each page's pixels are held until the PDF is written.
-std::string draftApart(const Context& context, const OutputFile& file,
-                       const std::vector<std::string>& images) {
+class PdfMaking {
+  public:
+    PdfMaking(const Context& context, const PdfOptions& options, const PictureInputs& inputs)
+      : context_(context)
+      , options_(options)
+      , inputs_(inputs) {}
+
+    MadeDocument make(const OutputFile& file) {
+        std::vector<InputPage> pages;
+        std::vector<std::string> complaints;
+        const Progress progress(context_.options, "page", inputs_.paths().size());
+        for (const std::string& path : inputs_.paths()) {
+            context_.interrupt->check();
+            progress.show(++number_);
+            try {
+                const std::vector<InputPage> some = inputPages(path);
+                pages.insert(pages.end(), some.begin(), some.end());
+            } catch (const Interruption&) {
+                throw;
+            } catch (const Failure& failure) {
+                if (!options_.skipBad) {
+                    throw;
+                }
+                complaints.emplace_back(failure.what());
+            }
+        }
+        if (pages.empty()) {
+            throw Failure(kUsage, complaints.empty() ? "There are no pages." : complaints.front());
+        }
+        MadeDocument made = makeDocument(file, std::move(pages), options_.document,
+                                         options_.base(), *context_.interrupt);
+        made.complaints.insert(made.complaints.begin(), complaints.begin(), complaints.end());
+        return made;
+    }
+
+  private:
+    const Context& context_;
+    const PdfOptions& options_;
+    const PictureInputs& inputs_;
+    std::size_t number_ = 0;
+};
+
+// What the process that makes the document reports.
+Json reportOn(const MadeDocument& made) {
+    return {{"draft", made.draft},
+            {"sizes", asJson(made.pages)},
+            {"text", sizeText(made.pages)},
+            {"complaints", made.complaints}};
+}
+
+// In a separate process, since the files are not to be trusted.
+Json makeApart(const Context& context, const OutputFile& file, const PdfOptions& options,
+               const PictureInputs& inputs) {
     const PictureLimits limits = pictureLimits();
-    const Bounds bounds{.bytes = limits.workingBytes() * images.size(),
-                        .processor = limits.working * images.size()};
-    const Progress progress(context.options, "page", images.size());
+    const std::size_t count = inputs.paths().size() + 1; // and the base
+    const Bounds bounds{.bytes = limits.workingBytes() * count,
+                        .processor = limits.working * count};
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
-        report(draftPdf(file, images, *context.interrupt,
-                        [&](std::size_t page) { progress.show(page); }));
+        report(reportOn(PdfMaking(context, options, inputs).make(file)).dump());
     });
     if (made.end != ApartEnd::kDone || made.reports.empty()) {
-        throw Failure(kUsage, "The pictures for " + file.target().string() +
+        throw Failure(kUsage, "The files for " + file.target().string() +
                                   " cannot be put into a PDF; look whether they are sound.");
     }
-    return made.reports.front();
+    return Json::parse(made.reports.front());
+}
+
+int report(const Context& context, const std::string& target, const Json& made) {
+    const WrittenFile written = describeFile(target);
+    const std::size_t pages = made["sizes"].size();
+    {
+        Result result(context.options.json, asJson(written));
+        result.value["pages"] = pages;
+        result.value["sizes"] = made["sizes"];
+        result.tell(asText(written) + "  " + std::to_string(pages) +
+                    (pages == 1 ? " page  " : " pages  ") + made["text"].get<std::string>());
+    }
+    for (const auto& complaint : made["complaints"]) {
+        complain(complaint.get<std::string>());
+    }
+    return made["complaints"].empty() ? kDone : kFileFailed;
 }
 
 int pdf(const Context& context, const PdfOptions& options) {
@@ -53,31 +130,35 @@ int pdf(const Context& context, const PdfOptions& options) {
     if (!isPdfName(options.target)) {
         throw Failure(kUsage, "The name " + options.target + " is no PDF's; let it end in .pdf.");
     }
-    OutputFile file(options.target, options.force);
-    const PictureInputs inputs(options.images, *context.interrupt);
-    file.publish(inputs.named([&] { return draftApart(context, file, inputs.paths()); }));
-    const WrittenFile written = describeFile(file.target().string());
-    Result result(context.options.json, asJson(written));
-    result.value["pages"] = options.images.size();
-    result.tell(asText(written));
-    return kDone;
+    OutputFile file(options.target, options.force || options.append);
+    const PictureInputs inputs(options.files, *context.interrupt);
+    const Json made = inputs.named([&] { return makeApart(context, file, options, inputs); });
+    file.publish(made["draft"].get<std::string>());
+    return report(context, file.target().string(), made);
 }
 
 } // namespace
 
 void addPdfCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<PdfOptions>();
-    CLI::App* command = app.add_subcommand("pdf", "Make one PDF of image files");
+    CLI::App* command = app.add_subcommand("pdf", "Make one PDF of pictures and PDFs");
     command->add_option("OUT", options->target, "The PDF to write; - for standard output")
         ->required()
         ->type_name("");
-    command->add_option("IMAGE", options->images, "Its pages, in order; - for standard input")
+    command
+        ->add_option("FILE", options->files,
+                     "Its pages, in order: pictures, all pictures of a TIFF, PDFs; - for standard "
+                     "input")
         ->required()
         ->type_name("");
+    addDocumentOptions(*command, options->document);
+    command->add_flag("--append", options->append, "Add the pages to OUT if it exists");
+    command->add_flag("--skip-bad", options->skipBad, "Leave out files that cannot become pages");
     command->add_flag("--force", options->force, "Replace a file that exists");
     command->footer("Examples:\n"
                     "  doccam pdf letter.pdf page1.jpg page2.jpg\n"
-                    "  doccam pdf --force all.pdf *.png\n"
+                    "  doccam pdf --paper a4 --ocr eng --compact letter.pdf page1.jpg\n"
+                    "  doccam pdf --append all.pdf scan.tif other.pdf\n"
                     "  scanimage | doccam pdf - - >page.pdf");
     command->callback([&context, options] {
         context.run = [&context, options] { return pdf(context, *options); };

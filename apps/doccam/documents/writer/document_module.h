@@ -26,7 +26,7 @@ struct DocumentModule {
     cv::Mat (*tiffPicture)(const std::string& file, int part);
 
     // Writes the PDF to path.
-    void (*write)(const DocumentPlan& plan, const std::string& path);
+    void (*write)(const PdfPlan& plan, const std::string& path);
 };
 
 // Opens the module at first use. Throws ModuleError. Any thread.

@@ -35,7 +35,7 @@ struct PlannedPage {
     std::string text{}; // a PDF whose first page is laid over the upright picture, unseen
 };
 
-struct DocumentPlan {
+struct PdfPlan {
     std::string base{}; // a PDF to which the pages are appended; none if empty
     std::vector<PlannedPage> pages{};
     std::string title{};

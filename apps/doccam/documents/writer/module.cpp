@@ -15,7 +15,7 @@ extern "C" {
     .parts = [](const std::string& file) { return doccam::host::fileParts(file); },
     .tiffPicture = [](const std::string& file,
                       int part) { return doccam::host::uprightTiff(file, part); },
-    .write = [](const doccam::host::DocumentPlan& plan,
+    .write = [](const doccam::host::PdfPlan& plan,
                 const std::string& path) { doccam::host::writePdf(plan, path); },
 };
 

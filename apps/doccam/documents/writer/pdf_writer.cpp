@@ -18,7 +18,7 @@ namespace {
 
 class PdfWriter {
   public:
-    explicit PdfWriter(const DocumentPlan& plan)
+    explicit PdfWriter(const PdfPlan& plan)
       : plan_(plan)
       , document_(plan.base.empty() ? emptyPdf() : openPdf(plan.base))
       , texts_(*document_) {}
@@ -67,7 +67,7 @@ class PdfWriter {
                      false);
     }
 
-    const DocumentPlan& plan_;
+    const PdfPlan& plan_;
     std::map<std::string, std::unique_ptr<QPDF>> sources_; // until the document is written
     std::unique_ptr<QPDF> document_;
     TextLayers texts_;
@@ -110,7 +110,7 @@ void PdfWriter::describe() {
 
 } // namespace
 
-void writePdf(const DocumentPlan& plan, const std::string& path) {
+void writePdf(const PdfPlan& plan, const std::string& path) {
     try {
         PdfWriter writer(plan);
         writer.addPages();

@@ -8,6 +8,6 @@
 namespace doccam::host {
 
 // Writes path. Throws DocumentError.
-void writePdf(const DocumentPlan& plan, const std::string& path);
+void writePdf(const PdfPlan& plan, const std::string& path);
 
 } // namespace doccam::host

@@ -1,0 +1,13 @@
+// The options of commands that make PDFs.
+#pragma once
+
+#include "documents/document_options.h"
+
+#include <CLI/App.hpp>
+
+namespace doccam::host {
+
+// --dpi, --paper, --ocr, --upright, --compact, --title, --author, --language and --date.
+void addDocumentOptions(CLI::App& command, DocumentOptions& options);
+
+} // namespace doccam::host

@@ -1,0 +1,26 @@
+// Making a PDF of pages.
+#pragma once
+
+#include "documents/document_options.h"
+#include "documents/input_pages.h"
+#include "host/interrupt.h"
+#include "host/output_file.h"
+
+#include <string>
+#include <vector>
+
+namespace doccam::host {
+
+struct MadeDocument {
+    std::string draft;                     // a part of the file
+    std::vector<SizedPage> pages{};        // of PDFs, too
+    std::vector<std::string> complaints{}; // what was left undone, a sentence each
+};
+
+// Drafts the pages, after those of the PDF base if it is not empty, as file. Throws Failure;
+// Interruption when the process must end.
+MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
+                          const DocumentOptions& options, const std::string& base,
+                          const Interrupt& interrupt);
+
+} // namespace doccam::host

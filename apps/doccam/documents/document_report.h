@@ -1,0 +1,17 @@
+// What a command says of a document's pages.
+#pragma once
+
+#include "documents/document_making.h"
+#include "host/own_output.h"
+
+#include <string>
+
+namespace doccam::host {
+
+// {"width", "height", "dpi", "dpi_from"} of each page, in millimetres; of a PDF's page without dpi.
+Json asJson(const std::vector<SizedPage>& pages);
+
+// "210 x 297 mm", with "guessed" if it is; of the first page.
+std::string sizeText(const std::vector<SizedPage>& pages);
+
+} // namespace doccam::host

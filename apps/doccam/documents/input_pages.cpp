@@ -1,0 +1,79 @@
+#include "documents/input_pages.h"
+
+#include "documents/writer/document_module.h"
+#include "host/failure.h"
+#include "host/modules/with_modules.h"
+#include "pictures/reading.h"
+#include "streams/input_file.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+namespace doccam::host {
+namespace {
+
+const DocumentModule& writer() {
+    return *withModules([] { return &documentModule(); });
+}
+
+InputPage pageOf(const std::string& file, int part, const FilePart& facts) {
+    InputPage page{{.file = file, .part = part}, facts.pixels, facts.page};
+    if (facts.dpi) {
+        page.inFile = Density{facts.dpi->width, facts.dpi->height};
+    }
+    return page;
+}
+
+// JPEG and PNG files are checked by decoding them; a TIFF's pictures have been decoded.
+void checkPicture(const std::string& file) {
+    readPicture(file, cv::IMREAD_REDUCED_GRAYSCALE_8);
+}
+
+} // namespace
+
+std::vector<InputPage> inputPages(const std::string& file) {
+    requireInputFile(file);
+    const DocumentModule& module = writer();
+    try {
+        const bool isPdf = module.isPdf(file);
+        if (!isPdf) {
+            requirePicture(file);
+        }
+        std::vector<InputPage> pages;
+        for (const FilePart& part : module.parts(file)) {
+            pages.push_back(pageOf(file, static_cast<int>(pages.size()), part));
+        }
+        if (pages.empty()) {
+            InputPage page{{.pixels = readPicture(file, cv::IMREAD_COLOR)}};
+            page.pixels = page.planned.pixels.size();
+            pages.push_back(page);
+        } else if (!isPdf && pages.size() == 1) {
+            checkPicture(file);
+        }
+        return pages;
+    } catch (const DocumentError& error) {
+        throw Failure(kUsage, "The file " + file + " " + error.what() + ".");
+    }
+}
+
+cv::Mat pictureOf(const InputPage& page) {
+    const PlannedPage& planned = page.planned;
+    if (!planned.pixels.empty()) {
+        return planned.pixels;
+    }
+    if (writer().isTiff(planned.file)) {
+        return writer().tiffPicture(planned.file, planned.part);
+    }
+    return readPicture(planned.file, cv::IMREAD_COLOR);
+}
+
+cv::Mat uprightPictureOf(const InputPage& page) {
+    cv::Mat picture = pictureOf(page);
+    if (page.planned.quarterTurns != 0) {
+        cv::Mat turned;
+        cv::rotate(picture, turned, page.planned.quarterTurns - 1);
+        return turned;
+    }
+    return picture;
+}
+
+} // namespace doccam::host

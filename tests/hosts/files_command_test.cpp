@@ -95,7 +95,7 @@ TEST_F(Files, AreTurnedUprightInAPdf) {
     drawSheet("a.jpg");
     turnOnItsSide("a.jpg");
     ASSERT_EQ(run("pdf all.pdf a.jpg").status, kDone);
-    EXPECT_EQ(shellCount("pdfinfo all.pdf | grep -c 'Page size: *960 x 1280 pts'"), 1);
+    EXPECT_EQ(shellCount("pdfinfo all.pdf | grep -c 'Page rot: *90'"), 1);
 }
 
 TEST_F(Files, AreReplacedByAPdfOnlyWhenForced) {

@@ -1,0 +1,123 @@
+#include "host_program.h"
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using namespace doccam::test;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+class Pdf : public HostProgramTest {
+  protected:
+    // What a shell command prints, run in the folder.
+    std::string said(const std::string& command) const {
+        const std::string printed = file("printed");
+        const std::string whole = "cd " + file(".") + " && " + command + " >" + printed + " 2>&1";
+        std::system(whole.c_str()); // NOLINT(cert-env33-c): the shell is wanted
+        std::ifstream stream(printed);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    void drawPicture(const std::string& name, cv::Size size) const {
+        cv::imwrite(file(name), cv::Mat(size, CV_8UC3, cv::Scalar(200, 220, 210)));
+    }
+};
+
+TEST_F(Pdf, HasPagesOfTheSizeThatIsAskedFor) {
+    drawPicture("a.jpg", {1000, 1414});
+    Outcome outcome = run("pdf a.pdf a.jpg --paper a4 --json");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(outcome.json()["sizes"][0]["dpi_from"], "paper");
+    EXPECT_THAT(said("pdfinfo a.pdf"), HasSubstr("595.276 x 841.89 pts (A4)"));
+    outcome = run("pdf --force a.pdf a.jpg --dpi 200 --json");
+    EXPECT_EQ(outcome.json()["sizes"][0]["dpi_from"], "option");
+    EXPECT_EQ(outcome.json()["sizes"][0]["dpi"], 200);
+    EXPECT_THAT(said("pdfinfo a.pdf"), HasSubstr("360 x 509.04 pts"));
+}
+
+TEST_F(Pdf, SaysThatASizeIsAGuess) {
+    drawPicture("a.jpg", {1414, 1000});
+    EXPECT_EQ(run("pdf a.pdf a.jpg --json").json()["sizes"][0]["dpi_from"], "guess");
+    EXPECT_THAT(run("pdf --force a.pdf a.jpg").out, HasSubstr("297 x 210 mm, guessed"));
+}
+
+TEST_F(Pdf, TakesAllPicturesOfATiffAndAllPagesOfAPdf) {
+    const cv::Mat picture(200, 200, CV_8UC3, cv::Scalar::all(200));
+    cv::imwrite(file("a.tif"), std::vector<cv::Mat>{picture, picture, picture});
+    EXPECT_EQ(run("pdf a.pdf a.tif --json").json()["pages"], 3);
+    drawPicture("b.png", {100, 100});
+    EXPECT_EQ(run("pdf b.pdf b.png a.pdf b.png --json").json()["pages"], 5);
+    EXPECT_THAT(said("qpdf --check b.pdf"), HasSubstr("No syntax or stream encoding errors"));
+    EXPECT_THAT(said("pdfinfo b.pdf"), HasSubstr("Pages:           5"));
+}
+
+TEST_F(Pdf, IsAppendedTo) {
+    drawPicture("a.jpg", {100, 100});
+    drawPicture("b.jpg", {200, 100});
+    EXPECT_EQ(run("pdf --append all.pdf a.jpg").status, kDone);
+    EXPECT_EQ(run("pdf --append all.pdf b.jpg a.jpg").status, kDone);
+    EXPECT_THAT(said("pdfinfo all.pdf"), HasSubstr("Pages:           3"));
+    said("pdfimages -j all.pdf image");
+    EXPECT_EQ(said("cmp a.jpg image-000.jpg && cmp b.jpg image-001.jpg"), "");
+}
+
+TEST_F(Pdf, KeepsWhatItCannotBeAppendedTo) {
+    drawPicture("a.jpg", {100, 100});
+    ASSERT_EQ(run("pdf plain.pdf a.jpg").status, kDone);
+    said("qpdf --encrypt '' owner 256 -- plain.pdf locked.pdf && cp locked.pdf before.pdf");
+    const Outcome outcome = run("pdf --append locked.pdf a.jpg");
+    EXPECT_NE(outcome.status, kDone);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("locked.pdf is encrypted")));
+    EXPECT_EQ(said("cmp locked.pdf before.pdf"), "");
+    EXPECT_THAT(run("pdf new.pdf a.jpg locked.pdf").err, HasSubstr("locked.pdf is encrypted"));
+}
+
+TEST_F(Pdf, LeavesOutBadFilesWhenAsked) {
+    drawPicture("a.jpg", {100, 100});
+    std::ofstream(file("b.jpg")) << "no picture";
+    const Outcome outcome = run("pdf all.pdf a.jpg b.jpg a.jpg --skip-bad --json");
+    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("b.jpg")));
+    EXPECT_EQ(outcome.json()["pages"], 2);
+    EXPECT_EQ(run("pdf none.pdf b.jpg --skip-bad").status, kUsage);
+    EXPECT_THAT(files(), ElementsAre("a.jpg", "all.pdf", "b.jpg"));
+}
+
+TEST_F(Pdf, SaysWhatItIs) {
+    drawPicture("a.jpg", {100, 100});
+    ASSERT_EQ(run("pdf a.pdf a.jpg --title 'Two words' --author Ada --language de-CH "
+                  "--date 1970-01-02")
+                  .status,
+              kDone);
+    EXPECT_THAT(said("pdfinfo a.pdf"),
+                AllOf(HasSubstr("Two words"), HasSubstr("Ada"), HasSubstr("Jan  2")));
+    EXPECT_EQ(run("pdf b.pdf a.jpg --date 2026-02-30").status, kUsage);
+    EXPECT_EQ(run("pdf b.pdf a.jpg --language 'x y'").status, kUsage);
+}
+
+TEST_F(Pdf, HasTheWordsOfItsPages) {
+    drawSheet("a.jpg");
+    ASSERT_EQ(run("pdf a.pdf a.jpg --ocr eng --paper a4 --compact").status, kDone);
+    EXPECT_GT(said("pdftotext a.pdf - | wc -w"), "5");
+    EXPECT_THAT(said("pdfinfo a.pdf"), HasSubstr("Tagged:          no"));
+}
+
+TEST_F(Pdf, IsSavedWithoutTheWordsOfAMissingLanguage) {
+    drawSheet("a.jpg");
+    const Outcome outcome = run("pdf a.pdf a.jpg --ocr xyz");
+    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("tesseract-ocr-xyz")));
+    EXPECT_THAT(said("pdfinfo a.pdf"), HasSubstr("Pages:           1"));
+    EXPECT_EQ(run("pdf b.pdf a.jpg --ocr ../x").status, kUsage);
+}
+
+} // namespace

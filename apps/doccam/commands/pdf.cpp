@@ -64,8 +64,8 @@ class PdfMaking {
         if (pages.empty()) {
             throw Failure(kUsage, complaints.empty() ? "There are no pages." : complaints.front());
         }
-        MadeDocument made = makeDocument(file, std::move(pages), options_.document,
-                                         options_.base(), *context_.interrupt);
+        MadeDocument made = makeDocument(file, std::move(pages), options_.document, options_.base(),
+                                         *context_.interrupt);
         made.complaints.insert(made.complaints.begin(), complaints.begin(), complaints.end());
         return made;
     }

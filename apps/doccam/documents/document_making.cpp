@@ -32,7 +32,8 @@ class PageReading {
         std::vector<PageForText> asked;
         for (std::size_t i = 0; i < pages_.size(); ++i) {
             if (!pages_[i].isPdf()) {
-                asked.push_back({[&page = pages_[i]] { return pictureOf(page); }, made_.pages[i].dpi});
+                asked.push_back(
+                    {[&page = pages_[i]] { return pictureOf(page); }, made_.pages[i].dpi});
             }
         }
         const RecognizedPages found = recognize(asked, options, folder(), interrupt);
@@ -90,10 +91,10 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
         PageReading(file, pages, made).read(options.text, interrupt);
     }
     PdfPlan plan{.base = base,
-                      .title = options.title,
-                      .author = options.author,
-                      .language = options.language,
-                      .date = options.date};
+                 .title = options.title,
+                 .author = options.author,
+                 .language = options.language,
+                 .date = options.date};
     for (std::size_t i = 0; i < pages.size(); ++i) {
         interrupt.check();
         PlannedPage planned = pages[i].planned;

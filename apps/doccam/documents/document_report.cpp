@@ -1,30 +1,20 @@
 #include "documents/document_report.h"
 
+#include "pages/sheet_json.h"
+
 #include <cmath>
+#include <utility>
 
 namespace doccam::host {
-namespace {
-
-double tenths(double value) {
-    constexpr double kTenths = 10;
-    return std::round(value * kTenths) / kTenths;
-}
-
-Json asJson(const SizedPage& page) {
-    Json row{{"width", tenths(page.size.width)}, {"height", tenths(page.size.height)}};
-    if (page.dpi > 0) {
-        row["dpi"] = tenths(page.dpi);
-        row["dpi_from"] = nameOf(page.from);
-    }
-    return row;
-}
-
-} // namespace
-
 Json asJson(const std::vector<SizedPage>& pages) {
     Json array = Json::array();
     for (const SizedPage& page : pages) {
-        array.push_back(asJson(page));
+        Json row = asJson(page);
+        if (page.dpi == 0) { // of a PDF
+            row.erase("dpi");
+            row.erase("dpi_from");
+        }
+        array.push_back(std::move(row));
     }
     return array;
 }

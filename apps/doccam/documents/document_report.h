@@ -8,7 +8,7 @@
 
 namespace doccam::host {
 
-// {"width", "height", "dpi", "dpi_from"} of each page, in millimetres; of a PDF's page without dpi.
+// {"dpi", "dpi_from", "mm": [width, height]} of each page; of a PDF's page only its size.
 Json asJson(const std::vector<SizedPage>& pages);
 
 // "210 x 297 mm", with "guessed" if it is; of the first page.

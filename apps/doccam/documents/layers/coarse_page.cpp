@@ -1,5 +1,7 @@
 #include "documents/layers/coarse_page.h"
 
+#include "documents/paper/page_size.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -10,7 +12,6 @@ namespace {
 constexpr double kCellsPerInch = 100;
 constexpr double kThickestStroke = 2.2; // millimetres
 constexpr int kLargestFactor = 16;
-constexpr double kMillimetresPerInch = 25.4;
 
 // The last column and row repeated until whole cells cover the picture.
 cv::Mat inWholeCells(const cv::Mat& picture, int factor) {

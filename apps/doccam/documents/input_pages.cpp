@@ -8,6 +8,8 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <algorithm>
+
 namespace doccam::host {
 namespace {
 
@@ -23,9 +25,12 @@ InputPage pageOf(const std::string& file, int part, const FilePart& facts) {
     return page;
 }
 
-// JPEG and PNG files are checked by decoding them; a TIFF's pictures have been decoded.
-void checkPicture(const std::string& file) {
-    readPicture(file, cv::IMREAD_REDUCED_GRAYSCALE_8);
+// A JPEG or PNG goes into the document undecoded, but a damaged one would not be shown.
+void checkPicture(const InputPage& page) {
+    constexpr int kReduced = 8;
+    readPicture(page.planned.file, std::min(page.pixels.width, page.pixels.height) < kReduced
+                                       ? cv::IMREAD_GRAYSCALE
+                                       : cv::IMREAD_REDUCED_GRAYSCALE_8);
 }
 
 } // namespace
@@ -46,8 +51,8 @@ std::vector<InputPage> inputPages(const std::string& file) {
             InputPage page{{.pixels = readPicture(file, cv::IMREAD_COLOR)}};
             page.pixels = page.planned.pixels.size();
             pages.push_back(page);
-        } else if (!isPdf && pages.size() == 1) {
-            checkPicture(file);
+        } else if (!isPdf && !module.isTiff(file)) {
+            checkPicture(pages.front());
         }
         return pages;
     } catch (const DocumentError& error) {

@@ -1,7 +1,5 @@
 #include "documents/layers/coarse_page.h"
 
-#include "documents/paper/page_size.h"
-
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -9,6 +7,7 @@
 namespace doccam::host {
 namespace {
 
+constexpr double kMillimetresPerInch = 25.4;
 constexpr double kCellsPerInch = 100;
 constexpr double kThickestStroke = 2.2; // millimetres
 constexpr int kLargestFactor = 16;

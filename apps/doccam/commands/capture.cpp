@@ -3,13 +3,14 @@
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "commands/paper/paper_options.h"
+#include "documents/document_making.h"
 #include "documents/paper/density_stamp.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "pages/calibrated_size.h"
 #include "pages/rendering.h"
 #include "pages/sheet_json.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 #include "pictures/writing.h"
 #include "pictures/written_file.h"
 #include "scan/page_source.h"
@@ -89,15 +90,15 @@ void takeStill(const Context& context, CameraSession& session, OutputFile& targe
     const std::string draft = pdf ? target.part("page.jpg") : target.draft();
     session.still(draft, crop);
     if (pdf) {
-        publishPdf(target, {draft}, *context.interrupt);
+        publishDocument(target, inputPages(draft), {}, *context.interrupt);
     } else {
         target.publish(draft);
     }
 }
 
 // Made by the page engine of the next frame; returns what is known of it.
-Json takePage(CameraSession& session, OutputFile& target, const PageWay& way,
-              const PaperOptions& paper) {
+Json takePage(const Context& context, CameraSession& session, OutputFile& target,
+              const PageWay& way, const PaperOptions& paper) {
     const PageDraft draft = draftPage(session, way, "");
     if (!way.whole && !draft.sheet) {
         failWithoutSheet(target);
@@ -114,7 +115,7 @@ Json takePage(CameraSession& session, OutputFile& target, const PageWay& way,
         pdf ? target.part("page" + std::string(extensionOf(bytes))) : target.draft();
     writeBytes(target, path, bytes);
     if (pdf) {
-        publishPages(target, {path});
+        publishDocument(target, {madePage(path, sized)}, {}, *context.interrupt);
     } else {
         target.publish(path);
     }
@@ -128,7 +129,7 @@ Json take(const Context& context, CameraSession& session, OutputFile& target,
     if (options.byEngine()) {
         PageWay way = options.way();
         way.desks = desksOf(session.camera());
-        return takePage(session, target, way, options.paper);
+        return takePage(context, session, target, way, options.paper);
     }
     takeStill(context, session, target, options.crop == Crop::kRectangle);
     return Json::object();

@@ -1,13 +1,14 @@
 // doccam pdf: pictures and PDFs as the pages of one PDF.
 #include "commands/commands.h"
 #include "commands/documents/document_options.h"
+#include "commands/paper/paper_options.h"
 #include "documents/document_making.h"
 #include "documents/document_report.h"
 #include "host/apart.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "host/progress.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 #include "pictures/picture_limits.h"
 #include "pictures/written_file.h"
 #include "streams/output_stream.h"
@@ -151,6 +152,7 @@ void addPdfCommand(CLI::App& app, Context& context) {
                      "input")
         ->required()
         ->type_name("");
+    addPaperOptions(*command, options->document.paper);
     addDocumentOptions(*command, options->document);
     command->add_flag("--append", options->append, "Add the pages to OUT if it exists");
     command->add_flag("--skip-bad", options->skipBad, "Leave out files that cannot become pages");

@@ -1,6 +1,7 @@
 // doccam scan: sheet after sheet becomes the pages of one PDF.
 #include "camera/calibrations.h"
 #include "commands/commands.h"
+#include "commands/documents/document_options.h"
 #include "commands/options.h"
 #include "commands/paper/paper_options.h"
 #include "documents/document_saving.h"
@@ -8,7 +9,7 @@
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "host/progress.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 #include "scan/scan_options.h"
 #include "scan/scanning.h"
 #include "streams/output_stream.h"
@@ -25,6 +26,7 @@ constexpr int kSheetFrames = 60; // frames that a virtual sheet lies still
 
 struct ScanArguments {
     ScanOptions scan;
+    DocumentOptions pdf;
     StillOptions still; // its page settings are those of the scan if the library makes the pages
 };
 
@@ -49,10 +51,10 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
     }
 }
 
-int save(const Context& context, ScanDocument& document) {
+int save(const Context& context, const DocumentOptions& pdf, ScanDocument& document) {
     const Progress progress(context.options, "saving page", document.pages().pages().size());
     const SavedDocument saved =
-        saveDocument(document.pages(), document.renderer(), document.file(), *context.interrupt,
+        saveDocument(document.pages(), document.renderer(), document.file(), pdf, *context.interrupt,
                      [&](std::size_t page) { progress.show(page); });
     context.interrupt->setLastWords("");
     if (saved.pages.empty()) {
@@ -70,7 +72,7 @@ int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocu
         throw Failure(kNothingFound, "No page was taken, so " + document.file().target().string() +
                                          " was not written; put a sheet before the camera.");
     }
-    const int code = save(context, document);
+    const int code = save(context, arguments.pdf, document);
     return interrupted ? kInterrupted : code;
 }
 
@@ -123,6 +125,7 @@ void addOptions(CLI::App& command, ScanArguments& arguments) {
     addCaptureOptions(command, arguments.still);
     addPageOptions(command, options.page);
     addPaperOptions(command, options.paper);
+    addDocumentOptions(command, arguments.pdf);
     command.add_flag("--resume", options.resume,
                      "Go on with the newest document that was not saved, taking further pages in "
                      "the same way but for the options given");

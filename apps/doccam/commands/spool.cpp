@@ -9,7 +9,7 @@
 #include "host/own_output.h"
 #include "host/progress.h"
 #include "pages/sheet_json.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 
 #include <algorithm>
 #include <array>
@@ -142,7 +142,7 @@ int resume(const Context& context, const Spool& spool, const SpoolOptions& optio
     OutputFile file(target, options.force);
     PageRenderer renderer(*document, folderIn(file, "pages"));
     const Progress progress(context.options, "saving page", document->pages().size());
-    const SavedDocument saved = saveDocument(*document, renderer, file, *context.interrupt,
+    const SavedDocument saved = saveDocument(*document, renderer, file, {}, *context.interrupt,
                                              [&](std::size_t page) { progress.show(page); });
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());

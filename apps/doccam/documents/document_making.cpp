@@ -15,9 +15,17 @@ SizedPage sizeOf(const InputPage& page, const PaperOptions& options) {
     if (page.isPdf()) {
         return {.size = *page.size, .from = DpiSource::kFile, .picture = *page.size};
     }
-    return sizePage(page.pixels, {.options = options,
-                                  .calibrated = page.calibrated,
+    return page.sized ? *page.sized
+                      : sizePage(page.pixels,
+                                 {.options = options,
                                   .inFile = credibleSize(page.pixels, page.inFile)});
+}
+
+// A command that finishes after the first Ctrl-C goes on.
+void goOn(const Interrupt& interrupt) {
+    if (interrupt.mustEnd()) {
+        throw Interruption();
+    }
 }
 
 // Gives pages their words, and turns them upright.
@@ -96,13 +104,12 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
                  .language = options.language,
                  .date = options.date};
     for (std::size_t i = 0; i < pages.size(); ++i) {
-        interrupt.check();
         PlannedPage planned = pages[i].planned;
         planned.size = made.pages[i].size;
         planned.picture = made.pages[i].picture;
         if (options.compact && !pages[i].isPdf()) {
             planned.layers = [&page = pages[i], dpi = made.pages[i].dpi, &interrupt] {
-                interrupt.check();
+                goOn(interrupt);
                 return splitLayers(uprightPictureOf(page), dpi);
             };
         }
@@ -110,6 +117,14 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
     }
     write(plan, file, made.draft);
     return made;
+}
+
+std::vector<std::string> publishDocument(OutputFile& file, std::vector<InputPage> pages,
+                                         const DocumentOptions& options,
+                                         const Interrupt& interrupt) {
+    const MadeDocument made = makeDocument(file, std::move(pages), options, "", interrupt);
+    file.publish(made.draft);
+    return made.complaints;
 }
 
 } // namespace doccam::host

@@ -23,4 +23,9 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
                           const DocumentOptions& options, const std::string& base,
                           const Interrupt& interrupt);
 
+// The same, published as file. Returns the complaints.
+std::vector<std::string> publishDocument(OutputFile& file, std::vector<InputPage> pages,
+                                         const DocumentOptions& options,
+                                         const Interrupt& interrupt);
+
 } // namespace doccam::host

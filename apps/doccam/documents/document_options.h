@@ -11,7 +11,7 @@
 namespace doccam::host {
 
 struct DocumentOptions {
-    PaperOptions paper{};
+    PaperOptions paper{}; // of pages whose size is not known otherwise
     TextOptions text{};
     bool compact = false;
     std::string title{};

@@ -1,11 +1,13 @@
 #include "documents/document_saving.h"
 
+#include "documents/document_making.h"
 #include "host/failure.h"
 #include "pages/sheet_json.h"
-#include "pictures/pdf_file.h"
 #include "pictures/written_file.h"
 
 #include <exception>
+#include <memory>
+#include <utility>
 
 namespace doccam::host {
 namespace {
@@ -27,13 +29,15 @@ void noteSaved(PageDocument& document) {
 } // namespace
 
 SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
-                           const Interrupt& interrupt, const PageNote& note) {
+                           const DocumentOptions& options, const Interrupt& interrupt,
+                           const PageNote& note) {
     const std::vector<KeptPage> pages = document.pages();
     for (const KeptPage& page : pages) {
         renderer.begin(page);
     }
     SavedDocument saved;
-    std::vector<std::string> paths;
+    std::vector<std::shared_ptr<const PageFile>> files; // until they are in the document
+    std::vector<InputPage> inputs;
     for (const KeptPage& page : pages) {
         if (interrupt.mustEnd()) {
             throw Interruption();
@@ -43,14 +47,15 @@ SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, Outpu
         }
         try {
             const auto made = renderer.finish(page);
-            paths.push_back(made->path);
+            files.push_back(made);
+            inputs.push_back(madePage(made->path, made->sized));
             saved.pages.push_back({page, made->size, made->sized});
         } catch (const DamagedFrame& damage) {
             saved.damaged.emplace_back(damage.what());
         }
     }
-    if (!paths.empty()) {
-        publishPages(file, paths);
+    if (!inputs.empty()) {
+        saved.complaints = publishDocument(file, std::move(inputs), options, interrupt);
         if (saved.damaged.empty()) {
             noteSaved(document);
         }
@@ -80,10 +85,12 @@ int reportSaved(const SavedDocument& saved, const std::string& path, bool json) 
         result.tell(asText(written) + "  " + std::to_string(saved.pages.size()) +
                     (saved.pages.size() == 1 ? " page" : " pages"));
     }
-    for (const std::string& damage : saved.damaged) {
-        complain(damage);
+    for (const auto* const sentences : {&saved.damaged, &saved.complaints}) {
+        for (const std::string& sentence : *sentences) {
+            complain(sentence);
+        }
     }
-    return saved.damaged.empty() ? kDone : kFileFailed;
+    return saved.damaged.empty() && saved.complaints.empty() ? kDone : kFileFailed;
 }
 
 } // namespace doccam::host

@@ -1,15 +1,17 @@
 // Saving a document as a PDF.
 #pragma once
 
+#include "documents/document_options.h"
 #include "host/interrupt.h"
 #include "host/output_file.h"
 #include "host/own_output.h"
 #include "pages/page_renderer.h"
 #include "pages/spool/page_document.h"
-#include "pictures/pdf_file.h"
 
 #include <opencv2/core/types.hpp>
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,14 +25,19 @@ struct SavedPage {
 
 struct SavedDocument {
     std::vector<SavedPage> pages;
-    std::vector<std::string> damaged{}; // what is wrong with those left out, a sentence each
+    std::vector<std::string> damaged{};    // what is wrong with those left out, a sentence each
+    std::vector<std::string> complaints{}; // what else was left undone
 };
+
+// Is told the number of each page before it is made, from 1.
+using PageNote = std::function<void(std::size_t)>;
 
 // Publishes the pages, in order, as file, whose work folder has the renderer's, and notes that the
 // document is saved unless pages are damaged. A document all of whose pages are damaged is not
 // written. Throws Failure; Interruption when the process must end.
 SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
-                           const Interrupt& interrupt, const PageNote& note = {});
+                           const DocumentOptions& options, const Interrupt& interrupt,
+                           const PageNote& note = {});
 
 // {"page", "width", "height", "cropped", "sheet", "confidence", "dpi", "dpi_from", "mm"} of each.
 Json asJson(const SavedDocument& saved);

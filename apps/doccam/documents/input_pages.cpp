@@ -60,6 +60,12 @@ std::vector<InputPage> inputPages(const std::string& file) {
     }
 }
 
+InputPage madePage(const std::string& file, const SizedPage& sized) {
+    InputPage page{{.file = file}};
+    page.sized = sized;
+    return page;
+}
+
 cv::Mat pictureOf(const InputPage& page) {
     const PlannedPage& planned = page.planned;
     if (!planned.pixels.empty()) {

@@ -17,7 +17,7 @@ struct InputPage {
     cv::Size pixels{};                 // as shown; none for a page of a PDF
     std::optional<Millimetres> size{}; // of a PDF's page
     std::optional<Density> inFile{};   // of the picture
-    std::optional<Millimetres> calibrated{};
+    std::optional<SizedPage> sized{};  // of a page that was made here
 
     bool isPdf() const { return size.has_value(); }
 };
@@ -25,6 +25,9 @@ struct InputPage {
 // The pages that a file becomes: a picture, all pictures of a TIFF, all pages of a PDF. Throws
 // Failure with the reason for a file that becomes none; decodes untrusted data.
 std::vector<InputPage> inputPages(const std::string& file);
+
+// The page of a JPEG or PNG that was made here.
+InputPage madePage(const std::string& file, const SizedPage& sized);
 
 // A page's picture as it is shown, grey or blue first, but for the turns of the plan.
 cv::Mat pictureOf(const InputPage& page);

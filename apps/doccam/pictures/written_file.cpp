@@ -3,7 +3,7 @@
 #include "base/pictures/picture_encoding.h"
 #include "host/failure.h"
 #include "host/modules/with_modules.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 #include "pictures/reading.h"
 
 #include <filesystem>

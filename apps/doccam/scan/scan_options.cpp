@@ -1,7 +1,7 @@
 #include "scan/scan_options.h"
 
 #include "host/failure.h"
-#include "pictures/pdf_file.h"
+#include "pictures/pdf_name.h"
 
 #include <filesystem>
 

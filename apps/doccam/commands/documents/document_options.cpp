@@ -1,7 +1,5 @@
 #include "commands/documents/document_options.h"
 
-#include "commands/paper/paper_options.h"
-
 #include <algorithm>
 #include <cctype>
 #include <ctime>
@@ -46,7 +44,6 @@ std::string refuseOddLanguage(const std::string& text) {
 } // namespace
 
 void addDocumentOptions(CLI::App& command, DocumentOptions& options) {
-    addPaperOptions(command, options.paper);
     command
         .add_option("--ocr", options.text.languages,
                     "Recognize the words with tesseract, in these languages: eng, eng+deu")

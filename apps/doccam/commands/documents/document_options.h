@@ -7,7 +7,7 @@
 
 namespace doccam::host {
 
-// --dpi, --paper, --ocr, --upright, --compact, --title, --author, --language and --date.
+// --ocr, --upright, --compact, --title, --author, --language and --date.
 void addDocumentOptions(CLI::App& command, DocumentOptions& options);
 
 } // namespace doccam::host

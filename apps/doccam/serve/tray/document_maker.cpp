@@ -1,6 +1,6 @@
 #include "serve/tray/document_maker.h"
 
-#include <doccam/doccam.h>
+#include "documents/writer/document_module.h"
 
 #include <filesystem>
 #include <memory>
@@ -33,12 +33,20 @@ MadeDocument DocumentMaker::write() {
                             " is damaged on the disk; delete it to get the others");
         }
     }
-    for (const auto& picture : pictures) {
-        AddImageFileToPDF(picture->path.c_str());
+    if (pictures.empty()) {
+        throw TrayError("there is no page yet; take one first");
     }
-    if (CombineToPDF(made.path.c_str(), false) != DOCCAM_OK) {
-        throw TrayError("the PDF could not be made; take a page first, and see that the disk is "
-                        "not full");
+    host::PdfPlan plan;
+    for (const auto& picture : pictures) {
+        plan.pages.push_back({.file = picture->path,
+                              .size = picture->sized.size,
+                              .picture = picture->sized.picture});
+    }
+    try {
+        host::documentModule().write(plan, made.path);
+    } catch (const host::DocumentError&) {
+        std::filesystem::remove(made.path);
+        throw TrayError("the PDF could not be made; see that the disk is not full");
     }
     return made;
 }

@@ -3,6 +3,7 @@
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 
 namespace doccam::test {
@@ -23,18 +25,10 @@ using std::chrono::seconds;
 
 constexpr seconds kLong{1000};
 
-class ProgramRun : public testing::Test {
+// Unblocks the signals that Interrupt blocks, for the other tests.
+class AskedProgram : public testing::Test {
   protected:
-    // Unblocks the signals that Interrupt blocks, for the other tests.
-    ~ProgramRun() override { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-    ProgramResult shell(const std::string& script, seconds processorTime = kLong) const {
-        return host::runProgram({.path = "/bin/sh",
-                                 .arguments = {"-c", script},
-                                 .environment = {"SETTING=a b"},
-                                 .processorTime = processorTime},
-                                interrupt_);
-    }
+    ~AskedProgram() override { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
   private:
     static sigset_t ownMask() {
@@ -44,6 +38,19 @@ class ProgramRun : public testing::Test {
     }
 
     const sigset_t before_ = ownMask();
+};
+
+class ProgramRun : public AskedProgram {
+  protected:
+    ProgramResult shell(const std::string& script, seconds processorTime = kLong) const {
+        return host::runProgram({.path = "/bin/sh",
+                                 .arguments = {"-c", script},
+                                 .environment = {"SETTING=a b"},
+                                 .processorTime = processorTime},
+                                interrupt_);
+    }
+
+  private:
     const host::Interrupt interrupt_;
 };
 
@@ -66,6 +73,19 @@ TEST_F(ProgramRun, ReportsAFailingProgram) {
                                host::Interrupt())
                   .end,
               ProgramEnd::kFailed);
+}
+
+TEST_F(AskedProgram, GoesOnWhenThisProcessIsToFinish) {
+    const host::Interrupt interrupt(std::nullopt, host::kInterrupted,
+                                    host::Interrupt::CtrlC::kFinishes);
+    kill(getpid(), SIGINT);
+    pollfd asked{interrupt.descriptor(), POLLIN, 0};
+    ASSERT_EQ(poll(&asked, 1, -1), 1);
+    EXPECT_EQ(host::runProgram(
+                  {.path = "/bin/sh", .arguments = {"-c", "echo done"}, .processorTime = kLong},
+                  interrupt)
+                  .output,
+              "done\n");
 }
 
 TEST_F(ProgramRun, EndsAProgramThatUsesTooMuchProcessorTime) {

@@ -9,11 +9,11 @@
 namespace doccam::host {
 namespace {
 
-// Print of seven points is often taken for another at less; more makes no difference.
+// Print of seven points is often taken for another way up at less; more makes no difference.
 constexpr double kDpi = 250;
 
-// Print gets 5.6 and more, mostly over 12, and a note of twenty words 6; photographs, desks and
-// notes of ten words get up to 3.1.
+// Pages of print get 5.6 and more, mostly over 12, notes of twenty words 4.7 to 9; photographs and
+// desks get up to 3.1.
 constexpr double kSure = 5;
 
 constexpr int kQuarter = 90; // degrees

@@ -30,9 +30,10 @@ struct Ability {
 };
 
 std::string withoutProgram(bool words, bool upright) {
-    const std::string first = words ? "Words are not recognized" : "Pages are not turned upright";
-    return first + (words && upright ? " and pages not turned upright" : "") +
-           " without tesseract" + kPackage + "tesseract-ocr.";
+    const std::string what = !upright ? "Words are not recognized"
+                             : !words ? "Pages are not turned upright"
+                                      : "Words are not recognized and pages not turned upright";
+    return what + " without tesseract" + kPackage + "tesseract-ocr.";
 }
 
 Ability abilityFor(const TextOptions& options, const Interrupt& interrupt,

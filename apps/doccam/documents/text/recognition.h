@@ -19,7 +19,7 @@ struct PageForText {
 };
 
 struct PageText {
-    std::string pdf; // one page with invisible words, upright after the turns; empty without words
+    std::string pdf{};    // one page of invisible words, upright after the turns; none if empty
     int quarterTurns = 0; // clockwise, which make the page upright
 };
 
@@ -29,9 +29,8 @@ struct TextOptions {
 };
 
 struct RecognizedPages {
-    std::vector<PageText> pages; // one for each page, in order
-    std::vector<std::string>
-        complaints; // sentences: what was not done, and which package to install
+    std::vector<PageText> pages;         // one for each page, in order
+    std::vector<std::string> complaints; // what was not done, and which package it needs
 };
 
 // Recognizes pages, one on each processor at a time; the PDFs and temporary files are in folder.

@@ -10,7 +10,7 @@
 namespace doccam::host {
 namespace {
 
-// The densest page seen took half a minute.
+// Two hundred times what a page of small print takes.
 constexpr std::chrono::minutes kProcessorTime{10};
 
 // Outside of this range the program would use others; without, it estimates.
@@ -59,6 +59,13 @@ ProgramResult Tesseract::run(std::vector<std::string> arguments) const {
                       *interrupt_);
 }
 
+ProgramResult Tesseract::run(const GreyFile& page, std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), page.path);
+    const std::vector<std::string> density = densityOf(page);
+    arguments.insert(arguments.end(), density.begin(), density.end());
+    return run(std::move(arguments));
+}
+
 std::set<std::string> Tesseract::languages() const {
     std::istringstream lines(run({"--list-langs"}).output);
     std::set<std::string> languages;
@@ -69,23 +76,15 @@ std::set<std::string> Tesseract::languages() const {
 }
 
 std::string Tesseract::orientation(const GreyFile& page) const {
-    std::vector<std::string> arguments{page.path, "-", "--psm", "0"};
-    const std::vector<std::string> density = densityOf(page);
-    arguments.insert(arguments.end(), density.begin(), density.end());
-    return run(std::move(arguments)).output;
+    return run(page, {"-", "--psm", "0"}).output;
 }
 
 ProgramEnd Tesseract::read(const GreyFile& page, const std::vector<std::string>& languages,
                            const std::string& stem) const {
     // By variables: the usual "pdf" might also be a file in the current folder.
-    std::vector<std::string> arguments{page.path, stem,
-                                       "-l",      joined(languages),
-                                       "-c",      "textonly_pdf=1",
-                                       "-c",      "tessedit_create_pdf=1",
-                                       "-c",      "tessedit_create_txt=1"};
-    const std::vector<std::string> density = densityOf(page);
-    arguments.insert(arguments.end(), density.begin(), density.end());
-    return run(std::move(arguments)).end;
+    return run(page, {stem, "-l", joined(languages), "-c", "textonly_pdf=1", "-c",
+                      "tessedit_create_pdf=1", "-c", "tessedit_create_txt=1"})
+        .end;
 }
 
 } // namespace doccam::host

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace doccam::host {
@@ -21,7 +22,8 @@ struct GreyFile {
 // Writes the grey picture as PGM. Throws Failure.
 void writeGrey(const std::string& path, const cv::Mat& grey);
 
-// Its functions throw Interruption. Any thread.
+// What it does not do within ten minutes of processor time counts as failed. Its functions throw
+// Interruption. Any thread.
 class Tesseract {
   public:
     // The one in PATH, if there is one.
@@ -43,6 +45,7 @@ class Tesseract {
       , interrupt_(&interrupt) {}
 
     ProgramResult run(std::vector<std::string> arguments) const;
+    ProgramResult run(const GreyFile& page, std::vector<std::string> arguments) const;
 
     std::string path_;
     const Interrupt* interrupt_;

@@ -36,16 +36,19 @@ loaded_by_work() { cat libraries; }
 large='mjpeg\.so|formats\.so|libavcodec|libswscale|libavutil|libopencv_imgcodecs|libgdal'
 "$program" --virtual capture page.png page.jpg page.tif >/dev/null
 
-for words in --version --help list doctor "read page.png" "read page.jpg" "clean --force page.jpg" \
-    "pdf --force pages.pdf page.jpg page.png"; do
+for words in --version --help list doctor "read page.png" "read page.jpg" "clean --force page.jpg"; do
     # shellcheck disable=SC2086
     loaded $words >libraries
-    refuse "$words" "$large"
+    refuse "$words" "$large|documents\.so|libqpdf|libtiff"
     count=$(wc -l <libraries)
     [ "$count" -gt 20 ] || fail "$words: only $count libraries were seen"
     [ "$count" -lt 60 ] || fail "$words loaded $count libraries"
 done
 
+loaded pdf --force pages.pdf page.jpg page.png >libraries
+expect "a PDF" 'documents\.so'
+expect "a PDF" libqpdf
+refuse "a PDF" "$large"
 loaded --virtual capture --force page.jpg >libraries
 expect "an MJPEG session" 'mjpeg\.so'
 expect "an MJPEG session" libavcodec
@@ -67,15 +70,16 @@ complains() {
     [ ! -e new.jpg ] && [ ! -e new.tif ] || fail "$* left a file"
 }
 
-for module in mjpeg formats; do
+for module in mjpeg formats documents; do
     file=$modules/$module.so
     new=new.jpg
     [ $module = mjpeg ] || new=new.tif
+    [ $module != documents ] || new=new.pdf
     cp "$file" whole
     rm "$file"
     complains "$file is missing" --virtual capture $new
     complains "$file is missing" --virtual doctor
-    [ $module = mjpeg ] || complains "$file is missing" read page.tif
+    [ $module != formats ] || complains "$file is missing" read page.tif
     head -c 9000 whole >"$file"
     complains "$file is damaged" --virtual capture $new
     : >"$file"

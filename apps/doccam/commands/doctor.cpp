@@ -113,6 +113,7 @@ int doctor(const Context& context, const DoctorOptions& options) {
     withModules([] {
         checkModule(kMjpegModule);
         checkModule(kFormatsModule);
+        checkModule(kDocumentsModule);
     });
     const Findings findings = examine(*context.interrupt);
     const std::vector<Advice> advice = adviceOn(findings);

@@ -54,8 +54,8 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
 int save(const Context& context, const DocumentOptions& pdf, ScanDocument& document) {
     const Progress progress(context.options, "saving page", document.pages().pages().size());
     const SavedDocument saved =
-        saveDocument(document.pages(), document.renderer(), document.file(), pdf, *context.interrupt,
-                     [&](std::size_t page) { progress.show(page); });
+        saveDocument(document.pages(), document.renderer(), document.file(), pdf,
+                     *context.interrupt, [&](std::size_t page) { progress.show(page); });
     context.interrupt->setLastWords("");
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());

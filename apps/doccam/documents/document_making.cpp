@@ -16,9 +16,8 @@ SizedPage sizeOf(const InputPage& page, const PaperOptions& options) {
         return {.size = *page.size, .from = DpiSource::kFile, .picture = *page.size};
     }
     return page.sized ? *page.sized
-                      : sizePage(page.pixels,
-                                 {.options = options,
-                                  .inFile = credibleSize(page.pixels, page.inFile)});
+                      : sizePage(page.pixels, {.options = options,
+                                               .inFile = credibleSize(page.pixels, page.inFile)});
 }
 
 // A command that finishes after the first Ctrl-C goes on.

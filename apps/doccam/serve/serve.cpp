@@ -12,6 +12,7 @@
 #include "serve/site/http_server.h"
 
 #include <exception>
+#include <filesystem>
 
 namespace doccam::serve {
 namespace {
@@ -82,6 +83,11 @@ host::Reach reachOf(const TrayPlace& place) {
     host::Reach reach{.write = {place.folder()}, .cameras = true, .connections = true};
     if (place.spool() != nullptr) {
         reach.keep = {place.spool()->path()};
+    }
+    const std::filesystem::path configured = host::configFolder();
+    if (!configured.empty() &&
+        std::filesystem::exists(configured)) { // with the calibrations of cameras
+        reach.read = {configured};
     }
     return reach;
 }

@@ -7,8 +7,9 @@
 
 namespace doccam {
 
-inline constexpr char kMjpegModule[] = "mjpeg";     // decodes with libav
-inline constexpr char kFormatsModule[] = "formats"; // reads and writes with OpenCV's imgcodecs
+inline constexpr char kMjpegModule[] = "mjpeg";         // decodes with libav
+inline constexpr char kFormatsModule[] = "formats";     // reads and writes with OpenCV's imgcodecs
+inline constexpr char kDocumentsModule[] = "documents"; // the hosts' PDFs, with libqpdf
 
 // Begins the table that each module exports as doccam_module; the rest are its functions.
 struct ModuleHead {

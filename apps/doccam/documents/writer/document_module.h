@@ -9,8 +9,6 @@
 
 namespace doccam::host {
 
-inline constexpr char kDocumentsModule[] = "documents";
-
 // The module's table. All of it throws DocumentError; any thread may call it.
 struct DocumentModule {
     ModuleHead head;

@@ -9,7 +9,7 @@
 extern "C" {
 
 [[gnu::visibility("default")]] extern constexpr doccam::host::DocumentModule doccam_module{
-    .head = {doccam::host::kDocumentsModule, DOCCAM_MODULE_VERSION},
+    .head = {doccam::kDocumentsModule, DOCCAM_MODULE_VERSION},
     .isPdf = [](const std::string& file) { return doccam::host::isPdf(file); },
     .isTiff = [](const std::string& file) { return doccam::host::isTiffFile(file); },
     .parts = [](const std::string& file) { return doccam::host::fileParts(file); },

@@ -113,7 +113,9 @@ void addSystem(const FileRules& rules) {
     }
     rules.allow(modulesFolder(), kRead);
     // It may be a link to another folder.
-    rules.allow(fs::path(modulesFolder()) / (std::string(kFormatsModule) + ".so"), kRead);
+    for (const std::string module : {kFormatsModule, kDocumentsModule}) {
+        rules.allow(fs::path(modulesFolder()) / (module + ".so"), kRead);
+    }
     for (const char* device : {"/dev/null", "/dev/zero", "/dev/random", "/dev/urandom"}) {
         rules.allow(device, kRead | kUseDevice);
     }

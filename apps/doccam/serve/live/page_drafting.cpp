@@ -1,5 +1,6 @@
 #include "serve/live/page_drafting.h"
 
+#include "camera/calibrations.h"
 #include "serve/live/refusals.h"
 
 #include <string_view>
@@ -24,7 +25,8 @@ host::PageDraft draftPage(host::CameraSession& session, const Settings& settings
                             .whole = !settings.crop,
                             .recipe = {.look = byEngine ? settings.look : host::Look::kPhoto,
                                        .colour = settings.colour,
-                                       .quality = settings.quality}};
+                                       .quality = settings.quality},
+                            .desks = host::desksOf(session.camera())};
     host::PageDraft draft = host::draftPage(session, way, work);
     if (settings.crop && !draft.cropped) {
         throw NoSheet();

@@ -40,7 +40,7 @@ class PageReading {
         for (std::size_t i = 0; i < pages_.size(); ++i) {
             if (!pages_[i].isPdf()) {
                 asked.push_back(
-                    {[&page = pages_[i]] { return pictureOf(page); }, made_.pages[i].dpi});
+                    {[&page = pages_[i]] { return pictureOf(page); }, made_.pages[i].dpi, i + 1});
             }
         }
         const RecognizedPages found = recognize(asked, options, folder(), interrupt);

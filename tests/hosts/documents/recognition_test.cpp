@@ -226,8 +226,10 @@ TEST_F(Recognition, NamesThePackageThatTurnsPagesUpright) {
 TEST_F(Recognition, NamesThePageOnWhichTesseractFails) {
     std::ofstream(folder_.file("eng.traineddata")) << "no data of a language";
     const Setting setting(kDataFolder, folder_.path());
-    const RecognizedPages found = recognized({asPage(printedSlip().picture)}, {.languages = "eng"});
-    EXPECT_THAT(found.complaints, ElementsAre("The words of page 1 are not recognized, as "
+    PageForText page = asPage(printedSlip().picture);
+    page.number = 7;
+    const RecognizedPages found = recognized({page}, {.languages = "eng"});
+    EXPECT_THAT(found.complaints, ElementsAre("The words of page 7 are not recognized, as "
                                               "tesseract fails."));
     EXPECT_EQ(found.pages.at(0).pdf, "");
 }

@@ -165,7 +165,7 @@ class Recognition {
             removeFile(stem + ".pdf");
         }
         if (end != ProgramEnd::kDone) {
-            complaints_[page] = "The words of page " + std::to_string(page + 1) +
+            complaints_[page] = "The words of page " + std::to_string(pages_[page].number) +
                                 " are not recognized, as tesseract " +
                                 (end == ProgramEnd::kOutOfTime ? "takes too long." : "fails.");
         }

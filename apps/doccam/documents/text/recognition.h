@@ -5,6 +5,7 @@
 
 #include <opencv2/core/mat.hpp>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,8 +15,9 @@ namespace doccam::host {
 struct PageForText {
     // The page, right way up or off by quarter turns: 8-bit, grey or blue first. Called once, on
     // any thread, but for one page at a time.
-    std::function<cv::Mat()> picture;
-    double dpi = 0; // 0 if unknown
+    std::function<cv::Mat()> picture{};
+    double dpi = 0;         // 0 if unknown
+    std::size_t number = 1; // in the document, for complaints
 };
 
 struct PageText {

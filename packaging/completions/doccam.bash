@@ -18,17 +18,18 @@ _doccam() {
 
     local commands='list sizes calibrate capture scan spool read controls focus pdf clean serve doctor'
     local global='--verbose --json --quiet --camera --virtual --no-confinement --config --no-config --profile --help -h'
+    local document='--ocr --upright --compact --title --author --language --date'
     local options='' choices=''
     case $command in
     '') options='--version' ;;
     calibrate) options='--size --format --list --forget' choices='a3 a4 a5 letter legal id1' ;;
     capture) options='--dpi --paper --count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
-    scan) options='--dpi --paper --auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
+    scan) options="--dpi --paper $document --auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force" ;;
     spool) options='--as --force --all' choices='list show resume clear' ;;
     read) options='--kind --wait --size --format' ;;
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;
-    pdf) options='--force' ;;
+    pdf) options="--dpi --paper $document --append --skip-bad --force" ;;
     clean) options='--dpi --paper --crop --each --look --colour --color --edges --background --bright-sheet --into --force --in-place --quality' ;;
     serve) options='--listen --port --no-spool --size --format' ;;
     doctor) options='--add' ;;
@@ -46,7 +47,7 @@ _doccam() {
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
     --camera) choices="0 1 2 3 4 5 6 7 8 $(compgen -f -- /dev/video)" ;;
     --config | --into | --as) return ;;
-    --dpi | --forget | --quality | --pages | --count | --delay | --wait | --listen | --port | --profile)
+    --author | --date | --dpi | --forget | --language | --ocr | --title | --quality | --pages | --count | --delay | --wait | --listen | --port | --profile)
         compopt +o default
         return
         ;;

@@ -71,7 +71,7 @@ for command in $commands; do
         '$0 ~ label { on = 1 } on { print } /;;/ { on = 0 }' "$folder/_doccam")
     offered=$({
         zsh_array everywhere
-        for part in still page; do
+        for part in still page document; do
             [[ $line == *\$$part* ]] && zsh_array "$part"
         done
         [[ $line == *\$force* ]] && echo "'--force[x]'"

@@ -24,6 +24,7 @@ constexpr std::size_t kPageBytes = 60000;         // all layers of an A4 page
 constexpr std::size_t kPicturePageBytes = 100000; // the same with pictures
 constexpr std::size_t kPrintBytes = 56000;        // of these, for print
 constexpr std::size_t kLeastPrintBytes = 40000;
+constexpr std::size_t kBytesAround = 300; // a mask, in a PDF
 constexpr int kGroundQuality = 55;
 constexpr int kPictureQuality = 80;
 constexpr double kPicturesFinerBy = 1.5; // than the coarse page
@@ -62,7 +63,9 @@ class Splitting {
     cv::Mat hiddenBy(const InkLevels& levels) const;
     cv::Mat cleanGround(const cv::Mat& hidden, double finer) const;
     std::vector<unsigned char> background(const cv::Mat& hidden) const;
-    void addInks(const InkMasks& masks, const cv::Mat& ground, Layers& layers) const;
+    void addInks(const InkMasks& masks, const cv::Mat& ground, std::vector<Ink>& inks) const;
+    std::vector<Ink> inks(const InkLevels& levels, const cv::Mat& ground,
+                          const std::vector<SolidFill>& fills, std::size_t maximumBytes) const;
 
     // Larger pages may take more, which cannot be told from their pixels, but from their size.
     std::size_t forThisPage(std::size_t bytes) const {
@@ -107,13 +110,33 @@ std::vector<unsigned char> Splitting::background(const cv::Mat& hidden) const {
                : encodedGround(ground, kGroundQuality, forThisPage(kPageBytes - kLeastPrintBytes));
 }
 
-void Splitting::addInks(const InkMasks& masks, const cv::Mat& ground, Layers& layers) const {
+void Splitting::addInks(const InkMasks& masks, const cv::Mat& ground,
+                        std::vector<Ink>& inks) const {
     const InkedPage inked{page_, ground, dpi_};
-    layers.inks = inksByColour(masks.dark, inked, false);
+    std::vector<Ink> dark = inksByColour(masks.dark, inked, false);
+    std::move(dark.begin(), dark.end(), std::back_inserter(inks));
     if (!masks.light.empty()) {
         std::vector<Ink> light = inksByColour(masks.light, inked, true);
-        std::move(light.begin(), light.end(), std::back_inserter(layers.inks));
+        std::move(light.begin(), light.end(), std::back_inserter(inks));
     }
+}
+
+std::size_t inkBytes(const std::vector<Ink>& inks) {
+    std::size_t bytes = 0;
+    for (const Ink& ink : inks) {
+        bytes += kBytesAround + faxSize(ink.mask);
+    }
+    return bytes;
+}
+
+// The fills and the print, whose masks together take about that many bytes.
+std::vector<Ink> Splitting::inks(const InkLevels& levels, const cv::Mat& ground,
+                                 const std::vector<SolidFill>& fills,
+                                 std::size_t maximumBytes) const {
+    const InkMasks masks = inkMasks(grey_, coarse_, levels, dpi_, maximumBytes);
+    std::vector<Ink> inks = inksOf(fills, page_, coarse_, masks.dark.size());
+    addInks(masks, ground, inks);
+    return inks;
 }
 
 Layers Splitting::layers() const {
@@ -128,21 +151,18 @@ Layers Splitting::layers() const {
     Layers layers;
     layers.background = background(hidden);
     const std::size_t all = forThisPage(hasPictures_ ? kPicturePageBytes : kPageBytes);
-    const std::size_t left = all - std::min(all, layers.background.size());
-    const InkMasks masks =
-        inkMasks(grey_, coarse_, levels, dpi_, std::max(left, forThisPage(kLeastPrintBytes)));
-    addInks(masks, ground, layers);
-    std::vector<Ink> solid = inksOf(fills, page_, coarse_, masks.dark.size());
-    layers.inks.insert(layers.inks.begin(), solid.begin(), solid.end());
+    const std::size_t left =
+        std::max(all - std::min(all, layers.background.size()), forThisPage(kLeastPrintBytes));
+    layers.inks = inks(levels, ground, fills, left);
+    // The masks of several inks take more than one mask of all of them.
+    if (const std::size_t bytes = inkBytes(layers.inks); bytes > left) {
+        layers.inks = inks(levels, ground, fills, left * left / bytes);
+    }
     return layers;
 }
 
 std::size_t bytesOf(const Layers& layers) {
-    std::size_t bytes = layers.background.size();
-    for (const Ink& ink : layers.inks) {
-        bytes += faxSize(ink.mask);
-    }
-    return bytes;
+    return layers.background.size() + inkBytes(layers.inks);
 }
 
 } // namespace

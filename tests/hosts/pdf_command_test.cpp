@@ -92,6 +92,59 @@ TEST_F(Pdf, LeavesOutBadFilesWhenAsked) {
     EXPECT_THAT(files(), ElementsAre("a.jpg", "all.pdf", "b.jpg"));
 }
 
+TEST_F(Pdf, HasNoPagesOfFilesThatEndTooEarly) {
+    const cv::Mat picture(200, 200, CV_8UC3, cv::Scalar::all(200));
+    cv::imwrite(file("whole.tif"), std::vector<cv::Mat>{picture, picture, picture, picture});
+    cv::imwrite(file("whole.jpg"), cv::imread(file(drawSheet("sheet.png"))));
+    said("head -c $(($(stat -c %s whole.tif) / 2)) whole.tif >cut.tif");
+    said("head -c $(($(stat -c %s whole.jpg) / 2)) whole.jpg >cut.jpg");
+    for (const std::string name : {"cut.tif", "cut.jpg"}) {
+        const Outcome outcome = run("pdf all.pdf " + name);
+        EXPECT_EQ(outcome.status, kUsage) << name;
+        EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr(name)));
+    }
+    EXPECT_EQ(run("pdf all.pdf whole.tif whole.jpg").status, kDone);
+}
+
+TEST_F(Pdf, ShowsWhatIsTransparentAsPaper) {
+    cv::Mat picture(80, 80, CV_8UC4, cv::Scalar::all(0));
+    picture(cv::Rect(0, 0, 20, 20)).setTo(cv::Scalar(0, 0, 0, 255));
+    cv::imwrite(file("a.webp"), picture, {cv::IMWRITE_WEBP_QUALITY, 101});
+    ASSERT_EQ(run("pdf a.pdf a.webp").status, kDone);
+    said("pdftoppm -gray -singlefile -r 72 a.pdf a");
+    const cv::Mat page = cv::imread(file("a.pgm"), cv::IMREAD_GRAYSCALE);
+    EXPECT_GT(page.at<uchar>(page.rows - 20, page.cols - 20), 250);
+    EXPECT_LT(page.at<uchar>(20, 20), 10);
+}
+
+TEST_F(Pdf, HasBlackAndWhiteAsCcitt) {
+    cv::Mat bits(80, 80, CV_8U, cv::Scalar(255));
+    bits(cv::Rect(10, 10, 30, 30)).setTo(0);
+    cv::imwrite(file("a.pbm"), bits);
+    cv::imwrite(file("b.bmp"), bits);
+    cv::imwrite(file("c.png"), bits);
+    ASSERT_EQ(run("pdf a.pdf a.pbm b.bmp c.png").status, kDone);
+    EXPECT_EQ(said("pdfimages -list a.pdf | grep -c ccitt"), "3\n");
+    ASSERT_EQ(run("--virtual capture --colour bw b.pdf").status, kDone);
+    EXPECT_EQ(said("pdfimages -list b.pdf | grep -c ccitt"), "1\n");
+}
+
+TEST_F(Pdf, SaysThatPagesOfPdfsStayAsTheyAre) {
+    drawPicture("a.jpg", {100, 100});
+    ASSERT_EQ(run("pdf a.pdf a.jpg").status, kDone);
+    const Outcome outcome = run("pdf b.pdf a.pdf --paper a5");
+    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_THAT(outcome.err, AllOf(isOneSentence(), HasSubstr("pages of PDFs")));
+}
+
+TEST_F(Pdf, HasTheSizeOfTheCommandLineRatherThanOfTheConfiguration) {
+    drawPicture("a.jpg", {1000, 1414});
+    std::ofstream(file("sizes.toml")) << "[pdf]\ndpi = 200\n";
+    const Outcome outcome = run("--config sizes.toml pdf a.pdf a.jpg --paper a4 --json");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    EXPECT_EQ(outcome.json()["sizes"][0]["dpi_from"], "paper");
+}
+
 TEST_F(Pdf, SaysWhatItIs) {
     drawPicture("a.jpg", {100, 100});
     ASSERT_EQ(run("pdf a.pdf a.jpg --title 'Two words' --author Ada --language de-CH "

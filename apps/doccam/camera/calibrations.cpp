@@ -78,6 +78,10 @@ CalibrationFile::CalibrationFile(std::filesystem::path folder)
 }
 
 std::vector<Calibration> CalibrationFile::read() const {
+    std::error_code ignored;
+    if (!std::filesystem::exists(folder_ / kFile, ignored)) {
+        return {};
+    }
     errno = 0;
     const PrivateFolder folder(folder_.string());
     const auto text = folder.isOpen() ? folder.read(kFile, kMaximumBytes) : std::nullopt;

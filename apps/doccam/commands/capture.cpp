@@ -82,12 +82,14 @@ void refuseContradictions(const CaptureOptions& options) {
                                      "; lay one on a dark desk, or leave out --crop.");
 }
 
-void takeStill(const Context& context, CameraSession& session, OutputFile& target, bool crop) {
+void takeStill(const Context& context, CameraSession& session, OutputFile& target, bool crop,
+               bool isBlackAndWhite) {
     if (crop && !session.findSheet()) {
         failWithoutSheet(target);
     }
     const bool pdf = isPdfName(target.target().string());
-    const std::string draft = pdf ? target.part("page.jpg") : target.draft();
+    const std::string draft =
+        pdf ? target.part(isBlackAndWhite ? "page.png" : "page.jpg") : target.draft();
     session.still(draft, crop);
     if (pdf) {
         publishDocument(target, inputPages(draft), {}, *context.interrupt);
@@ -131,7 +133,8 @@ Json take(const Context& context, CameraSession& session, OutputFile& target,
         way.desks = desksOf(session.camera());
         return takePage(context, session, target, way, options.paper);
     }
-    takeStill(context, session, target, options.crop == Crop::kRectangle);
+    takeStill(context, session, target, options.crop == Crop::kRectangle,
+              options.still.page.colour == Colour::kBlackAndWhite);
     return Json::object();
 }
 

@@ -120,6 +120,9 @@ int report(const Context& context, const std::string& target, const Json& made) 
 }
 
 int pdf(const Context& context, const PdfOptions& options) {
+    if (options.append && isStandardStream(options.target)) {
+        throw Failure(kUsage, "--append needs a file; name it instead of -.");
+    }
     if (isStandardStream(options.target)) {
         const OutputStream stream(context.options, ".pdf");
         PdfOptions sent = options;

@@ -38,7 +38,10 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
         PageWay way = options.way();
         way.desks = desksOf(session->camera());
         PageStack stack(*session, document.pages(), document.renderer(), way,
-                        document.file().part("still.jpg"), [&](std::size_t /*pages*/) {
+                        document.file().part(way.recipe.colour == Colour::kBlackAndWhite
+                                                 ? "still.png"
+                                                 : "still.jpg"),
+                        [&](std::size_t /*pages*/) {
                             context.interrupt->setLastWords(document.keptSentence());
                         });
         scanPages(*session, stack, options.plan);

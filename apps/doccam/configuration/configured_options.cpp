@@ -132,13 +132,30 @@ class Configuration {
 
     void apply() {
         for (const auto& [option, entry] : chosen_) {
-            if (option->count() == 0) {
+            if (option->count() == 0 && !isOverruled(*option)) {
                 give(*option, *entry);
             }
         }
     }
 
   private:
+    // Whether the command line says the same in another way.
+    bool isOverruled(const CLI::Option& option) const {
+        static const std::map<std::string, std::string> kOtherWays{{"--dpi", "--paper"},
+                                                                   {"--paper", "--dpi"},
+                                                                   {"--crop", "--whole-frame"},
+                                                                   {"--whole-frame", "--crop"}};
+        const auto other = kOtherWays.find(option.get_name());
+        if (other == kOtherWays.end()) {
+            return false;
+        }
+        const auto commands = app_.get_subcommands();
+        return std::any_of(commands.begin(), commands.end(), [&](const CLI::App* command) {
+            const CLI::Option* const said = command->get_option_no_throw(other->second);
+            return said != nullptr && said->count() > 0;
+        });
+    }
+
     CLI::App& app_;
     std::map<CLI::Option*, const ConfigEntry*> chosen_;
 };

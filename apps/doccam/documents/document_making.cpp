@@ -5,6 +5,7 @@
 #include "host/failure.h"
 #include "host/modules/with_modules.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -18,6 +19,11 @@ SizedPage sizeOf(const InputPage& page, const PaperOptions& options) {
     return page.sized ? *page.sized
                       : sizePage(page.pixels, {.options = options,
                                                .inFile = credibleSize(page.pixels, page.inFile)});
+}
+
+bool asksForMore(const DocumentOptions& options) {
+    return options.compact || options.text.upright || !options.text.languages.empty() ||
+           !(options.paper == PaperOptions());
 }
 
 // A command that finishes after the first Ctrl-C goes on.
@@ -96,6 +102,12 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
     }
     if (!options.text.languages.empty() || options.text.upright) {
         PageReading(file, pages, made).read(options.text, interrupt);
+    }
+    if (asksForMore(options) && std::any_of(pages.begin(), pages.end(),
+                                            [](const InputPage& page) { return page.isPdf(); })) {
+        made.complaints.emplace_back(
+            "The pages of PDFs were taken as they are; their size, words and "
+            "layers cannot be made anew.");
     }
     PdfPlan plan{.base = base,
                  .title = options.title,

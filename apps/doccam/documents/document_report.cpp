@@ -2,6 +2,7 @@
 
 #include "pages/sheet_json.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -24,6 +25,10 @@ std::string sizeText(const std::vector<SizedPage>& pages) {
         return "";
     }
     const SizedPage& page = pages.front();
+    if (std::any_of(pages.begin(), pages.end(),
+                    [&](const SizedPage& other) { return !(other.size == page.size); })) {
+        return "of several sizes";
+    }
     return std::to_string(std::lround(page.size.width)) + " x " +
            std::to_string(std::lround(page.size.height)) + " mm" +
            (page.dpi > 0 && !page.isKnown() ? ", guessed" : "");

@@ -3,6 +3,7 @@
 #include "documents/writer/document_module.h"
 #include "host/failure.h"
 #include "host/modules/with_modules.h"
+#include "pictures/headers/file_bytes.h"
 #include "pictures/reading.h"
 #include "streams/input_file.h"
 
@@ -33,6 +34,35 @@ void checkPicture(const InputPage& page) {
                                        : cv::IMREAD_REDUCED_GRAYSCALE_8);
 }
 
+// Viewers show a BMP as opaque, whatever it has for alpha.
+bool mayBeTransparent(const std::string& file) {
+    FileBytes bytes(file);
+    return bytes.isOpen() && bytes.startsWith(8, "WEBP");
+}
+
+// Of the types that the writer does not know.
+cv::Mat decodedOnWhite(const std::string& file) {
+    constexpr int kFull = 255;
+    const cv::Mat picture =
+        mayBeTransparent(file) ? readPicture(file, cv::IMREAD_UNCHANGED) : cv::Mat();
+    if (picture.type() != CV_8UC4) {
+        return readPicture(file, cv::IMREAD_COLOR);
+    }
+    cv::Mat shown(picture.size(), CV_8UC3);
+    for (int y = 0; y < picture.rows; ++y) {
+        const auto* const from = picture.ptr<cv::Vec4b>(y);
+        auto* const to = shown.ptr<cv::Vec3b>(y);
+        for (int x = 0; x < picture.cols; ++x) {
+            for (int c = 0; c < 3; ++c) {
+                const int opacity = from[x][3];
+                to[x][c] = cv::saturate_cast<uchar>(
+                    (from[x][c] * opacity + kFull * (kFull - opacity)) / double{kFull});
+            }
+        }
+    }
+    return shown;
+}
+
 } // namespace
 
 std::vector<InputPage> inputPages(const std::string& file) {
@@ -48,7 +78,7 @@ std::vector<InputPage> inputPages(const std::string& file) {
             pages.push_back(pageOf(file, static_cast<int>(pages.size()), part));
         }
         if (pages.empty()) {
-            InputPage page{{.pixels = readPicture(file, cv::IMREAD_COLOR)}};
+            InputPage page{{.pixels = decodedOnWhite(file)}};
             page.pixels = page.planned.pixels.size();
             pages.push_back(page);
         } else if (!isPdf && !module.isTiff(file)) {

@@ -25,6 +25,7 @@ std::optional<FoundSheet> findSheetAgain(const cv::Mat& frame,
         before.corners[i][0] = last->corners[i].x;
         before.corners[i][1] = last->corners[i].y;
     }
+    before.confidence = last ? last->confidence : 0;
     DoccamSheet sheet{};
     const int count = doccam_find_sheets(&image, last ? &before : nullptr, &sheet, 1);
     failUnlessDone(count);

@@ -11,9 +11,10 @@ namespace {
 // Noon, local time, so that it is that day in most others, too.
 std::optional<std::time_t> parseDay(const std::string& text) {
     constexpr int kNoon = 12;
+    constexpr std::size_t kLength = 10;
     std::tm day{};
     const char* const end = strptime(text.c_str(), "%Y-%m-%d", &day);
-    if (end == nullptr || *end != '\0') {
+    if (end == nullptr || *end != '\0' || text.size() != kLength || day.tm_year < 0) {
         return std::nullopt;
     }
     day.tm_hour = kNoon;

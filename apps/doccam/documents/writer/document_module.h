@@ -17,7 +17,8 @@ struct DocumentModule {
     bool (*isPdf)(const std::string& file);
     bool (*isTiff)(const std::string& file);
 
-    // The parts of a JPEG, PNG, TIFF or PDF file; none of other files.
+    // The parts of a JPEG, PNG, TIFF or PDF file, all of whose pictures but that of a PNG are
+    // decoded; none of other files.
     std::vector<FilePart> (*parts)(const std::string& file);
 
     // A picture of a TIFF, upright, grey or blue first.

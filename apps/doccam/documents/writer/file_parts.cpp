@@ -39,6 +39,7 @@ std::vector<FilePart> fileParts(const std::string& file) {
     }
     const Bytes bytes = readFile(file);
     if (const auto jpeg = jpegPicture(bytes)) {
+        requireWholeJpeg(bytes);
         return {partOf(jpeg->facts)};
     }
     if (const auto png = pngPicture(bytes)) {

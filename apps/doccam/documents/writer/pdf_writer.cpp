@@ -75,6 +75,9 @@ class PdfWriter {
 
 // What the plan leaves out stays as the base has it.
 void PdfWriter::describe() {
+    if (!plan_.title.empty() || !plan_.author.empty() || plan_.date) {
+        document_->getRoot().removeKey("/Metadata"); // which would say otherwise
+    }
     QPDFObjectHandle trailer = document_->getTrailer();
     if (!trailer.getKey("/Info").isDictionary()) {
         trailer.replaceKey("/Info",

@@ -26,7 +26,7 @@ struct Stored {
 
 Stored storedPicture(const PlannedPage& planned) {
     if (!planned.pixels.empty()) {
-        return {flateImage(planned.pixels)};
+        return {losslessImage(planned.pixels)};
     }
     const Bytes bytes = readFile(planned.file);
     if (const auto jpeg = jpegPicture(bytes)) {

@@ -119,7 +119,7 @@ UniqueFd PrivateFolder::file(const std::string& name) const {
 
 std::optional<std::string> PrivateFolder::read(const std::string& name, std::size_t maximum) const {
     const UniqueFd opened = file(name);
-    const auto status = statusOf(opened.get());
+    const auto status = opened.isOpen() ? statusOf(opened.get()) : std::nullopt;
     if (!status || static_cast<std::uint64_t>(status->st_size) > maximum) {
         return std::nullopt;
     }

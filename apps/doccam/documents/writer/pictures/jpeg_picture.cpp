@@ -2,6 +2,7 @@
 
 #include "base/handles/libjpeg.h"
 #include "base/pictures/exif_orientation.h"
+#include "documents/writer/document_plan.h"
 
 #include <csetjmp>
 #include <span>
@@ -11,13 +12,14 @@ namespace doccam::host {
 namespace {
 
 // libjpeg's errors jump: read() holds no object with a destructor while failed_ is armed.
-class HeaderReader {
+class JpegReader {
   public:
-    HeaderReader() {
+    JpegReader() {
         jpeg_.err = jpeg_std_error(&errors_);
         errors_.error_exit = [](j_common_ptr jpeg) {
-            std::longjmp(static_cast<HeaderReader*>(jpeg->client_data)->failed_, 1);
+            std::longjmp(static_cast<JpegReader*>(jpeg->client_data)->failed_, 1);
         };
+        errors_.emit_message = onMessage;
         errors_.output_message = [](j_common_ptr) {};
         jpeg_.client_data = this;
         isCreated_ = setjmp(failed_) == 0;
@@ -26,10 +28,10 @@ class HeaderReader {
         }
     }
 
-    ~HeaderReader() { jpeg_destroy_decompress(&jpeg_); }
+    ~JpegReader() { jpeg_destroy_decompress(&jpeg_); }
 
-    HeaderReader(const HeaderReader&) = delete;
-    HeaderReader& operator=(const HeaderReader&) = delete;
+    JpegReader(const JpegReader&) = delete;
+    JpegReader& operator=(const JpegReader&) = delete;
 
     bool read(const Bytes& bytes) {
         constexpr unsigned kWholeMarker = 0xFFFF;
@@ -41,13 +43,43 @@ class HeaderReader {
         return jpeg_read_header(&jpeg_, TRUE) == JPEG_HEADER_OK;
     }
 
+    // After read(). False for data that are not all there, or damaged.
+    bool decode() {
+        constexpr unsigned kReduction = 8;
+        if (setjmp(failed_) != 0) {
+            return false;
+        }
+        jpeg_.scale_num = 1;
+        jpeg_.scale_denom = kReduction;
+        jpeg_.out_color_space = jpeg_.jpeg_color_space; // converts nothing
+        jpeg_start_decompress(&jpeg_);
+        const JDIMENSION length =
+            jpeg_.output_width * static_cast<JDIMENSION>(jpeg_.output_components);
+        JSAMPARRAY row =
+            jpeg_.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&jpeg_), JPOOL_IMAGE, length, 1);
+        while (jpeg_.output_scanline < jpeg_.output_height) {
+            jpeg_read_scanlines(&jpeg_, row, 1);
+        }
+        jpeg_finish_decompress(&jpeg_);
+        return !isDamaged_;
+    }
+
     const jpeg_decompress_struct& header() const { return jpeg_; }
 
   private:
+    static void onMessage(j_common_ptr jpeg, int level) {
+        const int code = jpeg->err->msg_code;
+        if (level < 0 && (code == JWRN_JPEG_EOF || code == JWRN_HIT_MARKER ||
+                          code == JWRN_HUFF_BAD_CODE || code == JWRN_MUST_RESYNC)) {
+            static_cast<JpegReader*>(jpeg->client_data)->isDamaged_ = true;
+        }
+    }
+
     jpeg_error_mgr errors_{};
     jpeg_decompress_struct jpeg_{};
     std::jmp_buf failed_{};
     bool isCreated_ = false;
+    bool isDamaged_ = false;
 };
 
 int orientationOf(const jpeg_decompress_struct& header) {
@@ -83,7 +115,7 @@ ImageStream imageOf(const JpegPicture& picture) {
 } // namespace
 
 std::optional<JpegPicture> jpegPicture(const Bytes& bytes) {
-    HeaderReader reader;
+    JpegReader reader;
     if (bytes.size() < 2 || bytes[0] != 0xFF || bytes[1] != 0xD8 || !reader.read(bytes)) {
         return std::nullopt;
     }
@@ -99,6 +131,13 @@ std::optional<JpegPicture> jpegPicture(const Bytes& bytes) {
          dpiOf(header)},
         components,
         components == 4 && header.saw_Adobe_marker != FALSE};
+}
+
+void requireWholeJpeg(const Bytes& bytes) {
+    JpegReader reader;
+    if (!reader.read(bytes) || !reader.decode()) {
+        throw DocumentError("is damaged or ends too early");
+    }
 }
 
 ImageStream asImage(const JpegPicture& picture, const std::string& file, std::uint64_t length) {

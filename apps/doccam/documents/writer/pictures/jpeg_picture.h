@@ -18,6 +18,10 @@ struct JpegPicture {
 // coding, lossless, or of 12 bits.
 std::optional<JpegPicture> jpegPicture(const Bytes& bytes);
 
+// Throws DocumentError for one whose data end too early or are damaged, which viewers would show
+// in part. Decodes it.
+void requireWholeJpeg(const Bytes& bytes);
+
 // The whole file as an image.
 ImageStream asImage(const JpegPicture& picture, const std::string& file, std::uint64_t length);
 ImageStream asImage(const JpegPicture& picture, Bytes bytes);

@@ -3,6 +3,7 @@
 #include "documents/writer/document_plan.h"
 #include "documents/writer/pictures/fax_image.h"
 
+#include <opencv2/core.hpp>
 #include <png.h>
 
 #include <array>
@@ -131,8 +132,27 @@ Bytes encoded(const cv::Mat& picture) {
     return bytes;
 }
 
-bool isTwoColoured(const PngPicture& picture) {
-    return picture.bits == 1 && picture.colourType == PNG_COLOR_TYPE_GRAY;
+// Black and white may be stored as grey.
+bool maybeBlackAndWhite(const PngPicture& picture) {
+    return picture.colourType == PNG_COLOR_TYPE_GRAY && picture.bits <= 8;
+}
+
+bool isBlackAndWhite(const cv::Mat& grey) {
+    constexpr int kWhite = 255;
+    return cv::countNonZero((grey == 0) | (grey == kWhite)) == static_cast<int>(grey.total());
+}
+
+// The picture as grey, if it has no colours.
+cv::Mat withoutNeedlessChannels(const cv::Mat& picture) {
+    if (picture.channels() == 1) {
+        return picture;
+    }
+    cv::Mat channels[3];
+    cv::split(picture, channels);
+    return cv::norm(channels[0], channels[1], cv::NORM_INF) == 0 &&
+                   cv::norm(channels[0], channels[2], cv::NORM_INF) == 0
+               ? channels[0]
+               : picture;
 }
 
 } // namespace
@@ -163,17 +183,23 @@ std::optional<PngPicture> pngPicture(const Bytes& bytes) {
 }
 
 ImageStream asImage(const PngPicture& picture, const Bytes& file) {
-    if (isTwoColoured(picture) && !picture.hasAlpha) {
-        return faxImage(DecodedPng(file).onWhite());
-    }
     if (picture.isInterlaced || picture.hasAlpha) {
-        return flateImage(DecodedPng(file).onWhite());
+        return losslessImage(DecodedPng(file).onWhite());
+    }
+    if (maybeBlackAndWhite(picture)) {
+        if (const cv::Mat grey = DecodedPng(file).onWhite(); isBlackAndWhite(grey)) {
+            return faxImage(grey);
+        }
     }
     return storedImage(picture, file);
 }
 
-ImageStream flateImage(const cv::Mat& picture) {
-    const Bytes file = encoded(picture);
+ImageStream losslessImage(const cv::Mat& picture) {
+    const cv::Mat plain = withoutNeedlessChannels(picture);
+    if (plain.channels() == 1 && isBlackAndWhite(plain)) {
+        return faxImage(plain);
+    }
+    const Bytes file = encoded(plain);
     return storedImage(*pngPicture(file), file);
 }
 

@@ -20,11 +20,11 @@ struct PngPicture {
 // None for a file of another kind. Throws DocumentError for one that ends too early.
 std::optional<PngPicture> pngPicture(const Bytes& bytes);
 
-// The picture of such a file as an image: two colours as CCITT G4, rows as they are stored, and
+// The picture of such a file as an image: black and white as CCITT G4, rows as they are stored, and
 // what a PDF cannot take so - interlaced or transparent - decoded, on white paper.
 ImageStream asImage(const PngPicture& picture, const Bytes& file);
 
-// Rows of a picture, 8-bit, grey or blue first, without loss.
-ImageStream flateImage(const cv::Mat& picture);
+// A picture, 8-bit, grey or blue first, without loss: of two colours as CCITT G4.
+ImageStream losslessImage(const cv::Mat& picture);
 
 } // namespace doccam::host

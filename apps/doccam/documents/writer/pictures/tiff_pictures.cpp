@@ -22,6 +22,17 @@ TiffHandle opened(const std::string& file) {
     return tiff;
 }
 
+// False at the last picture.
+bool goToNext(TIFF* tiff) {
+    if (TIFFLastDirectory(tiff) != 0) {
+        return false;
+    }
+    if (TIFFReadDirectory(tiff) == 0) {
+        throw DocumentError("ends too early");
+    }
+    return true;
+}
+
 bool isReduced(TIFF* tiff) {
     std::uint32_t kind = 0;
     TIFFGetFieldDefaulted(tiff, TIFFTAG_SUBFILETYPE, &kind);
@@ -32,14 +43,14 @@ bool isReduced(TIFF* tiff) {
 bool goTo(TIFF* tiff, int part) {
     for (int seen = 0;; ++seen) {
         while (isReduced(tiff)) {
-            if (TIFFReadDirectory(tiff) == 0) {
+            if (!goToNext(tiff)) {
                 return false;
             }
         }
         if (seen == part) {
             return true;
         }
-        if (TIFFReadDirectory(tiff) == 0) {
+        if (!goToNext(tiff)) {
             return false;
         }
     }
@@ -162,7 +173,7 @@ std::vector<PictureFacts> tiffPictures(const std::string& file) {
             read(tiff.get());
             pictures.push_back(factsOf(tiff.get()));
         }
-    } while (TIFFReadDirectory(tiff.get()) != 0);
+    } while (goToNext(tiff.get()));
     return pictures;
 }
 
@@ -176,8 +187,7 @@ cv::Mat readTiff(const std::string& file, int part) {
 
 ImageStream tiffImage(const std::string& file, int part) {
     const TiffHandle tiff = openedAt(file, part);
-    const cv::Mat picture = read(tiff.get());
-    return isTwoColoured(tiff.get()) ? faxImage(picture) : flateImage(picture);
+    return losslessImage(read(tiff.get()));
 }
 
 } // namespace doccam::host

@@ -57,7 +57,7 @@ class PageReading {
 
   private:
     std::string folder() const {
-        const std::string path = file_.part("words");
+        std::string path = file_.part("words");
         std::filesystem::create_directory(path);
         return path;
     }

@@ -68,6 +68,28 @@ TEST_F(PdfPages, OfASignedDocumentAreRefused) {
                 testing::ThrowsMessage<DocumentError>(HasSubstr("is signed")));
 }
 
+// Of two documents with a layer that is switched off.
+TEST_F(PdfPages, HideWhatWasHidden) {
+    for (const std::string name : {"one", "two"}) {
+        document(name + ".pdf", 200, 100);
+        said("qpdf --qdf --object-streams=disable " + path(name + ".pdf") + " " +
+             path("plain.pdf"));
+        said("sed -e 's|/Type /Catalog|/Type /Catalog /OCProperties << /OCGs [ 90 0 R ] /D << /OFF "
+             "[ 90 0 R ] >> >>|' -e 's|^/Im0 Do|/OC /Hidden BDC 0 0 1 1 re f EMC|' -e "
+             "'s|/XObject|/Properties << /Hidden 90 0 R >> /XObject|' -e '0,/^xref/s|^xref|90 0 obj"
+             "\\n<< /Type /OCG /Name (Hidden) >>\\nendobj\\nxref|' " +
+             path("plain.pdf") + " > " + path("edited.pdf") + "; qpdf " + path("edited.pdf") + " " +
+             path(name + "-layers.pdf"));
+        ASSERT_GT(shown(path(name + "-layers.pdf")).at<uchar>(100, 100), 250) << name;
+    }
+    host::writePdf({.pages = {{.file = path("one-layers.pdf")}, {.file = path("two-layers.pdf")}}},
+                   path("both.pdf"));
+    EXPECT_TRUE(isSound(path("both.pdf")));
+    for (const int page : {1, 2}) {
+        EXPECT_GT(shown(path("both.pdf"), page).at<uchar>(100, 100), 250) << page;
+    }
+}
+
 TEST_F(PdfPages, OfADamagedDocumentAreRefused) {
     const std::string one = document("one.pdf", 30, 100);
     said("head -c 300 " + one + " > " + path("cut.pdf"));

@@ -32,6 +32,20 @@ bool isSigned(QPDF& document) {
     return false;
 }
 
+// Appends the array of more to that of all.
+void append(QPDFObjectHandle all, QPDFObjectHandle more, const char* key) {
+    if (!all.isDictionary() || !more.isDictionary() || !more.getKey(key).isArray()) {
+        return;
+    }
+    if (!all.getKey(key).isArray()) {
+        all.replaceKey(key, QPDFObjectHandle::newArray());
+    }
+    QPDFObjectHandle target = all.getKey(key);
+    for (const QPDFObjectHandle& item : more.getKey(key).aitems()) {
+        target.appendItem(item);
+    }
+}
+
 } // namespace
 
 bool isPdf(const std::string& file) {
@@ -63,6 +77,28 @@ std::unique_ptr<QPDF> openPdf(const std::string& file) {
                                 : "is a damaged PDF");
     }
     return document;
+}
+
+void takeOptionalContent(QPDF& document, QPDF& other) {
+    QPDFObjectHandle theirs = other.getRoot().getKey("/OCProperties");
+    if (!theirs.isDictionary()) {
+        return;
+    }
+    if (!theirs.isIndirect()) {
+        theirs = other.makeIndirectObject(theirs);
+    }
+    QPDFObjectHandle taken = document.copyForeignObject(theirs);
+    QPDFObjectHandle own = document.getRoot().getKey("/OCProperties");
+    if (!own.isDictionary()) {
+        document.getRoot().replaceKey("/OCProperties", taken);
+        return;
+    }
+    append(own, taken, "/OCGs");
+    QPDFObjectHandle ownState = own.getKey("/D");
+    QPDFObjectHandle takenState = taken.getKey("/D");
+    for (const char* const key : {"/ON", "/OFF", "/Order", "/Locked"}) {
+        append(ownState, takenState, key);
+    }
 }
 
 std::vector<Millimetres> pageSizes(QPDF& document) {

@@ -17,6 +17,10 @@ bool isPdf(const std::string& file);
 // signed.
 std::unique_ptr<QPDF> openPdf(const std::string& file);
 
+// Lets the document know which contents of pages taken from another are hidden. Call it before the
+// pages are taken.
+void takeOptionalContent(QPDF& document, QPDF& other);
+
 // The size of each page as shown.
 std::vector<Millimetres> pageSizes(QPDF& document);
 

@@ -60,6 +60,7 @@ class PdfWriter {
         auto& source = sources_[planned.file];
         if (!source) {
             source = openPdf(planned.file);
+            takeOptionalContent(*document_, *source);
         }
         QPDFPageDocumentHelper(*document_)
             .addPage(QPDFPageDocumentHelper(*source).getAllPages().at(

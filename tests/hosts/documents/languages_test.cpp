@@ -26,6 +26,10 @@ TEST(Languages, AreRefusedUnlessTheyCanBeNames) {
 }
 
 TEST(Languages, AreInPackagesNamedAsDebianDoes) {
+    EXPECT_TRUE(host::mayBePackaged("deu") && host::mayBePackaged("chi_sim") &&
+                host::mayBePackaged("script/Latin"));
+    EXPECT_FALSE(host::mayBePackaged("ENG") || host::mayBePackaged("de") ||
+                 host::mayBePackaged("german"));
     EXPECT_EQ(packageOf("deu"), "tesseract-ocr-deu");
     EXPECT_EQ(packageOf("chi_sim_vert"), "tesseract-ocr-chi-sim-vert");
     EXPECT_EQ(packageOf("script/Latin"), "tesseract-ocr-script-latn");

@@ -66,6 +66,16 @@ std::vector<std::string> languagesIn(const std::string& names) {
     return languages;
 }
 
+bool mayBePackaged(const std::string& language) {
+    constexpr std::size_t kLetters = 3;
+    const std::string letters = language.substr(0, kLetters);
+    return language.starts_with(kScript) ||
+           (letters.size() == kLetters &&
+            std::all_of(letters.begin(), letters.end(),
+                        [](char letter) { return letter >= 'a' && letter <= 'z'; }) &&
+            (language.size() == kLetters || language[kLetters] == '_'));
+}
+
 std::string packageOf(const std::string& language) {
     if (!language.starts_with(kScript)) {
         return "tesseract-ocr-" + debianName(language);

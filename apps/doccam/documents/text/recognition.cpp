@@ -52,8 +52,11 @@ Ability abilityFor(const TextOptions& options, const Interrupt& interrupt,
         if (known.contains(language)) {
             ability.languages.push_back(language);
         } else {
-            complaints.push_back("Words in the language " + language + " are not recognized" +
-                                 kPackage + packageOf(language) + ".");
+            complaints.push_back(
+                "Words in the language " + language + " are not recognized" +
+                (mayBePackaged(language)
+                     ? kPackage + packageOf(language) + "."
+                     : "; tesseract's own names have three letters, as eng and deu."));
         }
     }
     ability.upright = options.upright && known.contains("osd");

@@ -15,6 +15,7 @@
 #include "streams/output_stream.h"
 #include "streams/picture_inputs.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -46,6 +47,8 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
                         });
         scanPages(*session, stack, options.plan);
         return false;
+    } catch (const HangUp&) {
+        throw;
     } catch (const Interruption&) {
         if (context.interrupt->mustEnd()) {
             throw;
@@ -54,19 +57,26 @@ bool takePages(const Context& context, const ScanArguments& arguments, ScanDocum
     }
 }
 
-int save(const Context& context, const DocumentOptions& pdf, ScanDocument& document) {
+// Brings the file that is made to where the user wants it; throws Failure.
+using Delivery = std::function<void()>;
+
+int save(const Context& context, const DocumentOptions& pdf, ScanDocument& document,
+         const Delivery& deliver) {
     const Progress progress(context.options, "saving page", document.pages().pages().size());
     const SavedDocument saved =
         saveDocument(document.pages(), document.renderer(), document.file(), pdf,
                      *context.interrupt, [&](std::size_t page) { progress.show(page); });
-    context.interrupt->setLastWords("");
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());
     }
+    deliver();
+    noteSaved(document.pages(), saved);
+    context.interrupt->setLastWords("");
     return reportSaved(saved, document.file().target().string(), context.options.json);
 }
 
-int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocument& document) {
+int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocument& document,
+                const Delivery& deliver) {
     const bool interrupted = takePages(context, arguments, document);
     if (document.pages().pages().empty()) {
         if (interrupted) {
@@ -75,18 +85,18 @@ int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocu
         throw Failure(kNothingFound, "No page was taken, so " + document.file().target().string() +
                                          " was not written; put a sheet before the camera.");
     }
-    const int code = save(context, arguments.pdf, document);
+    const int code = save(context, arguments.pdf, document, deliver);
     return interrupted ? kInterrupted : code;
 }
 
 // What a failure leaves in the spool is part of its sentence.
-int scan(const Context& context, ScanArguments arguments) {
+int scan(const Context& context, ScanArguments arguments, const Delivery& deliver) {
     refuseContradictions(arguments.scan);
     ScanDocument document(arguments.scan);
     arguments.scan.adopt(document.pages().plan());
     arguments.still.page = arguments.scan.byEngine() ? PageSettings() : arguments.scan.page;
     try {
-        return scanAndSave(context, arguments, document);
+        return scanAndSave(context, arguments, document, deliver);
     } catch (const Interruption&) {
         context.interrupt->setLastWords("");
         if (const std::string kept = document.keptSentence(); !kept.empty()) {
@@ -101,14 +111,12 @@ int scan(const Context& context, ScanArguments arguments) {
 
 int scanToTarget(const Context& context, ScanArguments arguments) {
     if (!isStandardStream(arguments.scan.target)) {
-        return scan(context, std::move(arguments));
+        return scan(context, std::move(arguments), [] {});
     }
     const OutputStream stream(context.options, ".pdf");
     arguments.scan.target = stream.path();
     arguments.scan.targetPasses = true;
-    const int code = stream.named([&] { return scan(context, arguments); });
-    stream.send();
-    return code;
+    return stream.named([&] { return scan(context, arguments, [&] { stream.send(); }); });
 }
 
 void addOptions(CLI::App& command, ScanArguments& arguments) {

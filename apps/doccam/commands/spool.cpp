@@ -147,6 +147,7 @@ int resume(const Context& context, const Spool& spool, const SpoolOptions& optio
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());
     }
+    noteSaved(*document, saved);
     return reportSaved(saved, target, context.options.json);
 }
 

@@ -18,17 +18,9 @@ std::optional<FoundSheet> sheetOf(const KeptPage& page) {
                : std::nullopt;
 }
 
-// The document is written: that the spool does not know is no failure.
-void noteSaved(PageDocument& document) {
-    try {
-        document.markSaved();
-    } catch (const Failure&) {
-    }
-}
-
 } // namespace
 
-SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
+SavedDocument saveDocument(const PageDocument& document, PageRenderer& renderer, OutputFile& file,
                            const DocumentOptions& options, const Interrupt& interrupt,
                            const PageNote& note) {
     const std::vector<KeptPage> pages = document.pages();
@@ -56,11 +48,19 @@ SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, Outpu
     }
     if (!inputs.empty()) {
         saved.complaints = publishDocument(file, std::move(inputs), options, interrupt);
-        if (saved.damaged.empty()) {
-            noteSaved(document);
-        }
     }
     return saved;
+}
+
+// The document is written: that the spool does not know is no failure.
+void noteSaved(PageDocument& document, const SavedDocument& saved) {
+    if (!saved.damaged.empty()) {
+        return;
+    }
+    try {
+        document.markSaved();
+    } catch (const Failure&) {
+    }
 }
 
 Json asJson(const SavedDocument& saved) {

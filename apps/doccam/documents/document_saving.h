@@ -32,12 +32,16 @@ struct SavedDocument {
 // Is told the number of each page before it is made, from 1.
 using PageNote = std::function<void(std::size_t)>;
 
-// Publishes the pages, in order, as file, whose work folder has the renderer's, and notes that the
-// document is saved unless pages are damaged. A document all of whose pages are damaged is not
-// written. Throws Failure; Interruption when the process must end.
-SavedDocument saveDocument(PageDocument& document, PageRenderer& renderer, OutputFile& file,
+// Publishes the pages, in order, as file, whose work folder has the renderer's. A document
+// all of whose pages are damaged is not written. Throws Failure; Interruption when the process must
+// end.
+SavedDocument saveDocument(const PageDocument& document, PageRenderer& renderer, OutputFile& file,
                            const DocumentOptions& options, const Interrupt& interrupt,
                            const PageNote& note = {});
+
+// Notes that the document is saved, unless pages are damaged. Call it once the file is where the
+// user wants it.
+void noteSaved(PageDocument& document, const SavedDocument& saved);
 
 // {"page", "width", "height", "cropped", "sheet", "confidence", "dpi", "dpi_from", "mm"} of each.
 Json asJson(const SavedDocument& saved);

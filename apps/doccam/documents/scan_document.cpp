@@ -51,9 +51,8 @@ void ScanDocument::open(const ScanOptions& options) {
     ScanOptions adopting = options;
     adopting.adopt(pages_->plan());
     DocumentPlan plan = adopting.documentPlan();
-    if (!options.targetPasses) {
-        plan.target = std::filesystem::absolute(target).string();
-    }
+    plan.target =
+        options.targetPasses ? pages_->plan().target : std::filesystem::absolute(target).string();
     pages_->setPlan(plan);
 }
 
@@ -76,9 +75,10 @@ std::string ScanDocument::keptSentence() const {
     if (!spool_ || count == 0) {
         return "";
     }
-    return (count == 1 ? "The page taken is kept"
-                       : "The " + std::to_string(count) + " pages taken are kept") +
-           std::string("; doccam scan --resume goes on, doccam spool resume saves them.");
+    const std::string taken = count == 1 ? "The page taken is kept"
+                                         : "The " + std::to_string(count) + " pages taken are kept";
+    return taken + "; doccam scan --resume goes on, doccam spool resume saves " +
+           (count == 1 ? "it." : "them.");
 }
 
 std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string& name,

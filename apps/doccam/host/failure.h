@@ -37,4 +37,7 @@ class Interruption : public Failure {
       : Failure(kInterrupted, "interrupted") {}
 };
 
+// The terminal has gone, whether or not SIGHUP comes, too.
+class HangUp : public Interruption {};
+
 } // namespace doccam::host

@@ -1,11 +1,24 @@
 #include "scan/line_input.h"
 
+#include "host/failure.h"
+
 #include <poll.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 
 namespace doccam::host {
+
+LineInput::LineInput()
+  : onTerminal_(isatty(STDIN_FILENO) == 1) {}
+
+bool LineInput::ended() const {
+    if (hungUp_) {
+        throw HangUp();
+    }
+    return ended_;
+}
 
 int LineInput::descriptor() const {
     return ended_ ? -1 : STDIN_FILENO;
@@ -27,6 +40,7 @@ void LineInput::readAvailable() {
         std::array<char, 256> chunk{};
         const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
         ended_ = count <= 0;
+        hungUp_ = hasHungUp(count, state.revents);
         for (ssize_t i = 0; i < count; ++i) {
             const char letter = chunk[static_cast<std::size_t>(i)];
             if (letter == '\n') {
@@ -37,6 +51,10 @@ void LineInput::readAvailable() {
             }
         }
     }
+}
+
+bool LineInput::hasHungUp(ssize_t count, int events) const {
+    return onTerminal_ && ((count < 0 && errno == EIO) || (count <= 0 && (events & POLLHUP) != 0));
 }
 
 LineCommand commandOf(const std::string& line) {

@@ -42,4 +42,17 @@ void PageStack::dropLast() {
     note_(count());
 }
 
+cv::Mat PageStack::lastFrame() const {
+    try {
+        return count() == 0 ? cv::Mat() : document_.frame(document_.pages().back().frame);
+    } catch (const DamagedFrame&) {
+        return {};
+    }
+}
+
+bool PageStack::lastIsCropped() const {
+    const KeptPage last = document_.pages().back();
+    return last.origin.finished && last.origin.cropped;
+}
+
 } // namespace doccam::host

@@ -33,6 +33,11 @@ class PageStack {
     void retakeLast(const PageDraft& draft);
     void dropLast();
 
+    // The frame of the last page; empty without pages, or if it is damaged.
+    cv::Mat lastFrame() const;
+    // Whether that frame shows its sheet alone.
+    bool lastIsCropped() const;
+
     std::size_t count() const { return document_.pages().size(); }
 
   private:

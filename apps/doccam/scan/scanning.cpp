@@ -33,8 +33,10 @@ class EnterScan {
       , plan_(plan) {}
 
     void run() {
-        progress_.show("Enter takes page " + ofAll(stack_.count() + 1, plan_) +
-                       ", q and Enter ends");
+        if (!complete(stack_, plan_)) {
+            progress_.show("Enter takes page " + ofAll(stack_.count() + 1, plan_) +
+                           ", q and Enter ends");
+        }
         while (!complete(stack_, plan_)) {
             const auto line = input_.takeLine();
             if (!line && input_.ended()) {
@@ -129,10 +131,17 @@ class AutomaticScan {
       , stack_(stack)
       , plan_(plan)
       , watch_(plan.whole)
-      , frames_(session) {}
+      , frames_(session) {
+        // It may still lie there from before.
+        if (const cv::Mat last = stack.lastFrame(); !last.empty()) {
+            watch_.know(last, stack.lastIsCropped());
+        }
+    }
 
     void run() {
-        progress_.show("put down page " + ofAll(stack_.count() + 1, plan_));
+        if (!complete(stack_, plan_)) {
+            progress_.show("put down page " + ofAll(stack_.count() + 1, plan_));
+        }
         while (!complete(stack_, plan_) && !endIsRequested()) {
             session_.waitForEvent({input_.descriptor()});
             if (frames_.take(frame_)) {

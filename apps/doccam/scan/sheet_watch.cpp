@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <vector>
 
 namespace doccam::host {
 namespace {
@@ -62,6 +63,13 @@ Sight SheetWatch::judge() {
     }
     seen_ = viewOf(sharpest_.pixels, sheet_ ? std::optional(sheet_->corners) : std::nullopt);
     return taken_ && showSameSheet(*taken_, seen_) ? Sight::kNothing : Sight::kNewSheet;
+}
+
+void SheetWatch::know(const cv::Mat& frame, bool cropped) {
+    const auto sheets = cropped ? std::vector<FoundSheet>() : findSheets(frame, 1);
+    cv::Mat pixels;
+    cv::cvtColor(frame, pixels, cv::COLOR_BGR2RGB);
+    taken_ = viewOf(pixels, sheets.empty() ? std::nullopt : std::optional(sheets.front().corners));
 }
 
 FrameFile SheetWatch::file() const {

@@ -44,6 +44,10 @@ class SheetWatch {
     // Failure if there is not enough memory.
     FrameFile file() const;
 
+    // The frame's sheet has become a page earlier: it is no new one. Blue first; cropped if the
+    // frame shows that sheet alone.
+    void know(const cv::Mat& frame, bool cropped);
+
     // The sheet seen last has become a page. Without this it is seen again at its next rest.
     void noteTaken() { taken_ = seen_; }
 

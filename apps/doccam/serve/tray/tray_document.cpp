@@ -68,10 +68,12 @@ std::string TrayDocument::takenUpSentence() const {
 
 std::string TrayDocument::leftSentence() const {
     const std::size_t count = pages_->pages().size();
+    const std::string them = count == 1 ? "it" : "them";
     return place_.spool() == nullptr || count == 0 || pages_->isSaved()
                ? ""
                : counted(count) + " in the tray " + (count == 1 ? "is" : "are") +
-                     " kept; doccam serve shows them again, doccam spool resume --as saves them.";
+                     " kept; doccam serve shows " + them +
+                     " again, doccam spool resume --as saves " + them + ".";
 }
 
 } // namespace doccam::serve

@@ -1,0 +1,70 @@
+// Scans that are gone on with, and what was saved of them before.
+#include "kept_pages.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+
+namespace {
+
+using namespace doccam::test;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+using GoneOnWith = KeptPagesTest;
+
+TEST_F(GoneOnWith, IsWhatStandardOutputDidNotTake) {
+    RunningProgram program =
+        start(camera(), {"scan", "-"}, {"/bin/sh", "-c", "exec \"$0\" \"$@\" >/dev/full"});
+    program.type("\nq\n");
+    EXPECT_EQ(program.finish(), kFileFailed);
+    EXPECT_THAT(program.lastLine(), AllOf(HasSubstr("Standard output could not be written"),
+                                          HasSubstr("The page taken is kept")));
+    EXPECT_EQ(spooled()[0]["saved"], nullptr);
+    const Outcome again = runWith(camera(), "scan --resume -", "q\n");
+    EXPECT_EQ(again.status, kDone) << again.err;
+    EXPECT_THAT(again.out, StartsWith("%PDF"));
+    EXPECT_NE(spooled()[0]["saved"], nullptr);
+}
+
+TEST_F(GoneOnWith, IsWithTheNextSheetHandsFree) {
+    leaveOnePage("--auto", "");
+    const Outcome outcome =
+        runWith(camera(R"("scene": {"sheetFrames": 30})"), "scan --resume --auto --pages 2");
+    ASSERT_EQ(outcome.status, kDone) << outcome.err;
+    const auto pages = show();
+    ASSERT_THAT(pages, SizeIs(2));
+    EXPECT_GT(difference(pages[0]["frame"], pages[1]["frame"]), 1);
+}
+
+TEST_F(GoneOnWith, IsWhatWasLeftWhenTheTerminalHasGone) {
+    const int keyboard = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(grantpt(keyboard) == 0 && unlockpt(keyboard) == 0);
+    std::array<char, 64> name{};
+    ASSERT_EQ(ptsname_r(keyboard, name.data(), name.size()), 0);
+    const std::string within = std::string("exec \"$0\" \"$@\" <") + name.data();
+    RunningProgram program = start(camera(), {"scan", "a.pdf"}, {"/bin/sh", "-c", within});
+    ASSERT_EQ(write(keyboard, "\n", 1), 1);
+    ASSERT_TRUE(program.says("page 1 taken"));
+    close(keyboard);
+    EXPECT_EQ(program.finish(), kInterrupted);
+    EXPECT_THAT(program.lastLine(), HasSubstr("scan --resume"));
+    EXPECT_THAT(files(), IsEmpty());
+    EXPECT_EQ(resumed("b.pdf"), 1U);
+}
+
+TEST_F(GoneOnWith, AsksForNoPageWhenAllAreThere) {
+    leaveOnePage("");
+    const Outcome outcome = runWith(camera(), "scan --resume --pages 1");
+    EXPECT_EQ(outcome.status, kDone);
+    EXPECT_THAT(outcome.err, Not(HasSubstr("Enter takes page")));
+}
+
+} // namespace

@@ -25,7 +25,7 @@ _doccam() {
     calibrate) options='--size --format --list --forget' choices='a3 a4 a5 letter legal id1' ;;
     capture) options='--dpi --paper --count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
     scan) options="--dpi --paper $document --auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force" ;;
-    spool) options='--as --force --all' choices='list show resume clear' ;;
+    spool) options="--as --force --all $document" choices='list show resume clear' ;;
     read) options='--kind --wait --size --format' ;;
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;

@@ -18,7 +18,17 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-using GoneOnWith = KeptPagesTest;
+class GoneOnWith : public KeptPagesTest {
+  protected:
+    // What pdfinfo prints of the document.
+    std::string info(const std::string& name) const {
+        const std::string printed = state() + "/printed";
+        const std::string command = "pdfinfo -isodates " + file(name) + " >" + printed;
+        std::system(command.c_str()); // NOLINT(cert-env33-c): the shell is wanted
+        std::ifstream stream(printed);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+};
 
 TEST_F(GoneOnWith, IsWhatStandardOutputDidNotTake) {
     RunningProgram program =
@@ -58,6 +68,18 @@ TEST_F(GoneOnWith, IsWhatWasLeftWhenTheTerminalHasGone) {
     EXPECT_THAT(program.lastLine(), HasSubstr("scan --resume"));
     EXPECT_THAT(files(), IsEmpty());
     EXPECT_EQ(resumed("b.pdf"), 1U);
+}
+
+TEST_F(GoneOnWith, IsWithItsTitleUnlessAnotherIsGiven) {
+    leaveOnePage("--title First --author Ada --language de-CH --date 2026-02-03");
+    ASSERT_EQ(run("spool resume --title Second --as b.pdf").status, kDone);
+    EXPECT_THAT(info("b.pdf"),
+                AllOf(HasSubstr("Second"), HasSubstr("Ada"), HasSubstr("2026-02-03")));
+    EXPECT_THAT(run("spool list").out, AllOf(HasSubstr("/b.pdf"), Not(HasSubstr("/a.pdf"))));
+    leaveOnePage("--title Third");
+    ASSERT_EQ(runWith(camera(), "scan --resume --author Bob", "q\n").status, kDone);
+    EXPECT_THAT(info("a.pdf"), AllOf(HasSubstr("Third"), HasSubstr("Bob")));
+    EXPECT_EQ(run("spool list --title Fourth").status, kUsage);
 }
 
 TEST_F(GoneOnWith, AsksForNoPageWhenAllAreThere) {

@@ -96,6 +96,27 @@ TEST(ResumedScan, KeepsTurnColourAndQualityUnlessGiven) {
     EXPECT_EQ(recipe.quality, 60);
 }
 
+TEST(ResumedScan, KeepsWhatIsSaidOfTheDocumentUnlessGiven) {
+    ScanOptions before;
+    before.document = {.text = {.languages = "eng", .upright = true},
+                       .compact = true,
+                       .title = "Letter",
+                       .author = "Ada",
+                       .language = "en",
+                       .date = 86400};
+    ScanOptions after;
+    after.document.title = "Two letters";
+    after.given = {"--title", "--upright"};
+    const DocumentOptions document = resumed(before, after).document;
+    EXPECT_EQ(document.text.languages, "eng");
+    EXPECT_FALSE(document.text.upright);
+    EXPECT_TRUE(document.compact);
+    EXPECT_EQ(document.title, "Two letters");
+    EXPECT_EQ(document.author, "Ada");
+    EXPECT_EQ(document.language, "en");
+    EXPECT_EQ(document.date, 86400);
+}
+
 TEST(ResumedScan, ComesToTheSameTheNextTime) {
     for (const ScanOptions& options :
          {looking(Look::kPhoto), cleaning(true, true), wholeFrame(), wholeFrame(Look::kPaper),

@@ -27,7 +27,6 @@ constexpr int kSheetFrames = 60; // frames that a virtual sheet lies still
 
 struct ScanArguments {
     ScanOptions scan;
-    DocumentOptions pdf;
     StillOptions still; // its page settings are those of the scan if the library makes the pages
 };
 
@@ -85,7 +84,7 @@ int scanAndSave(const Context& context, const ScanArguments& arguments, ScanDocu
         throw Failure(kNothingFound, "No page was taken, so " + document.file().target().string() +
                                          " was not written; put a sheet before the camera.");
     }
-    const int code = save(context, arguments.pdf, document, deliver);
+    const int code = save(context, arguments.scan.document, document, deliver);
     return interrupted ? kInterrupted : code;
 }
 
@@ -136,7 +135,7 @@ void addOptions(CLI::App& command, ScanArguments& arguments) {
     addCaptureOptions(command, arguments.still);
     addPageOptions(command, options.page);
     addPaperOptions(command, options.paper);
-    addDocumentOptions(command, arguments.pdf);
+    addDocumentOptions(command, options.document);
     command.add_flag("--resume", options.resume,
                      "Go on with the newest document that was not saved, taking further pages in "
                      "the same way but for the options given");
@@ -165,6 +164,7 @@ void addScanCommand(CLI::App& app, Context& context) {
         if (options.target.empty() && !options.resume) {
             throw CLI::RequiredError("OUT");
         }
+        options.given = givenDocumentOptions(*command);
         for (const char* name : {"--rotate", "--colour", "--quality"}) {
             if (command->count(name) > 0) {
                 options.given.insert(name);

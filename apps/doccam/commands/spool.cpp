@@ -2,6 +2,7 @@
 #include "pages/spool/spool.h"
 
 #include "commands/commands.h"
+#include "commands/documents/document_options.h"
 #include "commands/options.h"
 #include "documents/document_saving.h"
 #include "documents/scan_document.h"
@@ -14,8 +15,10 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +31,8 @@ struct SpoolOptions {
     std::string target;
     bool force = false;
     bool all = false;
+    DocumentOptions document;
+    std::set<std::string> given; // of the document's options
 };
 
 std::string textOfTime(std::int64_t seconds) {
@@ -140,14 +145,16 @@ int resume(const Context& context, const Spool& spool, const SpoolOptions& optio
         throw Failure(kNothingFound, "The document " + document->name() + " has no pages.");
     }
     OutputFile file(target, options.force);
+    DocumentOptions said = options.document;
+    adopt(said, document->plan().document, options.given);
     PageRenderer renderer(*document, folderIn(file, "pages"));
     const Progress progress(context.options, "saving page", document->pages().size());
-    const SavedDocument saved = saveDocument(*document, renderer, file, {}, *context.interrupt,
+    const SavedDocument saved = saveDocument(*document, renderer, file, said, *context.interrupt,
                                              [&](std::size_t page) { progress.show(page); });
     if (saved.pages.empty()) {
         throw Failure(kFileFailed, saved.damaged.front());
     }
-    noteSaved(*document, saved);
+    noteSaved(*document, saved, std::filesystem::absolute(target).string());
     return reportSaved(saved, target, context.options.json);
 }
 
@@ -176,8 +183,10 @@ void refuseContradictions(const SpoolOptions& options) {
     if (options.all && (options.action != "clear" || !options.documents.empty())) {
         throw Failure(kUsage, "--all goes with clear alone; leave it out.");
     }
-    if ((options.force || !options.target.empty()) && options.action != "resume") {
-        throw Failure(kUsage, "--as and --force go with resume alone; leave them out.");
+    if ((options.force || !options.target.empty() || !options.given.empty()) &&
+        options.action != "resume") {
+        throw Failure(kUsage, "--as, --force and a document's options go with resume alone; leave "
+                              "them out.");
     }
     if (options.documents.size() > (options.action == "list"    ? 0U
                                     : options.action == "clear" ? options.documents.size()
@@ -213,7 +222,9 @@ void addSpoolCommand(CLI::App& app, Context& context) {
                     "  doccam spool list\n"
                     "  doccam spool resume --as letter.pdf\n"
                     "  doccam spool clear --all");
-    command->callback([&context, options] {
+    addDocumentOptions(*command, options->document);
+    command->callback([&context, command, options] {
+        options->given = givenDocumentOptions(*command);
         context.run = [&context, options] {
             refuseContradictions(*options);
             return kActions.at(options->action)(context, Spool(), *options);

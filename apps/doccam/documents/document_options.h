@@ -6,6 +6,7 @@
 
 #include <ctime>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace doccam::host {
@@ -19,5 +20,9 @@ struct DocumentOptions {
     std::string language{};
     std::optional<std::time_t> date{};
 };
+
+// Takes from known what was not given by its option, "--title" and so on; not the paper.
+void adopt(DocumentOptions& options, const DocumentOptions& known,
+           const std::set<std::string>& given);
 
 } // namespace doccam::host

@@ -53,12 +53,12 @@ SavedDocument saveDocument(const PageDocument& document, PageRenderer& renderer,
 }
 
 // The document is written: that the spool does not know is no failure.
-void noteSaved(PageDocument& document, const SavedDocument& saved) {
+void noteSaved(PageDocument& document, const SavedDocument& saved, const std::string& target) {
     if (!saved.damaged.empty()) {
         return;
     }
     try {
-        document.markSaved();
+        document.markSaved(target);
     } catch (const Failure&) {
     }
 }

@@ -40,8 +40,8 @@ SavedDocument saveDocument(const PageDocument& document, PageRenderer& renderer,
                            const PageNote& note = {});
 
 // Notes that the document is saved, unless pages are damaged. Call it once the file is where the
-// user wants it.
-void noteSaved(PageDocument& document, const SavedDocument& saved);
+// user wants it; target, an absolute path, is its name unless empty.
+void noteSaved(PageDocument& document, const SavedDocument& saved, const std::string& target = "");
 
 // {"page", "width", "height", "cropped", "sheet", "confidence", "dpi", "dpi_from", "mm"} of each.
 Json asJson(const SavedDocument& saved);

@@ -49,7 +49,8 @@ DocumentPlan ScanOptions::documentPlan() const {
             .stills = byEngine() ? std::nullopt
                                  : std::optional(StillCleaning{.edges = page.cleanEdges,
                                                                .background = page.cleanBackground}),
-            .paper = paper};
+            .paper = paper,
+            .document = document};
 }
 
 void ScanOptions::keepWay(const ScanOptions& said) {
@@ -59,34 +60,35 @@ void ScanOptions::keepWay(const ScanOptions& said) {
     plan.whole = said.plan.whole;
 }
 
-void ScanOptions::adopt(const DocumentPlan& document) {
-    const auto keep = [this](const char* name, auto& value, const auto& known) {
+void ScanOptions::adopt(const DocumentPlan& known) {
+    const auto keep = [this](const char* name, auto& value, const auto& before) {
         if (!given.contains(name)) {
-            value = known;
+            value = before;
         }
     };
-    adoptMaker(document);
-    paper = paper == PaperOptions() ? document.paper : paper;
-    keep("--rotate", page.quarterTurns, document.recipe.turn);
-    keep("--colour", page.colour, document.recipe.colour);
-    keep("--quality", page.quality, document.recipe.quality);
+    adoptMaker(known);
+    host::adopt(document, known.document, given);
+    paper = paper == PaperOptions() ? known.paper : paper;
+    keep("--rotate", page.quarterTurns, known.recipe.turn);
+    keep("--colour", page.colour, known.recipe.colour);
+    keep("--quality", page.quality, known.recipe.quality);
 }
 
 // An option of the page engine, or of stills, leaves the other.
-void ScanOptions::adoptMaker(const DocumentPlan& document) {
+void ScanOptions::adoptMaker(const DocumentPlan& known) {
     const bool asksForStills = !stillStep(*this).empty();
     const bool choosesFrame = crop != Crop::kNone || plan.whole;
-    if (document.stills && !look) {
-        page.cleanEdges |= document.stills->edges;
-        page.cleanBackground |= document.stills->background;
-        if (!choosesFrame && !document.wholeFrame) {
+    if (known.stills && !look) {
+        page.cleanEdges |= known.stills->edges;
+        page.cleanBackground |= known.stills->background;
+        if (!choosesFrame && !known.wholeFrame) {
             crop = Crop::kRectangle;
         }
-    } else if (!document.stills && !asksForStills && !look) {
-        look = document.recipe.look;
+    } else if (!known.stills && !asksForStills && !look) {
+        look = known.recipe.look;
     }
     if (!choosesFrame) {
-        plan.whole = document.wholeFrame;
+        plan.whole = known.wholeFrame;
     }
 }
 

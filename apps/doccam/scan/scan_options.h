@@ -16,6 +16,7 @@ namespace doccam::host {
 struct ScanOptions {
     PageSettings page;
     PaperOptions paper;
+    DocumentOptions document; // but for the paper
     ScanPlan plan;
     Crop crop = Crop::kNone;
     std::optional<Look> look;
@@ -24,7 +25,7 @@ struct ScanOptions {
     bool force = false;
     bool resume = false;
     bool noSpool = false;
-    std::set<std::string> given; // of --rotate, --colour and --quality
+    std::set<std::string> given; // of --rotate, --colour, --quality and the document's options
 
     // Whether the page engine makes the pages; otherwise they are the library's stills.
     bool byEngine() const;
@@ -38,10 +39,10 @@ struct ScanOptions {
     void keepWay(const ScanOptions& said);
 
     // Takes from the plan of a document what was not given.
-    void adopt(const DocumentPlan& document);
+    void adopt(const DocumentPlan& known);
 
   private:
-    void adoptMaker(const DocumentPlan& document);
+    void adoptMaker(const DocumentPlan& known);
 };
 
 // Throws Failure for options that exclude each other.

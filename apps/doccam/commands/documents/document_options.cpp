@@ -65,4 +65,15 @@ void addDocumentOptions(CLI::App& command, DocumentOptions& options) {
         ->type_name("YEAR-MONTH-DAY");
 }
 
+std::set<std::string> givenDocumentOptions(const CLI::App& command) {
+    std::set<std::string> given;
+    for (const char* name :
+         {"--ocr", "--upright", "--compact", "--title", "--author", "--language", "--date"}) {
+        if (command.count(name) > 0) {
+            given.insert(name);
+        }
+    }
+    return given;
+}
+
 } // namespace doccam::host

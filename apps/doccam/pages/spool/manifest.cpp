@@ -1,13 +1,13 @@
 #include "pages/spool/manifest.h"
 
 #include "documents/paper/paper_json.h"
+#include "pages/spool/document_json.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <set>
@@ -24,35 +24,6 @@ constexpr std::size_t kMostCodes = 100;
 constexpr int kHighest = 1'000'000'000; // id, place or number of changes
 constexpr std::array<const char*, 2> kLookNames{"photo", "paper"};
 constexpr std::array<const char*, 2> kTakerNames{"scan", "serve"};
-
-// File names are any bytes; JSON takes none but UTF-8.
-std::string escaped(const std::string& path) {
-    std::string text;
-    for (const char letter : path) {
-        const auto byte = static_cast<unsigned char>(letter);
-        std::array<char, 4> code{};
-        std::snprintf(code.data(), code.size(), "%%%02X", byte);
-        text += byte < 0x20 || byte > 0x7E || letter == '%' ? std::string(code.data())
-                                                            : std::string(1, letter);
-    }
-    return text;
-}
-
-std::string unescaped(const std::string& text) {
-    std::string path;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned byte = 0;
-        const char* const code = text.data() + i + 1;
-        if (text[i] == '%' && i + 2 < text.size() &&
-            std::from_chars(code, code + 2, byte, 16).ptr == code + 2) {
-            path += static_cast<char>(byte);
-            i += 2;
-        } else {
-            path += text[i];
-        }
-    }
-    return path;
-}
 
 Json asJson(const Recipe& recipe) {
     Json object{{"corners", nullptr},
@@ -230,6 +201,9 @@ Manifest manifestIn(const Json& value) {
     if (const auto paper = value.find("paper"); paper != value.end()) {
         manifest.plan.paper = paperOptionsIn(*paper);
     }
+    if (const auto document = value.find("document"); document != value.end()) {
+        manifest.plan.document = documentOptionsIn(*document);
+    }
     require(value.at("saved").is_number_integer());
     manifest.saved = value.at("saved").get<std::int64_t>();
     manifest.last = number(value.at("last"), 0, kHighest);
@@ -264,6 +238,7 @@ std::string textOf(const Manifest& manifest) {
                       {"recipe", asJson(manifest.plan.recipe)},
                       {"stills", asJson(manifest.plan.stills)},
                       {"paper", asJson(manifest.plan.paper)},
+                      {"document", asJson(manifest.plan.document)},
                       {"saved", manifest.saved},
                       {"last", manifest.last},
                       {"pages", std::move(pages)},

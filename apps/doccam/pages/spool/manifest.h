@@ -1,6 +1,7 @@
 // The list of a document's pages, as it is kept beside their frames.
 #pragma once
 
+#include "documents/document_options.h"
 #include "documents/paper/desk.h"
 #include "documents/paper/page_sizing.h"
 #include "pages/recipe.h"
@@ -54,6 +55,7 @@ struct DocumentPlan {
     Recipe recipe{};         // of its next pages, but for the corners
     std::optional<StillCleaning> stills{}; // its next pages are stills; none: by the page engine
     PaperOptions paper{};                  // of all its pages
+    DocumentOptions document{};            // but for the paper
 };
 
 struct Manifest {

@@ -244,8 +244,11 @@ void PageDocument::setPlan(const DocumentPlan& plan) {
     commit([&](Manifest& manifest) { manifest.plan = plan; });
 }
 
-void PageDocument::markSaved() {
-    commit([](Manifest& manifest) { manifest.saved = std::time(nullptr); });
+void PageDocument::markSaved(const std::string& target) {
+    commit([&target](Manifest& manifest) {
+        manifest.saved = std::time(nullptr);
+        manifest.plan.target = target.empty() ? manifest.plan.target : target;
+    });
 }
 
 } // namespace doccam::host

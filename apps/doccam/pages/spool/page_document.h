@@ -83,8 +83,9 @@ class PageDocument {
 
     void setPlan(const DocumentPlan& plan);
 
-    // Notes that the document has been saved, so that the spool may clear it a day later.
-    void markSaved();
+    // Notes that the document has been saved, so that the spool may clear it a day later; as
+    // target unless that is empty.
+    void markSaved(const std::string& target = "");
 
   private:
     // Applies change to a copy of the manifest, which replaces it once it is on disk.

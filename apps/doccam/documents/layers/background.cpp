@@ -1,6 +1,7 @@
 #include "documents/layers/background.h"
 
 #include "base/pictures/jpeg_writer.h"
+#include "documents/layers/coarse_page.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -11,6 +12,9 @@ namespace {
 
 constexpr double kPaleAsPaper = 247; // paler is paper
 constexpr float kSeen = 0.15F;       // of a cell, enough to know its colour
+constexpr int kFaintStep = 4;        // levels
+constexpr int kFaintCells = 4;       // fewer are grain
+constexpr int kFaintestPrint = 30;   // cells on a page: fewer are what ink left
 constexpr int kLeastQuality = 40;
 constexpr int kQualityStep = 10;
 
@@ -31,6 +35,12 @@ void fillHoles(cv::Mat& colour, cv::Mat& weight) {
     cv::resize(smallWeight, filledWeight, colour.size(), 0, 0, cv::INTER_LINEAR);
     filled.copyTo(colour, weight == 0);
     filledWeight.copyTo(weight, weight == 0);
+}
+
+cv::Mat dilated(const cv::Mat& mask) {
+    cv::Mat wide;
+    cv::dilate(mask, wide, squareKernel(3));
+    return wide;
 }
 
 cv::Mat inChannels(const cv::Mat& weight, int channels) {
@@ -60,15 +70,44 @@ cv::Mat groundOf(const cv::Mat& page, const cv::Mat& hidden, cv::Size size) {
     return ground;
 }
 
-void removeRemains(cv::Mat& ground, int side, const cv::Mat& pictures) {
+cv::Mat faintPrint(const cv::Mat& ground, const cv::Mat& hidden, int side) {
+    cv::Mat under;
+    cv::medianBlur(ground, under, side);
+    cv::Mat apart;
+    cv::absdiff(ground, under, apart);
+    apart = largestChannel(apart);
+    cv::Mat inked;
+    cv::resize(hidden, inked, ground.size(), 0, 0, cv::INTER_AREA);
+    const cv::Mat nearInk = dilated(dilated(inked > 0));
+    cv::Mat labels;
+    cv::Mat stats;
+    cv::Mat centres;
+    cv::Mat found = (apart >= kFaintStep) & ~nearInk;
+    // At the page's edge, what lies beside the sheet shows.
+    cv::rectangle(found, {0, 0, found.cols, found.rows}, cv::Scalar::all(0), 3);
+    const int count = cv::connectedComponentsWithStats(found, labels, stats, centres, 8, CV_32S);
+    cv::Mat strokes = cv::Mat::zeros(ground.size(), CV_8U);
+    for (int label = 1; label < count; ++label) {
+        if (stats.at<int>(label, cv::CC_STAT_AREA) >= kFaintCells) {
+            const cv::Rect box(
+                stats.at<int>(label, cv::CC_STAT_LEFT), stats.at<int>(label, cv::CC_STAT_TOP),
+                stats.at<int>(label, cv::CC_STAT_WIDTH), stats.at<int>(label, cv::CC_STAT_HEIGHT));
+            strokes(box).setTo(255, labels(box) == label);
+        }
+    }
+    if (cv::countNonZero(strokes) < kFaintestPrint) {
+        return cv::Mat::zeros(ground.size(), CV_8U);
+    }
+    return dilated(strokes) & ~nearInk;
+}
+
+void removeRemains(cv::Mat& ground, int side, const cv::Mat& kept) {
     cv::Mat clean;
     cv::medianBlur(ground, clean, side);
     cv::Mat paper;
     cv::inRange(clean, cv::Scalar::all(kPaleAsPaper), cv::Scalar::all(255), paper);
     clean.setTo(cv::Scalar::all(255), paper);
-    cv::Mat elsewhere;
-    cv::resize(pictures, elsewhere, ground.size(), 0, 0, cv::INTER_NEAREST);
-    clean.copyTo(ground, elsewhere == 0);
+    clean.copyTo(ground, kept == 0);
 }
 
 bool isWhite(const cv::Mat& ground) {

@@ -12,9 +12,13 @@ namespace doccam::host {
 // ink lies. Filled there from around.
 cv::Mat groundOf(const cv::Mat& page, const cv::Mat& hidden, cv::Size size);
 
+// Where the ground, which ink is hidden on, shows print too faint for ink: 8-bit, a value per cell.
+// Such print is at most side cells wide, an odd number.
+cv::Mat faintPrint(const cv::Mat& ground, const cv::Mat& hidden, int side);
+
 // Takes out of the ground what ink left there: dark dots and lines of up to side cells, an odd
-// number. Leaves pictures, 8-bit and of any size, as they are.
-void removeRemains(cv::Mat& ground, int side, const cv::Mat& pictures);
+// number. Leaves what is to be kept, 8-bit and of the ground's size, as it is.
+void removeRemains(cv::Mat& ground, int side, const cv::Mat& kept);
 
 // Whether nothing but white paper is to be seen.
 bool isWhite(const cv::Mat& ground);

@@ -9,7 +9,6 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 constexpr double kCellsPerInch = 100;
-constexpr double kThickestStroke = 2.2; // millimetres
 constexpr int kLargestFactor = 16;
 
 // The last column and row repeated until whole cells cover the picture.
@@ -35,6 +34,15 @@ cv::Mat firstOfCells(const cv::Mat& picture, cv::Size cells) {
 
 cv::Mat squareKernel(int side) {
     return cv::getStructuringElement(cv::MORPH_RECT, {side, side});
+}
+
+cv::Mat largestChannel(const cv::Mat& picture) {
+    std::vector<cv::Mat> channels;
+    cv::split(picture, channels);
+    for (std::size_t i = 1; i < channels.size(); ++i) {
+        channels[0] = cv::max(channels[0], channels[i]);
+    }
+    return channels[0];
 }
 
 int oddCells(const CoarsePage& coarse, double millimetres) {

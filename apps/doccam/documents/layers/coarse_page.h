@@ -5,6 +5,8 @@
 
 namespace doccam::host {
 
+inline constexpr double kThickestStroke = 2.2; // millimetres
+
 // Of cells of factor by factor pixels, the first at the page's top left corner; the last column and
 // row may reach past the page.
 struct CoarsePage {
@@ -23,6 +25,9 @@ CoarsePage coarsePage(const cv::Mat& page, const cv::Mat& grey, double dpi);
 
 // An odd number of cells that span about that many millimetres.
 int oddCells(const CoarsePage& coarse, double millimetres);
+
+// Each pixel's highest value.
+cv::Mat largestChannel(const cv::Mat& picture);
 
 // For morphology: side by side cells.
 cv::Mat squareKernel(int side);

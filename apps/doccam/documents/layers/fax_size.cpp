@@ -22,9 +22,9 @@ constexpr std::array<unsigned char, 27> kLongBlackRuns{10, 12, 12, 12, 12, 12, 1
                                                        13, 13, 13, 13, 13, 13, 13, 13, 13,
                                                        13, 13, 13, 13, 13, 13, 13, 13, 13};
 constexpr int kVeryLong = 2560; // whose code of 12 bits repeats
-constexpr std::array<unsigned char, 4> kVertical{1, 3, 6, 7};
-constexpr std::size_t kPass = 4;
-constexpr std::size_t kHorizontal = 3;
+constexpr std::array<unsigned char, 4> kVerticalBits{1, 3, 6, 7};
+constexpr std::size_t kPassBits = 4;
+constexpr std::size_t kHorizontalBits = 3;
 
 std::size_t runBits(int length, bool black) {
     std::size_t bits = 0;
@@ -71,15 +71,15 @@ std::size_t rowBits(const Changes& above, const Changes& row, int width) {
         const int change = row[next];
         const int aside = std::abs(change - above[b]);
         if (above[b] < width && above[b + 1] < change) {
-            bits += kPass;
+            bits += kPassBits;
             at = above[b + 1];
         } else if (aside <= 3) {
-            bits += kVertical[static_cast<std::size_t>(aside)];
+            bits += kVerticalBits[static_cast<std::size_t>(aside)];
             at = change;
             ++next;
         } else {
             const int after = row[next + 1];
-            bits += kHorizontal + runBits(change - std::max(at, 0), black) +
+            bits += kHorizontalBits + runBits(change - std::max(at, 0), black) +
                     runBits(after - change, !black);
             at = after;
             next += 2;

@@ -10,15 +10,21 @@
 namespace doccam::host {
 namespace {
 
-constexpr std::size_t kMaximumColours = 8;
+constexpr std::size_t kMaximumColours = 14;
 constexpr float kAlike = 15;            // of the distances below
 constexpr float kLightnessShare = 0.3F; // thin strokes are seen paler than thick ones of their ink
+constexpr float kPale = 55;             // lightness: of paler ink, more of it counts
+constexpr float kPaleShare = 1.3F;
 constexpr int kRounds = 4;
 constexpr int kFewPixels = 40;
 
+float counted(float lightness) {
+    return kLightnessShare * std::min(lightness, kPale) +
+           kPaleShare * std::max(lightness - kPale, 0.0F);
+}
+
 float distance(const cv::Vec3f& a, const cv::Vec3f& b) {
-    const cv::Vec3f apart = a - b;
-    return std::hypot(kLightnessShare * apart[0], apart[1], apart[2]);
+    return std::hypot(counted(a[0]) - counted(b[0]), a[1] - b[1], a[2] - b[2]);
 }
 
 std::size_t nearest(const std::vector<cv::Vec3f>& palette, const cv::Vec3f& colour) {

@@ -174,4 +174,22 @@ InkPieces inkPieces(const cv::Mat& mask, const InkedPage& inked, bool light) {
     return found;
 }
 
+cv::Mat withoutGrain(const cv::Mat& mask, const InkedPage& inked, bool light) {
+    cv::Mat ink = cv::Mat::zeros(mask.size(), CV_8U);
+    if (cv::countNonZero(mask) == 0) {
+        return ink;
+    }
+    const InkPieces found = inkPieces(mask, inked, light);
+    for (int y = 0; y < mask.rows; ++y) {
+        const int* numbers = found.numbers.ptr<int>(y);
+        auto* row = ink.ptr<unsigned char>(y);
+        for (int x = 0; x < mask.cols; ++x) {
+            const bool isInk =
+                numbers[x] != kNone && found.pieces[static_cast<std::size_t>(numbers[x])].area > 0;
+            row[x] = isInk ? 255 : 0;
+        }
+    }
+    return ink;
+}
+
 } // namespace doccam::host

@@ -28,4 +28,7 @@ struct InkedPage {
 // Of a mask over all the page, without specks. light: of ink that is lighter than its ground.
 InkPieces inkPieces(const cv::Mat& mask, const InkedPage& inked, bool light);
 
+// The mask without specks and grain.
+cv::Mat withoutGrain(const cv::Mat& mask, const InkedPage& inked, bool light);
+
 } // namespace doccam::host

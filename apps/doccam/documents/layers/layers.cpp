@@ -29,10 +29,17 @@ constexpr int kGroundQuality = 55;
 constexpr int kPictureQuality = 80;
 constexpr double kPicturesFinerBy = 1.5; // than the coarse page
 constexpr double kFillsFinerBy = 0.8;
+constexpr double kTooLarge = 1.6;   // a background, of its bytes
+constexpr double kCoarser = 0.8;    // the next try
 constexpr double kPhotograph = 0.5; // of the page is pictures
-constexpr int kUsualQuality = 85;   // of the JPEG that layers must beat
-constexpr double kRemains = 1.2;    // millimetres
-constexpr double kLeastDpi = 120;   // strokes of coarser pages are but shades
+constexpr double kPaperRank = 0.9;  // of the page's levels, the paper's
+constexpr double kDarkerThanPaper = 0.75;
+constexpr double kMuch = 0.25;       // of the page
+constexpr int kUsualQuality = 85;    // of the JPEG that layers must beat
+constexpr double kRemains = 1.2;     // millimetres
+constexpr double kCloseToInk = 0.8;  // millimetres
+constexpr double kInchAcross = 25.4; // millimetres
+constexpr double kLeastDpi = 120;    // strokes of coarser pages are but shades
 constexpr double kMostDpi = 1200;
 constexpr int kBlur = 5; // pixels, as far as the blurred edges of ink reach in both ways
 
@@ -49,7 +56,7 @@ class Splitting {
 
     bool isPhotograph() const { return cv::mean(pictures_)[0] > 255 * kPhotograph; }
 
-    Layers layers() const;
+    std::optional<Layers> layers() const;
 
   private:
     static cv::Mat greyOf(const cv::Mat& page) {
@@ -60,8 +67,10 @@ class Splitting {
         return grey;
     }
 
-    cv::Mat hiddenBy(const InkLevels& levels) const;
-    cv::Mat cleanGround(const cv::Mat& hidden, double finer) const;
+    InkMasks masksOfPixels(const InkLevels& levels) const;
+    cv::Mat hiddenBy(const InkMasks& masks, const InkedPage& inked) const;
+    bool isMostlyElse(const cv::Mat& ground, const cv::Mat& fills) const;
+    cv::Mat cleanGround(const cv::Mat& hidden, const cv::Mat& kept, double finer) const;
     std::vector<unsigned char> background(const cv::Mat& hidden) const;
     void addInks(const InkMasks& masks, const cv::Mat& ground, std::vector<Ink>& inks) const;
     std::vector<Ink> inks(const InkLevels& levels, const cv::Mat& ground,
@@ -82,32 +91,61 @@ class Splitting {
     bool hasPictures_;
 };
 
-// Where ink or its blurred edge lies, in the page's pixels.
-cv::Mat Splitting::hiddenBy(const InkLevels& levels) const {
-    const InkMasks masks = inkMasksAt(1, grey_, coarse_, levels);
-    cv::Mat hidden = masks.light.empty() ? masks.dark : cv::Mat(masks.dark | masks.light);
+InkMasks Splitting::masksOfPixels(const InkLevels& levels) const {
+    InkMasks masks = inkMasksAt(1, grey_, coarse_, levels);
+    if (masks.light.empty()) {
+        masks.light = cv::Mat::zeros(masks.dark.size(), CV_8U);
+    }
+    return masks;
+}
+
+cv::Mat withEdges(const cv::Mat& ink) {
     cv::Mat wide;
-    cv::dilate(hidden, wide, cv::getStructuringElement(cv::MORPH_RECT, {kBlur, kBlur}));
+    cv::dilate(ink, wide, squareKernel(kBlur));
     return wide;
 }
 
-cv::Mat Splitting::cleanGround(const cv::Mat& hidden, double finer) const {
+// Where ink or its blurred edge lies, in the page's pixels. What is too faint or small to become
+// ink stays to be seen, unless it is close to ink.
+cv::Mat Splitting::hiddenBy(const InkMasks& masks, const InkedPage& inked) const {
+    const cv::Mat ink =
+        withoutGrain(masks.dark, inked, false) | withoutGrain(masks.light, inked, true);
+    cv::Mat nearInk;
+    const int close = cvRound(kCloseToInk / kInchAcross * dpi_);
+    cv::dilate(ink, nearInk, squareKernel(2 * close + 1));
+    // At the page's edge, what lies beside the sheet shows.
+    cv::rectangle(nearInk, {0, 0, nearInk.cols, nearInk.rows}, cv::Scalar::all(255), 2 * close + 1);
+    return withEdges(ink | ((masks.dark | masks.light) & nearInk));
+}
+
+cv::Mat Splitting::cleanGround(const cv::Mat& hidden, const cv::Mat& kept, double finer) const {
     const cv::Size size(std::min(cvRound(coarse_.grey.cols * finer), page_.cols),
                         std::min(cvRound(coarse_.grey.rows * finer), page_.rows));
     cv::Mat ground = groundOf(page_, hidden, size);
-    removeRemains(ground, oddCells(coarse_, kRemains * finer), pictures_);
+    cv::Mat keptHere;
+    cv::resize(kept, keptHere, size, 0, 0, cv::INTER_NEAREST);
+    removeRemains(ground, oddCells(coarse_, kRemains * finer), keptHere);
     return ground;
 }
 
 std::vector<unsigned char> Splitting::background(const cv::Mat& hidden) const {
-    const cv::Mat ground = cleanGround(hidden, hasPictures_ ? kPicturesFinerBy : kFillsFinerBy);
+    const cv::Mat faint = faintPrint(groundOf(page_, hidden, coarse_.grey.size()), hidden,
+                                     oddCells(coarse_, kRemains));
+    const bool isFaint = cv::countNonZero(faint) > 0;
+    const double finer = hasPictures_ ? kPicturesFinerBy : (isFaint ? 1 : kFillsFinerBy);
+    cv::Mat ground = cleanGround(hidden, pictures_ | faint, finer);
     if (isWhite(ground)) {
         return {};
     }
-    return hasPictures_
-               ? encodedGround(ground, kPictureQuality,
-                               forThisPage(kPicturePageBytes - kPrintBytes))
-               : encodedGround(ground, kGroundQuality, forThisPage(kPageBytes - kLeastPrintBytes));
+    const int quality = hasPictures_ || isFaint ? kPictureQuality : kGroundQuality;
+    const std::size_t maximum =
+        forThisPage(hasPictures_ ? kPicturePageBytes - kPrintBytes : kPageBytes - kLeastPrintBytes);
+    auto file = encodedGround(ground, quality, maximum);
+    if (static_cast<double>(file.size()) > kTooLarge * static_cast<double>(maximum)) {
+        ground = cleanGround(hidden, pictures_ | faint, finer * kCoarser);
+        file = encodedGround(ground, quality, maximum);
+    }
+    return file;
 }
 
 void Splitting::addInks(const InkMasks& masks, const cv::Mat& ground,
@@ -139,13 +177,29 @@ std::vector<Ink> Splitting::inks(const InkLevels& levels, const cv::Mat& ground,
     return inks;
 }
 
-Layers Splitting::layers() const {
+// Whether much of the page is neither paper nor of one colour, as around a photographed sheet.
+bool Splitting::isMostlyElse(const cv::Mat& ground, const cv::Mat& fills) const {
+    cv::Mat grey = greyOf(ground);
+    cv::Mat ordered;
+    cv::sort(grey.clone().reshape(1, 1), ordered, cv::SORT_EVERY_ROW + cv::SORT_ASCENDING);
+    const int paper = ordered.at<unsigned char>(static_cast<int>(kPaperRank * ordered.cols));
+    const cv::Mat dark = (grey < kDarkerThanPaper * paper) & ~fills & ~pictures_;
+    return cv::countNonZero(dark) > kMuch * static_cast<double>(dark.total());
+}
+
+std::optional<Layers> Splitting::layers() const {
     InkLevels levels = inkLevels(grey_, coarse_, pictures_);
-    cv::Mat hidden = hiddenBy(levels);
-    const cv::Mat ground = cleanGround(hidden, 1);
+    InkMasks masks = masksOfPixels(levels);
+    const cv::Mat ground = cleanGround(withEdges(masks.dark | masks.light), pictures_, 1);
     const std::vector<SolidFill> fills = solidFills(coarse_, ground, pictures_);
     const FilledCells filled = cellsOf(fills, ground);
+    if (isMostlyElse(ground, filled.covered)) {
+        return std::nullopt;
+    }
     adaptToFills(levels, ground, filled.darkCovered, filled.darkInside);
+    masks = masksOfPixels(levels);
+    const InkedPage inked{page_, ground, dpi_};
+    cv::Mat hidden = hiddenBy(masks, inked);
     hidden |= stretched(filled.covered, coarse_, page_.size(), 1) > 0;
 
     Layers layers;
@@ -175,9 +229,9 @@ std::optional<Layers> splitLayers(const cv::Mat& page, double dpi) {
     if (splitting.isPhotograph()) {
         return std::nullopt;
     }
-    Layers layers = splitting.layers();
+    std::optional<Layers> layers = splitting.layers();
     const auto usual = jpegOf(page, kUsualQuality);
-    if (usual && bytesOf(layers) >= usual->size()) {
+    if (layers && usual && bytesOf(*layers) >= usual->size()) {
         return std::nullopt;
     }
     return layers;

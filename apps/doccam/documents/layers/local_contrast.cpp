@@ -1,5 +1,7 @@
 #include "documents/layers/local_contrast.h"
 
+#include "documents/layers/dark_grounds.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -12,9 +14,8 @@ constexpr double kGroundWindow = 6;    // millimetres: what is mostly light ther
 constexpr double kInkShare = 0.24;     // of the way from the ground to the ink
 constexpr int kFaintest = 20;          // levels from the ground
 constexpr int kReverses = 60;          // levels from a dark ground to its light print
-constexpr int kDarkGround = 150;
-constexpr int kFillEdge = 7;     // cells, from outside of a fill to its plain inside
-constexpr int kDarkerPrint = 30; // levels, than the fill it is on
+constexpr int kFillEdge = 7;           // cells, from outside of a fill to its plain inside
+constexpr int kDarkerPrint = 30;       // levels, than the fill it is on
 constexpr int kNoLight = 255;
 constexpr double kLightShare = 0.4;    // of the pixels between light and dark
 constexpr double kReversedReach = 2.4; // millimetres, across
@@ -71,6 +72,12 @@ InkLevels inkLevels(const cv::Mat& grey, const CoarsePage& coarse, const cv::Mat
     levels.lightAbove = levels.onDarkGround.clone();
     levels.lightAbove.setTo(kNoLight, ~light);
     levels.darkBelow.setTo(0, light | pictures);
+    const cv::Mat dark = darkGrounds(coarse, pictures);
+    levels.onDarkGround.copyTo(levels.lightAbove, dark);
+    // Dark print on them is darker still.
+    cv::morphologyEx(coarse.dark, ground, cv::MORPH_CLOSE,
+                     squareKernel(oddCells(coarse, kThickestStroke)));
+    cv::Mat(ground - kDarkerPrint).copyTo(levels.darkBelow, dark);
     levels.anyLight = cv::countNonZero(levels.lightAbove < kNoLight) > 0;
     return levels;
 }

@@ -20,15 +20,6 @@ constexpr double kSameColour = 8;     // levels
 constexpr int kEdge = 3;              // cells from the flat inside to past the edge
 constexpr double kLeastStep = 12;     // levels across the edge
 
-cv::Mat largestChannel(const cv::Mat& picture) {
-    std::vector<cv::Mat> channels;
-    cv::split(picture, channels);
-    for (std::size_t i = 1; i < channels.size(); ++i) {
-        channels[0] = cv::max(channels[0], channels[i]);
-    }
-    return channels[0];
-}
-
 cv::Mat flatAndPrinted(const cv::Mat& ground, const cv::Mat& pictures) {
     cv::Mat range;
     cv::morphologyEx(ground, range, cv::MORPH_GRADIENT, squareKernel(3));

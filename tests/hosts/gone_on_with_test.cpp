@@ -82,6 +82,54 @@ TEST_F(GoneOnWith, IsWithItsTitleUnlessAnotherIsGiven) {
     EXPECT_EQ(run("spool list --title Fourth").status, kUsage);
 }
 
+TEST_F(GoneOnWith, IsWithoutWhatIsDamaged) {
+    RunningProgram program = start(camera(), {"scan", "a.pdf"});
+    program.type("\n\n\n");
+    ASSERT_TRUE(program.says("page 3 taken"));
+    program.signal(SIGTERM);
+    program.finish();
+    const auto before = spooled();
+    const std::string folder = before[0]["folder"];
+    const std::string cut = folder + "/frame-000001.jpg";
+    std::filesystem::resize_file(cut, std::filesystem::file_size(cut) / 2);
+    std::ifstream stream(folder + "/pages.json");
+    auto manifest = nlohmann::json::parse(stream);
+    auto& corners = manifest["pages"][1]["recipe"]["corners"];
+    std::swap(corners[0], corners[1]);
+    std::ofstream(folder + "/pages.json") << manifest;
+    EXPECT_THAT(spooled()[0]["damaged"], ElementsAre("frame-000001.jpg", "frame-000002.jpg"));
+    for (const char* force : {"", "--force "}) {
+        const Outcome outcome = run(std::string("spool resume --json ") + force);
+        EXPECT_EQ(outcome.status, kFileFailed);
+        EXPECT_THAT(outcome.json()["pages"], SizeIs(1));
+        EXPECT_THAT(outcome.err, AllOf(HasSubstr("frame-000001.jpg"), HasSubstr("frame-000002.jpg"),
+                                       HasSubstr("spool resume --force 2")));
+    }
+}
+
+TEST_F(GoneOnWith, IsNothingWhoseListIsDamaged) {
+    leaveOnePage("");
+    const auto documents = spooled();
+    std::ofstream(documents[0]["folder"].get<std::string>() + "/pages.json") << "{";
+    const Outcome scan = runWith(camera(), "scan b.pdf", "\nq\n");
+    EXPECT_THAT(scan.err, AllOf(HasSubstr("1 document not saved"), Not(HasSubstr("--resume"))));
+    EXPECT_EQ(run("scan --resume").status, kNothingFound);
+    const Outcome show = run("spool show " + documents[0]["document"].get<std::string>());
+    EXPECT_THAT(show.err, AllOf(isOneSentence(), HasSubstr("has a damaged list")));
+}
+
+TEST_F(GoneOnWith, IsWhatTheCommandLineAsksForWhateverTheFileSays) {
+    leaveOnePage("");
+    std::ofstream(file("no-spool.toml")) << "[scan]\nno-spool = true\n";
+    std::ofstream(file("crop.toml")) << "[scan]\ncrop = \"rectangle\"\n";
+    EXPECT_EQ(runWith(camera(), "--config no-spool.toml scan --resume", "q\n").status, kDone);
+    for (const std::string option : {"--look photo", "--whole-frame"}) {
+        const Outcome outcome =
+            runWith(camera(), "--config crop.toml scan --force b.pdf " + option, "\nq\n");
+        EXPECT_EQ(outcome.status, kDone) << outcome.err;
+    }
+}
+
 TEST_F(GoneOnWith, AsksForNoPageWhenAllAreThere) {
     leaveOnePage("");
     const Outcome outcome = runWith(camera(), "scan --resume --pages 1");

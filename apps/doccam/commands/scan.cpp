@@ -172,9 +172,7 @@ void addScanCommand(CLI::App& app, Context& context) {
         }
         context.ctrlC = Interrupt::CtrlC::kFinishes;
         context.settle = [&context, &options, said = options] {
-            if (options.resume) {
-                options.keepWay(said);
-            }
+            options.prefer(said);
             context.virtualCamera.sheetFrames = options.plan.automatic ? kSheetFrames : 0;
         };
         context.run = [&context, arguments] { return scanToTarget(context, *arguments); };

@@ -121,7 +121,9 @@ Json asJson(const SpoolEntry& entry, const KeptPage& page) {
 int show(const Context& context, const Spool& spool, const SpoolOptions& options) {
     const SpoolEntry entry = entryOf(spool, options);
     if (!entry.manifest) {
-        throw Failure(kFileFailed, "The document " + asText(entry) + ".");
+        throw Failure(kFileFailed, "The document " + entry.name +
+                                       " has a damaged list of pages; its frames are in " +
+                                       entry.folder.string() + ".");
     }
     Result result(context.options.json, Json::array());
     for (const KeptPage& page : entry.manifest->pages) {

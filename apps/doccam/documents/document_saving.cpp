@@ -49,6 +49,12 @@ SavedDocument saveDocument(const PageDocument& document, PageRenderer& renderer,
     if (!inputs.empty()) {
         saved.complaints = publishDocument(file, std::move(inputs), options, interrupt);
     }
+    if (!saved.pages.empty() && !saved.damaged.empty() && !document.name().empty()) {
+        saved.complaints.push_back("The document stays in the spool: doccam spool resume --force " +
+                                   document.name() +
+                                   " saves it again once the frames are back, doccam spool clear " +
+                                   document.name() + " removes it.");
+    }
     return saved;
 }
 

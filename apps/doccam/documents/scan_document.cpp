@@ -19,8 +19,10 @@ void tellOfUnsaved(const Spool& spool) {
     if (count > 0) {
         complain("The spool has " + std::to_string(count) +
                  (count == 1 ? " document" : " documents") +
-                 " not saved yet; doccam spool list shows more, doccam scan --resume goes on with "
-                 "the newest.");
+                 " not saved yet; doccam spool list shows more" +
+                 (spool.newestUnsaved(PageTaker::kScan).empty()
+                      ? "."
+                      : ", doccam scan --resume goes on with the newest."));
     }
 }
 
@@ -85,8 +87,8 @@ std::unique_ptr<PageDocument> openSpooled(const Spool& spool, const std::string&
                                           std::optional<PageTaker> taker) {
     const std::string chosen = name.empty() ? spool.newestUnsaved(taker) : name;
     if (chosen.empty()) {
-        throw Failure(kNothingFound, "The spool has no document that is not saved; doccam spool "
-                                     "list shows which there are.");
+        throw Failure(kNothingFound, "The spool has no unsaved document that can be gone on with; "
+                                     "doccam spool list shows which there are.");
     }
     return spool.open(chosen);
 }

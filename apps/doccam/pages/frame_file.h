@@ -16,6 +16,9 @@ const char* extensionOf(const FrameFile& frame);
 // Its pixels, blue first; empty if it is damaged, truncated, or larger than any frame.
 cv::Mat decoded(const FrameFile& frame);
 
+// Whether the file of that descriptor begins and ends like a JPEG or a PNG.
+bool isWholeFrame(int file);
+
 // A PNG of pixels, blue first. Throws Failure if there is not enough memory.
 FrameFile frameFileOf(const cv::Mat& pixels);
 

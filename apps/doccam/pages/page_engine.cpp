@@ -9,6 +9,19 @@ DoccamImage imageOf(const cv::Mat& frame) {
             frame.channels() == 1 ? DOCCAM_PIXELS_GREY : DOCCAM_PIXELS_BGR};
 }
 
+bool isSound(const SheetCorners& corners) {
+    DoccamSheet sheet{};
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        sheet.corners[i][0] = corners[i].x;
+        sheet.corners[i][1] = corners[i].y;
+    }
+    const unsigned char pixel = 0; // only the corners count
+    const DoccamImage image{&pixel, 1, 1, 1, DOCCAM_PIXELS_GREY};
+    int width = 0;
+    int height = 0;
+    return doccam_rectified_size(&image, &sheet, &width, &height) != DOCCAM_PAGE_BAD_SHEET;
+}
+
 void failUnlessDone(int result) {
     if (result == DOCCAM_PAGE_NO_MEMORY) {
         throw Failure(kUsage, "A page takes too much memory; give a smaller picture.");

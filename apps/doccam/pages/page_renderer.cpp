@@ -3,6 +3,7 @@
 #include "documents/paper/density_stamp.h"
 #include "host/failure.h"
 #include "pages/calibrated_size.h"
+#include "pages/page_engine.h"
 #include "pages/rendering.h"
 #include "pictures/writing.h"
 
@@ -18,6 +19,9 @@ MadePage makePage(const PageDocument& document, const KeptPage& page) {
     if (page.origin.finished) {
         return {document.file(page.frame), frame.size(),
                 sizePage(frame.size(), {.options = paper})};
+    }
+    if (page.recipe.corners && !isSound(*page.recipe.corners)) {
+        throw DamagedFrame(page.frame);
     }
     const Page made = renderPage(frame, page.recipe);
     const cv::Size size(made->width, made->height);

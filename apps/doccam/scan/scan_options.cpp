@@ -53,11 +53,24 @@ DocumentPlan ScanOptions::documentPlan() const {
             .document = document};
 }
 
-void ScanOptions::keepWay(const ScanOptions& said) {
-    page = said.page;
-    crop = said.crop;
-    look = said.look;
-    plan.whole = said.plan.whole;
+void ScanOptions::prefer(const ScanOptions& said) {
+    if (resume) {
+        page = said.page;
+        noSpool = said.noSpool;
+    }
+    if (resume || said.look) {
+        page.cleanEdges = said.page.cleanEdges;
+        page.cleanBackground = said.page.cleanBackground;
+    }
+    if (resume || said.look || said.plan.whole) {
+        crop = said.crop;
+    }
+    if (resume || !stillStep(said).empty()) {
+        look = said.look;
+    }
+    if (resume || said.crop != Crop::kNone) {
+        plan.whole = said.plan.whole;
+    }
 }
 
 void ScanOptions::adopt(const DocumentPlan& known) {

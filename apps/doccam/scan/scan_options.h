@@ -35,8 +35,8 @@ struct ScanOptions {
     // What the document is to know; its target is absolute.
     DocumentPlan documentPlan() const;
 
-    // Makes pages as said asks for, not by defaults: a resumed document has its own way.
-    void keepWay(const ScanOptions& said);
+    // Leaves defaults that contradict what is said. A resumed document has its own way, not theirs.
+    void prefer(const ScanOptions& said);
 
     // Takes from the plan of a document what was not given.
     void adopt(const DocumentPlan& known);

@@ -60,8 +60,7 @@ std::vector<KeptPage> inOrder(Manifest& manifest, const std::vector<int>& ids) {
 DamagedFrame::DamagedFrame(const std::string& frame)
   : Failure(kFileFailed,
             "The frame " + frame +
-                " is missing or damaged, so its page is left out; drop the page or take it "
-                "again.") {}
+                " is missing or damaged, or its corners are, so its page is left out.") {}
 
 std::optional<Manifest> readManifest(const PrivateFolder& folder) {
     const auto text = folder.read(kManifestFile, kMaximumManifest);
@@ -140,7 +139,7 @@ std::string PageDocument::keep(const FrameFile& frame) {
 
 cv::Mat PageDocument::frame(const std::string& name) const {
     const UniqueFd file = folder_.file(name);
-    if (!file.isOpen()) {
+    if (!file.isOpen() || !isWholeFrame(file.get())) {
         throw DamagedFrame(name);
     }
     try {

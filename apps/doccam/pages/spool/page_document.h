@@ -17,7 +17,7 @@
 
 namespace doccam::host {
 
-// A page's frame is missing or cannot be decoded.
+// A page's frame is missing, ends too early or cannot be decoded, or its corners are no sheet's.
 class DamagedFrame : public Failure {
   public:
     explicit DamagedFrame(const std::string& frame);

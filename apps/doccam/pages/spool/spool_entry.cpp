@@ -1,9 +1,9 @@
 #include "pages/spool/spool_entry.h"
 
 #include "base/unique_fd.h"
+#include "pages/frame_file.h"
+#include "pages/page_engine.h"
 #include "pages/spool/page_document.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -31,12 +31,10 @@ bool fits(char letter, char pattern) {
     }
 }
 
-bool looksLikeAFrame(const UniqueFd& file) {
-    std::array<char, 3> start{};
-    const ssize_t count = file.isOpen() ? pread(file.get(), start.data(), start.size(), 0) : 0;
-    const std::string_view bytes(start.data(), start.size());
-    return count == static_cast<ssize_t>(start.size()) &&
-           (bytes == "\xFF\xD8\xFF" || bytes == "\x89PN");
+bool isWhole(const PrivateFolder& folder, const KeptPage& page) {
+    const UniqueFd file = folder.file(page.frame);
+    return file.isOpen() && isWholeFrame(file.get()) &&
+           (page.origin.finished || !page.recipe.corners || isSound(*page.recipe.corners));
 }
 
 } // namespace
@@ -72,7 +70,7 @@ SpoolEntry describedEntry(const PrivateFolder& spool, const std::filesystem::pat
                      .manifest = readManifest(folder)};
     if (entry.manifest) {
         for (const KeptPage& page : entry.manifest->pages) {
-            if (!looksLikeAFrame(folder.file(page.frame))) {
+            if (!isWhole(folder, page)) {
                 entry.damaged.push_back(page.frame);
             }
         }

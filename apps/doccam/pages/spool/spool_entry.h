@@ -18,7 +18,8 @@ struct SpoolEntry {
     bool inUse = false; // by a running process
     std::uint64_t bytes = 0;
     std::optional<Manifest> manifest{}; // none: it is damaged
-    std::vector<std::string> damaged{}; // frames of pages, missing or evidently none
+    std::vector<std::string>
+        damaged{}; // frames of pages, missing, evidently none, or with bad corners
 
     bool isSaved() const { return manifest && manifest->saved != 0 && !inUse; }
 

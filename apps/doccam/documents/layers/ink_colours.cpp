@@ -97,10 +97,12 @@ std::vector<Ink> inksByColour(const cv::Mat& mask, const InkedPage& inked, bool 
     const InkPieces found = inkPieces(mask, inked, light);
     std::vector<Ink> inks;
     const std::vector<cv::Vec3f> palette = settled(firstPalette(found.pieces), found.pieces, light);
+    inks.reserve(palette.size());
     for (const cv::Vec3f& colour : palette) {
         inks.push_back({cv::Mat::zeros(mask.size(), CV_8U), inBytes(colour)});
     }
     std::vector<std::size_t> inkOf;
+    inkOf.reserve(found.pieces.size());
     for (const InkPiece& piece : found.pieces) {
         inkOf.push_back(nearest(palette, piece.colour));
     }

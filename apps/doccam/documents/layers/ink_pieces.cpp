@@ -88,6 +88,7 @@ struct Sums {
 // The column or row of a picture for each of the mask.
 std::vector<int> placesIn(int pictureCount, int count) {
     std::vector<int> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         places.push_back(static_cast<int>((i + 0.5) * pictureCount / count));
     }

@@ -35,7 +35,7 @@ cv::Mat depthOfBegin(const CoarsePage& coarse, const cv::Mat& contrast) {
 // without print.
 cv::Mat reversed(const cv::Mat& grey, const CoarsePage& coarse) {
     const cv::Mat between = (coarse.bright - coarse.dark > kReverses) & (coarse.dark < kDarkGround);
-    const cv::Mat plain = coarse.bright < kDarkGround;
+    cv::Mat plain = coarse.bright < kDarkGround;
     if (cv::countNonZero(plain) == 0) {
         return plain;
     }

@@ -40,6 +40,7 @@ std::vector<std::string> environmentOf(const ProgramRun& run) {
 // The words as execve takes them, as long as these exist.
 std::vector<char*> pointersTo(std::vector<std::string>& words) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }

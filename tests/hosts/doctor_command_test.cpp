@@ -96,7 +96,7 @@ TEST_F(ModelFile, GetsTheOneForeignCameraAndTheLibraryReadsIt) {
     EXPECT_EQ(added.status, kDone) << added.err;
     EXPECT_EQ(added.json()["added"][0], "abcd:0001  # Odd Cam");
     EXPECT_TRUE(added.json()["givenUp"].empty());
-    EXPECT_EQ(runWith(kForeign, "list").out, "0  Odd Cam\n");
+    EXPECT_EQ(runWith(kForeign, "list").out, "0  Odd Cam  /dev/video0  abcd:0001\n");
 }
 
 TEST_F(ModelFile, GetsNoneOfSeveralForeignCamerasUnnamed) {

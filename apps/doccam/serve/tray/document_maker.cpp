@@ -44,6 +44,8 @@ MadeDocument DocumentMaker::write() {
     }
     try {
         host::documentModule().write(plan, made.path);
+    } catch (const ModuleError& error) {
+        throw TrayError(error.what());
     } catch (const host::DocumentError&) {
         std::filesystem::remove(made.path);
         throw TrayError("the PDF could not be made; see that the disk is not full");

@@ -3,6 +3,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -143,6 +144,19 @@ TEST_F(Pdf, HasTheSizeOfTheCommandLineRatherThanOfTheConfiguration) {
     const Outcome outcome = run("--config sizes.toml pdf a.pdf a.jpg --paper a4 --json");
     ASSERT_EQ(outcome.status, kDone) << outcome.err;
     EXPECT_EQ(outcome.json()["sizes"][0]["dpi_from"], "paper");
+}
+
+TEST_F(Pdf, MayHaveFilesWhoseNamesAreNoUtf8) {
+    drawPicture("a.jpg", {100, 100});
+    const std::string folder = "d\xE4";
+    std::filesystem::create_directory(file(folder));
+    std::ofstream(file(folder + "/bad.jpg")) << "no picture";
+    const Outcome outcome =
+        run("pdf " + folder + "/a.pdf a.jpg " + folder + "/bad.jpg --skip-bad --json");
+    EXPECT_EQ(outcome.status, kFileFailed);
+    EXPECT_THAT(outcome.err, HasSubstr("bad.jpg"));
+    EXPECT_EQ(outcome.json()["pages"], 1);
+    EXPECT_TRUE(std::filesystem::exists(file(folder + "/a.pdf")));
 }
 
 TEST_F(Pdf, SaysWhatItIs) {

@@ -78,45 +78,55 @@ class PdfMaking {
     std::size_t number_ = 0;
 };
 
-// What the process that makes the document reports.
-Json reportOn(const MadeDocument& made) {
-    return {{"draft", made.draft},
-            {"sizes", asJson(made.pages)},
-            {"text", sizeText(made.pages)},
-            {"complaints", made.complaints}};
+struct PdfReport {
+    Json sizes;
+    std::string text;
+    std::vector<std::string> complaints; // with file names, which may be any bytes
+};
+
+void send(const MadeDocument& made, const Report& report) {
+    report(asJson(made.pages).dump());
+    report(sizeText(made.pages));
+    for (const std::string& complaint : made.complaints) {
+        report(complaint);
+    }
+}
+
+PdfReport received(const std::vector<std::string>& reports) {
+    return {Json::parse(reports[0]), reports[1], {reports.begin() + 2, reports.end()}};
 }
 
 // In a separate process, since the files are not to be trusted.
-Json makeApart(const Context& context, const OutputFile& file, const PdfOptions& options,
-               const PictureInputs& inputs) {
+PdfReport makeApart(const Context& context, const OutputFile& file, const PdfOptions& options,
+                    const PictureInputs& inputs) {
     const PictureLimits limits = pictureLimits();
     const std::size_t count = inputs.paths().size() + 1; // and the base
     const Bounds bounds{.bytes = limits.workingBytes() * count,
                         .processor = limits.working * count};
     const Apart made = runApart(*context.interrupt, bounds, [&](const Report& report) {
-        report(reportOn(PdfMaking(context, options, inputs).make(file)).dump());
+        send(PdfMaking(context, options, inputs).make(file), report);
     });
-    if (made.end != ApartEnd::kDone || made.reports.empty()) {
+    if (made.end != ApartEnd::kDone || made.reports.size() < 2) {
         throw Failure(kUsage, "The files for " + file.target().string() +
                                   " cannot be put into a PDF; look whether they are sound.");
     }
-    return Json::parse(made.reports.front());
+    return received(made.reports);
 }
 
-int report(const Context& context, const std::string& target, const Json& made) {
+int report(const Context& context, const std::string& target, const PdfReport& made) {
     const WrittenFile written = describeFile(target);
-    const std::size_t pages = made["sizes"].size();
+    const std::size_t pages = made.sizes.size();
     {
         Result result(context.options.json, asJson(written));
         result.value["pages"] = pages;
-        result.value["sizes"] = made["sizes"];
+        result.value["sizes"] = made.sizes;
         result.tell(asText(written) + "  " + std::to_string(pages) +
-                    (pages == 1 ? " page  " : " pages  ") + made["text"].get<std::string>());
+                    (pages == 1 ? " page  " : " pages  ") + made.text);
     }
-    for (const auto& complaint : made["complaints"]) {
-        complain(complaint.get<std::string>());
+    for (const std::string& complaint : made.complaints) {
+        complain(complaint);
     }
-    return made["complaints"].empty() ? kDone : kFileFailed;
+    return made.complaints.empty() ? kDone : kFileFailed;
 }
 
 int pdf(const Context& context, const PdfOptions& options) {
@@ -136,8 +146,8 @@ int pdf(const Context& context, const PdfOptions& options) {
     }
     OutputFile file(options.target, options.force || options.append);
     const PictureInputs inputs(options.files, *context.interrupt);
-    const Json made = inputs.named([&] { return makeApart(context, file, options, inputs); });
-    file.publish(made["draft"].get<std::string>());
+    const PdfReport made = inputs.named([&] { return makeApart(context, file, options, inputs); });
+    file.publish(draftOf(file));
     return report(context, file.target().string(), made);
 }
 

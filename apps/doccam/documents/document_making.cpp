@@ -93,10 +93,14 @@ void write(const PdfPlan& plan, const OutputFile& file, const std::string& path)
 
 } // namespace
 
+std::string draftOf(const OutputFile& file) {
+    return file.part("draft.pdf");
+}
+
 MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
                           const DocumentOptions& options, const std::string& base,
                           const Interrupt& interrupt) {
-    MadeDocument made{file.part("draft.pdf")};
+    MadeDocument made;
     for (const InputPage& page : pages) {
         made.pages.push_back(sizeOf(page, options.paper));
     }
@@ -126,7 +130,7 @@ MadeDocument makeDocument(const OutputFile& file, std::vector<InputPage> pages,
         }
         plan.pages.push_back(std::move(planned));
     }
-    write(plan, file, made.draft);
+    write(plan, file, draftOf(file));
     return made;
 }
 
@@ -134,7 +138,7 @@ std::vector<std::string> publishDocument(OutputFile& file, std::vector<InputPage
                                          const DocumentOptions& options,
                                          const Interrupt& interrupt) {
     const MadeDocument made = makeDocument(file, std::move(pages), options, "", interrupt);
-    file.publish(made.draft);
+    file.publish(draftOf(file));
     return made.complaints;
 }
 

@@ -12,10 +12,12 @@
 namespace doccam::host {
 
 struct MadeDocument {
-    std::string draft;                     // a part of the file
     std::vector<SizedPage> pages{};        // of PDFs, too
     std::vector<std::string> complaints{}; // what was left undone, a sentence each
 };
+
+// The part of the file that makeDocument() writes.
+std::string draftOf(const OutputFile& file);
 
 // Drafts the pages, after those of the PDF base if it is not empty, as file. Throws Failure;
 // Interruption when the process must end.

@@ -9,12 +9,17 @@ DoccamImage imageOf(const cv::Mat& frame) {
             frame.channels() == 1 ? DOCCAM_PIXELS_GREY : DOCCAM_PIXELS_BGR};
 }
 
-bool isSound(const SheetCorners& corners) {
+DoccamSheet sheetAt(const SheetCorners& corners) {
     DoccamSheet sheet{};
-    for (std::size_t i = 0; i < corners.size(); ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         sheet.corners[i][0] = corners[i].x;
         sheet.corners[i][1] = corners[i].y;
     }
+    return sheet;
+}
+
+bool isSound(const SheetCorners& corners) {
+    const DoccamSheet sheet = sheetAt(corners);
     const unsigned char pixel = 0; // only the corners count
     const DoccamImage image{&pixel, 1, 1, 1, DOCCAM_PIXELS_GREY};
     int width = 0;

@@ -20,6 +20,9 @@ using Page = std::unique_ptr<DoccamPage, FreePage>;
 // The frame's pixels, not copied. It is 8-bit, blue first or grey.
 DoccamImage imageOf(const cv::Mat& frame);
 
+// The sheet with these corners, of no confidence.
+DoccamSheet sheetAt(const SheetCorners& corners);
+
 // Whether they are those of a sheet: none that cross.
 bool isSound(const SheetCorners& corners);
 

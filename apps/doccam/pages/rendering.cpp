@@ -10,15 +10,6 @@
 namespace doccam::host {
 namespace {
 
-DoccamSheet sheetAt(const SheetCorners& corners) {
-    DoccamSheet sheet{};
-    for (std::size_t i = 0; i < 4; ++i) {
-        sheet.corners[i][0] = corners[i].x;
-        sheet.corners[i][1] = corners[i].y;
-    }
-    return sheet;
-}
-
 cv::Mat pixelsOf(const DoccamPage& page) {
     const int type = page.pixels == DOCCAM_PIXELS_GREY ? CV_8UC1 : CV_8UC3;
     return {page.height, page.width, type, page.data, page.stride};

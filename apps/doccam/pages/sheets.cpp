@@ -20,11 +20,7 @@ FoundSheet asFound(const DoccamSheet& sheet) {
 std::optional<FoundSheet> findSheetAgain(const cv::Mat& frame,
                                          const std::optional<FoundSheet>& last) {
     const DoccamImage image = imageOf(frame);
-    DoccamSheet before{};
-    for (std::size_t i = 0; last && i < 4; ++i) {
-        before.corners[i][0] = last->corners[i].x;
-        before.corners[i][1] = last->corners[i].y;
-    }
+    DoccamSheet before = last ? sheetAt(last->corners) : DoccamSheet{};
     before.confidence = last ? last->confidence : 0;
     DoccamSheet sheet{};
     const int count = doccam_find_sheets(&image, last ? &before : nullptr, &sheet, 1);

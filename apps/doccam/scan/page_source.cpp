@@ -63,11 +63,7 @@ PageDraft draftOf(FrameFile frame, cv::Size size, const std::optional<FoundSheet
 cv::Size sizeOfPage(const Recipe& recipe, cv::Size frame) {
     cv::Size size = frame;
     if (recipe.corners) {
-        DoccamSheet sheet{};
-        for (std::size_t i = 0; i < 4; ++i) {
-            sheet.corners[i][0] = (*recipe.corners)[i].x;
-            sheet.corners[i][1] = (*recipe.corners)[i].y;
-        }
+        const DoccamSheet sheet = sheetAt(*recipe.corners);
         const unsigned char pixel = 0;
         // Only the size counts, no pixel is read.
         const DoccamImage image{&pixel, frame.width, frame.height,

@@ -8,6 +8,7 @@ find_package(ZLIB REQUIRED)
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavcodec libavutil libswscale)
 pkg_check_modules(UDEV REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
+pkg_check_modules(ZXING REQUIRED IMPORTED_TARGET zxing)
 
 # libharu ships neither a pkg-config nor a usable CMake file.
 find_path(HPDF_INCLUDE_DIR hpdf.h REQUIRED)

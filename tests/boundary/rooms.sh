@@ -48,9 +48,11 @@ output/files none
 output/pdf output/files
 output/still output/files output/pdf
 barcode base state
+codes base
+codes/readers none
 preview base state
 capture base state faults discovery decode docimage page output barcode preview
-exports base state faults discovery decode docimage page output barcode preview capture
+exports base state faults discovery decode docimage page output barcode codes preview capture
 modules base decode
 modules/formats none
 modules/mjpeg none
@@ -59,6 +61,9 @@ END
 
 above=$(cd "$source" && grep -rnE "^#include \"(state|faults|discovery|decode|docimage|page|output|barcode|preview|capture|exports|modules)/" \
     apps examples || true)
+# Hosts have a folder codes/, too.
+own=$(cd "$source/src" && find codes -name '*.h' | paste -sd '|' | sed 's/\./\\./g')
+above+=$(cd "$source" && grep -rnE "^#include \"($own)\"" apps examples || true)
 [ -z "$above" ] || { echo "rooms: hosts include rooms other than base:" >&2; echo "$above" >&2; failed=1; }
 
 while read -r folder; do

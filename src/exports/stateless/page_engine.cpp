@@ -1,4 +1,5 @@
 // Pages out of pictures: finding sheets, making them upright, giving them a look.
+#include "exports/stateless/image_argument.h"
 #include "page/find.h"
 #include "page/look.h"
 #include "page/quadrilateral.h"
@@ -11,39 +12,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <memory>
-#include <new>
 #include <optional>
 
 namespace doccam {
 namespace {
-
-int channelsOf(int pixels) {
-    switch (pixels) {
-    case DOCCAM_PIXELS_GREY:
-        return 1;
-    case DOCCAM_PIXELS_BGR:
-    case DOCCAM_PIXELS_RGB:
-        return 3;
-    default:
-        return 0;
-    }
-}
-
-bool isValid(const DoccamImage& image) {
-    const int channels = channelsOf(image.pixels);
-    return image.data != nullptr && channels > 0 && image.width > 0 && image.height > 0 &&
-           image.width <= DOCCAM_PAGE_MAX_SIDE && image.height <= DOCCAM_PAGE_MAX_SIDE &&
-           std::int64_t{image.width} * image.height <= DOCCAM_PAGE_MAX_PIXELS &&
-           image.stride >= static_cast<std::size_t>(image.width) * static_cast<unsigned>(channels);
-}
-
-// The caller's pixels, not copied.
-cv::Mat pixelsOf(const DoccamImage& image) {
-    return {image.height, image.width, CV_8UC(channelsOf(image.pixels)),
-            const_cast<unsigned char*>(image.data), image.stride};
-}
 
 cv::Mat blueFirst(const DoccamImage& image) {
     if (image.pixels != DOCCAM_PIXELS_RGB) {
@@ -122,20 +95,6 @@ DoccamPage* asPage(const cv::Mat& picture, int pixels) {
     page->stride = page->pixelsHeld.step[0];
     page->pixels = pixels;
     return page.release();
-}
-
-// Runs action, whose exceptions become results.
-template <typename Action>
-int resultOf(const Action& action) noexcept {
-    try {
-        return action();
-    } catch (const std::bad_alloc&) {
-        return DOCCAM_PAGE_NO_MEMORY;
-    } catch (const cv::Exception& error) {
-        return error.code == cv::Error::StsNoMem ? DOCCAM_PAGE_NO_MEMORY : DOCCAM_PAGE_FAILED;
-    } catch (...) {
-        return DOCCAM_PAGE_FAILED;
-    }
 }
 
 // Runs action with the corners of sheet and the size of its page, if both may be.

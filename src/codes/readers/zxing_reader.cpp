@@ -1,0 +1,125 @@
+#include "codes/readers/reader.h"
+#include "codes/text_encoding.h"
+
+// The type of zxing's texts depends on it.
+#define ZX_USE_UTF8
+#include <ReadBarcode.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace doccam::codes {
+namespace {
+
+// DataBar is left to zbar: zxing 1.4 ends the process on some pictures of stacked ones.
+constexpr std::pair<ZXing::BarcodeFormat, Symbology> kFormats[] = {
+    {ZXing::BarcodeFormat::EAN13, Symbology::kEan13},
+    {ZXing::BarcodeFormat::EAN8, Symbology::kEan8},
+    {ZXing::BarcodeFormat::UPCA, Symbology::kUpcA},
+    {ZXing::BarcodeFormat::UPCE, Symbology::kUpcE},
+    {ZXing::BarcodeFormat::Code128, Symbology::kCode128},
+    {ZXing::BarcodeFormat::Code93, Symbology::kCode93},
+    {ZXing::BarcodeFormat::Code39, Symbology::kCode39},
+    {ZXing::BarcodeFormat::Codabar, Symbology::kCodabar},
+    {ZXing::BarcodeFormat::ITF, Symbology::kItf},
+    {ZXing::BarcodeFormat::QRCode, Symbology::kQr},
+    {ZXing::BarcodeFormat::MicroQRCode, Symbology::kMicroQr},
+    {ZXing::BarcodeFormat::DataMatrix, Symbology::kDataMatrix},
+    {ZXing::BarcodeFormat::Aztec, Symbology::kAztec},
+    {ZXing::BarcodeFormat::PDF417, Symbology::kPdf417},
+    {ZXing::BarcodeFormat::MaxiCode, Symbology::kMaxiCode},
+};
+
+// All codes of goods are enabled together, since each may look like part of another.
+ZXing::BarcodeFormats formatsFor(SymbologySet wanted) {
+    ZXing::BarcodeFormats formats;
+    const bool retail = (wanted & kEveryRetail) != 0;
+    for (const auto& [format, symbology] : kFormats) {
+        if (isRetail(symbology) ? retail : contains(wanted, symbology)) {
+            formats |= format;
+        }
+    }
+    return formats;
+}
+
+std::optional<Symbology> symbologyOf(ZXing::BarcodeFormat format) {
+    for (const auto& [theirs, ours] : kFormats) {
+        if (theirs == format) {
+            return ours;
+        }
+    }
+    return std::nullopt;
+}
+
+ZXing::Binarizer binarizerFor(Threshold threshold) {
+    switch (threshold) {
+    case Threshold::kGlobal:
+        return ZXing::Binarizer::GlobalHistogram;
+    case Threshold::kGiven:
+        return ZXing::Binarizer::FixedThreshold;
+    default:
+        return ZXing::Binarizer::LocalAverage;
+    }
+}
+
+ZXing::DecodeHints hintsFor(ZXing::BarcodeFormats formats, ReadingMode mode) {
+    const bool full = mode.effort == Effort::kFull;
+    return ZXing::DecodeHints()
+        .setFormats(formats)
+        .setTryHarder(true)
+        .setTryRotate(full)
+        .setTryDownscale(full)
+        .setBinarizer(binarizerFor(mode.threshold))
+        .setEanAddOnSymbol(ZXing::EanAddOnSymbol::Read)
+        .setReturnCodabarStartEnd(true);
+}
+
+// An add-on follows a blank, which no code of goods has.
+void partAddon(Sighting& seen) {
+    const std::size_t blank = seen.text.find(' ');
+    if (isRetail(seen.symbology) && blank != std::string::npos) {
+        seen.addon = seen.text.substr(blank + 1);
+        seen.text.resize(blank);
+        seen.bytes = seen.text;
+    }
+}
+
+Sighting sightingOf(const ZXing::Result& result, Symbology symbology) {
+    Sighting seen;
+    seen.symbology = symbology;
+    seen.bytes.assign(result.bytes().begin(), result.bytes().end());
+    seen.text = result.text();
+    if (!isUtf8(seen.text)) {
+        seen.text = asUtf8(seen.bytes);
+    }
+    partAddon(seen);
+    for (std::size_t i = 0; i < seen.corners.size(); ++i) {
+        const ZXing::PointI corner = result.position()[static_cast<int>(i)];
+        seen.corners[i] = {static_cast<double>(corner.x), static_cast<double>(corner.y)};
+    }
+    seen.lines = result.lineCount();
+    seen.reader = ReaderName::kZxing;
+    return seen;
+}
+
+} // namespace
+
+Sightings readWithZxing(const cv::Mat& grey, SymbologySet wanted, ReadingMode mode) {
+    Sightings found;
+    const ZXing::BarcodeFormats formats = formatsFor(wanted);
+    if (formats.empty()) {
+        return found; // would mean all of them
+    }
+    const ZXing::ImageView view(grey.data, grey.cols, grey.rows, ZXing::ImageFormat::Lum,
+                                static_cast<int>(grey.step[0]));
+    for (const ZXing::Result& result : ZXing::ReadBarcodes(view, hintsFor(formats, mode))) {
+        const auto symbology = symbologyOf(result.format());
+        if (symbology && result.isValid()) {
+            found.push_back(sightingOf(result, *symbology));
+        }
+    }
+    return found;
+}
+
+} // namespace doccam::codes

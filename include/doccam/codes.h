@@ -40,7 +40,9 @@ enum DoccamSymbology {
 #define DOCCAM_SYMBOLOGIES_ALL 0x1ffffU
 
 /* Results below 0. */
-#define DOCCAM_CODES_BAD_IMAGE (-1) /* no pixels, a size beyond the limits, a stride below a row */
+#define DOCCAM_CODES_BAD_IMAGE                                                                     \
+    (-1) /* no pixels, a size beyond the limits, a stride below a row                              \
+          */
 /* A null pointer, a set that is empty or has other bits, seconds below 0 or no number. */
 #define DOCCAM_CODES_BAD_ARGUMENT (-2)
 #define DOCCAM_CODES_NO_MEMORY (-4)

@@ -6,6 +6,7 @@
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <zint.h>
 
 #include <filesystem>
 #include <fstream>
@@ -142,6 +143,40 @@ void addCodes(const Seeds& seeds) {
     seeds.add("code_file", "no_code_jpg", joined({{1}, encoded(".jpg", page())}));
 }
 
+// A code of each symbology for the readers, a pixel per module.
+void addSymbologies(const Seeds& seeds) {
+    const std::pair<const char*, Code> codes[] = {
+        {"aztec", {BARCODE_AZTEC, "Aztec 1", ""}},
+        {"codabar", {BARCODE_CODABAR, "A12B", ""}},
+        {"code39", {BARCODE_CODE39, "C 39", ""}},
+        {"code93", {BARCODE_CODE93, "C93", ""}},
+        {"code128", code128("C 128")},
+        {"databar", {BARCODE_DBAR_OMN, "0950110153000", ""}},
+        {"databar_expanded", {BARCODE_DBAR_EXP, "[01]98898765432106", "", -1, 0, GS1_MODE}},
+        {"databar_stacked", {BARCODE_DBAR_EXPSTK, "[01]98898765432106", "", -1, 0, GS1_MODE}},
+        {"data_matrix", {BARCODE_DATAMATRIX, "Matrix", ""}},
+        {"ean13", {BARCODE_EANX, "978020137962+51234", ""}},
+        {"ean8", {BARCODE_EANX, "1234567", ""}},
+        {"itf", {BARCODE_C25INTER, "123456", ""}},
+        {"micro_qr", {BARCODE_MICROQR, "12345", ""}},
+        {"pdf417", {BARCODE_PDF417, "PDF 417", ""}},
+        {"qr", qrCode("page 1")},
+        {"upca", {BARCODE_UPCA, "01234567890+12", ""}},
+        {"upce", {BARCODE_UPCE, "1234567", ""}},
+    };
+    for (const auto& [name, code] : codes) {
+        const cv::Mat drawn = drawCode(code, 1);
+        // A few rows of the bars, the quiet zone above them, and the add-on's.
+        const cv::Mat part =
+            drawn.cols > 90 ? drawn.rowRange(0, std::min(drawn.rows, 24)).clone() : drawn;
+        const Bytes input =
+            joined({{0, 2}, word(static_cast<unsigned>(part.cols - 1)), packed(part)});
+        for (const char* target : {"zbar_reader", "zxing_reader", "read_codes"}) {
+            seeds.add(target, name, input);
+        }
+    }
+}
+
 void addTexts(const Seeds& seeds) {
     seeds.add("supported_models", "remarks",
               std::string("# models\n\n0c45:6366  # one\r\n 1778:0210"));
@@ -249,6 +284,7 @@ int main(int count, char** arguments) {
     addFrames(seeds);
     addPages(seeds);
     addCodes(seeds);
+    addSymbologies(seeds);
     addTexts(seeds);
     addViews(seeds);
     addRequests(seeds);

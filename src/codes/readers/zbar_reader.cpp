@@ -1,8 +1,11 @@
 #include "base/handles/zbar_handles.h"
+#include "codes/bar_place.h"
 #include "codes/corners.h"
 #include "codes/readers/reader.h"
 #include "codes/text_encoding.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <new>
 #include <optional>
 #include <utility>
@@ -84,43 +87,78 @@ cv::Point2d readingDirection(const zbar::zbar_symbol_t* symbol) {
     }
 }
 
-// Of linear codes, zbar reports the ends of the scan lines; of QR codes the corners, anticlockwise.
-Corners cornersOf(const zbar::zbar_symbol_t* symbol, bool linear) {
+std::vector<cv::Point2d> pointsOf(const zbar::zbar_symbol_t* symbol) {
     std::vector<cv::Point2d> points;
     for (unsigned i = 0; i < zbar::zbar_symbol_get_loc_size(symbol); ++i) {
         points.emplace_back(zbar::zbar_symbol_get_loc_x(symbol, i),
                             zbar::zbar_symbol_get_loc_y(symbol, i));
     }
-    if (!linear && points.size() == 4) {
-        return {points[0], points[3], points[2], points[1]};
+    return points;
+}
+
+// The longest of the scan lines, whose ends are near each other in the list of points.
+std::pair<cv::Point2d, cv::Point2d> longestLine(const std::vector<cv::Point2d>& points) {
+    constexpr std::size_t kNear = 3;
+    std::pair<cv::Point2d, cv::Point2d> longest{points[0], points[0]};
+    double length = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        for (std::size_t j = i + 1; j < std::min(points.size(), i + 1 + kNear); ++j) {
+            if (cv::norm(points[j] - points[i]) > length) {
+                length = cv::norm(points[j] - points[i]);
+                longest = {points[i], points[j]};
+            }
+        }
     }
-    return points.empty() ? Corners{} : rectangleAround(points, readingDirection(symbol));
+    return longest;
+}
+
+Corners barCorners(const cv::Mat& grey, const std::vector<cv::Point2d>& points,
+                   cv::Point2d reading) {
+    auto [from, to] = longestLine(points);
+    if ((to - from).dot(reading) < 0) {
+        std::swap(from, to);
+    }
+    const auto bars = barsAcross(grey, from, to);
+    return bars ? *bars : rectangleAround(points, reading);
+}
+
+// Of linear codes, zbar reports ends of scan lines; of QR codes the corners, anticlockwise.
+Corners cornersOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol, bool linear) {
+    const std::vector<cv::Point2d> points = pointsOf(symbol);
+    if (points.empty()) {
+        return {};
+    }
+    if (linear) {
+        return barCorners(grey, points, readingDirection(symbol));
+    }
+    return points.size() == 4 ? Corners{points[0], points[3], points[2], points[1]}
+                              : rectangleAround(points, readingDirection(symbol));
 }
 
 std::string dataOf(const zbar::zbar_symbol_t* symbol) {
     return {zbar::zbar_symbol_get_data(symbol), zbar::zbar_symbol_get_data_length(symbol)};
 }
 
-Sighting sightingOf(const zbar::zbar_symbol_t* symbol, Symbology symbology) {
+Sighting sightingOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol, Symbology symbology) {
     Sighting seen;
     seen.symbology = symbology;
     seen.bytes = dataOf(symbol);
     seen.text = asUtf8(seen.bytes);
-    seen.corners = cornersOf(symbol, isLinear(symbology));
+    seen.corners = cornersOf(grey, symbol, isLinear(symbology));
     seen.lines = isLinear(symbology) ? zbar::zbar_symbol_get_quality(symbol) : 0;
     seen.reader = ReaderName::kZbar;
     return seen;
 }
 
 // A code of goods and its add-on.
-std::optional<Sighting> compositeOf(const zbar::zbar_symbol_t* symbol) {
+std::optional<Sighting> compositeOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol) {
     std::optional<Sighting> seen;
     std::string addon;
     const auto* part = zbar::zbar_symbol_set_first_symbol(zbar::zbar_symbol_get_components(symbol));
     for (; part != nullptr; part = zbar::zbar_symbol_next(part)) {
         const auto type = zbar::zbar_symbol_get_type(part);
         if (const auto symbology = symbologyOf(type)) {
-            seen = sightingOf(part, *symbology);
+            seen = sightingOf(grey, part, *symbology);
         } else if (type == zbar::ZBAR_EAN2 || type == zbar::ZBAR_EAN5) {
             addon = dataOf(part);
         }
@@ -132,13 +170,13 @@ std::optional<Sighting> compositeOf(const zbar::zbar_symbol_t* symbol) {
 }
 
 // Nothing for an add-on alone.
-std::optional<Sighting> sightingOf(const zbar::zbar_symbol_t* symbol) {
+std::optional<Sighting> sightingOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol) {
     const auto type = zbar::zbar_symbol_get_type(symbol);
     if (type == zbar::ZBAR_COMPOSITE) {
-        return compositeOf(symbol);
+        return compositeOf(grey, symbol);
     }
     const auto symbology = symbologyOf(type);
-    return symbology ? std::optional(sightingOf(symbol, *symbology)) : std::nullopt;
+    return symbology ? std::optional(sightingOf(grey, symbol, *symbology)) : std::nullopt;
 }
 
 } // namespace
@@ -154,7 +192,7 @@ Sightings readWithZbar(const cv::Mat& grey, SymbologySet wanted) {
     const auto* symbol =
         zbar::zbar_symbol_set_first_symbol(zbar::zbar_image_get_symbols(picture.get()));
     for (; symbol != nullptr; symbol = zbar::zbar_symbol_next(symbol)) {
-        if (auto seen = sightingOf(symbol)) {
+        if (auto seen = sightingOf(packed, symbol)) {
             found.push_back(*std::move(seen));
         }
     }

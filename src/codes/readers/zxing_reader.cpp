@@ -1,3 +1,5 @@
+#include "codes/bar_place.h"
+#include "codes/painting_out.h"
 #include "codes/readers/reader.h"
 #include "codes/text_encoding.h"
 
@@ -12,7 +14,7 @@
 namespace doccam::codes {
 namespace {
 
-// DataBar is left to zbar: zxing 1.4 ends the process on some pictures of stacked ones.
+// DataBar is left to zbar: zxing 1.4 ends the process when it compares two lines of some.
 constexpr std::pair<ZXing::BarcodeFormat, Symbology> kFormats[] = {
     {ZXing::BarcodeFormat::EAN13, Symbology::kEan13},
     {ZXing::BarcodeFormat::EAN8, Symbology::kEan8},
@@ -103,21 +105,58 @@ Sighting sightingOf(const ZXing::Result& result, Symbology symbology) {
     return seen;
 }
 
-} // namespace
+ZXing::ImageView viewOf(const cv::Mat& grey) {
+    return {grey.data, grey.cols, grey.rows, ZXing::ImageFormat::Lum,
+            static_cast<int>(grey.step[0])};
+}
 
-Sightings readWithZxing(const cv::Mat& grey, SymbologySet wanted, ReadingMode mode) {
-    Sightings found;
-    const ZXing::BarcodeFormats formats = formatsFor(wanted);
-    if (formats.empty()) {
-        return found; // would mean all of them
-    }
-    const ZXing::ImageView view(grey.data, grey.cols, grey.rows, ZXing::ImageFormat::Lum,
-                                static_cast<int>(grey.step[0]));
-    for (const ZXing::Result& result : ZXing::ReadBarcodes(view, hintsFor(formats, mode))) {
+void addSightings(Sightings& found, const ZXing::Results& results) {
+    for (const ZXing::Result& result : results) {
         const auto symbology = symbologyOf(result.format());
         if (symbology && result.isValid()) {
             found.push_back(sightingOf(result, *symbology));
         }
+    }
+}
+
+// Gives the code the corners of its bars, since one that is read alone has the place of two lines.
+void placeBars(const cv::Mat& grey, Sighting& seen) {
+    const cv::Point2d from = (seen.corners[0] + seen.corners[3]) / 2;
+    const cv::Point2d to = (seen.corners[1] + seen.corners[2]) / 2;
+    if (const auto bars = barsAcross(grey, from, to)) {
+        seen.corners = *bars;
+    }
+}
+
+// One after the other, each painted out before the next is read: zxing 1.4 ends the process when it
+// compares two linear codes of the same content.
+void addLinear(Sightings& found, const cv::Mat& grey, const ZXing::DecodeHints& hints) {
+    constexpr int kMaximumCodes = 64;
+    cv::Mat rest = grey;
+    for (int count = 0; count < kMaximumCodes; ++count) {
+        const std::size_t before = found.size();
+        addSightings(found, ZXing::ReadBarcodes(viewOf(rest), hints));
+        if (found.size() == before) {
+            return;
+        }
+        placeBars(grey, found.back());
+        if (count == 0) {
+            rest = grey.clone();
+        }
+        paintOut(rest, found.back());
+    }
+}
+
+} // namespace
+
+Sightings readWithZxing(const cv::Mat& grey, SymbologySet wanted, ReadingMode mode) {
+    Sightings found;
+    // No formats would mean all of them.
+    if (const auto formats = formatsFor(wanted & kEveryMatrix); !formats.empty()) {
+        addSightings(found, ZXing::ReadBarcodes(viewOf(grey), hintsFor(formats, mode)));
+    }
+    if (const auto formats = formatsFor(wanted & kEveryLinear); !formats.empty()) {
+        addLinear(found, grey, hintsFor(formats, mode).setMaxNumberOfSymbols(1));
     }
     return found;
 }

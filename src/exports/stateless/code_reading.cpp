@@ -96,8 +96,8 @@ int doccam_read_codes(const DoccamImage* image, unsigned symbologies, double sec
         return DOCCAM_CODES_BAD_IMAGE;
     }
     return doccam::resultOf([&] {
-        auto codes = doccam::asCodes(
-            doccam::codes::readCodes(doccam::greyOf(*image), symbologies, seconds));
+        auto codes =
+            doccam::asCodes(doccam::codes::readCodes(doccam::greyOf(*image), symbologies, seconds));
         const auto count = static_cast<int>(codes->count);
         *result = codes.release();
         return count;

@@ -2,10 +2,9 @@
 #include "read_picture.h"
 #include "unit/barcode/code_drawing.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
 #include <zint.h>
 
 #include <cmath>
@@ -89,12 +88,11 @@ TEST_F(CodeInterface, TakesAnyTime) {
 }
 
 TEST_F(CodeInterface, RefusesImagesBeyondItsLimits) {
-    for (const DoccamImage& image :
-         {DoccamImage{nullptr, 10, 10, 30, DOCCAM_PIXELS_BGR},
-          DoccamImage{picture_.data, 0, 10, 30, DOCCAM_PIXELS_BGR},
-          DoccamImage{picture_.data, 10, 10, 29, DOCCAM_PIXELS_BGR},
-          DoccamImage{picture_.data, 32768, 1, 98304, DOCCAM_PIXELS_BGR},
-          DoccamImage{picture_.data, 10, 10, 30, DOCCAM_PIXELS_BITS}}) {
+    for (const DoccamImage& image : {DoccamImage{nullptr, 10, 10, 30, DOCCAM_PIXELS_BGR},
+                                     DoccamImage{picture_.data, 0, 10, 30, DOCCAM_PIXELS_BGR},
+                                     DoccamImage{picture_.data, 10, 10, 29, DOCCAM_PIXELS_BGR},
+                                     DoccamImage{picture_.data, 32768, 1, 98304, DOCCAM_PIXELS_BGR},
+                                     DoccamImage{picture_.data, 10, 10, 30, DOCCAM_PIXELS_BITS}}) {
         EXPECT_EQ(doccam_read_codes(&image, DOCCAM_QR, 1, &codes_), DOCCAM_CODES_BAD_IMAGE);
         EXPECT_EQ(codes_, nullptr);
     }

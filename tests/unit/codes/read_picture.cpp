@@ -35,8 +35,8 @@ PictureRead readPicture(const cv::Mat& picture, unsigned symbologies, double sec
     PictureRead read;
     if (result != nullptr) {
         EXPECT_EQ(static_cast<std::size_t>(count), result->count);
-        std::transform(result->codes, result->codes + result->count,
-                       std::back_inserter(read.codes), copyOf);
+        std::transform(result->codes, result->codes + result->count, std::back_inserter(read.codes),
+                       copyOf);
         read.complete = result->complete != 0;
     }
     doccam_codes_free(result);

@@ -27,7 +27,8 @@ float levelAt(const cv::Mat& grey, cv::Point2d place) {
     const auto below = static_cast<float>(place.y - y);
     const unsigned char* const row = grey.ptr(y) + x;
     const unsigned char* const next = grey.ptr(y + 1) + x;
-    const auto upper = static_cast<float>(row[0]) * (1 - right) + static_cast<float>(row[1]) * right;
+    const auto upper =
+        static_cast<float>(row[0]) * (1 - right) + static_cast<float>(row[1]) * right;
     const auto lower =
         static_cast<float>(next[0]) * (1 - right) + static_cast<float>(next[1]) * right;
     return upper * (1 - below) + lower * below;
@@ -119,7 +120,8 @@ Cut lastAlike(const cv::Mat& grey, const Cut& first, cv::Point2d down) {
         double most = -1;
         for (const int aside : {0, -1, 1}) {
             const Cut tried = now.movedBy(now.across * static_cast<double>(aside));
-            const double alike = isInside(grey, tried) ? likeness(bars, profileOf(grey, tried)) : -1;
+            const double alike =
+                isInside(grey, tried) ? likeness(bars, profileOf(grey, tried)) : -1;
             if (alike > most + 0.01) {
                 most = alike;
                 best = tried;
@@ -136,6 +138,13 @@ Cut lastAlike(const cv::Mat& grey, const Cut& first, cv::Point2d down) {
     return last;
 }
 
+// From the upper to the lower of two cuts through the same bars, if they are apart.
+cv::Point2d alongBars(const Cut& top, const Cut& bottom, cv::Point2d otherwise) {
+    const cv::Point2d way = bottom.middle - top.middle;
+    constexpr double kApart = 6; // pixels, below which the direction says little
+    return cv::norm(way) < kApart ? otherwise : way / cv::norm(way);
+}
+
 } // namespace
 
 std::optional<Corners> barsAcross(const cv::Mat& grey, cv::Point2d from, cv::Point2d to) {
@@ -144,15 +153,52 @@ std::optional<Corners> barsAcross(const cv::Mat& grey, cv::Point2d from, cv::Poi
         return std::nullopt;
     }
     const cv::Point2d middle = (from + to) / 2;
-    const cv::Point2d across = acrossBars(grey, from, (to - from) / length, length);
-    const Cut cut{middle, across, (from - middle).dot(across), (to - middle).dot(across)};
-    if (!isInside(grey, cut)) {
-        return std::nullopt;
+    cv::Point2d across = acrossBars(grey, from, (to - from) / length, length);
+    Cut top;
+    Cut bottom;
+    // The second time, in the direction that following the bars has shown.
+    for (int round = 0; round < 2; ++round) {
+        const Cut cut{middle, across, (from - middle).dot(across), (to - middle).dot(across)};
+        if (!isInside(grey, cut)) {
+            return std::nullopt;
+        }
+        const cv::Point2d down(-across.y, across.x);
+        top = lastAlike(grey, cut, -down);
+        bottom = lastAlike(grey, cut, down);
+        const cv::Point2d along = alongBars(top, bottom, down);
+        across = {along.y, -along.x};
     }
-    const cv::Point2d down(-across.y, across.x);
-    const Cut top = lastAlike(grey, cut, -down);
-    const Cut bottom = lastAlike(grey, cut, down);
     return Corners{top.start(), top.end(), bottom.end(), bottom.start()};
+}
+
+std::optional<Corners> barsThrough(const cv::Mat& grey, const std::vector<cv::Point2d>& points,
+                                   cv::Point2d from, cv::Point2d to) {
+    const auto bars = barsAcross(grey, from, to);
+    if (!bars) {
+        return bars;
+    }
+    const cv::Point2d along = alongOf(*bars);
+    const cv::Point2d across(along.y, -along.x);
+    cv::Point2d middle;
+    for (const cv::Point2d point : points) {
+        middle += point / static_cast<double>(points.size());
+    }
+    double before = 0;
+    double after = 0;
+    for (const cv::Point2d point : points) {
+        before = std::min(before, (point - middle).dot(across));
+        after = std::max(after, (point - middle).dot(across));
+    }
+    const auto all = barsAcross(grey, middle + across * before, middle + across * after);
+    return all ? all : bars;
+}
+
+cv::Point2d alongOf(const Corners& bars) {
+    const cv::Point2d along = bars[3] - bars[0] + bars[2] - bars[1];
+    const cv::Point2d across = bars[1] - bars[0];
+    const double length = cv::norm(along);
+    const double width = std::max(cv::norm(across), 1e-9);
+    return length > 1 ? along / length : cv::Point2d(-across.y, across.x) / width;
 }
 
 } // namespace doccam::codes

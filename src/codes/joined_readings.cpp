@@ -3,31 +3,75 @@
 #include "codes/corners.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace doccam::codes {
 namespace {
-
-// Lines that must agree where nothing else confirms a code without a check digit.
-constexpr int kLinesOfOneReader = 12;
 
 bool hasPlace(const Sighting& seen) {
     return boundsOf(seen.corners).area() > 0;
 }
 
-// Whether the place of seen is better known than that of other: zbar's are ends of scan lines.
+// Whether the place of seen is better known than that of other.
 bool isBetterPlaced(const Sighting& seen, const Sighting& other) {
-    return !hasPlace(other) || (hasPlace(seen) && other.reader == ReaderName::kZbar &&
-                                seen.reader == ReaderName::kZxing);
+    const auto rank = [](const Sighting& sighting) {
+        return std::tuple(hasPlace(sighting), !sighting.aligned,
+                          sighting.reader == ReaderName::kZxing);
+    };
+    return rank(seen) > rank(other);
 }
 
 // zbar reports linear codes of one content as one, wherever they are.
 bool isAnywhere(const Sighting& seen) {
-    return !hasPlace(seen) || (isLinear(seen.symbology) && seen.reader == ReaderName::kZbar);
+    return !hasPlace(seen) ||
+           (isLinear(seen.symbology) && seen.reader == ReaderName::kZbar && !seen.aligned);
+}
+
+void add(Joined& joined, const Sighting& seen) {
+    Sighting& code = joined.code;
+    if (isBetterPlaced(seen, code)) {
+        code.corners = seen.corners;
+        code.aligned = seen.aligned;
+    }
+    // zxing keeps the bytes of texts in other encodings.
+    if (seen.reader == ReaderName::kZxing && code.reader == ReaderName::kZbar) {
+        code.bytes = seen.bytes;
+        code.text = seen.text;
+        code.reader = seen.reader;
+    }
+    if (seen.addon.size() > code.addon.size()) {
+        code.addon = seen.addon;
+    }
+    const bool zbar = seen.reader == ReaderName::kZbar;
+    (zbar ? joined.zbar : joined.zxing) = true;
+    (zbar ? joined.zbarLines : joined.zxingLines) += seen.lines;
+    joined.aligned = joined.aligned || seen.aligned;
+}
+
+// How far a code is to be believed beside another one in its place.
+auto rankOf(const Joined& joined) {
+    return std::tuple(!isUnchecked(joined.code.symbology), joined.aligned,
+                      joined.zbar && joined.zxing, joined.code.text.size(),
+                      joined.zbarLines + joined.zxingLines);
+}
+
+// EAN-8 and UPC-E are short enough to be seen within other bars.
+bool isShort(Symbology symbology) {
+    return symbology == Symbology::kEan8 || symbology == Symbology::kUpcE;
 }
 
 } // namespace
 
-JoinedReadings::Joined* JoinedReadings::sameAs(const Sighting& seen) {
+bool isSure(const Joined& joined) {
+    constexpr int kLines = 8;
+    const bool agreed = (joined.zbar && joined.zxing) || joined.zbarLines >= kLines;
+    if (isUnchecked(joined.code.symbology)) {
+        return joined.aligned || (joined.alone && agreed);
+    }
+    return !isShort(joined.code.symbology) || joined.aligned || agreed;
+}
+
+Joined* JoinedReadings::sameAs(const Sighting& seen) {
     const auto same = std::find_if(joined_.begin(), joined_.end(), [&](const Joined& joined) {
         return joined.code.symbology == seen.symbology &&
                (joined.code.bytes == seen.bytes || joined.code.text == seen.text) &&
@@ -37,42 +81,29 @@ JoinedReadings::Joined* JoinedReadings::sameAs(const Sighting& seen) {
     return same != joined_.end() ? &*same : nullptr;
 }
 
-void JoinedReadings::add(Joined& joined, const Sighting& seen) {
-    if (isBetterPlaced(seen, joined.code)) {
-        joined.code.corners = seen.corners;
-        // zxing keeps the bytes of texts in other encodings.
-        if (seen.reader == ReaderName::kZxing) {
-            joined.code.bytes = seen.bytes;
-            joined.code.text = seen.text;
-            joined.code.reader = seen.reader;
-        }
-    }
-    if (seen.addon.size() > joined.code.addon.size()) {
-        joined.code.addon = seen.addon;
-    }
-    (seen.reader == ReaderName::kZbar ? joined.zbar : joined.zxing) = true;
-    (seen.reader == ReaderName::kZbar ? joined.zbarLines : joined.zxingLines) += seen.lines;
-}
-
 void JoinedReadings::add(const Sightings& sightings) {
     for (const Sighting& seen : sightings) {
         Joined* joined = sameAs(seen);
         if (joined == nullptr) {
             joined = &joined_.emplace_back(Joined{.code = seen});
         }
-        add(*joined, seen);
+        codes::add(*joined, seen);
     }
 }
 
-bool JoinedReadings::isSure(const Joined& joined) {
-    return !isUnchecked(joined.code.symbology) || (joined.zbar && joined.zxing) ||
-           std::max(joined.zbarLines, joined.zxingLines) >= kLinesOfOneReader;
+bool JoinedReadings::isOutdone(const Joined& joined) const {
+    return std::any_of(joined_.begin(), joined_.end(), [&](const Joined& other) {
+        return &other != &joined && isSure(other) &&
+               isLinear(other.code.symbology) == isLinear(joined.code.symbology) &&
+               areOfOneCode(other.code.corners, joined.code.corners) &&
+               rankOf(other) > rankOf(joined);
+    });
 }
 
 Sightings JoinedReadings::codes(SymbologySet wanted) const {
     Sightings codes;
     for (const Joined& joined : joined_) {
-        if (contains(wanted, joined.code.symbology) && isSure(joined)) {
+        if (contains(wanted, joined.code.symbology) && isSure(joined) && !isOutdone(joined)) {
             codes.push_back(joined.code);
         }
     }

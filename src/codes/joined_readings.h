@@ -3,28 +3,39 @@
 
 #include "codes/sighting.h"
 
+#include <vector>
+
 namespace doccam::codes {
+
+// What is known of a code.
+struct Joined {
+    Sighting code;
+    int zbarLines = 0;
+    int zxingLines = 0;
+    bool zbar = false;
+    bool zxing = false;
+    bool aligned = false; // read straight across, from paper to paper
+    bool alone = false;   // there is paper left and right of the bars
+};
+
+// Whether the readings of a code suffice to report it.
+bool isSure(const Joined& joined);
 
 // Gathers sightings of one picture, and says which codes they are of.
 class JoinedReadings {
   public:
     void add(const Sightings& sightings);
 
-    // The codes of the set, from top to bottom. What stays doubtful is not among them.
+    // All of them, doubtful ones, too.
+    std::vector<Joined>& all() { return joined_; }
+
+    // The sure ones of the set, from top to bottom. Of several that lie over each other, the
+    // surest.
     Sightings codes(SymbologySet wanted) const;
 
   private:
-    struct Joined {
-        Sighting code;
-        int zbarLines = 0;
-        int zxingLines = 0;
-        bool zbar = false;
-        bool zxing = false;
-    };
-
-    static void add(Joined& joined, const Sighting& seen);
-    static bool isSure(const Joined& joined);
     Joined* sameAs(const Sighting& seen);
+    bool isOutdone(const Joined& joined) const;
 
     std::vector<Joined> joined_;
 };

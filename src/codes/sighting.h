@@ -24,6 +24,8 @@ struct Sighting {
     Corners corners{};
     int lines = 0; // linear codes: scan lines on which it was read
     ReaderName reader = ReaderName::kZbar;
+    bool aligned =
+        false; // linear codes: read straight across all of their bars, from paper to paper
 };
 
 using Sightings = std::vector<Sighting>;

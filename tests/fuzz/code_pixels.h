@@ -10,7 +10,8 @@
 
 namespace doccam::test {
 
-// Each byte is a pixel, enlarged up to three times, so that mutations change whole modules of codes.
+// Each byte is a pixel, enlarged up to three times, so that mutations change whole modules of
+// codes.
 inline cv::Mat pictureOf(Input& input) {
     constexpr int kMaximumWidth = 256;
     constexpr std::size_t kMaximumPixels = 1 << 14;

@@ -26,8 +26,8 @@ void requireSound(const DoccamCode& code, unsigned wanted) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace doccam::test;
     Input input(data, size);
-    const unsigned wanted = input.byte() % 2 == 0 ? DOCCAM_SYMBOLOGIES_ALL
-                                                  : DOCCAM_SYMBOLOGIES_MATRIX;
+    const unsigned wanted =
+        input.byte() % 2 == 0 ? DOCCAM_SYMBOLOGIES_ALL : DOCCAM_SYMBOLOGIES_MATRIX;
     const cv::Mat picture = pictureOf(input);
     const DoccamImage image{picture.data, picture.cols, picture.rows, picture.step,
                             DOCCAM_PIXELS_GREY};

@@ -5,8 +5,8 @@
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace doccam;
     test::Input input(data, size);
-    const codes::SymbologySet wanted = input.byte() % 2 == 0 ? codes::kEverySymbology
-                                                             : codes::kEveryMatrix;
+    const codes::SymbologySet wanted =
+        input.byte() % 2 == 0 ? codes::kEverySymbology : codes::kEveryMatrix;
     codes::readWithZxing(test::pictureOf(input), wanted);
     return 0;
 }

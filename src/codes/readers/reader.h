@@ -10,7 +10,7 @@
 
 namespace doccam::codes {
 
-// How hard zxing tries, where zbar has no choice.
+// What zxing tries; zbar has no choice.
 enum class Effort {
     kFull,   // every direction, and a reduced picture beside the given one
     kUpright // as the picture is, and upside down
@@ -26,6 +26,8 @@ enum class Threshold {
 struct ReadingMode {
     Effort effort = Effort::kFull;
     Threshold threshold = Threshold::kLocal;
+    int lines = 2;               // scan lines that must agree on a linear code
+    bool addonsRequired = false; // codes of goods with add-ons alone
 };
 
 Sightings readWithZbar(const cv::Mat& grey, SymbologySet wanted);

@@ -58,6 +58,7 @@ ZbarScanner scannerFor(SymbologySet wanted) {
     for (const auto& [type, symbology] : kTypes) {
         enable(scanner.get(), type, isRetail(symbology) ? retail : contains(wanted, symbology));
     }
+    // Not as composites, which zbar makes of any code and add-on in a picture.
     enable(scanner.get(), zbar::ZBAR_EAN2, retail);
     enable(scanner.get(), zbar::ZBAR_EAN5, retail);
     zbar::zbar_image_scanner_set_config(scanner.get(), zbar::ZBAR_QRCODE, zbar::ZBAR_CFG_BINARY, 1);
@@ -118,7 +119,7 @@ Corners barCorners(const cv::Mat& grey, const std::vector<cv::Point2d>& points,
     if ((to - from).dot(reading) < 0) {
         std::swap(from, to);
     }
-    const auto bars = barsAcross(grey, from, to);
+    const auto bars = barsThrough(grey, points, from, to);
     return bars ? *bars : rectangleAround(points, reading);
 }
 
@@ -150,39 +151,52 @@ Sighting sightingOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol, Symb
     return seen;
 }
 
-// A code of goods and its add-on.
-std::optional<Sighting> compositeOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol) {
-    std::optional<Sighting> seen;
-    std::string addon;
-    const auto* part = zbar::zbar_symbol_set_first_symbol(zbar::zbar_symbol_get_components(symbol));
-    for (; part != nullptr; part = zbar::zbar_symbol_next(part)) {
-        const auto type = zbar::zbar_symbol_get_type(part);
-        if (const auto symbology = symbologyOf(type)) {
-            seen = sightingOf(grey, part, *symbology);
-        } else if (type == zbar::ZBAR_EAN2 || type == zbar::ZBAR_EAN5) {
-            addon = dataOf(part);
-        }
+struct Addon {
+    std::string digits;
+    cv::Point2d middle;
+};
+
+// Nothing if it is none, or read on too few lines to be believed.
+std::optional<Addon> addonOf(const zbar::zbar_symbol_t* symbol) {
+    constexpr int kLines = 3;
+    const auto type = zbar::zbar_symbol_get_type(symbol);
+    const std::vector<cv::Point2d> points = pointsOf(symbol);
+    if ((type != zbar::ZBAR_EAN2 && type != zbar::ZBAR_EAN5) || points.empty() ||
+        zbar::zbar_symbol_get_quality(symbol) < kLines) {
+        return std::nullopt;
     }
-    if (seen) {
-        seen->addon = addon;
+    cv::Point2d sum;
+    for (const cv::Point2d point : points) {
+        sum += point;
     }
-    return seen;
+    return Addon{dataOf(symbol), sum / static_cast<double>(points.size())};
 }
 
-// Nothing for an add-on alone.
-std::optional<Sighting> sightingOf(const cv::Mat& grey, const zbar::zbar_symbol_t* symbol) {
-    const auto type = zbar::zbar_symbol_get_type(symbol);
-    if (type == zbar::ZBAR_COMPOSITE) {
-        return compositeOf(grey, symbol);
+// Whether an add-on stands beside the code: right of it as it is read, at its height.
+bool isBeside(const Corners& code, cv::Point2d addon) {
+    const cv::Point2d along = code[1] - code[0];
+    const cv::Point2d down = code[3] - code[0];
+    const cv::Point2d away = addon - code[0];
+    const double right = away.dot(along) / std::max(along.dot(along), 1.0);
+    const double below = away.dot(down) / std::max(down.dot(down), 1.0);
+    return right > 1.02 && right < 1.9 && below > -0.2 && below < 1.3;
+}
+
+void giveAddons(Sightings& found, const std::vector<Addon>& addons) {
+    for (Sighting& seen : found) {
+        for (const Addon& addon : addons) {
+            if (isRetail(seen.symbology) && isBeside(seen.corners, addon.middle)) {
+                seen.addon = addon.digits;
+            }
+        }
     }
-    const auto symbology = symbologyOf(type);
-    return symbology ? std::optional(sightingOf(grey, symbol, *symbology)) : std::nullopt;
 }
 
 } // namespace
 
 Sightings readWithZbar(const cv::Mat& grey, SymbologySet wanted) {
     Sightings found;
+    std::vector<Addon> addons;
     const ZbarScanner scanner = scannerFor(wanted);
     const cv::Mat packed = grey.isContinuous() ? grey : grey.clone();
     const ZbarPicture picture = pictureOf(packed);
@@ -192,10 +206,13 @@ Sightings readWithZbar(const cv::Mat& grey, SymbologySet wanted) {
     const auto* symbol =
         zbar::zbar_symbol_set_first_symbol(zbar::zbar_image_get_symbols(picture.get()));
     for (; symbol != nullptr; symbol = zbar::zbar_symbol_next(symbol)) {
-        if (auto seen = sightingOf(packed, symbol)) {
-            found.push_back(*std::move(seen));
+        if (const auto symbology = symbologyOf(zbar::zbar_symbol_get_type(symbol))) {
+            found.push_back(sightingOf(packed, symbol, *symbology));
+        } else if (auto addon = addonOf(symbol)) {
+            addons.push_back(*std::move(addon));
         }
     }
+    giveAddons(found, addons);
     return found;
 }
 

@@ -7,7 +7,7 @@
 #define ZX_USE_UTF8
 #include <ReadBarcode.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -73,7 +73,9 @@ ZXing::DecodeHints hintsFor(ZXing::BarcodeFormats formats, ReadingMode mode) {
         .setTryRotate(full)
         .setTryDownscale(full)
         .setBinarizer(binarizerFor(mode.threshold))
-        .setEanAddOnSymbol(ZXing::EanAddOnSymbol::Read)
+        .setEanAddOnSymbol(mode.addonsRequired ? ZXing::EanAddOnSymbol::Require
+                                               : ZXing::EanAddOnSymbol::Read)
+        .setMinLineCount(static_cast<std::uint8_t>(mode.lines))
         .setReturnCodabarStartEnd(true);
 }
 

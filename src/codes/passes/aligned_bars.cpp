@@ -1,0 +1,171 @@
+#include "codes/passes/aligned_bars.h"
+
+#include "codes/bar_place.h"
+#include "codes/readers/reader.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace doccam::codes {
+namespace {
+
+constexpr int kBands = 5;       // averages of parts of the bars' height
+constexpr int kRowsPerBand = 6; // in the strip
+constexpr double kWanted = 1000; // pixels across the bars
+constexpr double kMaximumScale = 4;
+constexpr double kLongest = 4000; // pixels of a strip
+
+// A strip of a picture across bars, upright, and the way back.
+struct Strip {
+    cv::Mat grey;
+    cv::Point2d origin; // of the strip's left upper corner in the picture
+    cv::Point2d right;  // in the picture, for a pixel in the strip
+    cv::Point2d down;
+
+    cv::Point2d inPicture(cv::Point2d place) const {
+        return origin + right * place.x + down * place.y;
+    }
+};
+
+// The bars' height, a row per pixel, and what is beside them.
+cv::Mat straightened(const cv::Mat& grey, const Strip& strip, cv::Size size, cv::Point2d down) {
+    const cv::Matx23d back(strip.right.x, down.x, strip.origin.x, strip.right.y, down.y,
+                           strip.origin.y);
+    cv::Mat straight;
+    cv::warpAffine(grey, straight, back, size, cv::INTER_CUBIC | cv::WARP_INVERSE_MAP,
+                   cv::BORDER_REPLICATE);
+    return straight;
+}
+
+// Averages of parts of the height, repeated so that several scan lines cross each; that of all of it
+// is in the middle, where zxing begins.
+cv::Mat banded(const cv::Mat& straight) {
+    cv::Mat bands(kBands * kRowsPerBand, straight.cols, CV_8UC1);
+    for (int band = 0; band < kBands; ++band) {
+        const int parts = kBands - 1;
+        const int part = band < kBands / 2 ? band : band - 1;
+        const cv::Range rows = band == kBands / 2
+                                   ? cv::Range(0, straight.rows)
+                                   : cv::Range(straight.rows * part / parts,
+                                               std::max(straight.rows * (part + 1) / parts,
+                                                        straight.rows * part / parts + 1));
+        cv::Mat mean;
+        cv::reduce(straight.rowRange(rows), mean, 0, cv::REDUCE_AVG, CV_8U);
+        cv::repeat(mean, kRowsPerBand, 1,
+                   bands.rowRange(band * kRowsPerBand, (band + 1) * kRowsPerBand));
+    }
+    return bands;
+}
+
+// Paper as light everywhere as it is where it is lightest.
+void evenOut(cv::Mat& bands, int window) {
+    cv::Mat paper;
+    cv::dilate(bands, paper, cv::getStructuringElement(cv::MORPH_RECT, {2 * window + 1, 1}));
+    cv::blur(paper, paper, {2 * window + 1, 1});
+    cv::divide(bands, paper, bands, 235);
+}
+
+Strip stripAcross(const cv::Mat& grey, const Corners& bars, double before, double after) {
+    const cv::Point2d down = alongOf(bars);
+    const cv::Point2d unit(down.y, -down.x);
+    const cv::Point2d along = (bars[1] - bars[0] + bars[2] - bars[3]) / 2;
+    const double width = std::max(along.dot(unit), 1.0);
+    const double height =
+        std::clamp(((bars[3] - bars[0] + bars[2] - bars[1]) / 2).dot(down) * 0.8, 4.0, 200.0);
+    const cv::Point2d middle = (bars[0] + bars[1] + bars[2] + bars[3]) / 4;
+    const double scale = std::clamp(kWanted / width, 1.0, kMaximumScale);
+    const double length = std::min(width * (1 + before + after) * scale, kLongest);
+    Strip strip;
+    strip.right = unit / scale;
+    strip.origin = middle - unit * (width * (0.5 + before)) - down * (height / 2);
+    const int rows = std::max(static_cast<int>(height), kBands - 1);
+    strip.grey = banded(
+        straightened(grey, strip, cv::Size(std::max(static_cast<int>(length), 16), rows), down));
+    evenOut(strip.grey, std::max(static_cast<int>(width * scale / 12), 2));
+    strip.down = down * (height / strip.grey.rows);
+    return strip;
+}
+
+// Whether there is paper where a quiet zone must be, from left to right across the strip.
+bool isPaper(const cv::Mat& bands, double left, double right, double ink) {
+    const int from = std::clamp(cvRound(left), 0, bands.cols - 1);
+    const int to = std::clamp(cvRound(right), from + 1, bands.cols);
+    const cv::Mat middle = bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
+                               .colRange(from, to);
+    double darkest = 0;
+    cv::minMaxLoc(middle, &darkest);
+    return darkest > ink;
+}
+
+// Whether the bars from left to right have paper on both sides, and are no part of others.
+bool isWhole(const cv::Mat& bands, double left, double right) {
+    constexpr double kGap = 0.006; // of the width
+    constexpr double kZone = 0.04;
+    const double width = right - left;
+    const auto from = static_cast<int>(std::clamp(left, 0.0, bands.cols - 1.0));
+    const auto to = static_cast<int>(std::clamp(right, from + 1.0, double{1} * bands.cols));
+    double darkest = 0;
+    double lightest = 0;
+    cv::minMaxLoc(bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
+                      .colRange(from, to),
+                  &darkest, &lightest);
+    const double ink = lightest - 0.4 * (lightest - darkest);
+    const double gap = width * kGap + 2;
+    return isPaper(bands, left - width * kZone - gap, left - gap, ink) &&
+           isPaper(bands, right + gap, right + width * kZone + gap, ink);
+}
+
+void toPicture(Sightings& found, const Strip& strip, const Corners& bars) {
+    const cv::Point2d up = (bars[0] - bars[3] + bars[1] - bars[2]) / 4;
+    for (Sighting& seen : found) {
+        const double row = strip.grey.rows / 2.0;
+        const double left = (seen.corners[0].x + seen.corners[3].x) / 2;
+        const double right = (seen.corners[1].x + seen.corners[2].x) / 2;
+        const cv::Point2d start = strip.inPicture({left, row});
+        const cv::Point2d end = strip.inPicture({right, row});
+        // Read upside down, the code's own top is below.
+        const cv::Point2d way = left <= right ? up : -up;
+        seen.corners = {start + way, end + way, end - way, start - way};
+        seen.aligned = isWhole(strip.grey, std::min(left, right), std::max(left, right));
+    }
+}
+
+constexpr ReadingMode kStripMode{.effort = Effort::kUpright};
+
+} // namespace
+
+Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
+    constexpr double kBeside = 0.5; // of the width
+    const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
+    Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, kStripMode);
+    const Sightings others = readWithZbar(strip.grey, wanted & kEveryLinear);
+    found.insert(found.end(), others.begin(), others.end());
+    toPicture(found, strip, bars);
+    return found;
+}
+
+bool standsAlone(const cv::Mat& grey, const Corners& bars) {
+    constexpr double kBeside = 0.25;
+    const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
+    const double whole = strip.grey.cols / (1 + 2 * kBeside);
+    return isWhole(strip.grey, whole * kBeside, whole * (1 + kBeside));
+}
+
+std::string addonBeside(const cv::Mat& grey, const Sighting& code) {
+    constexpr double kBefore = 0.15;
+    constexpr double kAfter = 0.8;
+    const Strip strip = stripAcross(grey, code.corners, kBefore, kAfter);
+    ReadingMode mode = kStripMode;
+    mode.addonsRequired = true;
+    mode.lines = kRowsPerBand + 1; // in two bands
+    for (const Sighting& seen : readWithZxing(strip.grey, kEveryRetail, mode)) {
+        if (seen.text == code.text) {
+            return seen.addon;
+        }
+    }
+    return {};
+}
+
+} // namespace doccam::codes

@@ -21,6 +21,10 @@ std::vector<ReportedCode> readByZbar(const cv::Mat& grey);
 // Linear codes in a process apart, with less where it ends that process.
 std::vector<ReportedCode> readByZxing(const cv::Mat& grey);
 
+// The same in this process, linear codes without tryDownscale, for pictures in which it finds no
+// linear code twice. DataBar is left out.
+std::vector<ReportedCode> readByZxingHere(const cv::Mat& grey);
+
 // All symbologies, that many seconds at most.
 std::vector<ReportedCode> readByDoccam(const cv::Mat& grey, double seconds);
 

@@ -147,4 +147,12 @@ std::vector<ReportedCode> readByZxing(const cv::Mat& grey) {
     return codes;
 }
 
+std::vector<ReportedCode> readByZxingHere(const cv::Mat& grey) {
+    std::vector<ReportedCode> codes = read(grey, hintsFor(ZXing::BarcodeFormat::MatrixCodes));
+    const std::vector<ReportedCode> linear =
+        read(grey, hintsFor(linearFormats()).setTryDownscale(false));
+    codes.insert(codes.end(), linear.begin(), linear.end());
+    return codes;
+}
+
 } // namespace doccam::test

@@ -15,8 +15,8 @@ bool hasPlace(const Sighting& seen) {
 // Whether the place of seen is better known than that of other.
 bool isBetterPlaced(const Sighting& seen, const Sighting& other) {
     const auto rank = [](const Sighting& sighting) {
-        return std::tuple(hasPlace(sighting), !sighting.aligned,
-                          sighting.reader == ReaderName::kZxing);
+        return std::tuple(hasPlace(sighting), sighting.reader == ReaderName::kZxing,
+                          sighting.aligned);
     };
     return rank(seen) > rank(other);
 }
@@ -32,6 +32,7 @@ void add(Joined& joined, const Sighting& seen) {
     if (isBetterPlaced(seen, code)) {
         code.corners = seen.corners;
         code.aligned = seen.aligned;
+        joined.zxingPlaced = seen.reader == ReaderName::kZxing;
     }
     // zxing keeps the bytes of texts in other encodings.
     if (seen.reader == ReaderName::kZxing && code.reader == ReaderName::kZbar) {

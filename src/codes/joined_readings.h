@@ -14,8 +14,9 @@ struct Joined {
     int zxingLines = 0;
     bool zbar = false;
     bool zxing = false;
-    bool aligned = false; // read straight across, from paper to paper
-    bool alone = false;   // there is paper left and right of the bars
+    bool aligned = false;     // read straight across, from paper to paper
+    bool zxingPlaced = false; // zbar knows of linear codes where its scan lines crossed parts
+    bool alone = false;       // there is paper left and right of the bars
 };
 
 // Whether the readings of a code suffice to report it.

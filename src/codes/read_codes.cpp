@@ -12,14 +12,15 @@ bool hasPlace(const Joined& joined) {
     return boundsOf(joined.code.corners).area() > 0;
 }
 
-// Reads doubtful linear codes again, straight across their bars.
+// Reads linear codes that are doubtful or of uncertain place again, straight across their bars.
 void confirm(const cv::Mat& grey, JoinedReadings& readings, SymbologySet wanted) {
     Sightings again;
     for (Joined& joined : readings.all()) {
         if (isUnchecked(joined.code.symbology) && hasPlace(joined)) {
             joined.alone = standsAlone(grey, joined.code.corners);
         }
-        if (isLinear(joined.code.symbology) && !isSure(joined) && hasPlace(joined)) {
+        if (isLinear(joined.code.symbology) && hasPlace(joined) &&
+            (!isSure(joined) || !joined.zxingPlaced)) {
             const Sightings seen = readAcrossBars(grey, joined.code.corners, wanted);
             again.insert(again.end(), seen.begin(), seen.end());
         }

@@ -11,8 +11,8 @@
 namespace doccam::codes {
 namespace {
 
-constexpr int kBands = 5;       // averages of parts of the bars' height
-constexpr int kRowsPerBand = 6; // in the strip
+constexpr int kBands = 5;        // averages of parts of the bars' height
+constexpr int kRowsPerBand = 6;  // in the strip
 constexpr double kWanted = 1000; // pixels across the bars
 constexpr double kMaximumScale = 4;
 constexpr double kLongest = 4000; // pixels of a strip
@@ -39,8 +39,8 @@ cv::Mat straightened(const cv::Mat& grey, const Strip& strip, cv::Size size, cv:
     return straight;
 }
 
-// Averages of parts of the height, repeated so that several scan lines cross each; that of all of it
-// is in the middle, where zxing begins.
+// Averages of parts of the height, repeated so that several scan lines cross each; that of all of
+// it is in the middle, where zxing begins.
 cv::Mat banded(const cv::Mat& straight) {
     cv::Mat bands(kBands * kRowsPerBand, straight.cols, CV_8UC1);
     for (int band = 0; band < kBands; ++band) {
@@ -90,10 +90,14 @@ Strip stripAcross(const cv::Mat& grey, const Corners& bars, double before, doubl
 
 // Whether there is paper where a quiet zone must be, from left to right across the strip.
 bool isPaper(const cv::Mat& bands, double left, double right, double ink) {
-    const int from = std::clamp(cvRound(left), 0, bands.cols - 1);
-    const int to = std::clamp(cvRound(right), from + 1, bands.cols);
-    const cv::Mat middle = bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
-                               .colRange(from, to);
+    const int from = cvRound(left);
+    const int to = std::max(cvRound(right), from + 1);
+    if (from < 0 || to > bands.cols) {
+        return false; // who knows
+    }
+    const cv::Mat middle =
+        bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
+            .colRange(from, to);
     double darkest = 0;
     cv::minMaxLoc(middle, &darkest);
     return darkest > ink;
@@ -137,7 +141,8 @@ constexpr ReadingMode kStripMode{.effort = Effort::kUpright};
 } // namespace
 
 Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
-    constexpr double kBeside = 0.5; // of the width
+    // Of the width, since what was read may be a part.
+    constexpr double kBeside = 1.3;
     const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
     Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, kStripMode);
     const Sightings others = readWithZbar(strip.grey, wanted & kEveryLinear);

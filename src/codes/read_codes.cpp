@@ -3,6 +3,9 @@
 #include "codes/corners.h"
 #include "codes/joined_readings.h"
 #include "codes/passes/aligned_bars.h"
+#include "codes/passes/deadline.h"
+#include "codes/passes/likely_codes.h"
+#include "codes/passes/region_pass.h"
 #include "codes/readers/reader.h"
 
 namespace doccam::codes {
@@ -36,15 +39,29 @@ void addAddons(const cv::Mat& grey, JoinedReadings& readings) {
     }
 }
 
+// Codes that are doubtful still look like codes.
+bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet wanted,
+                const Deadline& deadline) {
+    for (const LikelyCode& likely : likelyCodes(grey, readings.codes(kEverySymbology))) {
+        if (deadline.isOver()) {
+            return false;
+        }
+        readings.add(readRegion(grey, likely, wanted, deadline));
+    }
+    return !deadline.isOver();
+}
+
 } // namespace
 
-CodesRead readCodes(const cv::Mat& grey, SymbologySet wanted, double /*seconds*/) {
+CodesRead readCodes(const cv::Mat& grey, SymbologySet wanted, double seconds) {
+    const Deadline deadline(seconds);
     JoinedReadings readings;
     readings.add(readWithZxing(grey, wanted));
     readings.add(readWithZbar(grey, wanted));
     confirm(grey, readings, wanted);
+    const bool complete = tryRegions(grey, readings, wanted, deadline);
     addAddons(grey, readings);
-    return {readings.codes(wanted), true};
+    return {readings.codes(wanted), complete};
 }
 
 } // namespace doccam::codes

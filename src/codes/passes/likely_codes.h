@@ -1,0 +1,20 @@
+// Where a picture looks as if there were codes that have not been read.
+#pragma once
+
+#include "codes/sighting.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <vector>
+
+namespace doccam::codes {
+
+struct LikelyCode {
+    Corners place{};   // of bars: across them from its first corner to its second
+    bool bars = false; // or else a matrix
+};
+
+// The largest first, at most a few dozen. Cheap: a fraction of what reading takes.
+std::vector<LikelyCode> likelyCodes(const cv::Mat& grey, const Sightings& read);
+
+} // namespace doccam::codes

@@ -101,6 +101,12 @@ bool JoinedReadings::isOutdone(const Joined& joined) const {
     });
 }
 
+bool JoinedReadings::hasRead(const Corners& place) const {
+    return std::any_of(joined_.begin(), joined_.end(), [&](const Joined& joined) {
+        return isSure(joined) && contains(joined.code.corners, middleOf(place));
+    });
+}
+
 Sightings JoinedReadings::codes(SymbologySet wanted) const {
     Sightings codes;
     for (const Joined& joined : joined_) {

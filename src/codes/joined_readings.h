@@ -30,6 +30,9 @@ class JoinedReadings {
     // All of them, doubtful ones, too.
     std::vector<Joined>& all() { return joined_; }
 
+    // Whether a sure code is in the middle of the place.
+    bool hasRead(const Corners& place) const;
+
     // The sure ones of the set, from top to bottom. Of several that lie over each other, the
     // surest.
     Sightings codes(SymbologySet wanted) const;

@@ -8,8 +8,36 @@
 #include "codes/passes/region_pass.h"
 #include "codes/readers/reader.h"
 
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
 namespace doccam::codes {
 namespace {
+
+// Of pictures with more pixels than any camera's the first pass reads a reduced copy, so that its
+// time and memory stay bounded; the others read parts of the picture itself.
+constexpr double kLargestPicture = 24e6;
+
+Sightings firstPass(const cv::Mat& grey, SymbologySet wanted) {
+    const double scale =
+        std::min(1.0, std::sqrt(kLargestPicture / static_cast<double>(grey.total())));
+    cv::Mat reduced = grey;
+    if (scale < 1) {
+        cv::resize(grey, reduced, cv::Size(), scale, scale, cv::INTER_AREA);
+    }
+    Sightings found = readWithZxing(reduced, wanted);
+    Sightings others = readWithZbar(reduced, wanted);
+    std::move(others.begin(), others.end(), std::back_inserter(found));
+    for (Sighting& seen : found) {
+        for (cv::Point2d& corner : seen.corners) {
+            corner /= scale;
+        }
+    }
+    return found;
+}
 
 bool hasPlace(const Joined& joined) {
     return boundsOf(joined.code.corners).area() > 0;
@@ -46,7 +74,9 @@ bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet want
         if (deadline.isOver()) {
             return false;
         }
-        readings.add(readRegion(grey, likely, wanted, deadline));
+        if (!readings.hasRead(likely.place)) {
+            readings.add(readRegion(grey, likely, wanted, deadline));
+        }
     }
     return !deadline.isOver();
 }
@@ -56,8 +86,7 @@ bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet want
 CodesRead readCodes(const cv::Mat& grey, SymbologySet wanted, double seconds) {
     const Deadline deadline(seconds);
     JoinedReadings readings;
-    readings.add(readWithZxing(grey, wanted));
-    readings.add(readWithZbar(grey, wanted));
+    readings.add(firstPass(grey, wanted));
     confirm(grey, readings, wanted);
     const bool complete = tryRegions(grey, readings, wanted, deadline);
     addAddons(grey, readings);

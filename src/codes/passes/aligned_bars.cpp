@@ -141,6 +141,9 @@ constexpr ReadingMode kStripMode{.effort = Effort::kUpright};
 } // namespace
 
 Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
+    if ((wanted & kEveryLinear) == 0) {
+        return {};
+    }
     // Of the width, since what was read may be a part.
     constexpr double kBeside = 1.3;
     const Strip strip = stripAcross(grey, bars, kBeside, kBeside);

@@ -10,13 +10,14 @@ namespace doccam::codes {
 
 enum class Pattern : std::uint8_t {
     kNone,
-    kBars, // edges in one direction alone
+    kBars,  // edges in one direction alone
     kMatrix // edges in several, and as much ink as paper
 };
 
 struct Cell {
     Pattern pattern = Pattern::kNone;
     float angle = 0; // across the bars, in radians, 0 to pi
+    float ink = 0;   // the part of its pixels that is dark
 };
 
 struct CodeCells {

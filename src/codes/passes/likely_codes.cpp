@@ -21,6 +21,7 @@ struct Patch {
     std::vector<cv::Point> cells;
     double cosine = 0; // of twice the angle across the bars, summed
     double sine = 0;
+    double ink = 0; // summed
 };
 
 bool isAlike(const Cell& one, const Cell& other) {
@@ -43,6 +44,7 @@ Patch patchFrom(CodeCells& all, cv::Point start) {
         const auto [place, cell] = open.back();
         open.pop_back();
         patch.cells.push_back(place);
+        patch.ink += cell.ink;
         patch.cosine += std::cos(2.0 * cell.angle);
         patch.sine += std::sin(2.0 * cell.angle);
         for (int y = std::max(place.y - 1, 0); y <= std::min(place.y + 1, all.rows - 1); ++y) {
@@ -106,10 +108,14 @@ Corners rectangleOf(const Patch& patch, cv::Point2d across) {
 // Text is in lines, drawings are thin; codes fill rectangles.
 bool looksLikeCode(const Patch& patch, const Corners& place) {
     constexpr double kFilled = 0.5;
+    constexpr double kLeastInk = 0.34; // letters have less
+    constexpr double kMostInk = 0.75;
     const double width = cv::norm(place[1] - place[0]);
     const double height = cv::norm(place[3] - place[0]);
-    const double area = static_cast<double>(patch.cells.size()) * CodeCells::kSide * CodeCells::kSide;
-    if (area < kFilled * width * height) {
+    const double area =
+        static_cast<double>(patch.cells.size()) * CodeCells::kSide * CodeCells::kSide;
+    const double ink = patch.ink / static_cast<double>(patch.cells.size());
+    if (area < kFilled * width * height || ink < kLeastInk || ink > kMostInk) {
         return false;
     }
     if (patch.pattern == Pattern::kBars) {
@@ -138,6 +144,46 @@ double areaOf(const LikelyCode& code) {
     return cv::norm(code.place[1] - code.place[0]) * cv::norm(code.place[3] - code.place[0]);
 }
 
+// The patches that look like codes; takes them off the cells.
+std::vector<LikelyCode> likelyIn(CodeCells all) {
+    constexpr std::size_t kFewest = 4; // cells
+    std::vector<LikelyCode> found;
+    for (int y = 0; y < all.rows; ++y) {
+        for (int x = 0; x < all.columns; ++x) {
+            if (all.at(x, y).pattern == Pattern::kNone) {
+                continue;
+            }
+            const Patch patch = patchFrom(all, {x, y});
+            if (patch.cells.size() < kFewest) {
+                continue;
+            }
+            const Corners place = placeOf(patch);
+            if (looksLikeCode(patch, place)) {
+                found.push_back({place, patch.pattern == Pattern::kBars});
+            }
+        }
+    }
+    return found;
+}
+
+// The bars of a PDF417 and what is between them make one code: the same patterns taken together,
+// where that makes larger patches.
+std::vector<LikelyCode> likelyTogether(CodeCells all, const std::vector<LikelyCode>& apart) {
+    constexpr double kLarger = 1.2;
+    for (Cell& cell : all.cells) {
+        cell.pattern = cell.pattern == Pattern::kNone ? Pattern::kNone : Pattern::kMatrix;
+    }
+    std::vector<LikelyCode> found = likelyIn(std::move(all));
+    const auto isKnown = [&](const LikelyCode& code) {
+        return std::any_of(apart.begin(), apart.end(), [&](const LikelyCode& other) {
+            return contains(other.place, middleOf(code.place)) &&
+                   areaOf(code) < kLarger * areaOf(other);
+        });
+    };
+    found.erase(std::remove_if(found.begin(), found.end(), isKnown), found.end());
+    return found;
+}
+
 } // namespace
 
 std::vector<LikelyCode> likelyCodes(const cv::Mat& grey, const Sightings& read) {
@@ -149,20 +195,12 @@ std::vector<LikelyCode> likelyCodes(const cv::Mat& grey, const Sightings& read) 
     }
     CodeCells all = codeCells(reduced);
     leaveOut(all, read, scale);
-    std::vector<LikelyCode> found;
-    for (int y = 0; y < all.rows; ++y) {
-        for (int x = 0; x < all.columns; ++x) {
-            if (all.at(x, y).pattern == Pattern::kNone) {
-                continue;
-            }
-            const Patch patch = patchFrom(all, {x, y});
-            Corners place = patch.cells.size() < 4 ? Corners{} : placeOf(patch);
-            if (patch.cells.size() >= 4 && looksLikeCode(patch, place)) {
-                for (cv::Point2d& corner : place) {
-                    corner /= scale;
-                }
-                found.push_back({place, patch.pattern == Pattern::kBars});
-            }
+    std::vector<LikelyCode> found = likelyIn(all);
+    const std::vector<LikelyCode> together = likelyTogether(std::move(all), found);
+    found.insert(found.end(), together.begin(), together.end());
+    for (LikelyCode& code : found) {
+        for (cv::Point2d& corner : code.place) {
+            corner /= scale;
         }
     }
     std::sort(found.begin(), found.end(), [](const LikelyCode& one, const LikelyCode& other) {

@@ -15,7 +15,12 @@ namespace {
 constexpr double kLargestSide = 1600; // pixels of a turned and enlarged part
 
 // The angle of most edges, in radians, in which all quarter turns are alike.
-double edgeAngle(const cv::Mat& part) {
+double edgeAngle(cv::Mat part) {
+    constexpr double kEnough = 1e6; // pixels
+    if (static_cast<double>(part.total()) > kEnough) {
+        const double scale = std::sqrt(kEnough / static_cast<double>(part.total()));
+        cv::resize(part, part, cv::Size(), scale, scale, cv::INTER_AREA);
+    }
     cv::Mat dx;
     cv::Mat dy;
     cv::Sobel(part, dx, CV_32F, 1, 0);
@@ -114,10 +119,7 @@ Sightings readPart(const Part& part, SymbologySet wanted, Threshold threshold) {
         found = readWithZbar(part.grey, wanted & asSet(Symbology::kQr));
     }
     for (Sighting& seen : found) {
-        // zxing does not say where a MaxiCode is.
-        seen.corners = seen.symbology == Symbology::kMaxiCode
-                           ? Corners{}
-                           : part.inPicture(seen.corners);
+        seen.corners = part.inPicture(seen.corners);
     }
     return found;
 }
@@ -142,25 +144,30 @@ Sightings readMatrix(const cv::Mat& grey, const Corners& place, SymbologySet wan
         }
         Sightings found = readPart(part, wanted & kEveryMatrix, way.threshold);
         if (!found.empty()) {
-            for (Sighting& seen : found) {
-                if (boundsOf(seen.corners).area() <= 0) {
-                    seen.corners = place;
-                }
-            }
             return found;
         }
     }
     return {};
 }
 
+Corners longSideFirst(const Corners& place) {
+    const bool upright = cv::norm(place[1] - place[0]) >= cv::norm(place[3] - place[0]);
+    return upright ? place : Corners{place[1], place[2], place[3], place[0]};
+}
+
 } // namespace
 
 Sightings readRegion(const cv::Mat& grey, const LikelyCode& likely, SymbologySet wanted,
                      const Deadline& deadline) {
-    if (likely.bars && (wanted & kEveryLinear) != 0) {
-        return readAcrossBars(grey, likely.place, wanted);
+    // The bars of a PDF417 prevail over its rows, and short bars may look like a matrix.
+    Sightings found = likely.bars ? readAcrossBars(grey, likely.place, wanted)
+                                  : readMatrix(grey, likely.place, wanted, deadline);
+    if (found.empty() && !deadline.isOver()) {
+        found = likely.bars
+                    ? readMatrix(grey, likely.place, wanted & asSet(Symbology::kPdf417), deadline)
+                    : readAcrossBars(grey, longSideFirst(likely.place), wanted);
     }
-    return likely.bars ? Sightings{} : readMatrix(grey, likely.place, wanted, deadline);
+    return found;
 }
 
 } // namespace doccam::codes

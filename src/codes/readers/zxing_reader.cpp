@@ -6,6 +6,7 @@
 // The type of zxing's texts depends on it.
 #define ZX_USE_UTF8
 #include <ReadBarcode.h>
+#include <opencv2/imgproc.hpp>
 
 #include <cstdint>
 #include <optional>
@@ -121,6 +122,16 @@ void addSightings(Sightings& found, const ZXing::Results& results) {
     }
 }
 
+// A MaxiCode is read in pictures of nothing else, without its place.
+void placeMaxiCode(const cv::Mat& grey, Sighting& seen) {
+    cv::Mat ink;
+    cv::threshold(grey, ink, 0, 255, cv::THRESH_BINARY_INV | cv::THRESH_OTSU);
+    const cv::Rect bounds = cv::boundingRect(ink);
+    const cv::Point2d low = bounds.tl();
+    const cv::Point2d high = bounds.br();
+    seen.corners = {low, {high.x, low.y}, high, {low.x, high.y}};
+}
+
 // Gives the code the corners of its bars, since one that is read alone has the place of two lines.
 void placeBars(const cv::Mat& grey, Sighting& seen) {
     const cv::Point2d from = (seen.corners[0] + seen.corners[3]) / 2;
@@ -156,6 +167,11 @@ Sightings readWithZxing(const cv::Mat& grey, SymbologySet wanted, ReadingMode mo
     // No formats would mean all of them.
     if (const auto formats = formatsFor(wanted & kEveryMatrix); !formats.empty()) {
         addSightings(found, ZXing::ReadBarcodes(viewOf(grey), hintsFor(formats, mode)));
+        for (Sighting& seen : found) {
+            if (seen.symbology == Symbology::kMaxiCode) {
+                placeMaxiCode(grey, seen);
+            }
+        }
     }
     if (const auto formats = formatsFor(wanted & kEveryLinear); !formats.empty()) {
         addLinear(found, grey, hintsFor(formats, mode).setMaxNumberOfSymbols(1));

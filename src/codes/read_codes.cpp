@@ -67,10 +67,11 @@ void addAddons(const cv::Mat& grey, JoinedReadings& readings) {
     }
 }
 
-// Codes that are doubtful still look like codes.
+// Whether all was tried. Codes that are doubtful still look like codes.
 bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet wanted,
                 const Deadline& deadline) {
-    for (const LikelyCode& likely : likelyCodes(grey, readings.codes(kEverySymbology))) {
+    const auto places = likelyCodes(grey, readings.codes(kEverySymbology));
+    for (const LikelyCode& likely : places) {
         if (deadline.isOver()) {
             return false;
         }
@@ -78,7 +79,7 @@ bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet want
             readings.add(readRegion(grey, likely, wanted, deadline));
         }
     }
-    return !deadline.isOver();
+    return places.empty() || !deadline.isOver();
 }
 
 } // namespace

@@ -59,6 +59,11 @@ cv::Mat banded(const cv::Mat& straight) {
     return bands;
 }
 
+// The one of the whole height.
+cv::Mat middleBand(const cv::Mat& bands) {
+    return bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1));
+}
+
 // Paper as light everywhere as it is where it is lightest.
 void evenOut(cv::Mat& bands, int window) {
     cv::Mat paper;
@@ -88,6 +93,9 @@ Strip stripAcross(const cv::Mat& grey, const Corners& bars, double before, doubl
     return strip;
 }
 
+constexpr double kGap = 0.006; // between bars and quiet zone, of the width
+constexpr double kZone = 0.04; // of quiet zone that must be there
+
 // Whether there is paper where a quiet zone must be, from left to right across the strip.
 bool isPaper(const cv::Mat& bands, double left, double right, double ink) {
     const int from = cvRound(left);
@@ -95,33 +103,37 @@ bool isPaper(const cv::Mat& bands, double left, double right, double ink) {
     if (from < 0 || to > bands.cols) {
         return false; // who knows
     }
-    const cv::Mat middle =
-        bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
-            .colRange(from, to);
+    const cv::Mat middle = middleBand(bands).colRange(from, to);
     double darkest = 0;
     cv::minMaxLoc(middle, &darkest);
     return darkest > ink;
 }
 
-// Whether the bars from left to right have paper on both sides, and are no part of others.
-bool isWhole(const cv::Mat& bands, double left, double right) {
-    constexpr double kGap = 0.006; // of the width
-    constexpr double kZone = 0.04;
-    const double width = right - left;
-    const auto from = static_cast<int>(std::clamp(left, 0.0, bands.cols - 1.0));
-    const auto to = static_cast<int>(std::clamp(right, from + 1.0, double{1} * bands.cols));
-    double darkest = 0;
-    double lightest = 0;
-    cv::minMaxLoc(bands.rowRange(kRowsPerBand * (kBands / 2), kRowsPerBand * (kBands / 2 + 1))
-                      .colRange(from, to),
-                  &darkest, &lightest);
-    const double ink = lightest - 0.4 * (lightest - darkest);
-    const double gap = width * kGap + 2;
-    return isPaper(bands, left - width * kZone - gap, left - gap, ink) &&
-           isPaper(bands, right + gap, right + width * kZone + gap, ink);
+bool isInside(cv::Size picture, cv::Point2d place) {
+    return place.x >= 0 && place.y >= 0 && place.x < picture.width && place.y < picture.height;
 }
 
-void toPicture(Sightings& found, const Strip& strip, const Corners& bars) {
+// Whether the bars from left to right have paper on both sides, and are no part of others, which
+// may have been cut off by the picture's border.
+bool isWhole(const Strip& strip, double left, double right, cv::Size picture) {
+    const cv::Mat middle = middleBand(strip.grey);
+    const double width = right - left;
+    const auto from = static_cast<int>(std::clamp(left, 0.0, middle.cols - 1.0));
+    const auto to = static_cast<int>(std::clamp(right, from + 1.0, double{1} * middle.cols));
+    double darkest = 0;
+    double lightest = 0;
+    cv::minMaxLoc(middle.colRange(from, to), &darkest, &lightest);
+    const double ink = lightest - 0.4 * (lightest - darkest);
+    const double near = width * kGap + 2;
+    const double far = near + width * kZone;
+    const double row = strip.grey.rows / 2.0;
+    return isInside(picture, strip.inPicture({left - far, row})) &&
+           isInside(picture, strip.inPicture({right + far, row})) &&
+           isPaper(strip.grey, left - far, left - near, ink) &&
+           isPaper(strip.grey, right + near, right + far, ink);
+}
+
+void toPicture(Sightings& found, const Strip& strip, const Corners& bars, cv::Size picture) {
     const cv::Point2d up = (bars[0] - bars[3] + bars[1] - bars[2]) / 4;
     for (Sighting& seen : found) {
         const double row = strip.grey.rows / 2.0;
@@ -132,7 +144,7 @@ void toPicture(Sightings& found, const Strip& strip, const Corners& bars) {
         // Read upside down, the code's own top is below.
         const cv::Point2d way = left <= right ? up : -up;
         seen.corners = {start + way, end + way, end - way, start - way};
-        seen.aligned = isWhole(strip.grey, std::min(left, right), std::max(left, right));
+        seen.aligned = isWhole(strip, std::min(left, right), std::max(left, right), picture);
     }
 }
 
@@ -150,7 +162,7 @@ Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet 
     Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, kStripMode);
     const Sightings others = readWithZbar(strip.grey, wanted & kEveryLinear);
     found.insert(found.end(), others.begin(), others.end());
-    toPicture(found, strip, bars);
+    toPicture(found, strip, bars, grey.size());
     return found;
 }
 
@@ -158,7 +170,7 @@ bool standsAlone(const cv::Mat& grey, const Corners& bars) {
     constexpr double kBeside = 0.25;
     const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
     const double whole = strip.grey.cols / (1 + 2 * kBeside);
-    return isWhole(strip.grey, whole * kBeside, whole * (1 + kBeside));
+    return isWhole(strip, whole * kBeside, whole * (1 + kBeside), grey.size());
 }
 
 std::string addonBeside(const cv::Mat& grey, const Sighting& code) {

@@ -1,6 +1,7 @@
 #include "base/handles/zbar_handles.h"
 #include "codes/bar_place.h"
 #include "codes/corners.h"
+#include "codes/gs1_elements.h"
 #include "codes/readers/reader.h"
 #include "codes/text_encoding.h"
 
@@ -172,6 +173,11 @@ std::optional<Addon> addonOf(const zbar::zbar_symbol_t* symbol) {
     return Addon{dataOf(symbol), sum / static_cast<double>(points.size())};
 }
 
+// zbar joins rows of different stacked codes, and rows of one in a wrong order.
+bool isSound(const Sighting& seen) {
+    return seen.symbology != Symbology::kDataBarExpanded || isElementString(seen.text);
+}
+
 // Whether an add-on stands beside the code: right of it as it is read, at its height.
 bool isBeside(const Corners& code, cv::Point2d addon) {
     const cv::Point2d along = code[1] - code[0];
@@ -207,7 +213,9 @@ Sightings readWithZbar(const cv::Mat& grey, SymbologySet wanted) {
         zbar::zbar_symbol_set_first_symbol(zbar::zbar_image_get_symbols(picture.get()));
     for (; symbol != nullptr; symbol = zbar::zbar_symbol_next(symbol)) {
         if (const auto symbology = symbologyOf(zbar::zbar_symbol_get_type(symbol))) {
-            found.push_back(sightingOf(packed, symbol, *symbology));
+            if (Sighting seen = sightingOf(packed, symbol, *symbology); isSound(seen)) {
+                found.push_back(std::move(seen));
+            }
         } else if (auto addon = addonOf(symbol)) {
             addons.push_back(*std::move(addon));
         }

@@ -1,4 +1,6 @@
 #include "codes/bar_place.h"
+#include "codes/corners.h"
+#include "codes/gs1_elements.h"
 #include "codes/painting_out.h"
 #include "codes/readers/reader.h"
 #include "codes/text_encoding.h"
@@ -9,13 +11,14 @@
 #include <opencv2/imgproc.hpp>
 
 #include <cstdint>
+#include <new>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace doccam::codes {
 namespace {
 
-// DataBar is left to zbar: zxing 1.4 ends the process when it compares two lines of some.
 constexpr std::pair<ZXing::BarcodeFormat, Symbology> kFormats[] = {
     {ZXing::BarcodeFormat::EAN13, Symbology::kEan13},
     {ZXing::BarcodeFormat::EAN8, Symbology::kEan8},
@@ -32,7 +35,12 @@ constexpr std::pair<ZXing::BarcodeFormat, Symbology> kFormats[] = {
     {ZXing::BarcodeFormat::Aztec, Symbology::kAztec},
     {ZXing::BarcodeFormat::PDF417, Symbology::kPdf417},
     {ZXing::BarcodeFormat::MaxiCode, Symbology::kMaxiCode},
+    {ZXing::BarcodeFormat::DataBar, Symbology::kDataBar},
+    {ZXing::BarcodeFormat::DataBarExpanded, Symbology::kDataBarExpanded},
 };
+
+constexpr SymbologySet kEveryDataBar =
+    asSet(Symbology::kDataBar) | asSet(Symbology::kDataBarExpanded);
 
 // All codes of goods are enabled together, since each may look like part of another.
 ZXing::BarcodeFormats formatsFor(SymbologySet wanted) {
@@ -90,6 +98,18 @@ void partAddon(Sighting& seen) {
     }
 }
 
+// zxing leaves a DataBar's identifier out, and puts those of an expanded one in parentheses.
+void normalizeDataBar(Sighting& seen) {
+    if (seen.symbology == Symbology::kDataBar) {
+        seen.text = "01" + seen.text;
+    } else if (seen.symbology == Symbology::kDataBarExpanded) {
+        seen.text = elementStringOf(seen.text).value_or(seen.text);
+    } else {
+        return;
+    }
+    seen.bytes = seen.text;
+}
+
 Sighting sightingOf(const ZXing::Result& result, Symbology symbology) {
     Sighting seen;
     seen.symbology = symbology;
@@ -99,6 +119,7 @@ Sighting sightingOf(const ZXing::Result& result, Symbology symbology) {
         seen.text = asUtf8(seen.bytes);
     }
     partAddon(seen);
+    normalizeDataBar(seen);
     for (std::size_t i = 0; i < seen.corners.size(); ++i) {
         const ZXing::PointI corner = result.position()[static_cast<int>(i)];
         seen.corners[i] = {static_cast<double>(corner.x), static_cast<double>(corner.y)};
@@ -111,6 +132,17 @@ Sighting sightingOf(const ZXing::Result& result, Symbology symbology) {
 ZXing::ImageView viewOf(const cv::Mat& grey) {
     return {grey.data, grey.cols, grey.rows, ZXing::ImageFormat::Lum,
             static_cast<int>(grey.step[0])};
+}
+
+// Nothing where the decoder gives up: that of expanded DataBars throws at some wrong rows.
+ZXing::Results resultsOf(const cv::Mat& grey, const ZXing::DecodeHints& hints) {
+    try {
+        return ZXing::ReadBarcodes(viewOf(grey), hints);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) { // not all that it throws is a std::exception
+        return {};
+    }
 }
 
 void addSightings(Sightings& found, const ZXing::Results& results) {
@@ -141,6 +173,27 @@ void placeBars(const cv::Mat& grey, Sighting& seen) {
     }
 }
 
+// The rows of a stacked one are above each other; the place is between the first and the last.
+void placeDataBar(const cv::Mat& grey, Sighting& seen) {
+    std::vector<cv::Point2d> points(seen.corners.begin(), seen.corners.end());
+    const cv::Point2d reading = seen.corners[1] - seen.corners[0];
+    for (const auto& [left, right] : {std::pair(seen.corners[0], seen.corners[1]),
+                                      std::pair(seen.corners[3], seen.corners[2])}) {
+        if (const auto bars = barsAcross(grey, left, right)) {
+            points.insert(points.end(), bars->begin(), bars->end());
+        }
+    }
+    seen.corners = rectangleAround(points, reading);
+}
+
+void place(const cv::Mat& grey, Sighting& seen) {
+    if (contains(kEveryDataBar, seen.symbology)) {
+        placeDataBar(grey, seen);
+    } else {
+        placeBars(grey, seen);
+    }
+}
+
 // One after the other, each painted out before the next is read: zxing 1.4 ends the process when it
 // compares two linear codes of the same content.
 void addLinear(Sightings& found, const cv::Mat& grey, const ZXing::DecodeHints& hints) {
@@ -148,11 +201,11 @@ void addLinear(Sightings& found, const cv::Mat& grey, const ZXing::DecodeHints& 
     cv::Mat rest = grey;
     for (int count = 0; count < kMaximumCodes; ++count) {
         const std::size_t before = found.size();
-        addSightings(found, ZXing::ReadBarcodes(viewOf(rest), hints));
+        addSightings(found, resultsOf(rest, hints));
         if (found.size() == before) {
             return;
         }
-        placeBars(grey, found.back());
+        place(grey, found.back());
         if (count == 0) {
             rest = grey.clone();
         }
@@ -166,15 +219,19 @@ Sightings readWithZxing(const cv::Mat& grey, SymbologySet wanted, ReadingMode mo
     Sightings found;
     // No formats would mean all of them.
     if (const auto formats = formatsFor(wanted & kEveryMatrix); !formats.empty()) {
-        addSightings(found, ZXing::ReadBarcodes(viewOf(grey), hintsFor(formats, mode)));
+        addSightings(found, resultsOf(grey, hintsFor(formats, mode)));
         for (Sighting& seen : found) {
             if (seen.symbology == Symbology::kMaxiCode) {
                 placeMaxiCode(grey, seen);
             }
         }
     }
-    if (const auto formats = formatsFor(wanted & kEveryLinear); !formats.empty()) {
+    if (const auto formats = formatsFor(wanted & kEveryLinear & ~kEveryDataBar); !formats.empty()) {
         addLinear(found, grey, hintsFor(formats, mode).setMaxNumberOfSymbols(1));
+    }
+    // Already the second line of some DataBars would be compared with the first.
+    if (const auto formats = formatsFor(wanted & kEveryDataBar); !formats.empty()) {
+        addLinear(found, grey, hintsFor(formats, mode).setMaxNumberOfSymbols(1).setMinLineCount(1));
     }
     return found;
 }

@@ -4,6 +4,7 @@
 #include "page/paper/flat_fills.h"
 #include "page/paper/membrane.h"
 #include "page/paper/paper_cells.h"
+#include "page/paper/picture_boxes.h"
 #include "page/paper/reduced_page.h"
 #include "page/paper/sheet_colour.h"
 
@@ -80,7 +81,7 @@ struct Light {
 
 // From the cells of the main region, and of others that the light around explains.
 Light lightOnPaper(const Cells& cells, const Region& main) {
-    Light light{cells.labels == main.label, {}};
+    Light light{(cells.labels == main.label) & ~pictureBoxes(cells, main), {}};
     light.surface = membrane(cells.colour, light.known);
     std::vector<Region> others;
     std::copy_if(cells.regions.begin(), cells.regions.end(), std::back_inserter(others),

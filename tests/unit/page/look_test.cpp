@@ -144,6 +144,26 @@ TEST(PaperLook, KeepsPhotographs) {
     EXPECT_LE(cv::mean(difference.reshape(1))[0], 6);
 }
 
+TEST(PaperLook, KeepsAPictureWhosePaleSkyRunsIntoThePaper) {
+    cv::Mat print = printedPage();
+    const cv::Rect box(150, 300, 600, 500);
+    cv::Mat picture(box.size(), CV_8UC3);
+    for (int y = 0; y < picture.rows; ++y) {
+        for (int x = 0; x < picture.cols; ++x) {
+            const int cloud = std::max(0, 250 - (x + y) / 2);
+            picture.at<cv::Vec3b>(y, x) =
+                y < 350 ? cv::Vec3b(cv::saturate_cast<unsigned char>(150 + cloud),
+                                    cv::saturate_cast<unsigned char>(140 + cloud),
+                                    cv::saturate_cast<unsigned char>(130 + cloud))
+                        : cv::Vec3b(40, 90, 60);
+        }
+    }
+    picture.copyTo(print(box));
+    const cv::Mat look = paperLook(lit(print, kWarm, 0.9));
+    const cv::Rect sky(box.x + 400, box.y + 100, 150, 200);
+    expectNear(meanIn(look, sky), cv::mean(print(sky)), 12);
+}
+
 TEST(PaperLook, KeepsTheColourOfSheetsThatAreNotWhite) {
     const cv::Scalar kDarkBlue(120, 75, 30);
     const cv::Scalar kGreen(170, 205, 165);

@@ -59,4 +59,11 @@ bool areOfOneCode(const Corners& one, const Corners& other) {
     return contains(one, middleOf(other), kMargin) || contains(other, middleOf(one), kMargin);
 }
 
+bool doOverlap(const Corners& one, const Corners& other) {
+    constexpr double kPart = 0.3;
+    const cv::Rect2d first = boundsOf(one);
+    const cv::Rect2d second = boundsOf(other);
+    return (first & second).area() > kPart * std::min(first.area(), second.area());
+}
+
 } // namespace doccam::codes

@@ -24,4 +24,7 @@ Corners rectangleAround(const std::vector<cv::Point2d>& points, cv::Point2d read
 // Whether both may be of the same code: the middle of one lies inside of the other.
 bool areOfOneCode(const Corners& one, const Corners& other);
 
+// Whether both lie over each other by a good part of the smaller one.
+bool doOverlap(const Corners& one, const Corners& other);
+
 } // namespace doccam::codes

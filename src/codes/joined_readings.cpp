@@ -77,7 +77,8 @@ Joined* JoinedReadings::sameAs(const Sighting& seen) {
         return joined.code.symbology == seen.symbology &&
                (joined.code.bytes == seen.bytes || joined.code.text == seen.text) &&
                (isAnywhere(seen) || isAnywhere(joined.code) ||
-                areOfOneCode(joined.code.corners, seen.corners));
+                areOfOneCode(joined.code.corners, seen.corners) ||
+                doOverlap(joined.code.corners, seen.corners));
     });
     return same != joined_.end() ? &*same : nullptr;
 }

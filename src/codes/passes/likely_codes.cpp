@@ -144,6 +144,12 @@ double areaOf(const LikelyCode& code) {
     return cv::norm(code.place[1] - code.place[0]) * cv::norm(code.place[3] - code.place[0]);
 }
 
+void sortBySize(std::vector<LikelyCode>& codes) {
+    std::sort(codes.begin(), codes.end(), [](const LikelyCode& one, const LikelyCode& other) {
+        return areaOf(one) > areaOf(other);
+    });
+}
+
 // The patches that look like codes; takes them off the cells.
 std::vector<LikelyCode> likelyIn(CodeCells all) {
     constexpr std::size_t kFewest = 4; // cells
@@ -196,16 +202,17 @@ std::vector<LikelyCode> likelyCodes(const cv::Mat& grey, const Sightings& read) 
     CodeCells all = codeCells(reduced);
     leaveOut(all, read, scale);
     std::vector<LikelyCode> found = likelyIn(all);
-    const std::vector<LikelyCode> together = likelyTogether(std::move(all), found);
+    std::vector<LikelyCode> together = likelyTogether(std::move(all), found);
+    sortBySize(found);
+    sortBySize(together);
+    std::stable_partition(found.begin(), found.end(),
+                          [](const LikelyCode& code) { return code.bars; });
     found.insert(found.end(), together.begin(), together.end());
     for (LikelyCode& code : found) {
         for (cv::Point2d& corner : code.place) {
             corner /= scale;
         }
     }
-    std::sort(found.begin(), found.end(), [](const LikelyCode& one, const LikelyCode& other) {
-        return areaOf(one) > areaOf(other);
-    });
     found.resize(std::min(found.size(), kMaximumCodes));
     return found;
 }

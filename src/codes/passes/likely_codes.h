@@ -14,7 +14,8 @@ struct LikelyCode {
     bool bars = false; // or else a matrix
 };
 
-// The largest first, at most a few dozen. Cheap: a fraction of what reading takes.
+// Those that are quick to try first, then the largest; at most a few dozen. Takes a fraction of the
+// time of reading.
 std::vector<LikelyCode> likelyCodes(const cv::Mat& grey, const Sightings& read);
 
 } // namespace doccam::codes

@@ -8,11 +8,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace doccam::codes {
 namespace {
 
-constexpr double kLargestSide = 1600; // pixels of a turned and enlarged part
+constexpr double kLargestSide = 1200; // pixels of a turned and enlarged part
 
 // The angle of most edges, in radians, in which all quarter turns are alike.
 double edgeAngle(cv::Mat part) {
@@ -104,7 +105,7 @@ struct Way {
     bool inverted;
 };
 
-constexpr Way kWays[] = {
+constexpr Way kWays[kAllWays] = {
     {1, Threshold::kLocal, false, false}, {2, Threshold::kLocal, false, false},
     {3, Threshold::kLocal, false, false}, {2, Threshold::kGlobal, false, false},
     {3, Threshold::kLocal, true, false},  {3, Threshold::kGlobal, true, false},
@@ -125,13 +126,13 @@ Sightings readPart(const Part& part, SymbologySet wanted, Threshold threshold) {
 }
 
 Sightings readMatrix(const cv::Mat& grey, const Corners& place, SymbologySet wanted,
-                     const Deadline& deadline) {
+                     std::size_t ways, const Deadline& deadline) {
     const cv::Rect around = partOf(grey, place);
     if (around.area() < 64 || (wanted & kEveryMatrix) == 0) {
         return {};
     }
     const double angle = edgeAngle(grey(around));
-    for (const Way& way : kWays) {
+    for (const Way& way : std::span(kWays).first(std::min(ways, kAllWays))) {
         if (deadline.isOver()) {
             return {};
         }
@@ -158,14 +159,14 @@ Corners longSideFirst(const Corners& place) {
 } // namespace
 
 Sightings readRegion(const cv::Mat& grey, const LikelyCode& likely, SymbologySet wanted,
-                     const Deadline& deadline) {
+                     std::size_t ways, const Deadline& deadline) {
     // The bars of a PDF417 prevail over its rows, and short bars may look like a matrix.
     Sightings found = likely.bars ? readAcrossBars(grey, likely.place, wanted)
-                                  : readMatrix(grey, likely.place, wanted, deadline);
+                                  : readMatrix(grey, likely.place, wanted, ways, deadline);
     if (found.empty() && !deadline.isOver()) {
-        found = likely.bars
-                    ? readMatrix(grey, likely.place, wanted & asSet(Symbology::kPdf417), deadline)
-                    : readAcrossBars(grey, longSideFirst(likely.place), wanted);
+        found = likely.bars ? readMatrix(grey, likely.place, wanted & asSet(Symbology::kPdf417),
+                                         ways, deadline)
+                            : readAcrossBars(grey, longSideFirst(likely.place), wanted);
     }
     return found;
 }

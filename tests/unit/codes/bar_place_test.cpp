@@ -1,10 +1,8 @@
 #include "codes/bar_place.h"
-
 #include "unit/barcode/code_drawing.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
 
 namespace doccam::codes {
 namespace {

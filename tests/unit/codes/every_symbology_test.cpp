@@ -2,10 +2,9 @@
 #include "read_picture.h"
 #include "unit/barcode/code_pictures.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
 #include <zint.h>
 
 namespace doccam::test {
@@ -109,11 +108,14 @@ TEST(TextsOfCodes, AreUtf8BesideTheBytesOfShiftJis) {
     const PictureRead read = readPicture(drawCode(unicode, 4));
     ASSERT_EQ(read.codes.size(), 1U);
     EXPECT_EQ(read.codes[0].text, japanese.payload);
-    EXPECT_EQ(read.codes[0].bytes, "\x93\xfa\x96{\x8c\xea\x83" "e\x83X\x83g");
+    EXPECT_EQ(read.codes[0].bytes, "\x93\xfa\x96{\x8c\xea\x83"
+                                   "e\x83X\x83g");
 }
 
 TEST(TextsOfCodes, KeepBinaryBytes) {
-    const std::string bytes("\x00\x01\xff\xfe\x80" "abc\xe9", 9);
+    const std::string bytes("\x00\x01\xff\xfe\x80"
+                            "abc\xe9",
+                            9);
     const PictureRead read = readPicture(drawCode(qrCode(bytes), 4));
     ASSERT_EQ(read.codes.size(), 1U);
     EXPECT_EQ(read.codes[0].bytes, bytes);
@@ -141,8 +143,7 @@ cv::Mat sideBySide(const cv::Mat& one, const cv::Mat& other) {
 // zxing ends the process when it is left to compare them.
 TEST(SeveralCodes, MayBeEqual) {
     const cv::Mat bars = drawCode(code128("SAME"), 2);
-    EXPECT_THAT(readTexts(sideBySide(bars, bars)),
-                ElementsAre("Code 128: SAME", "Code 128: SAME"));
+    EXPECT_THAT(readTexts(sideBySide(bars, bars)), ElementsAre("Code 128: SAME", "Code 128: SAME"));
     const cv::Mat matrix = drawCode(qrCode("same"), 3);
     EXPECT_THAT(readTexts(sideBySide(matrix, matrix)),
                 ElementsAre("QR Code: same", "QR Code: same"));
@@ -175,8 +176,8 @@ TEST(Addons, AreNotReadAlone) {
 
 // Nothing in these checks that all of it was read.
 TEST(PartsOfCodes, AreNotRead) {
-    for (const Code& code : {Code{BARCODE_C25INTER, "12345678901234", ""},
-                             Code{BARCODE_CODE39, "DOCUMENT 39", ""}}) {
+    for (const Code& code :
+         {Code{BARCODE_C25INTER, "12345678901234", ""}, Code{BARCODE_CODE39, "DOCUMENT 39", ""}}) {
         const cv::Mat whole = drawCode(code, 3);
         for (const double part : {0.5, 0.7, 0.85}) {
             const auto columns = static_cast<int>(whole.cols * part);

@@ -1,11 +1,9 @@
-#include "codes/passes/likely_codes.h"
-
 #include "codes/corners.h"
+#include "codes/passes/likely_codes.h"
 #include "unit/barcode/code_pictures.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
 
 #include <algorithm>
 
@@ -54,7 +52,8 @@ TEST(LikelyCodes, AreNotSeenWhereOneHasBeenRead) {
 }
 
 TEST(LikelyCodes, AreNoneInEmptyPictures) {
-    for (const cv::Size size : {cv::Size(1, 1), cv::Size(8, 8), cv::Size(9, 500), cv::Size(64, 64)}) {
+    for (const cv::Size size :
+         {cv::Size(1, 1), cv::Size(8, 8), cv::Size(9, 500), cv::Size(64, 64)}) {
         EXPECT_TRUE(likelyCodes(cv::Mat(size, CV_8UC1, cv::Scalar(200)), {}).empty());
     }
 }

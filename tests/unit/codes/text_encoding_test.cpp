@@ -9,8 +9,8 @@ TEST(TextEncoding, KnowsUtf8) {
     for (const char* text : {"", "plain", "Stra\u00dfe", "\u65e5\u672c", "\U0001f600"}) {
         EXPECT_TRUE(isUtf8(text)) << text;
     }
-    for (const char* bytes : {"\xc0\xaf", "\xe0\x80\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xff",
-                              "\xc3", "a\xe6\x97", "\x80"}) {
+    for (const char* bytes : {"\xc0\xaf", "\xe0\x80\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80",
+                              "\xff", "\xc3", "a\xe6\x97", "\x80"}) {
         EXPECT_FALSE(isUtf8(bytes));
     }
 }

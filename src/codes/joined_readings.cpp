@@ -32,8 +32,9 @@ void add(Joined& joined, const Sighting& seen) {
     if (isBetterPlaced(seen, code)) {
         code.corners = seen.corners;
         code.aligned = seen.aligned;
-        joined.zxingPlaced = seen.reader == ReaderName::kZxing;
     }
+    joined.zxingPlaced =
+        joined.zxingPlaced || (seen.reader == ReaderName::kZxing && hasPlace(seen));
     // zxing keeps the bytes of texts in other encodings.
     if (seen.reader == ReaderName::kZxing && code.reader == ReaderName::kZbar) {
         code.bytes = seen.bytes;

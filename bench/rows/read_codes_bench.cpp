@@ -83,7 +83,7 @@ Row row(const std::string& name, const std::vector<std::string>& kinds) {
 
 const Entry qr(row("one QR code", {"QR"}));
 const Entry code128(row("one Code 128", {"Code 128"}));
-const Entry six(row("six kinds",
+const Entry six(row("six codes",
                     {"QR", "QR, 400 letters", "PDF417", "Code 128", "EAN-13", "Code 39"}));
 
 } // namespace

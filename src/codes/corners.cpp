@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace doccam::codes {
 namespace {
@@ -64,6 +65,30 @@ bool doOverlap(const Corners& one, const Corners& other) {
     const cv::Rect2d first = boundsOf(one);
     const cv::Rect2d second = boundsOf(other);
     return (first & second).area() > kPart * std::min(first.area(), second.area());
+}
+
+bool areStacked(const Corners& one, const Corners& other) {
+    constexpr double kGap = 0.06;
+    constexpr double kPart = 0.6;
+    const cv::Point2d along = one[1] - one[0];
+    const double length = std::max(cv::norm(along), 1.0);
+    const cv::Point2d side = along / length;
+    const cv::Point2d down(-side.y, side.x);
+    const auto span = [](const Corners& corners, cv::Point2d axis) {
+        double low = corners[0].dot(axis);
+        double high = low;
+        for (const cv::Point2d corner : corners) {
+            low = std::min(low, corner.dot(axis));
+            high = std::max(high, corner.dot(axis));
+        }
+        return std::pair(low, high);
+    };
+    const auto common = [&](cv::Point2d axis) {
+        const auto [low, high] = span(one, axis);
+        const auto [otherLow, otherHigh] = span(other, axis);
+        return std::min(high, otherHigh) - std::max(low, otherLow);
+    };
+    return common(side) > kPart * length && common(down) > -kGap * length;
 }
 
 } // namespace doccam::codes

@@ -27,4 +27,7 @@ bool areOfOneCode(const Corners& one, const Corners& other);
 // Whether both lie over each other by a good part of the smaller one.
 bool doOverlap(const Corners& one, const Corners& other);
 
+// Whether one is above the other as it is read, with hardly a gap, as slices of the same bars are.
+bool areStacked(const Corners& one, const Corners& other);
+
 } // namespace doccam::codes

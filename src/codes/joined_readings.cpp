@@ -48,6 +48,22 @@ void add(Joined& joined, const Sighting& seen) {
     (zbar ? joined.zbar : joined.zxing) = true;
     (zbar ? joined.zbarLines : joined.zxingLines) += seen.lines;
     joined.aligned = joined.aligned || seen.aligned;
+    if (!isAnywhere(seen)) {
+        joined.places.push_back(seen.corners);
+    }
+}
+
+// Whether slices of the same bars were read before the one between them.
+bool areSlices(const Joined& one, const Joined& other) {
+    if (!isLinear(one.code.symbology) || one.code.symbology != other.code.symbology ||
+        one.code.text != other.code.text) {
+        return false;
+    }
+    return std::any_of(one.places.begin(), one.places.end(), [&](const Corners& place) {
+        return std::any_of(other.places.begin(), other.places.end(), [&](const Corners& slice) {
+            return doOverlap(place, slice) || areStacked(place, slice);
+        });
+    });
 }
 
 // How far a code is to be believed beside another one in its place.
@@ -79,7 +95,8 @@ Joined* JoinedReadings::sameAs(const Sighting& seen) {
                (joined.code.bytes == seen.bytes || joined.code.text == seen.text) &&
                (isAnywhere(seen) || isAnywhere(joined.code) ||
                 areOfOneCode(joined.code.corners, seen.corners) ||
-                doOverlap(joined.code.corners, seen.corners));
+                doOverlap(joined.code.corners, seen.corners) ||
+                (isLinear(seen.symbology) && areStacked(joined.code.corners, seen.corners)));
     });
     return same != joined_.end() ? &*same : nullptr;
 }
@@ -111,9 +128,18 @@ bool JoinedReadings::hasRead(const Corners& place) const {
 
 Sightings JoinedReadings::codes(SymbologySet wanted) const {
     Sightings codes;
+    std::vector<const Joined*> sure;
     for (const Joined& joined : joined_) {
-        if (contains(wanted, joined.code.symbology) && isSure(joined) && !isOutdone(joined)) {
-            codes.push_back(joined.code);
+        const bool known = std::any_of(sure.begin(), sure.end(), [&](const Joined* earlier) {
+            return areSlices(*earlier, joined);
+        });
+        if (!known && isSure(joined) && !isOutdone(joined)) {
+            sure.push_back(&joined);
+        }
+    }
+    for (const Joined* joined : sure) {
+        if (contains(wanted, joined->code.symbology)) {
+            codes.push_back(joined->code);
         }
     }
     std::stable_sort(codes.begin(), codes.end(), [](const Sighting& one, const Sighting& other) {

@@ -10,6 +10,7 @@ namespace doccam::codes {
 // What is known of a code.
 struct Joined {
     Sighting code;
+    std::vector<Corners> places = {}; // of all its readings
     int zbarLines = 0;
     int zxingLines = 0;
     bool zbar = false;

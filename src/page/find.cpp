@@ -3,9 +3,11 @@
 #include "page/fit/side_fit.h"
 #include "page/quadrilateral.h"
 #include "page/search/candidates.h"
-#include "page/search/evidence.h"
-#include "page/search/judgement.h"
+#include "page/search/evidence/evidence.h"
+#include "page/search/judgement/judgement.h"
+#include "page/search/plain_regions.h"
 #include "page/search/refined_sides.h"
+#include "page/search/region_candidates.h"
 #include "page/search/relations.h"
 
 #include <algorithm>
@@ -40,6 +42,10 @@ struct Judged {
     bool isDarker; // than what is around it
 };
 
+bool isSurer(const Judged& one, const Judged& other) {
+    return one.sureness > other.sureness;
+}
+
 Judged judged(const Candidate& candidate, const Evidence& evidence) {
     const Traits traits = traitsOf(candidate, evidence);
     return {candidate, surenessOf(traits), traits.brighter < 0.5};
@@ -55,8 +61,7 @@ std::vector<Judged> judged(const std::vector<Candidate>& candidates, const Evide
             all.push_back(one);
         }
     }
-    std::sort(all.begin(), all.end(),
-              [](const Judged& one, const Judged& other) { return one.sureness > other.sureness; });
+    std::sort(all.begin(), all.end(), isSurer);
     return all;
 }
 
@@ -132,14 +137,20 @@ class SheetSearch {
                            [&](const Sheet& sheet) { return overlaps(sheet.corners, corners); });
     }
 
-    Corners inPicture(const Judged& judged) const {
-        return page::inPicture(judged.candidate.corners, evidence_, picture_.size());
+    Corners inPicture(const Corners& reduced) const {
+        return page::inPicture(reduced, evidence_, picture_.size());
     }
+
+    Corners inPicture(const Judged& judged) const { return inPicture(judged.candidate.corners); }
+
+    // Also those around smooth regions, unless one that lines form is sure.
+    std::vector<Judged> judgedCandidates();
 
     std::optional<Sheet> bestFitted(std::span<const Judged> judged) const;
 
     cv::Mat picture_;
     Evidence evidence_;
+    std::optional<std::vector<Corners>> regions_; // once they are needed
     std::vector<Sheet> sheets_;
     std::vector<Judged> unsure_; // of the last round, the surest first
 };
@@ -180,10 +191,31 @@ std::optional<Sheet> SheetSearch::bestFitted(std::span<const Judged> judged) con
     return best;
 }
 
+std::vector<Judged> SheetSearch::judgedCandidates() {
+    constexpr double kSure = 6;
+    const std::vector<SupportedLine> lines = linesIn(evidence_);
+    std::vector<Judged> all =
+        judged(candidatesOf(lines, evidence_.colour.size(), kCandidates), evidence_);
+    if (!all.empty() && all.front().sureness > kSure) {
+        return all;
+    }
+    if (!regions_) {
+        regions_ = plainRegions(evidence_);
+    }
+    for (const Corners& region : *regions_) {
+        if (!isKnown(inPicture(region))) {
+            const std::vector<Judged> around =
+                judged(candidatesAround(region, lines, evidence_), evidence_);
+            all.insert(all.end(), around.begin(), around.end());
+        }
+    }
+    std::sort(all.begin(), all.end(), isSurer);
+    return all;
+}
+
 std::size_t SheetSearch::round(std::size_t maximum) {
     const std::size_t before = sheets_.size();
-    std::vector<Judged> all =
-        judged(candidatesOf(linesIn(evidence_), evidence_.colour.size(), kCandidates), evidence_);
+    std::vector<Judged> all = judgedCandidates();
     const auto unsure =
         std::find_if(all.begin(), all.end(), [](const Judged& one) { return one.sureness < 0; });
     unsure_.assign(unsure, all.end());
@@ -211,11 +243,11 @@ void SheetSearch::lookCloser(std::size_t maximum) {
         if (sheets_.size() == maximum || looks == 0) {
             return;
         }
-        if (one.candidate.cut || isKnown(inPicture(one))) {
+        if (isKnown(inPicture(one))) {
             continue;
         }
         --looks;
-        const Judged closer = judged(withRefinedSides(one.candidate, evidence_), evidence_);
+        const Judged closer = judged(withRefinedSides(one.candidate.corners, evidence_), evidence_);
         if (closer.sureness < 0 || isKnown(inPicture(closer))) {
             continue;
         }

@@ -1,8 +1,11 @@
 // Prints the traits of the quadrilaterals in drawn frames, with which sheet each overlaps and how
 // much: what scripts/fit-judgement fits the page engine's judgement to.
 #include "overlap.h"
-#include "page/search/judgement.h"
-#include "page/search/traits.h"
+#include "page/search/candidates.h"
+#include "page/search/judgement/judgement.h"
+#include "page/search/judgement/traits.h"
+#include "page/search/plain_regions.h"
+#include "page/search/region_candidates.h"
 #include "picture/jpeg.h"
 #include "scene/frames/drawn_frame.h"
 
@@ -53,12 +56,22 @@ std::pair<int, double> nearestSheet(const DrawnFrame& frame, const Quad& corners
     return nearest;
 }
 
+std::vector<Candidate> candidatesIn(const Evidence& evidence) {
+    const auto lines = doccam::page::linesIn(evidence);
+    std::vector<Candidate> candidates =
+        doccam::page::candidatesOf(lines, evidence.colour.size(), kCandidates);
+    for (const doccam::page::Corners& region : doccam::page::plainRegions(evidence)) {
+        const auto around = doccam::page::candidatesAround(region, lines, evidence);
+        candidates.insert(candidates.end(), around.begin(), around.end());
+    }
+    return candidates;
+}
+
 void printTraits(const DrawnFrame& frame) {
     const cv::Mat sent = cv::imdecode(
         doccam::virtualcam::encodeJpeg(frame.picture, frame.jpegQuality), cv::IMREAD_COLOR);
     const Evidence evidence = doccam::page::evidenceOf(sent);
-    for (const Candidate& candidate : doccam::page::candidatesOf(
-             doccam::page::linesIn(evidence), evidence.colour.size(), kCandidates)) {
+    for (const Candidate& candidate : candidatesIn(evidence)) {
         const auto [sheet, overlap] = nearestSheet(frame, inPicture(candidate, evidence.factor));
         const doccam::page::Traits traits = doccam::page::traitsOf(candidate, evidence);
         std::cout << frame.category << '-' << frame.seed << ' ' << frame.sheets.size() << ' '

@@ -181,17 +181,26 @@ double SupportedLine::oneSided(double from, double to) const {
     return last == first ? 0 : std::abs(difference) / static_cast<double>(last - first);
 }
 
+double SupportedLine::supportBeyond(double from, double to) const {
+    constexpr double kBeside = 0.12; // of the side
+    const double length = kBeside * (to - from);
+    return isBorder() ? 0 : (support(from - length, from) + support(to, to + length)) / 2;
+}
+
+std::vector<SupportedLine> bordersOf(cv::Size picture) {
+    const double right = picture.width - 0.5;
+    const double bottom = picture.height - 0.5;
+    return {SupportedLine::border(Line({1, 0}, -0.5)), SupportedLine::border(Line({1, 0}, right)),
+            SupportedLine::border(Line({0, 1}, -0.5)), SupportedLine::border(Line({0, 1}, bottom))};
+}
+
 std::vector<SupportedLine> linesIn(const Evidence& evidence) {
     std::vector<SupportedLine> lines;
     for (const Line& line : differentFitted(evidence, kMaximumLines)) {
         lines.emplace_back(line, evidence);
     }
-    const double right = evidence.colour.cols - 0.5;
-    const double bottom = evidence.colour.rows - 0.5;
-    for (const Line& border :
-         {Line({1, 0}, -0.5), Line({1, 0}, right), Line({0, 1}, -0.5), Line({0, 1}, bottom)}) {
-        lines.push_back(SupportedLine::border(border));
-    }
+    const std::vector<SupportedLine> borders = bordersOf(evidence.colour.size());
+    lines.insert(lines.end(), borders.begin(), borders.end());
     return lines;
 }
 

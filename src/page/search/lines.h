@@ -2,7 +2,7 @@
 #pragma once
 
 #include "page/line.h"
-#include "page/search/evidence.h"
+#include "page/search/evidence/evidence.h"
 
 #include <vector>
 
@@ -25,6 +25,9 @@ class SupportedLine : public Line {
     // The same, of the edges that change to one side less those that change to the other.
     double oneSided(double from, double to) const;
 
+    // The support close by both ends, outside of them.
+    double supportBeyond(double from, double to) const;
+
   private:
     struct Counts { // up to a pixel along the line
         int edges = 0;
@@ -45,6 +48,8 @@ class SupportedLine : public Line {
     double start_ = 0; // where the line enters the picture
     std::vector<Counts> counts_;
 };
+
+std::vector<SupportedLine> bordersOf(cv::Size picture);
 
 // The lines with most edges, then the picture's borders.
 std::vector<SupportedLine> linesIn(const Evidence& evidence);

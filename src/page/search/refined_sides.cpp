@@ -15,16 +15,15 @@ struct Place {
     double across;
 };
 
-std::vector<Place> edgesBeside(const Line& line, double from, double to,
+std::vector<Place> edgesBeside(const Line& line, double from, double to, int reach,
                                const cv::Mat& directions) {
-    constexpr int kReach = 4;
     constexpr int kNearAngle = 12;
     const int angle = cvRound(
         cv::fastAtan2(static_cast<float>(line.normal().y), static_cast<float>(line.normal().x)));
     const cv::Rect picture(0, 0, directions.cols, directions.rows);
     std::vector<Place> places;
     for (double along = from; along <= to; ++along) {
-        for (int across = -kReach; across <= kReach; ++across) {
+        for (int across = -reach; across <= reach; ++across) {
             const cv::Point pixel(line.at(along) + line.normal() * static_cast<double>(across));
             const int there = picture.contains(pixel) ? directions.at<short>(pixel) : kNoEdge;
             // Either way over the edge.
@@ -75,32 +74,59 @@ Offset bestOffset(const std::vector<Place>& places, double least) {
     return best;
 }
 
-Line refined(cv::Point2d from, cv::Point2d to, const Evidence& evidence) {
+Line refined(cv::Point2d from, cv::Point2d to, int reach, const Evidence& evidence) {
     constexpr double kOfSide = 1.0 / 3;
     const Line line = Line::through(from, to);
     const double start = std::min(line.along(from), line.along(to));
     const double end = std::max(line.along(from), line.along(to));
-    const Offset offset =
-        bestOffset(edgesBeside(line, start, end, evidence.directions), kOfSide * (end - start));
+    const Offset offset = bestOffset(edgesBeside(line, start, end, reach, evidence.directions),
+                                     kOfSide * (end - start));
     return Line::through(line.at(start) + line.normal() * offset.at(start),
                          line.at(end) + line.normal() * offset.at(end));
 }
 
+// The border of the picture that the side lies on, or null.
+const SupportedLine* borderAt(cv::Point2d from, cv::Point2d to,
+                              const std::vector<SupportedLine>& borders) {
+    constexpr double kNear = 8;
+    const auto isNear = [&](const SupportedLine& border) {
+        const auto offset = [&](cv::Point2d place) {
+            return std::abs(place.dot(border.normal()) - border.distance());
+        };
+        return offset(from) < kNear && offset(to) < kNear;
+    };
+    const auto border = std::find_if(borders.begin(), borders.end(), isNear);
+    return border == borders.end() ? nullptr : &*border;
+}
+
 } // namespace
 
-Candidate withRefinedSides(const Candidate& candidate, const Evidence& evidence) {
+Candidate withRefinedSides(const Corners& about, const Evidence& evidence, int reach) {
+    constexpr int kNear = 4;
     constexpr int kTimes = 2; // as the corners move, so do the ends of the sides
-    Corners corners = candidate.corners;
+    constexpr int kMaximumBorders = 2;
+    const std::vector<SupportedLine> borders = bordersOf(evidence.colour.size());
+    Corners corners = about;
+    std::array<const SupportedLine*, 4> onBorder{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        onBorder[i] = borderAt(corners[i], corners[(i + 1) % 4], borders);
+    }
+    std::vector<SupportedLine> sides;
     for (int time = 0; time < kTimes; ++time) {
-        std::vector<Line> sides;
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            sides.push_back(refined(corners[i], corners[(i + 1) % 4], evidence));
+        sides.clear();
+        for (std::size_t i = 0; i < 4; ++i) {
+            sides.push_back(onBorder[i] != nullptr
+                                ? *onBorder[i]
+                                : SupportedLine(refined(corners[i], corners[(i + 1) % 4],
+                                                        time == 0 ? reach : kNear, evidence),
+                                                evidence));
         }
-        for (std::size_t i = 0; i < corners.size(); ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             corners[i] = sides[(i + 3) % 4].meet(sides[i]);
         }
     }
-    return candidateAt(corners, evidence);
+    return candidateOf({&sides[0], &sides[1], &sides[2], &sides[3]}, evidence.colour.size(),
+                       kMaximumBorders);
 }
 
 } // namespace doccam::page

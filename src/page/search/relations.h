@@ -1,7 +1,7 @@
 // How quadrilaterals of the reduced picture lie to each other.
 #pragma once
 
-#include "page/search/evidence.h"
+#include "page/search/evidence/evidence.h"
 #include "page/sheet.h"
 
 namespace doccam::page {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "page/line.h"
-#include "page/search/evidence.h"
+#include "page/search/evidence/evidence.h"
 
 #include <vector>
 

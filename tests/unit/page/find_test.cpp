@@ -125,17 +125,37 @@ TEST(FindSheets, FindsADarkSheetOnALightDesk) {
     expectNear(sheets[0].corners, truth, 0.7);
 }
 
-TEST(FindSheets, FindsNothingOnAChequeredCloth) {
+// Woven of threads of two colours, so that it has squares of three.
+cv::Mat chequeredCloth(const cv::Vec3b& one, const cv::Vec3b& other) {
     cv::Mat cloth(900, 1200, CV_8UC3);
     cv::RNG random(7);
     for (int y = 0; y < cloth.rows; ++y) {
         for (int x = 0; x < cloth.cols; ++x) {
-            const int tone = (x / 90 % 2 + y / 90 % 2) * 60 + 90 + random.uniform(-9, 10);
-            cloth.at<cv::Vec3b>(y, x) = {cv::saturate_cast<unsigned char>(tone),
-                                         cv::saturate_cast<unsigned char>(tone - 30), 90};
+            const int ofOther = x / 90 % 2 + y / 90 % 2;
+            const int grain = random.uniform(-12, 13);
+            for (int c = 0; c < 3; ++c) {
+                cloth.at<cv::Vec3b>(y, x)[c] = cv::saturate_cast<unsigned char>(
+                    (one[c] * (2 - ofOther) + other[c] * ofOther) / 2 + grain);
+            }
         }
     }
-    EXPECT_THAT(findSheets(cloth, 4), IsEmpty());
+    cv::blur(cloth, cloth, {3, 3});
+    return cloth;
+}
+
+TEST(FindSheets, FindsNothingOnAChequeredCloth) {
+    EXPECT_THAT(findSheets(chequeredCloth({90, 60, 90}, {210, 180, 90}), 4), IsEmpty());
+}
+
+TEST(FindSheets, FindsASheetOnAClothWithSquaresOfItsOwnColour) {
+    const Corners truth = seenCorners(kTilted, 0.707);
+    cv::Mat picture = chequeredCloth({40, 30, 150}, {224, 226, 226});
+    const cv::Mat sheet = drawnSheet(picture.size(), truth, {226, 228, 228}, {0, 0, 0});
+    sheet.copyTo(picture, sheet);
+    addNoise(picture, 1);
+    const auto sheets = findSheets(picture, 2);
+    ASSERT_THAT(sheets, SizeIs(1));
+    expectNear(sheets[0].corners, truth, 1.5);
 }
 
 TEST(FindSheets, MarksASheetWhoseSideLiesOutsideAsCut) {
@@ -144,6 +164,19 @@ TEST(FindSheets, MarksASheetWhoseSideLiesOutsideAsCut) {
     const auto sheets = findSheets(picture(cv::Rect(0, 0, 1200, 600)), 1);
     ASSERT_THAT(sheets, SizeIs(1));
     EXPECT_TRUE(sheets[0].cut);
+}
+
+TEST(FindSheets, FindsASheetOneCornerOfWhichLiesOutside) {
+    const Corners truth = seenCorners({.turn = 8, .distance = 1.6}, 0.707);
+    const cv::Mat picture = drawnSheet({1200, 900}, truth, kPaper, {50, 70, 90});
+    const auto seen =
+        cv::Rect(cv::Point(0, 0), cv::Point(cvFloor(truth[2].x) - 120, cvFloor(truth[2].y) - 80));
+    cv::Mat cut = picture(seen).clone();
+    addNoise(cut, 2);
+    const auto sheets = findSheets(cut, 1);
+    ASSERT_THAT(sheets, SizeIs(1));
+    EXPECT_TRUE(sheets[0].cut);
+    EXPECT_LT(cv::norm(sheets[0].corners[0] - truth[0]), 1);
 }
 
 TEST(FindSheets, TakesPicturesOfAnySize) {

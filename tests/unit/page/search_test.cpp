@@ -1,7 +1,7 @@
 // The parts of the search for sheets.
 #include "page/fit/side_fit.h"
-#include "page/search/judgement.h"
-#include "page/search/reduced_colours.h"
+#include "page/search/evidence/reduced_colours.h"
+#include "page/search/judgement/judgement.h"
 #include "page/search/refined_sides.h"
 
 #include <gtest/gtest.h>
@@ -110,8 +110,7 @@ TEST(RefinedSides, AreThoseOfTheSheetBetweenItsCorners) {
     near[0] += cv::Point2d(-2, 1.5);
     near[1] += cv::Point2d(1.5, 2);
     near[2] += cv::Point2d(1, -2);
-    const page::Candidate refined =
-        page::withRefinedSides(page::candidateAt(near, evidence), evidence);
+    const page::Candidate refined = page::withRefinedSides(near, evidence);
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_LE(cv::norm(refined.corners[i] - sheet[i]), 1.5) << i;
     }

@@ -38,7 +38,7 @@ class TiffDensity {
             return std::nullopt;
         }
         const Number unitField = field(*picture, kUnit);
-        const Number unit = unitField ? number(*unitField + 8, 2) : Number(kInches);
+        const std::uint64_t unit = unitField ? number(*unitField + 8, 2).value_or(0) : kInches;
         const auto across = ratio(*picture, kAcross);
         const auto down = ratio(*picture, kDown);
         if (!across || !down || (unit != kInches && unit != kCentimetres)) {

@@ -1,8 +1,8 @@
 // What tells a sheet of paper from any other quadrilateral.
 #pragma once
 
-#include "page/search/candidates.h"
-#include "page/search/evidence.h"
+#include "page/search/candidate.h"
+#include "page/search/evidence/evidence.h"
 
 namespace doccam::page {
 
@@ -24,6 +24,7 @@ struct Traits {
     double surroundings = 0;     // the same farther around, where a pattern evens out
     double smoothInside = 0;
     double smoothOutside = 0;
+    double calm = 0;       // how much smoother the inside is, as paper is beside cloth
     double continuing = 0; // how much of the contrast goes on past its corners
     double leak = 0;       // how much of the surroundings looks as the inside
     double worstLeak = 0;  // of one side
@@ -33,7 +34,7 @@ struct Traits {
     double whole = 0;      // 0 if one side is a border of the picture
 };
 
-// All 0 if too little of its sides is seen.
+// All 0 if too little of its sides is seen, or if they cross.
 Traits traitsOf(const Candidate& candidate, const Evidence& evidence);
 
 } // namespace doccam::page

@@ -1,6 +1,7 @@
-#include "page/search/evidence.h"
+#include "page/search/evidence/evidence.h"
 
-#include "page/search/reduced_colours.h"
+#include "page/search/evidence/reduced_colours.h"
+#include "page/search/evidence/roughness.h"
 
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
@@ -127,6 +128,7 @@ Evidence evidenceOf(const cv::Mat& picture) {
     const int longest = std::max(picture.cols, picture.rows);
     evidence.factor = std::max(1, (longest + kReducedSide / 2) / kReducedSide);
     cv::GaussianBlur(reducedColours(picture, evidence.factor), evidence.colour, {5, 5}, 1.0);
+    evidence.roughness = roughnessOf(evidence.colour);
     collectEdges(slopesOf(evidence.colour), evidence);
     weighByCrowd(evidence);
     return evidence;

@@ -1,7 +1,7 @@
 // How sure it is that a quadrilateral is a sheet of paper.
 #pragma once
 
-#include "page/search/traits.h"
+#include "page/search/judgement/traits.h"
 
 #include <span>
 #include <string_view>

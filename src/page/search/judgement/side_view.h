@@ -1,7 +1,7 @@
 // The colours on both sides of a straight side.
 #pragma once
 
-#include "page/search/evidence.h"
+#include "page/search/evidence/evidence.h"
 
 #include <optional>
 
@@ -18,6 +18,7 @@ struct SideView {
     double evenness = 0;     // 1 if the inside is of one colour
     double roughInside = 0;  // part of the steps along the side that change the colour
     double roughOutside = 0;
+    double calm = 0;       // 1 if it is rough outside only, as cloth is beside paper
     double continuing = 0; // how much of the contrast is still there past its ends
     double leak = 0;       // part of the surroundings that looks as inside
     double hole = 0;       // part of the inside that looks as outside

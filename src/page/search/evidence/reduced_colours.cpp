@@ -1,4 +1,4 @@
-#include "page/search/reduced_colours.h"
+#include "page/search/evidence/reduced_colours.h"
 
 #include <opencv2/core/utility.hpp>
 

@@ -21,6 +21,7 @@ struct Evidence {
     cv::Mat colour; // CV_32FC3: lightness and two differences of colours, in levels, smoothed
     std::vector<EdgePixel> edges;
     cv::Mat directions; // CV_16S: whole degrees at each edge pixel, kNoEdge elsewhere
+    cv::Mat roughness;  // CV_8U, in sixteenths of a level
 
     // Leaves out the edges of what lies there.
     void forgetWithin(const Corners& corners);

@@ -1,4 +1,4 @@
-#include "page/search/side_view.h"
+#include "page/search/judgement/side_view.h"
 
 #include <opencv2/core.hpp>
 
@@ -12,18 +12,22 @@ namespace {
 
 constexpr int kSamples = 40; // along each side
 constexpr std::array kDepths{3, 8, 16, 24};
-constexpr double kAlike = 0.35; // of the contrast
+constexpr double kBeyondEdge = 10; // from where on a side's own edge makes nothing rough
+constexpr double kAlike = 0.35;    // of the contrast
 
 // Colours at each depth, from the side inwards or outwards.
 struct Sample {
     std::array<cv::Vec3f, kDepths.size()> inside;
     std::array<cv::Vec3f, kDepths.size()> outside;
+    double roughInside = 0;
+    double roughOutside = 0;
 };
 
 class Sampling {
   public:
     Sampling(const Evidence& evidence, cv::Point2d from, cv::Point2d to)
-      : colour_(evidence.colour) {
+      : colour_(evidence.colour)
+      , roughness_(evidence.roughness) {
         const cv::Point2d along = to - from;
         const cv::Point2d inwards = cv::Point2d(-along.y, along.x) / cv::norm(along);
         samples_.reserve(kSamples);
@@ -53,10 +57,20 @@ class Sampling {
             sample.inside[i] = inside;
             sample.outside[i] = outside;
         }
+        addRoughness(at(kBeyondEdge), at(-kBeyondEdge), sample);
         samples_.push_back(sample);
     }
 
+    void addRoughness(cv::Point inside, cv::Point outside, Sample& sample) const {
+        const cv::Rect picture({}, colour_.size());
+        if (picture.contains(inside) && picture.contains(outside)) {
+            sample.roughInside = roughness_.at<unsigned char>(inside);
+            sample.roughOutside = roughness_.at<unsigned char>(outside);
+        }
+    }
+
     const cv::Mat& colour_;
+    const cv::Mat& roughness_;
     std::vector<Sample> samples_;
 };
 
@@ -91,6 +105,14 @@ void addRoughness(const std::vector<Sample>& samples, SideView& view) {
     }
     view.roughInside /= static_cast<double>(samples.size());
     view.roughOutside /= static_cast<double>(samples.size());
+    constexpr double kHardly = 4; // sixteenths of a level
+    double inside = kHardly;
+    double outside = kHardly;
+    for (const Sample& sample : samples) {
+        inside += sample.roughInside / static_cast<double>(samples.size());
+        outside += sample.roughOutside / static_cast<double>(samples.size());
+    }
+    view.calm = std::max(0.0, outside - inside) / outside;
 }
 
 void addContrast(const std::vector<Sample>& samples, SideView& view) {

@@ -1,8 +1,8 @@
-#include "page/search/traits.h"
+#include "page/search/judgement/traits.h"
 
 #include "page/aspect_ratio.h"
 #include "page/quadrilateral.h"
-#include "page/search/side_view.h"
+#include "page/search/judgement/side_view.h"
 
 #include <algorithm>
 #include <cmath>
@@ -72,6 +72,7 @@ void addSides(const std::vector<SideView>& views, Traits& traits) {
         traits.brighter += view.brighter > 0 ? share : 0;
         traits.smoothInside += share * fading(view.roughInside, 0.2);
         traits.smoothOutside += share * fading(view.roughOutside, 0.2);
+        traits.calm += share * view.calm;
         traits.continuing += share * view.continuing;
         traits.leak += share * view.leak;
         traits.worstLeak = std::max(traits.worstLeak, view.leak);
@@ -84,7 +85,7 @@ void addSides(const std::vector<SideView>& views, Traits& traits) {
 Traits traitsOf(const Candidate& candidate, const Evidence& evidence) {
     const std::vector<SideView> views = viewsOf(candidate, evidence);
     Traits traits;
-    if (views.size() < 3) {
+    if (views.size() < 2 || !isConvex(candidate.corners)) {
         return traits;
     }
     traits.support = candidate.support.mean;

@@ -43,6 +43,32 @@ Support supportOf(const std::array<const SupportedLine*, 4>& lines, const Corner
     return support;
 }
 
+// Whether one side is a border and the opposite one is or nearly is the other: a stripe of the
+// desk.
+bool isStrip(const std::array<const SupportedLine*, 4>& around, const Corners& corners,
+             cv::Size picture) {
+    constexpr double kAcross = 0.95; // of the picture
+    constexpr double kLong = 3;      // times its width
+    for (std::size_t i = 0; i < 4; ++i) {
+        const SupportedLine& side = *around[i];
+        if (!side.isBorder()) {
+            continue;
+        }
+        const double extent = side.normal().x != 0 ? picture.width : picture.height;
+        const auto depth = [&](cv::Point2d corner) {
+            return std::abs(corner.dot(side.normal()) - side.distance());
+        };
+        const cv::Point2d far = corners[(i + 2) % 4];
+        const cv::Point2d farther = corners[(i + 3) % 4];
+        if (around[(i + 2) % 4]->isBorder() ||
+            (std::min(depth(far), depth(farther)) > kAcross * extent &&
+             depth(far) > kLong * cv::norm(far - farther))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 double promiseOf(const Candidate& candidate) {
     constexpr double kOfCut = 0.15; // many lines meet a border, and few of them end there
     const Support& support = candidate.support;
@@ -81,10 +107,7 @@ Candidate candidateOf(const std::array<const SupportedLine*, 4>& around, cv::Siz
         borders += around[i]->isBorder() ? 1 : 0;
     }
     candidate.cut = borders > 0;
-    // A strip across the picture is no sheet.
-    const bool isStrip = (around[0]->isBorder() && around[2]->isBorder()) ||
-                         (around[1]->isBorder() && around[3]->isBorder());
-    if (borders <= maximumBorders && !isStrip &&
+    if (borders <= maximumBorders && !isStrip(around, candidate.corners, picture) &&
         isPlausible(candidate.corners, picture, kLeastArea,
                     candidate.cut ? kMarginOfCut : kMargin)) {
         candidate.support = supportOf(around, candidate.corners);
@@ -95,6 +118,7 @@ Candidate candidateOf(const std::array<const SupportedLine*, 4>& around, cv::Siz
 std::vector<Candidate> mostPromising(std::vector<Candidate> candidates, std::size_t maximum) {
     constexpr std::size_t kCompared = 10; // of those kept, to leave out similar ones
     std::vector<Promising> found;
+    found.reserve(candidates.size());
     for (const Candidate& candidate : candidates) {
         found.push_back({promiseOf(candidate), &candidate});
     }

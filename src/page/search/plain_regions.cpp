@@ -17,13 +17,13 @@ namespace {
 // The hull's four sides.
 std::optional<Corners> cornersOf(const std::vector<cv::Point>& outline) {
     constexpr double kStep = 0.01; // of the hull's length
-    constexpr double kFarthest = 0.1;
+    constexpr int kSteps = 9;
     std::vector<cv::Point> hull;
     cv::convexHull(outline, hull);
     const double length = cv::arcLength(hull, true);
     std::vector<cv::Point> corners;
-    for (double tolerance = kStep; tolerance < kFarthest; tolerance += kStep) {
-        cv::approxPolyDP(hull, corners, tolerance * length, true);
+    for (int step = 1; step <= kSteps; ++step) {
+        cv::approxPolyDP(hull, corners, step * kStep * length, true);
         if (corners.size() <= 4) {
             break;
         }

@@ -22,7 +22,8 @@ std::vector<Place> edgesBeside(const Line& line, double from, double to, int rea
         cv::fastAtan2(static_cast<float>(line.normal().y), static_cast<float>(line.normal().x)));
     const cv::Rect picture(0, 0, directions.cols, directions.rows);
     std::vector<Place> places;
-    for (double along = from; along <= to; ++along) {
+    for (int step = 0; step <= static_cast<int>(to - from); ++step) {
+        const double along = from + step;
         for (int across = -reach; across <= reach; ++across) {
             const cv::Point pixel(line.at(along) + line.normal() * static_cast<double>(across));
             const int there = picture.contains(pixel) ? directions.at<short>(pixel) : kNoEdge;

@@ -37,6 +37,7 @@ std::vector<const SupportedLine*> linesBeside(cv::Point2d from, cv::Point2d to,
     std::sort(beside.rbegin(), beside.rend());
     beside.resize(std::min(beside.size(), kMost));
     std::vector<const SupportedLine*> best;
+    best.reserve(beside.size());
     for (const auto& one : beside) {
         best.push_back(one.second);
     }

@@ -98,7 +98,7 @@ bool roundsTo(double exact, double whole) {
 // JFIF wants its header first of all segments.
 std::optional<Density> inJpeg(FileBytes& file) {
     constexpr std::uint64_t kHeader = 2;
-    const Number unit = file.at(kHeader + 11);
+    const std::uint64_t unit = file.at(kHeader + 11).value_or(0);
     const Number length = file.bigEndian(kHeader + 2, 2);
     if (file.bigEndian(kHeader, 2) != 0xFFE0U || !length ||
         !file.startsWith(kHeader + 4, std::string("JFIF\0", 5)) || (unit != 1U && unit != 2U)) {

@@ -93,6 +93,9 @@ Traits traitsOf(const Candidate& candidate, const Evidence& evidence) {
     traits.beyond = candidate.support.beyond;
     traits.cornerSupport = candidate.support.corners;
     addSides(views, traits);
+    // Past the corners of a smooth sheet on rough cloth, the contrast is the cloth's own.
+    constexpr double kOfCloth = 0.8;
+    traits.continuing *= 1 - kOfCloth * traits.calm;
     traits.sameness = 1 - saturating(spreadInside(views, 0.25), 40);
     traits.sameTint = 1 - saturating(spreadInside(views, 0), 8);
     traits.background = 1 - saturating(oddest(views, &SideView::outside), 30);

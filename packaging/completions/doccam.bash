@@ -26,7 +26,7 @@ _doccam() {
     capture) options='--dpi --paper --count --delay --type --size --format --crop --look --rotate --colour --color --clean-edges --clean-background --quality --force' ;;
     scan) options="--dpi --paper $document --auto --pages --crop --whole-frame --look --resume --no-spool --size --format --rotate --colour --color --clean-edges --clean-background --quality --force" ;;
     spool) options="--as --force --all $document" choices='list show resume clear' ;;
-    read) options='--kind --wait --size --format' ;;
+    read) options='--kind --wait --watch --size --format' ;;
     controls) options='--reset' choices='brightness contrast saturation hue gain gamma' ;;
     focus) options='--switch' ;;
     pdf) options="--dpi --paper $document --append --skip-bad --force" ;;
@@ -43,7 +43,14 @@ _doccam() {
     --paper) choices='a3 a4 a5 letter legal id1' ;;
     --rotate) choices='0 90 180 270' ;;
     --type) choices='jpg png tif bmp pdf' ;;
-    --kind) choices='qr bar any' ;;
+    --kind)
+        choices='qr bar matrix any ean-13 ean-8 upc-a upc-e databar databar-expanded code-128 code-93 code-39 codabar itf qr-code micro-qr-code data-matrix aztec pdf417 maxicode'
+        # The last of several.
+        if [[ $word == *,* ]]; then
+            mapfile -t COMPREPLY < <(compgen -P "${word%,*}," -W "$choices" -- "${word##*,}")
+            return
+        fi
+        ;;
     --size) choices='640x480 1280x960 1600x1200 2048x1536 3264x2448' ;;
     --camera) choices="0 1 2 3 4 5 6 7 8 $(compgen -f -- /dev/video)" ;;
     --config | --into | --as) return ;;

@@ -1,16 +1,22 @@
-// doccam read: bar codes and QR codes from picture files or from the camera.
+// doccam read: codes from picture files or from the camera.
 #include "camera/camera_choice.h"
-#include "codes/code_reading.h"
+#include "codes/code_rows.h"
+#include "codes/file_codes.h"
+#include "codes/frame_codes.h"
+#include "codes/new_codes.h"
+#include "codes/symbology_names.h"
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "host/confinement/confinement.h"
 #include "host/failure.h"
 #include "host/own_output.h"
 #include "host/progress.h"
+#include "host/texts.h"
 #include "pictures/picture_limits.h"
 #include "streams/picture_inputs.h"
 
 #include <chrono>
+#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,22 +31,10 @@ struct ReadOptions {
     std::vector<std::string> files;
     std::string kind = "any";
     double seconds = 5;
+    bool watch = false;
+
+    unsigned symbologies() const { return symbologiesIn(kind).value_or(0); }
 };
-
-std::vector<CodeKind> kindsOf(const std::string& name) {
-    if (name == "any") {
-        return {CodeKind::kQr, CodeKind::kBar};
-    }
-    return {name == "qr" ? CodeKind::kQr : CodeKind::kBar};
-}
-
-Json asJson(const std::string& source, const Code& code) {
-    return {{"source", source}, {"kind", nameOf(code.kind)}, {"text", code.text}};
-}
-
-std::string asText(const Code& code) {
-    return nameOf(code.kind) + ": " + code.text;
-}
 
 int readFiles(const Context& context, const ReadOptions& options) {
     const bool several = options.files.size() > 1;
@@ -59,8 +53,8 @@ int readFiles(const Context& context, const ReadOptions& options) {
         context.interrupt->check();
         progress.show(++number);
         const std::string file = inputs.nameOf(path);
-        const FileCodes found =
-            inputs.named([&] { return codesInFile(path, kindsOf(options.kind), context); });
+        const CodesFound found =
+            inputs.named([&] { return codesInFile(path, options.symbologies(), context); });
         for (const Code& code : found.codes) {
             result.add(asJson(file, code), (several ? file + ": " : "") + asText(code));
         }
@@ -83,19 +77,38 @@ int readFiles(const Context& context, const ReadOptions& options) {
     return kDone;
 }
 
+std::string sourceOf(const Context& context) {
+    return "camera " + std::to_string(chosenCamera(context.options.camera));
+}
+
+// What the frame had, with the diagnostics.
+void noteFrame(const Context& context, const std::vector<Code>& codes) {
+    if (context.options.verbose) {
+        complain("The frame has " + (codes.empty() ? "no" : std::to_string(codes.size())) +
+                 " codes.");
+    }
+}
+
 int readLive(const Context& context, const ReadOptions& options) {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::duration<double>(options.seconds);
-    const std::string source = "camera " + std::to_string(chosenCamera(context.options.camera));
+    using Seconds = std::chrono::duration<double>;
+    const std::string source = sourceOf(context);
     const auto session = openForStills(context, options.still);
+    const auto begin = Clock::now();
+    const Progress progress(context.options, "looking for codes, second",
+                            static_cast<std::size_t>(std::ceil(options.seconds)));
+    FrameCodes frames(*session, options.symbologies());
     Result result(context.options.json, Json::array());
+    Seconds passed(0);
     do {
-        for (const CodeKind kind : kindsOf(options.kind)) {
-            if (const std::string text = liveCode(*session, kind); !text.empty()) {
-                result.add(asJson(source, {kind, text}), asText({kind, text}));
-            }
+        progress.show(static_cast<std::size_t>(passed.count()) + 1);
+        const std::vector<Code> codes = frames.next(true);
+        noteFrame(context, codes);
+        for (const Code& code : codes) {
+            result.add(asJson(source, code), asText(code));
         }
-    } while (result.value.empty() && Clock::now() < end);
+        passed = Clock::now() - begin;
+    } while (result.value.empty() && passed.count() < options.seconds);
     if (result.value.empty()) {
         throw Failure(kNothingFound, "No code was found before " + source +
                                          "; bring it closer, or wait longer with --wait.");
@@ -103,8 +116,42 @@ int readLive(const Context& context, const ReadOptions& options) {
     return kDone;
 }
 
+[[noreturn]] void watchFrames(const Context& context, const ReadOptions& options) {
+    const std::string source = sourceOf(context);
+    const auto session = openForStills(context, options.still);
+    const Progress progress(context.options, "looking for codes; Ctrl-C ends");
+    FrameCodes frames(*session, options.symbologies());
+    NewCodes news;
+    while (true) {
+        progress.show();
+        const std::vector<Code> codes = frames.next(false);
+        noteFrame(context, codes);
+        for (const Code& code : news.among(codes, NewCodes::Clock::now())) {
+            const Json row = asJson(source, code);
+            printLine(context.options.json ? oneLineOf(row) : asText(code));
+            finishOutput();
+        }
+    }
+}
+
+int watch(const Context& context, const ReadOptions& options) {
+    try {
+        watchFrames(context, options);
+    } catch (const Interruption&) {
+        return kDone;
+    }
+}
+
 int read(const Context& context, const ReadOptions& options) {
-    return options.files.empty() ? readLive(context, options) : readFiles(context, options);
+    return options.watch           ? watch(context, options)
+           : options.files.empty() ? readLive(context, options)
+                                   : readFiles(context, options);
+}
+
+std::string refuseOddKinds(const std::string& kinds) {
+    return symbologiesIn(kinds) ? ""
+                                : "\"" + kinds + "\" is none of " + listed(symbologyNames()) +
+                                      ", nor several of them with commas between";
 }
 
 } // namespace
@@ -113,22 +160,33 @@ void addReadCommand(CLI::App& app, Context& context) {
     const auto options = std::make_shared<ReadOptions>();
     CLI::App* command =
         app.add_subcommand("read", "Read codes from picture files, or from the camera");
+    auto* const files = command
+                            ->add_option("FILE", options->files,
+                                         "Pictures to read, - for standard input; none: the camera")
+                            ->type_name("");
     command
-        ->add_option("FILE", options->files,
-                     "Pictures to read, - for standard input; none: the camera")
-        ->type_name("");
-    command->add_option("--kind", options->kind, "qr, bar or any")
-        ->check(oneOf({"qr", "bar", "any"}))
-        ->type_name("CHOICE");
-    command->add_option("--wait", options->seconds, "How long to look for a code before the camera")
-        ->check(between(0, kLongestWait))
-        ->type_name("SECONDS");
+        ->add_option("--kind", options->kind,
+                     "qr, bar, matrix or any, or symbologies such as ean-13; several with commas")
+        ->check(refuseOddKinds)
+        ->type_name("KINDS");
+    auto* const wait = command
+                           ->add_option("--wait", options->seconds,
+                                        "How long to look for a code before the camera")
+                           ->check(between(0, kLongestWait))
+                           ->type_name("SECONDS");
+    command
+        ->add_flag("--watch", options->watch,
+                   "Print each code that comes before the camera, until Ctrl-C")
+        ->excludes(files)
+        ->excludes(wait);
     addCaptureOptions(*command, options->still);
     command->footer("Examples:\n"
                     "  doccam read\n"
-                    "  doccam read --kind qr page.jpg other.png --json\n"
+                    "  doccam read --watch --json\n"
+                    "  doccam read --kind qr,ean-13 page.jpg other.png --json\n"
                     "  doccam capture - | doccam read -");
     command->callback([&context, options] {
+        context.interruptedCode = options->watch ? kDone : kInterrupted;
         context.run = [&context, options] { return read(context, *options); };
     });
 }

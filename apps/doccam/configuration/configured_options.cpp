@@ -16,9 +16,9 @@ namespace {
 using Kind = ConfigValue::Kind;
 
 // What replaces, removes or adds something, or gives up a protection, is said each time.
-constexpr std::array<std::string_view, 12> kCommandLineOnly{
-    "help",  "version",  "config", "no-config", "profile", "no-confinement",
-    "force", "in-place", "add",    "all",       "as",      "resume"};
+constexpr std::array<std::string_view, 13> kCommandLineOnly{
+    "help",     "version", "config", "no-config", "profile", "no-confinement", "force",
+    "in-place", "add",     "all",    "as",        "resume",  "watch"};
 
 template <typename Range, typename Element>
 bool contains(const Range& range, const Element& element) {

@@ -130,6 +130,10 @@ void printJson(const Json& value) {
     printLine(value.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
+std::string oneLineOf(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 void finishOutput() {
     if (std::fflush(ownOut) != 0 || std::ferror(ownOut) != 0) {
         throw Failure(kFileFailed, "Standard output could not be written; look whether its reader "

@@ -41,6 +41,9 @@ void complainWithoutWaiting(const std::string& message);
 void printLine(const std::string& line);
 void printJson(const Json& value);
 
+// The value as JSON without line breaks, likewise.
+std::string oneLineOf(const Json& value);
+
 // Flushes the output. Throws Failure if the reader has gone or the disk is full.
 void finishOutput();
 

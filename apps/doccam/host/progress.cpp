@@ -19,6 +19,12 @@ void Progress::show(std::size_t number) const {
     }
 }
 
+void Progress::show() const {
+    if (isDue()) {
+        showPassingLine(work_);
+    }
+}
+
 // Also what a child process has shown.
 void Progress::hide() const {
     if (isDue()) {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace doccam::host {
 
@@ -21,6 +22,10 @@ class Progress {
     Progress(const GlobalOptions& options, std::string work, std::size_t total,
              std::chrono::milliseconds patience = kPatience);
 
+    // "waiting", without steps
+    Progress(const GlobalOptions& options, std::string work)
+      : Progress(options, std::move(work), 0) {}
+
     ~Progress() { hide(); }
 
     Progress(const Progress&) = delete;
@@ -28,6 +33,9 @@ class Progress {
 
     // The number of what is being worked on, from 1.
     void show(std::size_t number) const;
+
+    // The work without its steps.
+    void show() const;
 
     // Before other lines.
     void hide() const;

@@ -7,7 +7,10 @@
 #include "serve/access/access.h"
 #include "serve/access/token_file.h"
 #include "serve/commands/commands.h"
+#include "serve/live/code_finder.h"
+#include "serve/live/live_camera.h"
 #include "serve/live/picture_encoder.h"
+#include "serve/live/sheet_finder.h"
 #include "serve/owned_thread.h"
 #include "serve/site/http_server.h"
 
@@ -18,6 +21,7 @@ namespace doccam::serve {
 namespace {
 
 constexpr int kMaximumViewers = 8;
+constexpr int kMaximumWatchers = 16; // as many as listeners
 constexpr std::chrono::milliseconds kWatchEvery{50};
 
 // Encodes the handed-over pictures for the feed, on its own thread.
@@ -103,22 +107,25 @@ void serveUntilAsked(const ServeOptions& options, host::Interrupt& interrupt) {
     if (options.confined) {
         host::confineFiles(reach, interrupt);
     }
-    SheetFinder finder(events);
+    SheetFinder sheets(events);
+    CodeFinder codes(events);
     Seats viewers(kMaximumViewers, [&](int count) {
         handover.setWanted(count > 0);
-        finder.setWanted(count > 0);
+        sheets.looks().setWanted(count > 0);
         if (count == 0) {
             pictures.clear();
         }
     });
-    LiveCamera camera(options.choice, interrupt, handover, finder, events);
+    Seats watchers(kMaximumWatchers, [&](int count) { codes.looks().setWanted(count > 0); });
+    LiveCamera camera(options.choice, interrupt, handover, {&sheets.looks(), &codes.looks()},
+                      events);
     // Ends before the camera, whose closing may take all the time there is.
     const TrayDocument document(place);
     PageStore pages(document);
     Commands commands(camera, pages, events);
     DocumentMaker documents(pages);
     const Encoding encoding(handover, pictures);
-    HttpServer server({queue, commands, pages, documents, pictures, events, viewers});
+    HttpServer server({queue, commands, pages, documents, pictures, events, viewers, watchers});
     const int port = server.bind(options.address, options.port);
     const AccessRules rules = rulesFor(options.address, port, token);
     const std::vector<std::string> addresses = addressesOf(options.address, port, rules.token);

@@ -1,9 +1,16 @@
 #include "serve/commands/commands.h"
 
+#include "codes/symbology_names.h"
+#include "host/failure.h"
+#include "pictures/reading.h"
 #include "serve/commands/recipes.h"
+#include "serve/live/code_finder.h"
 
-#include <doccam/doccam.h>
+#include <doccam/codes.h>
 
+#include <opencv2/imgcodecs.hpp>
+
+#include <algorithm>
 #include <limits>
 
 namespace doccam::serve {
@@ -44,16 +51,26 @@ int idIn(const Json& request) {
     return integer(request, "id", 1, kLargest);
 }
 
-// Only one quick scan per kind, as the user is waiting for the page.
+// A short look, as the user is waiting for the page.
 std::vector<std::string> codesOn(const std::string& path) {
+    constexpr double kSeconds = 0.5;
     std::vector<std::string> texts;
-    for (const host::CodeKind kind : {host::CodeKind::kQr, host::CodeKind::kBar}) {
-        const char* text = RecogBarQrCodeFromFile(path.c_str(), static_cast<int>(kind));
-        if (text != nullptr && *text != '\0') {
-            texts.emplace_back(text);
+    try {
+        const cv::Mat page = host::readPicture(path, cv::IMREAD_GRAYSCALE);
+        for (const host::Code& code : host::codesIn(page, DOCCAM_SYMBOLOGIES_ALL, kSeconds).codes) {
+            texts.push_back(code.text);
         }
+    } catch (const host::Failure&) { // the page is good without them
     }
     return texts;
+}
+
+// The first code of the kind.
+std::string firstOf(const std::vector<host::Code>& codes, const std::string& kind) {
+    const auto first = std::find_if(codes.begin(), codes.end(), [&](const host::Code& code) {
+        return host::kindOf(code.symbology) == kind;
+    });
+    return first == codes.end() ? "" : first->text;
 }
 
 std::string textOf(const Json& value) {
@@ -154,8 +171,12 @@ Json Commands::capture(const Json& /*request*/) {
 }
 
 Json Commands::codes(const Json& /*request*/) {
-    const Json found{{"qr", camera_.readCode(host::CodeKind::kQr)},
-                     {"bar", camera_.readCode(host::CodeKind::kBar)}};
+    const std::vector<host::Code> codes = camera_.readCodes();
+    Json found{{"qr", firstOf(codes, "qr")}, {"bar", firstOf(codes, "bar")}};
+    found["codes"] = Json::array();
+    for (const host::Code& code : codes) {
+        found["codes"].push_back(toJson(code));
+    }
     const std::string text = textOf(found);
     events_.set("codes", text);
     return Json::parse(text);

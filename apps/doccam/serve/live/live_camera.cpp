@@ -4,7 +4,10 @@
 #include "serve/live/page_drafting.h"
 #include "serve/live/preview_receiver.h"
 
+#include <doccam/codes.h>
 #include <doccam/doccam.hpp>
+
+#include <opencv2/imgproc.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -15,15 +18,17 @@ namespace {
 constexpr std::chrono::seconds kLookEvery{1};
 constexpr std::chrono::milliseconds kCountEvery = host::Silence::kLook;
 constexpr int kMoveStep = 4;
+constexpr double kSecondsForCodes = 1; // other commands wait meanwhile
 
 } // namespace
 
 LiveCamera::LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
-                       PictureHandover& handover, SheetFinder& finder, EventFeed& events)
+                       PictureHandover& handover, const std::vector<FrameLooks*>& looks,
+                       EventFeed& events)
   : choice_(choice)
   , interrupt_(interrupt)
   , handover_(handover)
-  , finder_(finder)
+  , looks_(looks)
   , events_(events) {
     settings_.crop = true;
     host::FrameFeed::instance();
@@ -63,7 +68,7 @@ void LiveCamera::open() {
     session_.emplace(index, capture, interrupt_);
     applySettings();
     startPreview();
-    watchSheet();
+    watchFrames();
     controls_.restore();
     countedFrames_ = session_->feed().frames();
     lastCount_ = Clock::now();
@@ -80,9 +85,11 @@ void LiveCamera::applySettings() const {
     }
 }
 
-void LiveCamera::watchSheet() {
+void LiveCamera::watchFrames() {
     session_->feed().listen([this](unsigned char* pixels, int width, int height) {
-        finder_.give(pixels, width, height);
+        for (FrameLooks* const one : looks_) {
+            one->give(pixels, width, height);
+        }
     });
 }
 
@@ -126,7 +133,9 @@ void LiveCamera::lose(const std::string& reason) {
     session_.reset();
     lastLook_ = Clock::now();
     handover_.setForm({});
-    finder_.forget();
+    for (FrameLooks* const one : looks_) {
+        one->forget();
+    }
     tellCamera(reason);
     events_.set("rate", Json{{"framesPerSecond", 0}}.dump());
 }
@@ -234,10 +243,12 @@ host::PageDraft LiveCamera::draft(const std::string& work) {
     return draftPage(camera, settings_, work);
 }
 
-std::string LiveCamera::readCode(host::CodeKind kind) {
+std::vector<host::Code> LiveCamera::readCodes() {
     host::CameraSession& camera = session();
     const Watching watching{*this};
-    return host::liveCode(camera, kind);
+    cv::Mat frame = camera.nextFrame();
+    cv::cvtColor(frame, frame, cv::COLOR_RGB2GRAY);
+    return host::codesIn(frame, DOCCAM_SYMBOLOGIES_ALL, kSecondsForCodes).codes;
 }
 
 Json LiveCamera::settingsTopic() const {

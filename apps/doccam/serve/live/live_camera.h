@@ -4,18 +4,19 @@
 #include "camera/camera_session.h"
 #include "camera/controls.h"
 #include "camera/page_settings.h"
-#include "codes/code_reading.h"
+#include "codes/picture_codes.h"
 #include "scan/page_source.h"
 #include "serve/commands/event_feed.h"
 #include "serve/commands/requests.h"
+#include "serve/live/frame_looks.h"
 #include "serve/live/picture_handover.h"
 #include "serve/live/refusals.h"
-#include "serve/live/sheet_finder.h"
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace doccam::serve {
 
@@ -29,9 +30,10 @@ struct CameraChoice {
 // throws Unplugged while there is no camera.
 class LiveCamera {
   public:
-    // Publishes the topics "camera", "view", "place", "settings", "controls" and "rate".
+    // Gives all looks its frames. Publishes the topics "camera", "view", "place", "settings",
+    // "controls" and "rate".
     LiveCamera(const CameraChoice& choice, const host::Interrupt& interrupt,
-               PictureHandover& handover, SheetFinder& finder, EventFeed& events);
+               PictureHandover& handover, const std::vector<FrameLooks*>& looks, EventFeed& events);
     ~LiveCamera();
 
     // Opens the camera. Throws Failure on failure; watch() will try again.
@@ -63,25 +65,25 @@ class LiveCamera {
     // What becomes a page of the next frame by the settings. Throws NoSheet if there is no sheet to
     // crop to. A still is written to work and removed.
     host::PageDraft draft(const std::string& work);
-    // The text of a code in the live picture, or an empty text.
-    std::string readCode(host::CodeKind kind);
+
+    // The codes in the next frame.
+    std::vector<host::Code> readCodes();
 
   private:
     using Clock = std::chrono::steady_clock;
 
-    // Looks at frames for the live sheet again afterwards: a session that waits for a frame takes
-    // its listener away.
+    // Looks at frames again afterwards: a session that waits for a frame takes its listener away.
     struct Watching {
         LiveCamera& camera;
 
-        ~Watching() { camera.watchSheet(); }
+        ~Watching() { camera.watchFrames(); }
     };
 
     host::CameraSession& session();
     int findCamera() const;
     void tryToReopen();
     void applySettings() const;
-    void watchSheet();
+    void watchFrames();
     void startPreview();
     void lose(const std::string& reason);
     void countFrames();
@@ -93,7 +95,7 @@ class LiveCamera {
     CameraChoice choice_;
     const host::Interrupt& interrupt_;
     PictureHandover& handover_;
-    SheetFinder& finder_;
+    const std::vector<FrameLooks*> looks_;
     EventFeed& events_;
     std::optional<host::CameraSession> session_;
     std::string name_; // name of the camera opened first, which watch() looks for

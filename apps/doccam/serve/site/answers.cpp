@@ -97,6 +97,7 @@ struct PreviewStream {
 struct EventStream {
     EventFeed& events;
     std::shared_ptr<void> seat;
+    std::shared_ptr<void> other;
     std::uint64_t version = 0;
 
     bool operator()(httplib::DataSink& sink) {
@@ -225,13 +226,15 @@ void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& vi
         [stream](std::size_t, httplib::DataSink& sink) { return (*stream)(sink); });
 }
 
-void streamEvents(httplib::Response& response, EventFeed& events, Seats& listeners) {
+void streamEvents(httplib::Response& response, EventFeed& events, Seats& listeners,
+                  std::shared_ptr<void> other) {
     auto seat = listeners.take();
     if (!seat) {
         answerError(response, 503, "there are too many listeners");
         return;
     }
-    auto stream = std::make_shared<EventStream>(EventStream{events, std::move(seat)});
+    auto stream =
+        std::make_shared<EventStream>(EventStream{events, std::move(seat), std::move(other)});
     response.set_content_provider(
         "text/event-stream",
         [stream](std::size_t, httplib::DataSink& sink) { return (*stream)(sink); });

@@ -61,8 +61,10 @@ class Seats {
 // taken.
 void streamPreview(httplib::Response& response, PictureFeed& pictures, Seats& viewers, bool raw);
 
-// All topics, then each change, as server-sent events. 503 if all seats are taken.
-void streamEvents(httplib::Response& response, EventFeed& events, Seats& listeners);
+// All topics, then each change, as server-sent events; another seat is kept as long. 503 if all
+// seats are taken.
+void streamEvents(httplib::Response& response, EventFeed& events, Seats& listeners,
+                  std::shared_ptr<void> other);
 
 // All topics as one JSON object, and the numbers of viewers and listeners.
 std::string stateOf(EventFeed& events, const Seats& viewers, const Seats& listeners);

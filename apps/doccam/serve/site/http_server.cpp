@@ -136,8 +136,9 @@ void HttpServer::addResponses() {
     server_.Get("/preview", [this](const auto& request, auto& response) {
         streamPreview(response, sources_.pictures, sources_.viewers, request.has_param("raw"));
     });
-    server_.Get("/events", [this](const auto&, auto& response) {
-        streamEvents(response, sources_.events, listeners_);
+    server_.Get("/events", [this](const auto& request, auto& response) {
+        streamEvents(response, sources_.events, listeners_,
+                     request.has_param("codes") ? sources_.watchers.take() : nullptr);
     });
     server_.Get("/api/state", [this](const auto&, auto& response) {
         response.set_content(stateOf(sources_.events, sources_.viewers, listeners_),

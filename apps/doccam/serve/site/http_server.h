@@ -29,6 +29,7 @@ struct Sources {
     PictureFeed& pictures;
     EventFeed& events;
     Seats& viewers;
+    Seats& watchers; // of the codes in the live picture
 };
 
 class HttpServer {

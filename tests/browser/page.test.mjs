@@ -173,6 +173,58 @@ check('a code is copied as it is', async () => {
   await newsAre(/^Copied$/);
 });
 
+const framedCodes = () => page.$$eval('#outline g polygon', (lines) => lines.map((line) => {
+  const points = line.getAttribute('points').split(' ').map((point) => point.split(',').map(Number));
+  return points.flat().every(Number.isFinite) && points.length === 4;
+}));
+const eventSource = () => host.state().then((state) => state.liveCodes);
+
+check('the switch keeps looking for codes, which are framed, and nobody looks without it', async () => {
+  assert.equal(await eventSource(), null);
+  await page.check('#keep-looking');
+  await until(async () => (await framedCodes()).length === 2);
+  assert.deepEqual(await framedCodes(), [true, true]);
+  await newsAre(/^Keep looking for codes: on$/);
+  const codes = await eventSource();
+  assert.deepEqual(codes.map((code) => code.text).sort(), [kBarText, kQrText].sort());
+  assert.deepEqual(codes.map((code) => code.symbology).sort(), ['code-128', 'qr-code']);
+  await screenshot(page, 'codes');
+  await page.focus('#preview');
+  await page.keyboard.press('k');
+  await until(async () => (await framedCodes()).length === 0);
+  await until(async () => await eventSource() === null);
+});
+
+check('another window sees no codes that it has not asked for', async () => {
+  const other = await openPage(browser, host);
+  await other.check('#keep-looking');
+  await until(async () => (await eventSource())?.length === 2);
+  await morePictures(page, 2);
+  assert.deepEqual(await framedCodes(), []);
+  await other.context().close(); // and with it the looking
+  await until(async () => await eventSource() === null);
+});
+
+check('a code that is an address of the web is a link, and no other', async () => {
+  await page.click('#read-codes');
+  await page.waitForSelector('#codes a');
+  const links = await page.$$eval('#codes a', (all) => all.map(
+    ({ href, target, rel, textContent }) => ({ href, target, rel, textContent })));
+  assert.deepEqual(links, [{
+    href: new URL(kQrText).href, target: '_blank', rel: 'noopener noreferrer', textContent: 'Open',
+  }]);
+  assert.equal(await page.$$eval('#codes b', (all) => all.length), 0);
+});
+
+check('codes are listed with the pages that show them', async () => {
+  await page.click('#capture');
+  await page.waitForFunction(() => [...document.querySelectorAll('#codes .where')]
+    .some((where) => /live picture, page 1/.test(where.textContent)));
+  await page.click('button[aria-label="Delete page 1"]');
+  await page.waitForFunction(() => ![...document.querySelectorAll('#codes .where')]
+    .some((where) => /page/.test(where.textContent)));
+});
+
 check('letters change what pages become', async () => {
   const settings = async () => (await host.state()).settings;
   await host.change({ crop: false });

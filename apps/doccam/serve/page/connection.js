@@ -69,9 +69,11 @@ export const newest = (_, later) => later;
 
 // Calls listeners[topic](state) with each topic's state, initially and on changes, and
 // listeners.connected(true or false) when the connection is made or lost. A hidden page does not
-// listen, as browsers limit the connections to one server.
+// listen, as browsers limit the connections to one server. After lookForCodes(true) the server looks
+// for codes in the live picture while the page listens.
 export function listen(listeners) {
   let source = null;
+  let query = '';
   let retry;
   let opening = 0;
   const close = () => {
@@ -103,7 +105,7 @@ export function listen(listeners) {
       fail();
       return;
     }
-    source = new EventSource(address);
+    source = new EventSource(address + query);
     source.onopen = () => tell(true);
     source.onerror = fail; // the ticket is used up, so a retry needs a new one
     for (const topic of Object.keys(listeners)) {
@@ -112,4 +114,10 @@ export function listen(listeners) {
   };
   document.addEventListener('visibilitychange', open);
   open();
+  return {
+    lookForCodes(on) {
+      query = on ? '&codes=1' : '';
+      open();
+    },
+  };
 }

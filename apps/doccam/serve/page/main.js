@@ -1,8 +1,9 @@
 // Connects buttons, keys and the server's events.
 import { enter } from './access.js';
+import { makeCodes } from './codes.js';
 import { command, download, listen } from './connection.js';
 import { makeOutline } from './outline.js';
-import { makeCodes, makeControls, makeSettings } from './panels.js';
+import { makeControls, makeSettings } from './panels.js';
 import { startPreview } from './preview.js';
 import { makeTray } from './tray.js';
 
@@ -89,7 +90,7 @@ const keys = {
 const letters = {
   l: actions['turn-left'], r: actions['turn-right'], b: actions['read-codes'], f: actions.focus,
   m: settings.nextColour, c: () => settings.toggle('crop'), e: () => settings.toggle('cleanEdges'),
-  w: () => settings.toggle('cleanBackground'),
+  w: () => settings.toggle('cleanBackground'), k: () => find('keep-looking').click(),
   q: (event) => settings.stepQuality(event.shiftKey ? -kQualityStep : kQualityStep),
 };
 const previewKeys = {
@@ -115,8 +116,15 @@ document.addEventListener('keydown', (event) => {
   }
 });
 
-listen({
-  ...makeOutline(find('outline')),
+const outline = makeOutline(find('outline'));
+const showLive = (found) => {
+  outline.liveCodes(found);
+  codes.showLooked(found);
+};
+const isLooking = () => find('keep-looking').checked;
+
+const events = listen({
+  ...outline,
   connected(now) {
     connected = now;
     showBanner();
@@ -132,13 +140,23 @@ listen({
   },
   settings: settings.show,
   controls: makeControls(find('controls'), failed),
-  codes: codes.showLive,
+  codes: codes.showRead,
+  // Another window may have them looked for.
+  liveCodes(found) {
+    showLive(isLooking() ? found ?? [] : null);
+  },
   pages(pages) {
     showTray(pages);
     codes.showPages(pages);
     find('no-pages').hidden = pages.length > 0;
     find('pdf').hidden = pages.length === 0;
   },
+});
+
+find('keep-looking').addEventListener('change', () => {
+  events.lookForCodes(isLooking());
+  showLive(isLooking() ? [] : null);
+  say(`Keep looking for codes: ${isLooking() ? 'on' : 'off'}`);
 });
 
 find('preview').focus();

@@ -1,5 +1,5 @@
-// Page settings, picture controls, and the texts of codes.
-import { command, merging, newest } from './connection.js';
+// Page settings and picture controls.
+import { merging, newest } from './connection.js';
 
 const kFlags = ['crop', 'rectangle', 'cleanEdges', 'cleanBackground'];
 const kChoices = ['look', 'colour'];
@@ -64,7 +64,7 @@ export function makeSettings(say, failed) {
   };
 }
 
-const element = (tag, properties) => Object.assign(document.createElement(tag), properties);
+export const element = (tag, properties) => Object.assign(document.createElement(tag), properties);
 
 function makeSlider(control, failed) {
   const row = element('div', { className: 'slider' });
@@ -102,62 +102,5 @@ export function makeControls(place, failed) {
         row.querySelector('output').value = control.value;
       }
     });
-  };
-}
-
-async function copy(input, say) {
-  input.select();
-  try {
-    await navigator.clipboard.writeText(input.value);
-  } catch {
-    document.execCommand('copy'); // the only way without HTTPS
-  }
-  say('Copied');
-}
-
-function makeCode(kind, text, say) {
-  const row = element('li');
-  const input = element('input', { readOnly: true, value: text });
-  const button = element('button', { textContent: 'Copy' });
-  input.setAttribute('aria-label', `${kind} text`);
-  button.setAttribute('aria-label', `Copy ${kind} text`);
-  button.addEventListener('click', () => copy(input, say));
-  row.append(input, button);
-  return row;
-}
-
-// Shows the codes from the live picture and the pages, each text once.
-export function makeCodes(list, note, say) {
-  let live = {};
-  let pages = [];
-  const show = () => {
-    const texts = new Map();
-    for (const [kind, text] of [['QR code', live.qr], ['Bar code', live.bar]]) {
-      if (text) {
-        texts.set(text, kind);
-      }
-    }
-    for (const text of pages.flatMap((page) => page.codes)) {
-      if (!texts.has(text)) {
-        texts.set(text, 'Code');
-      }
-    }
-    list.replaceChildren(...[...texts].map(([text, kind]) => makeCode(kind, text, say)));
-    if ('qr' in live) {
-      note.textContent = live.qr || live.bar ? '' : 'No code in the live picture.';
-    }
-  };
-  return {
-    showLive(codes) { live = codes; show(); },
-    showPages(all) { pages = all; show(); },
-    async read() {
-      note.textContent = 'Looking for codes …';
-      try {
-        await command('codes');
-      } finally {
-        note.textContent = '';
-        show();
-      }
-    },
   };
 }

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 namespace doccam::host {
@@ -35,7 +36,6 @@ constexpr double kPhotograph = 0.5; // of the page is pictures
 constexpr double kPaperRank = 0.9;  // of the page's levels, the paper's
 constexpr double kDarkerThanPaper = 0.75;
 constexpr double kMuch = 0.25;       // of the page
-constexpr int kUsualQuality = 85;    // of the JPEG that layers must beat
 constexpr double kRemains = 1.2;     // millimetres
 constexpr double kCloseToInk = 0.8;  // millimetres
 constexpr double kInchAcross = 25.4; // millimetres
@@ -219,6 +219,16 @@ std::size_t bytesOf(const Layers& layers) {
     return layers.background.size() + inkBytes(layers.inks);
 }
 
+// What the page takes as it is usually written.
+std::size_t usualBytes(const cv::Mat& page) {
+    if (page.channels() == 1 && cv::countNonZero((page != 0) & (page != 255)) == 0) {
+        return faxSize(~page);
+    }
+    constexpr int kQuality = 85;
+    const auto file = jpegOf(page, kQuality);
+    return file ? file->size() : std::numeric_limits<std::size_t>::max();
+}
+
 } // namespace
 
 std::optional<Layers> splitLayers(const cv::Mat& page, double dpi) {
@@ -230,11 +240,7 @@ std::optional<Layers> splitLayers(const cv::Mat& page, double dpi) {
         return std::nullopt;
     }
     std::optional<Layers> layers = splitting.layers();
-    const auto usual = jpegOf(page, kUsualQuality);
-    if (layers && usual && bytesOf(*layers) >= usual->size()) {
-        return std::nullopt;
-    }
-    return layers;
+    return layers && bytesOf(*layers) < usualBytes(page) ? layers : std::nullopt;
 }
 
 } // namespace doccam::host

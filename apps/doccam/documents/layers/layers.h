@@ -22,8 +22,8 @@ struct Layers {
 
 // The layers of an 8-bit page, grey or blue first, of dpi pixels per inch. None if the page is a
 // photograph, if it is too coarse for sharp print (below 120) or would not get smaller than as a
-// JPEG, and for a picture of another type. Pages whose lines of print run along their rows come out
-// sharpest, as their masks encode smallest.
+// JPEG, or as CCITT G4 if it is black and white, and for a picture of another type. Pages whose
+// lines of print run along their rows come out sharpest, as their masks encode smallest.
 std::optional<Layers> splitLayers(const cv::Mat& page, double dpi);
 
 } // namespace doccam::host

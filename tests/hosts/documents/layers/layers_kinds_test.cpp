@@ -66,6 +66,12 @@ TEST(SplitLayers, AreNoneOfPagesTooCoarseForSharpPrint) {
     EXPECT_TRUE(splitLayers(page, 150));
 }
 
+TEST(SplitLayers, AreNoneOfABlackAndWhitePageThatIsSmallerAsItIs) {
+    cv::Mat page = withText(cv::Mat(600, 900, CV_8UC1, kWhite), cv::Scalar::all(0));
+    EXPECT_TRUE(splitLayers(page, 150));
+    EXPECT_FALSE(splitLayers(page > 127, 150));
+}
+
 TEST(SplitLayers, LeaveOutTheGrainOfPaper) {
     cv::Mat page(600, 900, CV_8UC3, kWhite);
     withText(page, {30, 30, 30});

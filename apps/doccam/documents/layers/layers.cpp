@@ -43,6 +43,14 @@ constexpr double kLeastDpi = 120;    // strokes of coarser pages are but shades
 constexpr double kMostDpi = 1200;
 constexpr int kBlur = 5; // pixels, as far as the blurred edges of ink reach in both ways
 
+cv::Mat greyOf(const cv::Mat& page) {
+    cv::Mat grey = page;
+    if (page.channels() == 3) {
+        cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
+    }
+    return grey;
+}
+
 // A page on its way into layers.
 class Splitting {
   public:
@@ -59,14 +67,6 @@ class Splitting {
     std::optional<Layers> layers() const;
 
   private:
-    static cv::Mat greyOf(const cv::Mat& page) {
-        cv::Mat grey = page;
-        if (page.channels() == 3) {
-            cv::cvtColor(page, grey, cv::COLOR_BGR2GRAY);
-        }
-        return grey;
-    }
-
     InkMasks masksOfPixels(const InkLevels& levels) const;
     cv::Mat hiddenBy(const InkMasks& masks, const InkedPage& inked) const;
     bool isMostlyElse(const cv::Mat& ground, const cv::Mat& fills) const;
@@ -221,8 +221,9 @@ std::size_t bytesOf(const Layers& layers) {
 
 // What the page takes as it is usually written.
 std::size_t usualBytes(const cv::Mat& page) {
-    if (page.channels() == 1 && cv::countNonZero((page != 0) & (page != 255)) == 0) {
-        return faxSize(~page);
+    const cv::Mat grey = greyOf(page);
+    if (cv::countNonZero((grey != 0) & (grey != 255)) == 0) {
+        return faxSize(~grey);
     }
     constexpr int kQuality = 85;
     const auto file = jpegOf(page, kQuality);

@@ -67,9 +67,11 @@ TEST(SplitLayers, AreNoneOfPagesTooCoarseForSharpPrint) {
 }
 
 TEST(SplitLayers, AreNoneOfABlackAndWhitePageThatIsSmallerAsItIs) {
-    cv::Mat page = withText(cv::Mat(600, 900, CV_8UC1, kWhite), cv::Scalar::all(0));
-    EXPECT_TRUE(splitLayers(page, 150));
-    EXPECT_FALSE(splitLayers(page > 127, 150));
+    for (const int type : {CV_8UC1, CV_8UC3}) {
+        const cv::Mat page = withText(cv::Mat(600, 900, type, kWhite), cv::Scalar::all(0));
+        EXPECT_TRUE(splitLayers(page, 150));
+        EXPECT_FALSE(splitLayers(page > 127, 150));
+    }
 }
 
 TEST(SplitLayers, LeaveOutTheGrainOfPaper) {

@@ -83,6 +83,9 @@ bool isShort(Symbology symbology) {
 bool isSure(const Joined& joined) {
     constexpr int kLines = 8;
     const bool agreed = (joined.zbar && joined.zxing) || joined.zbarLines >= kLines;
+    if (joined.code.symbology == Symbology::kDataBarExpanded) {
+        return joined.aligned;
+    }
     if (isUnchecked(joined.code.symbology)) {
         return joined.aligned || (joined.alone && agreed);
     }

@@ -8,12 +8,12 @@
 #include "codes/passes/likely_codes.h"
 #include "codes/passes/module_count.h"
 #include "codes/passes/region_pass.h"
+#include "codes/passes/separate_codes.h"
 #include "codes/readers/reader.h"
 
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <exception>
@@ -28,28 +28,36 @@ namespace {
 // time and memory stay bounded; the others read parts of the picture itself.
 constexpr double kLargestPicture = 24e6;
 
-// Both readers at once. The pool would turn exceptions into others.
-Sightings readWithBoth(const cv::Mat& grey, SymbologySet wanted) {
-    std::array<Sightings, 2> found;
-    std::array<std::exception_ptr, 2> failures;
-    shareWork(2, [&](const cv::Range& readers) {
-        for (int reader = readers.start; reader < readers.end; ++reader) {
-            const auto place = static_cast<std::size_t>(reader);
+// What count readings have seen, on several threads at once. The pool would turn exceptions into
+// others.
+template <typename Read>
+Sightings readAtOnce(std::size_t count, const Read& read) {
+    std::vector<Sightings> found(count);
+    std::vector<std::exception_ptr> failures(count);
+    shareWork(static_cast<int>(count), [&](const cv::Range& range) {
+        for (auto i = static_cast<std::size_t>(range.start);
+             i < static_cast<std::size_t>(range.end); ++i) {
             try {
-                found[place] =
-                    reader == 0 ? readWithZxing(grey, wanted) : readWithZbar(grey, wanted);
+                found[i] = read(i);
             } catch (...) {
-                failures[place] = std::current_exception();
+                failures[i] = std::current_exception();
             }
         }
     });
-    for (const std::exception_ptr& failure : failures) {
-        if (failure) {
-            std::rethrow_exception(failure);
+    Sightings all;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (failures[i]) {
+            std::rethrow_exception(failures[i]);
         }
+        std::move(found[i].begin(), found[i].end(), std::back_inserter(all));
     }
-    std::move(found[1].begin(), found[1].end(), std::back_inserter(found[0]));
-    return std::move(found[0]);
+    return all;
+}
+
+Sightings readWithBoth(const cv::Mat& grey, SymbologySet wanted) {
+    return readAtOnce(2, [&](std::size_t reader) {
+        return reader == 0 ? readWithZxing(grey, wanted) : readWithZbar(grey, wanted);
+    });
 }
 
 Sightings firstPass(const cv::Mat& grey, SymbologySet wanted) {
@@ -85,8 +93,11 @@ void confirm(const cv::Mat& grey, JoinedReadings& readings, SymbologySet wanted)
         if (isUnchecked(joined.code.symbology) && hasPlace(joined)) {
             joined.alone = standsAlone(grey, joined.code.corners);
         }
-        if (isLinear(joined.code.symbology) && hasPlace(joined) &&
-            (!isSure(joined) || !joined.zxingPlaced)) {
+        if (joined.code.symbology == Symbology::kDataBarExpanded && hasPlace(joined)) {
+            const Sightings seen = readPiecesApart(grey, joined.code.corners);
+            again.insert(again.end(), seen.begin(), seen.end());
+        } else if (isLinear(joined.code.symbology) && hasPlace(joined) &&
+                   (!isSure(joined) || !joined.zxingPlaced)) {
             const Sightings seen = readAcrossBars(grey, joined.code.corners, wanted);
             again.insert(again.end(), seen.begin(), seen.end());
         }
@@ -113,13 +124,22 @@ bool tryRegions(const cv::Mat& grey, JoinedReadings& readings, SymbologySet want
     // So many are rather a page of text.
     constexpr std::size_t kMany = 10;
     const std::size_t ways = places.size() > kMany ? kFewWays : kAllWays;
-    for (const LikelyCode& likely : places) {
+    // A few at once, and as many on any machine, since what is read in one place is not tried
+    // again.
+    constexpr std::size_t kAtOnce = 4;
+    for (std::size_t next = 0; next < places.size();) {
         if (deadline.isOver()) {
             return false;
         }
-        if (!readings.hasRead(likely.place)) {
-            readings.add(readRegion(grey, likely, wanted, ways, deadline));
+        std::vector<LikelyCode> open;
+        for (; next < places.size() && open.size() < kAtOnce; ++next) {
+            if (!readings.hasRead(places[next].place)) {
+                open.push_back(places[next]);
+            }
         }
+        readings.add(readAtOnce(open.size(), [&](std::size_t i) {
+            return readRegion(grey, open[i], wanted, ways, deadline);
+        }));
     }
     return places.empty() || !deadline.isOver();
 }

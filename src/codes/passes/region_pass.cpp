@@ -2,6 +2,7 @@
 
 #include "codes/corners.h"
 #include "codes/passes/aligned_bars.h"
+#include "codes/passes/upright_part.h"
 #include "codes/readers/reader.h"
 
 #include <opencv2/imgproc.hpp>
@@ -13,7 +14,7 @@
 namespace doccam::codes {
 namespace {
 
-constexpr double kLargestSide = 1200; // pixels of a turned and enlarged part
+constexpr double kAround = 1.5; // of the place's size
 
 // The angle of most edges, in radians, in which all quarter turns are alike.
 double edgeAngle(cv::Mat part) {
@@ -43,51 +44,12 @@ double edgeAngle(cv::Mat part) {
     return std::atan2(sine, cosine) / 4;
 }
 
-// A part of a picture, turned upright and enlarged.
-struct Part {
-    cv::Mat grey;
-    cv::Matx23d back; // from its pixels to the picture's
-
-    Corners inPicture(const Corners& corners) const {
-        Corners result;
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            result[i] = {back(0, 0) * corners[i].x + back(0, 1) * corners[i].y + back(0, 2),
-                         back(1, 0) * corners[i].x + back(1, 1) * corners[i].y + back(1, 2)};
-        }
-        return result;
-    }
-};
-
 cv::Rect partOf(const cv::Mat& grey, const Corners& place) {
     const cv::Rect2d bounds = boundsOf(place);
     const cv::Rect whole(0, 0, grey.cols, grey.rows);
     return cv::Rect(cvFloor(bounds.x), cvFloor(bounds.y), cvCeil(bounds.width) + 1,
                     cvCeil(bounds.height) + 1) &
            whole;
-}
-
-// The place with a quarter of its size around it.
-Part uprightPart(const cv::Mat& grey, const Corners& place, double angle, double scale) {
-    constexpr double kAround = 1.5;
-    const cv::Point2d right(std::cos(angle), std::sin(angle));
-    const cv::Point2d down(-right.y, right.x);
-    const cv::Point2d middle = middleOf(place);
-    double width = 0;
-    double height = 0;
-    for (const cv::Point2d corner : place) {
-        width = std::max(width, std::abs((corner - middle).dot(right)) * 2 * kAround);
-        height = std::max(height, std::abs((corner - middle).dot(down)) * 2 * kAround);
-    }
-    const double fitting = std::min(scale, kLargestSide / std::max(width, height));
-    const cv::Point2d origin = middle - right * (width / 2) - down * (height / 2);
-    Part part;
-    part.back = {right.x / fitting, down.x / fitting, origin.x,
-                 right.y / fitting, down.y / fitting, origin.y};
-    const cv::Size size(std::max(cvRound(width * fitting), 8),
-                        std::max(cvRound(height * fitting), 8));
-    cv::warpAffine(grey, part.grey, part.back, size, cv::INTER_CUBIC | cv::WARP_INVERSE_MAP,
-                   cv::BORDER_REPLICATE);
-    return part;
 }
 
 cv::Mat sharpened(const cv::Mat& grey, double scale) {
@@ -112,7 +74,7 @@ constexpr Way kWays[kAllWays] = {
     {1, Threshold::kLocal, false, true},  {4, Threshold::kGlobal, true, false},
 };
 
-Sightings readPart(const Part& part, SymbologySet wanted, Threshold threshold) {
+Sightings readPart(const UprightPart& part, SymbologySet wanted, Threshold threshold) {
     ReadingMode mode;
     mode.threshold = threshold;
     Sightings found = readWithZxing(part.grey, wanted, mode);
@@ -136,7 +98,7 @@ Sightings readMatrix(const cv::Mat& grey, const Corners& place, SymbologySet wan
         if (deadline.isOver()) {
             return {};
         }
-        Part part = uprightPart(grey, place, angle, way.scale);
+        UprightPart part = uprightPart(grey, place, angle, {.around = kAround, .scale = way.scale});
         if (way.sharp) {
             part.grey = sharpened(part.grey, way.scale);
         }

@@ -78,6 +78,28 @@ bool isShort(Symbology symbology) {
     return symbology == Symbology::kEan8 || symbology == Symbology::kUpcE;
 }
 
+// Whether a code that has no check digit was read in part. Slices of tilted bars are read anywhere
+// around them.
+bool isPartOf(const Joined& part, const Joined& whole) {
+    return isUnchecked(part.code.symbology) && !part.aligned &&
+           part.code.symbology == whole.code.symbology &&
+           whole.code.text.size() > part.code.text.size() &&
+           whole.code.text.find(part.code.text) != std::string::npos;
+}
+
+// Whether zbar may have joined the half of another code with something else.
+bool hasHalfOf(const Joined& joined, const Joined& other) {
+    constexpr std::size_t kHalf = 6; // digits
+    const std::string& text = joined.code.text;
+    const std::string& whole = other.code.text;
+    if (!isRetail(joined.code.symbology) || !isRetail(other.code.symbology) || joined.zxing ||
+        joined.aligned || text.size() < 2 * kHalf || whole.size() < 2 * kHalf || text == whole) {
+        return false;
+    }
+    return text.ends_with(whole.substr(whole.size() - kHalf)) ||
+           text.starts_with(whole.substr(0, whole.size() - kHalf));
+}
+
 } // namespace
 
 bool isSure(const Joined& joined) {
@@ -89,7 +111,10 @@ bool isSure(const Joined& joined) {
     if (isUnchecked(joined.code.symbology)) {
         return joined.aligned || (joined.alone && agreed);
     }
-    return !isShort(joined.code.symbology) || joined.aligned || agreed;
+    // zbar joins halves of different codes of goods.
+    const bool doubtful =
+        isShort(joined.code.symbology) || (isRetail(joined.code.symbology) && !joined.zxing);
+    return !doubtful || joined.aligned || agreed;
 }
 
 Joined* JoinedReadings::sameAs(const Sighting& seen) {
@@ -118,8 +143,9 @@ bool JoinedReadings::isOutdone(const Joined& joined) const {
     return std::any_of(joined_.begin(), joined_.end(), [&](const Joined& other) {
         return &other != &joined && isSure(other) &&
                isLinear(other.code.symbology) == isLinear(joined.code.symbology) &&
-               areOfOneCode(other.code.corners, joined.code.corners) &&
-               rankOf(other) > rankOf(joined);
+               (isPartOf(joined, other) || hasHalfOf(joined, other) ||
+                (areOfOneCode(other.code.corners, joined.code.corners) &&
+                 rankOf(other) > rankOf(joined)));
     });
 }
 

@@ -107,8 +107,12 @@ void confirm(const cv::Mat& grey, JoinedReadings& readings, SymbologySet wanted)
 
 void addAddons(const cv::Mat& grey, JoinedReadings& readings) {
     for (Joined& joined : firstOf(readings.all())) {
-        if (isRetail(joined.code.symbology) && joined.code.addon.empty() && hasPlace(joined)) {
-            joined.code.addon = addonBeside(grey, joined.code);
+        // The first digits of a longer one may have been taken for a short one.
+        constexpr std::size_t kLong = 5;
+        if (isRetail(joined.code.symbology) && joined.code.addon.size() < kLong &&
+            hasPlace(joined)) {
+            const std::string addon = addonBeside(grey, joined.code);
+            joined.code.addon = addon.empty() ? joined.code.addon : addon;
         }
     }
 }

@@ -7,14 +7,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace doccam::codes {
 namespace {
 
-constexpr int kBands = 5;        // averages of parts of the bars' height
-constexpr int kRowsPerBand = 6;  // in the strip
-constexpr double kWanted = 1000; // pixels across the bars
-constexpr double kMaximumScale = 4;
+constexpr int kBands = 5;         // averages of parts of the bars' height
+constexpr int kRowsPerBand = 6;   // in the strip
+constexpr double kWanted = 1000;  // pixels across the bars
 constexpr double kLongest = 4000; // pixels of a strip
 
 // A strip of a picture across bars, upright, and the way back.
@@ -72,19 +72,28 @@ void evenOut(cv::Mat& bands, int window) {
     cv::divide(bands, paper, bands, 235);
 }
 
-Strip stripAcross(const cv::Mat& grey, const Corners& bars, double before, double after) {
+struct StripSize {
+    double before = 0; // of the bars' width
+    double after = 0;
+    double slope = 0;    // of the line of reading against the perpendicular on the bars
+    double height = 0.8; // of the bars' height
+    double maximumScale = 4;
+};
+
+Strip stripAcross(const cv::Mat& grey, const Corners& bars, StripSize wanted) {
     const cv::Point2d down = alongOf(bars);
-    const cv::Point2d unit(down.y, -down.x);
+    const cv::Point2d across(down.y, -down.x);
+    const cv::Point2d unit = across + down * wanted.slope;
     const cv::Point2d along = (bars[1] - bars[0] + bars[2] - bars[3]) / 2;
-    const double width = std::max(along.dot(unit), 1.0);
-    const double height =
-        std::clamp(((bars[3] - bars[0] + bars[2] - bars[1]) / 2).dot(down) * 0.8, 4.0, 200.0);
+    const double width = std::max(along.dot(across), 1.0);
+    const double height = std::clamp(
+        ((bars[3] - bars[0] + bars[2] - bars[1]) / 2).dot(down) * wanted.height, 4.0, 200.0);
     const cv::Point2d middle = (bars[0] + bars[1] + bars[2] + bars[3]) / 4;
-    const double scale = std::clamp(kWanted / width, 1.0, kMaximumScale);
-    const double length = std::min(width * (1 + before + after) * scale, kLongest);
+    const double scale = std::clamp(kWanted / width, 1.0, wanted.maximumScale);
+    const double length = std::min(width * (1 + wanted.before + wanted.after) * scale, kLongest);
     Strip strip;
     strip.right = unit / scale;
-    strip.origin = middle - unit * (width * (0.5 + before)) - down * (height / 2);
+    strip.origin = middle - unit * (width * (0.5 + wanted.before)) - down * (height / 2);
     const int rows = std::max(static_cast<int>(height), kBands - 1);
     strip.grey = banded(
         straightened(grey, strip, cv::Size(std::max(static_cast<int>(length), 16), rows), down));
@@ -152,23 +161,52 @@ constexpr ReadingMode kStripMode{.effort = Effort::kUpright};
 
 } // namespace
 
-Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
-    if ((wanted & kEveryLinear) == 0) {
-        return {};
-    }
-    // Of the width, since what was read may be a part.
-    constexpr double kBeside = 1.3;
-    const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
-    Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, kStripMode);
+namespace {
+
+Sightings readStrip(const cv::Mat& grey, const Corners& bars, SymbologySet wanted, StripSize size,
+                    Effort effort) {
+    const Strip strip = stripAcross(grey, bars, size);
+    Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, {.effort = effort});
     const Sightings others = readWithZbar(strip.grey, wanted & kEveryLinear);
     found.insert(found.end(), others.begin(), others.end());
     toPicture(found, strip, bars, grey.size());
     return found;
 }
 
+} // namespace
+
+Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
+    if ((wanted & kEveryLinear) == 0) {
+        return {};
+    }
+    // Of the width, since what was read may be a part.
+    constexpr double kBeside = 1.3;
+    const std::pair<StripSize, Effort> ways[] = {
+        {{.before = kBeside, .after = kBeside}, Effort::kUpright},
+        // Blurred bars are rather read reduced.
+        {{.before = kBeside, .after = kBeside, .maximumScale = 1}, Effort::kFull},
+        // Bars seen from aside diverge.
+        {{.before = kBeside, .after = kBeside, .height = 0.15}, Effort::kUpright},
+    };
+    Sightings found;
+    for (const auto& [size, effort] : ways) {
+        const Sightings more = readStrip(grey, bars, wanted, size, effort);
+        found.insert(found.end(), more.begin(), more.end());
+        if (std::any_of(more.begin(), more.end(),
+                        [](const Sighting& seen) { return seen.aligned; })) {
+            break;
+        }
+    }
+    return found;
+}
+
 bool standsAlone(const cv::Mat& grey, const Corners& bars) {
     constexpr double kBeside = 0.25;
-    const Strip strip = stripAcross(grey, bars, kBeside, kBeside);
+    constexpr double kNarrowest = 24; // pixels
+    if (cv::norm(bars[1] - bars[0]) < kNarrowest) {
+        return false;
+    }
+    const Strip strip = stripAcross(grey, bars, {.before = kBeside, .after = kBeside});
     const double whole = strip.grey.cols / (1 + 2 * kBeside);
     return isWhole(strip, whole * kBeside, whole * (1 + kBeside), grey.size());
 }
@@ -176,16 +214,21 @@ bool standsAlone(const cv::Mat& grey, const Corners& bars) {
 std::string addonBeside(const cv::Mat& grey, const Sighting& code) {
     constexpr double kBefore = 0.15;
     constexpr double kAfter = 0.8;
-    const Strip strip = stripAcross(grey, code.corners, kBefore, kAfter);
     ReadingMode mode = kStripMode;
     mode.addonsRequired = true;
     mode.lines = kRowsPerBand + 1; // in two bands
-    for (const Sighting& seen : readWithZxing(strip.grey, kEveryRetail, mode)) {
-        if (seen.text == code.text) {
-            return seen.addon;
+    std::string addon;
+    // Seen from aside, it is not straight beside the bars.
+    for (const double slope : {0.0, -0.15, 0.15, -0.3, 0.3}) {
+        const Strip strip =
+            stripAcross(grey, code.corners, {.before = kBefore, .after = kAfter, .slope = slope});
+        for (const Sighting& seen : readWithZxing(strip.grey, kEveryRetail, mode)) {
+            if (seen.text == code.text && seen.addon.size() > addon.size()) {
+                addon = seen.addon;
+            }
         }
     }
-    return {};
+    return addon;
 }
 
 } // namespace doccam::codes

@@ -67,7 +67,8 @@ cv::Mat joined(const cv::Mat& ink, double run) {
     constexpr double kDown = 1;
     const cv::Size reach(2 * cvCeil(run * kAcross / 2) + 1, 2 * cvCeil(run * kDown / 2) + 1);
     cv::Mat pieces;
-    cv::morphologyEx(ink, pieces, cv::MORPH_CLOSE, cv::getStructuringElement(cv::MORPH_RECT, reach));
+    cv::morphologyEx(ink, pieces, cv::MORPH_CLOSE,
+                     cv::getStructuringElement(cv::MORPH_RECT, reach));
     return pieces;
 }
 
@@ -111,10 +112,9 @@ Sightings readPieces(const UprightPart& part) {
         run > 0 ? cv::connectedComponentsWithStats(joined(ink, run), labels, stats, middles) : 0;
     Sightings found;
     for (int label = 1; label < count; ++label) {
-        const cv::Rect bounds(stats.at<int>(label, cv::CC_STAT_LEFT),
-                              stats.at<int>(label, cv::CC_STAT_TOP),
-                              stats.at<int>(label, cv::CC_STAT_WIDTH),
-                              stats.at<int>(label, cv::CC_STAT_HEIGHT));
+        const cv::Rect bounds(
+            stats.at<int>(label, cv::CC_STAT_LEFT), stats.at<int>(label, cv::CC_STAT_TOP),
+            stats.at<int>(label, cv::CC_STAT_WIDTH), stats.at<int>(label, cv::CC_STAT_HEIGHT));
         if (bounds.width > kNarrowest * run && bounds.height > kFlattest * run) {
             const Sightings seen =
                 readPiece(part, labels == label, bounds, std::max(cvCeil(run * 5), 8));
@@ -131,8 +131,8 @@ Sightings readPiecesApart(const cv::Mat& grey, const Corners& place) {
     Sightings found;
     for (const double scale : {1.0, 2.0}) {
         if (found.empty()) {
-            found = readPieces(uprightPart(grey, squareAround(place), angle,
-                                           {.around = kAround, .scale = scale}));
+            found = readPieces(
+                uprightPart(grey, squareAround(place), angle, {.around = kAround, .scale = scale}));
         }
     }
     return found;

@@ -134,14 +134,17 @@ ZXing::ImageView viewOf(const cv::Mat& grey) {
             static_cast<int>(grey.step[0])};
 }
 
-// Nothing where the decoder gives up: that of expanded DataBars throws at some wrong rows.
+// The decoder of expanded DataBars throws at some wrong rows: then without the reduced picture, and
+// at last nothing.
 ZXing::Results resultsOf(const cv::Mat& grey, const ZXing::DecodeHints& hints) {
     try {
         return ZXing::ReadBarcodes(viewOf(grey), hints);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) { // not all that it throws is a std::exception
-        return {};
+        return hints.tryDownscale()
+                   ? resultsOf(grey, ZXing::DecodeHints(hints).setTryDownscale(false))
+                   : ZXing::Results();
     }
 }
 

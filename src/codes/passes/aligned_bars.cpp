@@ -20,6 +20,7 @@ constexpr double kLongest = 4000; // pixels of a strip
 // A strip of a picture across bars, upright, and the way back.
 struct Strip {
     cv::Mat grey;
+    cv::Mat plain;      // neither averaged nor evened out
     cv::Point2d origin; // of the strip's left upper corner in the picture
     cv::Point2d right;  // in the picture, for a pixel in the strip
     cv::Point2d down;
@@ -78,6 +79,7 @@ struct StripSize {
     double slope = 0;    // of the line of reading against the perpendicular on the bars
     double height = 0.8; // of the bars' height
     double maximumScale = 4;
+    bool averaged = true;
 };
 
 Strip stripAcross(const cv::Mat& grey, const Corners& bars, StripSize wanted) {
@@ -95,8 +97,9 @@ Strip stripAcross(const cv::Mat& grey, const Corners& bars, StripSize wanted) {
     strip.right = unit / scale;
     strip.origin = middle - unit * (width * (0.5 + wanted.before)) - down * (height / 2);
     const int rows = std::max(static_cast<int>(height), kBands - 1);
-    strip.grey = banded(
-        straightened(grey, strip, cv::Size(std::max(static_cast<int>(length), 16), rows), down));
+    strip.plain =
+        straightened(grey, strip, cv::Size(std::max(static_cast<int>(length), 16), rows), down);
+    strip.grey = banded(strip.plain);
     evenOut(strip.grey, std::max(static_cast<int>(width * scale / 12), 2));
     strip.down = down * (height / strip.grey.rows);
     return strip;
@@ -166,8 +169,9 @@ namespace {
 Sightings readStrip(const cv::Mat& grey, const Corners& bars, SymbologySet wanted, StripSize size,
                     Effort effort) {
     const Strip strip = stripAcross(grey, bars, size);
-    Sightings found = readWithZxing(strip.grey, wanted & kEveryLinear, {.effort = effort});
-    const Sightings others = readWithZbar(strip.grey, wanted & kEveryLinear);
+    const cv::Mat& picture = size.averaged ? strip.grey : strip.plain;
+    Sightings found = readWithZxing(picture, wanted & kEveryLinear, {.effort = effort});
+    const Sightings others = readWithZbar(picture, wanted & kEveryLinear);
     found.insert(found.end(), others.begin(), others.end());
     toPicture(found, strip, bars, grey.size());
     return found;
@@ -184,7 +188,8 @@ Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet 
     const std::pair<StripSize, Effort> ways[] = {
         {{.before = kBeside, .after = kBeside}, Effort::kUpright},
         // Blurred bars are rather read reduced.
-        {{.before = kBeside, .after = kBeside, .maximumScale = 1}, Effort::kFull},
+        {{.before = kBeside, .after = kBeside, .maximumScale = 1, .averaged = false},
+         Effort::kFull},
         // Bars seen from aside diverge.
         {{.before = kBeside, .after = kBeside, .height = 0.15}, Effort::kUpright},
     };

@@ -179,13 +179,14 @@ Sightings readStrip(const cv::Mat& grey, const Corners& bars, SymbologySet wante
 
 } // namespace
 
-Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted) {
+Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted,
+                         StripWays ways) {
     if ((wanted & kEveryLinear) == 0) {
         return {};
     }
     // Of the width, since what was read may be a part.
     constexpr double kBeside = 1.3;
-    const std::pair<StripSize, Effort> ways[] = {
+    const std::pair<StripSize, Effort> kinds[] = {
         {{.before = kBeside, .after = kBeside}, Effort::kUpright},
         // Blurred bars are rather read reduced.
         {{.before = kBeside, .after = kBeside, .maximumScale = 1, .averaged = false},
@@ -194,10 +195,11 @@ Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet 
         {{.before = kBeside, .after = kBeside, .height = 0.15}, Effort::kUpright},
     };
     Sightings found;
-    for (const auto& [size, effort] : ways) {
+    for (const auto& [size, effort] : kinds) {
         const Sightings more = readStrip(grey, bars, wanted, size, effort);
         found.insert(found.end(), more.begin(), more.end());
-        if (std::any_of(more.begin(), more.end(),
+        if (ways == StripWays::kOne ||
+            std::any_of(more.begin(), more.end(),
                         [](const Sighting& seen) { return seen.aligned; })) {
             break;
         }
@@ -216,6 +218,25 @@ bool standsAlone(const cv::Mat& grey, const Corners& bars) {
     return isWhole(strip, whole * kBeside, whole * (1 + kBeside), grey.size());
 }
 
+namespace {
+
+// Whether there is any ink where an add-on begins.
+bool hasInkBeside(const Strip& strip, StripSize size) {
+    const double width = strip.grey.cols / (1 + size.before + size.after);
+    const cv::Mat middle = middleBand(strip.grey);
+    const auto column = [&](double place) {
+        return std::clamp(cvRound(width * (size.before + place)), 0, middle.cols);
+    };
+    double darkest = 0;
+    double lightest = 0;
+    cv::minMaxLoc(middle, &darkest, &lightest);
+    double beside = 0;
+    cv::minMaxLoc(middle.colRange(column(1.05), column(1.4)), &beside);
+    return beside < lightest - 0.12 * (lightest - darkest);
+}
+
+} // namespace
+
 std::string addonBeside(const cv::Mat& grey, const Sighting& code) {
     constexpr double kBefore = 0.15;
     constexpr double kAfter = 0.8;
@@ -225,8 +246,11 @@ std::string addonBeside(const cv::Mat& grey, const Sighting& code) {
     std::string addon;
     // Seen from aside, it is not straight beside the bars.
     for (const double slope : {0.0, -0.15, 0.15, -0.3, 0.3}) {
-        const Strip strip =
-            stripAcross(grey, code.corners, {.before = kBefore, .after = kAfter, .slope = slope});
+        const StripSize size{.before = kBefore, .after = kAfter, .slope = slope};
+        const Strip strip = stripAcross(grey, code.corners, size);
+        if (slope == 0 && !hasInkBeside(strip, size)) {
+            return {};
+        }
         for (const Sighting& seen : readWithZxing(strip.grey, kEveryRetail, mode)) {
             if (seen.text == code.text && seen.addon.size() > addon.size()) {
                 addon = seen.addon;

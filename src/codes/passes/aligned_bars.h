@@ -7,9 +7,15 @@
 
 namespace doccam::codes {
 
+enum class StripWays {
+    kOne,
+    kAll // also reduced, and in a thin strip, until read from paper to paper
+};
+
 // Turns the bars at that place of an 8-bit grey picture upright, with what is left and right of
 // them, averages their height, enlarges them if they are small, and reads them.
-Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted);
+Sightings readAcrossBars(const cv::Mat& grey, const Corners& bars, SymbologySet wanted,
+                         StripWays ways = StripWays::kAll);
 
 // Whether there is paper left and right of the bars at that place, so that they are a whole code.
 bool standsAlone(const cv::Mat& grey, const Corners& bars);

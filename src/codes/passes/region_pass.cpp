@@ -122,13 +122,14 @@ Corners longSideFirst(const Corners& place) {
 
 Sightings readRegion(const cv::Mat& grey, const LikelyCode& likely, SymbologySet wanted,
                      std::size_t ways, const Deadline& deadline) {
+    const StripWays strips = ways == kAllWays ? StripWays::kAll : StripWays::kOne;
     // The bars of a PDF417 prevail over its rows, and short bars may look like a matrix.
-    Sightings found = likely.bars ? readAcrossBars(grey, likely.place, wanted)
+    Sightings found = likely.bars ? readAcrossBars(grey, likely.place, wanted, strips)
                                   : readMatrix(grey, likely.place, wanted, ways, deadline);
     if (found.empty() && !deadline.isOver()) {
         found = likely.bars ? readMatrix(grey, likely.place, wanted & asSet(Symbology::kPdf417),
                                          ways, deadline)
-                            : readAcrossBars(grey, longSideFirst(likely.place), wanted);
+                            : readAcrossBars(grey, longSideFirst(likely.place), wanted, strips);
     }
     return found;
 }

@@ -81,8 +81,7 @@ bool isShort(Symbology symbology) {
 // Whether a code that has no check digit was read in part. Slices of tilted bars are read anywhere
 // around them.
 bool isPartOf(const Joined& part, const Joined& whole) {
-    return isUnchecked(part.code.symbology) && !part.aligned &&
-           part.code.symbology == whole.code.symbology &&
+    return isUnchecked(part.code.symbology) && part.code.symbology == whole.code.symbology &&
            whole.code.text.size() > part.code.text.size() &&
            whole.code.text.find(part.code.text) != std::string::npos;
 }

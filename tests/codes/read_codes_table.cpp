@@ -39,6 +39,10 @@ constexpr GatePicture kGate[] = {
     {"UPC-E", "rotated", 1},
     {"Code 39", "several kinds", 1},
     {"DataBar Expanded", "plain", 3},
+    {"DataBar Expanded", "several of the kind", 1},
+    {"EAN-13 + 5", "several of the kind", 2},
+    {"EAN-8", "blurred", 3},
+    {"UPC-A + 5", "several of the kind", 3},
     {"QR", "glare", 1},
     {"EAN-13", "can", 1},
 };
